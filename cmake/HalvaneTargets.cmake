@@ -1,0 +1,81 @@
+# SPDX-License-Identifier: MIT
+# One place for what every target shares: language level, warnings, sanitizers, linker.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+
+if(NOT CMAKE_BUILD_TYPE)
+    set(CMAKE_BUILD_TYPE Release CACHE STRING "" FORCE)
+endif()
+set(CMAKE_CXX_FLAGS_RELEASE "-O2")
+set(CMAKE_CXX_FLAGS_DEBUG "-O1 -g1 -fno-omit-frame-pointer")
+
+set(HALVANE_SANITIZE "" CACHE STRING "Sanitizers for everything that is built, comma separated")
+if(HALVANE_SANITIZE)
+    add_compile_options(-fsanitize=${HALVANE_SANITIZE} -fno-sanitize-recover=all)
+    add_link_options(-fsanitize=${HALVANE_SANITIZE})
+    if(HALVANE_SANITIZE STREQUAL "thread")
+        add_compile_definitions(HALVANE_TSAN=1)
+    endif()
+endif()
+
+include(CheckLinkerFlag)
+check_linker_flag(CXX -fuse-ld=lld HALVANE_HAVE_LLD)
+if(HALVANE_HAVE_LLD)
+    add_link_options(-fuse-ld=lld)
+endif()
+
+# Paths of the machine that builds must not reach the program.
+add_compile_options("-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=")
+
+set(HALVANE_WARNINGS
+    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align
+    -Wformat=2 -Wimplicit-fallthrough -Wextra-semi -Werror)
+
+add_compile_definitions(QT_NO_CAST_FROM_ASCII QT_NO_KEYWORDS QT_NO_FOREACH QT_NO_URL_CAST_FROM_STRING
+                        QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_STRICT_ITERATORS)
+
+# halvane_library(NAME SOURCES ... [PUBLIC targets...] [PRIVATE targets...])
+# A static library of one folder. Other folders' headers are reached as "folder/header.h", and only
+# those of the folders it links: a wrong include fails to build.
+function(halvane_library name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+    add_library(halvane_${name} STATIC ${ARG_SOURCES})
+    set_target_properties(halvane_${name} PROPERTIES AUTOMOC ON)
+    target_link_libraries(halvane_${name} PUBLIC ${ARG_PUBLIC} PRIVATE ${ARG_PRIVATE})
+    target_compile_options(halvane_${name} PRIVATE ${HALVANE_WARNINGS})
+    halvane_expose_headers(halvane_${name} ${CMAKE_CURRENT_SOURCE_DIR})
+endfunction()
+
+# Gives a target an include directory that holds nothing but a link to its own folder.
+function(halvane_expose_headers target folder)
+    get_filename_component(base ${folder} NAME)
+    set(root ${PROJECT_BINARY_DIR}/include/${base})
+    file(MAKE_DIRECTORY ${root})
+    file(CREATE_LINK ${folder} ${root}/${base} SYMBOLIC)
+    target_include_directories(${target} PUBLIC ${root})
+endfunction()
+
+# halvane_test(NAME SOURCES ... LINK targets... [LABELS labels...] [SERIAL] [TIMEOUT seconds])
+# A GoogleTest program whose tests are each known to ctest.
+function(halvane_test name)
+    cmake_parse_arguments(ARG "SERIAL" "TIMEOUT" "SOURCES;LINK;LABELS" ${ARGN})
+    if(NOT ARG_TIMEOUT)
+        set(ARG_TIMEOUT 120)
+    endif()
+    add_executable(test_${name} ${ARG_SOURCES})
+    set_target_properties(test_${name} PROPERTIES AUTOMOC ON)
+    target_link_libraries(test_${name} PRIVATE ${ARG_LINK} halvane_test_support GTest::gmock)
+    target_compile_options(test_${name} PRIVATE ${HALVANE_WARNINGS})
+    set(properties TIMEOUT ${ARG_TIMEOUT})
+    if(ARG_LABELS)
+        list(APPEND properties LABELS "${ARG_LABELS}")
+    endif()
+    if(ARG_SERIAL)
+        list(APPEND properties RUN_SERIAL TRUE)
+    endif()
+    gtest_discover_tests(test_${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST
+                         PROPERTIES ${properties})
+endfunction()

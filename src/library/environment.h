@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+namespace halvane {
+
+namespace AudioOutput {
+class Devices;
+}
+class Clock;
+class CloudFiles;
+class FileChooser;
+class MediaControls;
+class Notifications;
+class Preferences;
+class PreferredLanguages;
+class SleepInhibitor;
+class SoundOutput;
+
+/// Everything outside the program that the library works with. The owner keeps all of it alive for
+/// as long as the LibraryViewModel lives.
+struct Environment {
+    Clock& clock;
+    Preferences& preferences;
+    SoundOutput& output;
+    AudioOutput::Devices& devices;
+    MediaControls& mediaControls;
+    Notifications& notifications;
+    FileChooser& fileChooser;
+    CloudFiles& cloudFiles;
+    PreferredLanguages& languages;
+    SleepInhibitor& sleepInhibitor;
+    QString dataFolder; ///< where the metadata cache lives
+};
+
+} // namespace halvane

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "model/artwork.h"
+#include "model/color.h"
+#include "model/file_url.h"
+#include "model/hash.h"
+
+#include <QMetaType>
+#include <QString>
+
+#include <optional>
+#include <vector>
+
+namespace halvane {
+
+/// An album derived from the tracks; never stored. Plain value, any thread.
+struct Album {
+    Q_GADGET
+    Q_PROPERTY(QString id MEMBER id)
+    Q_PROPERTY(QString title MEMBER title)
+    Q_PROPERTY(QString artist MEMBER artist)
+    Q_PROPERTY(qint64 year MEMBER year)
+    Q_PROPERTY(qint64 trackCount MEMBER trackCount)
+    Q_PROPERTY(QString duration MEMBER duration)
+    Q_PROPERTY(double totalSeconds MEMBER totalSeconds)
+    Q_PROPERTY(QString quality MEMBER quality)
+
+  public:
+    QString id; ///< from makeID; two spellings that differ in case share one
+    QString title;
+    QString artist;
+    qint64 year = 0;
+    QString genre;
+    qint64 trackCount = 0;
+    QString duration; ///< display text
+    double totalSeconds = 0;
+    QString quality;
+    std::vector<Color> colors; ///< three
+    std::optional<Artwork> coverImageData;
+    std::optional<FileUrl> coverURL;
+
+    bool operator==(const Album&) const = default;
+
+    /// namespace|artist|title, both trimmed and lower-cased; namespace|unknown when both are empty.
+    static QString makeID(const QString& title, const QString& artist, const QString& nameSpace);
+};
+
+inline size_t qHash(const Album& v, size_t seed = 0) {
+    return Hasher(seed)
+        .add(v.id)
+        .add(v.title)
+        .add(v.artist)
+        .add(v.year)
+        .add(v.genre)
+        .add(v.trackCount)
+        .add(v.duration)
+        .add(v.totalSeconds)
+        .add(v.quality)
+        .add(v.colors)
+        .add(v.coverImageData)
+        .add(v.coverURL)
+        .result();
+}
+
+} // namespace halvane

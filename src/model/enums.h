@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+// The small enumerations of the model. Their names are also the texts under which they are stored.
+#pragma once
+
+#include <QObject>
+
+namespace halvane {
+
+Q_NAMESPACE
+
+/// What the library content shows.
+enum class LibraryMode { albums, songs, artists };
+Q_ENUM_NS(LibraryMode)
+
+enum class SidebarItem { library, albums, artists, tracks, loved };
+Q_ENUM_NS(SidebarItem)
+
+enum class PlaybackRepeatMode { off, all, one };
+Q_ENUM_NS(PlaybackRepeatMode)
+
+/// Which colour the spectrum, or the accent, takes.
+enum class SpectrumTintMode { ambient, mint, gold, sunset, custom };
+Q_ENUM_NS(SpectrumTintMode)
+
+enum class CornerStyle { sharp, standard, round };
+Q_ENUM_NS(CornerStyle)
+
+enum class BackgroundStyle { dark, oled, ambient };
+Q_ENUM_NS(BackgroundStyle)
+
+/// Whether a track's file can be played now.
+enum class TrackAvailability { available, inCloud, missing };
+Q_ENUM_NS(TrackAvailability)
+
+} // namespace halvane

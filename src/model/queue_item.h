@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "model/artwork.h"
+#include "model/file_url.h"
+#include "model/hash.h"
+
+#include <QMetaType>
+#include <QUuid>
+
+#include <optional>
+
+namespace halvane {
+
+/// One entry of the play queue, and the record that reading one file yields. Two entries for one
+/// file differ by their ids. Plain value, any thread.
+struct QueueItem {
+    Q_GADGET
+    Q_PROPERTY(QUuid id MEMBER id)
+    Q_PROPERTY(QString title MEMBER title)
+    Q_PROPERTY(QString artist MEMBER artist)
+    Q_PROPERTY(QString album MEMBER album)
+    Q_PROPERTY(QString duration MEMBER duration)
+    Q_PROPERTY(QString quality MEMBER quality)
+    Q_PROPERTY(bool isPlaying MEMBER isPlaying)
+    Q_PROPERTY(QString path READ path)
+
+  public:
+    QUuid id = QUuid::createUuid();
+    QString title;
+    QString artist;
+    QString album;
+    QString duration; ///< display text
+    QString quality;  ///< format label, a track's `format`
+    QString genre;
+    qint64 year = 0;    ///< 0 = unknown
+    QString sampleRate; ///< display text
+    QString bitDepth;   ///< display text
+    std::optional<Artwork> coverImageData;
+    std::optional<FileUrl> coverURL;
+    std::optional<double> durationSeconds;
+    std::optional<FileUrl> sourceURL;
+    bool isPlaying = false; ///< set on the entry that is current
+
+    /// The standardized path of the file, empty without one.
+    QString path() const { return sourceURL ? sourceURL->standardizedPath() : QString(); }
+
+    bool operator==(const QueueItem&) const = default;
+};
+
+inline size_t qHash(const QueueItem& v, size_t seed = 0) {
+    return Hasher(seed)
+        .add(v.id)
+        .add(v.title)
+        .add(v.artist)
+        .add(v.album)
+        .add(v.duration)
+        .add(v.quality)
+        .add(v.genre)
+        .add(v.year)
+        .add(v.sampleRate)
+        .add(v.bitDepth)
+        .add(v.coverImageData)
+        .add(v.coverURL)
+        .add(v.durationSeconds)
+        .add(v.sourceURL)
+        .add(v.isPlaying)
+        .result();
+}
+
+} // namespace halvane

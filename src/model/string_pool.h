@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QSet>
+#include <QString>
+
+namespace halvane {
+
+/// Gives equal texts one shared buffer: a library repeats its artists, albums, genres and formats
+/// tens of thousands of times. Not thread-safe; one pool for one batch of work.
+class StringPool {
+  public:
+    QString shared(const QString& text) { return *m_texts.insert(text); }
+
+  private:
+    QSet<QString> m_texts;
+};
+
+} // namespace halvane

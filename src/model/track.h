@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "model/artwork.h"
+#include "model/file_url.h"
+#include "model/hash.h"
+
+#include <QString>
+#include <QUuid>
+
+#include <optional>
+
+namespace halvane {
+
+/// One audio file of the library. The live loved flag, rating and play count are kept by path
+/// elsewhere; the three fields here are what the record was built with. Plain value, any thread.
+struct Track {
+    QUuid id = QUuid::createUuid();
+    QString title;
+    QString artist;
+    QString album;
+    QString genre;
+    qint64 year = 0;    ///< 0 = unknown
+    QString duration;   ///< display text
+    QString format;     ///< quality label
+    QString sampleRate; ///< display text
+    QString bitDepth;   ///< display text
+    QString size;       ///< display text
+    qint64 rating = 0;
+    qint64 plays = 0;
+    bool loved = false;
+    std::optional<FileUrl> sourceURL;
+    std::optional<Artwork> coverImageData;
+    std::optional<FileUrl> coverURL;
+    std::optional<double> durationSeconds;
+
+    /// The standardized path of the file, empty without one.
+    QString path() const { return sourceURL ? sourceURL->standardizedPath() : QString(); }
+
+    bool operator==(const Track&) const = default;
+};
+
+inline size_t qHash(const Track& v, size_t seed = 0) {
+    return Hasher(seed)
+        .add(v.id)
+        .add(v.title)
+        .add(v.artist)
+        .add(v.album)
+        .add(v.genre)
+        .add(v.year)
+        .add(v.duration)
+        .add(v.format)
+        .add(v.sampleRate)
+        .add(v.bitDepth)
+        .add(v.size)
+        .add(v.rating)
+        .add(v.plays)
+        .add(v.loved)
+        .add(v.sourceURL)
+        .add(v.coverImageData)
+        .add(v.coverURL)
+        .add(v.durationSeconds)
+        .result();
+}
+
+} // namespace halvane

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace halvane {
+
+/// Files that a sync client shows and has not downloaded.
+class CloudFiles {
+  public:
+    virtual ~CloudFiles() = default;
+    /// Whether the file lives in the cloud and not on this disk. Never opens the file: that could
+    /// block until it is downloaded. Any thread.
+    virtual bool isEvicted(const QString& path) const = 0;
+    /// Asks for downloads and returns at once; failures are ignored, path by path. Main thread.
+    virtual void startDownloading(const QStringList& paths) = 0;
+    /// Whether every read of the file goes over a network, so that no background pass should read
+    /// it unasked. Any thread.
+    virtual bool isRemote(const QString& path) const = 0;
+};
+
+} // namespace halvane

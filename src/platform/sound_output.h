@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+
+namespace halvane {
+
+/// What a stream carries: interleaved 32-bit floats.
+struct StreamFormat {
+    int sampleRate = 0;              ///< Hz
+    int channels = 0;                ///< 1...8
+    std::uint64_t channelLayout = 0; ///< one bit a speaker, WAVEFORMATEXTENSIBLE order; 0 = default
+
+    bool operator==(const StreamFormat&) const = default;
+};
+
+/// Gives an output its samples.
+class RenderSource {
+  public:
+    virtual ~RenderSource() = default;
+    /// Fills `frames` frames of interleaved floats, all of them, with silence where there is
+    /// nothing to play. Audio thread: must not lock, allocate, log or make a system call.
+    virtual void render(float* interleaved, std::size_t frames) noexcept = 0;
+};
+
+/// One stream to one output device: the real sound server, silence against the clock, or a test's
+/// output pulled by hand. Everything but RenderSource::render runs on the main thread.
+class SoundOutput {
+  public:
+    virtual ~SoundOutput() = default;
+
+    /// Makes a stream of this format that pulls from `source`, which must outlive it (until close).
+    /// The stream starts paused. On failure gives the error's description and stays closed.
+    [[nodiscard]] virtual std::optional<QString> open(const StreamFormat& format,
+                                                      RenderSource& source) = 0;
+    /// Ends the stream and drops what is queued. After it returns, render is not called any more.
+    virtual void close() = 0;
+    virtual bool isOpen() const = 0;
+
+    /// Starts pulling. On failure gives the error's description.
+    [[nodiscard]] virtual std::optional<QString> start() = 0;
+    /// Stops pulling and hearing at once; what is queued is kept and heard after the next start.
+    virtual void pause() = 0;
+    virtual bool isRunning() const = 0;
+    /// Drops what has been rendered and not heard; framesHeard then equals framesRendered.
+    virtual void flush() = 0;
+
+    /// Frames rendered since open.
+    virtual std::int64_t framesRendered() const = 0;
+    /// Frames heard since open: rendered, less what the server still holds, interpolated between
+    /// its reports; never falls, never exceeds framesRendered. Any thread.
+    virtual std::int64_t framesHeard() const = 0;
+
+    /// The device's own rate in Hz, 0 while unknown.
+    virtual int deviceSampleRate() const = 0;
+    /// Moves this and later streams to a device; none follows the system's default. On failure
+    /// gives the error's description and stays where it was.
+    [[nodiscard]] virtual std::optional<QString> setDevice(std::optional<std::uint32_t> id) = 0;
+
+    /// Called on the main thread when the stream has been lost or its device has changed its
+    /// format: the owner opens it again.
+    std::function<void()> onConfigurationChange;
+};
+
+} // namespace halvane
