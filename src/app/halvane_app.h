@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "app/command.h"
+
+#include <QObject>
+#include <QQmlListProperty>
+#include <QUrl>
+
+#include <memory>
+
+class QQmlEngine;
+
+namespace halvane {
+
+class LibraryViewModel;
+class Commands;
+class WindowRegistry;
+
+/// The application: owns the windows and the commands, and is what the views ask to open, close
+/// and switch between windows. One a process; the views see it as a singleton. Main thread.
+///
+/// Windows are named "main", "mini", "help", "settings" and "panel" (the small player beside the
+/// tray icon); each exists at most once. The views' module holds one file a window (MainWindow.qml,
+/// MiniWindow.qml, HelpWindow.qml, SettingsWindow.qml, PanelWindow.qml) whose root is a Window with
+/// `visible` left alone. A window is made when it is first opened and from then on shown and
+/// hidden, so `onVisibleChanged` tells a view when it appears and disappears. Title, flags, default
+/// and least size, the remembered place, and edges that resize are set here; the size of a window
+/// that follows its content is the view's. A view moves its window by calling
+/// `Window.window.startSystemMove()` once a drag has passed the drag threshold.
+class HalvaneApp : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(halvane::LibraryViewModel* library READ library CONSTANT)
+    Q_PROPERTY(QQmlListProperty<halvane::CommandMenu> menus READ menuList CONSTANT)
+    /// The desktop shows the menus itself, so a window shows no menu bar.
+    Q_PROPERTY(bool menusAreGlobal READ menusAreGlobal NOTIFY menusAreGlobalChanged)
+    /// The desktop frames our windows although we ask it not to, so a window draws no buttons.
+    Q_PROPERTY(bool hasSystemFrame READ hasSystemFrame NOTIFY hasSystemFrameChanged)
+
+  public:
+    /// Where each window's description is, by identifier, is `viewsRoot` + "MainWindow.qml" and so
+    /// on. The library and the engine must outlive this object.
+    HalvaneApp(LibraryViewModel& library, QQmlEngine& engine, const QUrl& viewsRoot,
+               QObject* parent = nullptr);
+    ~HalvaneApp() override;
+
+    /// The one instance; null before it is made and after it is gone.
+    static HalvaneApp* instance();
+
+    LibraryViewModel* library() const { return &m_library; }
+    Commands& commands() { return *m_commands; }
+    WindowRegistry& windows() { return *m_windows; }
+    QQmlListProperty<CommandMenu> menuList();
+    bool menusAreGlobal() const { return m_menusAreGlobal; }
+    void setMenusAreGlobal(bool global);
+    bool hasSystemFrame() const;
+
+    /// Shows the window, made now if need be, and brings it forward.
+    Q_INVOKABLE void openWindow(const QString& id);
+    Q_INVOKABLE void closeWindow(const QString& id);
+    Q_INVOKABLE bool isWindowOpen(const QString& id) const;
+    /// From the main window to the mini player in its place, or back.
+    Q_INVOKABLE void toggleMiniPlayer();
+    Q_INVOKABLE void toggleFullScreen();
+    /// Brings the main window forward with the search field focused.
+    Q_INVOKABLE void find();
+    Q_INVOKABLE void quit();
+    /// The command of this identifier ("playPause", "find", ...); null when there is none.
+    Q_INVOKABLE halvane::Command* command(const QString& id) const;
+
+  Q_SIGNALS:
+    void menusAreGlobalChanged();
+    void hasSystemFrameChanged();
+
+  private:
+    LibraryViewModel& m_library;
+    std::unique_ptr<WindowRegistry> m_windows;
+    std::unique_ptr<Commands> m_commands;
+    bool m_menusAreGlobal = false;
+};
+
+} // namespace halvane
