@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/sound_output.h"
+
+#include <QString>
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+
+namespace halvane {
+
+/// An audio file opened for reading: any of the playable formats, recognised by content, decoded to
+/// interleaved 32-bit floats at the file's own rate. Integer samples of up to 24 bits convert
+/// exactly (full scale is 1); 32-bit ones are rounded to the nearest float. One thread at a time,
+/// any thread but the audio thread: reading blocks on the disk. Never writes.
+class AudioFile {
+  public:
+    struct Opened;
+    /// Opens a file. On failure there is no file, and an error text for the log and the user.
+    static Opened open(const QString& path);
+    ~AudioFile();
+
+    /// The processing format. Two files with equal formats can follow each other in one stream.
+    const StreamFormat& format() const;
+    /// Exact length, with the encoder's delay and padding taken off.
+    std::int64_t lengthFrames() const;
+    double durationSeconds() const;
+    /// The frame that the next read begins with.
+    std::int64_t position() const;
+
+    /// Goes to a frame, cut to 0...lengthFrames; the next read delivers just what reading the file
+    /// from its start would have delivered there. The work is done by the next read.
+    void seek(std::int64_t frame);
+
+    /// Fills up to `frames` frames and returns how many: fewer only where the file ends, then 0. A
+    /// damaged stretch reads as silence, so that what follows keeps its place; a file that is cut
+    /// short ends early, with a line in the log. Allocates nothing once reading has begun.
+    std::size_t read(float* interleaved, std::size_t frames);
+
+    /// Why reading ended before lengthFrames; none after an ordinary end.
+    const std::optional<QString>& failure() const;
+
+  private:
+    class Impl;
+    explicit AudioFile(std::unique_ptr<Impl> impl);
+    std::unique_ptr<Impl> m_impl;
+};
+
+struct AudioFile::Opened {
+    std::unique_ptr<AudioFile> file; ///< null on failure
+    QString error;                   ///< empty on success
+};
+
+} // namespace halvane

@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "audio/loudness_analyzer.h"
+#include "model/file_url.h"
+#include "platform/preferences.h"
+
+#include <QList>
+#include <QObject>
+#include <QSet>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace halvane {
+
+class CloudFiles;
+
+/// The gain in dB that brings a track towards -16 dBFS without lifting its peak above -1 dBFS:
+/// loud tracks are turned down, quiet ones turned up as far as their peak allows. Not clamped.
+double soundCheckGain(double rmsDb, double peakDb);
+
+/// Evens out the loudness of tracks: measures the library's files once, one after the other in the
+/// background, keeps the results in the preferences, and gives each track its gain while it is
+/// switched on. Main thread only; measuring has a thread of its own, at low priority.
+class SoundCheck : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(bool soundCheckEnabled READ soundCheckEnabled WRITE setSoundCheckEnabled NOTIFY
+                   soundCheckEnabledChanged)
+
+  public:
+    /// What Sound Check asks of its surroundings, all on the main thread except `measure`.
+    struct Collaborators {
+        /// The library's files, in library order.
+        std::function<QList<FileUrl>()> files;
+        /// Whether the file at a standardized path is neither missing nor in the cloud.
+        std::function<bool(const QString& path)> isAvailable;
+        /// The standardized path of the queue's current entry; none without one, or without a file.
+        std::function<std::optional<QString>()> currentPath;
+        /// Sets the per-track gain in dB.
+        std::function<void(double dB)> setTrackGain;
+        /// Measures one file; runs on a worker thread.
+        std::function<std::optional<LoudnessAnalyzer::Measurement>(const QString& path,
+                                                                   std::stop_token stop)>
+            measure = LoudnessAnalyzer::measure;
+    };
+
+    /// Starts switched off and without results, until restore. Both references must outlive it.
+    SoundCheck(Preferences& preferences, const CloudFiles& cloudFiles, Collaborators collaborators,
+               QObject* parent = nullptr);
+    /// Ends a running scan.
+    ~SoundCheck() override;
+
+    /// Takes the switch and the results from the preferences. Applies nothing and scans nothing.
+    void restore();
+
+    bool soundCheckEnabled() const { return m_enabled; }
+    /// Stores the switch and applies it to the current track at once; on starts a scan, off ends
+    /// it.
+    void setSoundCheckEnabled(bool enabled);
+
+    /// Results by standardized path: RMS and peak in dBFS. An entry of another length counts as
+    /// unmeasured for the gain and is not measured again.
+    const NumbersMap& trackLoudness() const { return m_trackLoudness; }
+    /// Forgets files that left the library.
+    void removePaths(const QSet<QString>& paths);
+
+    /// The gain in dB for a file; none while switched off or without a result. Not clamped.
+    std::optional<double> soundCheckGain(const QString& forPath) const;
+    /// Sets the track gain for a file, clamped to -18...+12 dB; 0 dB where there is no gain.
+    void applySoundCheck(const std::optional<QString>& forPath);
+    void applySoundCheckForCurrentTrack();
+
+    /// Starts measuring what is available and has no result yet, in place of a running scan; leaves
+    /// a running scan alone when there is nothing to measure. Does nothing while switched off.
+    void scanLoudnessIfNeeded();
+
+  Q_SIGNALS:
+    void soundCheckEnabledChanged();
+    /// Results were added, removed or restored.
+    void trackLoudnessChanged();
+
+  private:
+    class Scan;
+    void store(const QString& path, const LoudnessAnalyzer::Measurement& measurement);
+
+    Preferences& m_preferences;
+    const CloudFiles& m_cloudFiles;
+    Collaborators m_collaborators;
+    bool m_enabled = false;
+    NumbersMap m_trackLoudness;
+    std::unique_ptr<Scan> m_scan; ///< the running or the last scan
+};
+
+} // namespace halvane
