@@ -35,7 +35,9 @@ class SoundOutput {
     virtual ~SoundOutput() = default;
 
     /// Makes a stream of this format that pulls from `source`, which must outlive it (until close).
-    /// The stream starts paused. On failure gives the error's description and stays closed.
+    /// The stream starts paused. Never waits for the server: a stream that the server then refuses
+    /// is reported through onConfigurationChange. On failure gives the error's description and
+    /// stays closed. Closes a stream that is open.
     [[nodiscard]] virtual std::optional<QString> open(const StreamFormat& format,
                                                       RenderSource& source) = 0;
     /// Ends the stream and drops what is queued. After it returns, render is not called any more.
@@ -58,13 +60,17 @@ class SoundOutput {
 
     /// The device's own rate in Hz, 0 while unknown.
     virtual int deviceSampleRate() const = 0;
-    /// Moves this and later streams to a device; none follows the system's default. On failure
-    /// gives the error's description and stays where it was.
+    /// Chooses the device of the streams opened from now on; none follows the system's default. An
+    /// open stream stays where it is until it is closed. On failure (there is no such device) gives
+    /// the error's description and changes nothing.
     [[nodiscard]] virtual std::optional<QString> setDevice(std::optional<std::uint32_t> id) = 0;
 
-    /// Called on the main thread when the stream has been lost or its device has changed its
-    /// format: the owner opens it again.
+    /// Called on the main thread, never from inside an operation, when the stream has been lost or
+    /// has to be made anew: the owner reads framesHeard, which stands still, closes it and opens it
+    /// again.
     std::function<void()> onConfigurationChange;
+    /// Called on the main thread when deviceSampleRate has another value; the stream plays on.
+    std::function<void()> onDeviceSampleRateChange;
 };
 
 } // namespace halvane

@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/audio_devices.h"
+
+#include <QObject>
+#include <QString>
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <vector>
+
+namespace halvane {
+
+class Preferences;
+
+/// Which device plays: the system's default, or the one the user chose by name, which is taken
+/// again whenever it comes back. Main thread.
+class OutputDevices final : public QObject {
+    Q_OBJECT
+
+  public:
+    /// What it needs of the rest of the player. All are called on the main thread.
+    struct Collaborators {
+        /// Moves the engine to a device; the error's description on failure, on which the engine
+        /// has gone on where it was (AudioPlaybackEngine::setOutputDevice).
+        std::function<std::optional<QString>(std::optional<std::uint32_t> id)> routeEngine;
+        /// A switch failed: show it in the status line, take over the engine's own playing state
+        /// (stopping the progress clock when it does not play) and update Now Playing.
+        std::function<void()> switchFailed;
+        /// The name to show when the system reports no default device, in the current language.
+        std::function<QString()> builtInOutput;
+    };
+
+    /// The devices and the preferences must outlive it. Nothing is read or routed before restore().
+    OutputDevices(AudioOutput::Devices& devices, Preferences& preferences,
+                  Collaborators collaborators, QObject* parent = nullptr);
+
+    /// Once at start-up: reads the current output and the list, watches both, then takes the stored
+    /// choice if its device is there.
+    void restore();
+
+    /// The devices that can play, in the system's order.
+    const std::vector<AudioOutput::OutputDevice>& availableOutputDevices() const {
+        return m_available;
+    }
+    /// The user's choice; none is the system's default. Stored at every change.
+    std::optional<QString> selectedOutputDeviceName() const { return m_selectedName; }
+    /// The name shown as the current output.
+    QString outputDeviceName() const { return m_shownName; }
+    /// Whether the engine has been routed to a device explicitly at least once.
+    bool enginePinnedToDevice() const { return m_enginePinned; }
+    /// Whether the engine plays on the chosen device now.
+    bool devicePinActive() const { return m_activePin.has_value(); }
+    /// The place of the chosen device in availableOutputDevices, -1 for the system's default or
+    /// while it is missing. Of two devices of one name it is the one that plays, else the first.
+    int selectedDeviceIndex() const;
+
+    /// The user's choice from the output menu; none follows the system's default.
+    void selectOutputDevice(const std::optional<AudioOutput::OutputDevice>& device);
+    void applyOutputDevice(const AudioOutput::OutputDevice& device);
+    /// Reads the list again, and takes or leaves the chosen device as it has come or gone.
+    void refreshOutputDeviceList();
+    /// Shows the system's default device as the current output.
+    void refreshOutputDevice();
+    /// The language has changed: the name shown may be a text of ours.
+    void retranslate();
+
+  Q_SIGNALS:
+    void availableOutputDevicesChanged();
+    /// The choice, or which of the listed devices it stands for.
+    void selectedOutputDeviceNameChanged();
+    void outputDeviceNameChanged();
+
+  private:
+    void defaultDeviceChanged();
+    void routeToDefault();
+    void setShownName(const QString& name);
+    void setSelectedName(const std::optional<QString>& name);
+    void setActivePin(std::optional<std::uint32_t> id);
+    const AudioOutput::OutputDevice* availableDevice(const QString& name) const;
+
+    AudioOutput::Devices& m_devices;
+    Preferences& m_preferences;
+    Collaborators m_collaborators;
+    std::vector<AudioOutput::OutputDevice> m_available;
+    std::optional<QString> m_selectedName;
+    QString m_shownName;
+    bool m_enginePinned = false;
+    std::optional<std::uint32_t> m_activePin; ///< the chosen device's id while the engine is on it
+};
+
+} // namespace halvane
