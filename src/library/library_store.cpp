@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+#include "library/library_store.h"
+
+#include "library/thread_check.h"
+
+#include <algorithm>
+
+namespace halvane {
+
+LibraryStore::LibraryStore(QObject* parent)
+    : QObject(parent)
+    , m_rows(std::make_shared<TrackRows>()) {
+}
+
+std::optional<std::size_t> LibraryStore::rowOf(const QString& path) const {
+    const auto found = m_rowOfPath.constFind(path);
+    return found == m_rowOfPath.cend() ? std::nullopt : std::optional<std::size_t>(*found);
+}
+
+TrackPtr LibraryStore::track(const QString& path) const {
+    const auto row = rowOf(path);
+    return row ? (*m_rows)[*row] : nullptr;
+}
+
+TrackPtr LibraryStore::trackWithID(const QUuid& id) const {
+    const auto found = std::find_if(m_rows->cbegin(), m_rows->cend(),
+                                    [&](const TrackPtr& track) { return track->id == id; });
+    return found == m_rows->cend() ? nullptr : *found;
+}
+
+TrackRows& LibraryStore::writableRows() {
+    assertOwnThread(*this);
+    // Snapshots are given away on this thread only, so a count of one can't grow meanwhile.
+    if (m_rows.use_count() > 1)
+        m_rows = std::make_shared<TrackRows>(*m_rows);
+    return *m_rows;
+}
+
+std::size_t LibraryStore::append(const TrackRows& tracks) {
+    TrackRows& rows = writableRows();
+    const std::size_t before = rows.size();
+    // Grows by halves even when many small batches follow each other.
+    if (rows.capacity() < before + tracks.size())
+        rows.reserve(std::max(before + tracks.size(), before + before / 2));
+    for (const TrackPtr& track : tracks) {
+        if (track->sourceURL) {
+            const QString& path = track->sourceURL->standardizedPath();
+            if (m_rowOfPath.contains(path))
+                continue;
+            m_rowOfPath.insert(path, static_cast<quint32>(rows.size()));
+        }
+        rows.push_back(track);
+    }
+    const std::size_t added = rows.size() - before;
+    if (added > 0)
+        Q_EMIT tracksChanged();
+    return added;
+}
+
+void LibraryStore::replace(const TrackRows& tracks) {
+    TrackRows& rows = writableRows();
+    bool changed = false;
+    for (const TrackPtr& track : tracks) {
+        if (const auto row = rowOf(track->path())) {
+            rows[*row] = track;
+            changed = true;
+        }
+    }
+    if (changed)
+        Q_EMIT tracksChanged();
+}
+
+void LibraryStore::remove(const QSet<QString>& paths) {
+    TrackRows& rows = writableRows();
+    // Where each row moves to; the index is renumbered rather than hashed again.
+    std::vector<quint32> movesTo(rows.size());
+    std::size_t kept = 0;
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        const auto& url = rows[row]->sourceURL;
+        if (url && paths.contains(url->standardizedPath()))
+            continue;
+        movesTo[row] = static_cast<quint32>(kept);
+        if (kept != row)
+            rows[kept] = std::move(rows[row]);
+        ++kept;
+    }
+    if (kept == rows.size())
+        return;
+    rows.resize(kept);
+    for (const QString& path : paths)
+        m_rowOfPath.remove(path);
+    for (quint32& row : m_rowOfPath)
+        row = movesTo[row];
+    Q_EMIT tracksChanged();
+}
+
+} // namespace halvane

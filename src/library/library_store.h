@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "model/track.h"
+
+#include <QHash>
+#include <QObject>
+#include <QSet>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace halvane {
+
+/// One row of the library: a track that is never changed, only replaced by another.
+using TrackPtr = std::shared_ptr<const Track>;
+using TrackRows = std::vector<TrackPtr>;
+
+/// A new row.
+inline TrackPtr makeRow(Track track) {
+    return std::make_shared<const Track>(std::move(track));
+}
+
+/// The one owner of the library's tracks, in library order, no path twice. Rows are shared with
+/// the queue, the lists and the workers: a snapshot costs nothing to take and never changes.
+/// Main thread; a snapshot may be read on any.
+class LibraryStore : public QObject {
+    Q_OBJECT
+
+  public:
+    explicit LibraryStore(QObject* parent = nullptr);
+
+    std::shared_ptr<const TrackRows> snapshot() const { return m_rows; }
+    std::size_t size() const { return m_rows->size(); }
+    /// The row of a standardized path, none when the library doesn't hold it.
+    std::optional<std::size_t> rowOf(const QString& path) const;
+    /// The track of a standardized path, or null.
+    TrackPtr track(const QString& path) const;
+    /// The track of an id, or null.
+    TrackPtr trackWithID(const QUuid& id) const;
+
+    /// Appends those tracks whose path the library doesn't hold yet, in their order, and gives
+    /// their number. Tracks without a file are appended as they are.
+    std::size_t append(const TrackRows& tracks);
+    /// Puts tracks in the place of those with the same paths; unknown paths are ignored.
+    void replace(const TrackRows& tracks);
+    /// Takes out the tracks of these standardized paths.
+    void remove(const QSet<QString>& paths);
+
+  Q_SIGNALS:
+    /// Tracks came, went or were replaced.
+    void tracksChanged();
+
+  private:
+    TrackRows& writableRows();
+
+    std::shared_ptr<TrackRows> m_rows; ///< copied before a change while a snapshot is out
+    QHash<QString, quint32> m_rowOfPath;
+};
+
+} // namespace halvane
