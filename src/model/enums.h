@@ -32,4 +32,12 @@ Q_ENUM_NS(BackgroundStyle)
 enum class TrackAvailability { available, inCloud, missing };
 Q_ENUM_NS(TrackAvailability)
 
+/// The user's choice of language, in the order in which the settings offer it.
+enum class AppLanguage { english, simplifiedChinese, system };
+Q_ENUM_NS(AppLanguage)
+
+/// The language that texts are shown in.
+enum class ResolvedLanguage { english, simplifiedChinese };
+Q_ENUM_NS(ResolvedLanguage)
+
 } // namespace halvane

@@ -1,0 +1,152 @@
+// SPDX-License-Identifier: MIT
+// Every fixed text of the windows, once: X(key, English, Simplified Chinese). The order is the keys'
+// order. The enumeration, the two tables and the properties of Strings are made from this list, so
+// that a key without both texts, or one that occurs twice, does not compile.
+#pragma once
+
+// clang-format off
+#define HALVANE_L10N_TABLE(X) \
+    X(appSubtitle, u"Local Hi-Fi Library", u"本地高保真资料库") \
+    X(browse, u"Browse", u"浏览") \
+    X(library, u"Library", u"资料库") \
+    X(albums, u"Albums", u"专辑") \
+    X(artists, u"Artists", u"艺人") \
+    X(tracks, u"Tracks", u"歌曲") \
+    X(searchPlaceholder, u"Search title, artist, album, format", u"搜索标题、艺人、专辑、格式") \
+    X(importMusicFolder, u"Import Music Folder", u"导入音乐文件夹") \
+    X(importMusicFolderCommand, u"Import Music Folder...", u"导入音乐文件夹...") \
+    X(nowPlaying, u"Now Playing", u"正在播放") \
+    X(notPlaying, u"Not Playing", u"未在播放") \
+    X(nothingToPlay, u"No playable tracks in the library yet", u"资料库中还没有可播放的曲目") \
+    X(emptyLibraryTitle, u"Add music to your library", u"将音乐加入资料库") \
+    X(emptyLibraryMessage, u"Drag audio files or folders into the window, or import a music folder to get started.", u"把音频文件或文件夹拖进窗口，或导入音乐文件夹开始使用。") \
+    X(output, u"Output", u"输出") \
+    X(signal, u"Signal", u"信号") \
+    X(pause, u"Pause", u"暂停") \
+    X(play, u"Play", u"播放") \
+    X(title, u"Title", u"标题") \
+    X(album, u"Album", u"专辑") \
+    X(quality, u"Quality", u"品质") \
+    X(time, u"Time", u"时长") \
+    X(rating, u"Rating", u"评分") \
+    X(playlist, u"Up Next", u"待播队列") \
+    X(builtInOutput, u"Built-in Output", u"内置输出") \
+    X(language, u"Language", u"语言") \
+    X(dragAudio, u"Drop audio files", u"拖入音频文件") \
+    X(dragAudioSubtitle, u"Added files appear in the playlist", u"文件会自动加入播放列表") \
+    X(dropToAdd, u"Drop to add to playlist", u"松开加入播放列表") \
+    X(noSupportedAudio, u"No supported audio files found", u"未找到支持的音频文件") \
+    X(localFile, u"Local File", u"本地文件") \
+    X(draggedFiles, u"Dragged Files", u"拖入的文件") \
+    X(playThisTrack, u"Play this track", u"播放这首歌") \
+    X(playingFrom, u"Playing from", u"播放来源") \
+    X(year, u"Year", u"年份") \
+    X(totalTime, u"Total Time", u"总时长") \
+    X(viewArtist, u"Go to artist", u"查看艺术家") \
+    X(viewAlbum, u"Go to album", u"查看专辑") \
+    X(toggleRemainingTime, u"Switch between total and remaining time", u"切换总时长 / 剩余时间") \
+    X(unavailableFile, u"File unavailable (moved or deleted)", u"文件不可用（已移动或删除）") \
+    X(removeFromLibrary, u"Remove from Library", u"从资料库移除") \
+    X(libraryMaintenance, u"Tidy Up Library", u"整理资料库") \
+    X(cloudPendingSection, u"In iCloud, not downloaded", u"在 iCloud 中，未下载") \
+    X(cloudPendingHint, u"These tracks are safe in iCloud. Download to play them.", u"这些歌曲安全地保存在 iCloud，下载后即可播放。") \
+    X(missingSection, u"Missing files", u"文件丢失") \
+    X(missingHint, u"These files were moved or deleted and can no longer play.", u"这些文件已被移动或删除，无法再播放。") \
+    X(duplicatesSection, u"Duplicate tracks", u"重复曲目") \
+    X(duplicatesHint, u"Same title, artist, and length. One copy of each is kept.", u"标题、艺人、时长相同。每组会保留一份。") \
+    X(downloadAll, u"Download All", u"全部下载") \
+    X(removeAllMissing, u"Remove All", u"全部移除") \
+    X(removeDuplicates, u"Remove Duplicates", u"清理重复") \
+    X(libraryClean, u"Your library is tidy — nothing to clean up.", u"资料库很干净，没有需要整理的项目。") \
+    X(cloudFileHint, u"In iCloud — click to download", u"在 iCloud 中——点击下载") \
+    X(done, u"Done", u"完成") \
+    X(cancel, u"Cancel", u"取消") \
+    X(languageSettingHint, u"Applies to window content. The menu bar always stays in English, matching the system menus.", u"仅作用于窗口内容。菜单栏与系统菜单保持一致，始终为英文。") \
+    X(backToMainWindow, u"Back to Main Window", u"返回主窗口") \
+    X(playAll, u"Play All", u"播放全部") \
+    X(noResults, u"No matches for your search", u"没有匹配的搜索结果") \
+    X(loved, u"Loved", u"喜欢") \
+    X(playlistsSection, u"Playlists", u"播放列表") \
+    X(newPlaylist, u"New Playlist...", u"新建播放列表…") \
+    X(addToPlaylist, u"Add to Playlist", u"加入播放列表") \
+    X(removeFromPlaylist, u"Remove from Playlist", u"从播放列表移除") \
+    X(renameCommand, u"Rename...", u"重命名…") \
+    X(deleteCommand, u"Delete", u"删除") \
+    X(playlistNamePlaceholder, u"Playlist name", u"播放列表名称") \
+    X(ratingNone, u"None", u"无") \
+    X(systemDefaultDevice, u"System Default", u"系统默认") \
+    X(deviceSwitchFailed, u"Couldn't switch output device - continuing on the previous one", u"无法切换输出设备——继续使用原设备播放") \
+    X(soundCheck, u"Sound Check", u"音量均衡") \
+    X(soundCheckHint, u"Balances loudness across tracks. Files are analyzed in the background; adjustments apply as results arrive.", u"自动平衡不同曲目的响度。文件在后台分析，结果就绪后自动生效。") \
+    X(addToLibraryCommand, u"Add to Library...", u"添加到资料库…") \
+    X(increaseVolume, u"Increase Volume", u"增大音量") \
+    X(decreaseVolume, u"Decrease Volume", u"减小音量") \
+    X(volumeLabel, u"Volume", u"音量") \
+    X(equalizer, u"Equalizer", u"均衡器") \
+    X(eqBass, u"Bass", u"低音") \
+    X(eqMid, u"Mid", u"中音") \
+    X(eqTreble, u"Treble", u"高音") \
+    X(presetFlat, u"Flat", u"平直") \
+    X(presetBassBoost, u"Bass Boost", u"低音增强") \
+    X(presetTrebleBoost, u"Treble Boost", u"高音增强") \
+    X(presetVocal, u"Vocal", u"人声") \
+    X(presetLoudness, u"Loudness", u"响度") \
+    X(presetRock, u"Rock", u"摇滚") \
+    X(presetJazz, u"Jazz", u"爵士") \
+    X(presetClassical, u"Classical", u"古典") \
+    X(presetElectronic, u"Electronic", u"电子") \
+    X(presetAcoustic, u"Acoustic", u"原声") \
+    X(preampLabel, u"Preamp", u"前置增益") \
+    X(savePreset, u"Save Preset...", u"保存预设…") \
+    X(deletePresetMenu, u"Delete User Preset", u"删除用户预设") \
+    X(presetNamePlaceholder, u"Preset name", u"预设名称") \
+    X(findCommand, u"Find", u"搜索") \
+    X(helpTitle, u"Halvane Help", u"Halvane 帮助") \
+    X(helpImportTitle, u"Add music", u"添加音乐") \
+    X(helpImportBody, u"Drag audio files or folders into the window, press Cmd+I, or open files with Halvane from Finder. Your files stay where they are — nothing is copied or moved.", u"把音频文件或文件夹拖进窗口，按 ⌘I，或在 Finder 中用 Halvane 打开文件。文件保留在原位——不会复制或移动。") \
+    X(helpPlaybackTitle, u"Playback", u"播放") \
+    X(helpPlaybackBody, u"Click any track to play it; click the playing track to pause. Keyboard media keys, AirPods controls, and Control Center all work.", u"点击任意歌曲即可播放；点击正在播放的歌曲则暂停。键盘媒体键、AirPods 控制和控制中心均可用。") \
+    X(helpModesTitle, u"Player views", u"播放器视图") \
+    X(helpModesBody, u"Four sizes: the menu bar waveform icon for quick controls, the mini player, the main window, and the full-screen vinyl view.", u"四种尺寸：菜单栏波形图标的快捷控制、迷你播放器、主窗口、全屏黑胶视图。") \
+    X(helpCloudTitle, u"iCloud files", u"iCloud 文件") \
+    X(helpCloudBody, u"Tracks with a blue cloud icon live in iCloud but are not downloaded. Click one to download it; it becomes playable automatically.", u"带蓝色云图标的歌曲保存在 iCloud 但未下载。点击即开始下载，完成后自动恢复可播放。") \
+    X(helpMaintenanceTitle, u"Tidy up your library", u"整理资料库") \
+    X(helpMaintenanceBody, u"The wand button in the toolbar resolves greyed-out tracks: download iCloud files, remove missing ones, and clean up duplicates.", u"工具栏的魔法棒按钮处理灰色曲目：下载 iCloud 文件、移除丢失文件、清理重复项。") \
+    X(helpShortcutsTitle, u"Keyboard shortcuts", u"快捷键") \
+    X(shuffleLabel, u"Shuffle", u"随机播放") \
+    X(repeatLabel, u"Repeat", u"循环模式") \
+    X(settingsLabel, u"Settings", u"设置") \
+    X(themeSection, u"Theme", u"主题") \
+    X(accentColor, u"Accent Color", u"强调色") \
+    X(cornerStyle, u"Corner Style", u"圆角风格") \
+    X(cornerSharp, u"Sharp", u"锐利") \
+    X(cornerStandard, u"Standard", u"标准") \
+    X(cornerRound, u"Round", u"圆润") \
+    X(backgroundStyle, u"Background", u"背景") \
+    X(bgDark, u"Dark", u"深色") \
+    X(bgOLED, u"Pure Black", u"纯黑") \
+    X(bgAmbient, u"Ambient", u"氛围") \
+    X(spectrumColor, u"Spectrum Color", u"频谱颜色") \
+    X(tintAmbient, u"Follow Artwork", u"跟随封面") \
+    X(tintMint, u"Mint", u"薄荷绿") \
+    X(tintGold, u"Gold", u"金色") \
+    X(tintSunset, u"Sunset", u"暖橙") \
+    X(tintCustom, u"Custom", u"自定义") \
+    X(playbackMenu, u"Playback", u"播放控制") \
+    X(playPause, u"Play/Pause", u"播放/暂停") \
+    X(playAlbum, u"Play Album", u"播放专辑") \
+    X(showAllTracks, u"Show All Tracks", u"显示全部歌曲") \
+    X(miniPlayer, u"Mini Player", u"迷你播放器") \
+    X(fullScreenPlayer, u"Full-Screen Player", u"全屏播放") \
+    X(toggleNowPlayingPanel, u"Toggle Now Playing Panel", u"显示/隐藏正在播放栏") \
+    X(clearSearch, u"Clear search", u"清除搜索") \
+    X(unknownAlbum, u"Unknown Album", u"未知专辑") \
+    X(unknownArtist, u"Unknown Artist", u"未知艺人") \
+    X(shuffleOn, u"Shuffle on", u"随机播放已开启") \
+    X(shuffleOff, u"Shuffle off", u"随机播放已关闭") \
+    X(previousTrack, u"Previous track", u"上一首") \
+    X(nextTrack, u"Next track", u"下一首") \
+    X(repeatOff, u"Repeat off", u"循环关闭") \
+    X(repeatAll, u"Repeat playlist", u"列表循环") \
+    X(repeatOne, u"Repeat one", u"单曲循环")
+// clang-format on

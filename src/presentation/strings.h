@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "presentation/l10n.h"
+
+#include <QObject>
+
+#include <functional>
+
+namespace halvane {
+
+/// The texts as properties that a view can bind to: one a key, and the sentences behind
+/// `sentences`, so that a binding to either is evaluated again when the language changes. Holds no
+/// language of its own. Main thread.
+class Strings : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(
+        halvane::ResolvedLanguage resolvedLanguage READ resolvedLanguage NOTIFY languageChanged)
+    Q_PROPERTY(halvane::Strings* sentences READ sentences NOTIFY languageChanged)
+#define HALVANE_L10N_PROPERTY(key, english, chinese)                                               \
+    Q_PROPERTY(QString key READ key NOTIFY languageChanged)
+    HALVANE_L10N_TABLE(HALVANE_L10N_PROPERTY)
+#undef HALVANE_L10N_PROPERTY
+
+  public:
+    /// Asks the function for the language whenever a text is read.
+    explicit Strings(std::function<ResolvedLanguage()> language, QObject* parent = nullptr)
+        : QObject(parent)
+        , m_language(std::move(language)) {
+    }
+
+    ResolvedLanguage resolvedLanguage() const {
+        return m_language();
+    }
+    Strings* sentences() {
+        return this;
+    }
+
+#define HALVANE_L10N_GETTER(key, english, chinese)                                                 \
+    QString key() const {                                                                          \
+        return L10n::text(L10nKey::key, m_language());                                             \
+    }
+    HALVANE_L10N_TABLE(HALVANE_L10N_GETTER)
+#undef HALVANE_L10N_GETTER
+
+    Q_INVOKABLE QString playbackFailure(const QString& trackTitle) const;
+    Q_INVOKABLE QString downloadingTrack(const QString& trackTitle) const;
+    Q_INVOKABLE QString maintenanceBadge(qint64 count) const;
+    Q_INVOKABLE QString artistSummary(qint64 albums, qint64 tracks) const;
+    Q_INVOKABLE QString visibleCount(qint64 count) const;
+    Q_INVOKABLE QString confirmRemoveMissing(qint64 count) const;
+    Q_INVOKABLE QString confirmRemoveDuplicates(qint64 groups) const;
+    Q_INVOKABLE QString cloudDownloadStarted(qint64 count) const;
+    Q_INVOKABLE QString playlistCount(qint64 count) const;
+    Q_INVOKABLE QString importResult(qint64 added, qint64 skipped) const;
+    Q_INVOKABLE QString albumDuration(qint64 totalMinutes) const;
+    Q_INVOKABLE QString trackCount(qint64 count) const;
+    Q_INVOKABLE QString languageName(halvane::AppLanguage setting) const;
+
+  Q_SIGNALS:
+    /// Texts may read differently now: the setting changed, or the system's languages may have.
+    void languageChanged();
+
+  private:
+    std::function<ResolvedLanguage()> m_language;
+};
+
+} // namespace halvane
