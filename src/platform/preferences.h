@@ -74,6 +74,8 @@ class Preferences {
     // Changes of one entry, whose cost does not grow with the collection. A key that is absent or
     // of another kind becomes a collection that holds just what is inserted.
     virtual void insertString(const QString& key, const QString& value) = 0;
+    /// Appends the values that are not there yet, in one change.
+    virtual void insertStrings(const QString& key, const QStringList& values) = 0;
     virtual void removeString(const QString& key, const QString& value) = 0;
     virtual void insertInteger(const QString& key, const QString& entry, qint64 value) = 0;
     virtual void insertNumbers(const QString& key, const QString& entry,
