@@ -19,7 +19,8 @@ class Command : public QObject {
     Q_PROPERTY(bool isSeparator READ isSeparator CONSTANT)
     Q_PROPERTY(QString title READ title NOTIFY titleChanged) // always English
     Q_PROPERTY(bool enabled READ isEnabled NOTIFY enabledChanged)
-    Q_PROPERTY(QString shortcutText READ shortcutText CONSTANT) // by this keyboard's names; may be empty
+    Q_PROPERTY(
+        QString shortcutText READ shortcutText CONSTANT) // by this keyboard's names; may be empty
 
   public:
     Command(const QString& id, const QKeySequence& shortcut, std::function<void()> action,

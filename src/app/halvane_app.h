@@ -13,8 +13,11 @@ class QQmlEngine;
 
 namespace halvane {
 
-class LibraryViewModel;
+class Clock;
 class Commands;
+class FrameWatch;
+class LibraryViewModel;
+class MiniWindowPlacement;
 class WindowRegistry;
 
 /// The application: owns the windows and the commands, and is what the views ask to open, close
@@ -38,10 +41,10 @@ class HalvaneApp : public QObject {
     Q_PROPERTY(bool hasSystemFrame READ hasSystemFrame NOTIFY hasSystemFrameChanged)
 
   public:
-    /// Where each window's description is, by identifier, is `viewsRoot` + "MainWindow.qml" and so
-    /// on. The library and the engine must outlive this object.
-    HalvaneApp(LibraryViewModel& library, QQmlEngine& engine, const QUrl& viewsRoot,
-               QObject* parent = nullptr);
+    /// `viewsRoot` is where the windows' descriptions are, `stateFolder` where the windows' places
+    /// are remembered. Library, clock and engine must outlive this object.
+    HalvaneApp(LibraryViewModel& library, Clock& clock, QQmlEngine& engine, const QUrl& viewsRoot,
+               const QString& stateFolder, QObject* parent = nullptr);
     ~HalvaneApp() override;
 
     /// The one instance; null before it is made and after it is gone.
@@ -64,17 +67,23 @@ class HalvaneApp : public QObject {
     Q_INVOKABLE void toggleFullScreen();
     /// Brings the main window forward with the search field focused.
     Q_INVOKABLE void find();
+    /// Brings the program forward: the window that is open, or else the main window.
+    void raise();
     Q_INVOKABLE void quit();
     /// The command of this identifier ("playPause", "find", ...); null when there is none.
     Q_INVOKABLE halvane::Command* command(const QString& id) const;
 
   Q_SIGNALS:
+    /// No window is left open.
+    void lastWindowClosed();
     void menusAreGlobalChanged();
     void hasSystemFrameChanged();
 
   private:
     LibraryViewModel& m_library;
+    std::unique_ptr<FrameWatch> m_frames;
     std::unique_ptr<WindowRegistry> m_windows;
+    std::unique_ptr<MiniWindowPlacement> m_miniPlacement;
     std::unique_ptr<Commands> m_commands;
     bool m_menusAreGlobal = false;
 };

@@ -31,7 +31,8 @@ struct Environment {
     CloudFiles& cloudFiles;
     PreferredLanguages& languages;
     SleepInhibitor& sleepInhibitor;
-    QString dataFolder; ///< where the metadata cache lives
+    QString dataFolder;  ///< where the metadata cache lives
+    QString cacheFolder; ///< for what can be made again at any time
 };
 
 } // namespace halvane

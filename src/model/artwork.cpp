@@ -31,6 +31,7 @@ class FileSource final : public ArtworkSource {
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
     QString key() const override { return m_path; }
+    QString filePath() const override { return m_path; }
 
   private:
     QString m_path;

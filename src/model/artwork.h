@@ -18,6 +18,8 @@ class ArtworkSource {
     virtual QByteArray read() const = 0;
     /// Names the picture: two sources with one key give the same bytes.
     virtual QString key() const = 0;
+    /// The file that holds this picture and nothing else; empty when there is none.
+    virtual QString filePath() const { return {}; }
 };
 
 /// A shared handle to a picture. Copying it copies no bytes, and a library of 100,000 tracks holds
@@ -33,6 +35,7 @@ class Artwork {
 
     QByteArray read() const { return m_source->read(); }
     QString key() const { return m_source->key(); }
+    QString filePath() const { return m_source->filePath(); }
 
     friend bool operator==(const Artwork& a, const Artwork& b) {
         return a.m_source == b.m_source || a.key() == b.key();

@@ -54,10 +54,14 @@ struct MediaCommandHandlers {
     std::function<void(MediaLoop)> setLoop;
     std::function<void(bool)> setShuffle;
     std::function<void(double)> setVolume; ///< 0...1
+    std::function<double()> elapsedSeconds; ///< the position now
+};
+
+/// What the desktop asks of the program's windows. Called on the main thread.
+struct WindowCommandHandlers {
     std::function<void(bool)> setFullScreen;
     std::function<void()> raise;
     std::function<void()> quit;
-    std::function<double()> elapsedSeconds; ///< the position now
 };
 
 /// The desktop's media controls. Main thread. Without a service behind it, everything is accepted
@@ -70,9 +74,12 @@ class MediaControls {
     /// Publishes what is playing; none clears it, with the state stopped.
     virtual void publish(const std::optional<NowPlayingInfo>& info, MediaPlaybackState state) = 0;
     virtual void publishCapabilities(const MediaCapabilities& capabilities) = 0;
-    virtual void publishModes(MediaLoop loop, bool shuffle, double volume, bool fullScreen) = 0;
+    virtual void publishModes(MediaLoop loop, bool shuffle, double volume) = 0;
     /// The position jumped to this place, other than by playing on.
     virtual void seeked(double seconds) = 0;
+
+    virtual void setWindowHandlers(WindowCommandHandlers handlers) = 0;
+    virtual void publishFullScreen(bool fullScreen) = 0;
 };
 
 } // namespace halvane

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#include "app/command.h"
+
+namespace halvane {
+
+Command::Command(const QString& id, const QKeySequence& shortcut, std::function<void()> action,
+                 QObject* parent)
+    : QObject(parent)
+    , m_id(id)
+    , m_shortcut(shortcut)
+    , m_action(std::move(action)) {
+}
+
+QString Command::shortcutText() const {
+    return m_shortcut.toString(QKeySequence::NativeText);
+}
+
+void Command::setTitle(const QString& title) {
+    if (m_title == title)
+        return;
+    m_title = title;
+    Q_EMIT titleChanged();
+}
+
+void Command::setEnabled(bool enabled) {
+    if (m_enabled == enabled)
+        return;
+    m_enabled = enabled;
+    Q_EMIT enabledChanged();
+}
+
+void Command::trigger() {
+    if (m_enabled && m_action)
+        m_action();
+}
+
+CommandMenu::CommandMenu(const QString& title, QObject* parent)
+    : QObject(parent)
+    , m_title(title) {
+}
+
+void CommandMenu::append(Command* command) {
+    command->setParent(this);
+    m_items.append(command);
+}
+
+} // namespace halvane

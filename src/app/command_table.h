@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "model/enums.h"
+
+#include <QString>
+
+#include <vector>
+
+namespace halvane {
+
+/// Everything that decides how the commands look at a moment. Plain value.
+struct CommandState {
+    bool isSearchFieldFocused = false;
+    bool isTextFocused = false; ///< some text field has the keyboard
+    bool isShuffleEnabled = false;
+    PlaybackRepeatMode repeatMode = PlaybackRepeatMode::off;
+    bool isMiniPlayerOpen = false;
+
+    bool operator==(const CommandState&) const = default;
+};
+
+/// One entry of the menus. Titles are English whatever the language setting.
+struct CommandSpec {
+    QString id;   ///< empty: a separator
+    QString keys; ///< in portable form, several divided by "; "; may be empty
+    QString (*title)(const CommandState&) = nullptr;
+    bool (*isEnabled)(const CommandState&) = nullptr; ///< null: always
+    /// A text field takes these keys for itself while it has the keyboard; every other command's
+    /// keys win over the text field.
+    bool yieldsToText = false;
+};
+
+struct MenuSpec {
+    QString title;
+    std::vector<CommandSpec> items;
+};
+
+/// The menu bar from left to right.
+const std::vector<MenuSpec>& menuTable();
+
+} // namespace halvane

@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: MIT
+#include "app/halvane_app.h"
+
+#include "app/commands.h"
+#include "app/frame_watch.h"
+#include "app/mini_window_placement.h"
+#include "app/window_registry.h"
+#include "library/library_view_model.h"
+
+#include <QGuiApplication>
+#include <QQuickWindow>
+
+namespace halvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+HalvaneApp* theInstance = nullptr;
+
+} // namespace
+
+HalvaneApp::HalvaneApp(LibraryViewModel& library, Clock& clock, QQmlEngine& engine,
+                       const QUrl& viewsRoot, const QString& stateFolder, QObject* parent)
+    : QObject(parent)
+    , m_library(library)
+    , m_frames(std::make_unique<FrameWatch>())
+    , m_windows(
+          std::make_unique<WindowRegistry>(engine, viewsRoot, stateFolder + u"/windows.ini"_s))
+    , m_miniPlacement(std::make_unique<MiniWindowPlacement>(*m_windows, clock))
+    , m_commands(std::make_unique<Commands>(
+          library, CommandTargets{.openWindow = [this](const QString& id) { openWindow(id); },
+                                  .find = [this] { find(); },
+                                  .toggleMiniPlayer = [this] { toggleMiniPlayer(); },
+                                  .toggleFullScreen = [this] { toggleFullScreen(); },
+                                  .quit = [this] { quit(); }})) {
+    Q_ASSERT(!theInstance);
+    theInstance = this;
+    connect(m_windows.get(), &WindowRegistry::windowMade, m_frames.get(), &FrameWatch::follow);
+    connect(m_windows.get(), &WindowRegistry::lastWindowClosed, this,
+            &HalvaneApp::lastWindowClosed);
+    connect(m_frames.get(), &FrameWatch::changed, this, &HalvaneApp::hasSystemFrameChanged);
+}
+
+HalvaneApp::~HalvaneApp() {
+    // The views look at this object until the last of them is gone.
+    m_windows.reset();
+    theInstance = nullptr;
+}
+
+HalvaneApp* HalvaneApp::instance() {
+    return theInstance;
+}
+
+QQmlListProperty<CommandMenu> HalvaneApp::menuList() {
+    return {this, &m_commands->menus()};
+}
+
+void HalvaneApp::setMenusAreGlobal(bool global) {
+    if (m_menusAreGlobal == global)
+        return;
+    m_menusAreGlobal = global;
+    Q_EMIT menusAreGlobalChanged();
+}
+
+bool HalvaneApp::hasSystemFrame() const {
+    return m_frames->hasSystemFrame();
+}
+
+void HalvaneApp::openWindow(const QString& id) {
+    m_windows->open(id);
+}
+
+void HalvaneApp::closeWindow(const QString& id) {
+    m_windows->close(id);
+}
+
+bool HalvaneApp::isWindowOpen(const QString& id) const {
+    return m_windows->isOpen(id);
+}
+
+void HalvaneApp::toggleMiniPlayer() {
+    if (m_library.isMiniPlayerOpen()) {
+        openWindow(u"main"_s);
+        closeWindow(u"mini"_s);
+    } else {
+        m_miniPlacement->centerOnMainWindow();
+        openWindow(u"mini"_s);
+        closeWindow(u"main"_s);
+    }
+}
+
+void HalvaneApp::toggleFullScreen() {
+    if (!m_library.showFullPlayer()) {
+        // Set before the mini window closes: it would reopen the main window by itself otherwise.
+        m_library.setShowFullPlayer(true);
+        openWindow(u"main"_s);
+        closeWindow(u"mini"_s);
+    } else {
+        m_library.setShowFullPlayer(false);
+    }
+}
+
+void HalvaneApp::find() {
+    openWindow(u"main"_s);
+    m_library.requestSearchFocus();
+}
+
+void HalvaneApp::raise() {
+    openWindow(m_library.isMiniPlayerOpen() ? u"mini"_s : u"main"_s);
+}
+
+void HalvaneApp::quit() {
+    QGuiApplication::quit();
+}
+
+Command* HalvaneApp::command(const QString& id) const {
+    return m_commands->find(id);
+}
+
+} // namespace halvane

@@ -1,0 +1,167 @@
+// SPDX-License-Identifier: MIT
+#include "app/window_registry.h"
+
+#include "app/edge_resizer.h"
+#include "app/window_geometry.h"
+#include "app/window_placement.h"
+#include "platform/log.h"
+
+#include <QGuiApplication>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickWindow>
+#include <QScreen>
+
+#include <algorithm>
+
+namespace halvane {
+
+namespace {
+
+QList<QRect> freeAreas() {
+    QList<QRect> areas;
+    for (const auto* screen : QGuiApplication::screens())
+        areas.append(screen->availableGeometry());
+    return areas;
+}
+
+} // namespace
+
+WindowRegistry::WindowRegistry(QQmlEngine& engine, const QUrl& viewsRoot,
+                               const QString& geometryFile, QObject* parent)
+    : QObject(parent)
+    , m_engine(engine)
+    , m_viewsRoot(viewsRoot)
+    , m_geometry(std::make_unique<WindowGeometry>(geometryFile)) {
+}
+
+WindowRegistry::~WindowRegistry() {
+    for (auto* window : std::as_const(m_windows)) {
+        window->disconnect(this);
+        delete window;
+    }
+}
+
+bool WindowRegistry::canPlaceWindows() {
+    return QGuiApplication::platformName() == QLatin1String("xcb");
+}
+
+QQuickWindow* WindowRegistry::open(const QString& id) {
+    auto* window = prepared(id);
+    if (!window)
+        return nullptr;
+    if (window->windowState() == Qt::WindowMinimized)
+        window->setWindowState(Qt::WindowNoState);
+    window->setVisible(true);
+    window->raise();
+    window->requestActivate();
+    return window;
+}
+
+QQuickWindow* WindowRegistry::prepared(const QString& id) {
+    if (auto* window = m_windows.value(id))
+        return window;
+    const auto* spec = windowSpec(id);
+    return spec ? make(*spec) : nullptr;
+}
+
+QQuickWindow* WindowRegistry::make(const WindowSpec& spec) {
+    QQmlComponent component(&m_engine, m_viewsRoot.resolved(QUrl(spec.file)));
+    auto object = std::unique_ptr<QObject>(component.create());
+    auto* window = qobject_cast<QQuickWindow*>(object.get());
+    if (!window) {
+        qCCritical(libraryLog, "window \"%s\" can't be made: %s", qUtf8Printable(spec.id),
+                   qUtf8Printable(component.errorString()));
+        return nullptr;
+    }
+    object.release();
+    setUp(*window, spec);
+    m_windows.insert(spec.id, window);
+    Q_EMIT windowMade(window);
+    return window;
+}
+
+void WindowRegistry::setUp(QQuickWindow& window, const WindowSpec& spec) {
+    window.setObjectName(spec.id);
+    window.setTitle(spec.title);
+    switch (spec.kind) {
+    case WindowSpec::Kind::normal:
+        break;
+    case WindowSpec::Kind::hiddenTitleBar:
+        window.setFlags(window.flags() | Qt::FramelessWindowHint);
+        break;
+    case WindowSpec::Kind::popup:
+        window.setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+        connect(&window, &QWindow::activeChanged, this, [&window] {
+            if (!window.isActive())
+                window.hide();
+        });
+        break;
+    }
+    if (!spec.minimumSize.isEmpty())
+        window.setMinimumSize(spec.minimumSize);
+    if (spec.isResizable() && spec.kind == WindowSpec::Kind::hiddenTitleBar)
+        new EdgeResizer(&window);
+    placeInitially(window, spec);
+    if (spec.kind != WindowSpec::Kind::popup)
+        m_geometry->follow(&window, spec.id);
+    connect(&window, &QWindow::visibleChanged, this,
+            [this, &window] { visibilityChanged(window); });
+}
+
+void WindowRegistry::placeInitially(QQuickWindow& window, const WindowSpec& spec) {
+    if (spec.defaultSize)
+        window.resize(*spec.defaultSize);
+    const auto remembered = m_geometry->remembered(spec.id);
+    if (remembered && spec.isResizable()) {
+        window.resize(remembered->place.size().expandedTo(spec.minimumSize));
+        if (remembered->isMaximized)
+            window.setWindowState(Qt::WindowMaximized);
+    }
+    if (!canPlaceWindows())
+        return;
+    if (remembered && stillReachable(remembered->place, freeAreas()))
+        window.setPosition(remembered->place.topLeft());
+    else if (const auto* screen = window.screen(); screen && spec.id == QLatin1String("mini"))
+        window.setPosition(topTrailing(screen->availableGeometry(), window.size()));
+}
+
+void WindowRegistry::close(const QString& id) {
+    if (auto* window = m_windows.value(id))
+        window->close();
+}
+
+bool WindowRegistry::isOpen(const QString& id) const {
+    const auto* window = m_windows.value(id);
+    return window && window->isVisible();
+}
+
+QQuickWindow* WindowRegistry::visibleWindow(const QString& idPrefix) const {
+    for (auto* window : m_windows) {
+        if (window->isVisible() && window->objectName().startsWith(idPrefix))
+            return window;
+    }
+    return nullptr;
+}
+
+bool WindowRegistry::isAnyOpen() const {
+    return std::any_of(m_windows.begin(), m_windows.end(),
+                       [](const auto* window) { return window->isVisible(); });
+}
+
+// A window that closes often opens another in the same turn; only what is left afterwards counts.
+void WindowRegistry::visibilityChanged(QQuickWindow& window) {
+    if (window.isVisible() || m_closing)
+        return;
+    m_closing = true;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_closing = false;
+            if (!isAnyOpen())
+                Q_EMIT lastWindowClosed();
+        },
+        Qt::QueuedConnection);
+}
+
+} // namespace halvane
