@@ -26,6 +26,9 @@ class RenderSource {
     /// Fills `frames` frames of interleaved floats, all of them, with silence where there is
     /// nothing to play. Audio thread: must not lock, allocate, log or make a system call.
     virtual void render(float* interleaved, std::size_t frames) noexcept = 0;
+    /// Waits until this many frames can be rendered without a hole, or no more are to come. Only
+    /// for outputs that pull faster than time passes; any thread but the audio thread.
+    virtual void awaitFrames(std::size_t) {}
 };
 
 /// One stream to one output device: the real sound server, silence against the clock, or a test's
@@ -47,15 +50,17 @@ class SoundOutput {
     /// Starts pulling. On failure gives the error's description.
     [[nodiscard]] virtual std::optional<QString> start() = 0;
     /// Stops pulling and hearing at once; what is queued is kept and heard after the next start.
+    /// After it returns, render is neither running nor called until then.
     virtual void pause() = 0;
     virtual bool isRunning() const = 0;
     /// Drops what has been rendered and not heard; framesHeard then equals framesRendered.
     virtual void flush() = 0;
 
-    /// Frames rendered since open.
+    /// Frames rendered since open: the sum of what render was asked for.
     virtual std::int64_t framesRendered() const = 0;
     /// Frames heard since open: rendered, less what the server still holds, interpolated between
-    /// its reports; never falls, never exceeds framesRendered. Any thread.
+    /// its reports; never falls, never exceeds framesRendered. Of a stream that has been lost, the
+    /// last count. Any thread.
     virtual std::int64_t framesHeard() const = 0;
 
     /// The device's own rate in Hz, 0 while unknown.

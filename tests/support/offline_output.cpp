@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: MIT
+#include "support/offline_output.h"
+
+#include <algorithm>
+
+namespace halvane::test {
+
+void OfflineOutput::pull(std::size_t frames) {
+    render(frames, true);
+}
+
+void OfflineOutput::pullHurried(std::size_t frames) {
+    render(frames, false);
+}
+
+void OfflineOutput::render(std::size_t frames, bool wait) {
+    while (frames > 0 && m_running) {
+        const auto count = std::min(frames, blockFrames);
+        const auto samples = count * std::size_t(m_format.channels);
+        if (beforeRender)
+            beforeRender();
+        if (wait)
+            m_source->awaitFrames(count);
+        m_block.assign(samples, -7.0f); // whatever render leaves unfilled shows
+        m_source->render(m_block.data(), count);
+        m_rendered += std::int64_t(count);
+        m_recording.insert(m_recording.end(), m_block.begin(), m_block.end());
+        frames -= count;
+    }
+}
+
+void OfflineOutput::hear(std::int64_t frames) {
+    if (m_running)
+        m_heard = std::min<std::int64_t>(m_heard + frames, m_rendered);
+}
+
+void OfflineOutput::vanish() {
+    m_gone = true;
+    m_running = false;
+    m_source = nullptr;
+}
+
+void OfflineOutput::comeBack() {
+    m_gone = false;
+    changeConfiguration();
+}
+
+void OfflineOutput::changeConfiguration() {
+    if (onConfigurationChange)
+        onConfigurationChange();
+}
+
+std::optional<QString> OfflineOutput::open(const StreamFormat& format, RenderSource& source) {
+    if (m_gone)
+        return QStringLiteral("Connection refused");
+    if (openFailure)
+        return openFailure;
+    ++opens;
+    m_format = format;
+    m_source = &source;
+    m_rendered = m_heard = 0;
+    return std::nullopt;
+}
+
+void OfflineOutput::close() {
+    m_running = false;
+    m_source = nullptr;
+}
+
+std::optional<QString> OfflineOutput::start() {
+    if (!isOpen())
+        return QStringLiteral("No stream");
+    if (startFailure)
+        return startFailure;
+    ++starts;
+    m_running = true;
+    return std::nullopt;
+}
+
+void OfflineOutput::flush() {
+    ++flushes;
+    m_heard = m_rendered.load();
+}
+
+std::optional<QString> OfflineOutput::setDevice(std::optional<std::uint32_t> id) {
+    if (deviceFailure)
+        return deviceFailure;
+    devices.push_back(id);
+    return std::nullopt;
+}
+
+} // namespace halvane::test
