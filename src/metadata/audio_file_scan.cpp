@@ -1,0 +1,144 @@
+// SPDX-License-Identifier: MIT
+// Walks folders for playable files.
+#include "metadata/track_metadata_loader.h"
+#include "platform/log.h"
+
+#include <QSet>
+#include <QStringDecoder>
+
+#include <algorithm>
+#include <cstring>
+#include <dirent.h>
+#include <fcntl.h>
+#include <memory>
+#include <set>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace halvane::TrackMetadataLoader {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QByteArray loweredExtension(QByteArrayView fileName) {
+    const qsizetype dot = fileName.lastIndexOf('.');
+    return dot < 0 ? QByteArray() : fileName.sliced(dot + 1).toByteArray().toLower();
+}
+
+bool hasPlayableExtension(QByteArrayView fileName) {
+    static const QSet<QByteArray> extensions{"mp3",  "m4a",  "m4b",  "aac",  "wav", "aif",
+                                             "aiff", "aifc", "flac", "alac", "caf"};
+    return extensions.contains(loweredExtension(fileName));
+}
+
+/// Folders that the desktops they come from show as one document; what is in them is not the user's
+/// music.
+bool isPackage(QByteArrayView folderName) {
+    static const QSet<QByteArray> extensions{
+        "app",    "appdir", "band",   "bundle",       "framework",     "imovielibrary",
+        "kext",   "lpdf",   "logicx", "musiclibrary", "photoslibrary", "pkg",
+        "plugin", "rtfd",   "vst3",   "sparsebundle", "tvlibrary",     "component"};
+    return extensions.contains(loweredExtension(folderName));
+}
+
+/// The name as text, none when its bytes are not UTF-8: such a file could not be found again.
+bool isText(QByteArrayView name) {
+    QStringDecoder decode(QStringDecoder::Utf8);
+    const QString text = decode(name);
+    return !decode.hasError();
+}
+
+class Walk {
+  public:
+    explicit Walk(const std::atomic<bool>* cancelled)
+        : m_cancelled(cancelled) {}
+
+    void addFolder(const QByteArray& root) {
+        m_pending.push_back(root);
+        while (!m_pending.empty() && !(m_cancelled && *m_cancelled)) {
+            const QByteArray folder = std::move(m_pending.back());
+            m_pending.pop_back();
+            readFolder(folder);
+        }
+        std::sort(m_files.begin(), m_files.end());
+    }
+    const std::vector<QByteArray>& files() const { return m_files; }
+
+  private:
+    void readFolder(const QByteArray& folder) {
+        const int descriptor =
+            ::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK);
+        if (descriptor < 0)
+            return;
+        const std::unique_ptr<DIR, int (*)(DIR*)> entries(::fdopendir(descriptor), ::closedir);
+        if (!entries) {
+            ::close(descriptor);
+            return;
+        }
+        // Links may loop, and may show one folder in several places.
+        struct stat facts;
+        if (::fstat(descriptor, &facts) != 0 ||
+            !m_visited.insert({facts.st_dev, facts.st_ino}).second)
+            return;
+        while (const dirent* entry = ::readdir(entries.get()))
+            take(folder, descriptor, *entry);
+    }
+
+    void take(const QByteArray& folder, int descriptor, const dirent& entry) {
+        const QByteArrayView name(entry.d_name);
+        if (name.startsWith('.'))
+            return;
+        bool isFolder = entry.d_type == DT_DIR;
+        if (entry.d_type == DT_LNK || entry.d_type == DT_UNKNOWN) {
+            struct stat facts;
+            isFolder =
+                ::fstatat(descriptor, entry.d_name, &facts, 0) == 0 && S_ISDIR(facts.st_mode);
+        }
+        const bool isWanted = isFolder ? !isPackage(name) : hasPlayableExtension(name);
+        if (!isWanted)
+            return;
+        if (!isText(name)) {
+            qCWarning(
+                libraryLog, "skipped: the name is not valid UTF-8: %s",
+                QByteArray(folder + '/' + name.toByteArray()).toPercentEncoding("/ ").constData());
+            return;
+        }
+        const QByteArray path = (folder.endsWith('/') ? folder : folder + '/') + name.toByteArray();
+        (isFolder ? m_pending : m_files).push_back(path);
+    }
+
+    const std::atomic<bool>* m_cancelled;
+    std::vector<QByteArray> m_pending; ///< folders still to be read
+    std::vector<QByteArray> m_files;
+    std::set<std::pair<dev_t, ino_t>> m_visited;
+};
+
+} // namespace
+
+bool isPlayable(const QString& fileName) {
+    return hasPlayableExtension(fileName.toUtf8());
+}
+
+std::vector<FileUrl> audioFileURLs(const std::vector<QString>& roots,
+                                   const std::atomic<bool>* cancelled) {
+    std::vector<FileUrl> urls;
+    for (const QString& root : roots) {
+        const QByteArray path = root.toUtf8();
+        struct stat facts;
+        if (path.isEmpty() || ::stat(path.constData(), &facts) != 0)
+            continue;
+        if (!S_ISDIR(facts.st_mode)) {
+            if (hasPlayableExtension(path))
+                urls.emplace_back(root);
+            continue;
+        }
+        Walk walk(cancelled);
+        walk.addFolder(path);
+        for (const QByteArray& file : walk.files())
+            urls.emplace_back(QString::fromUtf8(file));
+    }
+    return urls;
+}
+
+} // namespace halvane::TrackMetadataLoader

@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+#include "metadata/bounded_file.h"
+
+#include "metadata/file_dates.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace halvane {
+
+BoundedFile::BoundedFile(const QString& path, const ReadingLimits& limits)
+    : m_name(path.toUtf8())
+    , m_limits(limits)
+    , m_deadline(std::chrono::steady_clock::now() + limits.time) {
+    struct stat facts;
+    // The kind is looked at first: opening a device can have effects.
+    if (::stat(m_name.constData(), &facts) != 0 || !S_ISREG(facts.st_mode))
+        return;
+    m_descriptor = ::open(m_name.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    if (m_descriptor < 0)
+        return;
+    m_size = facts.st_size;
+    m_modificationDate = referenceDate(facts.st_mtim);
+}
+
+BoundedFile::~BoundedFile() {
+    if (m_descriptor >= 0)
+        ::close(m_descriptor);
+}
+
+bool BoundedFile::checkTime() {
+    if (std::chrono::steady_clock::now() > m_deadline)
+        m_exhausted = m_late = true;
+    return m_late;
+}
+
+qint64 BoundedFile::clampedLength(qint64 offset, qint64 length) const {
+    if (m_exhausted || offset < 0 || offset >= m_size || length <= 0)
+        return 0;
+    return std::min({length, m_size - offset, m_limits.blockBytes});
+}
+
+bool BoundedFile::fillWindow(qint64 offset) {
+    ssize_t got;
+    do
+        got = ::pread(m_descriptor, m_window, windowBytes, offset);
+    while (got < 0 && errno == EINTR);
+    m_windowStart = offset;
+    m_windowLength = std::max<ssize_t>(got, 0);
+    m_bytesRead += m_windowLength;
+    return got > 0;
+}
+
+qint64 BoundedFile::read(qint64 offset, qint64 length, char* data) {
+    length = clampedLength(offset, length);
+    if (length == 0 || !isOpen())
+        return 0;
+    if (++m_reads > m_limits.reads || m_bytesRead + length > m_limits.totalBytes)
+        m_exhausted = true;
+    if (m_exhausted)
+        return 0;
+
+    const bool inWindow =
+        offset >= m_windowStart && offset + length <= m_windowStart + m_windowLength;
+    if (!inWindow && checkTime())
+        return 0;
+    if (inWindow || length <= windowBytes / 2) {
+        if (!inWindow && !fillWindow(offset))
+            return 0;
+        const qint64 available = std::min(length, m_windowStart + m_windowLength - offset);
+        std::memcpy(data, m_window + (offset - m_windowStart), static_cast<size_t>(available));
+        return available;
+    }
+    qint64 done = 0;
+    while (done < length) {
+        const ssize_t got =
+            ::pread(m_descriptor, data + done, static_cast<size_t>(length - done), offset + done);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got <= 0)
+            break;
+        done += got;
+    }
+    m_bytesRead += done;
+    return done;
+}
+
+QByteArray BoundedFile::read(qint64 offset, qint64 length) {
+    QByteArray bytes(clampedLength(offset, length), Qt::Uninitialized);
+    bytes.truncate(read(offset, bytes.size(), bytes.data()));
+    return bytes;
+}
+
+} // namespace halvane

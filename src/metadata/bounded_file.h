@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <chrono>
+#include <cstdint>
+#include <vector>
+
+namespace halvane {
+
+/// How much reading one file may cost, whatever its headers claim.
+struct ReadingLimits {
+    qint64 blockBytes = 32LL << 20;  ///< largest single read
+    qint64 totalBytes = 128LL << 20; ///< of all reads together
+    int reads = 200'000;
+    std::chrono::milliseconds time{5000};
+};
+
+/// A regular file opened for reading only, that stops answering when a parser asks for too much of
+/// it: past a limit every read is empty, as at the end of the file, so loops in parsers end.
+/// Opening never blocks on a pipe or a device. One thread at a time.
+class BoundedFile {
+  public:
+    explicit BoundedFile(const QString& path, const ReadingLimits& limits = {});
+    ~BoundedFile();
+    BoundedFile(const BoundedFile&) = delete;
+    BoundedFile& operator=(const BoundedFile&) = delete;
+
+    bool isOpen() const { return m_descriptor >= 0; }
+    qint64 size() const { return m_size; }
+    /// Seconds since 2001-01-01 UTC.
+    double modificationDate() const { return m_modificationDate; }
+    const QByteArray& name() const { return m_name; }
+
+    /// Reads up to `length` bytes at `offset` into `data`; how many were read.
+    qint64 read(qint64 offset, qint64 length, char* data);
+    QByteArray read(qint64 offset, qint64 length);
+    /// Whether `length` may be read at once at all; parsers allocate before they read.
+    qint64 clampedLength(qint64 offset, qint64 length) const;
+
+    /// Whether a limit was reached.
+    bool isExhausted() const { return m_exhausted; }
+    /// Whether it was the limit of time.
+    bool isLate() const { return m_late; }
+    /// Looks at the clock; true when the time is over.
+    bool checkTime();
+
+  private:
+    bool fillWindow(qint64 offset);
+
+    static constexpr qint64 windowBytes = 8192;
+
+    QByteArray m_name;
+    ReadingLimits m_limits;
+    int m_descriptor = -1;
+    qint64 m_size = 0;
+    double m_modificationDate = 0;
+    qint64 m_windowStart = 0;
+    qint64 m_windowLength = 0;
+    qint64 m_bytesRead = 0;
+    int m_reads = 0;
+    bool m_exhausted = false;
+    bool m_late = false;
+    std::chrono::steady_clock::time_point m_deadline;
+    char m_window[windowBytes];
+};
+
+} // namespace halvane

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+#include <ctime>
+
+namespace halvane {
+
+/// Seconds between 1970-01-01 and 2001-01-01 UTC, from which file dates are counted.
+inline constexpr double referenceDateOffset = 978307200.0;
+
+/// A file time as seconds since 2001-01-01 UTC. The whole part is shifted first, so that the result
+/// keeps as many digits of the fraction as a double holds.
+inline double referenceDate(const timespec& time) {
+    return (static_cast<double>(time.tv_sec) - referenceDateOffset) +
+           static_cast<double>(time.tv_nsec) * 1e-9;
+}
+
+/// What one look at a file's attributes gives.
+struct FileFacts {
+    bool exists = false;
+    double modificationDate = 0; ///< seconds since 2001-01-01 UTC
+    qint64 size = 0;             ///< bytes
+};
+
+/// Never opens the file. Any thread; may block on the disk.
+FileFacts fileFacts(const QString& path);
+
+} // namespace halvane

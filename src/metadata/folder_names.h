@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "model/file_url.h"
+
+#include <QHash>
+
+#include <mutex>
+#include <optional>
+
+namespace halvane {
+
+/// The folder part of a path, without a trailing slash; "/" for the top.
+QString folderOf(const QString& path);
+
+/// The cover among the pictures of a folder.
+std::optional<FileUrl> coverInFolder(const QString& folder);
+
+/// Remembers the covers of folders for one batch of files, so that each folder is listed once. Any
+/// thread.
+class FolderCovers {
+  public:
+    std::optional<FileUrl> cover(const QString& folder);
+
+  private:
+    std::mutex m_mutex;
+    QHash<QString, std::optional<FileUrl>> m_covers;
+};
+
+} // namespace halvane

@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+// Turns files on disk into library entries: finds the playable ones, reads their tags, streams and
+// sizes, and derives from file and folder names what the tags do not say. Every function may be
+// called from any thread; those that look at files block on the disk and must not run on the main
+// thread. Audio files are only ever opened for reading.
+#pragma once
+
+#include "model/enums.h"
+#include "model/file_url.h"
+#include "model/queue_item.h"
+
+#include <QString>
+#include <QVariant>
+
+#include <atomic>
+#include <functional>
+#include <optional>
+#include <vector>
+
+class QUrl;
+
+namespace halvane {
+
+class ReadingJournal;
+
+namespace TrackMetadataLoader {
+
+/// Whether the extension, in any case, is one of those that can be played.
+bool isPlayable(const QString& fileName);
+
+/// The playable files under the roots (files or folders), root by root. Each folder's files are
+/// sorted by path, code point by code point. Hidden files and folders, the insides of packages,
+/// unreadable folders and names that are not valid UTF-8 are left out; links are followed, each
+/// folder is walked once. Duplicates across overlapping roots are kept.
+std::vector<FileUrl> audioFileURLs(const std::vector<QString>& roots,
+                                   const std::atomic<bool>* cancelled = nullptr);
+
+/// What accompanies the reading of many files. All members may be left out.
+struct Accompaniment {
+    ReadingJournal* journal = nullptr;            ///< remembers files that crash or hang readers
+    const std::atomic<bool>* cancelled = nullptr; ///< when set, the files not yet read stay bare
+    /// Called now and then with the number of files done, on the calling thread.
+    std::function<void(std::size_t done)> progress;
+};
+
+/// How many files are read at the same time, at most.
+inline constexpr int concurrentFiles = 8;
+
+/// One item for each file, in the order of the input. Blocks until all are read; a file that takes
+/// too long is given up and yields what its name says.
+std::vector<QueueItem> queueItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
+                                  const Accompaniment& with = {});
+
+/// One file. Never fails: what can't be read falls back to a default.
+QueueItem queueItem(const FileUrl& url, ResolvedLanguage language);
+
+/// One item of a drop as a URL: a URL as it is, bytes as an absolute URL's data, a string parsed;
+/// none for anything else.
+std::optional<QUrl> url(const QVariant& fromDroppedItem);
+
+/// The cover file in a file's folder: by a preferred name, or the only picture there.
+std::optional<FileUrl> folderArtworkURL(const FileUrl& near);
+/// The name of a file's folder, cleaned of a leading number and underscores.
+QString folderAlbumName(const FileUrl& file, ResolvedLanguage language);
+/// The name of the folder above a file's folder, where it can be an artist's.
+std::optional<QString> folderArtistName(const FileUrl& file, const QString& album);
+
+/// The sample rate and bit depth of a file's first audio stream as texts; empty when not known.
+struct StreamDetails {
+    QString sampleRate;
+    QString bitDepth;
+};
+StreamDetails audioStreamDetails(const FileUrl& file);
+QString sampleRateText(double hertz);
+QString bitDepthText(int bits);
+
+/// "MP3 320 kbps · 44.1 kHz" with a bitrate, "FLAC 96 kHz / 24-bit" without.
+QString qualityLabel(const QString& format, const QString& sampleRate, const QString& bitDepth,
+                     std::optional<qint64> bitrateKbps);
+/// "3:07", "1:02:05". The seconds must be finite and not negative.
+QString formatDuration(double seconds);
+/// "8.4 MB": decimal units, one decimal from megabytes on.
+QString byteCountText(qint64 bytes);
+/// Empty when the size can't be read.
+QString fileSizeString(const FileUrl& file);
+std::optional<qint64> parseYear(const QString& text);
+
+} // namespace TrackMetadataLoader
+
+} // namespace halvane
