@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Every fixed text of the windows, once: X(key, English, Simplified Chinese). The order is the keys'
-// order. The enumeration, the two tables and the properties of Strings are made from this list, so
-// that a key without both texts, or one that occurs twice, does not compile.
+// Every fixed text of the windows, once: X(key, English, Simplified Chinese). The order is the
+// keys' order. The enumeration, the two tables and the properties of Strings are made from this
+// list, so that a key without both texts, or one that occurs twice, does not compile.
 #pragma once
 
 // clang-format off

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "model/artwork.h"
+#include "model/color.h"
+#include "model/file_url.h"
+
+#include <QObject>
+
+#include <optional>
+
+class QThreadPool;
+
+namespace halvane {
+
+/// The colour of what is playing, taken from its artwork on a worker. Of several requests only the
+/// latest lands, in whatever order they finish. Main thread.
+class AmbientColor : public QObject {
+    Q_OBJECT
+
+  public:
+    /// The default accent until the first request lands. The pool runs the work and must outlive
+    /// this object; the work may outlive it.
+    explicit AmbientColor(QThreadPool& workers, QObject* parent = nullptr);
+
+    const Color& ambientColor() const { return m_color; }
+
+    /// Asks for the colour of some artwork, or of the picture at the cover URL; where there is no
+    /// picture, the fallback is taken, and without one the default accent.
+    void updateAmbientColor(const std::optional<Artwork>& artworkData,
+                            const std::optional<FileUrl>& coverURL,
+                            const std::optional<Color>& fallback);
+
+  Q_SIGNALS:
+    /// A request has landed.
+    void ambientColorChanged();
+
+  private:
+    void land(quint64 generation, const Color& color);
+
+    QThreadPool& m_workers;
+    Color m_color;
+    quint64 m_generation = 0; ///< of the latest request
+};
+
+} // namespace halvane

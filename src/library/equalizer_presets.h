@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "presentation/l10n.h"
+
+#include <QString>
+
+#include <array>
+#include <optional>
+
+namespace halvane {
+
+/// A curve of the equalizer that comes with the program.
+struct EQPreset {
+    QString id;
+    L10nKey labelKey;
+    std::array<double, 10> gains; ///< dB, in band order
+};
+
+/// The built-in presets, in menu order. Any thread.
+const std::array<EQPreset, 10>& builtInEQPresets();
+
+/// Names a preset as the current one: what is stored, and shown in the menu's title.
+QString builtInEQPresetID(const QString& id);
+QString userEQPresetID(const QString& name);
+
+/// The title of the preset menu for the current preset, none being a curve of the user's own. Any
+/// thread.
+QString presetMenuTitle(const std::optional<QString>& currentEQPresetID, ResolvedLanguage language);
+
+} // namespace halvane

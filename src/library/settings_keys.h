@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+// The keys under which the preferences are stored. The stored names never change.
+#pragma once
+
+#include <QString>
+
+namespace halvane::SettingsKey {
+
+using namespace Qt::StringLiterals;
+
+inline const QString language = u"Halvane.Language"_s;
+inline const QString repeatMode = u"Halvane.RepeatMode"_s;
+inline const QString volume = u"Halvane.Volume"_s;
+inline const QString shuffleEnabled = u"Halvane.ShuffleEnabled"_s;
+inline const QString showNowPlayingPanel = u"Halvane.ShowNowPlayingPanel"_s;
+inline const QString spectrumTintMode = u"Halvane.SpectrumTintMode"_s;
+inline const QString customSpectrumColor = u"Halvane.CustomSpectrumColor"_s;
+inline const QString eqGains = u"Halvane.EQGains10"_s;
+inline const QString eqPreamp = u"Halvane.EQPreamp"_s;
+inline const QString eqUserPresets = u"Halvane.EQUserPresets"_s;
+inline const QString eqPresetID = u"Halvane.EQPresetID"_s;
+inline const QString eqEnabled = u"Halvane.EQEnabled"_s;
+inline const QString lovedPaths = u"Halvane.LovedPaths"_s;
+inline const QString trackRatings = u"Halvane.TrackRatings"_s;
+inline const QString playCounts = u"Halvane.PlayCounts"_s;
+inline const QString playlists = u"Halvane.Playlists"_s;
+inline const QString themeAccentMode = u"Halvane.ThemeAccentMode"_s;
+inline const QString customThemeAccent = u"Halvane.CustomThemeAccent"_s;
+inline const QString themeCornerStyle = u"Halvane.ThemeCornerStyle"_s;
+inline const QString themeBackgroundStyle = u"Halvane.ThemeBackgroundStyle"_s;
+inline const QString showRemainingTime = u"Halvane.ShowRemainingTime"_s;
+inline const QString outputDeviceName = u"Halvane.OutputDeviceName"_s;
+inline const QString soundCheckEnabled = u"Halvane.SoundCheckEnabled"_s;
+inline const QString trackLoudness = u"Halvane.TrackLoudnessV2"_s;
+inline const QString importedAudioPaths = u"Halvane.ImportedAudioPaths"_s;
+inline const QString securityBookmarks = u"Halvane.SecurityBookmarks"_s;
+
+} // namespace halvane::SettingsKey

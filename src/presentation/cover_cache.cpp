@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#include "presentation/cover_cache.h"
+
+#include "presentation/cover_image.h"
+
+#include <QMutexLocker>
+
+#include <algorithm>
+
+namespace halvane {
+
+namespace {
+
+// What an entry takes beside its pixels; also bounds the number of pictures that do not decode.
+constexpr qsizetype entryBytes = 256;
+
+} // namespace
+
+CoverCache::CoverCache(qsizetype bytes)
+    : m_covers(bytes) {
+}
+
+bool CoverCache::find(const Artwork& artwork, QSize pixels, QImage& found) const {
+    const Key key{artwork.key(), pixels};
+    const QMutexLocker locker(&m_mutex);
+    const QImage* image = m_covers.object(key);
+    if (image)
+        found = *image;
+    return image != nullptr;
+}
+
+QImage CoverCache::cover(const Artwork& artwork, QSize pixels) {
+    QImage image;
+    if (find(artwork, pixels, image))
+        return image;
+    image = decodeCover(artwork.read(), pixels);
+    const QMutexLocker locker(&m_mutex);
+    m_covers.insert({artwork.key(), pixels}, new QImage(image), image.sizeInBytes() + entryBytes);
+    return image;
+}
+
+qsizetype CoverCache::bytes() const {
+    const QMutexLocker locker(&m_mutex);
+    return m_covers.totalCost();
+}
+
+} // namespace halvane

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "model/artwork.h"
+
+#include <QCache>
+#include <QImage>
+#include <QMutex>
+#include <QSize>
+
+namespace halvane {
+
+/// Decoded covers by picture and size, bounded in bytes; the least recently used go first. What
+/// does not decode is remembered too. Any thread.
+class CoverCache {
+  public:
+    static constexpr qsizetype defaultBytes = 64 * 1024 * 1024;
+
+    explicit CoverCache(qsizetype bytes = defaultBytes);
+
+    /// The cover scaled to cover a size in pixels (its own size where it is smaller); a null image
+    /// when there is no picture in it. Reads and decodes where it must: never on the main thread.
+    QImage cover(const Artwork& artwork, QSize pixels);
+
+    /// The cover if it is at hand; false when it has to be decoded.
+    bool find(const Artwork& artwork, QSize pixels, QImage& found) const;
+
+    /// Bytes that the covers held take.
+    qsizetype bytes() const;
+
+  private:
+    struct Key {
+        QString picture;
+        QSize size;
+        bool operator==(const Key&) const = default;
+        friend size_t qHash(const Key& key, size_t seed) {
+            return qHashMulti(seed, key.picture, key.size.width(), key.size.height());
+        }
+    };
+
+    mutable QMutex m_mutex; ///< guards the cache; never held while decoding
+    mutable QCache<Key, QImage> m_covers;
+};
+
+} // namespace halvane
