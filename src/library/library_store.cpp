@@ -12,6 +12,12 @@ LibraryStore::LibraryStore(QObject* parent)
     , m_rows(std::make_shared<TrackRows>()) {
 }
 
+std::shared_ptr<const TrackRows> LibraryStore::snapshot() const {
+    assertOwnThread(*this);
+    m_isShared = true;
+    return m_rows;
+}
+
 std::optional<std::size_t> LibraryStore::rowOf(const QString& path) const {
     const auto found = m_rowOfPath.constFind(path);
     return found == m_rowOfPath.cend() ? std::nullopt : std::optional<std::size_t>(*found);
@@ -30,9 +36,10 @@ TrackPtr LibraryStore::trackWithID(const QUuid& id) const {
 
 TrackRows& LibraryStore::writableRows() {
     assertOwnThread(*this);
-    // Snapshots are given away on this thread only, so a count of one can't grow meanwhile.
-    if (m_rows.use_count() > 1)
+    if (m_isShared) {
         m_rows = std::make_shared<TrackRows>(*m_rows);
+        m_isShared = false;
+    }
     return *m_rows;
 }
 

@@ -23,7 +23,7 @@ inline TrackPtr makeRow(Track track) {
 }
 
 /// The one owner of the library's tracks, in library order, no path twice. Rows are shared with
-/// the queue, the lists and the workers: a snapshot costs nothing to take and never changes.
+/// the queue, the lists and the workers. A snapshot costs nothing to take and never changes.
 /// Main thread; a snapshot may be read on any.
 class LibraryStore : public QObject {
     Q_OBJECT
@@ -31,7 +31,10 @@ class LibraryStore : public QObject {
   public:
     explicit LibraryStore(QObject* parent = nullptr);
 
-    std::shared_ptr<const TrackRows> snapshot() const { return m_rows; }
+    /// The rows as they are now, for whoever keeps them or takes them to another thread.
+    std::shared_ptr<const TrackRows> snapshot() const;
+    /// The rows as they are now, for reading at once.
+    const TrackRows& rows() const { return *m_rows; }
     std::size_t size() const { return m_rows->size(); }
     /// The row of a standardized path, none when the library doesn't hold it.
     std::optional<std::size_t> rowOf(const QString& path) const;
@@ -55,7 +58,11 @@ class LibraryStore : public QObject {
   private:
     TrackRows& writableRows();
 
-    std::shared_ptr<TrackRows> m_rows; ///< copied before a change while a snapshot is out
+    std::shared_ptr<TrackRows> m_rows;
+    /// A snapshot of m_rows was given away, so it must be copied before a change. (Asking how many
+    /// hold it would not do: a worker that let go a moment ago may not have been read to its end as
+    /// this thread sees it.)
+    mutable bool m_isShared = false;
     QHash<QString, quint32> m_rowOfPath;
 };
 

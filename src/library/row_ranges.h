@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+namespace halvane {
+
+/// Neighbouring rows of a list.
+struct RowRange {
+    std::size_t first = 0;
+    std::size_t count = 0;
+
+    bool operator==(const RowRange&) const = default;
+};
+
+/// Beyond this many separate ranges a list starts afresh: telling a view of each would take longer.
+inline constexpr std::size_t mostNarrowRanges = 64;
+
+/// Adds a row, higher than all before, to ascending ranges.
+inline void addRow(std::vector<RowRange>& ranges, std::size_t row) {
+    if (!ranges.empty() && ranges.back().first + ranges.back().count == row)
+        ++ranges.back().count;
+    else
+        ranges.push_back({row, 1});
+}
+
+} // namespace halvane

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/clock.h"
+
+#include <QObject>
+#include <QString>
+
+namespace halvane {
+
+/// The one transient message to the user: the newest replaces the one before and stays for four
+/// seconds of its own. Main thread.
+class StatusLine : public QObject {
+    Q_OBJECT
+
+  public:
+    /// The clock must outlive this.
+    explicit StatusLine(Clock& clock, QObject* parent = nullptr);
+
+    /// Empty when there is nothing to say.
+    const QString& text() const { return m_text; }
+    /// Of the newest message, also after it went.
+    bool isError() const { return m_isError; }
+
+    void show(const QString& text, bool isError);
+
+  Q_SIGNALS:
+    void textChanged();
+    void isErrorChanged();
+
+  private:
+    void setText(const QString& text);
+
+    Clock& m_clock;
+    QString m_text;
+    bool m_isError = false;
+    std::unique_ptr<Timer> m_dismissal;
+};
+
+} // namespace halvane
