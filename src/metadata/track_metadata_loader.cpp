@@ -86,7 +86,7 @@ QueueItem queueItem(const FileUrl& url, ResolvedLanguage language) {
     return itemFrom(url, readAudioFile(url.path()), folderArtworkURL(url), language);
 }
 
-std::vector<QueueItem> queueItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
+std::vector<LoadedItem> loadItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
                                   const Accompaniment& with) {
     // Shared with the readers, of which a stuck one may outlive this call.
     struct Inputs {
@@ -96,27 +96,37 @@ std::vector<QueueItem> queueItems(const std::vector<FileUrl>& urls, ResolvedLang
     auto inputs = std::make_shared<Inputs>();
     inputs->urls = urls;
 
-    BoundedParallel<QueueItem>::Options options;
+    BoundedParallel<LoadedItem>::Options options;
     options.threads = concurrentFiles;
     options.isCancelled = [&with] { return with.cancelled && *with.cancelled; };
     options.progress = with.progress;
-    auto results = BoundedParallel<QueueItem>::run(
+    auto results = BoundedParallel<LoadedItem>::run(
         urls.size(),
         [inputs, language](std::size_t index) {
             const FileUrl& url = inputs->urls[index];
-            return itemFrom(url, readAudioFile(url.path()),
-                            inputs->covers.cover(folderOf(url.path())), language);
+            const AudioFileReading reading = readAudioFile(url.path());
+            return LoadedItem{
+                itemFrom(url, reading, inputs->covers.cover(folderOf(url.path())), language),
+                reading.fileSize};
         },
         options);
 
-    std::vector<QueueItem> items;
+    std::vector<LoadedItem> items;
     items.reserve(results.size());
     StringPool pool;
     for (std::size_t i = 0; i < results.size(); ++i) {
         items.push_back(results[i] ? std::move(*results[i])
-                                   : itemFrom(urls[i], {}, std::nullopt, language));
-        shareTexts(items.back(), pool);
+                                   : LoadedItem{itemFrom(urls[i], {}, std::nullopt, language)});
+        shareTexts(items.back().item, pool);
     }
+    return items;
+}
+
+std::vector<QueueItem> queueItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
+                                  const Accompaniment& with) {
+    std::vector<QueueItem> items;
+    for (LoadedItem& loaded : loadItems(urls, language, with))
+        items.push_back(std::move(loaded.item));
     return items;
 }
 

@@ -23,6 +23,12 @@ namespace halvane {
 
 class ReadingJournal;
 
+/// What reading a file yields, and how large the file is.
+struct LoadedItem {
+    QueueItem item;
+    qint64 fileSize = -1; ///< bytes; -1 when it can't be read
+};
+
 namespace TrackMetadataLoader {
 
 /// Whether the extension, in any case, is one of those that can be played.
@@ -49,6 +55,9 @@ inline constexpr int concurrentFiles = 8;
 /// One item for each file, in the order of the input. Blocks until all are read; a file that takes
 /// too long is given up and yields what its name says.
 std::vector<QueueItem> queueItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
+                                  const Accompaniment& with = {});
+/// The same with the sizes of the files, which are learnt on the way.
+std::vector<LoadedItem> loadItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
                                   const Accompaniment& with = {});
 
 /// One file. Never fails: what can't be read falls back to a default.

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "model/artwork.h"
+#include "model/file_url.h"
+
+namespace halvane {
+
+/// An embedded picture that the cache keeps in a file of its own; read from the audio file again
+/// should that be gone. Any thread.
+class CachedPicture final : public ArtworkSource {
+  public:
+    CachedPicture(const QString& cacheDirectory, const QString& trackPath)
+        : m_cacheDirectory(cacheDirectory)
+        , m_trackPath(trackPath) {}
+
+    QByteArray read() const override;
+    QString key() const override;
+    QString filePath() const override;
+
+  private:
+    QString m_cacheDirectory; // both share their buffers with the library
+    QString m_trackPath;
+};
+
+} // namespace halvane

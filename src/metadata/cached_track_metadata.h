@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "model/queue_item.h"
+
+#include <QHash>
+
+#include <optional>
+#include <vector>
+
+namespace halvane {
+
+/// What the cache keeps of one file. Plain value, any thread.
+struct CachedTrackMetadata {
+    QString path;                ///< standardized; the record's identity
+    double modificationDate = 0; ///< the file's, seconds since 2001-01-01 UTC; 0 when not known
+    QString title;
+    QString artist;
+    QString album;
+    QString genre;
+    qint64 year = 0;
+    QString duration;
+    std::optional<double> durationSeconds;
+    QString quality;
+    QString sampleRate;
+    QString bitDepth;
+    std::optional<FileUrl> coverURL;
+    bool hasEmbeddedArtwork = false;
+
+    CachedTrackMetadata() = default;
+    /// The record of a loaded item, with the date that its file has now.
+    CachedTrackMetadata(const QueueItem& item, const QString& path);
+
+    /// A new item with an id of its own. Its picture is read from the cache when it is needed.
+    QueueItem item(const QString& cacheDirectory) const;
+};
+
+/// Decodes an index: a JSON array of records. None when it is no such array, or a record lacks a
+/// key that it must have or holds a value of another kind. Unknown keys are ignored. Equal texts
+/// share their memory.
+std::optional<QHash<QString, CachedTrackMetadata>> decodeIndex(const QString& file);
+
+/// One record as a JSON object.
+void appendJson(QByteArray& json, const CachedTrackMetadata& record);
+
+/// The file that keeps the embedded picture of a track.
+QString artworkPath(const QString& cacheDirectory, const QString& trackPath);
+
+} // namespace halvane
