@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+namespace halvane {
+
+/// The user's session bus. Everything that talks over it is given the connection's name, so that
+/// tests can give it another one. Main thread.
+class SessionBus : public QObject {
+    Q_OBJECT
+
+  public:
+    explicit SessionBus(QObject* parent = nullptr);
+
+    /// False where there is no bus; what needs it then does nothing.
+    bool isConnected() const { return m_connected; }
+    QString connectionName() const;
+
+  Q_SIGNALS:
+    /// The bus has gone away, as it does when the session ends.
+    void lost();
+
+  private Q_SLOTS:
+    void disconnected();
+
+  private:
+    bool m_connected;
+};
+
+} // namespace halvane

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QUrl>
+
+#include <memory>
+
+namespace halvane {
+
+/// What a start of the program is asked to do.
+struct StartRequest {
+    QList<QUrl> files;
+    QString action;          ///< of the desktop entry; empty: none
+    QString activationToken; ///< by which the desktop lets a window come forward; may be empty
+};
+
+enum class HandOver {
+    nobodyThere, ///< no other instance runs
+    done,
+    failed, ///< another instance runs and doesn't answer
+};
+
+/// Gives the request to the instance that already runs, all its files in one message, and waits a
+/// moment for it to be taken. Needs a QCoreApplication and leaves no connection behind. Without a
+/// session bus there is nobody.
+HandOver handOver(const StartRequest& request);
+
+/// The application as org.freedesktop.Application shows it, under the name "org.halvane.Halvane":
+/// other starts of the program and the desktop's launchers reach it here. Main thread.
+class SingleInstance : public QObject {
+    Q_OBJECT
+
+  public:
+    /// Takes the name of a D-Bus connection that outlives this object.
+    explicit SingleInstance(const QString& connection, QObject* parent = nullptr);
+    ~SingleInstance() override;
+
+    /// Takes the application's name; false when another instance has it. To be called when the
+    /// signals below are connected.
+    bool claim();
+
+  Q_SIGNALS:
+    void activated(const QString& activationToken);
+    void opened(const QList<QUrl>& files, const QString& activationToken);
+    void actionActivated(const QString& action, const QString& activationToken);
+
+  private:
+    QString m_connection;
+    bool m_claimed = false;
+};
+
+} // namespace halvane
