@@ -184,9 +184,9 @@ void PlayQueue::move(const QUuid& id, const QUuid& toPositionOf) {
     Q_EMIT entriesChanged();
 }
 
-void PlayQueue::refresh(const QString& path, const QList<int>& roles) {
+void PlayQueue::refresh(const Track& record, const QList<int>& roles) {
     for (std::size_t row = 0; row < m_entries.size(); ++row) {
-        if (pathOf(record(row)) == path)
+        if (m_entries[row].record.get() == &record)
             emitRow(row, roles);
     }
 }

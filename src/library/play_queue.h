@@ -62,8 +62,8 @@ class PlayQueue : public QAbstractListModel {
     /// Moves an entry to the place of another; nothing when either is unknown or both are one.
     void move(const QUuid& id, const QUuid& toPositionOf);
 
-    /// A file's loved flag or availability changed.
-    void refresh(const QString& path, const QList<int>& roles);
+    /// A track's loved flag or availability changed.
+    void refresh(const Track& record, const QList<int>& roles);
     /// Any number of files' did.
     void refreshAll(const QList<int>& roles);
 

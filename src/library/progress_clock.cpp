@@ -2,7 +2,7 @@
 #include "library/progress_clock.h"
 
 #include "library/thread_check.h"
-#include "presentation/duration_text.h"
+#include "metadata/track_metadata_loader.h"
 
 #include <algorithm>
 
@@ -14,7 +14,7 @@ ProgressClock::ProgressClock(const TransportEngine& engine, Clock& clock, QObjec
     : QObject(parent)
     , m_engine(engine)
     , m_clock(clock)
-    , m_elapsedTime(formatDuration(0)) {
+    , m_elapsedTime(TrackMetadataLoader::formatDuration(0)) {
 }
 
 void ProgressClock::start() {
@@ -32,7 +32,7 @@ void ProgressClock::tick() {
     const double elapsed = m_engine.elapsedSeconds();
     const double total = m_engine.durationSeconds();
     setElapsedSeconds(elapsed);
-    setElapsedTime(formatDuration(elapsed));
+    setElapsedTime(TrackMetadataLoader::formatDuration(elapsed));
     if (total > 0)
         setProgress(elapsed / total);
 }
@@ -41,7 +41,7 @@ void ProgressClock::show(double progress, double elapsedSeconds) {
     m_isScrubbing = false;
     setProgress(progress);
     setElapsedSeconds(elapsedSeconds);
-    setElapsedTime(formatDuration(elapsedSeconds));
+    setElapsedTime(TrackMetadataLoader::formatDuration(elapsedSeconds));
 }
 
 void ProgressClock::showEnd(const QString& duration) {
@@ -54,7 +54,7 @@ void ProgressClock::scrub(double fraction, std::optional<double> durationSeconds
     m_isScrubbing = true;
     setProgress(fraction);
     if (durationSeconds)
-        setElapsedTime(formatDuration(m_progress * *durationSeconds));
+        setElapsedTime(TrackMetadataLoader::formatDuration(m_progress * *durationSeconds));
 }
 
 void ProgressClock::setProgress(double progress) {

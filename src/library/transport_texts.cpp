@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "library/transport_texts.h"
 
-#include "presentation/duration_text.h"
+#include "metadata/track_metadata_loader.h"
 #include "presentation/l10n.h"
 
 #include <algorithm>
@@ -14,7 +14,8 @@ QString durationDisplay(const QString& duration, std::optional<double> durationS
                         bool showRemaining, double elapsedSeconds) {
     if (!showRemaining || !durationSeconds)
         return duration;
-    return u"-"_s + formatDuration(std::max(0.0, *durationSeconds - elapsedSeconds));
+    return u"-"_s +
+           TrackMetadataLoader::formatDuration(std::max(0.0, *durationSeconds - elapsedSeconds));
 }
 
 QString noDurationDisplay() {

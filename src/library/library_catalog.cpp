@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#include "library/library_catalog.h"
+
+#include "library/thread_check.h"
+
+#include <QFileInfo>
+
+namespace halvane {
+
+namespace {
+
+/// Up to here a derivation takes a few milliseconds: less than a worker's round trip is worth.
+constexpr std::size_t derivedInPlace = 2000;
+
+qint64 totalSizeOf(const TrackRows& rows) {
+    qint64 total = 0;
+    for (const TrackPtr& row : rows) {
+        if (row->sourceURL)
+            total += QFileInfo(row->sourceURL->path()).size();
+    }
+    return total;
+}
+
+} // namespace
+
+LibraryCatalog::LibraryCatalog(const LibraryStore& store,
+                               std::function<ResolvedLanguage()> language, QObject* parent)
+    : QObject(parent)
+    , m_store(store)
+    , m_language(std::move(language))
+    , m_catalog(buildCatalog(std::make_shared<const TrackRows>(), ResolvedLanguage::english)) {
+    m_worker.setMaxThreadCount(1);
+    m_worker.setThreadPriority(QThread::LowPriority);
+}
+
+LibraryCatalog::~LibraryCatalog() {
+    m_worker.clear();
+    m_worker.waitForDone();
+}
+
+void LibraryCatalog::rebuildImportedAlbums() {
+    assertOwnThread(*this);
+    ++m_generation;
+    m_worker.clear(); // what waits has been overtaken
+    auto rows = m_store.snapshot();
+    const ResolvedLanguage language = m_language();
+    if (rows->size() <= derivedInPlace)
+        return publish(buildCatalog(std::move(rows), language));
+    m_worker.start([this, rows, language, generation = m_generation] {
+        auto catalog = buildCatalog(rows, language);
+        QMetaObject::invokeMethod(this, [this, catalog, generation] {
+            if (generation == m_generation)
+                publish(catalog);
+        });
+    });
+}
+
+void LibraryCatalog::publish(std::shared_ptr<const Catalog> catalog) {
+    m_catalog = std::move(catalog);
+    Q_EMIT catalogChanged();
+    measure();
+}
+
+void LibraryCatalog::measure() {
+    m_worker.start([this, rows = m_catalog->rows, generation = m_generation] {
+        const qint64 total = totalSizeOf(*rows);
+        QMetaObject::invokeMethod(this, [this, total, generation] {
+            if (generation != m_generation || total == m_totalBytes)
+                return;
+            m_totalBytes = total;
+            Q_EMIT totalBytesChanged();
+        });
+    });
+}
+
+} // namespace halvane

@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "model/playlist.h"
+
+#include <QAbstractListModel>
+#include <QStringList>
+
+#include <optional>
+#include <vector>
+
+namespace halvane {
+
+class Preferences;
+
+/// The user's playlists: named, ordered lists of standardized paths. A path that is not in the
+/// library stays until it is removed. Every change is stored at once. Also the list that the views
+/// show. Main thread.
+class Playlists : public QAbstractListModel {
+    Q_OBJECT
+
+  public:
+    enum Role {
+        PlaylistIdRole = Qt::UserRole + 1, ///< playlistId: QUuid
+        NameRole,                          ///< name
+        TrackCountRole,                    ///< trackCount: paths held
+    };
+
+    /// Empty until restore. The preferences must outlive it.
+    explicit Playlists(Preferences& preferences, QObject* parent = nullptr);
+
+    /// Takes the stored playlists; what can't be decoded is left alone.
+    void restore();
+
+    const std::vector<Playlist>& all() const { return m_playlists; }
+    /// The playlist of an id, or null; good until the next change.
+    const Playlist* find(const QUuid& id) const;
+
+    /// The new playlist's id; none for a blank name.
+    std::optional<QUuid> createPlaylist(const QString& named);
+    /// Nothing for a blank name or an unknown id.
+    void renamePlaylist(const QUuid& id, const QString& to);
+    void deletePlaylist(const QUuid& id);
+    /// Appends the paths that the playlist doesn't hold yet, each once.
+    void addTrackPaths(const QStringList& paths, const QUuid& toPlaylist);
+    /// Removes every occurrence of a path.
+    void removeTrackPath(const QString& path, const QUuid& fromPlaylist);
+    /// Removes the paths of tracks that left the library from every playlist.
+    void removePaths(const QSet<QString>& paths);
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+  Q_SIGNALS:
+    /// A playlist's paths changed.
+    void trackPathsChanged(const QUuid& id);
+    void nameChanged(const QUuid& id);
+    void deleted(const QUuid& id);
+
+  private:
+    std::optional<std::size_t> rowOf(const QUuid& id) const;
+    void pathsChanged(std::size_t row);
+    void persistPlaylists();
+
+    Preferences& m_preferences;
+    std::vector<Playlist> m_playlists;
+};
+
+/// The stored form: a JSON array of objects with "id", "name" and "trackPaths". Pure.
+QByteArray encodedPlaylists(const std::vector<Playlist>& playlists);
+/// None when anything in it is not as it should be. Pure.
+std::optional<std::vector<Playlist>> decodedPlaylists(const QByteArray& json);
+
+} // namespace halvane
