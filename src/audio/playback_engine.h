@@ -58,6 +58,9 @@ class AudioPlaybackEngine : public QObject {
     /// Drops a pre-scheduled file, keeping the position and the playing state.
     void invalidatePreschedule();
 
+    /// Takes playback up again after the stream was lost or its device changed, from the position
+    /// heard. The output's signal leads here.
+    void handleConfigurationChange();
     /// Moves to a device (none: the system's default), keeping position and playing state; on
     /// failure goes on where it was.
     [[nodiscard]] std::optional<QString> setOutputDevice(std::optional<std::uint32_t> id);

@@ -1,17 +1,4 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QObject>
-#include <QThread>
-
-namespace halvane {
-
-/// Ends the program, with a message, when the calling thread is not the one that the object lives
-/// on. The library's state is the main thread's alone; a call from a worker is a programming error
-/// that must not pass unseen.
-inline void assertOwnThread(const QObject& object) {
-    if (Q_UNLIKELY(QThread::currentThread() != object.thread()))
-        qFatal("%s used on a thread that does not own it", object.metaObject()->className());
-}
-
-} // namespace halvane
+#include "platform/thread_check.h"
