@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+#include "platform/sync_client_files.h"
+
+#include <QFile>
+
+#include <array>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+
+namespace halvane {
+
+namespace {
+
+bool exists(const QString& path) {
+    struct stat info;
+    return ::lstat(QFile::encodeName(path).constData(), &info) == 0;
+}
+
+bool isOneByteFile(const QString& path) {
+    struct stat info;
+    return ::lstat(QFile::encodeName(path).constData(), &info) == 0 && S_ISREG(info.st_mode) &&
+           info.st_size == 1;
+}
+
+std::optional<QByteArray> attribute(const QString& path, const char* name) {
+    std::array<char, 512> value;
+    const ssize_t size =
+        ::getxattr(QFile::encodeName(path).constData(), name, value.data(), value.size());
+    return size >= 0 ? std::optional(QByteArray(value.data(), size)) : std::nullopt;
+}
+
+} // namespace
+
+std::optional<QString> suffixPlaceholder(const QString& path) {
+    static const std::array suffixes{QStringLiteral(".nextcloud"), QStringLiteral(".owncloud")};
+    for (const QString& suffix : suffixes)
+        if (isOneByteFile(path + suffix) && !exists(path))
+            return path + suffix;
+    return std::nullopt;
+}
+
+bool hasDotNamePlaceholder(const QString& path) {
+    const qsizetype name = path.lastIndexOf(QLatin1Char('/')) + 1;
+    return exists(path.left(name) + QLatin1Char('.') + path.mid(name) + QStringLiteral(".icloud"));
+}
+
+bool attributesSayEvicted(const QString& path, MountTable& mounts) {
+    if (attribute(path, "user.nextcloud.hydrate_exec"))
+        return true;
+    if (mounts.typeOf(path) != "fuse.openvfs")
+        return false;
+    const auto record = attribute(path, "user.openvfs.data");
+    return record && stateRecordSaysEvicted(*record);
+}
+
+bool stateRecordSaysEvicted(const QByteArray& record) {
+    // A short text is its length plus 0xa0, then its bytes; a small number is itself.
+    static const QByteArray key("\xa5state");
+    const qsizetype at = record.indexOf(key);
+    return at < 0 || at + key.size() >= record.size() || record[at + key.size()] != 0;
+}
+
+} // namespace halvane
