@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+#include "audio_reading.h"
+
+#include <algorithm>
+#include <random>
+
+namespace halvane::test {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+struct Encoding {
+    const char* name;
+    QString suffix;
+    QString command;
+    /// What a decoder's invented noise may differ by; 0 for bit for bit.
+    float tolerance = 0;
+    int sampleRate = 44'100;
+};
+
+void PrintTo(const Encoding& encoding, std::ostream* out) {
+    *out << encoding.name;
+}
+
+std::string nameOf(const testing::TestParamInfo<Encoding>& info) {
+    return info.param.name;
+}
+
+class Seek : public testing::TestWithParam<Encoding> {};
+
+TEST_P(Seek, DeliversWhatALinearReadDelivers) {
+    const Encoding& encoding = GetParam();
+    const QString path =
+        encoded(music(400'000, encoding.sampleRate), encoding.suffix, encoding.command);
+    const auto linear = readAll(path);
+    const auto file = opened(path);
+    const std::int64_t length = file->lengthFrames();
+    ASSERT_EQ(std::int64_t(linear.size()), length * 2);
+
+    std::vector<std::int64_t> targets{length - 1,    0,       1,      1105, 4096,
+                                      length - 2000, 200'000, 199'999};
+    std::mt19937 random(7);
+    for (int i = 0; i < 30; ++i)
+        targets.push_back(std::int64_t(random() % std::uint32_t(length)));
+    for (const std::int64_t target : targets) {
+        file->seek(target);
+        EXPECT_EQ(file->position(), target);
+        const auto samples = readFrames(*file, 3000);
+        ASSERT_EQ(std::int64_t(samples.size() / 2), std::min<std::int64_t>(3000, length - target));
+        float largest = 0;
+        for (std::size_t i = 0; i < samples.size(); ++i)
+            largest = std::max(largest, std::abs(samples[i] - linear[std::size_t(target) * 2 + i]));
+        EXPECT_LE(largest, encoding.tolerance) << "at " << target;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Formats, Seek,
+    testing::Values(
+        Encoding{"wav", u"wav"_s, u"cp \"$IN\" \"$OUT\""_s},
+        Encoding{"aiff", u"aiff"_s, ffmpeg + u"\"$OUT\""_s},
+        Encoding{"caf", u"caf"_s, ffmpeg + u"\"$OUT\""_s},
+        Encoding{"flac", u"flac"_s, u"flac -s -o \"$OUT\" \"$IN\""_s},
+        Encoding{"flac_without_seek_table", u"flac"_s,
+                 u"flac -s --no-seektable -o \"$OUT\" \"$IN\""_s},
+        Encoding{"alac", u"m4a"_s, ffmpeg + u"-c:a alac \"$OUT\""_s},
+        Encoding{"alac_in_caf", u"caf"_s, ffmpeg + u"-c:a alac \"$OUT\""_s},
+        Encoding{"mp3_cbr", u"mp3"_s, u"lame --quiet --cbr -b 320 \"$IN\" \"$OUT\""_s},
+        // The lowest rate leans on its predecessors the most.
+        Encoding{"mp3_smallest_frames", u"mp3"_s,
+                 u"lame --quiet --cbr -b 32 --resample 44.1 \"$IN\" \"$OUT\""_s},
+        Encoding{"mp3_vbr", u"mp3"_s, u"lame --quiet -V2 \"$IN\" \"$OUT\""_s},
+        Encoding{"mp3_without_header", u"mp3"_s, u"lame --quiet -t -V4 \"$IN\" \"$OUT\""_s},
+        Encoding{"mp3_low_rate", u"mp3"_s,
+                 u"lame --quiet -b 32 --resample 22.05 \"$IN\" \"$OUT\""_s, 0, 22'050},
+        Encoding{"aac", u"m4a"_s, ffmpeg + u"-c:a aac -aac_pns 0 \"$OUT\""_s},
+        Encoding{"aac_with_noise", u"m4a"_s, ffmpeg + u"-c:a aac -b:a 96k \"$OUT\""_s, 0.04F},
+        Encoding{"aac_raw", u"aac"_s, ffmpeg + u"-c:a aac -aac_pns 0 \"$OUT\""_s}),
+    nameOf);
+
+TEST(SeekTargets, AreCutToTheFile) {
+    const auto file = opened(encoded(music(10'000), u"flac"_s, u"flac -s -o \"$OUT\" \"$IN\""_s));
+    float frame[2];
+    file->seek(-5);
+    EXPECT_EQ(file->position(), 0);
+    file->seek(1'000'000);
+    EXPECT_EQ(file->position(), 10'000);
+    EXPECT_EQ(file->read(frame, 1), 0U);
+    EXPECT_FALSE(file->failure());
+    file->seek(9'999); // the end is not final
+    EXPECT_EQ(file->read(frame, 1), 1U);
+}
+
+} // namespace
+} // namespace halvane::test

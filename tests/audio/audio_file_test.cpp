@@ -1,0 +1,155 @@
+// SPDX-License-Identifier: MIT
+#include "audio_reading.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <array>
+
+namespace halvane::test {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+TEST(AudioFileFormat, RatesAndChannelsOfEachKind) {
+    struct Case {
+        int sampleRate;
+        int channels;
+        QString suffix;
+        QString command;
+    };
+    const QString toFlac = u"flac -s --channel-map=none -o \"$OUT\" \"$IN\""_s;
+    const QString copy = u"cp \"$IN\" \"$OUT\""_s;
+    const QString toAlac = ffmpeg + u"-c:a alac \"$OUT\""_s;
+    const Case cases[] = {
+        {8'000, 1, u"wav"_s, copy},
+        {384'000, 2, u"wav"_s, copy},
+        {48'000, 8, u"wav"_s, copy},
+        {192'000, 2, u"flac"_s, toFlac},
+        {96'000, 6, u"flac"_s, toFlac},
+        {44'100, 8, u"flac"_s, toFlac},
+        {384'000, 1, u"flac"_s, toFlac},
+        {44'100, 3, u"flac"_s, toFlac},
+        {96'000, 2, u"m4a"_s, toAlac},
+        {48'000, 6, u"m4a"_s, toAlac},
+        {48'000, 5, u"aiff"_s, ffmpeg + u"\"$OUT\""_s},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.suffix.toStdString() + " " + std::to_string(c.sampleRate) + " " +
+                     std::to_string(c.channels));
+        const Pcm pcm = music(6'000, c.sampleRate, c.channels);
+        const auto file = opened(encoded(pcm, c.suffix, c.command));
+        EXPECT_EQ(file->format().sampleRate, c.sampleRate);
+        EXPECT_EQ(file->format().channels, c.channels);
+        EXPECT_DOUBLE_EQ(file->durationSeconds(), 6'000.0 / c.sampleRate);
+        const auto samples = readAll(*file);
+        // ALAC keeps surround channels in another order than WAVE; the decoder gives them in
+        // WAVE's.
+        EXPECT_TRUE(samples == pcm.floats());
+    }
+}
+
+TEST(AudioFileFormat, FilesWithAndWithoutASpeakerFigureAreOfOneFormat) {
+    const Pcm pcm = music(5'000);
+    const auto wave = opened(encoded(pcm, u"wav"_s, u"cp \"$IN\" \"$OUT\""_s));
+    for (const QString& path : {encoded(pcm, u"flac"_s, u"flac -s -o \"$OUT\" \"$IN\""_s),
+                                encoded(pcm, u"m4a"_s, ffmpeg + u"-c:a alac \"$OUT\""_s),
+                                encoded(pcm, u"m4a"_s, ffmpeg + u"-c:a aac \"$OUT\""_s),
+                                encoded(pcm, u"mp3"_s, u"lame --quiet \"$IN\" \"$OUT\""_s)})
+        EXPECT_EQ(opened(path)->format(), wave->format()) << path.toStdString();
+}
+
+TEST(AudioFileFormat, EveryWidthConvertsExactly) {
+    const Pcm deep = music(3'000, 44'100, 2, 32);
+    const auto samples = readAll(encoded(deep, u"wav"_s, u"cp \"$IN\" \"$OUT\""_s));
+    EXPECT_TRUE(samples == deep.floats());
+
+    Pcm extremes{44'100, 1, 24, {}};
+    for (int i = 0; i < 1000; ++i)
+        for (const std::int32_t value : {-0x800000, 0x7FFFFF, 0, 1, -1})
+            extremes.samples.push_back(value);
+    for (const auto& [suffix, command] : {std::pair{u"wav"_s, u"cp \"$IN\" \"$OUT\""_s},
+                                          std::pair{u"flac"_s, u"flac -s -o \"$OUT\" \"$IN\""_s}})
+        EXPECT_TRUE(readAll(encoded(extremes, suffix, command)) == extremes.floats());
+
+    const Pcm bytes = music(3'000, 44'100, 2, 8);
+    EXPECT_TRUE(readAll(encoded(bytes, u"wav"_s, u"cp \"$IN\" \"$OUT\""_s)) == bytes.floats());
+}
+
+TEST(AudioFileFormat, GoesByContentAndTakesAnyName) {
+    const QTemporaryDir folder;
+    const Pcm pcm = music(5'000);
+    const QString flac = encoded(pcm, u"flac"_s, u"flac -s -o \"$OUT\" \"$IN\""_s);
+    const QString decomposed = u"Cafe\u0301 \u97f3\u697d"_s;
+    for (const QString& name : {u"flac by content.mp3"_s, u"100% \"quoted\"; http:x #1?.flac"_s,
+                                decomposed + u".flac"_s, u"-.flac"_s}) {
+        const QString path = folder.filePath(name);
+        ASSERT_TRUE(QFile::copy(flac, path));
+        EXPECT_TRUE(readAll(path) == pcm.floats()) << name.toStdString();
+    }
+}
+
+TEST(AudioFileDamage, AFileCutShortWhileItPlaysEndsThere) {
+    const QTemporaryDir folder;
+    const Pcm pcm = music(400'000);
+    for (const auto& [suffix, command] :
+         {std::pair{u"wav"_s, u"cp \"$IN\" \"$OUT\""_s},
+          std::pair{u"flac"_s, u"flac -s -o \"$OUT\" \"$IN\""_s},
+          std::pair{u"mp3"_s, u"lame --quiet -b 320 \"$IN\" \"$OUT\""_s},
+          std::pair{u"m4a"_s, ffmpeg + u"-c:a alac -movflags +faststart \"$OUT\""_s}}) {
+        SCOPED_TRACE(suffix.toStdString());
+        const QString path = folder.filePath(u"cut."_s + suffix);
+        ASSERT_TRUE(QFile::copy(encoded(pcm, suffix, command), path));
+        const auto file = opened(path);
+        EXPECT_EQ(file->lengthFrames(), 400'000);
+        const std::size_t before = readFrames(*file, 50'000).size() / 2;
+        EXPECT_EQ(before, 50'000U);
+        ASSERT_TRUE(QFile::resize(path, QFile(path).size() / 2));
+        const std::size_t after = readAll(*file).size() / 2;
+        EXPECT_GT(after, 50'000U);
+        EXPECT_LT(after, 200'000U);
+        EXPECT_TRUE(file->failure());
+        float frame[2];
+        EXPECT_EQ(file->read(frame, 1), 0U);
+        file->seek(1'000); // what is left can still be played
+        EXPECT_EQ(file->read(frame, 1), 1U);
+        EXPECT_FALSE(file->failure());
+    }
+}
+
+TEST(AudioFileDamage, WhatFollowsADamagedStretchKeepsItsPlace) {
+    const QTemporaryDir folder;
+    const Pcm pcm = music(400'000);
+    const auto original = pcm.floats();
+    const QString path = folder.filePath(u"damaged.flac"_s);
+    ASSERT_TRUE(QFile::copy(encoded(pcm, u"flac"_s, u"flac -s -o \"$OUT\" \"$IN\""_s), path));
+    QFile damaged(path);
+    ASSERT_TRUE(damaged.open(QIODevice::ReadWrite));
+    damaged.seek(damaged.size() / 2);
+    damaged.write(QByteArray(30'000, '\x55'));
+    damaged.close();
+
+    const auto samples = readAll(path);
+    ASSERT_EQ(samples.size(), original.size());
+    std::size_t differing = 0;
+    for (std::size_t i = 0; i < samples.size(); ++i)
+        differing += samples[i] != original[i];
+    EXPECT_GT(differing, 5'000U);
+    EXPECT_LT(differing, 60'000U);
+    EXPECT_EQ(samples.back(), original.back());
+}
+
+TEST(AudioFileDamage, ATruncatedWaveFileIsAsLongAsWhatIsThere) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"truncated.wav"_s);
+    const Pcm pcm = music(20'000);
+    writeWave(pcm, path);
+    ASSERT_TRUE(QFile::resize(path, 44 + 4 * 7'000));
+    const auto file = opened(path);
+    EXPECT_EQ(file->lengthFrames(), 7'000);
+    EXPECT_TRUE(readAll(*file) == pcm.cut(0, 7'000).floats());
+    EXPECT_FALSE(file->failure());
+}
+
+} // namespace
+} // namespace halvane::test

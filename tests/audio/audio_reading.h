@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "audio/audio_file.h"
+#include "support/audio_material.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace halvane::test {
+
+inline const QString ffmpeg = QStringLiteral("ffmpeg -nostdin -v error -y -i \"$IN\" ");
+
+inline std::unique_ptr<AudioFile> opened(const QString& path) {
+    auto result = AudioFile::open(path);
+    if (!result.file)
+        throw std::runtime_error(path.toStdString() + ": " + result.error.toStdString());
+    return std::move(result.file);
+}
+
+/// Reads up to `frames` frames, in uneven portions.
+inline std::vector<float> readFrames(AudioFile& file, std::size_t frames) {
+    const auto channels = static_cast<std::size_t>(file.format().channels);
+    std::vector<float> samples(frames * channels);
+    std::size_t done = 0;
+    for (std::size_t portion = 1; done < frames; portion = portion * 3 % 5000 + 7) {
+        const std::size_t count =
+            file.read(samples.data() + done * channels, std::min(portion, frames - done));
+        if (count == 0)
+            break;
+        done += count;
+    }
+    samples.resize(done * channels);
+    return samples;
+}
+
+inline std::vector<float> readAll(AudioFile& file) {
+    return readFrames(file, static_cast<std::size_t>(file.lengthFrames()) + 4096);
+}
+
+inline std::vector<float> readAll(const QString& path) {
+    return readAll(*opened(path));
+}
+
+} // namespace halvane::test
