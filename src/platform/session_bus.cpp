@@ -8,16 +8,17 @@ namespace halvane {
 using namespace Qt::StringLiterals;
 
 SessionBus::SessionBus(QObject* parent)
-    : QObject(parent)
-    , m_connected(QDBusConnection::sessionBus().isConnected()) {
-    if (m_connected)
-        QDBusConnection::sessionBus().connect({}, u"/org/freedesktop/DBus/Local"_s,
-                                              u"org.freedesktop.DBus.Local"_s, u"Disconnected"_s,
-                                              this, SLOT(disconnected()));
+    : SessionBus(QDBusConnection::sessionBus().name(), parent) {
 }
 
-QString SessionBus::connectionName() const {
-    return QDBusConnection::sessionBus().name();
+SessionBus::SessionBus(const QString& connection, QObject* parent)
+    : QObject(parent)
+    , m_connection(connection)
+    , m_connected(QDBusConnection(connection).isConnected()) {
+    if (m_connected)
+        QDBusConnection(connection)
+            .connect({}, u"/org/freedesktop/DBus/Local"_s, u"org.freedesktop.DBus.Local"_s,
+                     u"Disconnected"_s, this, SLOT(disconnected()));
 }
 
 void SessionBus::disconnected() {

@@ -13,10 +13,12 @@ class SessionBus : public QObject {
 
   public:
     explicit SessionBus(QObject* parent = nullptr);
+    /// Another bus in its place, by its connection's name.
+    explicit SessionBus(const QString& connection, QObject* parent = nullptr);
 
     /// False where there is no bus; what needs it then does nothing.
     bool isConnected() const { return m_connected; }
-    QString connectionName() const;
+    QString connectionName() const { return m_connection; }
 
   Q_SIGNALS:
     /// The bus has gone away, as it does when the session ends.
@@ -26,6 +28,7 @@ class SessionBus : public QObject {
     void disconnected();
 
   private:
+    QString m_connection;
     bool m_connected;
 };
 
