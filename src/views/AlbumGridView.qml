@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Templates as T
+import Halvane
+
+// The albums. A click chooses one and shows its tracks, a double click plays it.
+GridView {
+    id: root
+
+    readonly property real spacing: 16
+    readonly property real available: width - 2 * Theme.margin
+    readonly property int columns: Math.max(1, Math.floor((available + spacing) / (158 + spacing)))
+    readonly property real tileWidth: Math.min(190, Math.floor((available + spacing) / columns - spacing))
+
+    function choose(row: int): void {
+        cursor.index = row
+        Library.selectedAlbumID = cursor.value(row, "albumId")
+        Browsing.showsAlbumTracks = true
+    }
+
+    model: Library.visibleAlbums
+    leftMargin: Theme.margin
+    rightMargin: Theme.margin - spacing
+    cellWidth: tileWidth + spacing
+    cellHeight: tileWidth + 56 + 18
+    reuseItems: true
+    cacheBuffer: 200
+    interactive: false
+    keyNavigationEnabled: false
+    boundsBehavior: Flickable.StopAtBounds
+    clip: true
+    activeFocusOnTab: true
+    currentIndex: cursor.index
+    highlightFollowsCurrentItem: false
+    Accessible.role: Accessible.List
+    Accessible.name: Strings.albums
+    Keys.onPressed: event => keys.handle(event)
+    Keys.onEscapePressed: event => {
+        event.accepted = Browsing.showsAlbumTracks
+        Browsing.showsAlbumTracks = false
+    }
+    T.ScrollBar.vertical: ScrollLine { x: root.width - width }
+
+    header: Column {
+        width: root.available
+        bottomPadding: 10
+        LibraryHeader { width: root.available }
+        Item {
+            width: parent.width
+            height: 30
+            Text {
+                anchors.verticalCenter: parent.verticalCenter
+                text: Strings.albums
+                font: Theme.name
+                color: Theme.secondaryText
+                Accessible.role: Accessible.Heading
+                Accessible.name: text
+            }
+            PillButton {
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
+                visible: Library.selectedAlbumID.length > 0
+                symbol: "play.fill"
+                text: Strings.playAlbum
+                onClicked: Library.playAlbum(Library.selectedAlbumID)
+            }
+        }
+        NoResults {
+            width: parent.width
+            visible: root.count === 0
+        }
+    }
+    delegate: AlbumTile {
+        width: root.tileWidth
+        isSelected: albumId === Library.selectedAlbumID
+        hasKeyboard: root.activeFocus && index === root.currentIndex
+        onChosen: {
+            root.forceActiveFocus(Qt.MouseFocusReason)
+            root.choose(index)
+        }
+        onPlayed: Library.playAlbum(albumId)
+    }
+
+    ListCursor {
+        id: cursor
+        model: Library.visibleAlbums
+        idRole: "albumId"
+        textRole: "title"
+    }
+    ListKeys {
+        id: keys
+        view: root
+        cursor: cursor
+        columns: root.columns
+        rowHeight: root.cellHeight
+        onActivated: row => Library.playAlbum(cursor.value(row, "albumId"))
+        onMenuAsked: row => root.choose(row)
+    }
+    WheelScroller {
+        parent: root
+        view: root
+    }
+}

@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Halvane
+
+// One album of the grid.
+Item {
+    id: root
+
+    required property int index
+    required property string albumId
+    required property string title
+    required property string artist
+    required property string quality
+    required property string coverKey
+    required property var colors
+    property bool isSelected
+    property bool hasKeyboard
+
+    signal chosen
+    signal played
+
+    implicitHeight: width + 56
+    Accessible.role: Accessible.ListItem
+    Accessible.name: root.title + ", " + root.artist
+    Accessible.description: root.quality
+    Accessible.selectable: true
+    Accessible.selected: root.isSelected
+    Accessible.focusable: true
+    Accessible.focused: root.hasKeyboard
+    Accessible.onPressAction: root.chosen()
+
+    CoverArt {
+        id: cover
+        width: parent.width
+        height: width
+        coverKey: root.coverKey
+        colors: root.colors
+        radius: Theme.radiusLarge
+        symbol: "music.note"
+
+        Rectangle {
+            anchors.fill: parent
+            radius: Theme.radiusLarge
+            color: Theme.hoverWash
+            visible: hover.hovered
+        }
+        FocusRing {
+            shown: root.isSelected || root.hasKeyboard
+            around: 4
+            corner: Theme.radiusLarge
+            border.color: root.hasKeyboard || !root.isSelected ? Theme.primaryText : Theme.accent
+        }
+    }
+    PlainText {
+        y: root.width + 9
+        width: parent.width
+        text: root.title
+        font: Theme.name
+        Accessible.ignored: true
+    }
+    PlainText {
+        y: root.width + 26
+        width: parent.width
+        text: root.artist
+        font: Theme.label
+        color: Theme.secondaryText
+        Accessible.ignored: true
+    }
+    PlainText {
+        y: root.width + 42
+        width: parent.width
+        text: root.quality
+        font: Theme.caption
+        color: Theme.tertiaryText
+        Accessible.ignored: true
+    }
+    HoverHandler { id: hover }
+    TapHandler {
+        onSingleTapped: root.chosen()
+        onDoubleTapped: root.played()
+    }
+}

@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Templates as T
+import Halvane
+
+// The artists. A click shows an artist's tracks, a double click plays them.
+GridView {
+    id: root
+
+    readonly property real spacing: 12
+    readonly property real available: width - 2 * Theme.margin
+    readonly property int columns: Math.max(1, Math.floor((available + spacing) / (230 + spacing)))
+
+    model: Library.visibleArtists
+    leftMargin: Theme.margin
+    rightMargin: Theme.margin - spacing
+    cellWidth: Math.floor((available + spacing) / columns)
+    cellHeight: 74 + spacing
+    reuseItems: true
+    cacheBuffer: 200
+    interactive: false
+    keyNavigationEnabled: false
+    boundsBehavior: Flickable.StopAtBounds
+    clip: true
+    activeFocusOnTab: true
+    currentIndex: cursor.index
+    highlightFollowsCurrentItem: false
+    Accessible.role: Accessible.List
+    Accessible.name: Strings.artists
+    Keys.onPressed: event => keys.handle(event)
+    Keys.onEscapePressed: event => {
+        event.accepted = Library.focusedArtist.length > 0
+        Library.focusedArtist = ""
+    }
+    T.ScrollBar.vertical: ScrollLine { x: root.width - width }
+
+    header: Column {
+        width: root.available
+        bottomPadding: 10
+        LibraryHeader { width: root.available }
+        Item {
+            width: parent.width
+            height: 30
+            Text {
+                anchors.verticalCenter: parent.verticalCenter
+                text: Strings.artists
+                font: Theme.name
+                color: Theme.secondaryText
+                Accessible.role: Accessible.Heading
+                Accessible.name: text
+            }
+            PillButton {
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
+                visible: Library.focusedArtist.length > 0
+                symbol: "play.fill"
+                text: Strings.playAll
+                onClicked: Library.playArtist(Library.focusedArtist)
+            }
+        }
+        NoResults {
+            width: parent.width
+            visible: root.count === 0
+        }
+    }
+    delegate: ArtistTile {
+        width: root.cellWidth - root.spacing
+        height: 74
+        isSelected: name === Library.focusedArtist
+        hasKeyboard: root.activeFocus && index === root.currentIndex
+        onChosen: {
+            root.forceActiveFocus(Qt.MouseFocusReason)
+            cursor.index = index
+            Library.focusedArtist = name
+        }
+        onPlayed: Library.playArtist(name)
+    }
+
+    ListCursor {
+        id: cursor
+        model: Library.visibleArtists
+        idRole: "name"
+        textRole: "name"
+    }
+    ListKeys {
+        id: keys
+        view: root
+        cursor: cursor
+        columns: root.columns
+        rowHeight: root.cellHeight
+        onActivated: row => Library.playArtist(cursor.value(row, "name"))
+        onMenuAsked: row => Library.focusedArtist = cursor.value(row, "name")
+    }
+    WheelScroller {
+        parent: root
+        view: root
+    }
+}

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Halvane
+
+// One artist of the grid.
+Rectangle {
+    id: root
+
+    required property int index
+    required property string name
+    required property string summary
+    required property string coverKey
+    property bool isSelected
+    property bool hasKeyboard
+
+    signal chosen
+    signal played
+
+    radius: Theme.radiusMedium
+    color: root.isSelected ? Theme.selectionFill : hover.hovered ? Theme.pressWash : Theme.hoverWash
+    Accessible.role: Accessible.ListItem
+    Accessible.name: root.name
+    Accessible.description: root.summary
+    Accessible.selectable: true
+    Accessible.selected: root.isSelected
+    Accessible.focusable: true
+    Accessible.focused: root.hasKeyboard
+    Accessible.onPressAction: root.chosen()
+
+    CoverArt {
+        id: portrait
+        x: 12
+        anchors.verticalCenter: parent.verticalCenter
+        width: 50
+        height: 50
+        coverKey: root.coverKey
+        radius: 25
+        symbol: "person.fill"
+    }
+    Column {
+        anchors.left: portrait.right
+        anchors.leftMargin: 12
+        anchors.right: parent.right
+        anchors.rightMargin: 12
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 3
+        PlainText {
+            width: parent.width
+            text: root.name
+            font: Theme.name
+            color: root.isSelected ? Theme.accent : Theme.primaryText
+            Accessible.ignored: true
+        }
+        PlainText {
+            width: parent.width
+            text: root.summary
+            font: Theme.caption
+            color: Theme.tertiaryText
+            Accessible.ignored: true
+        }
+    }
+    FocusRing {
+        shown: root.hasKeyboard
+        around: 2
+        corner: root.radius
+    }
+    HoverHandler { id: hover }
+    TapHandler {
+        onSingleTapped: root.chosen()
+        onDoubleTapped: root.played()
+    }
+}

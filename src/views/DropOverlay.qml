@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Halvane
+
+// What shows while files are dragged over the window.
+Rectangle {
+    id: root
+
+    required property bool shown
+
+    color: Qt.rgba(0, 0, 0, 0.48)
+    opacity: root.shown ? 1 : 0
+    visible: opacity > 0
+    Behavior on opacity {
+        NumberAnimation { duration: Theme.quick; easing.type: Easing.OutQuad }
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        anchors.margins: 30
+        radius: 18
+        color: "transparent"
+        border.width: 2
+        border.color: Theme.withAlpha(Theme.accent, 0.35)
+    }
+    Column {
+        anchors.centerIn: parent
+        spacing: 14
+        Rectangle {
+            anchors.horizontalCenter: parent.horizontalCenter
+            width: 72
+            height: 72
+            radius: 36
+            color: Theme.withAlpha(Theme.accent, 0.14)
+            SymbolLabel {
+                anchors.centerIn: parent
+                symbol: "music.note.list"
+                size: 40
+                color: Theme.accent
+            }
+        }
+        Text {
+            anchors.horizontalCenter: parent.horizontalCenter
+            text: Strings.dropToAdd
+            font: Theme.overlayTitle
+            color: Theme.primaryText
+        }
+        Text {
+            anchors.horizontalCenter: parent.horizontalCenter
+            horizontalAlignment: Text.AlignHCenter
+            text: Strings.dragAudioSubtitle
+            font: Theme.name
+            color: Theme.secondaryText
+        }
+    }
+}

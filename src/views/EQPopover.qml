@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Layouts
+import Halvane
+
+// The equalizer: switch, presets, ten bands and the preamp.
+Popover {
+    id: root
+
+    width: 470
+    padding: 16
+
+    contentItem: ColumnLayout {
+        spacing: 14
+        Accessible.role: Accessible.Dialog
+        Accessible.name: Strings.equalizer
+
+        RowLayout {
+            spacing: 10
+            ToggleSwitch {
+                name: Strings.equalizer
+                checked: Library.eqEnabled
+                onToggled: Library.eqEnabled = checked
+            }
+            Text {
+                Layout.fillWidth: true
+                text: Strings.equalizer
+                font: Theme.name
+                color: Theme.primaryText
+                Accessible.ignored: true
+            }
+            EQPresetMenu { Layout.preferredWidth: 140 }
+        }
+        Row {
+            Layout.alignment: Qt.AlignHCenter
+            height: 130
+            spacing: 6
+            Repeater {
+                model: ["31", "63", "125", "250", "500", "1K", "2K", "4K", "8K", "16K"]
+                VerticalFader {
+                    required property int index
+                    required property string modelData
+                    label: modelData
+                    value: Library.eqGains[index]
+                    onMovedTo: dB => Library.setEqGain(index, dB)
+                }
+            }
+            VerticalFader {
+                label: Strings.preampLabel
+                width: 40
+                value: Library.eqPreamp
+                onMovedTo: dB => Library.eqPreamp = dB
+            }
+        }
+    }
+}

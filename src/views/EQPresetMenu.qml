@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Halvane
+
+// The equalizer's presets: the built-in ones, the user's, and what saves and deletes those.
+PressableBase {
+    id: root
+
+    readonly property var builtIn: [
+        { id: "flat", name: Strings.presetFlat },
+        { id: "bassBoost", name: Strings.presetBassBoost },
+        { id: "trebleBoost", name: Strings.presetTrebleBoost },
+        { id: "vocal", name: Strings.presetVocal },
+        { id: "loudness", name: Strings.presetLoudness },
+        { id: "rock", name: Strings.presetRock },
+        { id: "jazz", name: Strings.presetJazz },
+        { id: "classical", name: Strings.presetClassical },
+        { id: "electronic", name: Strings.presetElectronic },
+        { id: "acoustic", name: Strings.presetAcoustic }
+    ]
+
+    implicitWidth: 140
+    implicitHeight: Theme.controlHeight
+    text: Library.presetMenuTitle
+    Accessible.role: Accessible.ComboBox
+    Accessible.name: Strings.equalizer + ": " + Library.presetMenuTitle
+    onClicked: menu.popup(root, 0, root.height + 4)
+
+    contentItem: Item {
+        Text {
+            x: 10
+            width: parent.width - 36
+            anchors.verticalCenter: parent.verticalCenter
+            text: root.text
+            font: Theme.labelStrong
+            color: Theme.primaryText
+            elide: Text.ElideRight
+            textFormat: Text.PlainText
+            Accessible.ignored: true
+        }
+        SymbolLabel {
+            anchors.right: parent.right
+            anchors.rightMargin: 8
+            anchors.verticalCenter: parent.verticalCenter
+            symbol: "chevron.up.chevron.down"
+            size: 14
+        }
+    }
+    background: Rectangle {
+        radius: Theme.radiusSmall
+        color: Theme.panelRaised
+        FocusRing { shown: root.visualFocus }
+    }
+
+    ContextMenu {
+        id: menu
+
+        Repeater {
+            model: root.builtIn
+            MenuEntry {
+                required property var modelData
+                text: modelData.name
+                checkable: true
+                checked: Library.currentEQPresetID === modelData.id
+                onTriggered: Library.applyBuiltInEQPreset(modelData.id)
+            }
+        }
+        MenuLine {}
+        Repeater {
+            model: Library.userEQPresetNames
+            MenuEntry {
+                required property string modelData
+                text: modelData
+                onTriggered: Library.applyUserEQPreset(modelData)
+            }
+        }
+        ContextMenu {
+            title: Strings.deletePresetMenu
+            enabled: Library.userEQPresetNames.length > 0
+            Repeater {
+                model: Library.userEQPresetNames
+                MenuEntry {
+                    required property string modelData
+                    text: modelData
+                    symbol: "trash"
+                    isDestructive: true
+                    onTriggered: Library.deleteUserEQPreset(modelData)
+                }
+            }
+        }
+        MenuEntry {
+            text: Strings.savePreset
+            symbol: "plus"
+            onTriggered: prompt.ask("")
+        }
+    }
+    Alert {
+        id: prompt
+        title: Strings.savePreset
+        placeholder: Strings.presetNamePlaceholder
+        acceptText: Strings.done
+        onAccepted: text => Library.saveCurrentEQPreset(text)
+    }
+}

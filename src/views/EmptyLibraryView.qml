@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Halvane
+
+// The invitation of an empty library.
+Item {
+    Column {
+        anchors.centerIn: parent
+        width: Math.min(parent.width - 2 * Theme.margin, 420)
+        spacing: Theme.gap
+
+        Rectangle {
+            anchors.horizontalCenter: parent.horizontalCenter
+            width: 88
+            height: 88
+            radius: 44
+            color: Theme.withAlpha(Theme.accent, 0.1)
+            SymbolLabel {
+                anchors.centerIn: parent
+                symbol: "music.note.list"
+                size: 44
+                color: Theme.accent
+            }
+        }
+        Text {
+            width: parent.width
+            topPadding: Theme.gapSmall
+            horizontalAlignment: Text.AlignHCenter
+            text: Strings.emptyLibraryTitle
+            font: Theme.pageTitle
+            color: Theme.primaryText
+            wrapMode: Text.Wrap
+        }
+        Text {
+            width: parent.width
+            horizontalAlignment: Text.AlignHCenter
+            text: Strings.emptyLibraryMessage
+            font: Theme.body
+            lineHeight: 1.3
+            color: Theme.secondaryText
+            wrapMode: Text.Wrap
+        }
+        PillButton {
+            anchors.horizontalCenter: parent.horizontalCenter
+            implicitHeight: 36
+            isPrimary: true
+            symbol: "folder.badge.plus"
+            text: Strings.importMusicFolder
+            onClicked: Library.chooseAndImportMusic(false, true)
+        }
+    }
+}

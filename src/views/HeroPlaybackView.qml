@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Halvane
+
+// What is playing, large.
+Rectangle {
+    id: root
+
+    implicitHeight: 150
+    radius: Theme.radiusLarge
+    border.color: Theme.hairline
+    gradient: Gradient {
+        orientation: Gradient.Horizontal
+        GradientStop { position: 0; color: Theme.tinted(Library.ambientColor, 0.26) }
+        GradientStop { position: 0.62; color: Theme.tinted(Library.ambientColor, 0.02) }
+    }
+
+    AlbumArtwork {
+        id: cover
+        x: 16
+        anchors.verticalCenter: parent.verticalCenter
+        width: 112
+        height: 112
+        album: Library.currentArtworkAlbum
+        shown: Library.hasCurrentArtworkAlbum
+        radius: Theme.radiusMedium
+    }
+    Column {
+        anchors.left: cover.right
+        anchors.leftMargin: 18
+        anchors.right: playButton.left
+        anchors.rightMargin: Theme.gapLarge
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 2
+
+        PlainText {
+            width: parent.width
+            text: Library.hasCurrentTrack ? Library.currentTrack.title : Strings.notPlaying
+            font: Theme.heroTitle
+        }
+        LinkLabel {
+            maximumWidth: parent.width
+            text: Library.hasCurrentTrack ? Library.currentTrack.artist : ""
+            font: Theme.body
+            tip: Strings.viewArtist
+            onClicked: Library.jumpToArtist(Library.currentTrack.artist)
+        }
+        LinkLabel {
+            maximumWidth: parent.width
+            text: Library.hasCurrentTrack ? Library.currentTrack.album : ""
+            font: Theme.label
+            color: Theme.tertiaryText
+            tip: Strings.viewAlbum
+            onClicked: {
+                Browsing.showsAlbumTracks = true
+                Library.jumpToAlbum(Library.currentTrack.id)
+            }
+        }
+        Item { width: 1; height: 8 }
+        Row {
+            spacing: Theme.gapSmall
+            visible: Library.hasCurrentArtworkAlbum
+            MetricPill {
+                visible: Library.currentArtworkAlbum.year >= 1
+                caption: Strings.year
+                value: Library.currentArtworkAlbum.year
+            }
+            MetricPill {
+                caption: Strings.tracks
+                value: Library.currentArtworkAlbum.trackCount
+            }
+            MetricPill {
+                visible: Library.currentArtworkAlbum.totalSeconds > 0
+                caption: Strings.totalTime
+                value: Strings.sentences.albumDuration(Math.floor(Library.currentArtworkAlbum.totalSeconds / 60))
+            }
+        }
+    }
+    PlayButton {
+        id: playButton
+        anchors.right: parent.right
+        anchors.rightMargin: 24
+        anchors.verticalCenter: parent.verticalCenter
+        size: 54
+        symbolSize: 28
+        discColor: Theme.accent
+    }
+}

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Halvane
+
+// The status line, and a line that fills while an import runs.
+Column {
+    id: root
+
+    readonly property bool runs: Library.importProgress >= 0
+
+    spacing: 6
+    topPadding: children.length > 0 && (message.visible || busy.visible) ? 8 : 0
+
+    Row {
+        id: message
+        width: parent.width
+        spacing: 6
+        visible: Library.lastImportMessage.length > 0
+        SymbolLabel {
+            id: mark
+            symbol: Library.statusIsError ? "exclamationmark.triangle.fill" : "checkmark.circle.fill"
+            size: 16
+            color: Library.statusIsError ? Theme.warmAccent : Theme.accent
+        }
+        PlainText {
+            width: parent.width - mark.width - 6
+            text: Library.lastImportMessage
+            font: Theme.label
+            color: Theme.secondaryText
+            Accessible.role: Accessible.AlertMessage
+            Accessible.name: text
+        }
+    }
+    Rectangle {
+        id: busy
+        visible: root.runs
+        width: parent.width
+        height: 3
+        radius: 1.5
+        color: Theme.groove
+        Accessible.role: Accessible.ProgressBar
+        Accessible.name: Strings.importMusicFolder
+        Accessible.description: Math.round(Library.importProgress * 100) + " %"
+        Rectangle {
+            width: parent.width * Math.max(0, Math.min(1, Library.importProgress))
+            height: parent.height
+            radius: 1.5
+            color: Theme.accent
+        }
+    }
+}

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Halvane
+
+// The middle of the main window.
+Item {
+    id: root
+
+    readonly property bool showsTable: Library.mode === BrowseMode.Songs || Library.selectedPlaylistName.length > 0
+
+    LibraryToolbar {
+        id: toolbar
+        x: Theme.margin
+        y: 8
+        width: parent.width - 2 * Theme.margin
+    }
+    ImportStatusView {
+        id: status
+        anchors.top: toolbar.bottom
+        x: Theme.margin
+        width: parent.width - 2 * Theme.margin
+    }
+    Loader {
+        id: browser
+        anchors.top: status.bottom
+        anchors.topMargin: 10
+        anchors.bottom: details.top
+        width: parent.width
+        focus: true
+        sourceComponent: Library.trackCount === 0 ? invitation
+                       : root.showsTable ? table
+                       : Library.mode === BrowseMode.Artists ? artists : albums
+    }
+    Loader {
+        id: details
+
+        readonly property bool wanted: Library.trackCount > 0 && !root.showsTable
+                                       && (Library.mode === BrowseMode.Artists
+                                           ? Library.focusedArtist.length > 0
+                                           : Library.hasFocusedAlbum && Browsing.showsAlbumTracks)
+
+        anchors.bottom: parent.bottom
+        width: parent.width
+        height: wanted ? Math.round(Math.min(320, parent.height * 0.46)) : 0
+        active: wanted
+        visible: active
+        sourceComponent: TrackTableView {
+            isNarrowed: true
+        }
+    }
+
+    Component {
+        id: invitation
+        EmptyLibraryView {}
+    }
+    Component {
+        id: albums
+        AlbumGridView {}
+    }
+    Component {
+        id: artists
+        ArtistGridView {}
+    }
+    Component {
+        id: table
+        TrackTableView {}
+    }
+}

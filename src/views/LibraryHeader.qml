@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Halvane
+
+// What stands above every list of the library and scrolls away with it.
+Column {
+    spacing: 14
+    bottomPadding: 12
+
+    HeroPlaybackView { width: parent.width }
+    BrowseModeTabs {}
+}

@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Templates as T
+import Halvane
+
+// What can be tidied up in the library: one section for each kind of problem there is.
+Popover {
+    id: root
+
+    readonly property bool isClean: cloud.count === 0 && missing.count === 0 && duplicates.count === 0
+
+    anchors.centerIn: parent
+    width: 470
+    padding: 20
+    modal: true
+    visible: Library.showMaintenance
+    closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
+    T.Overlay.modal: Rectangle { color: Theme.scrim }
+    onClosed: Library.showMaintenance = false
+
+    contentItem: FocusScope {
+        implicitHeight: body.implicitHeight
+        focus: true
+        Accessible.role: Accessible.Dialog
+        Accessible.name: Strings.libraryMaintenance
+
+        Column {
+            id: body
+            width: parent.width
+            spacing: 10
+
+            Item {
+                width: parent.width
+                height: 26
+                Text {
+                    anchors.verticalCenter: parent.verticalCenter
+                    text: Strings.libraryMaintenance
+                    font: Theme.cardTitle
+                    color: Theme.primaryText
+                    Accessible.role: Accessible.Heading
+                    Accessible.name: text
+                }
+                PillButton {
+                    anchors.right: parent.right
+                    anchors.verticalCenter: parent.verticalCenter
+                    isQuiet: true
+                    quietColor: Theme.accent
+                    text: Strings.done
+                    focus: true
+                    onClicked: root.close()
+                }
+            }
+            Column {
+                visible: root.isClean
+                width: parent.width
+                topPadding: 24
+                bottomPadding: 30
+                spacing: 12
+                SymbolLabel {
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    symbol: "checkmark.seal.fill"
+                    size: 44
+                    color: Theme.accent
+                }
+                Text {
+                    width: parent.width
+                    horizontalAlignment: Text.AlignHCenter
+                    text: Strings.libraryClean
+                    font: Theme.body
+                    color: Theme.secondaryText
+                    wrapMode: Text.Wrap
+                }
+            }
+            Flickable {
+                id: scroll
+                visible: !root.isClean
+                width: parent.width
+                height: Math.min(380, sections.height, (root.parent ? root.parent.height : 600) - 120)
+                contentHeight: sections.height
+                boundsBehavior: Flickable.StopAtBounds
+                interactive: false
+                clip: true
+                T.ScrollBar.vertical: ScrollLine { x: scroll.width - width + 6 }
+
+                Column {
+                    id: sections
+                    width: scroll.width - 4
+                    spacing: 14
+
+                    MaintenanceSection {
+                        id: cloud
+                        model: Library.cloudPendingTracks
+                        symbol: "icloud.and.arrow.down"
+                        tint: Theme.cloudBlue
+                        title: Strings.cloudPendingSection
+                        hint: Strings.cloudPendingHint
+                        actionText: Strings.downloadAll
+                        isBusy: Library.cloudDownloadInFlight
+                        onActed: Library.downloadAllCloudTracks()
+                    }
+                    MaintenanceSection {
+                        id: missing
+                        model: Library.missingTracks
+                        symbol: "exclamationmark.triangle.fill"
+                        tint: Theme.warmAccent
+                        title: Strings.missingSection
+                        hint: Strings.missingHint
+                        actionText: Strings.removeAllMissing
+                        canRemoveOne: true
+                        onActed: confirmMissing.ask("")
+                        onRemovedOne: path => Library.removeTracks([path])
+                    }
+                    MaintenanceSection {
+                        id: duplicates
+                        model: Library.duplicateTracks
+                        symbol: "doc.on.doc"
+                        tint: Theme.gold
+                        title: Strings.duplicatesSection
+                        hint: Strings.duplicatesHint
+                        actionText: Strings.removeDuplicates
+                        onActed: confirmDuplicates.ask("")
+                    }
+                }
+                WheelScroller {
+                    parent: scroll
+                    view: scroll
+                }
+            }
+        }
+        Alert {
+            id: confirmMissing
+            title: Strings.missingSection
+            message: Strings.sentences.confirmRemoveMissing(missing.count)
+            acceptText: Strings.removeAllMissing
+            isDestructive: true
+            onAccepted: Library.removeTracks(missing.paths())
+        }
+        Alert {
+            id: confirmDuplicates
+            title: Strings.duplicatesSection
+            message: Strings.sentences.confirmRemoveDuplicates(Library.duplicateGroupCount)
+            acceptText: Strings.removeDuplicates
+            isDestructive: true
+            onAccepted: Library.removeDuplicateTracks()
+        }
+    }
+}

@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Layouts
+import Halvane
+
+// Where we are, the search field, and the library's buttons.
+RowLayout {
+    id: root
+
+    readonly property string place: Library.selectedPlaylistName.length > 0
+        ? Library.selectedPlaylistName
+        : [Strings.library, Strings.albums, Strings.artists, Strings.tracks, Strings.loved][Library.selectedSidebar]
+
+    spacing: 10
+
+    Column {
+        Layout.fillWidth: true
+        Layout.minimumWidth: 80
+        spacing: 2
+        PlainText {
+            width: parent.width
+            text: root.place
+            font: Theme.pageTitle
+            Accessible.role: Accessible.Heading
+            Accessible.name: text
+        }
+        PlainText {
+            width: parent.width
+            text: Library.librarySummary
+            font: Theme.label
+            color: Theme.tertiaryText
+        }
+    }
+    SearchField {
+        Layout.fillWidth: true
+        Layout.minimumWidth: 120
+        Layout.maximumWidth: 270
+        Layout.preferredWidth: 270
+    }
+    SymbolButton {
+        symbol: "folder.badge.plus"
+        tip: Strings.importMusicFolder
+        corner: Theme.radiusSmall
+        fill: Theme.controlBackground
+        outline: Theme.hairline
+        onClicked: Library.chooseAndImportMusic(false, true)
+    }
+    SymbolButton {
+        id: wand
+
+        readonly property int count: Library.maintenanceActionCount
+
+        symbol: "wand.and.sparkles"
+        tip: wand.count < 1 ? Strings.libraryMaintenance : Strings.sentences.maintenanceBadge(wand.count)
+        corner: Theme.radiusSmall
+        fill: Theme.controlBackground
+        outline: Theme.hairline
+        onClicked: Library.showMaintenance = true
+
+        CountBadge {
+            anchors.horizontalCenter: parent.right
+            anchors.horizontalCenterOffset: -4
+            y: -5
+            visible: wand.count > 0
+            text: wand.count
+            fill: Theme.warmAccent
+            textColor: Theme.onAccent
+        }
+    }
+    SymbolButton {
+        symbol: "sidebar.right"
+        tip: Strings.toggleNowPlayingPanel
+        corner: Theme.radiusSmall
+        fill: Theme.controlBackground
+        outline: Theme.hairline
+        symbolColor: Library.showNowPlayingPanel ? Theme.accent : Theme.secondaryText
+        Accessible.checkable: true
+        Accessible.checked: Library.showNowPlayingPanel
+        onClicked: Library.showNowPlayingPanel = !Library.showNowPlayingPanel
+    }
+}

@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Templates as T
+import Halvane
+
+// The main window: sidebar, library content, Now Playing panel and player bar over the backdrop,
+// with what covers them.
+FocusScope {
+    id: root
+
+    property bool isDropTargeted: files.isTargeted
+
+    focus: true
+    Keys.onEscapePressed: event => {
+        if (Library.showFullPlayer)
+            Library.showFullPlayer = false
+        else
+            event.accepted = false
+    }
+
+    AmbientBackdrop { anchors.fill: parent }
+    ChassisBezel { anchors.fill: parent }
+
+    Item {
+        id: content
+        anchors.fill: parent
+        // Behind the full-screen player nothing is reached, drawn or read out.
+        visible: !Library.showFullPlayer || fullPlayer.opacity < 1
+        enabled: !Library.showFullPlayer
+
+        WindowTopRow {
+            id: topRow
+            width: parent.width
+        }
+        SidebarView {
+            id: sidebar
+            anchors.top: topRow.bottom
+            anchors.bottom: barLine.top
+            width: Theme.sidebarWidth
+        }
+        Rectangle {
+            id: sidebarLine
+            anchors.left: sidebar.right
+            anchors.top: topRow.bottom
+            anchors.bottom: barLine.top
+            width: 1
+            color: Theme.hairline
+        }
+        LibraryContentView {
+            anchors.left: sidebarLine.right
+            anchors.right: panelLine.left
+            anchors.top: topRow.bottom
+            anchors.bottom: barLine.top
+        }
+        Rectangle {
+            id: panelLine
+            anchors.right: panelFrame.left
+            anchors.top: topRow.bottom
+            anchors.bottom: barLine.top
+            width: panelFrame.width > 0 ? 1 : 0
+            color: Theme.hairline
+        }
+        Item {
+            id: panelFrame
+            anchors.right: parent.right
+            anchors.top: topRow.bottom
+            anchors.bottom: barLine.top
+            width: Library.showNowPlayingPanel ? Theme.panelWidth : 0
+            visible: width > 0
+            clip: width < Theme.panelWidth
+            Behavior on width {
+                NumberAnimation { duration: Theme.panelSlide; easing.type: Easing.InOutQuad }
+            }
+
+            NowPlayingPanel {
+                width: Theme.panelWidth
+                height: parent.height
+            }
+        }
+        Rectangle {
+            id: barLine
+            anchors.bottom: bar.top
+            width: parent.width
+            height: 1
+            color: Theme.hairline
+        }
+        PlayerBar {
+            id: bar
+            anchors.bottom: parent.bottom
+            width: parent.width
+        }
+    }
+    FileDropArea {
+        id: files
+        anchors.fill: parent
+    }
+    DropOverlay {
+        anchors.fill: parent
+        shown: root.isDropTargeted
+    }
+    Loader {
+        id: fullPlayer
+        anchors.fill: parent
+        active: opacity > 0
+        visible: active
+        focus: Library.showFullPlayer
+        opacity: Library.showFullPlayer ? 1 : 0
+        sourceComponent: FullScreenPlayerView { focus: true }
+        Behavior on opacity {
+            NumberAnimation { duration: Theme.panelSlide; easing.type: Easing.InOutQuad }
+        }
+    }
+    LibraryMaintenanceView {
+        parent: T.Overlay.overlay
+    }
+}

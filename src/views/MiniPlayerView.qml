@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Window
+import Halvane
+
+// The small player: cover, track, progress and transport.
+FocusScope {
+    id: root
+
+    implicitWidth: 480
+    implicitHeight: 86
+    focus: true
+
+    AmbientBackdrop { anchors.fill: parent }
+    Rectangle {
+        anchors.fill: parent
+        color: "transparent"
+        border.color: Theme.hairline
+    }
+    WindowMover { anchors.fill: parent }
+
+    AlbumArtwork {
+        id: cover
+        x: 15
+        y: 15
+        width: 56
+        height: 56
+        album: Library.currentArtworkAlbum
+        shown: Library.hasCurrentArtworkAlbum
+        radius: Theme.radiusSmall
+    }
+    Column {
+        x: 85
+        y: 15
+        width: transport.x - 85 - Theme.gapSmall
+        spacing: 2
+        PlainText {
+            width: parent.width
+            text: Library.hasCurrentTrack ? Library.currentTrack.title : Strings.notPlaying
+            font: Theme.name
+        }
+        PlainText {
+            width: parent.width
+            text: Library.hasCurrentTrack ? Library.currentTrack.artist : ""
+            font: Theme.label
+            color: Theme.secondaryText
+        }
+    }
+    Row {
+        id: transport
+        anchors.right: back.left
+        anchors.rightMargin: 16
+        y: 13
+        spacing: 4
+        TransportButton {
+            anchors.verticalCenter: parent.verticalCenter
+            symbol: "backward.fill"
+            tip: Strings.previousTrack
+            symbolColor: Theme.primaryText
+            onClicked: Library.playPrevious()
+        }
+        PlayButton {
+            size: 36
+            symbolSize: 22
+        }
+        TransportButton {
+            anchors.verticalCenter: parent.verticalCenter
+            symbol: "forward.fill"
+            tip: Strings.nextTrack
+            symbolColor: Theme.primaryText
+            onClicked: Library.playNext(true)
+        }
+    }
+    SymbolButton {
+        id: back
+        anchors.right: parent.right
+        anchors.rightMargin: 15
+        y: 19
+        symbol: "arrow.up.left.and.arrow.down.right"
+        tip: Strings.backToMainWindow
+        size: 24
+        symbolSize: 14
+        fill: Theme.hoverWash
+        onClicked: {
+            App.openWindow("main")
+            App.closeWindow("mini")
+        }
+    }
+    ProgressLine {
+        x: 85
+        y: 54
+        width: parent.width - 85 - 15
+        fill: Library.spectrumTint
+    }
+    FileDropArea {
+        id: files
+        anchors.fill: parent
+    }
+    Rectangle {
+        anchors.fill: parent
+        visible: files.isTargeted
+        color: Theme.withAlpha(Theme.accent, 0.12)
+        border.width: 2
+        border.color: Theme.accent
+    }
+}

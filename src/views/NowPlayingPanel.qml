@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Halvane
+
+// What is playing and what comes next.
+Rectangle {
+    id: root
+
+    color: Theme.sidebarVeil
+
+    Text {
+        id: heading
+        x: 18
+        y: 10
+        text: Strings.nowPlaying
+        font: Theme.name
+        color: Theme.primaryText
+        Accessible.role: Accessible.Heading
+        Accessible.name: text
+    }
+    NowPlayingCard {
+        id: card
+        anchors.top: heading.bottom
+        anchors.topMargin: 9
+        x: 16
+        width: parent.width - 32
+    }
+    Text {
+        id: nextHeading
+        anchors.top: card.bottom
+        anchors.topMargin: 18
+        x: 18
+        text: Strings.playlist
+        font: Theme.name
+        color: Theme.primaryText
+        Accessible.role: Accessible.Heading
+        Accessible.name: text
+    }
+    QueueView {
+        anchors.top: nextHeading.bottom
+        anchors.topMargin: 6
+        anchors.bottom: parent.bottom
+        width: parent.width
+    }
+    StatusToast {
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 12
+        x: 16
+        width: parent.width - 32
+        text: Library.lastImportMessage
+        isError: Library.statusIsError
+    }
+}

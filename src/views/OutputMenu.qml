@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Halvane
+
+// Where the sound goes, and in which form; pressing it offers the other devices.
+PressableBase {
+    id: root
+
+    implicitWidth: Math.max(name.implicitWidth + 44, path.implicitWidth)
+    implicitHeight: 40
+    text: Library.outputDeviceName
+    tip: Strings.output
+    Accessible.name: Strings.output + ": " + Library.outputDeviceName
+    Accessible.description: Library.signalPathDescription
+    onClicked: menu.popup(root, 0, -menu.implicitHeight - 8)
+
+    contentItem: Item {
+        SymbolLabel {
+            id: speaker
+            y: 3
+            symbol: "hifispeaker.fill"
+            size: 16
+        }
+        Text {
+            id: name
+            x: 20
+            y: 3
+            width: Math.min(implicitWidth, parent.width - 40)
+            height: 17
+            verticalAlignment: Text.AlignVCenter
+            text: Library.outputDeviceName
+            font: Theme.labelStrong
+            color: Theme.primaryText
+            elide: Text.ElideRight
+            textFormat: Text.PlainText
+            Accessible.ignored: true
+        }
+        SymbolLabel {
+            anchors.left: name.right
+            anchors.leftMargin: 4
+            y: 4
+            symbol: "chevron.down"
+            size: 15
+        }
+        Text {
+            id: path
+            y: 21
+            width: parent.width
+            text: Library.signalPathDescription
+            font: Theme.caption
+            color: Theme.tertiaryText
+            elide: Text.ElideRight
+            textFormat: Text.PlainText
+            Accessible.ignored: true
+        }
+    }
+    background: Item {
+        Rectangle {
+            anchors.fill: parent
+            anchors.margins: -4
+            radius: Theme.radiusSmall
+            color: Theme.hoverWash
+            visible: root.hovered
+        }
+        FocusRing { shown: root.visualFocus }
+    }
+
+    ContextMenu {
+        id: menu
+
+        MenuEntry {
+            text: Strings.systemDefaultDevice
+            checkable: true
+            checked: Library.selectedOutputDeviceName.length === 0
+            onTriggered: Library.selectSystemDefaultOutput()
+        }
+        Instantiator {
+            model: Library.availableOutputDevices
+            delegate: MenuEntry {
+                required property int deviceId
+                required property string name
+                required property bool selected
+                text: name
+                checkable: true
+                checked: selected
+                onTriggered: Library.selectOutputDevice(deviceId)
+            }
+            onObjectAdded: (index, object) => menu.insertItem(index + 1, object as MenuEntry)
+            onObjectRemoved: (index, object) => menu.removeItem(object as MenuEntry)
+        }
+    }
+}

@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Layouts
+import Halvane
+
+// Transport, progress, spectrum, output, volume, equalizer and the window's sizes.
+Rectangle {
+    id: root
+
+    implicitHeight: Theme.playerBarHeight
+    color: Theme.playerBarVeil
+
+    RowLayout {
+        anchors.fill: parent
+        anchors.leftMargin: 18
+        anchors.rightMargin: 18
+        spacing: 20
+
+        PlayerBarTrack {
+            Layout.preferredWidth: 270
+            Layout.minimumWidth: 150
+            Layout.fillWidth: true
+            Layout.maximumWidth: 270
+            Layout.fillHeight: true
+        }
+        Item {
+            Layout.fillWidth: true
+            Layout.preferredWidth: 0
+        }
+        ColumnLayout {
+            Layout.fillWidth: true
+            Layout.minimumWidth: 240
+            Layout.maximumWidth: 440
+            Layout.preferredWidth: 440
+            spacing: 2
+            TransportRow { Layout.alignment: Qt.AlignHCenter }
+            ProgressLine { Layout.fillWidth: true }
+        }
+        Item {
+            Layout.fillWidth: true
+            Layout.preferredWidth: 0
+        }
+        SpectrumStrip {
+            Layout.preferredWidth: 116
+            Layout.minimumWidth: 40
+            Layout.fillWidth: true
+            Layout.maximumWidth: 116
+            visible: root.width > 1080
+            height: 36
+            isPlaying: Library.isPlaying
+            tint: Library.spectrumTint
+        }
+        OutputMenu {
+            Layout.fillWidth: true
+            Layout.minimumWidth: 80
+            Layout.preferredWidth: implicitWidth
+            Layout.maximumWidth: 150
+        }
+        RowLayout {
+            spacing: 6
+            Layout.fillWidth: true
+            Layout.maximumWidth: 110
+            Layout.minimumWidth: 70
+            SymbolLabel {
+                symbol: "speaker.wave.2"
+                size: 20
+            }
+            ValueSlider {
+                Layout.fillWidth: true
+                Layout.minimumWidth: 44
+                name: Strings.volumeLabel
+                spokenValue: Math.round(Library.volume * 100) + " %"
+                value: Library.volume
+                onMoved: Library.volume = value
+            }
+        }
+        RowLayout {
+            spacing: 0
+            TransportButton {
+                id: eqButton
+                symbol: "slider.horizontal.3"
+                tip: Strings.equalizer
+                isActive: Library.eqEnabled || eq.opened
+                onClicked: eq.opened ? eq.close() : eq.open()
+
+                EQPopover {
+                    id: eq
+                    x: eqButton.width - width + 60
+                    y: -height - 16
+                }
+            }
+            TransportButton {
+                symbol: "arrow.up.left.and.arrow.down.right"
+                tip: Strings.fullScreenPlayer
+                symbolSize: 18
+                onClicked: Library.showFullPlayer = true
+            }
+            TransportButton {
+                symbol: "arrow.down.right.and.arrow.up.left"
+                tip: Strings.miniPlayer
+                symbolSize: 18
+                onClicked: App.toggleMiniPlayer()
+            }
+        }
+    }
+}

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Halvane
+
+// What can be done with one entry of the queue.
+ContextMenu {
+    id: root
+
+    property var entryId
+    property string path
+    property string artist
+    property bool isLoved
+
+    function openFor(row: QueueRow, x: real, y: real): void {
+        root.entryId = row.entryId
+        root.path = row.path
+        root.artist = row.artist
+        root.isLoved = row.isLoved
+        root.popup(row, x, y)
+    }
+
+    MenuEntry {
+        text: Strings.playThisTrack
+        symbol: "play.fill"
+        onTriggered: Library.playItem(root.entryId, true)
+    }
+    MenuEntry {
+        text: Strings.loved
+        symbol: root.isLoved ? "heart.slash" : "heart"
+        onTriggered: Library.toggleLoved(root.path)
+    }
+    AddToPlaylistMenu { paths: [root.path] }
+    MenuLine {}
+    MenuEntry {
+        text: Strings.viewArtist
+        symbol: "person.2"
+        onTriggered: Library.jumpToArtist(root.artist)
+    }
+    MenuEntry {
+        text: Strings.viewAlbum
+        symbol: "square.grid.2x2"
+        onTriggered: {
+            Browsing.showsAlbumTracks = true
+            Library.jumpToAlbum(root.entryId)
+        }
+    }
+    MenuLine {}
+    MenuEntry {
+        text: Strings.removeFromLibrary
+        symbol: "trash"
+        isDestructive: true
+        onTriggered: Library.removeTracks([root.path])
+    }
+}

@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Halvane
+
+// One entry of the queue.
+Rectangle {
+    id: root
+
+    required property int index
+    required property var entryId
+    required property string title
+    required property string artist
+    required property string path
+    required property string coverKey
+    required property bool isCurrent
+    required property bool isLoved
+    required property int availability
+    property bool hasKeyboard
+    property bool isDragged
+    readonly property bool isAvailable: root.availability === Availability.Available
+
+    signal pressed
+    signal menuAsked(real x, real y)
+    signal dragStarted
+    signal dragMoved(real y)
+    signal dragEnded
+
+    function play(): void {
+        Library.playItem(root.entryId, true)
+    }
+
+    implicitHeight: Theme.queueRowHeight
+    radius: Theme.radiusSmall
+    z: root.isDragged ? 2 : 1
+    color: root.isDragged ? Theme.panelRaised : root.isCurrent ? Theme.selectionFill : hover.hovered ? Theme.hoverWash : "transparent"
+    border.width: root.isDragged ? 1 : 0
+    border.color: Theme.accent
+    Accessible.role: Accessible.ListItem
+    Accessible.name: root.title + ", " + root.artist
+    Accessible.description: root.isAvailable ? Strings.playThisTrack
+                          : root.availability === Availability.InCloud ? Strings.cloudFileHint : Strings.unavailableFile
+    Accessible.focusable: true
+    Accessible.focused: root.hasKeyboard
+    Accessible.selectable: true
+    Accessible.selected: root.isCurrent
+    Accessible.onPressAction: root.play()
+
+    CoverArt {
+        id: cover
+        x: 8
+        anchors.verticalCenter: parent.verticalCenter
+        width: 32
+        height: 32
+        coverKey: root.coverKey
+        radius: Math.min(5, Theme.radiusSmall)
+        opacity: root.isAvailable ? 1 : 0.45
+    }
+    PlainText {
+        x: 50
+        y: 6
+        width: parent.width - 50 - 40
+        text: root.title
+        font: Theme.name
+        color: !root.isAvailable ? Theme.withAlpha(Theme.tertiaryText, 0.8) : root.isCurrent ? Theme.accent : Theme.primaryText
+        Accessible.ignored: true
+    }
+    PlainText {
+        x: 50
+        y: 24
+        width: parent.width - 50 - 40
+        text: root.artist
+        font: Theme.caption
+        color: root.isAvailable ? Theme.tertiaryText : Theme.withAlpha(Theme.tertiaryText, 0.6)
+        Accessible.ignored: true
+    }
+    SymbolLabel {
+        anchors.right: parent.right
+        anchors.rightMargin: 8
+        width: 16
+        height: parent.height
+        visible: root.isCurrent || !root.isAvailable
+        symbol: root.availability === Availability.InCloud ? "icloud.and.arrow.down"
+              : root.availability === Availability.Missing ? "exclamationmark.circle" : "speaker.wave.2.fill"
+        size: 16
+        color: root.availability === Availability.InCloud ? Theme.cloudBlue : root.isAvailable ? Theme.accent : Theme.tertiaryText
+    }
+    FocusRing {
+        shown: root.hasKeyboard
+        around: -1
+    }
+    HoverHandler { id: hover }
+    TapHandler {
+        acceptedButtons: Qt.LeftButton
+        onPressedChanged: {
+            if (pressed)
+                root.pressed()
+        }
+        onTapped: root.play()
+    }
+    TapHandler {
+        acceptedButtons: Qt.RightButton
+        onTapped: point => root.menuAsked(point.position.x, point.position.y)
+    }
+    DragHandler {
+        target: null
+        acceptedButtons: Qt.LeftButton
+        onActiveChanged: {
+            if (active)
+                root.dragStarted()
+            else
+                root.dragEnded()
+        }
+        onCentroidChanged: {
+            if (active)
+                root.dragMoved(centroid.position.y)
+        }
+    }
+}

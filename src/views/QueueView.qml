@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Templates as T
+import Halvane
+
+// The play queue. Rows are reordered by dragging, or with Alt and the arrow keys.
+ListView {
+    id: root
+
+    property var draggedItemID: undefined
+    property real dragY: 0 // in the view
+    readonly property bool isDragging: draggedItemID !== undefined
+
+    // Moves the dragged entry to the row under the pointer.
+    function dragOver(): void {
+        const y = Math.max(0, Math.min(root.height - 1, root.dragY)) + root.contentY
+        const target = root.itemAt(20, y) as QueueRow
+        if (target && target.entryId !== root.draggedItemID)
+            Library.moveQueueItem(root.draggedItemID, target.entryId)
+    }
+    function drop(): void {
+        root.draggedItemID = undefined
+        Library.finishQueueMove()
+    }
+    // Moves the cursor's row by one place.
+    function moveByKey(step: int): void {
+        const target = cursor.index + step
+        if (cursor.index < 0 || target < 0 || target >= root.count)
+            return
+        Library.moveQueueItem(cursor.value(cursor.index, "entryId"), cursor.value(target, "entryId"))
+        Library.finishQueueMove()
+        root.positionViewAtIndex(cursor.index, ListView.Contain)
+    }
+
+    model: Library.playlist
+    reuseItems: true
+    cacheBuffer: 200
+    interactive: false
+    keyNavigationEnabled: false
+    boundsBehavior: Flickable.StopAtBounds
+    clip: true
+    activeFocusOnTab: true
+    currentIndex: cursor.index
+    highlightFollowsCurrentItem: false
+    Accessible.role: Accessible.List
+    Accessible.name: Strings.playlist
+    Keys.onPressed: event => {
+        if (event.modifiers === Qt.AltModifier && (event.key === Qt.Key_Up || event.key === Qt.Key_Down)) {
+            root.moveByKey(event.key === Qt.Key_Up ? -1 : 1)
+            event.accepted = true
+        } else
+            keys.handle(event)
+    }
+    T.ScrollBar.vertical: ScrollLine {}
+
+    move: Transition {
+        NumberAnimation { properties: "y"; duration: Theme.quick; easing.type: Easing.OutQuad }
+    }
+    displaced: Transition {
+        NumberAnimation { properties: "y"; duration: Theme.quick; easing.type: Easing.OutQuad }
+    }
+    footer: DropHintRow {
+        x: 16
+        width: root.width - 32
+    }
+    delegate: QueueRow {
+        x: 16
+        width: root.width - 32
+        hasKeyboard: root.activeFocus && index === root.currentIndex
+        isDragged: root.draggedItemID === entryId
+        onPressed: {
+            root.forceActiveFocus(Qt.MouseFocusReason)
+            cursor.index = index
+        }
+        onMenuAsked: (x, y) => {
+            cursor.index = index
+            menu.openFor(this, x, y)
+        }
+        onDragStarted: root.draggedItemID = entryId
+        onDragMoved: y => {
+            root.dragY = mapToItem(root, 0, y).y
+            root.dragOver()
+        }
+        onDragEnded: root.drop()
+    }
+
+    // Scrolls while the pointer is held at an edge.
+    RedrawClock {
+        readonly property real edge: 36
+        readonly property real speed: root.dragY < edge ? root.dragY - edge
+                                    : root.dragY > root.height - edge ? root.dragY - (root.height - edge) : 0
+        running: root.isDragging && speed !== 0
+        onTicked: seconds => {
+            scroller.scrollTo(root.contentY + Math.max(-edge, Math.min(edge, speed)) * 12 * seconds)
+            root.dragOver()
+        }
+    }
+    ListCursor {
+        id: cursor
+        model: Library.playlist
+        idRole: "entryId"
+        textRole: "title"
+    }
+    ListKeys {
+        id: keys
+        view: root
+        cursor: cursor
+        rowHeight: Theme.queueRowHeight
+        onActivated: row => Library.playItem(cursor.value(row, "entryId"), true)
+        onMenuAsked: row => {
+            const item = root.itemAtIndex(row) as QueueRow
+            if (item)
+                menu.openFor(item, 40, item.height)
+        }
+    }
+    QueueMenu { id: menu }
+    WheelScroller {
+        id: scroller
+        parent: root
+        view: root
+    }
+}

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Halvane
+
+// Filters the library as the user types.
+EntryField {
+    id: root
+
+    property int answeredRequest: Library.searchFocusRequest
+
+    name: Strings.searchPlaceholder
+    placeholderText: Strings.searchPlaceholder
+    leftPadding: 35
+    rightPadding: 32
+    onTextEdited: Library.searchText = root.text
+    onActiveFocusChanged: Library.isSearchFieldFocused = root.activeFocus
+    onAnsweredRequestChanged: {
+        root.forceActiveFocus(Qt.ShortcutFocusReason)
+        root.selectAll()
+    }
+    // Esc empties the field first, then leaves it.
+    Keys.onEscapePressed: {
+        if (root.text.length > 0)
+            Library.searchText = ""
+        else
+            root.nextItemInFocusChain(true).forceActiveFocus(Qt.OtherFocusReason)
+    }
+
+    Binding on text {
+        value: Library.searchText
+        restoreMode: Binding.RestoreNone
+    }
+    SymbolLabel {
+        x: 10
+        anchors.verticalCenter: parent.verticalCenter
+        symbol: "magnifyingglass"
+        size: 18
+    }
+    SymbolButton {
+        anchors.right: parent.right
+        anchors.rightMargin: 4
+        anchors.verticalCenter: parent.verticalCenter
+        visible: Library.searchText.length > 0
+        symbol: "xmark.circle.fill"
+        tip: Strings.clearSearch
+        size: 24
+        symbolSize: 16
+        onClicked: {
+            Library.searchText = ""
+            root.forceActiveFocus()
+        }
+    }
+}

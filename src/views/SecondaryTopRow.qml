@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Halvane
+
+// The heading of a secondary window.
+Item {
+    id: root
+
+    required property string title
+    property string detail
+
+    implicitHeight: 56
+
+    Row {
+        x: 20
+        y: 18
+        spacing: 10
+        Text {
+            id: words
+            text: root.title
+            font: Theme.cardTitle
+            color: Theme.primaryText
+            Accessible.role: Accessible.Heading
+            Accessible.name: text
+        }
+        Text {
+            anchors.baseline: words.baseline
+            text: root.detail
+            font: Theme.badge
+            color: Theme.tertiaryText
+        }
+    }
+}

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Halvane
+
+Window {
+    color: Theme.windowBackground
+    width: view.implicitWidth
+    height: view.implicitHeight
+
+    SettingsView {
+        id: view
+        anchors.fill: parent
+        Keys.onEscapePressed: App.closeWindow("settings")
+    }
+}

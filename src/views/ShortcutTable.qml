@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Halvane
+
+// The keyboard shortcuts: their labels, this keyboard's own names for the same keys beneath them,
+// and what they do.
+Column {
+    id: root
+
+    readonly property var shortcuts: [
+        { keys: "Space", here: ["Space"], text: Strings.playPause },
+        { keys: "⌘←  /  ⌘→", here: ["Ctrl+Left", "Ctrl+Right"], text: Strings.previousTrack },
+        { keys: "⌘↑  /  ⌘↓", here: ["Ctrl+Up", "Ctrl+Down"], text: Strings.volumeLabel },
+        { keys: "⇧⌘S", here: ["Ctrl+Shift+S"], text: Strings.shuffleLabel },
+        { keys: "⇧⌘R", here: ["Ctrl+Shift+R"], text: Strings.repeatLabel },
+        { keys: "⌘O", here: ["Ctrl+O"], text: Strings.addToLibraryCommand },
+        { keys: "⌘I", here: ["Ctrl+I"], text: Strings.importMusicFolder },
+        { keys: "⌘F", here: ["Ctrl+F"], text: Strings.findCommand },
+        { keys: "⌥⌘N", here: ["Ctrl+Alt+N"], text: Strings.toggleNowPlayingPanel },
+        { keys: "⌃⌘M", here: ["Meta+Ctrl+M"], text: Strings.miniPlayer },
+        { keys: "⌃⌘F", here: ["Meta+Ctrl+F"], text: Strings.fullScreenPlayer },
+        { keys: "Esc", here: ["Esc"], text: Strings.backToMainWindow },
+        { keys: "⌘,", here: ["Ctrl+,"], text: Strings.settingsLabel }
+    ]
+
+    spacing: 8
+
+    HelpSectionTitle {
+        width: parent.width
+        symbol: "keyboard"
+        title: Strings.helpShortcutsTitle
+    }
+    Repeater {
+        model: root.shortcuts
+        Item {
+            id: line
+
+            required property var modelData
+
+            x: 44
+            width: root.width - 44
+            height: Math.max(keyNames.height, words.height)
+            Accessible.role: Accessible.StaticText
+            Accessible.name: modelData.here.join(" / ") + ": " + modelData.text
+
+            Column {
+                id: keyNames
+                width: 110
+                Text {
+                    text: line.modelData.keys
+                    font: Theme.keys
+                    color: Theme.primaryText
+                    textFormat: Text.PlainText
+                    Accessible.ignored: true
+                }
+                Text {
+                    visible: text !== line.modelData.keys
+                    width: 110
+                    text: line.modelData.here.join(" / ")
+                    font: Theme.badge
+                    color: Theme.tertiaryText
+                    wrapMode: Text.Wrap
+                    Accessible.ignored: true
+                }
+            }
+            Text {
+                id: words
+                x: 122
+                width: parent.width - 122
+                text: line.modelData.text
+                font: Theme.label
+                color: Theme.secondaryText
+                wrapMode: Text.Wrap
+                Accessible.ignored: true
+            }
+        }
+    }
+}

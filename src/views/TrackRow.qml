@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Halvane
+
+// One track.
+Rectangle {
+    id: root
+
+    required property int index
+    required property var trackId
+    required property string title
+    required property string artist
+    required property string album
+    required property string quality
+    required property string duration
+    required property string path
+    required property bool isLoved
+    required property int rating
+    required property int availability
+    required property bool isPlaying
+    property bool hasKeyboard
+    readonly property bool isAvailable: root.availability === Availability.Available
+    readonly property color textColor: !root.isAvailable ? Theme.withAlpha(Theme.tertiaryText, 0.66)
+                                     : root.isPlaying ? Theme.accent : Theme.primaryText
+    readonly property color sideColor: root.isAvailable ? Theme.secondaryText : root.textColor
+    readonly property string hint: root.isAvailable ? Strings.playThisTrack
+                                 : root.availability === Availability.InCloud ? Strings.cloudFileHint
+                                 : Strings.unavailableFile
+
+    signal pressed
+    signal menuAsked(real x, real y)
+
+    function play(): void {
+        Library.playTrack(root.trackId)
+    }
+
+    implicitHeight: Theme.trackRowHeight
+    radius: Theme.radiusSmall
+    color: root.isPlaying ? Theme.playingFill : hover.hovered ? Theme.hoverWash : "transparent"
+    Accessible.role: Accessible.ListItem
+    Accessible.name: root.title + ", " + root.artist
+    Accessible.description: root.hint
+    Accessible.focusable: true
+    Accessible.focused: root.hasKeyboard
+    Accessible.selectable: true
+    Accessible.selected: root.hasKeyboard
+    Accessible.onPressAction: root.play()
+
+    SymbolLabel {
+        x: 10
+        width: 20
+        height: parent.height
+        size: 19
+        symbol: root.availability === Availability.InCloud ? "icloud.and.arrow.down"
+              : root.availability === Availability.Missing ? "exclamationmark.circle"
+              : root.isPlaying && Library.isPlaying ? "pause.circle.fill" : "play.circle"
+        color: root.availability === Availability.InCloud ? Theme.cloudBlue
+             : root.isPlaying && root.isAvailable ? Theme.accent : Theme.tertiaryText
+
+        HoverHandler { id: statusHover }
+        Tip {
+            shown: statusHover.hovered
+            text: root.hint
+        }
+    }
+    PlainText {
+        id: titleText
+        x: 40
+        width: Math.min(implicitWidth, albumText.x - 40 - (root.isLoved ? 34 : 12))
+        height: parent.height
+        text: root.title
+        color: root.textColor
+        Accessible.ignored: true
+    }
+    SymbolLabel {
+        anchors.left: titleText.right
+        anchors.leftMargin: 8
+        height: parent.height
+        visible: root.isLoved
+        symbol: "heart.fill"
+        size: 14
+        color: Theme.accent
+    }
+    PlainText {
+        id: albumText
+        x: parent.width - 10 - 58 - 150 - 200
+        width: 190
+        height: parent.height
+        text: root.album
+        color: root.isAvailable ? Theme.primaryText : root.textColor
+        Accessible.ignored: true
+    }
+    PlainText {
+        x: parent.width - 10 - 58 - 150
+        width: 142
+        height: parent.height
+        text: root.quality
+        font: Theme.label
+        color: root.isAvailable ? Theme.tertiaryText : root.textColor
+        Accessible.ignored: true
+    }
+    TabularText {
+        anchors.right: parent.right
+        anchors.rightMargin: 10
+        anchors.verticalCenter: parent.verticalCenter
+        text: root.duration
+        font: Theme.row
+        color: root.sideColor
+        Accessible.ignored: true
+    }
+    FocusRing {
+        shown: root.hasKeyboard
+        around: -1
+    }
+
+    HoverHandler { id: hover }
+    TapHandler {
+        acceptedButtons: Qt.LeftButton
+        onPressedChanged: {
+            if (pressed)
+                root.pressed()
+        }
+        onTapped: root.play()
+    }
+    TapHandler {
+        acceptedButtons: Qt.RightButton
+        onTapped: point => root.menuAsked(point.position.x, point.position.y)
+    }
+    TrackDrag {
+        title: root.title
+        paths: [root.path]
+    }
+}

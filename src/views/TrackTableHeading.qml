@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Halvane
+
+// Above the track table: how many tracks it shows, what needs attention, and its buttons.
+Item {
+    id: root
+
+    required property bool isNarrowed
+    required property int rowCount
+
+    implicitHeight: 34
+
+    Row {
+        x: 10
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: Theme.gapLarge
+        Text {
+            text: Strings.sentences.visibleCount(root.rowCount)
+            font: Theme.labelStrong
+            color: Theme.secondaryText
+        }
+        Text {
+            visible: Library.maintenanceActionCount >= 1
+            text: Strings.sentences.maintenanceBadge(Library.maintenanceActionCount)
+            font: Theme.label
+            color: Theme.warmAccent
+        }
+    }
+    Row {
+        anchors.right: parent.right
+        anchors.rightMargin: 10
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: Theme.gapSmall
+        PillButton {
+            anchors.verticalCenter: parent.verticalCenter
+            visible: root.isNarrowed
+            isQuiet: true
+            text: Strings.showAllTracks
+            onClicked: {
+                Browsing.showsAlbumTracks = false
+                Library.selectBrowseMode(BrowseMode.Songs)
+            }
+        }
+        SymbolButton {
+            anchors.verticalCenter: parent.verticalCenter
+            visible: root.isNarrowed && Library.hasFocusedAlbum
+            symbol: "play.fill"
+            tip: Strings.playAlbum
+            size: 28
+            symbolSize: 18
+            fill: Theme.accent
+            symbolColor: Theme.onAccent
+            onClicked: Library.playAlbum(Library.focusedAlbum.id)
+        }
+    }
+}

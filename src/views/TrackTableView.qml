@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Templates as T
+import Halvane
+
+// The tracks. Return or a click plays one; the Menu key or a right click opens its menu; a track can
+// be dragged onto a playlist.
+ListView {
+    id: root
+
+    // Beneath a grid, showing one album's or artist's tracks only.
+    property bool isNarrowed
+    readonly property real available: width - 2 * Theme.margin
+
+    function reveal(): void {
+        const row = cursor.rowWith("path", Library.currentTrack.path)
+        if (row < 0)
+            return
+        cursor.index = row
+        root.positionViewAtIndex(row, ListView.Center)
+    }
+
+    model: Library.visibleTracks
+    reuseItems: true
+    cacheBuffer: 200
+    interactive: false
+    keyNavigationEnabled: false
+    boundsBehavior: Flickable.StopAtBounds
+    clip: true
+    activeFocusOnTab: true
+    currentIndex: cursor.index
+    highlightFollowsCurrentItem: false
+    Accessible.role: Accessible.Table
+    Accessible.name: Strings.tracks
+    Keys.onPressed: event => keys.handle(event)
+    Keys.onEscapePressed: event => {
+        event.accepted = root.isNarrowed
+        if (!root.isNarrowed)
+            return
+        Browsing.showsAlbumTracks = false
+        if (Library.mode === BrowseMode.Artists)
+            Library.focusedArtist = ""
+    }
+    T.ScrollBar.vertical: ScrollLine {}
+
+    header: Column {
+        x: Theme.margin
+        width: root.available
+        LibraryHeader {
+            width: parent.width
+            visible: !root.isNarrowed
+        }
+        TrackTableHeading {
+            width: parent.width
+            isNarrowed: root.isNarrowed
+            rowCount: root.count
+        }
+        TrackHeaderRow {
+            width: parent.width
+            visible: root.count > 0
+        }
+        NoResults {
+            width: parent.width
+            visible: root.count === 0
+        }
+    }
+    footer: Item { height: Theme.gapLarge }
+    delegate: TrackRow {
+        x: Theme.margin
+        width: root.available
+        hasKeyboard: root.activeFocus && index === root.currentIndex
+        onPressed: {
+            root.forceActiveFocus(Qt.MouseFocusReason)
+            cursor.index = index
+        }
+        onMenuAsked: (x, y) => {
+            cursor.index = index
+            menu.openFor(this, x, y)
+        }
+    }
+
+    Rectangle {
+        visible: root.isNarrowed
+        parent: root
+        width: root.width
+        height: 1
+        color: Theme.hairline
+    }
+    Connections {
+        target: Browsing
+        function onRevealAsked() { root.reveal() }
+    }
+    ListCursor {
+        id: cursor
+        model: Library.visibleTracks
+        idRole: "trackId"
+        textRole: "title"
+    }
+    ListKeys {
+        id: keys
+        view: root
+        cursor: cursor
+        rowHeight: Theme.trackRowHeight
+        onActivated: row => Library.playTrack(cursor.value(row, "trackId"))
+        onMenuAsked: row => {
+            const item = root.itemAtIndex(row) as TrackRow
+            if (item)
+                menu.openFor(item, 40, item.height)
+        }
+    }
+    TrackMenu { id: menu }
+    WheelScroller {
+        parent: root
+        view: root
+    }
+}

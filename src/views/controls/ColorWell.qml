@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Halvane
+
+// Shows a colour; pressing it opens sliders for hue, saturation and brightness.
+PressableBase {
+    id: root
+
+    required property string name
+    required property color color
+
+    signal chose(color color)
+
+    implicitWidth: 44
+    implicitHeight: 24
+    Accessible.role: Accessible.ColorChooser
+    Accessible.name: root.name
+    Accessible.description: root.color
+    onClicked: popover.opened ? popover.close() : popover.open()
+
+    contentItem: Item {}
+    background: Rectangle {
+        radius: Theme.radiusSmall
+        color: root.color
+        border.color: Theme.line
+        FocusRing { shown: root.visualFocus }
+    }
+
+    component Part: ValueSlider {
+        width: 200
+        stepSize: 0.01
+        spokenValue: Math.round(value * 100) + " %"
+        onMoved: root.chose(Qt.hsva(hue.value, saturation.value, brightness.value, 1))
+    }
+
+    Popover {
+        id: popover
+        x: root.width - width
+        y: root.height + 6
+        padding: 14
+        onAboutToShow: {
+            hue.value = Math.max(0, root.color.hsvHue)
+            saturation.value = root.color.hsvSaturation
+            brightness.value = root.color.hsvValue
+        }
+        contentItem: Column {
+            spacing: 8
+            Rectangle {
+                width: 200
+                height: 28
+                radius: Theme.radiusSmall
+                color: root.color
+                border.color: Theme.hairline
+            }
+            Part {
+                id: hue
+                name: root.name + " H"
+                fill: Qt.hsva(value, 0.9, 0.95, 1)
+                focus: true
+            }
+            Part {
+                id: saturation
+                name: root.name + " S"
+                fill: Qt.hsva(hue.value, value, 0.95, 1)
+            }
+            Part {
+                id: brightness
+                name: root.name + " B"
+                fill: Qt.hsva(hue.value, saturation.value, value, 1)
+            }
+        }
+    }
+}

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Halvane
+
+// The keys of a list or a grid: arrows, Home, End and the Page keys move the cursor, typed letters
+// find, Return acts, the Menu key opens the menu.
+QtObject {
+    id: root
+
+    required property Flickable view
+    required property ListCursor cursor
+    property int columns: 1
+    property real rowHeight: 1
+
+    signal activated(int row)
+    signal menuAsked(int row)
+
+    function move(row: int): void {
+        const last = root.view["count"] - 1
+        root.cursor.index = Math.max(0, Math.min(last, row))
+        root.view["positionViewAtIndex"](root.cursor.index, ListView.Contain)
+    }
+    function handle(event: KeyEvent): void {
+        const here = root.cursor.index
+        const page = Math.max(1, Math.floor(root.view.height / root.rowHeight) - 1) * root.columns
+        if (event.modifiers & (Qt.ControlModifier | Qt.AltModifier | Qt.MetaModifier))
+            return
+        event.accepted = true
+        if (event.key === Qt.Key_Menu || (event.key === Qt.Key_F10 && event.modifiers & Qt.ShiftModifier))
+            root.menuAsked(here)
+        else if (event.key === Qt.Key_Down)
+            root.move(here + root.columns)
+        else if (event.key === Qt.Key_Up)
+            root.move(here < 0 ? 0 : here - root.columns)
+        else if (event.key === Qt.Key_Right && root.columns > 1)
+            root.move(here + 1)
+        else if (event.key === Qt.Key_Left && root.columns > 1)
+            root.move(here - 1)
+        else if (event.key === Qt.Key_PageDown)
+            root.move(here + page)
+        else if (event.key === Qt.Key_PageUp)
+            root.move(here - page)
+        else if (event.key === Qt.Key_Home)
+            root.move(0)
+        else if (event.key === Qt.Key_End)
+            root.move(root.view["count"] - 1)
+        else if (event.key === Qt.Key_Return || event.key === Qt.Key_Enter) {
+            if (here >= 0)
+                root.activated(here)
+        } else if (event.text.length > 0 && event.text > " ") {
+            root.cursor.type(event.text)
+            root.view["positionViewAtIndex"](root.cursor.index, ListView.Contain)
+        } else
+            event.accepted = false
+    }
+}

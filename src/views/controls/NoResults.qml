@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Halvane
+
+// Says that a search found nothing.
+Text {
+    height: 120
+    text: Strings.noResults
+    font: Theme.body
+    color: Theme.tertiaryText
+    horizontalAlignment: Text.AlignHCenter
+    verticalAlignment: Text.AlignVCenter
+}

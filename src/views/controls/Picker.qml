@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Halvane
+
+// Shows a choice; pressing it opens a menu of all of them.
+PressableBase {
+    id: root
+
+    required property string name
+    required property var choices // list of texts
+    required property int chosen
+
+    signal chose(int index)
+
+    implicitWidth: label.implicitWidth + 44
+    implicitHeight: Theme.controlHeight
+    text: root.choices[root.chosen] ?? ""
+    Accessible.role: Accessible.ComboBox
+    Accessible.name: root.name
+    Accessible.description: root.text
+    Keys.onUpPressed: root.chose(Math.max(0, root.chosen - 1))
+    Keys.onDownPressed: root.chose(Math.min(root.choices.length - 1, root.chosen + 1))
+    onClicked: menu.popup(root, 0, root.height + 4)
+
+    contentItem: Item {
+        Text {
+            id: label
+            x: 12
+            width: parent.width - 40
+            anchors.verticalCenter: parent.verticalCenter
+            text: root.text
+            font: Theme.labelStrong
+            color: Theme.primaryText
+            elide: Text.ElideRight
+            Accessible.ignored: true
+        }
+        SymbolLabel {
+            anchors.right: parent.right
+            anchors.rightMargin: 8
+            anchors.verticalCenter: parent.verticalCenter
+            symbol: "chevron.up.chevron.down"
+            size: 14
+        }
+    }
+    background: Rectangle {
+        radius: Theme.radiusSmall
+        color: Theme.panelRaised
+        Rectangle {
+            anchors.fill: parent
+            radius: parent.radius
+            visible: root.hovered
+            color: Theme.hoverWash
+        }
+        FocusRing { shown: root.visualFocus }
+    }
+
+    ContextMenu {
+        id: menu
+        Repeater {
+            model: root.choices
+            MenuEntry {
+                required property string modelData
+                required property int index
+                text: modelData
+                checkable: true
+                checked: index === root.chosen
+                onTriggered: root.chose(index)
+            }
+        }
+    }
+}

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Halvane
+
+// Play and pause: a filled disc.
+SymbolButton {
+    id: root
+
+    property color discColor: Theme.disc
+
+    symbol: Library.isPlaying ? "pause.fill" : "play.fill"
+    tip: Library.isPlaying ? Strings.pause : Strings.play
+    fill: root.discColor
+    symbolColor: Theme.onAccent
+    scale: root.pressed ? 0.96 : 1
+    onClicked: Library.togglePlayback()
+
+    Behavior on scale {
+        NumberAnimation { duration: Theme.quick; easing.type: Easing.OutQuad }
+    }
+}

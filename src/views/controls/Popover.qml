@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Templates as T
+import Halvane
+
+// A small surface over the window that closes with Esc or a click elsewhere.
+T.Popup {
+    padding: Theme.gapLarge
+    margins: 8
+    focus: true
+    closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent
+    implicitWidth: contentItem.implicitWidth + leftPadding + rightPadding
+    implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
+
+    background: Rectangle {
+        radius: Theme.radiusLarge
+        color: Theme.withAlpha(Theme.panel, 0.985)
+        border.color: Theme.line
+    }
+    enter: Transition {
+        NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.quick; easing.type: Easing.OutQuad }
+    }
+    exit: Transition {
+        NumberAnimation { property: "opacity"; to: 0; duration: Theme.quick }
+    }
+}

@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Layouts
+import Halvane
+
+// Where playback is: elapsed time, a line to drag, and the length or what is left of it.
+RowLayout {
+    id: root
+
+    property font timeFont: Theme.caption
+    property color fill: Theme.accent
+
+    spacing: 10
+
+    TabularText {
+        text: Library.elapsedTime
+        font: root.timeFont
+        Layout.alignment: Qt.AlignVCenter
+        Layout.minimumWidth: 28
+        layoutDirection: Qt.LeftToRight
+    }
+    ValueSlider {
+        id: slider
+        Layout.fillWidth: true
+        name: Strings.playbackMenu
+        spokenValue: Library.elapsedTime + " / " + Library.durationDisplay
+        fill: root.fill
+        enabled: Library.hasCurrentTrack
+        live: true
+        stepSize: 0.02
+        wheelEnabled: false
+
+        // Follows playback, but not while the user holds the handle.
+        Binding on value {
+            when: !slider.pressed
+            value: Library.progress
+            restoreMode: Binding.RestoreNone
+        }
+        onMoved: {
+            if (slider.pressed)
+                Library.scrub(slider.value)
+            else
+                Library.seek(slider.value)
+        }
+        onPressedChanged: {
+            if (!slider.pressed)
+                Library.seek(slider.value)
+        }
+    }
+    PressableBase {
+        id: duration
+        implicitWidth: Math.max(28, digits.implicitWidth)
+        implicitHeight: 20
+        tip: Strings.toggleRemainingTime
+        Accessible.name: Library.durationDisplay
+        Accessible.description: Strings.toggleRemainingTime
+        onClicked: Library.showRemainingTime = !Library.showRemainingTime
+
+        contentItem: Item {
+            TabularText {
+                id: digits
+                anchors.verticalCenter: parent.verticalCenter
+                text: Library.durationDisplay
+                font: root.timeFont
+                color: duration.hovered ? Theme.primaryText : Theme.secondaryText
+                Accessible.ignored: true
+            }
+        }
+        background: Item {
+            FocusRing { shown: duration.visualFocus; around: 1; corner: 3 }
+        }
+    }
+}

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Halvane
+
+// A few choices side by side. The arrow keys choose.
+FocusScope {
+    id: root
+
+    required property string name
+    required property var choices // list of texts
+    required property int chosen
+
+    signal chose(int index)
+
+    implicitWidth: segments.implicitWidth + 4
+    implicitHeight: Theme.controlHeight
+    activeFocusOnTab: true
+    Accessible.role: Accessible.PageTabList
+    Accessible.name: root.name
+    Keys.onLeftPressed: root.chose(Math.max(0, root.chosen - 1))
+    Keys.onRightPressed: root.chose(Math.min(root.choices.length - 1, root.chosen + 1))
+
+    Rectangle {
+        anchors.fill: parent
+        radius: Theme.radiusSmall
+        color: Theme.controlBackground
+        border.color: Theme.hairline
+        FocusRing { shown: root.activeFocus }
+    }
+    Row {
+        id: segments
+        x: 2
+        y: 2
+        Repeater {
+            model: root.choices
+            PressableBase {
+                id: segment
+                required property string modelData
+                required property int index
+
+                height: root.height - 4
+                implicitWidth: word.implicitWidth + 28
+                text: modelData
+                focusPolicy: Qt.NoFocus
+                Accessible.role: Accessible.RadioButton
+                Accessible.checkable: true
+                Accessible.checked: index === root.chosen
+                onClicked: root.chose(index)
+
+                contentItem: Text {
+                    id: word
+                    text: segment.text
+                    font: Theme.labelStrong
+                    horizontalAlignment: Text.AlignHCenter
+                    verticalAlignment: Text.AlignVCenter
+                    color: segment.index === root.chosen || segment.hovered ? Theme.primaryText : Theme.tertiaryText
+                    Accessible.ignored: true
+                }
+                background: Rectangle {
+                    radius: Theme.radiusSmall - 2
+                    color: segment.index === root.chosen ? Theme.panelRaised : "transparent"
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Halvane
+
+// A row of the sidebar: symbol, name, count.
+PressableBase {
+    id: root
+
+    required property string symbol
+    property string badge
+    property bool isSelected
+
+    implicitHeight: Theme.sidebarRowHeight
+    Accessible.role: Accessible.ListItem
+    Accessible.name: root.badge.length > 0 ? root.text + ", " + root.badge : root.text
+    Accessible.selectable: true
+    Accessible.selected: root.isSelected
+    Keys.onUpPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
+    Keys.onDownPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
+
+    contentItem: Item {
+        SymbolLabel {
+            x: 10
+            width: 18
+            anchors.verticalCenter: parent.verticalCenter
+            symbol: root.symbol
+            size: 18
+            color: label.color
+        }
+        PlainText {
+            id: label
+            x: 38
+            width: parent.width - 38 - (count.visible ? count.width + 16 : 10)
+            height: parent.height
+            text: root.text
+            font: Theme.body
+            color: root.isSelected ? Theme.accent : Theme.primaryText
+            Accessible.ignored: true
+        }
+        CountBadge {
+            id: count
+            anchors.right: parent.right
+            anchors.rightMargin: 10
+            anchors.verticalCenter: parent.verticalCenter
+            text: root.badge
+        }
+    }
+    background: Rectangle {
+        radius: Theme.radiusSmall
+        color: root.isSelected ? Theme.selectionFill : root.hovered ? Theme.hoverWash : "transparent"
+        FocusRing { shown: root.visualFocus; around: -1 }
+    }
+}

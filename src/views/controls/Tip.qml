@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Templates as T
+import Halvane
+
+// A tooltip that costs nothing until the pointer rests on its parent.
+Loader {
+    id: root
+
+    required property bool shown
+    required property string text
+
+    active: root.shown && root.text.length > 0
+    sourceComponent: T.ToolTip {
+        parent: root.parent
+        x: root.parent ? Math.round((root.parent.width - width) / 2) : 0
+        y: -height - 6
+        margins: 6
+        padding: 6
+        leftPadding: 9
+        rightPadding: 9
+        visible: true
+        delay: Theme.tipDelay
+        text: root.text
+        closePolicy: T.Popup.NoAutoClose
+        implicitWidth: contentItem.implicitWidth + leftPadding + rightPadding
+        implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
+        contentItem: Text {
+            width: Math.min(implicitWidth, 420)
+            text: root.text
+            font: Theme.caption
+            color: Theme.primaryText
+            wrapMode: Text.Wrap
+            textFormat: Text.PlainText
+        }
+        background: Rectangle {
+            radius: Theme.radiusSmall
+            color: Theme.panelRaised
+            border.color: Theme.line
+        }
+    }
+}

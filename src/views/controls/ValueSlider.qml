@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Templates as T
+import Halvane
+
+// A horizontal line with a handle. The wheel and the arrow keys step it.
+T.Slider {
+    id: root
+
+    required property string name
+    property color fill: Theme.accent
+    property string spokenValue
+
+    implicitWidth: 120
+    implicitHeight: 20
+    focusPolicy: Qt.TabFocus
+    hoverEnabled: true
+    wheelEnabled: true
+    stepSize: 0.0625
+    Accessible.role: Accessible.Slider
+    Accessible.name: root.name
+    Accessible.description: root.spokenValue
+
+    handle: Rectangle {
+        x: root.leftPadding + root.visualPosition * (root.availableWidth - width)
+        y: root.topPadding + (root.availableHeight - height) / 2
+        width: 12
+        height: 12
+        radius: 6
+        color: Theme.disc
+        scale: root.pressed ? 1.15 : root.hovered ? 1.08 : 1
+        Behavior on scale {
+            NumberAnimation { duration: Theme.quick; easing.type: Easing.OutQuad }
+        }
+        FocusRing { shown: root.visualFocus; corner: 6; around: 3 }
+    }
+    background: Rectangle {
+        x: root.leftPadding
+        y: root.topPadding + (root.availableHeight - height) / 2
+        width: root.availableWidth
+        height: 4
+        radius: 2
+        color: Theme.groove
+
+        Rectangle {
+            width: root.handle.x - root.leftPadding + root.handle.width / 2
+            height: parent.height
+            radius: 2
+            color: root.fill
+        }
+    }
+}

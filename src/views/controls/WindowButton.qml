@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Halvane
+
+// One of the window's own buttons.
+SymbolButton {
+    size: Theme.topRowHeight - 2
+    symbolSize: 15
+    corner: Theme.radiusSmall
+    anchors.verticalCenter: parent ? parent.verticalCenter : undefined
+}

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QQuickAsyncImageProvider>
+#include <QThreadPool>
+
+#include <functional>
+
+namespace halvane::views {
+
+/// Which cover a view asked for: the last part of its "image://cover/..." address.
+struct CoverRequest {
+    QString key;       ///< names the picture
+    double radius = 0; ///< of its corners, in device pixels
+};
+
+/// Reads a request from "percent-encoded key?radius".
+CoverRequest parseCoverRequest(const QString& id);
+
+/// The picture scaled to fill the size, cut at its centre, with rounded corners; null for a null
+/// picture or an empty size. Any thread.
+QImage coverWithCorners(const QImage& picture, const QSize& size, double radius);
+
+/// Gives QML the covers: decoded by a few workers at the size they are shown, and rounded there, so
+/// that the scene graph has only plain textures to draw. A cover nobody waits for any more is not
+/// decoded.
+class CoverImageProvider : public QQuickAsyncImageProvider {
+  public:
+    /// Gives a picture by its key, at least as large as the size where it can be; null when there
+    /// is none or it cannot be read. Called on the workers, several at once.
+    using Source = std::function<QImage(const QString& key, const QSize& size)>;
+
+    explicit CoverImageProvider(Source source);
+    ~CoverImageProvider() override;
+
+    QQuickImageResponse* requestImageResponse(const QString& id,
+                                              const QSize& requestedSize) override;
+
+  private:
+    Source m_source;
+    QThreadPool m_workers;
+};
+
+} // namespace halvane::views
