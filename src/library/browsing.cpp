@@ -178,8 +178,8 @@ void Browsing::availabilityReset() {
     m_tracks.refreshAll({TrackListModel::AvailabilityRole});
 }
 
-void Browsing::currentChanged(const QString& path, const QString& before) {
-    refreshRow(before, {TrackListModel::IsPlayingRole});
+void Browsing::currentChanged(const QString& path) {
+    refreshRow(std::exchange(m_currentPath, path), {TrackListModel::IsPlayingRole});
     refreshRow(path, {TrackListModel::IsPlayingRole});
 }
 

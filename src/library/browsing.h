@@ -66,7 +66,7 @@ class Browsing : public QObject {
     void ratingChanged(const QString& path);
     void availabilityChanged(const QString& path);
     void availabilityReset();
-    void currentChanged(const QString& path, const QString& before);
+    void currentChanged(const QString& path);
     void languageChanged();
 
   Q_SIGNALS:
@@ -116,6 +116,7 @@ class Browsing : public QObject {
     std::optional<std::vector<quint32>> m_found;
     QByteArray m_foundQuery;
 
+    QString m_currentPath; ///< of the row that was last said to play
     TrackListModel m_tracks;
     AlbumListModel m_albums;
     ArtistListModel m_artists;

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "model/artwork.h"
-#include "model/file_url.h"
+#include "model/cover_key.h"
 
 #include <QHash>
 #include <QMutex>
@@ -15,7 +14,7 @@ namespace halvane {
 /// handles of the pictures that were asked for and no bytes. Any thread.
 class CoverStore {
   public:
-    /// The key of a record's picture: the embedded one before the file; empty without any.
+    /// The key of a record's picture, as coverKey gives it; from now on it can be read.
     QString keyFor(const std::optional<Artwork>& embedded, const std::optional<FileUrl>& file);
     /// The picture's bytes; empty for an unknown key or an unreadable picture. May block on the
     /// disk.
@@ -23,7 +22,7 @@ class CoverStore {
 
   private:
     mutable QMutex m_mutex;
-    QHash<QString, Artwork> m_embedded; ///< by the artwork's key; under m_mutex
+    QHash<QString, Artwork> m_embedded; ///< by cover key; under m_mutex
 };
 
 } // namespace halvane

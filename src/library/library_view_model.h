@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "audio/spectrum_model.h"
 #include "library/environment.h"
 #include "model/album.h"
 #include "model/enums.h"
 #include "model/queue_item.h"
-#include "presentation/l10n.h"
+#include "presentation/app_theme.h"
 
 #include <QAbstractListModel>
 #include <QColor>
@@ -19,8 +20,8 @@
 
 namespace halvane {
 
-class AudioPlaybackEngine;
-class SpectrumModel;
+class CoverStore;
+class LibraryConcerns;
 
 /// The one controller: what every window, menu command and remote command sees and acts on. A
 /// facade over one small class a concern; it owns them and passes on their properties and
@@ -96,23 +97,11 @@ class LibraryViewModel : public QObject {
     Q_PROPERTY(halvane::Album currentArtworkAlbum READ currentArtworkAlbum NOTIFY
                    currentArtworkAlbumChanged)
 
-    // Status line and import
+    // Status line
     Q_PROPERTY(QString lastImportMessage READ lastImportMessage NOTIFY lastImportMessageChanged)
     Q_PROPERTY(bool statusIsError READ statusIsError NOTIFY statusIsErrorChanged)
-    Q_PROPERTY(double importProgress READ importProgress NOTIFY
-                   importProgressChanged) // below 0: none runs
 
-    // Maintenance
-    Q_PROPERTY(
-        int maintenanceActionCount READ maintenanceActionCount NOTIFY maintenanceActionCountChanged)
-    Q_PROPERTY(
-        bool cloudDownloadInFlight READ cloudDownloadInFlight NOTIFY cloudDownloadInFlightChanged)
-    Q_PROPERTY(int duplicateGroupCount READ duplicateGroupCount NOTIFY duplicateGroupCountChanged)
-    Q_PROPERTY(QAbstractListModel* cloudPendingTracks READ cloudPendingTracks CONSTANT)
-    Q_PROPERTY(QAbstractListModel* missingTracks READ missingTracks CONSTANT)
-    Q_PROPERTY(QAbstractListModel* duplicateTracks READ duplicateTracks CONSTANT)
-
-    // Equalizer and Sound Check
+    // Equalizer
     Q_PROPERTY(bool eqEnabled READ eqEnabled WRITE setEqEnabled NOTIFY eqEnabledChanged)
     Q_PROPERTY(QList<double> eqGains READ eqGains NOTIFY eqGainsChanged)
     Q_PROPERTY(double eqPreamp READ eqPreamp WRITE setEqPreamp NOTIFY eqPreampChanged)
@@ -120,17 +109,7 @@ class LibraryViewModel : public QObject {
                    currentEQPresetIDChanged) // empty: none
     Q_PROPERTY(QString presetMenuTitle READ presetMenuTitle NOTIFY presetMenuTitleChanged)
     Q_PROPERTY(QStringList userEQPresetNames READ userEQPresetNames NOTIFY userEQPresetsChanged)
-    Q_PROPERTY(bool soundCheckEnabled READ soundCheckEnabled WRITE setSoundCheckEnabled NOTIFY
-                   soundCheckEnabledChanged)
     Q_PROPERTY(halvane::SpectrumModel* spectrum READ spectrum CONSTANT)
-
-    // Output
-    Q_PROPERTY(QString outputDeviceName READ outputDeviceName NOTIFY outputDeviceNameChanged)
-    Q_PROPERTY(QAbstractListModel* availableOutputDevices READ availableOutputDevices CONSTANT)
-    Q_PROPERTY(QString selectedOutputDeviceName READ selectedOutputDeviceName NOTIFY
-                   selectedOutputDeviceNameChanged) // empty: the system's default
-    Q_PROPERTY(QString signalPathDescription READ signalPathDescription NOTIFY
-                   signalPathDescriptionChanged)
 
     // Appearance
     Q_PROPERTY(halvane::AppLanguage languageSetting READ languageSetting WRITE setLanguageSetting
@@ -153,11 +132,106 @@ class LibraryViewModel : public QObject {
     Q_PROPERTY(QColor ambientColor READ ambientColor NOTIFY ambientColorChanged)
     Q_PROPERTY(double ambientBackgroundBoost READ ambientBackgroundBoost NOTIFY themeChanged)
 
-    // Operations
-
   public:
-    LibraryViewModel(Environment environment, QObject* parent = nullptr);
+    /// Restores what is remembered; nothing plays and the queue is empty. The environment's parts
+    /// outlive it.
+    explicit LibraryViewModel(const Environment& environment, QObject* parent = nullptr);
     ~LibraryViewModel() override;
+
+    /// Gives the views' covers by the keys that lists and albums carry. Any thread.
+    const CoverStore& covers() const;
+
+    SidebarItem selectedSidebar() const;
+    LibraryMode mode() const;
+    QString searchText() const;
+    void setSearchText(const QString& text);
+    bool isSearchFieldFocused() const;
+    void setSearchFieldFocused(bool focused);
+    int searchFocusRequest() const;
+    QString focusedArtist() const;
+    void setFocusedArtist(const QString& name);
+    QString selectedAlbumID() const;
+    void setSelectedAlbumID(const QString& id);
+    bool showLovedOnly() const;
+    QUuid selectedPlaylistID() const;
+    void setSelectedPlaylistID(const QUuid& id);
+    QString selectedPlaylistName() const;
+
+    bool showFullPlayer() const;
+    void setShowFullPlayer(bool show);
+    bool isMiniPlayerOpen() const;
+    void setMiniPlayerOpen(bool open);
+    bool showNowPlayingPanel() const;
+    void setShowNowPlayingPanel(bool show);
+    bool showMaintenance() const;
+    void setShowMaintenance(bool show);
+    bool isQuitting() const;
+
+    bool isPlaying() const;
+    double volume() const;
+    void setVolume(double volume);
+    double progress() const;
+    QString elapsedTime() const;
+    QString durationDisplay() const;
+    bool isShuffleEnabled() const;
+    PlaybackRepeatMode repeatMode() const;
+    bool showRemainingTime() const;
+    void setShowRemainingTime(bool show);
+    bool hasCurrentTrack() const;
+    QueueItem currentTrack() const;
+    bool isCurrentTrackLoved() const;
+    QString queuePositionText() const;
+    QString queueSourceText() const;
+
+    QAbstractListModel* playlist();
+    QAbstractListModel* visibleTracks();
+    QAbstractListModel* visibleAlbums();
+    QAbstractListModel* visibleArtists();
+    QAbstractListModel* playlists();
+    QAbstractListModel* sidebarItems();
+    int visibleTrackCount() const;
+    int trackCount() const;
+    QString librarySummary() const;
+    bool hasFocusedAlbum() const;
+    Album focusedAlbum() const;
+    bool hasSelectedAlbum() const;
+    Album selectedAlbum() const;
+    bool hasCurrentArtworkAlbum() const;
+    Album currentArtworkAlbum() const;
+
+    QString lastImportMessage() const;
+    bool statusIsError() const;
+
+    bool eqEnabled() const;
+    void setEqEnabled(bool enabled);
+    QList<double> eqGains() const;
+    double eqPreamp() const;
+    void setEqPreamp(double dB);
+    QString currentEQPresetID() const;
+    QString presetMenuTitle() const;
+    QStringList userEQPresetNames() const;
+    SpectrumModel* spectrum();
+
+    AppLanguage languageSetting() const;
+    void setLanguageSetting(AppLanguage setting);
+    ResolvedLanguage resolvedLanguage() const;
+    SpectrumTintMode themeAccentMode() const;
+    void setThemeAccentMode(SpectrumTintMode mode);
+    QColor customThemeAccent() const;
+    void setCustomThemeAccent(const QColor& color);
+    CornerStyle themeCornerStyle() const;
+    void setThemeCornerStyle(CornerStyle style);
+    BackgroundStyle themeBackgroundStyle() const;
+    void setThemeBackgroundStyle(BackgroundStyle style);
+    SpectrumTintMode spectrumTintMode() const;
+    void setSpectrumTintMode(SpectrumTintMode mode);
+    QColor customSpectrumColor() const;
+    void setCustomSpectrumColor(const QColor& color);
+    QColor spectrumTint() const;
+    QColor ambientColor() const;
+    double ambientBackgroundBoost() const;
+    /// What the windows are drawn with.
+    const AppTheme::Style& themeStyle() const;
 
     // Transport and queue
     Q_INVOKABLE void togglePlayback();
@@ -177,9 +251,6 @@ class LibraryViewModel : public QObject {
     Q_INVOKABLE void toggleShuffle();
     Q_INVOKABLE void stepVolume(double delta);
     Q_INVOKABLE bool isTrackPlaying(const QString& path) const;
-    // Import
-    Q_INVOKABLE void chooseAndImportMusic(bool files, bool directories);
-    Q_INVOKABLE void importDroppedURLs(const QList<QUrl>& urls);
     // Browsing
     Q_INVOKABLE void selectBrowseMode(halvane::LibraryMode mode);
     Q_INVOKABLE void selectSidebarItem(halvane::SidebarItem item);
@@ -195,20 +266,67 @@ class LibraryViewModel : public QObject {
     Q_INVOKABLE void deletePlaylist(const QUuid& id);
     Q_INVOKABLE void addTrackPaths(const QStringList& paths, const QUuid& toPlaylist);
     Q_INVOKABLE void removeTrackPath(const QString& path, const QUuid& fromPlaylist);
-    // Maintenance
-    Q_INVOKABLE void refreshAvailability();
-    Q_INVOKABLE void removeTracks(const QStringList& withPaths);
-    Q_INVOKABLE void removeDuplicateTracks();
-    Q_INVOKABLE void downloadAllCloudTracks();
     // Equalizer
     Q_INVOKABLE void setEqGain(int band, double dB);
     Q_INVOKABLE void applyBuiltInEQPreset(const QString& id);
     Q_INVOKABLE void applyUserEQPreset(const QString& name);
     Q_INVOKABLE void saveCurrentEQPreset(const QString& name);
     Q_INVOKABLE void deleteUserEQPreset(const QString& name);
-    // Output
-    Q_INVOKABLE void selectOutputDevice(quint32 id);
-    Q_INVOKABLE void selectSystemDefaultOutput();
+
+  Q_SIGNALS:
+    void selectedSidebarChanged();
+    void modeChanged();
+    void searchTextChanged();
+    void isSearchFieldFocusedChanged();
+    void searchFocusRequestChanged();
+    void focusedArtistChanged();
+    void selectedAlbumIDChanged();
+    void showLovedOnlyChanged();
+    void selectedPlaylistIDChanged();
+    void selectedPlaylistNameChanged();
+    void showFullPlayerChanged();
+    void isMiniPlayerOpenChanged();
+    void showNowPlayingPanelChanged();
+    void showMaintenanceChanged();
+    void isQuittingChanged();
+    void isPlayingChanged();
+    void volumeChanged();
+    void progressChanged();
+    void elapsedTimeChanged();
+    void durationDisplayChanged();
+    void isShuffleEnabledChanged();
+    void repeatModeChanged();
+    void showRemainingTimeChanged();
+    void currentTrackChanged();
+    void isCurrentTrackLovedChanged();
+    void queuePositionTextChanged();
+    void queueSourceTextChanged();
+    void visibleTrackCountChanged();
+    void trackCountChanged();
+    void librarySummaryChanged();
+    void focusedAlbumChanged();
+    void selectedAlbumChanged();
+    void currentArtworkAlbumChanged();
+    void lastImportMessageChanged();
+    void statusIsErrorChanged();
+    void eqEnabledChanged();
+    void eqGainsChanged();
+    void eqPreampChanged();
+    void currentEQPresetIDChanged();
+    void presetMenuTitleChanged();
+    void userEQPresetsChanged();
+    void languageChanged();
+    void themeChanged();
+    void spectrumTintChanged();
+    void ambientColorChanged();
+
+  private:
+    void forwardBrowsing();
+    void forwardViews();
+    void forwardTransport();
+    void forwardSettings();
+
+    std::unique_ptr<LibraryConcerns> m_concerns;
 };
 
 } // namespace halvane

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "library/playlists.h"
 
+#include "library/settings_keys.h"
 #include "library/thread_check.h"
 #include "platform/preferences.h"
 
@@ -16,11 +17,6 @@ using namespace Qt::StringLiterals;
 namespace halvane {
 
 namespace {
-
-const QString& playlistsKey() {
-    static const QString key = u"Halvane.Playlists"_s;
-    return key;
-}
 
 std::optional<Playlist> decodedPlaylist(const QJsonValue& value) {
     const QJsonObject object = value.toObject();
@@ -78,7 +74,7 @@ Playlists::Playlists(Preferences& preferences, QObject* parent)
 
 void Playlists::restore() {
     assertOwnThread(*this);
-    const auto stored = m_preferences.blob(playlistsKey());
+    const auto stored = m_preferences.blob(SettingsKey::playlists);
     auto playlists = stored ? decodedPlaylists(*stored) : std::nullopt;
     if (!playlists)
         return;
@@ -89,7 +85,7 @@ void Playlists::restore() {
 }
 
 void Playlists::persistPlaylists() {
-    m_preferences.setBlob(playlistsKey(), encodedPlaylists(m_playlists));
+    m_preferences.setBlob(SettingsKey::playlists, encodedPlaylists(m_playlists));
 }
 
 std::optional<std::size_t> Playlists::rowOf(const QUuid& id) const {

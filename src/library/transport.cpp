@@ -303,18 +303,21 @@ void Transport::seek(double fraction) {
 }
 
 void Transport::advanceRepeatMode() {
-    assertOwnThread(*this);
     switch (m_mode.repeat) {
     case PlaybackRepeatMode::off:
-        setRepeatMode(PlaybackRepeatMode::all);
-        break;
+        return chooseRepeatMode(PlaybackRepeatMode::all);
     case PlaybackRepeatMode::all:
-        setRepeatMode(PlaybackRepeatMode::one);
-        break;
+        return chooseRepeatMode(PlaybackRepeatMode::one);
     case PlaybackRepeatMode::one:
-        setRepeatMode(PlaybackRepeatMode::off);
-        break;
+        return chooseRepeatMode(PlaybackRepeatMode::off);
     }
+}
+
+void Transport::chooseRepeatMode(PlaybackRepeatMode mode) {
+    assertOwnThread(*this);
+    if (m_mode.repeat == mode)
+        return;
+    setRepeatMode(mode);
     replanSuccessor();
 }
 
@@ -327,6 +330,22 @@ void Transport::toggleShuffle() {
 
 void Transport::stepVolume(double delta) {
     setVolume(m_volume + delta);
+}
+
+bool Transport::canGoNext() const {
+    // Shuffle leads somewhere as long as anything plays; asking it costs a pass over the queue.
+    const auto first = [](std::size_t) { return std::size_t(0); };
+    return m_mode.shuffle ? canPlay()
+                          : nextEntry(View(*this), m_mode, true, first).entry.has_value();
+}
+
+bool Transport::canGoPrevious() const {
+    const auto first = [](std::size_t) { return std::size_t(0); };
+    return m_mode.shuffle ? canPlay() : previousEntry(View(*this), m_mode, first).entry.has_value();
+}
+
+bool Transport::canPlay() const {
+    return hasFile() || entryToStart(View(*this)).has_value();
 }
 
 bool Transport::isTrackPlaying(const QString& path) const {

@@ -50,8 +50,9 @@ class Transport : public QObject {
     PlaybackRepeatMode repeatMode() const { return m_mode.repeat; }
     bool hasFile() const { return m_with.engine.hasFile(); }
 
-    // Set by the restored settings; the user's changes come through the operations below.
-    void setVolume(double volume); ///< 0...1, clamped; nonsense is silence
+    /// 0...1, clamped; nonsense is silence.
+    void setVolume(double volume);
+    // The restored settings; the user's changes come through the operations below.
     void setShuffleEnabled(bool enabled);
     void setRepeatMode(PlaybackRepeatMode mode);
 
@@ -67,10 +68,15 @@ class Transport : public QObject {
     void scrub(double fraction);
     void seek(double fraction);
     void advanceRepeatMode();
+    void chooseRepeatMode(PlaybackRepeatMode mode);
     void toggleShuffle();
     void stepVolume(double delta);
     void showNothingToPlay();
 
+    // Whether playNext(manual), playPrevious and togglePlayback would find something to play.
+    bool canGoNext() const;
+    bool canGoPrevious() const;
+    bool canPlay() const;
     /// Whether the current entry is a file, playing or paused.
     bool isTrackPlaying(const QString& path) const;
     /// Drops the successor that was handed to the engine and plans it again: the queue changed.

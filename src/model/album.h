@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "model/artwork.h"
 #include "model/color.h"
+#include "model/cover_key.h"
 #include "model/file_url.h"
 #include "model/hash.h"
 
 #include <QMetaType>
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 #include <vector>
@@ -25,6 +26,8 @@ struct Album {
     Q_PROPERTY(QString duration MEMBER duration)
     Q_PROPERTY(double totalSeconds MEMBER totalSeconds)
     Q_PROPERTY(QString quality MEMBER quality)
+    Q_PROPERTY(QString coverKey READ coverKey)
+    Q_PROPERTY(QStringList colorList READ colorList)
 
   public:
     QString id; ///< from makeID; two spellings that differ in case share one
@@ -39,6 +42,11 @@ struct Album {
     std::vector<Color> colors; ///< three
     std::optional<Artwork> coverImageData;
     std::optional<FileUrl> coverURL;
+
+    /// Names the picture, as halvane::coverKey does.
+    QString coverKey() const { return halvane::coverKey(coverImageData, coverURL); }
+    /// The colours as "#rrggbb".
+    QStringList colorList() const;
 
     bool operator==(const Album&) const = default;
 

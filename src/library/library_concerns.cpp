@@ -1,0 +1,212 @@
+// SPDX-License-Identifier: MIT
+#include "library/library_concerns.h"
+
+#include "platform/notifications.h"
+#include "platform/sleep_inhibitor.h"
+
+#include <QGuiApplication>
+
+#include <algorithm>
+
+namespace halvane {
+
+namespace {
+
+bool isApplicationActive() {
+    return QGuiApplication::applicationState() == Qt::ApplicationActive;
+}
+
+} // namespace
+
+LibraryConcerns::LibraryConcerns(const Environment& environment)
+    : outside(environment)
+    , language(outside.preferences, outside.languages)
+    , userData(outside.preferences)
+    , playlists(outside.preferences)
+    , views(outside.preferences)
+    , catalog(store, [this] { return resolvedLanguage(); })
+    , availability(outside.cloudFiles)
+    , engine(outside.output, outside.clock)
+    , transportEngine(engine)
+    , status(outside.clock)
+    , progress(transportEngine, outside.clock)
+    , queue(rowState())
+    , transport(transportCollaborators())
+    , transportSettings(outside.preferences, transport)
+    , equalizer(outside.preferences,
+                [this](bool enabled, const std::vector<double>& gains, double preamp) {
+                    engine.setEQ(enabled, gains, preamp);
+                })
+    , browsing({store, catalog, playlists, covers,
+                [this]() -> const QSet<QString>& { return userData.lovedPaths(); },
+                [this] { return resolvedLanguage(); }},
+               rowState())
+    , sidebar([this](SidebarItem item) { return sidebarCount(item); })
+    , collections({store, catalog, playlists, availability, browsing, queue, transport, [] {}})
+    , ambient(workers)
+    , theme(outside.preferences, ambient)
+    , remote(transport, queue, engine)
+    , nowPlaying(outside.mediaControls, outside.notifications, remote, isApplicationActive,
+                 outside.dataFolder + QStringLiteral("/NowPlaying")) {
+    connectRows();
+    connectNowPlaying();
+    connectLanguage();
+    connect(&browsing, &Browsing::selectedAlbumIDChanged, this,
+            &LibraryConcerns::selectedAlbumChanged);
+    connect(&transport, &Transport::isPlayingChanged, this,
+            [this] { outside.sleepInhibitor.setInhibited(transport.isPlaying()); });
+}
+
+LibraryConcerns::~LibraryConcerns() {
+    workers.clear();
+    workers.waitForDone();
+}
+
+void LibraryConcerns::start() {
+    language.restore();
+    transportSettings.restore();
+    views.restoreNowPlayingPanel();
+    theme.restoreSpectrum();
+    equalizer.restore();
+    userData.restore();
+    playlists.restore();
+    theme.restoreTheme();
+    views.restoreRemainingTime();
+    observeApplication();
+    nowPlaying.setupRemoteCommands();
+    outside.notifications.requestAuthorization();
+    engine.setVolume(transport.volume());
+    installEngineCallbacks();
+}
+
+// What the concerns ask of each other
+
+RowState LibraryConcerns::rowState() {
+    RowState state;
+    state.isLoved = [this](const QString& path) { return userData.isLoved(path); };
+    state.rating = [this](const QString& path) { return int(userData.rating(path)); };
+    state.availability = [this](const QString& path) { return availability.state(path); };
+    state.isCurrent = [this](const QString& path) { return transport.isTrackPlaying(path); };
+    state.covers = &covers;
+    return state;
+}
+
+TransportCollaborators LibraryConcerns::transportCollaborators() {
+    return {
+        .engine = transportEngine,
+        .queue = queue,
+        .files = availability,
+        .status = status,
+        .progress = progress,
+        .clock = outside.clock,
+        .random = systemRandomIndex(),
+        .language = [this] { return resolvedLanguage(); },
+        .soundCheckGain = [](const QString&) { return std::optional<double>(); },
+        .countPlay = [this](const QString& path) { userData.countPlay(path); },
+        .showEntry = [this](const QueueItem& entry) { showEntry(entry); },
+        .updateNowPlaying = [this] { nowPlaying.updateNowPlayingInfo(); },
+        .notifyTrackChange =
+            [this](const QueueItem& entry) { nowPlaying.notifyTrackChange(entry); },
+    };
+}
+
+void LibraryConcerns::showEntry(const QueueItem& entry) {
+    browsing.selectAlbum(entry);
+    ambient.updateAmbientColor(entry.coverImageData, entry.coverURL,
+                               albumColors(entry.album, entry.artist).front());
+}
+
+void LibraryConcerns::selectedAlbumChanged() {
+    // While something is loaded, the colour is that of what plays.
+    if (engine.hasFile())
+        return;
+    if (const Album* album = browsing.selectedAlbum())
+        ambient.updateAmbientColor(album->coverImageData, album->coverURL, album->colors.front());
+}
+
+std::size_t LibraryConcerns::sidebarCount(SidebarItem item) const {
+    const Catalog& now = *catalog.catalog();
+    switch (item) {
+    case SidebarItem::library:
+        return 0;
+    case SidebarItem::albums:
+        return now.albums.size();
+    case SidebarItem::artists:
+        return now.artists.size();
+    case SidebarItem::tracks:
+        return now.rows->size();
+    case SidebarItem::loved: {
+        const QSet<QString>& loved = userData.lovedPaths();
+        return static_cast<std::size_t>(
+            std::count_if(loved.cbegin(), loved.cend(),
+                          [this](const QString& path) { return store.rowOf(path).has_value(); }));
+    }
+    }
+    return 0;
+}
+
+// What follows from what
+
+void LibraryConcerns::connectRows() {
+    connect(&userData, &TrackUserData::lovedChanged, this, [this](const QString& path) {
+        browsing.lovedChanged(path);
+        if (const TrackPtr track = store.track(path))
+            queue.refresh(*track, {PlayQueue::IsLovedRole});
+        sidebar.refresh();
+    });
+    connect(&userData, &TrackUserData::ratingChanged, &browsing, &Browsing::ratingChanged);
+    connect(&userData, &TrackUserData::reset, this, [this] {
+        browsing.lovedReset();
+        queue.refreshAll({PlayQueue::IsLovedRole});
+        sidebar.refresh();
+    });
+    connect(&queue, &PlayQueue::currentChanged, this,
+            [this] { browsing.currentChanged(queue.currentPath()); });
+    connect(&catalog, &LibraryCatalog::catalogChanged, &sidebar, &SidebarModel::refresh);
+    availability.onChange = [this](const QString& path) { availabilityChanged(path); };
+}
+
+void LibraryConcerns::availabilityChanged(const QString& path) {
+    browsing.availabilityChanged(path);
+    if (const TrackPtr track = store.track(path))
+        queue.refresh(*track, {PlayQueue::AvailabilityRole});
+}
+
+void LibraryConcerns::connectNowPlaying() {
+    connect(&transport, &Transport::positionJumped, &nowPlaying, &NowPlaying::positionJumped);
+    connect(&transport, &Transport::repeatModeChanged, &nowPlaying, &NowPlaying::updateModes);
+    connect(&transport, &Transport::isShuffleEnabledChanged, &nowPlaying, &NowPlaying::updateModes);
+    connect(&transport, &Transport::volumeChanged, &nowPlaying, &NowPlaying::updateModes);
+    connect(&queue, &PlayQueue::entriesChanged, &nowPlaying, &NowPlaying::updateModes);
+}
+
+void LibraryConcerns::connectLanguage() {
+    // Unknown names and lengths are texts, and part of what is derived.
+    connect(&language, &LanguageSetting::languageChanged, &catalog,
+            &LibraryCatalog::rebuildImportedAlbums);
+    connect(&language, &LanguageSetting::languageChanged, &browsing, &Browsing::languageChanged);
+}
+
+// The outside
+
+void LibraryConcerns::observeApplication() {
+    auto* application = qobject_cast<QGuiApplication*>(QCoreApplication::instance());
+    if (application) {
+        connect(application, &QGuiApplication::applicationStateChanged, this,
+                [this](Qt::ApplicationState state) {
+                    if (state == Qt::ApplicationActive)
+                        language.systemLanguagesChanged();
+                });
+    }
+    connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this,
+            [this] { views.setQuitting(); });
+}
+
+void LibraryConcerns::installEngineCallbacks() {
+    // The engine is a part of this object and calls nobody once it is gone.
+    engine.onTrackEnd = [this] { transport.trackEnded(); };
+    engine.onGraphRebuilt = [this] { transport.attemptGaplessPreschedule(); };
+    engine.onPlaybackInterrupted = [this](const QString& reason) { transport.interrupted(reason); };
+}
+
+} // namespace halvane

@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "audio/playback_engine.h"
+#include "library/ambient_color.h"
+#include "library/browsing.h"
+#include "library/collection_player.h"
+#include "library/cover_store.h"
+#include "library/engine_adapter.h"
+#include "library/environment.h"
+#include "library/equalizer_settings.h"
+#include "library/language_setting.h"
+#include "library/library_catalog.h"
+#include "library/marked_availability.h"
+#include "library/now_playing.h"
+#include "library/play_queue.h"
+#include "library/playlists.h"
+#include "library/progress_clock.h"
+#include "library/remote_player_adapter.h"
+#include "library/sidebar_model.h"
+#include "library/status_line.h"
+#include "library/theme_settings.h"
+#include "library/track_user_data.h"
+#include "library/transport.h"
+#include "library/transport_settings.h"
+#include "library/view_state.h"
+
+#include <QThreadPool>
+
+namespace halvane {
+
+/// The library's concerns, each in a class of its own, in the order in which they are made, and
+/// what connects them. Main thread.
+class LibraryConcerns : public QObject {
+    Q_OBJECT
+
+  public:
+    /// Makes everything, with nothing restored and nothing playing.
+    explicit LibraryConcerns(const Environment& environment);
+    ~LibraryConcerns() override;
+
+    /// Restores what is remembered and begins to listen to the outside. Once.
+    void start();
+
+    Environment outside;
+    QThreadPool workers; ///< short work whose results may be dropped
+
+    // What the user has chosen and said.
+    LanguageSetting language;
+    TrackUserData userData;
+    Playlists playlists;
+    ViewState views;
+
+    // What the library holds.
+    CoverStore covers;
+    LibraryStore store;
+    LibraryCatalog catalog;
+    MarkedAvailability availability;
+
+    // What plays.
+    AudioPlaybackEngine engine;
+    EngineAdapter transportEngine;
+    StatusLine status;
+    ProgressClock progress;
+    PlayQueue queue;
+    Transport transport;
+    TransportSettings transportSettings;
+    EqualizerSettings equalizer;
+
+    // What is shown.
+    Browsing browsing;
+    SidebarModel sidebar;
+    CollectionPlayer collections;
+    AmbientColor ambient;
+    ThemeSettings theme;
+    RemotePlayerAdapter remote;
+    NowPlaying nowPlaying;
+
+    ResolvedLanguage resolvedLanguage() const { return language.resolvedLanguage(); }
+
+  private:
+    RowState rowState();
+    TransportCollaborators transportCollaborators();
+    std::size_t sidebarCount(SidebarItem item) const;
+    void showEntry(const QueueItem& entry);
+    void selectedAlbumChanged();
+    void availabilityChanged(const QString& path);
+
+    void connectRows();
+    void connectNowPlaying();
+    void connectLanguage();
+    void installEngineCallbacks();
+    void observeApplication();
+};
+
+} // namespace halvane

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+
+namespace halvane {
+
+class Preferences;
+
+/// Which windows and panels the views show, and how: flags that menu commands and buttons share.
+/// Main thread.
+class ViewState : public QObject {
+    Q_OBJECT
+
+  public:
+    /// The preferences must outlive it.
+    explicit ViewState(Preferences& preferences, QObject* parent = nullptr);
+
+    void restoreNowPlayingPanel();
+    void restoreRemainingTime();
+
+    bool showFullPlayer() const { return m_showFullPlayer; }
+    bool isMiniPlayerOpen() const { return m_isMiniPlayerOpen; }
+    bool showNowPlayingPanel() const { return m_showNowPlayingPanel; }
+    bool showMaintenance() const { return m_showMaintenance; }
+    bool isQuitting() const { return m_isQuitting; }
+    bool isSearchFieldFocused() const { return m_isSearchFieldFocused; }
+    int searchFocusRequest() const { return m_searchFocusRequest; }
+    bool showRemainingTime() const { return m_showRemainingTime; }
+
+    void setShowFullPlayer(bool show);
+    void setMiniPlayerOpen(bool open);
+    void setShowNowPlayingPanel(bool show); ///< stored
+    void setShowMaintenance(bool show);
+    void setQuitting(); ///< for good
+    void setSearchFieldFocused(bool focused);
+    void requestSearchFocus();
+    void setShowRemainingTime(bool show); ///< stored
+
+  Q_SIGNALS:
+    void showFullPlayerChanged();
+    void isMiniPlayerOpenChanged();
+    void showNowPlayingPanelChanged();
+    void showMaintenanceChanged();
+    void isQuittingChanged();
+    void isSearchFieldFocusedChanged();
+    void searchFocusRequestChanged();
+    void showRemainingTimeChanged();
+
+  private:
+    void set(bool& flag, bool value, void (ViewState::*changed)());
+
+    Preferences& m_preferences;
+    bool m_showFullPlayer = false;
+    bool m_isMiniPlayerOpen = false;
+    bool m_showNowPlayingPanel = true;
+    bool m_showMaintenance = false;
+    bool m_isQuitting = false;
+    bool m_isSearchFieldFocused = false;
+    int m_searchFocusRequest = 0;
+    bool m_showRemainingTime = false;
+};
+
+} // namespace halvane
