@@ -5,13 +5,14 @@
 #include "model/file_url.h"
 #include "platform/preferences.h"
 
-#include <QList>
 #include <QObject>
 #include <QSet>
+#include <QThreadPool>
 
+#include <deque>
 #include <functional>
-#include <memory>
 #include <optional>
+#include <stop_token>
 
 namespace halvane {
 
@@ -32,8 +33,8 @@ class SoundCheck : public QObject {
   public:
     /// What Sound Check asks of its surroundings, all on the main thread except `measure`.
     struct Collaborators {
-        /// The library's files, in library order.
-        std::function<QList<FileUrl>()> files;
+        /// Calls back with each of the library's files, in library order.
+        std::function<void(const std::function<void(const FileUrl&)>&)> visitFiles;
         /// Whether the file at a standardized path is neither missing nor in the cloud.
         std::function<bool(const QString& path)> isAvailable;
         /// The standardized path of the queue's current entry; none without one, or without a file.
@@ -82,15 +83,23 @@ class SoundCheck : public QObject {
     void trackLoudnessChanged();
 
   private:
-    class Scan;
-    void store(const QString& path, const LoudnessAnalyzer::Measurement& measurement);
+    std::deque<FileUrl> unmeasuredFiles() const;
+    void cancelScan();
+    void measureNext();
+    void take(const FileUrl& file, const std::optional<LoudnessAnalyzer::Measurement>& measured);
 
     Preferences& m_preferences;
     const CloudFiles& m_cloudFiles;
     Collaborators m_collaborators;
     bool m_enabled = false;
     NumbersMap m_trackLoudness;
-    std::unique_ptr<Scan> m_scan; ///< the running or the last scan
+
+    // The scan: what is still to be measured, and the one file that the worker has.
+    std::deque<FileUrl> m_waiting;
+    QString m_measuring; ///< standardized path; empty: none, or it left the library meanwhile
+    std::stop_source m_stop;
+    quint64 m_scanGeneration = 0; ///< tells a result of a cancelled scan
+    QThreadPool m_worker;         ///< of one thread
 };
 
 } // namespace halvane
