@@ -24,7 +24,7 @@ class MemoryPreferences final : public ValuePreferences {
         ++m_changes[change.key];
         std::optional<PreferenceValue> value =
             m_values.contains(change.key) ? std::optional(m_values.take(change.key)) : std::nullopt;
-        apply(change, value);
+        halvane::apply(change, value);
         if (value)
             m_values.insert(change.key, std::move(*value));
     }
