@@ -48,6 +48,8 @@ function(halvane_library name)
     target_link_libraries(halvane_${name} PUBLIC ${ARG_PUBLIC} PRIVATE ${ARG_PRIVATE})
     target_compile_options(halvane_${name} PRIVATE ${HALVANE_WARNINGS})
     halvane_expose_headers(halvane_${name} ${CMAKE_CURRENT_SOURCE_DIR})
+    # What its classes offer to QML, for the views' type information.
+    qt_extract_metatypes(halvane_${name})
 endfunction()
 
 # Gives a target an include directory that holds nothing but a link to its own folder.

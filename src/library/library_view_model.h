@@ -140,6 +140,8 @@ class LibraryViewModel : public QObject {
 
     /// Gives the views' covers by the keys that lists and albums carry. Any thread.
     const CoverStore& covers() const;
+    /// What stands behind it, for those who put a library together without files.
+    LibraryConcerns& concerns() { return *m_concerns; }
 
     SidebarItem selectedSidebar() const;
     LibraryMode mode() const;

@@ -26,6 +26,7 @@ Rectangle {
         radius: Theme.radiusMedium
     }
     Column {
+        id: words
         anchors.left: cover.right
         anchors.leftMargin: 18
         anchors.right: playButton.left
@@ -66,11 +67,12 @@ Rectangle {
                 value: Library.currentArtworkAlbum.year
             }
             MetricPill {
+                visible: words.width > 160
                 caption: Strings.tracks
                 value: Library.currentArtworkAlbum.trackCount
             }
             MetricPill {
-                visible: Library.currentArtworkAlbum.totalSeconds > 0
+                visible: words.width > 240 && Library.currentArtworkAlbum.totalSeconds > 0
                 caption: Strings.totalTime
                 value: Strings.sentences.albumDuration(Math.floor(Library.currentArtworkAlbum.totalSeconds / 60))
             }

@@ -22,14 +22,14 @@ T.MenuBar {
         delegate: ContextMenu {
             id: menu
 
-            required property var modelData
+            required property CommandMenu modelData
 
             title: modelData.title
 
             Instantiator {
                 model: menu.modelData.items
                 delegate: CommandEntry {
-                    required property var modelData
+                    required property Command modelData
                     command: modelData
                 }
                 onObjectAdded: (index, object) => menu.insertItem(index, object as Item)

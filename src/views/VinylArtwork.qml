@@ -34,14 +34,12 @@ Item {
         color: Qt.rgba(0, 0, 0, 0.28)
     }
     ShaderEffect {
-        property real radius: width / 2 * pixels.value
         property real label: root.labelShare
 
         anchors.centerIn: parent
         width: root.discSize
         height: root.discSize
         fragmentShader: "qrc:/qt/qml/Halvane/shaders/vinyl.frag.qsb"
-        PixelRatio { id: pixels }
     }
     VinylLabel {
         anchors.centerIn: parent

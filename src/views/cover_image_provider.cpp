@@ -85,8 +85,8 @@ QQuickImageResponse* CoverImageProvider::requestImageResponse(const QString& id,
             response->deliver({});
             return;
         }
-        response->deliver(
-            coverWithCorners(m_source(request.key, requestedSize), requestedSize, request.radius));
+        response->deliver(coverWithCorners(m_source(request.key, requestedSize), requestedSize,
+                                           request.radius * requestedSize.width()));
     });
     return response;
 }

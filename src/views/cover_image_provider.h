@@ -11,7 +11,7 @@ namespace halvane::views {
 /// Which cover a view asked for: the last part of its "image://cover/..." address.
 struct CoverRequest {
     QString key;       ///< names the picture
-    double radius = 0; ///< of its corners, in device pixels
+    double radius = 0; ///< of its corners, as a share of its width
 };
 
 /// Reads a request from "percent-encoded key?radius".

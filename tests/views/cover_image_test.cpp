@@ -11,9 +11,9 @@ namespace {
 using namespace Qt::StringLiterals;
 
 TEST(CoverRequest, ReadsKeysOfAnyText) {
-    const auto request = parseCoverRequest(u"file%3A%2F%2F%2Fm%2Fwhat%3F%20%E9%9B%A8.jpg?12"_s);
+    const auto request = parseCoverRequest(u"file%3A%2F%2F%2Fm%2Fwhat%3F%20%E9%9B%A8.jpg?0.125"_s);
     EXPECT_EQ(request.key, u"file:///m/what? 雨.jpg"_s);
-    EXPECT_EQ(request.radius, 12);
+    EXPECT_EQ(request.radius, 0.125);
     EXPECT_EQ(parseCoverRequest(u"abc"_s).key, u"abc"_s);
     EXPECT_EQ(parseCoverRequest(u"abc"_s).radius, 0);
 }

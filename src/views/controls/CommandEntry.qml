@@ -6,7 +6,7 @@ import Halvane
 MenuEntry {
     id: root
 
-    required property var command
+    required property Command command
 
     text: root.command.isSeparator ? "" : root.command.title
     detail: root.command.isSeparator ? "" : root.command.shortcutText

@@ -15,7 +15,6 @@ Item {
 
     Accessible.ignored: true
 
-    PixelRatio { id: pixels }
     Rectangle {
         anchors.fill: parent
         visible: picture.status !== Image.Ready
@@ -40,9 +39,9 @@ Item {
         asynchronous: true
         antialiasing: root.rotation !== 0 || (root.parent ? root.parent.rotation !== 0 : false)
         source: root.coverKey.length > 0 && root.width > 0
-                ? "image://cover/" + encodeURIComponent(root.coverKey) + "?" + Math.round(root.radius * pixels.value)
+                ? "image://cover/" + encodeURIComponent(root.coverKey) + "?" + (root.radius / root.width).toFixed(4)
                 : ""
-        sourceSize: Qt.size(Math.round(root.width * pixels.value), Math.round(root.height * pixels.value))
+        sourceSize: Qt.size(Math.round(root.width), Math.round(root.height))
         Accessible.ignored: true
     }
 }

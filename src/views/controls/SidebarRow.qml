@@ -7,7 +7,7 @@ PressableBase {
     id: root
 
     required property string symbol
-    property string badge
+    required property string badge
     property bool isSelected
 
     implicitHeight: Theme.sidebarRowHeight

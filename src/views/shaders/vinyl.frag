@@ -8,7 +8,6 @@ layout(location = 0) out vec4 fragColor;
 layout(std140, binding = 0) uniform buf {
     mat4 qt_Matrix;
     float qt_Opacity;
-    float radius; // device pixels
     float label;  // radius of the label, of the disc's
 };
 
@@ -21,6 +20,7 @@ float band(float x, float at, float width) {
 void main() {
     vec2 p = (qt_TexCoord0 - 0.5) * 2.0;
     float r = length(p);
+    float radius = 1.0 / max(fwidth(p.x), 1e-5); // of the disc, device pixels
     float onDisc = 1.0 - smoothstep(-1.0, 1.0, (r - 1.0) * radius + 1.0);
 
     float shade = 0.028 + 0.012 * (1.0 - r);

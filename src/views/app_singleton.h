@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "app/halvane_app.h"
+
+#include <QQmlEngine>
+#include <QtQml/qqmlregistration.h>
+
+namespace halvane::views {
+
+/// The application, by the name the views use for it.
+struct AppSingleton {
+    Q_GADGET
+    QML_FOREIGN(halvane::HalvaneApp)
+    QML_NAMED_ELEMENT(App)
+    QML_SINGLETON
+
+  public:
+    static HalvaneApp* create(QQmlEngine*, QJSEngine*) {
+        HalvaneApp* app = HalvaneApp::instance();
+        QQmlEngine::setObjectOwnership(app, QQmlEngine::CppOwnership);
+        return app;
+    }
+};
+
+struct CommandMenuType {
+    Q_GADGET
+    QML_FOREIGN(halvane::CommandMenu)
+    QML_NAMED_ELEMENT(CommandMenu)
+    QML_UNCREATABLE("made by the application")
+};
+
+struct CommandType {
+    Q_GADGET
+    QML_FOREIGN(halvane::Command)
+    QML_NAMED_ELEMENT(Command)
+    QML_UNCREATABLE("made by the application")
+};
+
+} // namespace halvane::views

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+#include "views/view_module.h"
+
+#include "library/cover_store.h"
+#include "library/library_view_model.h"
+#include "views/cover_image_provider.h"
+#include "views/palette.h"
+
+#include <QGuiApplication>
+#include <QQmlEngine>
+
+// Made by the build from the classes that are marked for QML.
+void qml_register_types_Halvane();
+
+namespace halvane::views {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr auto moduleProperty = "halvaneViews";
+
+/// A cover by the key that the lists carry.
+class StoredCover final : public ArtworkSource {
+  public:
+    StoredCover(const CoverStore& store, QString key)
+        : m_store(store)
+        , m_key(std::move(key)) {}
+
+    QByteArray read() const override { return m_store.read(m_key); }
+    QString key() const override { return m_key; }
+
+  private:
+    const CoverStore& m_store;
+    QString m_key;
+};
+
+} // namespace
+
+ViewModule::ViewModule(QQmlEngine& engine, LibraryViewModel& library)
+    : m_engine(engine)
+    , m_library(library)
+    , m_strings([&library] { return library.resolvedLanguage(); }) {
+    qml_register_types_Halvane();
+    // What a view's text style does not say itself.
+    QFont font = QGuiApplication::font();
+    font.setFamilies(AppPalette().font(13, QFont::Normal).families());
+    QGuiApplication::setFont(font);
+    connect(&library, &LibraryViewModel::languageChanged, &m_strings, &Strings::languageChanged);
+    engine.setProperty(moduleProperty, QVariant::fromValue<QObject*>(this));
+    engine.addImportPath(u"qrc:/qt/qml"_s);
+    engine.addImageProvider(
+        u"cover"_s, new CoverImageProvider([this](const QString& key, const QSize& size) {
+            const CoverStore& store = m_library.covers();
+            return m_covers.cover(Artwork(std::make_shared<StoredCover>(store, key)), size);
+        }));
+}
+
+ViewModule::~ViewModule() {
+    m_engine.removeImageProvider(u"cover"_s);
+    m_engine.setProperty(moduleProperty, {});
+}
+
+QUrl ViewModule::root() {
+    return QUrl(u"qrc:/qt/qml/Halvane/"_s);
+}
+
+ViewModule* ViewModule::of(const QQmlEngine* engine) {
+    return qobject_cast<ViewModule*>(engine->property(moduleProperty).value<QObject*>());
+}
+
+} // namespace halvane::views

@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: MIT
+// An outside world without a sound server, a bus or a home folder, for the windows on a made-up
+// library.
+#pragma once
+
+#include "library/environment.h"
+#include "platform/audio_devices.h"
+#include "platform/cloud_files.h"
+#include "platform/file_chooser.h"
+#include "platform/media_controls.h"
+#include "platform/notifications.h"
+#include "platform/preferred_languages.h"
+#include "platform/sleep_inhibitor.h"
+#include "platform/sound_output.h"
+#include "platform/system_clock.h"
+#include "support/memory_preferences.h"
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QSet>
+#include <QTemporaryDir>
+#include <QTimer>
+
+namespace halvane::test {
+
+/// Hears in real time and makes no sound.
+class TimedOutput final : public SoundOutput {
+  public:
+    TimedOutput();
+    std::optional<QString> open(const StreamFormat& format, RenderSource& source) override;
+    void close() override;
+    bool isOpen() const override { return m_source != nullptr; }
+    std::optional<QString> start() override;
+    void pause() override;
+    bool isRunning() const override { return m_timer.isActive(); }
+    void flush() override {}
+    std::int64_t framesRendered() const override { return m_frames; }
+    std::int64_t framesHeard() const override { return m_frames; }
+    int deviceSampleRate() const override { return 96000; }
+    std::optional<QString> setDevice(std::optional<std::uint32_t>) override { return {}; }
+
+  private:
+    void pull();
+
+    QTimer m_timer;
+    QElapsedTimer m_since;
+    StreamFormat m_format;
+    RenderSource* m_source = nullptr;
+    std::int64_t m_frames = 0;
+    std::vector<float> m_block;
+};
+
+class ListedDevices final : public AudioOutput::Devices {
+  public:
+    std::vector<AudioOutput::OutputDevice> outputDevices() const override;
+    std::optional<std::uint32_t> defaultOutputDevice() const override { return 1; }
+    std::optional<QString> deviceName(std::uint32_t id) const override;
+};
+
+class QuietControls final : public MediaControls {
+  public:
+    void setHandlers(MediaCommandHandlers) override {}
+    void publish(const std::optional<NowPlayingInfo>&, MediaPlaybackState) override {}
+    void publishCapabilities(const MediaCapabilities&) override {}
+    void publishModes(MediaLoop, bool, double) override {}
+    void seeked(double) override {}
+    void setWindowHandlers(WindowCommandHandlers) override {}
+    void publishFullScreen(bool) override {}
+};
+
+class QuietNotifications final : public Notifications {
+  public:
+    void requestAuthorization() override {}
+    void post(const Notification&) override {}
+};
+
+/// Remembers what was asked, and chooses what it was told to.
+class SilentChooser final : public FileChooser {
+  public:
+    void choose(const FileChooserRequest& request,
+                std::function<void(const QStringList&)> chosen) override {
+        requests.push_back(request);
+        if (!answer.isEmpty())
+            chosen(answer);
+    }
+    std::vector<FileChooserRequest> requests;
+    QStringList answer;
+};
+
+class ListedCloud final : public CloudFiles {
+  public:
+    bool isEvicted(const QString& path) const override { return evicted.contains(path); }
+    void startDownloading(const QStringList& paths) override { asked += paths; }
+    bool isRemote(const QString&) const override { return false; }
+    QSet<QString> evicted; ///< filled before the library starts
+    QStringList asked;
+};
+
+class OneLanguage final : public PreferredLanguages {
+  public:
+    QStringList tags() const override { return {QStringLiteral("en-GB")}; }
+};
+
+class NoInhibitor final : public SleepInhibitor {
+  public:
+    void setInhibited(bool) override {}
+};
+
+struct FakeOutside {
+    QTemporaryDir folder;
+    SystemClock clock;
+    MemoryPreferences preferences;
+    TimedOutput output;
+    ListedDevices devices;
+    QuietControls controls;
+    QuietNotifications notifications;
+    SilentChooser chooser;
+    ListedCloud cloud;
+    OneLanguage languages;
+    NoInhibitor inhibitor;
+
+    Environment environment() {
+        return {clock,
+                preferences,
+                output,
+                devices,
+                controls,
+                notifications,
+                chooser,
+                cloud,
+                languages,
+                inhibitor,
+                folder.filePath(QStringLiteral("data")),
+                folder.filePath(QStringLiteral("cache"))};
+    }
+};
+
+} // namespace halvane::test

@@ -1,0 +1,197 @@
+// SPDX-License-Identifier: MIT
+#include "gallery/made_library.h"
+
+#include "gallery/cover_painter.h"
+
+#include <QBuffer>
+#include <QDataStream>
+#include <QDir>
+#include <QFile>
+
+#include <array>
+#include <cmath>
+
+namespace halvane::test {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class PaintedCover final : public ArtworkSource {
+  public:
+    explicit PaintedCover(int seed)
+        : m_seed(seed) {}
+    QByteArray read() const override {
+        QByteArray bytes;
+        QBuffer buffer(&bytes);
+        buffer.open(QIODevice::WriteOnly);
+        paintCover(m_seed, 600).save(&buffer, "BMP");
+        return bytes;
+    }
+    QString key() const override { return u"painted-%1"_s.arg(m_seed); }
+
+  private:
+    int m_seed;
+};
+
+struct AlbumPlan {
+    QString title;
+    QString artist;
+    int year = 0;
+    QString format;
+    QString genre;
+};
+
+const std::vector<AlbumPlan>& namedAlbums() {
+    static const std::vector<AlbumPlan> albums{
+        {u"Night Walk"_s, u"The Lanterns"_s, 2019, u"FLAC 96 kHz / 24-bit"_s, u"Indie"_s},
+        {u"Slow Rivers"_s, u"Nina Vale"_s, 2021, u"ALAC 44.1 kHz / 16-bit"_s, u"Folk"_s},
+        {u"Paper Moons"_s, u"Arden Quartet"_s, 2016, u"FLAC 44.1 kHz / 16-bit"_s, u"Classical"_s},
+        {u"Northern Line"_s, u"Kite Season"_s, 2011, u"MP3 320 kbps · 44.1 kHz"_s, u"Rock"_s},
+        {u"夜色温柔"_s, u"林间乐队"_s, 2020, u"FLAC 44.1 kHz / 16-bit"_s, u"流行"_s},
+        {u"Kelp & Salt"_s, u"Mira Holt"_s, 2018, u"FLAC 48 kHz / 24-bit"_s, u"Ambient"_s},
+        {u"The Complete Recordings of the Harbour Street Sessions, Volumes One to Four"_s,
+         u"The Harbour Street Philharmonic Chamber Players and Friends"_s, 1998,
+         u"FLAC 192 kHz / 24-bit"_s, u"Jazz"_s},
+        {u"ليالي الشرق"_s, u"فرقة النور"_s, 2007, u"AAC 256 kbps · 44.1 kHz"_s, u"Oriental"_s},
+        {u"🌙 Moonlight ✨"_s, u"DJ 🦊 Fox"_s, 2023, u"MP3 256 kbps · 48 kHz"_s, u"Electronic"_s},
+        {u"雨天"_s, u"林间乐队"_s, 2022, u"FLAC 96 kHz / 24-bit"_s, u"流行"_s},
+        {u"שירי חורף"_s, u"להקת הגשם"_s, 2014, u"FLAC 44.1 kHz / 16-bit"_s, u"Pop"_s},
+        {QString(), QString(), 0, u"WAV 44.1 kHz / 16-bit"_s, QString()},
+    };
+    return albums;
+}
+
+AlbumPlan albumPlan(int number) {
+    if (number < int(namedAlbums().size()))
+        return namedAlbums()[size_t(number)];
+    static constexpr std::array firsts{"Silver", "Quiet",  "Distant", "Copper", "Winter", "Open",
+                                       "Glass",  "Hollow", "Blue",    "Early",  "Second", "Golden"};
+    static constexpr std::array seconds{"Harbour", "Lines",   "Letters", "Weather",
+                                        "Rooms",   "Signals", "Gardens", "Hours",
+                                        "Maps",    "Birds",   "Tides"};
+    static constexpr std::array bands{"Juniper", "Alder",  "Marlow", "Sable", "Orrin",
+                                      "Tessa",   "Corvin", "Elsin",  "Hazel", "Ro"};
+    static constexpr std::array kinds{"Collective", "& the Tides", "Trio",     "Hart",
+                                      "Lindqvist",  "Okafor",      "Ensemble", "Sound"};
+    AlbumPlan plan = namedAlbums()[size_t(number) % 6];
+    const auto text = [](const char* words) { return QString::fromUtf8(words); };
+    const int volume = number / int(firsts.size() * seconds.size());
+    plan.title = text(firsts[size_t(number) % firsts.size()]) + u' ' +
+                 text(seconds[size_t(number / 12) % seconds.size()]) +
+                 (volume > 0 ? u" %1"_s.arg(volume + 1) : QString());
+    const int artist = number / 2;
+    const int round = artist / int(bands.size() * kinds.size());
+    plan.artist = text(bands[size_t(artist) % bands.size()]) + u' ' +
+                  text(kinds[size_t(artist / 10) % kinds.size()]) +
+                  (round > 0 ? u" %1"_s.arg(round + 1) : QString());
+    plan.year = 1965 + number * 7 % 60;
+    return plan;
+}
+
+constexpr std::array trackNames{u"Lamplight",
+                                u"Half the Way Home",
+                                u"Sodium",
+                                u"Embers on the Rail",
+                                u"Ferry Song",
+                                u"The Long Blue",
+                                u"Weather Report",
+                                u"Kelp",
+                                u"Harbour in the Rain, Looking North",
+                                u"雨中的街灯",
+                                u"Last Bus",
+                                u"Undertow",
+                                u"صباح الخير"};
+constexpr std::array trackSeconds{261, 228, 302, 250, 213, 379, 177, 191, 264, 284, 239, 3684, 205};
+
+QString trackPath(const LibraryPlan& plan, int album, int track) {
+    return plan.folder +
+           u"/%1/%2.wav"_s.arg(album, 4, 10, QChar(u'0')).arg(track + 1, 2, 10, QChar(u'0'));
+}
+
+QString timeText(int seconds) {
+    const int hours = seconds / 3600;
+    const QString rest = u"%1:%2"_s.arg(seconds / 60 % 60, hours > 0 ? 2 : 1, 10, QChar(u'0'))
+                             .arg(seconds % 60, 2, 10, QChar(u'0'));
+    return hours > 0 ? u"%1:%2"_s.arg(hours).arg(rest) : rest;
+}
+
+/// A few seconds of chords over and over, long enough for the whole track.
+void writeSound(const QString& path, int seconds) {
+    constexpr int rate = 22050;
+    QByteArray second;
+    QDataStream samples(&second, QIODevice::WriteOnly);
+    samples.setByteOrder(QDataStream::LittleEndian);
+    for (int i = 0; i < rate * 4; ++i) {
+        const double t = double(i) / rate;
+        double sum = 0;
+        for (int partial = 1; partial < 40; ++partial) {
+            const double swell = 0.5 + 0.5 * std::sin(t * 1.5708 * (1 + partial % 5) + partial);
+            sum += swell * std::sin(6.283185 * t * 55 * std::pow(partial, 1.25)) /
+                   std::pow(partial, 0.75);
+        }
+        samples << qint16(std::lround(3800 * sum));
+    }
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return;
+    const quint32 bytes = quint32(seconds) * rate * 2;
+    QDataStream out(&file);
+    out.setByteOrder(QDataStream::LittleEndian);
+    out.writeRawData("RIFF", 4);
+    out << quint32(36 + bytes);
+    out.writeRawData("WAVEfmt ", 8);
+    out << quint32(16) << quint16(1) << quint16(1) << quint32(rate) << quint32(rate * 2)
+        << quint16(2) << quint16(16);
+    out.writeRawData("data", 4);
+    out << bytes;
+    for (quint32 written = 0; written < bytes; written += quint32(second.size()))
+        out.writeRawData(second.constData(),
+                         int(std::min(quint32(second.size()), bytes - written)));
+}
+
+void writePlaceholder(const QString& path, int seconds) {
+    QFile file(path);
+    if (file.open(QIODevice::WriteOnly))
+        file.resize(qint64(seconds) * 118000); // a hole: it takes no room
+}
+
+} // namespace
+
+QString firstAlbumPath(const LibraryPlan& plan, int track) {
+    return trackPath(plan, 0, track);
+}
+
+TrackRows makeLibrary(const LibraryPlan& plan) {
+    TrackRows rows;
+    for (int number = 0; number < plan.albums; ++number) {
+        const AlbumPlan album = albumPlan(number);
+        QDir().mkpath(plan.folder + u"/%1"_s.arg(number, 4, 10, QChar(u'0')));
+        const int tracks = number == 0 ? 11 : 11 + number % 3;
+        for (int index = 0; index < tracks; ++index) {
+            const auto name = size_t(number == 0 ? index : index * 5 + number) % trackNames.size();
+            const int seconds = trackSeconds[name];
+            const QString path = trackPath(plan, number, index);
+            const bool sounds = plan.playable && number == 0;
+            sounds ? writeSound(path, seconds) : writePlaceholder(path, seconds);
+            Track track;
+            track.title = QString::fromUtf16(trackNames[name]);
+            track.artist = album.artist;
+            track.album = album.title;
+            track.genre = album.genre;
+            track.year = album.year;
+            track.format = album.format;
+            track.sampleRate = u"96 kHz"_s;
+            track.bitDepth = u"24-bit"_s;
+            track.durationSeconds = seconds;
+            track.duration = timeText(seconds);
+            track.sourceURL = FileUrl(path);
+            if (plan.hasCovers && number % 13 != 6 && !album.title.isEmpty())
+                track.coverImageData = Artwork(std::make_shared<PaintedCover>(number));
+            rows.push_back(makeRow(std::move(track)));
+        }
+    }
+    return rows;
+}
+
+} // namespace halvane::test

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+// Shows the real windows on a made-up library: to look at, or to photograph.
+#include "gallery/gallery_world.h"
+
+#include <QCommandLineParser>
+#include <QFont>
+#include <QGuiApplication>
+
+using namespace halvane;
+using namespace Qt::StringLiterals;
+
+int main(int argc, char** argv) {
+    QGuiApplication app(argc, argv);
+    QCommandLineParser options;
+    options.addHelpOption();
+    options.addOptions({
+        {u"albums"_s, u"How many albums the library holds."_s, u"count"_s, u"312"_s},
+        {u"window"_s, u"Which window: main, mini, panel, help, settings."_s, u"id"_s, u"main"_s},
+        {u"language"_s, u"en or zh."_s, u"language"_s, u"en"_s},
+        {u"size"_s, u"Size of the window."_s, u"WxH"_s},
+        {u"set"_s, u"Sets a property of the controller; may be given again."_s, u"name=value"_s},
+        {u"out"_s, u"Saves a picture of the window there, and ends."_s, u"file"_s},
+    });
+    options.process(app);
+
+    test::GalleryWorld world(options.value(u"albums"_s).toInt());
+    LibraryViewModel& library = world.library();
+    if (options.value(u"language"_s) == "zh"_L1)
+        library.setLanguageSetting(AppLanguage::simplifiedChinese);
+    if (world.plan().albums > 0)
+        world.furnish();
+    for (const QString& setting : options.values(u"set"_s)) {
+        const QString name = setting.section(u'=', 0, 0);
+        const QString value = setting.section(u'=', 1);
+        if (name == "mode"_L1)
+            library.selectBrowseMode(LibraryMode(value.toInt()));
+        else if (name == "place"_L1)
+            library.selectSidebarItem(SidebarItem(value.toInt()));
+        else
+            library.setProperty(name.toUtf8().constData(), value == "true"_L1    ? QVariant(true)
+                                                           : value == "false"_L1 ? QVariant(false)
+                                                                                 : QVariant(value));
+    }
+    QQuickWindow* window = world.open(options.value(u"window"_s));
+    if (!window)
+        return 1;
+    if (const auto size = options.value(u"size"_s).split(u'x'); size.size() == 2)
+        window->resize(size[0].toInt(), size[1].toInt());
+    if (!options.isSet(u"out"_s))
+        return app.exec();
+    test::GalleryWorld::waitFor([] { return false; }, 2500);
+    const bool saved = window->grabWindow().save(options.value(u"out"_s));
+    for (const QString& warning : world.warnings())
+        fprintf(stderr, "%s\n", qPrintable(warning));
+    return saved && world.warnings().isEmpty() ? 0 : 1;
+}
