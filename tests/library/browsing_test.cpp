@@ -1,0 +1,304 @@
+// SPDX-License-Identifier: MIT
+#include "library/browsing.h"
+#include "library/cover_store.h"
+#include "library/library_texts.h"
+#include "library/playlists.h"
+#include "library/sidebar_model.h"
+#include "library/tracks.h"
+#include "support/memory_preferences.h"
+
+#include <gtest/gtest.h>
+
+using namespace halvane;
+using namespace halvane::test;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct BrowsingTest : testing::Test {
+    MemoryPreferences preferences;
+    Playlists playlists{preferences};
+    CoverStore covers;
+    LibraryStore store;
+    ResolvedLanguage language = ResolvedLanguage::english;
+    LibraryCatalog catalog{store, [this] { return language; }};
+    QSet<QString> loved;
+    QString current;
+    Browsing browsing{{store, catalog, playlists, covers,
+                       [this]() -> const QSet<QString>& { return loved; },
+                       [this] { return language; }},
+                      rowState()};
+
+    RowState rowState() {
+        RowState state;
+        state.isLoved = [this](const QString& path) { return loved.contains(path); };
+        state.rating = [](const QString&) { return 3; };
+        state.availability = [](const QString&) { return TrackAvailability::missing; };
+        state.isCurrent = [this](const QString& path) { return path == current; };
+        state.covers = &covers;
+        return state;
+    }
+
+    void SetUp() override {
+        // Titles a to f; two artists, three albums and an untitled one.
+        std::vector<Track> tracks{trackOf(u"/m/a"_s, u"a"_s, u"Moss"_s, u"Fern"_s),
+                                  trackOf(u"/m/b"_s, u"b"_s, u"Moss"_s, u"Fern"_s),
+                                  trackOf(u"/m/c"_s, u"c"_s, u"Moss"_s, u"Bark"_s),
+                                  trackOf(u"/m/d"_s, u"d"_s, u"Lark"_s, u"Song"_s),
+                                  trackOf(u"/m/e"_s, u"e"_s, u"Lark"_s, {}),
+                                  trackOf(u"/m/f"_s, u"f"_s, u"moss"_s, u"Fern"_s)};
+        tracks[3].format = u"FLAC 96 kHz"_s;
+        tracks[4].genre = u"Ambient"_s;
+        store.append(rowsOf(tracks));
+        catalog.rebuildImportedAlbums();
+    }
+
+    QString shown() {
+        QString titles;
+        for (std::size_t row = 0; row < browsing.visibleTracks().size(); ++row)
+            titles += browsing.visibleTracks().item(row).title;
+        return titles;
+    }
+    QStringList albums() {
+        QStringList titles;
+        for (std::size_t row = 0; row < browsing.visibleAlbums().size(); ++row)
+            titles += browsing.visibleAlbums().item(row).title;
+        return titles;
+    }
+    QStringList artists() {
+        QStringList names;
+        for (std::size_t row = 0; row < browsing.visibleArtists().size(); ++row)
+            names += browsing.visibleArtists().item(row).name;
+        return names;
+    }
+    QueueItem entry(const QString& album, const QString& artist) const {
+        QueueItem item;
+        item.album = album;
+        item.artist = artist;
+        return item;
+    }
+};
+
+/// What a list tells its views.
+struct Told {
+    int resets = 0;
+    QList<std::pair<int, int>> inserted, removed, changed;
+    QList<QList<int>> roles;
+
+    explicit Told(QAbstractItemModel& model) {
+        QObject::connect(&model, &QAbstractItemModel::modelReset, [this] { ++resets; });
+        QObject::connect(&model, &QAbstractItemModel::rowsInserted,
+                         [this](const QModelIndex&, int a, int b) {
+                             inserted.append({a, b});
+                         });
+        QObject::connect(&model, &QAbstractItemModel::rowsRemoved,
+                         [this](const QModelIndex&, int a, int b) {
+                             removed.append({a, b});
+                         });
+        QObject::connect(&model, &QAbstractItemModel::dataChanged,
+                         [this](const QModelIndex& a, const QModelIndex& b, const QList<int>& r) {
+                             changed.append({a.row(), b.row()});
+                             roles.append(r);
+                         });
+    }
+};
+
+using Ranges = QList<std::pair<int, int>>;
+
+} // namespace
+
+TEST_F(BrowsingTest, SearchesFiveFieldsInTheSourceOrder) {
+    const std::pair<QString, QString> cases[] = {
+        {{}, u"abcdef"_s},      {u"  \t"_s, u"abcdef"_s}, {u"C"_s, u"cd"_s}, // title, format
+        {u" flac "_s, u"d"_s},  {u"fern"_s, u"abf"_s},    {u"LARK"_s, u"de"_s},
+        {u"ambient"_s, u"e"_s}, {u"moss"_s, u"abcf"_s},   {u"nothing"_s, {}},
+        {u"unknown"_s, {}}, // what is only shown is not searched
+    };
+    for (const auto& [query, expected] : cases) {
+        browsing.setSearchText(query);
+        EXPECT_EQ(shown(), expected) << query.toStdString();
+    }
+    browsing.setSearchText(u"m"_s); // grows and shrinks again
+    EXPECT_EQ(shown(), u"abcdef"_s.remove(u'd'));
+    browsing.setSearchText(u"mo"_s);
+    EXPECT_EQ(shown(), u"abcf"_s);
+    browsing.setSearchText(u"mos"_s);
+    browsing.setSearchText(u"o"_s);
+    EXPECT_EQ(shown(), u"abcdf"_s);
+    EXPECT_EQ(albums(),
+              (QStringList{u"Song"_s, u"Unknown Album"_s, u"Bark"_s, u"Fern"_s, u"Fern"_s}));
+    EXPECT_EQ(artists(), (QStringList{u"Moss"_s, u"moss"_s}));
+}
+
+TEST_F(BrowsingTest, SourcesTakePrecedenceInTheirOrder) {
+    EXPECT_EQ(shown(), u"abcdef"_s);
+    browsing.setSelectedAlbumID(u"local|moss|fern"_s);
+    EXPECT_EQ(shown(), u"abf"_s); // both spellings share the id
+    EXPECT_EQ(browsing.focusedAlbum()->title, u"Fern"_s);
+
+    loved = {u"/m/e"_s, u"/m/b"_s, u"/gone"_s};
+    browsing.selectSidebarItem(SidebarItem::loved);
+    EXPECT_EQ(shown(), u"be"_s);
+    EXPECT_EQ(browsing.mode(), LibraryMode::songs);
+
+    const QUuid id = *playlists.createPlaylist(u"p"_s);
+    playlists.addTrackPaths({u"/m/d"_s, u"/gone"_s, u"/m/a"_s, u"/m/c"_s}, id);
+    browsing.setSelectedPlaylistID(id);
+    EXPECT_EQ(shown(), u"dac"_s);
+    browsing.setSearchText(u"moss"_s);
+    EXPECT_EQ(shown(), u"ac"_s);
+    playlists.removeTrackPath(u"/m/a"_s, id);
+    EXPECT_EQ(shown(), u"c"_s);
+    playlists.deletePlaylist(id);
+    EXPECT_TRUE(browsing.selectedPlaylistID().isNull());
+    browsing.setSearchText({});
+
+    browsing.selectBrowseMode(LibraryMode::artists);
+    EXPECT_EQ(shown(), u"abcdef"_s); // no artist focused
+    browsing.setFocusedArtist(u"Moss"_s);
+    EXPECT_EQ(shown(), u"abc"_s);
+    browsing.setFocusedArtist(u"nobody"_s);
+    EXPECT_EQ(shown(), QString());
+    browsing.goHome();
+    EXPECT_EQ(shown(), u"abcdef"_s);
+    EXPECT_TRUE(browsing.selectedAlbumID().isEmpty());
+    EXPECT_TRUE(browsing.focusedArtist().isEmpty());
+}
+
+TEST_F(BrowsingTest, NavigationKeepsModeAndSidebarTogether) {
+    struct Case {
+        std::function<void(Browsing&)> go;
+        LibraryMode mode;
+        SidebarItem sidebar;
+        bool lovedOnly;
+    };
+    const Case cases[] = {
+        {[](Browsing& b) { b.selectBrowseMode(LibraryMode::songs); }, LibraryMode::songs,
+         SidebarItem::tracks, false},
+        {[](Browsing& b) { b.selectSidebarItem(SidebarItem::loved); }, LibraryMode::songs,
+         SidebarItem::loved, true},
+        {[](Browsing& b) { b.selectBrowseMode(LibraryMode::albums); }, LibraryMode::albums,
+         SidebarItem::albums, false},
+        {[](Browsing& b) { b.selectSidebarItem(SidebarItem::artists); }, LibraryMode::artists,
+         SidebarItem::artists, false},
+        {[](Browsing& b) { b.selectSidebarItem(SidebarItem::tracks); }, LibraryMode::songs,
+         SidebarItem::tracks, false},
+        {[](Browsing& b) { b.jumpToArtist(u"Lark"_s); }, LibraryMode::artists, SidebarItem::artists,
+         false},
+        {[](Browsing& b) { b.selectSidebarItem(SidebarItem::library); }, LibraryMode::albums,
+         SidebarItem::library, false},
+    };
+    for (const Case& c : cases) {
+        browsing.setSelectedPlaylistID(*playlists.createPlaylist(u"p"_s));
+        c.go(browsing);
+        EXPECT_EQ(browsing.mode(), c.mode);
+        EXPECT_EQ(browsing.selectedSidebar(), c.sidebar);
+        EXPECT_EQ(browsing.showLovedOnly(), c.lovedOnly);
+        EXPECT_TRUE(browsing.selectedPlaylistID().isNull());
+    }
+    browsing.jumpToAlbum(entry(u"song"_s, u"LARK"_s));
+    EXPECT_EQ(browsing.selectedAlbumID(), u"local|lark|song"_s);
+    EXPECT_EQ(shown(), u"d"_s);
+}
+
+TEST_F(BrowsingTest, SelectionOutlivesARebuildThatKeepsTheAlbum) {
+    EXPECT_EQ(browsing.selectedAlbum()->title, u"Song"_s); // the first
+    browsing.setSelectedAlbumID(u"local|moss|fern"_s);
+    store.remove({u"/m/a"_s});
+    catalog.rebuildImportedAlbums();
+    EXPECT_EQ(browsing.selectedAlbumID(), u"local|moss|fern"_s);
+    EXPECT_EQ(shown(), u"bf"_s);
+    store.remove({u"/m/b"_s, u"/m/f"_s});
+    catalog.rebuildImportedAlbums();
+    EXPECT_TRUE(browsing.selectedAlbumID().isEmpty());
+    EXPECT_EQ(shown(), u"cde"_s);
+    EXPECT_EQ(browsing.artworkAlbum(entry(u"bark"_s, u"moss"_s))->title, u"Bark"_s);
+    EXPECT_EQ(browsing.artworkAlbum(std::nullopt)->title, u"Song"_s);
+    EXPECT_EQ(browsing.artworkAlbum(entry(u"none"_s, u"none"_s)), nullptr);
+}
+
+TEST_F(BrowsingTest, OneTracksChangeIsOneRowsChange) {
+    Told told(browsing.visibleTracks());
+    browsing.lovedChanged(u"/m/c"_s);
+    browsing.ratingChanged(u"/m/d"_s);
+    browsing.availabilityChanged(u"/m/e"_s);
+    browsing.lovedChanged(u"/gone"_s);
+    current = u"/m/a"_s;
+    browsing.currentChanged(current);
+    current = u"/m/b"_s;
+    browsing.currentChanged(current);
+    EXPECT_EQ(told.changed, (Ranges{{2, 2}, {3, 3}, {4, 4}, {0, 0}, {0, 0}, {1, 1}}));
+    EXPECT_EQ(told.roles[0], QList<int>{TrackListModel::IsLovedRole});
+    EXPECT_EQ(told.roles[4], QList<int>{TrackListModel::IsPlayingRole});
+    EXPECT_EQ(told.resets, 0);
+    const QModelIndex row = browsing.visibleTracks().index(1);
+    EXPECT_TRUE(row.data(TrackListModel::IsPlayingRole).toBool());
+    EXPECT_EQ(row.data(TrackListModel::AvailabilityRole).value<TrackAvailability>(),
+              TrackAvailability::missing);
+}
+
+TEST_F(BrowsingTest, ListsKeepTheirPlaceWhenTheLibraryChanges) {
+    Told tracks(browsing.visibleTracks());
+    Told albumsTold(browsing.visibleAlbums());
+    Track fresh = trackOf(u"/m/g"_s, u"g"_s, u"Moss"_s, u"Bark"_s);
+    Track healed = *store.track(u"/m/b"_s);
+    healed.duration = u"3:00"_s;
+    store.replace(rowsOf({healed}));
+    store.append(rowsOf({fresh}));
+    store.remove({u"/m/a"_s, u"/m/d"_s});
+    catalog.rebuildImportedAlbums();
+    EXPECT_EQ(shown(), u"bcefg"_s);
+    EXPECT_EQ(tracks.resets, 0);
+    EXPECT_EQ(tracks.removed, (Ranges{{3, 3}, {0, 0}}));
+    EXPECT_EQ(tracks.inserted, (Ranges{{4, 4}}));
+    EXPECT_EQ(tracks.changed, (Ranges{{0, 0}})); // the healed one
+    EXPECT_EQ(albumsTold.resets, 0);
+    EXPECT_EQ(albumsTold.removed, (Ranges{{0, 0}})); // Song
+    EXPECT_EQ(albumsTold.changed, (Ranges{{1, 2}})); // Bark grew, Fern shrank
+
+    loved = {u"/m/c"_s, u"/m/e"_s};
+    browsing.selectSidebarItem(SidebarItem::loved);
+    tracks.removed.clear();
+    loved.remove(u"/m/c"_s);
+    browsing.lovedChanged(u"/m/c"_s);
+    EXPECT_EQ(tracks.removed, (Ranges{{0, 0}}));
+}
+
+TEST_F(BrowsingTest, ListsShowTheOldCatalogWholeUntilTheNewOneIsThere) {
+    const QUuid id = *playlists.createPlaylist(u"p"_s);
+    playlists.addTrackPaths({u"/m/f"_s, u"/m/c"_s}, id);
+    store.remove({u"/m/a"_s, u"/m/c"_s}); // row numbers move, and no new catalog yet
+    EXPECT_EQ(shown(), u"abcdef"_s);
+    browsing.setSelectedPlaylistID(id);
+    EXPECT_EQ(shown(), u"fc"_s);
+    catalog.rebuildImportedAlbums();
+    EXPECT_EQ(shown(), u"f"_s);
+}
+
+TEST_F(BrowsingTest, CoversCanBeReadByTheirKeys) {
+    Track track = trackOf(u"/m/z"_s, u"z"_s, u"Zebra"_s, u"Z"_s);
+    track.coverImageData = Artwork::fromBytes("picture");
+    store.append(rowsOf({track}));
+    catalog.rebuildImportedAlbums();
+    const QModelIndex row = browsing.visibleTracks().index(6);
+    const QString key = row.data(TrackListModel::CoverKeyRole).toString();
+    EXPECT_EQ(covers.read(key), "picture");
+    const int albumRow = browsing.visibleAlbums().rowOfAlbum(u"local|zebra|z"_s);
+    EXPECT_EQ(browsing.visibleAlbums().index(albumRow).data(AlbumListModel::CoverKeyRole), key);
+    EXPECT_TRUE(
+        browsing.visibleTracks().index(0).data(TrackListModel::CoverKeyRole).toString().isEmpty());
+    EXPECT_TRUE(covers.read(u"artwork:unknown"_s).isEmpty());
+    EXPECT_TRUE(covers.read(u"file:/nowhere"_s).isEmpty());
+}
+
+TEST(LibraryTexts, SummaryAndBadges) {
+    EXPECT_EQ(librarySummary(3, 2, 1'200'000'000, ResolvedLanguage::english),
+              u"3 tracks - 2 albums - 1.2 GB indexed"_s);
+    EXPECT_EQ(librarySummary(3, 2, 8'400'000, ResolvedLanguage::simplifiedChinese),
+              u"已索引 3 首歌曲 - 2 张专辑 - 8.4 MB"_s);
+    const SidebarModel sidebar(
+        [](SidebarItem item) { return item == SidebarItem::tracks ? 12U : 0U; });
+    EXPECT_EQ(sidebar.sidebarBadge(SidebarItem::tracks), u"12"_s);
+    EXPECT_EQ(sidebar.sidebarBadge(SidebarItem::loved), QString());
+    EXPECT_EQ(sidebar.rowCount(), 5);
+}

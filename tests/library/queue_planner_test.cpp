@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: MIT
+#include "library/queue_planner.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+using namespace halvane;
+
+namespace {
+
+/// A queue in letters: capitals play, small letters do not; equal letters are one file.
+struct Letters final : QueueView {
+    std::string files;
+    std::optional<std::size_t> at;
+    std::vector<bool> played;
+
+    explicit Letters(std::string letters, int current = -1)
+        : files(std::move(letters))
+        , played(files.size()) {
+        if (current >= 0)
+            at = current;
+    }
+    std::size_t size() const override { return files.size(); }
+    std::optional<std::size_t> current() const override { return at; }
+    bool isPlayable(std::size_t i) const override { return std::isupper(files[i]) != 0; }
+    bool wasPlayed(std::size_t i) const override { return played[i]; }
+    bool isSameFile(std::size_t i, std::size_t j) const override { return files[i] == files[j]; }
+};
+
+using enum PlaybackRepeatMode;
+constexpr int none = -1;
+
+int placeOf(const Advance& advance) {
+    return advance.entry ? int(*advance.entry) : none;
+}
+
+std::size_t firstOf(std::size_t) {
+    return 0;
+}
+
+} // namespace
+
+TEST(QueuePlanner, AdvancesInOrder) {
+    struct Case {
+        const char* files;
+        int current;
+        PlaybackRepeatMode repeat;
+        int byUser;
+        int atEnd;
+        int back;
+        int gapless;
+    };
+    const Case cases[] = {
+        // files, current, repeat, user's Next, end of track, Previous, gapless
+        {"", none, off, none, none, none, none},
+        {"ABC", none, off, 0, 0, none, 0},
+        {"aBC", none, all, 1, 1, 2, 1},
+        {"ABC", 0, off, 1, 1, none, 1},
+        {"AbC", 0, off, 2, 2, none, 2},
+        {"ABC", 2, off, 0, none, 1, none}, // only the user's Next wraps round
+        {"ABC", 2, all, 0, 0, 1, 0},
+        {"ABC", 0, all, 1, 1, 2, 1},
+        {"aBC", 2, all, 1, 1, 1, 1},
+        {"ABc", 0, all, 1, 1, 1, 1},
+        {"Abc", 0, all, none, none, none, none}, // wrapping never lands on the same file
+        {"ABA", 2, all, 1, 1, 1, 0},
+        {"AxA", 0, off, 2, 2, none, 2}, // but going forward may
+        {"ABC", 1, one, 2, 1, 0, none},
+        {"AbC", 1, one, 2, 2, 0, none}, // what does not play is not repeated
+        {"abc", 1, all, none, none, none, none},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::Message()
+                     << c.files << " at " << c.current << " repeat " << int(c.repeat));
+        const Letters queue(c.files, c.current);
+        const PlayMode mode{c.repeat, false};
+        EXPECT_EQ(placeOf(nextEntry(queue, mode, true, firstOf)), c.byUser);
+        EXPECT_EQ(placeOf(nextEntry(queue, mode, false, firstOf)), c.atEnd);
+        EXPECT_EQ(placeOf(previousEntry(queue, mode, firstOf)), c.back);
+        const auto gapless = gaplessSuccessor(queue, mode);
+        EXPECT_EQ(gapless ? int(*gapless) : none, c.gapless);
+    }
+}
+
+TEST(QueuePlanner, StartsWithTheCurrentEntryIfItPlays) {
+    EXPECT_EQ(entryToStart(Letters("ABC", 1)), 1U);
+    EXPECT_EQ(entryToStart(Letters("AbC", 1)), 0U);
+    EXPECT_EQ(entryToStart(Letters("abC")), 2U);
+    EXPECT_FALSE(entryToStart(Letters("abc", 1)));
+}
+
+TEST(QueuePlanner, ShuffleEndsOrBeginsACycle) {
+    Letters queue("ABc", 1);
+    queue.played = {true, true, false};
+    EXPECT_EQ(shuffledEntry(queue, off, false, firstOf), Advance{});
+    const Advance again{0, false, true};
+    EXPECT_EQ(shuffledEntry(queue, all, false, firstOf), again);
+    const Advance byUser{0, true, true};
+    EXPECT_EQ(shuffledEntry(queue, off, true, firstOf), byUser);
+
+    Letters alone("A", 0);
+    alone.played = {true};
+    const Advance repeated{0, false, true};
+    EXPECT_EQ(shuffledEntry(alone, all, false, firstOf), repeated);
+    EXPECT_EQ(shuffledEntry(Letters("ab", 0), all, true, firstOf), Advance{});
+    EXPECT_FALSE(gaplessSuccessor(queue, {all, true}));
+}
+
+// Pearson's statistic for k equally likely outcomes stays below its 99.9 % point in a sound draw.
+TEST(QueuePlanner, ShuffleIsUniform) {
+    constexpr int draws = 60'000;
+    constexpr double limitOf9 = 27.88; // degrees of freedom
+    constexpr double limitOf8 = 26.12;
+    std::mt19937 generator(20'240'611);
+    const RandomIndex random = [&](std::size_t count) {
+        return std::uniform_int_distribution<std::size_t>(0, count - 1)(generator);
+    };
+    const auto statistic = [&](const Letters& queue, int outcomes) {
+        std::vector<int> counts(queue.size());
+        for (int i = 0; i < draws; ++i)
+            ++counts[*shuffledEntry(queue, all, false, random).entry];
+        const double expected = double(draws) / outcomes;
+        double sum = 0;
+        for (const int count : counts) {
+            if (count > 0)
+                sum += (count - expected) * (count - expected) / expected;
+        }
+        return sum;
+    };
+    EXPECT_LT(statistic(Letters("ABxCDExFGHIJ"), 10), limitOf9);
+    Letters nextCycle("ABCDEFGHIJ", 3); // any but the entry that just ended
+    nextCycle.played.assign(10, true);
+    EXPECT_LT(statistic(nextCycle, 9), limitOf8);
+}

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+// Tracks for tests of the library, made in few words.
+#pragma once
+
+#include "library/library_store.h"
+
+#include <vector>
+
+namespace halvane::test {
+
+/// A track whose file is at a path; the title is the path's last component.
+inline Track trackAt(const QString& path) {
+    Track track;
+    track.sourceURL = FileUrl(path);
+    track.title = track.sourceURL->fileName();
+    return track;
+}
+
+inline Track trackOf(const QString& path, const QString& title, const QString& artist,
+                     const QString& album) {
+    Track track = trackAt(path);
+    track.title = title;
+    track.artist = artist;
+    track.album = album;
+    return track;
+}
+
+inline TrackRows rowsOf(std::vector<Track> tracks) {
+    TrackRows rows;
+    for (Track& track : tracks)
+        rows.push_back(makeRow(std::move(track)));
+    return rows;
+}
+
+} // namespace halvane::test
