@@ -148,15 +148,16 @@ void DecoderThread::finishSegment(std::int64_t delivered) {
 void DecoderThread::rest(Lock& lock) {
     if (!m_pipe || m_segments.empty() || !m_running) {
         m_wake.wait(lock);
+        return;
+    }
+    const auto half = m_pipe->samples.capacity() / m_pipe->channels() / 2;
+    const auto filled = filledFrames();
+    if (filled > half) {
+        const std::chrono::duration<double> time(double(filled - half) /
+                                                 m_pipe->format().sampleRate);
+        m_wake.wait_for(lock, time);
     } else {
-        const auto half = m_pipe->samples.capacity() / m_pipe->channels() / 2;
-        const auto filled = filledFrames();
-        if (filled > half) {
-            const std::chrono::duration<double> time(double(filled - half) /
-                                                     m_pipe->format().sampleRate);
-            m_wake.wait_for(lock, time);
-        }
-        m_filling = m_filling || filledFrames() <= half;
+        m_filling = true;
     }
 }
 

@@ -58,6 +58,7 @@ void PlayerNode::stop() {
             m_tap->discard();
     }
     if (m_pipe) {
+        m_pipe->dropUnplayed();
         m_pipe->request(m_epoch);
         m_decoder.begin(m_pipe, m_epoch);
     }

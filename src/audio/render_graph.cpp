@@ -91,7 +91,7 @@ void RenderGraph::anchor(std::size_t offset, bool running) noexcept {
 void RenderGraph::fadeIn(float* interleaved, std::size_t frames) noexcept {
     const std::size_t channels = m_pipe->channels();
     for (; frames > 0 && m_fadeLeft > 0; --frames, --m_fadeLeft) {
-        const float gain = float(m_fadeFrames - m_fadeLeft) / float(m_fadeFrames);
+        const float gain = float(m_fadeFrames - m_fadeLeft + 1) / float(m_fadeFrames + 1);
         for (std::size_t c = 0; c < channels; ++c)
             *interleaved++ *= gain;
     }

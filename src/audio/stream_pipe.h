@@ -40,6 +40,10 @@ class StreamPipe {
     const StreamFormat& format() const { return m_format; }
     std::size_t channels() const { return std::size_t(m_format.channels); }
 
+    /// Makes room for the next epoch. Main thread, while the output does not render and so leaves
+    /// the reader's part to it; what the decoder is writing just now is dropped when the epoch
+    /// begins.
+    void dropUnplayed() { samples.skipTo(samples.written()); }
     /// Main thread, while the output does not render.
     void request(std::uint32_t epoch) { m_requested.store(epoch, std::memory_order_release); }
     /// Whether the epoch begins in the middle of a wave. Main thread, while the output does not

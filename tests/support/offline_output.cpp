@@ -17,12 +17,14 @@ void OfflineOutput::render(std::size_t frames, bool wait) {
     while (frames > 0 && m_running) {
         const auto count = std::min(frames, blockFrames);
         const auto samples = count * std::size_t(m_format.channels);
-        if (beforeRender)
-            beforeRender();
         if (wait)
             m_source->awaitFrames(count);
         m_block.assign(samples, -7.0f); // whatever render leaves unfilled shows
+        if (enterRender)
+            enterRender();
         m_source->render(m_block.data(), count);
+        if (leaveRender)
+            leaveRender();
         m_rendered += std::int64_t(count);
         m_recording.insert(m_recording.end(), m_block.begin(), m_block.end());
         frames -= count;
@@ -55,6 +57,8 @@ std::optional<QString> OfflineOutput::open(const StreamFormat& format, RenderSou
         return QStringLiteral("Connection refused");
     if (openFailure)
         return openFailure;
+    if (failOpensOfDevice && !devices.empty() && devices.back() == failOpensOfDevice)
+        return QStringLiteral("No such device");
     ++opens;
     m_format = format;
     m_source = &source;

@@ -36,26 +36,28 @@ class OfflineOutput final : public SoundOutput {
 
     // Misbehaviour, until taken back.
 
-    std::optional<QString> openFailure;   ///< what open() fails with
-    std::optional<QString> startFailure;  ///< what start() fails with
-    std::optional<QString> deviceFailure; ///< what setDevice() fails with
-    int deviceRate = 48'000;              ///< the device's own rate, Hz
-    std::size_t blockFrames = 512;        ///< the most that one call of render asks for
+    std::optional<QString> openFailure;             ///< what open() fails with
+    std::optional<QString> startFailure;            ///< what start() fails with
+    std::optional<QString> deviceFailure;           ///< what setDevice() fails with
+    std::optional<std::uint32_t> failOpensOfDevice; ///< a device that can be chosen and not opened
+    int deviceRate = 48'000;                        ///< the device's own rate, Hz
+    std::size_t blockFrames = 512;                  ///< the most that one call of render asks for
 
     /// The server goes away: the stream is lost, and nothing opens until comeBack.
     void vanish();
     void comeBack();
     /// Reports that the stream must be made anew.
     void changeConfiguration();
-    /// Called on each render, before it, on the thread that pulls.
-    std::function<void()> beforeRender;
+    /// Called just before and just after each render, on the thread that pulls.
+    std::function<void()> enterRender;
+    std::function<void()> leaveRender;
 
     // What was asked of it.
 
     int opens = 0;
     int starts = 0;
     int flushes = 0;
-    std::vector<std::optional<std::uint32_t>> devices; ///< every setDevice that succeeded
+    std::vector<std::optional<std::uint32_t>> devices; ///< every one that was chosen, in order
 
     // SoundOutput
     std::optional<QString> open(const StreamFormat& format, RenderSource& source) override;

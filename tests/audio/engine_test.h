@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "audio/playback_engine.h"
+#include "support/audio_material.h"
+#include "support/manual_clock.h"
+#include "support/offline_output.h"
+
+#include <QCoreApplication>
+#include <QStringList>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace halvane::test {
+
+/// Sound whose every sample tells the frame that it belongs to, counted from `first`; read back
+/// with frameOf. Below 24 bits it would soon run out of numbers.
+inline Pcm numbered(std::size_t frames, int sampleRate = 44'100, int channels = 2,
+                    std::int32_t first = 1) {
+    Pcm pcm{sampleRate, channels, 24, {}};
+    pcm.samples.reserve(frames * std::size_t(channels));
+    for (std::size_t i = 0; i < frames; ++i)
+        pcm.samples.insert(pcm.samples.end(), std::size_t(channels), first + std::int32_t(i));
+    return pcm;
+}
+
+inline std::int32_t frameOf(float sample) {
+    return std::int32_t(std::lround(double(sample) * 8'388'608));
+}
+
+/// An engine at full volume on an output that is pulled by hand and a clock that is moved by hand.
+class EngineTest : public testing::Test {
+  protected:
+    EngineTest() {
+        engine.setVolume(1);
+        engine.onTrackEnd = [this] {
+            ++trackEnds;
+            if (adoptAtEnd)
+                adopted << engine.adoptPrescheduledTrack().value_or(QString());
+        };
+        engine.onGraphRebuilt = [this] { ++rebuilds; };
+        engine.onPlaybackInterrupted = [this](const QString& reason) { interruptions << reason; };
+    }
+
+    /// Writes a file for this test.
+    QString wave(const Pcm& pcm) {
+        const auto path = folder.filePath(QStringLiteral("%1.wav").arg(++files));
+        writeWave(pcm, path);
+        return path;
+    }
+
+    void play(const QString& path, double fromSeconds = 0) {
+        ASSERT_EQ(engine.load(path), std::nullopt);
+        ASSERT_EQ(engine.scheduleSegment(fromSeconds, true), std::nullopt);
+    }
+
+    /// Runs what has been posted to the main thread.
+    static void settle() { QCoreApplication::processEvents(); }
+
+    /// Renders frames, hears them, and lets as much time pass.
+    void listen(std::size_t frames) {
+        output.play(frames);
+        pass(double(frames) / output.format().sampleRate);
+    }
+    void pass(double seconds) {
+        settle();
+        clock.advance(std::chrono::milliseconds(std::int64_t(std::ceil(seconds * 1000)) + 5));
+        settle();
+    }
+
+    /// The position in whole frames.
+    std::int64_t elapsedFrames() const {
+        return std::llround(engine.elapsedSeconds() * engine.fileSampleRate());
+    }
+
+    QTemporaryDir folder;
+    int files = 0;
+    ManualClock clock;
+    OfflineOutput output;
+    AudioPlaybackEngine engine{output, clock};
+
+    bool adoptAtEnd = false;
+    int trackEnds = 0;
+    QStringList adopted;
+    int rebuilds = 0;
+    QStringList interruptions;
+};
+
+} // namespace halvane::test

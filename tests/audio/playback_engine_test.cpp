@@ -1,0 +1,214 @@
+// SPDX-License-Identifier: MIT
+#include "audio/engine_test.h"
+
+#include <algorithm>
+#include <thread>
+
+namespace halvane::test {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+class PlaybackEngine : public EngineTest {};
+
+TEST_F(PlaybackEngine, PlaysAFileOnceFromAPositionToItsEnd) {
+    play(wave(numbered(10'000)), 1000.5 / 44'100);
+    EXPECT_EQ(elapsedFrames(), 1000);
+    listen(4000);
+    EXPECT_EQ(elapsedFrames(), 5000);
+    EXPECT_EQ(frameOf(output.recording()[2 * 3999]), 5000);
+    EXPECT_TRUE(engine.isPlaying());
+    listen(5000);
+    EXPECT_EQ(trackEnds, 1);
+    EXPECT_FALSE(engine.isPlaying());
+    EXPECT_EQ(elapsedFrames(), 10'000);
+    EXPECT_FALSE(output.isRunning()) << "nobody had more to play";
+    EXPECT_EQ(clock.pendingTimers(), 0u);
+}
+
+TEST_F(PlaybackEngine, EndsWhenTheLastFrameHasBeenHeardNotWhenItWasRendered) {
+    play(wave(numbered(4410)));
+    output.pull(8820);
+    pass(0.2);
+    EXPECT_EQ(trackEnds, 0);
+    output.hear(4409);
+    pass(0.2);
+    EXPECT_EQ(trackEnds, 0);
+    EXPECT_EQ(elapsedFrames(), 4409);
+    output.hear(1);
+    pass(0.2);
+    EXPECT_EQ(trackEnds, 1);
+}
+
+TEST_F(PlaybackEngine, CutsPositionsToTheFile) {
+    const auto path = wave(numbered(1000));
+    ASSERT_EQ(engine.load(path), std::nullopt);
+    for (const double before : {-5.0, -1e300}) {
+        ASSERT_EQ(engine.scheduleSegment(before, false), std::nullopt);
+        EXPECT_EQ(elapsedFrames(), 0);
+    }
+    for (const double after : {1000.0 / 44'100, 3600.0, 1e300}) {
+        trackEnds = 0;
+        ASSERT_EQ(engine.scheduleSegment(after, true), std::nullopt);
+        EXPECT_EQ(trackEnds, 0) << "from inside the operation";
+        EXPECT_FALSE(engine.isPlaying());
+        settle();
+        EXPECT_EQ(trackEnds, 1);
+        EXPECT_EQ(elapsedFrames(), 1000);
+        ASSERT_EQ(engine.scheduleSegment(after, false), std::nullopt);
+        settle();
+        EXPECT_EQ(trackEnds, 1) << "nobody asked it to play";
+    }
+    ASSERT_EQ(engine.scheduleSegment(1, true), std::nullopt);
+    engine.unload();
+    settle();
+    EXPECT_EQ(trackEnds, 1) << "the end of what was unloaded";
+}
+
+TEST_F(PlaybackEngine, IsHeardAtOnceWhenItSeeks) {
+    play(wave(numbered(441'000)));
+    output.pull(30'000);
+    output.hear(10'000);
+    ASSERT_EQ(engine.scheduleSegment(5, true), std::nullopt);
+    EXPECT_EQ(elapsedFrames(), 220'500);
+    output.clearRecording();
+    output.play(1000);
+    EXPECT_EQ(elapsedFrames(), 221'500);
+    // Its beginning is faded in, so that it does not click; what follows is untouched.
+    EXPECT_LT(frameOf(output.recording()[0]), 221'500 / 100);
+    EXPECT_EQ(frameOf(output.recording()[2 * 999]), 221'500);
+    EXPECT_EQ(output.opens, 1);
+}
+
+TEST_F(PlaybackEngine, PausesWithoutLosingAFrameAndCostsNothingMeanwhile) {
+    play(wave(numbered(441'000)));
+    output.pull(30'000);
+    output.hear(10'000);
+    engine.pause();
+    EXPECT_FALSE(engine.isPlaying());
+    EXPECT_FALSE(output.isRunning());
+    EXPECT_EQ(clock.pendingTimers(), 0u);
+    output.play(5000); // renders and hears nothing
+    pass(60);
+    EXPECT_EQ(elapsedFrames(), 10'000);
+    ASSERT_EQ(engine.resume(), std::nullopt);
+    EXPECT_TRUE(engine.isPlaying());
+    output.play(5000);
+    EXPECT_EQ(elapsedFrames(), 35'000);
+    for (int i = 0; i < 35'000; ++i)
+        ASSERT_EQ(frameOf(output.recording()[2 * std::size_t(i)]), i + 1);
+    EXPECT_EQ(output.flushes, 0);
+}
+
+TEST_F(PlaybackEngine, KeepsThePositionThroughHoles) {
+    play(wave(numbered(1'000'000, 44'100, 1)));
+    output.blockFrames = 300'000; // more at once than can have been decoded
+    std::int64_t sounded = 0;
+    for (int i = 0; i < 3; ++i) {
+        output.pullHurried(300'000);
+        output.hearAll();
+        output.play(1000);
+        const auto& recording = output.recording();
+        sounded = std::count_if(recording.begin(), recording.end(), [](float s) { return s != 0; });
+        EXPECT_EQ(elapsedFrames(), sounded);
+    }
+    EXPECT_LT(sounded, 900'000);
+    output.blockFrames = 512;
+    output.play(std::size_t(1'000'000 - sounded));
+    pass(30);
+    EXPECT_EQ(elapsedFrames(), 1'000'000);
+    EXPECT_EQ(trackEnds, 1);
+    EXPECT_EQ(frameOf(output.recording().back()), 1'000'000);
+}
+
+TEST_F(PlaybackEngine, ReopensTheStreamOnlyForAnotherFormat) {
+    struct Case {
+        int sampleRate;
+        int channels;
+        int opens;
+    };
+    for (const auto& [rate, channels, opens] :
+         {Case{44'100, 2, 1}, Case{44'100, 2, 1}, Case{48'000, 2, 2}, Case{48'000, 1, 3}}) {
+        play(wave(numbered(2000, rate, channels)));
+        EXPECT_EQ(output.opens, opens);
+        EXPECT_EQ(output.format().sampleRate, rate);
+        EXPECT_EQ(output.format().channels, channels);
+        output.clearRecording();
+        output.play(2000);
+        EXPECT_EQ(output.recording().size(), 2000u * std::size_t(channels));
+        EXPECT_EQ(frameOf(output.recording().back()), 2000);
+    }
+}
+
+TEST_F(PlaybackEngine, SaysWhatFailed) {
+    EXPECT_NE(engine.load(u"/no/such/file.flac"_s), std::nullopt);
+    EXPECT_FALSE(engine.hasFile());
+    EXPECT_EQ(engine.scheduleSegment(0, true), std::nullopt);
+    EXPECT_FALSE(engine.isPlaying());
+
+    ASSERT_EQ(engine.load(wave(numbered(44'100))), std::nullopt);
+    output.openFailure = u"Connection refused"_s;
+    EXPECT_EQ(engine.scheduleSegment(0.5, true), u"Connection refused"_s);
+    EXPECT_FALSE(engine.isPlaying());
+    output.openFailure.reset();
+    output.startFailure = u"Timeout"_s;
+    EXPECT_EQ(engine.scheduleSegment(0.5, true), u"Timeout"_s);
+    EXPECT_FALSE(engine.isPlaying());
+    EXPECT_EQ(engine.resume(), u"Timeout"_s);
+    EXPECT_EQ(elapsedFrames(), 22'050);
+    output.startFailure.reset();
+    EXPECT_EQ(engine.resume(), std::nullopt);
+    output.play(1000);
+    EXPECT_EQ(elapsedFrames(), 23'050);
+}
+
+TEST_F(PlaybackEngine, ForgetsEverythingWhenUnloaded) {
+    play(wave(numbered(4410)));
+    output.pull(4410);
+    engine.unload();
+    EXPECT_FALSE(engine.hasFile());
+    EXPECT_FALSE(engine.isPlaying());
+    EXPECT_EQ(engine.elapsedSeconds(), 0);
+    EXPECT_EQ(engine.durationSeconds(), 0);
+    output.hearAll();
+    pass(10);
+    EXPECT_EQ(trackEnds, 0);
+    EXPECT_EQ(engine.resume(), std::nullopt);
+    EXPECT_FALSE(engine.isPlaying());
+}
+
+TEST_F(PlaybackEngine, LimitsGainsWhereTheyAreApplied) {
+    Pcm level = numbered(44'100);
+    std::fill(level.samples.begin(), level.samples.end(), 1 << 20); // 1/8
+    play(wave(level));
+    const auto settledLevel = [this] {
+        output.play(2000);
+        return output.recording().back();
+    };
+    struct Case {
+        double volume, trackGain, expected;
+    };
+    for (const auto& c :
+         {Case{1, 0, 0.125}, Case{2, 0, 0.125}, Case{-1, 0, 0}, Case{0.5, 0, 0.0625},
+          Case{1, 30, 0.125 * std::pow(10, 0.6)}, Case{1, -30, 0.125 * std::pow(10, -0.9)}}) {
+        engine.setVolume(c.volume);
+        engine.setTrackGain(c.trackGain);
+        EXPECT_NEAR(settledLevel(), c.expected, 1e-6);
+    }
+    engine.setTrackGain(0);
+    engine.setVolume(1);
+    engine.setEQ(true, {}, 20);
+    EXPECT_NEAR(settledLevel(), 0.125 * std::pow(10, 0.6), 1e-6);
+    engine.setEQ(false, {}, 20);
+    EXPECT_NEAR(settledLevel(), 0.125, 1e-6);
+}
+
+using PlaybackEngineDeathTest = PlaybackEngine;
+
+TEST_F(PlaybackEngineDeathTest, AnotherThreadMayNotCallIt) {
+    EXPECT_DEATH(std::thread([this] { (void)engine.elapsedSeconds(); }).join(),
+                 "on a thread that does not own it");
+}
+
+} // namespace
+} // namespace halvane::test
