@@ -29,6 +29,7 @@ void dropOldPictures(const QDir& folder) {
 std::optional<QString> written(const QByteArray& bytes, const QString& folder) {
     QBuffer buffer;
     buffer.setData(bytes);
+    buffer.open(QIODevice::ReadOnly);
     const auto format = QImageReader::imageFormat(&buffer);
     if (format.isEmpty())
         return {};

@@ -7,6 +7,9 @@ import Halvane
 GridView {
     id: root
 
+    // A track table stands beneath, so there is no room for what is playing.
+    property bool isShared
+
     readonly property real spacing: 16
     readonly property real available: width - 2 * Theme.margin
     readonly property int columns: Math.max(1, Math.floor((available + spacing) / (158 + spacing)))
@@ -41,10 +44,14 @@ GridView {
     }
     T.ScrollBar.vertical: ScrollLine { x: root.width - width }
 
+    // qmllint disable unqualified
     header: Column {
         width: root.available
         bottomPadding: 10
-        LibraryHeader { width: root.available }
+        LibraryHeader {
+            width: root.available
+            showsHero: !root.isShared
+        }
         Item {
             width: parent.width
             height: 30
@@ -80,6 +87,7 @@ GridView {
         }
         onPlayed: Library.playAlbum(albumId)
     }
+    // qmllint enable unqualified
 
     ListCursor {
         id: cursor
@@ -91,6 +99,8 @@ GridView {
         id: keys
         view: root
         cursor: cursor
+        count: root.count
+        onMoved: row => root.positionViewAtIndex(row, GridView.Contain)
         columns: root.columns
         rowHeight: root.cellHeight
         onActivated: row => Library.playAlbum(cursor.value(row, "albumId"))

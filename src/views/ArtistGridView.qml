@@ -7,6 +7,9 @@ import Halvane
 GridView {
     id: root
 
+    // A track table stands beneath, so there is no room for what is playing.
+    property bool isShared
+
     readonly property real spacing: 12
     readonly property real available: width - 2 * Theme.margin
     readonly property int columns: Math.max(1, Math.floor((available + spacing) / (230 + spacing)))
@@ -34,10 +37,14 @@ GridView {
     }
     T.ScrollBar.vertical: ScrollLine { x: root.width - width }
 
+    // qmllint disable unqualified
     header: Column {
         width: root.available
         bottomPadding: 10
-        LibraryHeader { width: root.available }
+        LibraryHeader {
+            width: root.available
+            showsHero: !root.isShared
+        }
         Item {
             width: parent.width
             height: 30
@@ -75,6 +82,7 @@ GridView {
         }
         onPlayed: Library.playArtist(name)
     }
+    // qmllint enable unqualified
 
     ListCursor {
         id: cursor
@@ -86,6 +94,8 @@ GridView {
         id: keys
         view: root
         cursor: cursor
+        count: root.count
+        onMoved: row => root.positionViewAtIndex(row, GridView.Contain)
         columns: root.columns
         rowHeight: root.cellHeight
         onActivated: row => Library.playArtist(cursor.value(row, "name"))

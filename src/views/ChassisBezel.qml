@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
 import QtQuick.Shapes
-import Halvane
 
 // A faint frame and a light from above, as on the front of a device. Takes no input.
 Item {

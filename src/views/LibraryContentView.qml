@@ -55,11 +55,11 @@ Item {
     }
     Component {
         id: albums
-        AlbumGridView {}
+        AlbumGridView { isShared: details.wanted } // qmllint disable unqualified
     }
     Component {
         id: artists
-        ArtistGridView {}
+        ArtistGridView { isShared: details.wanted } // qmllint disable unqualified
     }
     Component {
         id: table

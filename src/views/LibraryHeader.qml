@@ -4,9 +4,16 @@ import Halvane
 
 // What stands above every list of the library and scrolls away with it.
 Column {
+    id: root
+
+    property bool showsHero: true
+
     spacing: 14
     bottomPadding: 12
 
-    HeroPlaybackView { width: parent.width }
+    HeroPlaybackView {
+        width: root.width
+        visible: root.showsHero
+    }
     BrowseModeTabs {}
 }

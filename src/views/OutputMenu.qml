@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+pragma ComponentBehavior: Bound
 import QtQuick
 import Halvane
 
@@ -6,7 +7,7 @@ import Halvane
 PressableBase {
     id: root
 
-    implicitWidth: Math.max(name.implicitWidth + 44, path.implicitWidth)
+    implicitWidth: Math.max(deviceName.implicitWidth + 44, path.implicitWidth)
     implicitHeight: 40
     text: Library.outputDeviceName
     tip: Strings.output
@@ -22,7 +23,7 @@ PressableBase {
             size: 16
         }
         Text {
-            id: name
+            id: deviceName
             x: 20
             y: 3
             width: Math.min(implicitWidth, parent.width - 40)
@@ -36,7 +37,7 @@ PressableBase {
             Accessible.ignored: true
         }
         SymbolLabel {
-            anchors.left: name.right
+            anchors.left: deviceName.right
             anchors.leftMargin: 4
             y: 4
             symbol: "chevron.down"

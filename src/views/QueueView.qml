@@ -59,6 +59,7 @@ ListView {
     displaced: Transition {
         NumberAnimation { properties: "y"; duration: Theme.quick; easing.type: Easing.OutQuad }
     }
+    // qmllint disable unqualified
     footer: DropHintRow {
         x: 16
         width: root.width - 32
@@ -83,6 +84,7 @@ ListView {
         }
         onDragEnded: root.drop()
     }
+    // qmllint enable unqualified
 
     // Scrolls while the pointer is held at an edge.
     RedrawClock {
@@ -105,6 +107,8 @@ ListView {
         id: keys
         view: root
         cursor: cursor
+        count: root.count
+        onMoved: row => root.positionViewAtIndex(row, ListView.Contain)
         rowHeight: Theme.queueRowHeight
         onActivated: row => Library.playItem(cursor.value(row, "entryId"), true)
         onMenuAsked: row => {

@@ -43,6 +43,7 @@ ListView {
     }
     T.ScrollBar.vertical: ScrollLine {}
 
+    // qmllint disable unqualified
     header: Column {
         x: Theme.margin
         width: root.available
@@ -78,6 +79,7 @@ ListView {
             menu.openFor(this, x, y)
         }
     }
+    // qmllint enable unqualified
 
     Rectangle {
         visible: root.isNarrowed
@@ -100,6 +102,8 @@ ListView {
         id: keys
         view: root
         cursor: cursor
+        count: root.count
+        onMoved: row => root.positionViewAtIndex(row, ListView.Contain)
         rowHeight: Theme.trackRowHeight
         onActivated: row => Library.playTrack(cursor.value(row, "trackId"))
         onMenuAsked: row => {

@@ -8,7 +8,7 @@ import Halvane
 Item {
     id: root
 
-    readonly property Window host: Window.window
+    readonly property Window host: Window.window as Window
 
     implicitHeight: Theme.topRowHeight
 

@@ -39,6 +39,13 @@ struct StringsSingleton {
     }
 };
 
+/// The model's enumerations, for the types of properties; views name their values as kinds.h does.
+namespace ModelKinds {
+Q_NAMESPACE
+QML_FOREIGN_NAMESPACE(halvane)
+QML_NAMED_ELEMENT(ModelKinds)
+} // namespace ModelKinds
+
 struct SpectrumModelType {
     Q_GADGET
     QML_FOREIGN(halvane::SpectrumModel)

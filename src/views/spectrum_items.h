@@ -33,7 +33,7 @@ class SpectrumItem : public QQuickItem {
 };
 
 /// The bands as one smooth filled shape with a fading fill and a thin outline, in one draw call.
-class SpectrumCurveItem : public SpectrumItem {
+class SpectrumCurveItem : public halvane::views::SpectrumItem {
     Q_OBJECT
     QML_ELEMENT
 
@@ -46,7 +46,7 @@ class SpectrumCurveItem : public SpectrumItem {
 
 /// 96 bars around a circle, each as long as the bands' level there, and the faint circle itself, in
 /// one draw call.
-class SpectrumBarsItem : public SpectrumItem {
+class SpectrumBarsItem : public halvane::views::SpectrumItem {
     Q_OBJECT
     QML_ELEMENT
     /// The circle the bars stand on, and how far a full level reaches outward from it.

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+pragma ComponentBehavior: Bound
 import QtQuick
 import Halvane
 
@@ -15,7 +16,7 @@ PressableBase {
     implicitHeight: 24
     Accessible.role: Accessible.ColorChooser
     Accessible.name: root.name
-    Accessible.description: root.color
+    Accessible.description: root.color.toString()
     onClicked: popover.opened ? popover.close() : popover.open()
 
     contentItem: Item {}

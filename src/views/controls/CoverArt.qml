@@ -41,7 +41,8 @@ Item {
         source: root.coverKey.length > 0 && root.width > 0
                 ? "image://cover/" + encodeURIComponent(root.coverKey) + "?" + (root.radius / root.width).toFixed(4)
                 : ""
-        sourceSize: Qt.size(Math.round(root.width), Math.round(root.height))
+        sourceSize.width: Math.round(root.width)
+        sourceSize.height: Math.round(root.height)
         Accessible.ignored: true
     }
 }

@@ -8,17 +8,19 @@ QtObject {
     id: root
 
     required property Flickable view
+    required property int count // rows in the view
     required property ListCursor cursor
     property int columns: 1
     property real rowHeight: 1
 
+    signal moved(int row)
     signal activated(int row)
     signal menuAsked(int row)
 
     function move(row: int): void {
-        const last = root.view["count"] - 1
+        const last = root.count - 1
         root.cursor.index = Math.max(0, Math.min(last, row))
-        root.view["positionViewAtIndex"](root.cursor.index, ListView.Contain)
+        root.moved(root.cursor.index)
     }
     function handle(event: KeyEvent): void {
         const here = root.cursor.index
@@ -43,13 +45,13 @@ QtObject {
         else if (event.key === Qt.Key_Home)
             root.move(0)
         else if (event.key === Qt.Key_End)
-            root.move(root.view["count"] - 1)
+            root.move(root.count - 1)
         else if (event.key === Qt.Key_Return || event.key === Qt.Key_Enter) {
             if (here >= 0)
                 root.activated(here)
         } else if (event.text.length > 0 && event.text > " ") {
             root.cursor.type(event.text)
-            root.view["positionViewAtIndex"](root.cursor.index, ListView.Contain)
+            root.moved(root.cursor.index)
         } else
             event.accepted = false
     }

@@ -14,10 +14,9 @@ T.AbstractButton {
     hoverEnabled: true
     Accessible.role: Accessible.Button
     Accessible.name: root.tip.length > 0 ? root.tip : root.text
-    Accessible.onPressAction: root.click()
 
-    Keys.onReturnPressed: root.click()
-    Keys.onEnterPressed: root.click()
+    Keys.onReturnPressed: root.clicked()
+    Keys.onEnterPressed: root.clicked()
     Keys.onShortcutOverride: event => event.accepted = root.visualFocus && event.key === Qt.Key_Space
 
     Tip {

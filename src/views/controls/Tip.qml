@@ -11,6 +11,7 @@ Loader {
     required property string text
 
     active: root.shown && root.text.length > 0
+    // qmllint disable unqualified
     sourceComponent: T.ToolTip {
         parent: root.parent
         x: root.parent ? Math.round((root.parent.width - width) / 2) : 0
@@ -39,4 +40,5 @@ Loader {
             border.color: Theme.line
         }
     }
+    // qmllint enable unqualified
 }

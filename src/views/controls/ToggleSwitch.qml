@@ -9,6 +9,11 @@ T.Switch {
 
     required property string name
 
+    function flip(): void {
+        root.toggle()
+        root.toggled()
+    }
+
     implicitWidth: 36
     implicitHeight: 20
     focusPolicy: Qt.TabFocus
@@ -17,8 +22,8 @@ T.Switch {
     Accessible.name: root.name
     Accessible.checkable: true
     Accessible.checked: root.checked
-    Keys.onReturnPressed: root.click()
-    Keys.onEnterPressed: root.click()
+    Keys.onReturnPressed: root.flip()
+    Keys.onEnterPressed: root.flip()
     Keys.onShortcutOverride: event => event.accepted = root.visualFocus && event.key === Qt.Key_Space
 
     indicator: Rectangle {
