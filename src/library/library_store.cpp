@@ -7,6 +7,22 @@
 
 namespace halvane {
 
+IndexedRows indexed(const TrackRows& tracks) {
+    IndexedRows indexed;
+    indexed.rows.reserve(tracks.size());
+    indexed.rowOfPath.reserve(static_cast<qsizetype>(tracks.size()));
+    for (const TrackPtr& track : tracks) {
+        if (track->sourceURL) {
+            const QString& path = track->sourceURL->standardizedPath();
+            if (indexed.rowOfPath.contains(path))
+                continue;
+            indexed.rowOfPath.insert(path, static_cast<quint32>(indexed.rows.size()));
+        }
+        indexed.rows.push_back(track);
+    }
+    return indexed;
+}
+
 LibraryStore::LibraryStore(QObject* parent)
     : QObject(parent)
     , m_rows(std::make_shared<TrackRows>()) {
@@ -62,6 +78,18 @@ std::size_t LibraryStore::append(const TrackRows& tracks) {
     if (added > 0)
         Q_EMIT tracksChanged();
     return added;
+}
+
+std::size_t LibraryStore::append(IndexedRows tracks) {
+    assertOwnThread(*this);
+    if (!m_rows->empty())
+        return append(tracks.rows);
+    m_rows = std::make_shared<TrackRows>(std::move(tracks.rows));
+    m_isShared = false;
+    m_rowOfPath = std::move(tracks.rowOfPath);
+    if (!m_rows->empty())
+        Q_EMIT tracksChanged();
+    return m_rows->size();
 }
 
 void LibraryStore::replace(const TrackRows& tracks) {

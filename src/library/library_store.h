@@ -22,6 +22,15 @@ inline TrackPtr makeRow(Track track) {
     return std::make_shared<const Track>(std::move(track));
 }
 
+/// Rows, no path twice, with the row of each path: what a worker can prepare of a large library.
+struct IndexedRows {
+    TrackRows rows;
+    QHash<QString, quint32> rowOfPath;
+};
+
+/// Leaves out tracks whose path comes a second time. Any thread.
+IndexedRows indexed(const TrackRows& tracks);
+
 /// The one owner of the library's tracks, in library order, no path twice. Rows are shared with
 /// the queue, the lists and the workers. A snapshot costs nothing to take and never changes.
 /// Main thread; a snapshot may be read on any.
@@ -46,6 +55,9 @@ class LibraryStore : public QObject {
     /// Appends those tracks whose path the library doesn't hold yet, in their order, and gives
     /// their number. Tracks without a file are appended as they are.
     std::size_t append(const TrackRows& tracks);
+    /// The same; an empty library takes the rows over as they are, at a cost that does not grow
+    /// with them.
+    std::size_t append(IndexedRows tracks);
     /// Puts tracks in the place of those with the same paths; unknown paths are ignored.
     void replace(const TrackRows& tracks);
     /// Takes out the tracks of these standardized paths.

@@ -7,6 +7,7 @@
 #include "library/track_conversion.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace halvane {
 
@@ -75,12 +76,7 @@ void PlayQueue::setSourceLabel(const std::optional<QString>& label) {
 void PlayQueue::assign(const TrackRows& tracks, const std::optional<QString>& sourceLabel) {
     assertOwnThread(*this);
     beginResetModel();
-    m_entries.clear();
-    m_entries.reserve(tracks.size());
-    for (const TrackPtr& track : tracks) {
-        if (track->sourceURL)
-            m_entries.push_back({QUuid::createUuid(), track});
-    }
+    m_entries = entriesFor(tracks);
     const bool hadCurrent = m_current.has_value();
     m_current.reset();
     endResetModel();
@@ -90,20 +86,40 @@ void PlayQueue::assign(const TrackRows& tracks, const std::optional<QString>& so
     Q_EMIT entriesChanged();
 }
 
-std::size_t PlayQueue::append(const TrackRows& tracks) {
-    assertOwnThread(*this);
-    const std::size_t first = m_entries.size();
-    const auto count = static_cast<std::size_t>(
-        std::count_if(tracks.cbegin(), tracks.cend(),
-                      [](const TrackPtr& track) { return track->sourceURL.has_value(); }));
-    if (count == 0)
-        return first;
-    beginInsertRows({}, static_cast<int>(first), static_cast<int>(first + count - 1));
-    if (m_entries.capacity() < first + count)
-        m_entries.reserve(std::max(first + count, first + first / 2));
+TrackRows PlayQueue::records() const {
+    TrackRows records;
+    records.reserve(m_entries.size());
+    for (const Entry& entry : m_entries)
+        records.push_back(entry.record);
+    return records;
+}
+
+std::vector<PlayQueue::Entry> PlayQueue::entriesFor(const TrackRows& tracks) {
+    std::vector<Entry> entries;
+    entries.reserve(tracks.size());
     for (const TrackPtr& track : tracks) {
         if (track->sourceURL)
-            m_entries.push_back({QUuid::createUuid(), track});
+            entries.push_back({QUuid::createUuid(), track});
+    }
+    return entries;
+}
+
+std::size_t PlayQueue::append(const TrackRows& tracks) {
+    return append(entriesFor(tracks));
+}
+
+std::size_t PlayQueue::append(std::vector<Entry> entries) {
+    assertOwnThread(*this);
+    const std::size_t first = m_entries.size();
+    if (entries.empty())
+        return first;
+    beginInsertRows({}, static_cast<int>(first), static_cast<int>(first + entries.size() - 1));
+    if (m_entries.empty()) {
+        m_entries = std::move(entries);
+    } else {
+        if (m_entries.capacity() < first + entries.size())
+            m_entries.reserve(std::max(first + entries.size(), first + first / 2));
+        std::move(entries.begin(), entries.end(), std::back_inserter(m_entries));
     }
     endInsertRows();
     Q_EMIT entriesChanged();

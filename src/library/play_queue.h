@@ -29,12 +29,19 @@ class PlayQueue : public QAbstractListModel {
         CoverKeyRole,                   ///< coverKey: for the cover store
     };
 
+    struct Entry {
+        QUuid id;
+        TrackPtr record;
+    };
+
     explicit PlayQueue(RowState state, QObject* parent = nullptr);
 
     std::size_t size() const { return m_entries.size(); }
     bool isEmpty() const { return m_entries.empty(); }
     /// The record behind an entry.
     const Track& record(std::size_t row) const { return *m_entries[row].record; }
+    /// The records behind all entries, for a worker.
+    TrackRows records() const;
     const QUuid& idAt(std::size_t row) const { return m_entries[row].id; }
     /// The whole entry, as a value of its own.
     QueueItem item(std::size_t row) const;
@@ -55,6 +62,11 @@ class PlayQueue : public QAbstractListModel {
     void assign(const TrackRows& tracks, const std::optional<QString>& sourceLabel);
     /// Appends an entry for each track that has a file; gives the row of the first.
     std::size_t append(const TrackRows& tracks);
+    /// New entries for the tracks that have a file; a worker may make those of a large library. Any
+    /// thread.
+    static std::vector<Entry> entriesFor(const TrackRows& tracks);
+    /// Appends entries that are made already; gives the row of the first.
+    std::size_t append(std::vector<Entry> entries);
     /// Takes out the entries of these files.
     void remove(const QSet<QString>& paths);
     /// Puts fresh records in the place of those with the same paths.
@@ -79,11 +91,6 @@ class PlayQueue : public QAbstractListModel {
     void sourceLabelChanged();
 
   private:
-    struct Entry {
-        QUuid id;
-        TrackPtr record;
-    };
-
     void setSourceLabel(const std::optional<QString>& label);
     void emitRow(std::size_t row, const QList<int>& roles);
 

@@ -114,6 +114,9 @@ StreamFacts factsOf(const AVFormatContext& context) {
     facts.bitsPerSample = losslessBits(*stream->codecpar);
     if (stream->duration > 0)
         facts.seconds = static_cast<double>(stream->duration) * av_q2d(stream->time_base);
+    else if (stream->nb_frames > 0 && facts.sampleRate > 0 &&
+             av_get_bits_per_sample(stream->codecpar->codec_id) > 0)
+        facts.seconds = static_cast<double>(stream->nb_frames) / facts.sampleRate;
     else if (context.duration > 0)
         facts.seconds = static_cast<double>(context.duration) / AV_TIME_BASE;
     return facts;
@@ -139,6 +142,8 @@ void addPictures(TagFields& fields, const AVFormatContext& context) {
 } // namespace
 
 FileMetadata readWithLibav(BoundedFile& file, Container container) {
+    // What it has to say of strange files is of no use to the user.
+    av_log_set_level(AV_LOG_QUIET);
     FileMetadata result;
     LibavInput input(file);
     const Format context = open(input, container);

@@ -62,8 +62,8 @@ double MetadataCache::modificationDate(const QString& atPath) {
     return fileFacts(atPath).modificationDate;
 }
 
-QHash<QString, CachedTrackMetadata> MetadataCache::loadIndex() const {
-    return decodeIndex(indexFile(m_directory)).value_or(QHash<QString, CachedTrackMetadata>());
+MetadataCache::Index MetadataCache::loadIndex() const {
+    return decodeIndex(indexFile(m_directory)).value_or(Index());
 }
 
 void MetadataCache::save(const std::vector<QueueItem>& items) const {
@@ -103,15 +103,14 @@ std::vector<QueueItem>
 MetadataCache::queueItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
                           const TrackMetadataLoader::Accompaniment& with) const {
     std::vector<QueueItem> items;
-    for (LoadedItem& loaded : loadItems(urls, language, with))
+    for (LoadedItem& loaded : loadItems(urls, language, loadIndex(), with))
         items.push_back(std::move(loaded.item));
     return items;
 }
 
 std::vector<LoadedItem>
 MetadataCache::loadItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
-                         const TrackMetadataLoader::Accompaniment& with) const {
-    const QHash<QString, CachedTrackMetadata> index = loadIndex();
+                         const Index& index, const TrackMetadataLoader::Accompaniment& with) const {
     const std::vector<FileFacts> facts = factsOf(urls, with);
 
     std::vector<std::optional<LoadedItem>> found(urls.size());
@@ -122,7 +121,8 @@ MetadataCache::loadItems(const std::vector<FileUrl>& urls, ResolvedLanguage lang
         const bool isKnown = record != index.cend();
         if (isKnown &&
             (!facts[i].exists || record->modificationDate == facts[i].modificationDate)) {
-            found[i] = LoadedItem{record->item(m_directory), facts[i].exists ? facts[i].size : -1};
+            found[i] =
+                LoadedItem{record->item(m_directory), facts[i].exists ? facts[i].size : -1, true};
         } else if (facts[i].exists) {
             misses.push_back(urls[i]);
             positions.push_back(i);

@@ -25,8 +25,9 @@ class MetadataCache {
     /// Seconds since 2001-01-01 UTC, 0 when it can't be read.
     static double modificationDate(const QString& atPath);
 
-    /// The records by path.
-    QHash<QString, CachedTrackMetadata> loadIndex() const;
+    /// Records by path.
+    using Index = QHash<QString, CachedTrackMetadata>;
+    Index loadIndex() const;
 
     /// Replaces the index by one of exactly these items. Items without a file are left out; of
     /// several with one path the last counts. A picture that is already kept is not written again.
@@ -39,8 +40,10 @@ class MetadataCache {
     /// one it yields nothing. Opens no file and reads no picture of a known, unchanged track.
     std::vector<QueueItem> queueItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
                                       const TrackMetadataLoader::Accompaniment& with = {}) const;
-    /// The same with the sizes of the files, which are learnt on the way.
+    /// The same by an index that is loaded already, with the sizes of the files, which are learnt
+    /// on the way.
     std::vector<LoadedItem> loadItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
+                                      const Index& index,
                                       const TrackMetadataLoader::Accompaniment& with = {}) const;
 
   private:

@@ -102,9 +102,11 @@ std::vector<LoadedItem> loadItems(const std::vector<FileUrl>& urls, ResolvedLang
     options.progress = with.progress;
     auto results = BoundedParallel<LoadedItem>::run(
         urls.size(),
-        [inputs, language](std::size_t index) {
+        [inputs, language, isEvicted = with.isEvicted](std::size_t index) {
             const FileUrl& url = inputs->urls[index];
-            const AudioFileReading reading = readAudioFile(url.path());
+            const bool isElsewhere = isEvicted && isEvicted(url.path());
+            const AudioFileReading reading =
+                isElsewhere ? AudioFileReading() : readAudioFile(url.path());
             return LoadedItem{
                 itemFrom(url, reading, inputs->covers.cover(folderOf(url.path())), language),
                 reading.fileSize};

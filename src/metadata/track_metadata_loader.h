@@ -26,7 +26,8 @@ class ReadingJournal;
 /// What reading a file yields, and how large the file is.
 struct LoadedItem {
     QueueItem item;
-    qint64 fileSize = -1; ///< bytes; -1 when it can't be read
+    qint64 fileSize = -1;     ///< bytes; -1 when it can't be read
+    bool isFromCache = false; ///< the file was not opened
 };
 
 namespace TrackMetadataLoader {
@@ -45,6 +46,9 @@ std::vector<FileUrl> audioFileURLs(const std::vector<QString>& roots,
 struct Accompaniment {
     ReadingJournal* journal = nullptr;            ///< remembers files that crash or hang readers
     const std::atomic<bool>* cancelled = nullptr; ///< when set, the files not yet read stay bare
+    /// Whether a file lives in the cloud: opening it would block until it is downloaded, so it
+    /// yields what its name says. Called on many threads.
+    std::function<bool(const QString& path)> isEvicted;
     /// Called now and then with the number of files done, on the calling thread.
     std::function<void(std::size_t done)> progress;
 };

@@ -1,0 +1,174 @@
+// SPDX-License-Identifier: MIT
+#include "library/availability.h"
+
+#include "library/background.h"
+#include "library/play_queue.h"
+#include "library/thread_check.h"
+#include "metadata/bounded_parallel.h"
+#include "platform/cloud_files.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+#include <unistd.h>
+
+namespace halvane {
+
+Availability::Availability(AvailabilityCollaborators with, QObject* parent)
+    : QObject(parent)
+    , m_with(std::move(with)) {
+    m_worker.setMaxThreadCount(1);
+    m_worker.setThreadPriority(QThread::LowPriority);
+}
+
+Availability::~Availability() {
+    m_worker.clear();
+    m_worker.waitForDone();
+}
+
+Availability::Sets Availability::look(const TrackRows& library, const TrackRows& queue,
+                                      const CloudFiles& cloudFiles, const Sets& before) {
+    constexpr std::size_t portion = 512;
+    constexpr std::size_t threads = 4;
+    // Owned by the look: a thread that hangs in a dead mount outlives it.
+    auto paths = std::make_shared<QStringList>();
+    // Nearly all records of the queue are the library's own.
+    QSet<const Track*> known;
+    for (const TrackRows* rows : {&library, &queue}) {
+        for (const TrackPtr& row : *rows) {
+            if (!row->sourceURL || known.contains(row.get()))
+                continue;
+            known.insert(row.get());
+            paths->append(row->path());
+        }
+    }
+
+    const auto count = static_cast<std::size_t>(paths->size());
+    BoundedParallel<Sets>::Options options;
+    options.threads = threads;
+    const auto portions =
+        BoundedParallel<Sets>::run((count + portion - 1) / portion,
+                                   [paths, &cloudFiles](std::size_t index) {
+                                       Sets sets;
+                                       for (const QString& path : paths->mid(
+                                                static_cast<qsizetype>(index * portion), portion)) {
+                                           if (cloudFiles.isEvicted(path))
+                                               sets.inCloud.insert(path);
+                                           else if (::access(path.toUtf8().constData(), F_OK) != 0)
+                                               sets.missing.insert(path);
+                                       }
+                                       return sets;
+                                   },
+                                   options);
+    Sets all;
+    for (std::size_t p = 0; p < portions.size(); ++p) {
+        if (portions[p]) {
+            all.inCloud.unite(portions[p]->inCloud);
+            all.missing.unite(portions[p]->missing);
+            continue;
+        }
+        for (const QString& path : paths->mid(static_cast<qsizetype>(p * portion), portion)) {
+            if (before.inCloud.contains(path))
+                all.inCloud.insert(path);
+            else if (before.missing.contains(path))
+                all.missing.insert(path);
+        }
+    }
+    return all;
+}
+
+void Availability::refreshAvailability() {
+    assertOwnThread(*this);
+    const quint64 generation = ++m_generation;
+    m_worker.clear();
+    if (m_with.library.size() == 0 && m_with.queue.isEmpty()) {
+        m_isLooking = false;
+        publish({});
+        return;
+    }
+    m_isLooking = true;
+    runInBackground(
+        m_worker, this,
+        [library = m_with.library.snapshot(), queue = m_with.queue.records(),
+         cloudFiles = &m_with.cloudFiles,
+         before = m_sets] { return look(*library, queue, *cloudFiles, before); },
+        [this, generation](Sets sets) { land(generation, std::move(sets)); });
+}
+
+void Availability::land(quint64 generation, Sets sets) {
+    if (generation != m_generation) {
+        // Overtaken by a mark, not by another look: look again.
+        if (m_isLooking && m_worker.activeThreadCount() == 0)
+            refreshAvailability();
+        return;
+    }
+    m_isLooking = false;
+    publish(std::move(sets));
+    m_with.healIncompleteMetadata();
+    Q_EMIT refreshed();
+}
+
+void Availability::publish(Sets sets) {
+    const bool cloudChanged = sets.inCloud != m_sets.inCloud;
+    const bool missingChanged = sets.missing != m_sets.missing;
+    m_sets = std::move(sets);
+    if (cloudChanged)
+        Q_EMIT cloudPendingPathsChanged();
+    if (missingChanged)
+        Q_EMIT unavailablePathsChanged();
+}
+
+void Availability::forget(const QSet<QString>& paths) {
+    ++m_generation;
+    Sets sets = m_sets;
+    sets.inCloud.subtract(paths);
+    sets.missing.subtract(paths);
+    publish(std::move(sets));
+}
+
+TrackAvailability Availability::state(const QString& path) const {
+    if (m_sets.inCloud.contains(path))
+        return TrackAvailability::inCloud;
+    return m_sets.missing.contains(path) ? TrackAvailability::missing
+                                         : TrackAvailability::available;
+}
+
+bool Availability::isCloudEvicted(const QString& path) const {
+    return m_with.cloudFiles.isEvicted(path);
+}
+
+bool Availability::isReadable(const QString& path) const {
+    return ::access(path.toUtf8().constData(), R_OK) == 0;
+}
+
+void Availability::markAvailable(const QString& path) {
+    ++m_generation;
+    Sets sets = m_sets;
+    sets.inCloud.remove(path);
+    sets.missing.remove(path);
+    publish(std::move(sets));
+}
+
+void Availability::markInCloud(const QString& path) {
+    ++m_generation;
+    Sets sets = m_sets;
+    sets.inCloud.insert(path);
+    sets.missing.remove(path);
+    publish(std::move(sets));
+}
+
+void Availability::markUnavailable(const QString& path) {
+    if (isCloudEvicted(path))
+        return markInCloud(path);
+    ++m_generation;
+    Sets sets = m_sets;
+    sets.inCloud.remove(path);
+    sets.missing.insert(path);
+    publish(std::move(sets));
+}
+
+void Availability::startCloudDownloads(const QSet<QString>& paths) {
+    m_with.startCloudDownloads(paths);
+}
+
+} // namespace halvane

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#include "library/cache_persistence.h"
+
+#include "library/background.h"
+#include "library/thread_check.h"
+#include "library/track_conversion.h"
+
+namespace halvane {
+
+CachePersistence::CachePersistence(const LibraryStore& library, const MetadataCache& cache,
+                                   QObject* parent)
+    : QObject(parent)
+    , m_library(library)
+    , m_cache(cache) {
+    m_worker.setMaxThreadCount(1);
+    m_worker.setThreadPriority(QThread::LowPriority);
+}
+
+CachePersistence::~CachePersistence() {
+    m_worker.waitForDone();
+}
+
+void CachePersistence::persistMetadataCache() {
+    assertOwnThread(*this);
+    m_isWanted = true;
+    if (!m_isSaving)
+        begin();
+}
+
+void CachePersistence::begin() {
+    m_isWanted = false;
+    m_isSaving = true;
+    runInBackground(
+        m_worker, this,
+        [cache = m_cache, rows = m_library.snapshot()] {
+            cache.save(rows->size(), [&rows](std::size_t row) {
+                return queueItemFromTrack(*(*rows)[row]).value_or(QueueItem());
+            });
+            return true;
+        },
+        [this](bool) {
+            m_isSaving = false;
+            if (m_isWanted)
+                begin();
+            Q_EMIT saved();
+        });
+}
+
+} // namespace halvane

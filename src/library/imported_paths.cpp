@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#include "library/imported_paths.h"
+
+#include "library/settings_keys.h"
+#include "platform/preferences.h"
+
+#include <algorithm>
+
+namespace halvane {
+
+namespace {
+
+/// Up to here the whole list is written in order within a few milliseconds.
+constexpr std::size_t writtenWhole = 2000;
+
+} // namespace
+
+QStringList ImportedPaths::stored() const {
+    return m_preferences.strings(SettingsKey::importedAudioPaths).valueOr(QStringList());
+}
+
+void ImportedPaths::add(const QStringList& paths) {
+    if (m_library.size() > writtenWhole) {
+        m_preferences.insertStrings(SettingsKey::importedAudioPaths, paths);
+        return;
+    }
+    QStringList all;
+    for (const TrackPtr& track : *m_library.snapshot())
+        if (track->sourceURL)
+            all.append(track->path());
+    std::sort(all.begin(), all.end());
+    m_preferences.setStrings(SettingsKey::importedAudioPaths, all);
+}
+
+void ImportedPaths::remove(const QSet<QString>& paths) {
+    m_preferences.removeEntries(SettingsKey::importedAudioPaths, paths);
+}
+
+} // namespace halvane

@@ -1,0 +1,259 @@
+// SPDX-License-Identifier: MIT
+#include "library/importer.h"
+
+#include "library/background.h"
+#include "library/bookmarks.h"
+#include "library/cache_persistence.h"
+#include "library/imported_paths.h"
+#include "library/play_queue.h"
+#include "library/status_line.h"
+#include "library/thread_check.h"
+#include "library/track_rows.h"
+#include "platform/cloud_files.h"
+#include "platform/file_chooser.h"
+#include "platform/log.h"
+#include "presentation/l10n.h"
+
+#include <QElapsedTimer>
+
+#include <algorithm>
+
+namespace halvane {
+
+namespace {
+
+constexpr double secondsBetweenRebuilds = 1.0;
+constexpr double secondsBeforeProgress = 1.0;
+
+/// Posts to the main thread, where the owner may be gone by then.
+template<typename Call>
+void post(const QPointer<Importer>& owner, Call call) {
+    QMetaObject::invokeMethod(
+        QCoreApplication::instance(),
+        [owner, call = std::move(call)] {
+            if (owner)
+                call();
+        },
+        Qt::QueuedConnection);
+}
+
+} // namespace
+
+Importer::Importer(ImportCollaborators with, QObject* parent)
+    : QObject(parent)
+    , m_with(std::move(with))
+    , m_cancelled(std::make_shared<std::atomic<bool>>(false)) {
+    m_worker.setMaxThreadCount(1);
+}
+
+Importer::~Importer() {
+    *m_cancelled = true;
+    m_worker.waitForDone();
+}
+
+void Importer::chooseAndImportMusic(bool files, bool directories) {
+    const ResolvedLanguage language = m_with.language();
+    FileChooserRequest request;
+    request.title = L10n::text(L10nKey::importMusicFolder, language);
+    request.prompt = request.title;
+    request.message = L10n::text(L10nKey::dragAudioSubtitle, language);
+    request.files = files;
+    request.directories = directories;
+    m_with.fileChooser.choose(request, [weak = QPointer(this)](const QStringList& paths) {
+        QList<QUrl> urls;
+        for (const QString& path : paths)
+            urls.append(QUrl::fromLocalFile(path));
+        if (weak)
+            weak->importDroppedURLs(urls);
+    });
+}
+
+bool Importer::importDroppedProviders(const std::vector<DroppedItem>& items) {
+    struct Drop {
+        DroppedURLCollector collector;
+        std::atomic<std::size_t> unanswered;
+    };
+    if (items.empty())
+        return false;
+    auto drop = std::make_shared<Drop>();
+    drop->unanswered = items.size();
+    for (const DroppedItem& item : items) {
+        item([drop, weak = QPointer(this)](const QVariant& answer) {
+            if (const auto url = TrackMetadataLoader::url(answer))
+                drop->collector.append(*url);
+            if (--drop->unanswered == 0)
+                post(weak, [drop, weak] { weak->importDroppedURLs(drop->collector.urls()); });
+        });
+    }
+    return true;
+}
+
+void Importer::importDroppedURLs(const QList<QUrl>& urls) {
+    assertOwnThread(*this);
+    QStringList roots;
+    for (const QUrl& url : urls)
+        if (url.isLocalFile())
+            roots.append(url.toLocalFile());
+    m_with.bookmarks.persistBookmarks(roots);
+    m_waiting.push_back(roots);
+    if (!m_isRunning)
+        startNext();
+}
+
+void Importer::startNext() {
+    if (m_waiting.empty()) {
+        Q_EMIT idle();
+        return;
+    }
+    m_isRunning = true;
+    m_startedAt = m_with.clock.now();
+    m_rebuiltAt = -secondsBetweenRebuilds;
+    m_added = 0;
+    m_skipped = 0;
+    const QStringList roots = m_waiting.front();
+    m_waiting.pop_front();
+    search(roots);
+}
+
+void Importer::search(const QStringList& roots) {
+    runInBackground(
+        m_worker, this,
+        [roots, queued = m_with.queue.records(), cancelled = m_cancelled] {
+            const auto files =
+                TrackMetadataLoader::audioFileURLs({roots.begin(), roots.end()}, cancelled.get());
+            Found found;
+            found.files = files.size();
+            if (!files.empty())
+                found.firstPath = files.front().standardizedPath();
+            QSet<QString> known;
+            known.reserve(static_cast<qsizetype>(queued.size() + files.size()));
+            for (const TrackPtr& row : queued)
+                known.insert(row->path());
+            for (const FileUrl& file : files) {
+                if (known.contains(file.standardizedPath()))
+                    continue;
+                known.insert(file.standardizedPath()); // roots may overlap
+                found.newFiles.push_back(file);
+            }
+            return found;
+        },
+        [this, roots](Found found) { take(roots, std::move(found)); });
+}
+
+void Importer::take(const QStringList& roots, Found found) {
+    qCInfo(libraryLog, "import: %ld roots, %ld audio files", static_cast<long>(roots.size()),
+           static_cast<long>(found.files));
+    if (found.files == 0) {
+        m_with.status.show(L10n::text(L10nKey::noSupportedAudio, m_with.language()), true);
+        return end();
+    }
+    m_skipped = static_cast<qint64>(found.files - found.newFiles.size());
+    if (!found.newFiles.empty())
+        return load(std::move(found.newFiles));
+    m_with.status.show(L10n::importResult(0, m_skipped, m_with.language()), false);
+    if (const auto row = m_with.queue.rowOfPath(found.firstPath))
+        m_with.play(m_with.queue.idAt(*row));
+    end();
+}
+
+/// What the worker needs to read the files of one import and hand them over in portions.
+struct Importer::Run {
+    QPointer<Importer> owner;
+    std::vector<FileUrl> files;
+    MetadataCache cache;
+    ReadingJournal* journal;
+    const CloudFiles* cloudFiles;
+    ResolvedLanguage language;
+    std::shared_ptr<std::atomic<bool>> cancelled;
+
+    // The first portion is small, so that something plays at once; later ones take about a fifth of
+    // a second, and few enough rows that the main thread takes them over within a frame.
+    static constexpr std::size_t firstPortion = 32;
+    static constexpr std::size_t largestPortion = 1024;
+    static constexpr qint64 portionMilliseconds = 200;
+
+    void operator()() const {
+        const auto index = cache.loadIndex();
+        std::size_t portion = firstPortion;
+        for (std::size_t begin = 0; begin < files.size() && !*cancelled;) {
+            const std::size_t end = std::min(files.size(), begin + portion);
+            QElapsedTimer timer;
+            timer.start();
+            TrackRows rows = rowsFromLoaded(load(index, begin, end));
+            if (*cancelled)
+                return; // what was not read any more must not come in bare
+            post(owner, [importer = owner, rows = std::move(rows)] { importer->addRows(rows); });
+            portion = std::clamp(timer.elapsed() < portionMilliseconds ? portion * 2 : portion / 2,
+                                 firstPortion, largestPortion);
+            begin = end;
+        }
+        post(owner, [importer = owner] { importer->finish(); });
+    }
+
+    std::vector<LoadedItem> load(const MetadataCache::Index& index, std::size_t begin,
+                                 std::size_t end) const {
+        TrackMetadataLoader::Accompaniment with;
+        with.journal = journal;
+        with.cancelled = cancelled.get();
+        with.isEvicted = [files = cloudFiles](const QString& path) {
+            return files->isEvicted(path);
+        };
+        with.progress = [this, begin](std::size_t done) {
+            const double fraction =
+                static_cast<double>(begin + done) / static_cast<double>(files.size());
+            post(owner, [importer = owner, fraction] { importer->setProgress(fraction); });
+        };
+        const auto at = [this](std::size_t i) {
+            return files.begin() + static_cast<std::ptrdiff_t>(i);
+        };
+        return cache.loadItems({at(begin), at(end)}, language, index, with);
+    }
+};
+
+void Importer::load(std::vector<FileUrl> files) {
+    m_worker.start(Run{this, std::move(files), m_with.cache, m_with.journal, &m_with.cloudFiles,
+                       m_with.language(), m_cancelled});
+}
+
+void Importer::addRows(const TrackRows& rows) {
+    if (rows.empty())
+        return;
+    const bool isFirst = m_added == 0;
+    m_added += static_cast<qint64>(rows.size());
+    m_with.library.append(rows);
+    const std::size_t first = m_with.queue.append(rows);
+    m_with.importedPaths.add(pathsOf(rows));
+    if (isFirst)
+        m_with.play(m_with.queue.idAt(first));
+    // Deriving the albums costs as much as the library is large: not for every portion.
+    const double now = m_with.clock.now();
+    if (now - m_rebuiltAt >= secondsBetweenRebuilds) {
+        m_rebuiltAt = now;
+        m_with.rebuildImportedAlbums();
+    }
+}
+
+void Importer::finish() {
+    m_with.rebuildImportedAlbums();
+    m_with.status.show(L10n::importResult(m_added, m_skipped, m_with.language()), false);
+    m_with.persistence.persistMetadataCache();
+    m_with.importEnded();
+    end();
+}
+
+void Importer::end() {
+    m_isRunning = false;
+    setProgress(-1);
+    startNext();
+}
+
+void Importer::setProgress(double progress) {
+    const bool isShown = m_isRunning && m_with.clock.now() - m_startedAt >= secondsBeforeProgress;
+    const double shown = isShown ? progress : -1;
+    if (shown == m_progress)
+        return;
+    m_progress = shown;
+    Q_EMIT progressChanged();
+}
+
+} // namespace halvane

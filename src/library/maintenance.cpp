@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+#include "library/maintenance.h"
+
+#include "library/availability.h"
+#include "library/cloud_downloads.h"
+#include "library/duplicates.h"
+#include "library/imported_paths.h"
+#include "library/play_queue.h"
+#include "library/playlists.h"
+#include "library/status_line.h"
+#include "library/thread_check.h"
+#include "library/track_user_data.h"
+#include "presentation/l10n.h"
+
+namespace halvane {
+
+Maintenance::Maintenance(MaintenanceCollaborators with, QObject* parent)
+    : QObject(parent)
+    , m_with(std::move(with)) {
+    connect(&m_with.availability, &Availability::cloudPendingPathsChanged, this, [this] {
+        m_with.downloads.pendingChanged();
+        Q_EMIT maintenanceActionCountChanged();
+    });
+    connect(&m_with.availability, &Availability::unavailablePathsChanged, this,
+            &Maintenance::maintenanceActionCountChanged);
+    connect(&m_with.duplicates, &Duplicates::groupsChanged, this,
+            &Maintenance::maintenanceActionCountChanged);
+}
+
+int Maintenance::maintenanceActionCount() const {
+    return static_cast<int>(m_with.availability.unavailablePaths().size() +
+                            m_with.availability.cloudPendingPaths().size()) +
+           m_with.duplicates.duplicateGroupCount();
+}
+
+void Maintenance::removeTracks(const QSet<QString>& withPaths) {
+    assertOwnThread(*this);
+    if (withPaths.isEmpty())
+        return;
+    if (withPaths.contains(m_with.queue.currentPath()))
+        m_with.stopPlayer();
+    m_with.queue.remove(withPaths);
+    m_with.library.remove(withPaths);
+    m_with.userData.removePaths(withPaths);
+    m_with.forgetLoudness(withPaths);
+    m_with.playlists.removePaths(withPaths);
+    m_with.replanSuccessor();
+    m_with.rebuildImportedAlbums();
+    m_with.importedPaths.remove(withPaths);
+    m_with.availability.forget(withPaths);
+    m_with.duplicates.refresh();
+}
+
+void Maintenance::removeDuplicateTracks() {
+    m_with.duplicates.find([this](const std::vector<TrackRows>& groups) {
+        removeTracks(superfluousCopies(groups, [this](const QString& path) {
+            return m_with.availability.state(path) == TrackAvailability::available;
+        }));
+    });
+}
+
+void Maintenance::downloadAllCloudTracks() {
+    const QSet<QString> paths = m_with.availability.cloudPendingPaths();
+    if (paths.isEmpty())
+        return;
+    m_with.downloads.startCloudDownloads(paths);
+    m_with.status.show(L10n::cloudDownloadStarted(paths.size(), m_with.language()), false);
+}
+
+} // namespace halvane
