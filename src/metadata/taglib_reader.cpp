@@ -30,12 +30,12 @@ FileMetadata readMpeg(BoundedFile& file, const ContainerFacts& facts) {
     TagLibStream stream(file);
     const bool isMpeg = facts.container == Container::mpeg;
     TagLib::MPEG::File mpeg(&stream, frameFactory(), isMpeg);
-    if (mpeg.hasID3v1Tag())
-        addId3v1(result.tags, *mpeg.ID3v1Tag());
-    if (mpeg.hasAPETag())
-        addApe(result.tags, *mpeg.APETag());
-    if (mpeg.hasID3v2Tag())
-        addId3v2(result.tags, *mpeg.ID3v2Tag(), file, 0);
+    if (auto* tag = mpeg.ID3v1Tag(); tag && mpeg.hasID3v1Tag())
+        addId3v1(result.tags, *tag);
+    if (auto* tag = mpeg.APETag(); tag && mpeg.hasAPETag())
+        addApe(result.tags, *tag);
+    if (auto* tag = mpeg.ID3v2Tag(); tag && mpeg.hasID3v2Tag())
+        addId3v2(result.tags, *tag, file, 0);
     if (const auto* properties = mpeg.audioProperties(); isMpeg && properties) {
         result.stream.seconds = properties->lengthInMilliseconds() * perMillisecond;
         result.stream.sampleRate = properties->sampleRate();
@@ -43,16 +43,17 @@ FileMetadata readMpeg(BoundedFile& file, const ContainerFacts& facts) {
     return result;
 }
 
+// A damaged file may announce a tag that TagLib then does not give: both are asked for.
 FileMetadata readFlac(BoundedFile& file) {
     FileMetadata result;
     TagLibStream stream(file);
     TagLib::FLAC::File flac(&stream, frameFactory());
-    if (flac.hasID3v1Tag())
-        addId3v1(result.tags, *flac.ID3v1Tag());
-    if (flac.hasID3v2Tag())
-        addId3v2(result.tags, *flac.ID3v2Tag(), file, 0);
-    if (flac.hasXiphComment())
-        addVorbis(result.tags, *flac.xiphComment());
+    if (auto* tag = flac.ID3v1Tag(); tag && flac.hasID3v1Tag())
+        addId3v1(result.tags, *tag);
+    if (auto* tag = flac.ID3v2Tag(); tag && flac.hasID3v2Tag())
+        addId3v2(result.tags, *tag, file, 0);
+    if (auto* tag = flac.xiphComment(); tag && flac.hasXiphComment())
+        addVorbis(result.tags, *tag);
     for (const auto* picture : flac.pictureList())
         addPicture(result.tags, *picture);
     const auto* properties = flac.audioProperties();

@@ -30,6 +30,8 @@ TagLib::String toTagLib(const QString& text) {
 
 /// The bytes up to the first zero, as they stand.
 QByteArray fieldBytes(const TagLib::ByteVector& data) {
+    if (data.isEmpty())
+        return {};
     return QByteArray(data.data(), static_cast<qsizetype>(strnlen(data.data(), data.size())));
 }
 
