@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <dlfcn.h>
+#include <initializer_list>
 #include <pthread.h>
 #include <sys/prctl.h>
 #include <unistd.h>
@@ -25,7 +26,6 @@ constexpr char allow = 0;
 constexpr char block = 1;
 
 thread_local bool armed = false;
-thread_local bool dispatched = false; ///< the kernel knows of this thread's selector
 thread_local volatile char selector = allow;
 
 [[noreturn]] void offend(const char* what) {
@@ -53,8 +53,8 @@ bool dispatchSystemCalls() {
 namespace halvane::test {
 
 void RealtimeTrap::arm() {
-    if (!dispatched)
-        dispatched = dispatchSystemCalls();
+    // Each time: a process that forks does not keep it.
+    const bool dispatched = dispatchSystemCalls();
     armed = true;
     selector = dispatched ? block : allow;
 }
@@ -69,9 +69,7 @@ bool RealtimeTrap::watchesMemoryAndLocks() {
 }
 
 bool RealtimeTrap::watchesSystemCalls() {
-    if (!dispatched)
-        dispatched = dispatchSystemCalls();
-    return dispatched;
+    return dispatchSystemCalls();
 }
 
 } // namespace halvane::test
