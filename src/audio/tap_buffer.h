@@ -16,11 +16,11 @@ namespace halvane {
 /// writer, one reader, and a third party that starts streams while neither is at work.
 ///
 /// Memory order. The reader may look at slots while they are overwritten, so it checks afterwards
-/// and drops what it got: the writer stores m_writing (how far it will have got) before a release
-/// fence and the slots; the reader loads the slots before an acquire fence and m_writing. If it saw
-/// any new slot, it sees the m_writing that announced it, and the window turns out to be lapped. In
-/// the other direction m_written is stored with release after the slots and loaded with acquire
-/// before them. The slots are atomic, relaxed, for both sides touch them at once.
+/// and drops what it got: the writer stores m_writing (how far it will have got) before the slots,
+/// which it stores with release; the reader loads the slots with acquire before m_writing. If it
+/// saw any new slot, it sees the m_writing that announced it, and the window turns out to be
+/// lapped. In the other direction m_written is stored with release after the slots and loaded with
+/// acquire before them. The slots are atomic, for both sides touch them at once.
 class TapBuffer {
   public:
     /// Keeps at least `frames` frames.
@@ -37,10 +37,9 @@ class TapBuffer {
         if (position != m_written.load(std::memory_order_relaxed))
             m_gapEnd.store(position, std::memory_order_relaxed); // what came before is not its past
         m_writing.store(end, std::memory_order_relaxed);
-        std::atomic_thread_fence(std::memory_order_release);
         for (std::size_t i = 0; i < frames; ++i)
             slot(position + std::int64_t(i))
-                .store(interleaved[i * channels], std::memory_order_relaxed);
+                .store(interleaved[i * channels], std::memory_order_release);
         m_written.store(end, std::memory_order_release);
     }
 
@@ -54,8 +53,7 @@ class TapBuffer {
         if (begin >= end || end == m_lastEnd)
             return {};
         for (std::int64_t frame = begin; frame < end; ++frame)
-            out[std::size_t(frame - begin)] = slot(frame).load(std::memory_order_relaxed);
-        std::atomic_thread_fence(std::memory_order_acquire);
+            out[std::size_t(frame - begin)] = slot(frame).load(std::memory_order_acquire);
         if (m_writing.load(std::memory_order_relaxed) - begin > std::int64_t(capacity()))
             return {};
         m_lastEnd = end;
