@@ -1,0 +1,257 @@
+// SPDX-License-Identifier: MIT
+#include "audio/spectrum_analyzer.h"
+#include "audio/spectrum_tap.h"
+#include "audio/tap_buffer.h"
+#include "support/child_process.h"
+#include "support/offline_output.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numbers>
+#include <thread>
+#include <vector>
+
+namespace halvane::test {
+namespace {
+
+constexpr double rate = 44'100;
+constexpr double due = 0.04; // seconds, more than the least interval
+
+struct Tone {
+    double frequency;
+    double amplitude;
+};
+
+std::vector<float> tones(std::initializer_list<Tone> parts, std::size_t frames = 2048,
+                         double sampleRate = rate) {
+    std::vector<float> samples(frames);
+    for (std::size_t i = 0; i < frames; ++i)
+        for (const Tone& tone : parts)
+            samples[i] += float(tone.amplitude * std::sin(2 * std::numbers::pi * tone.frequency *
+                                                          double(i) / sampleRate));
+    return samples;
+}
+
+/// A frequency in the middle of a bin.
+double bin(int index, double sampleRate = rate) {
+    return index * sampleRate / 2048;
+}
+
+/// Feeds the same block again and again, until the reference has settled on it.
+SpectrumOutput settled(SpectrumAnalyzer& analyzer, const std::vector<float>& samples,
+                       double sampleRate = rate) {
+    SpectrumOutput output;
+    for (int i = 0; i < 1500; ++i)
+        output = *analyzer.processIfDue(samples, sampleRate, i * due);
+    return output;
+}
+
+std::size_t tallest(const SpectrumOutput& output) {
+    return std::size_t(std::max_element(output.bands.begin(), output.bands.end()) -
+                       output.bands.begin());
+}
+
+TEST(SpectrumAnalyzer, GivesAtMostThirtyResultsASecond) {
+    SpectrumAnalyzer analyzer;
+    const auto block = tones({{1000, 0.5}});
+    EXPECT_TRUE(analyzer.processIfDue(block, rate, 5.0));
+    EXPECT_FALSE(analyzer.processIfDue(block, rate, 5.01));
+    EXPECT_FALSE(analyzer.processIfDue({}, rate, 5.04)); // and this does not count as one
+    EXPECT_TRUE(analyzer.processIfDue(block, rate, 5.041));
+}
+
+TEST(SpectrumAnalyzer, PutsATonesBandWhereItsFrequencyBelongs) {
+    struct Case {
+        double sampleRate;
+        double frequency;
+        std::size_t band; ///< 48 · log(f / 30) / log(top / 30), rounded down
+    };
+    const Case cases[] = {
+        {44'100, 1000, 26},   {44'100, 5000, 39},    {44'100, 15'900, 47}, {48'000, 1000, 26},
+        {96'000, 10'000, 44}, {192'000, 12'000, 45}, {22'050, 1000, 28},   {22'050, 10'900, 47},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::to_string(c.sampleRate) + " " + std::to_string(c.frequency));
+        SpectrumAnalyzer analyzer;
+        const auto samples = tones({{c.frequency, 0.5}}, 2048, c.sampleRate);
+        const auto output = analyzer.processIfDue(samples, c.sampleRate, 0);
+        EXPECT_EQ(tallest(*output), c.band);
+    }
+}
+
+TEST(SpectrumAnalyzer, MeasuresHeightsBelowTheReference) {
+    // Deep bands hold one bin each, so a tone in a bin of its own fills its band.
+    SpectrumAnalyzer analyzer;
+    const double below22dB = std::pow(10, -22 / 20.0);
+    const auto output = settled(analyzer, tones({{bin(3), 0.5}, {bin(5), 0.5 * below22dB}}));
+    EXPECT_NEAR(output.bands[tallest(output)], 0.92, 1e-3);
+    const auto nearest =
+        std::min_element(output.bands.begin(), output.bands.end(), [](float a, float b) {
+            return std::abs(a - 0.46F) < std::abs(b - 0.46F);
+        });
+    EXPECT_NEAR(*nearest, 0.46, 5e-3);
+    // Quiet music fills the display as well.
+    SpectrumAnalyzer quiet;
+    const auto soft = settled(quiet, tones({{bin(3), 0.0005}}));
+    EXPECT_NEAR(soft.bands[tallest(soft)], 0.92, 1e-3);
+}
+
+TEST(SpectrumAnalyzer, LetsBandsAndPeaksFallInSilence) {
+    SpectrumAnalyzer analyzer;
+    const auto before = settled(analyzer, tones({{1000, 0.5}}));
+    const std::vector<float> silence(2048);
+    float band = before.bands[26];
+    float peak = before.peaks[26];
+    for (int i = 0; i < 5; ++i) {
+        const auto output = *analyzer.processIfDue(silence, rate, 1000 + i * due);
+        EXPECT_NEAR(output.bands[26], band * 0.82, 1e-5);
+        EXPECT_NEAR(output.peaks[26], peak * 0.94, 1e-5);
+        EXPECT_EQ(output.level, 0);
+        band = output.bands[26];
+        peak = output.peaks[26];
+    }
+}
+
+TEST(SpectrumAnalyzer, PrecedesAShortBlockBySilence) {
+    SpectrumAnalyzer of512;
+    SpectrumAnalyzer of2048;
+    const auto part = tones({{700, 0.3}}, 512);
+    std::vector<float> whole(1536);
+    whole.insert(whole.end(), part.begin(), part.end());
+    const auto a = *of512.processIfDue(part, rate, 0);
+    const auto b = *of2048.processIfDue(whole, rate, 0);
+    EXPECT_EQ(a.bands, b.bands);
+    EXPECT_EQ(a.level, b.level);
+    EXPECT_NEAR(a.level, 3.2 * 0.3 * std::sqrt(0.5) / 2, 0.01);
+    EXPECT_EQ(SpectrumAnalyzer().processIfDue(tones({{700, 0.9}}), rate, 0)->level, 1);
+}
+
+// --- what is heard ---------------------------------------------------------------------------
+
+std::vector<float> ramp(std::int64_t from, std::size_t frames) {
+    std::vector<float> stereo;
+    for (std::size_t i = 0; i < frames; ++i) {
+        stereo.push_back(float(from + std::int64_t(i)));
+        stereo.push_back(-1); // the other channel
+    }
+    return stereo;
+}
+
+void pushRamp(TapBuffer& buffer, std::int64_t from, std::size_t frames) {
+    buffer.push(ramp(from, frames).data(), frames, 2, from);
+}
+
+TEST(TapBuffer, GivesTheNewestThatIsHeard) {
+    TapBuffer buffer(4096);
+    std::vector<float> room(100);
+    pushRamp(buffer, 0, 1000);
+    EXPECT_TRUE(buffer.newest(0, room).empty());
+    EXPECT_EQ(buffer.newest(40, room).size(), 40U);
+    auto window = buffer.newest(500, room);
+    ASSERT_EQ(window.size(), 100U);
+    EXPECT_EQ(window.front(), 400);
+    EXPECT_EQ(window.back(), 499);
+    EXPECT_TRUE(buffer.newest(500, room).empty()); // nothing new: it stands still
+    window = buffer.newest(5000, room);            // no more than there is
+    EXPECT_EQ(window.back(), 999);
+
+    pushRamp(buffer, 1000, 3000);
+    buffer.discardBefore(4000); // a seek: 3,001 frames will never be heard
+    EXPECT_TRUE(buffer.newest(4000, room).empty());
+    pushRamp(buffer, 4000, 10);
+    EXPECT_EQ(buffer.newest(4010, room).size(), 10U);
+    pushRamp(buffer, 5000, 20); // a hole in front
+    EXPECT_EQ(buffer.newest(5020, room).size(), 20U);
+}
+
+TEST(TapBuffer, GivesNothingThatHasBeenWrittenOver) {
+    TapBuffer buffer(1024);
+    std::vector<float> room(100);
+    pushRamp(buffer, 0, 1000);
+    pushRamp(buffer, 1000, 500);
+    EXPECT_TRUE(buffer.newest(500, room).empty());
+    EXPECT_EQ(buffer.newest(600, room).front(), 500);
+}
+
+TEST(TapBuffer, NeverMixesOldAndNewBetweenTwoThreads) {
+    constexpr std::int64_t total = 3'000'000; // exact as floats
+    TapBuffer buffer(1024);
+    std::atomic<std::int64_t> heard{0};
+    std::thread writer([&] {
+        std::vector<float> block;
+        for (std::int64_t at = 0; at < total;) {
+            const auto frames = std::size_t(1 + at % 300);
+            block = ramp(at, frames);
+            buffer.push(block.data(), frames, 2, at);
+            at += std::int64_t(frames);
+            heard.store(std::max<std::int64_t>(at - 600, 0), std::memory_order_relaxed);
+        }
+        heard.store(total, std::memory_order_relaxed);
+    });
+    std::vector<float> room(256);
+    int windows = 0;
+    bool whole = true;
+    for (std::int64_t now = 0; now < total;) {
+        now = heard.load(std::memory_order_relaxed);
+        const auto window = buffer.newest(now, room);
+        for (std::size_t i = 0; i < window.size(); ++i)
+            whole = whole && window[i] == window.front() + float(i);
+        windows += window.empty() ? 0 : 1;
+    }
+    writer.join();
+    EXPECT_TRUE(whole);
+    EXPECT_GT(windows, 0);
+}
+
+/// Renders a tone past the tap, as the graph does.
+class TappedTone final : public RenderSource {
+  public:
+    explicit TappedTone(SpectrumTap& tap)
+        : m_tap(tap) {}
+    void render(float* interleaved, std::size_t frames) noexcept override {
+        for (std::size_t i = 0; i < frames; ++i)
+            interleaved[2 * i] = interleaved[2 * i + 1] =
+                0.3F * std::sin(0.1F * float(m_position + std::int64_t(i)));
+        m_tap.push(interleaved, frames, m_position);
+        m_position += std::int64_t(frames);
+    }
+
+  private:
+    SpectrumTap& m_tap;
+    std::int64_t m_position = 0;
+};
+
+TEST(SpectrumTap, ShowsWhatIsHeardToWhoeverWatches) {
+    SpectrumModel model;
+    OfflineOutput output;
+    SpectrumTap tap(model, output);
+    TappedTone tone(tap);
+    const StreamFormat format{44'100, 2, 3};
+    tap.beginStream(format);
+    ASSERT_FALSE(output.open(format, tone));
+    ASSERT_FALSE(output.start());
+    int results = 0;
+    QObject::connect(&model, &SpectrumModel::changed, &model, [&] { ++results; });
+
+    model.beginWatching();
+    tap.setActive(true);
+    for (int i = 1; i <= 3; ++i) {
+        output.play(2048);
+        ASSERT_TRUE(waitFor([&] { return results == i; }));
+    }
+    EXPECT_NEAR(model.level(), 3.2 * 0.3 * std::sqrt(0.5), 0.02);
+    EXPECT_GT(*std::max_element(model.bands().begin(), model.bands().end()), 0.5F);
+
+    // Nothing but what is heard moves it, and nobody sees what played while nobody watched.
+    tap.setActive(false);
+    model.endWatching();
+    output.play(2048);
+    model.beginWatching();
+    tap.setActive(true);
+    output.play(2048);
+    EXPECT_TRUE(waitFor([&] { return results == 4; }));
+}
+
+} // namespace
+} // namespace halvane::test

@@ -1,0 +1,243 @@
+// SPDX-License-Identifier: MIT
+#include "library/settings_keys.h"
+#include "library/sound_check.h"
+#include "platform/cloud_files.h"
+#include "support/audio_material.h"
+#include "support/child_process.h"
+#include "support/memory_preferences.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <condition_variable>
+#include <mutex>
+
+namespace halvane::test {
+namespace {
+
+using namespace Qt::StringLiterals;
+using LoudnessAnalyzer::Measurement;
+
+TEST(SoundCheckGain, TurnsLoudDownAndQuietUpAsFarAsThePeakAllows) {
+    struct Case {
+        double rmsDb;
+        double peakDb;
+        double gain;
+    };
+    for (const Case& c :
+         {Case{-10, 0, -6}, Case{-22, -4, 3}, Case{-20, -0.5, 0}, Case{-180, -180, 164},
+          Case{-30, -20, 14}, Case{-16, 0, 0}, Case{-10, 1, -6}, Case{-20, 1, 0}})
+        EXPECT_DOUBLE_EQ(soundCheckGain(c.rmsDb, c.peakDb), c.gain) << c.rmsDb << ' ' << c.peakDb;
+}
+
+class NoCloud final : public CloudFiles {
+  public:
+    bool isEvicted(const QString& path) const override { return evicted.contains(path); }
+    void startDownloading(const QStringList&) override {}
+    bool isRemote(const QString& path) const override { return remote.contains(path); }
+    QSet<QString> evicted;
+    QSet<QString> remote;
+};
+
+/// Stands for the measuring: gives results only when it is let, and tells what it was asked.
+class Meter {
+  public:
+    std::optional<Measurement> measure(const QString& path, std::stop_token stop) {
+        std::unique_lock lock(m_mutex);
+        m_asked.append(path);
+        m_mostAtOnce = std::max(m_mostAtOnce, ++m_atOnce);
+        const std::stop_callback wake(stop, [this] { m_changed.notify_all(); });
+        m_changed.wait_for(lock, std::chrono::seconds(10),
+                           [&] { return m_permits > 0 || stop.stop_requested(); });
+        --m_atOnce;
+        if (stop.stop_requested())
+            return std::nullopt;
+        --m_permits;
+        return m_broken.contains(path) ? std::nullopt : std::optional(Measurement{-10, 0});
+    }
+    void let(int files) {
+        const std::scoped_lock lock(m_mutex);
+        m_permits += files;
+        m_changed.notify_all();
+    }
+    QStringList asked() const {
+        const std::scoped_lock lock(m_mutex);
+        return m_asked;
+    }
+    int mostAtOnce() const { return m_mostAtOnce; }
+    void breakFile(const QString& path) { m_broken.insert(path); }
+
+  private:
+    mutable std::mutex m_mutex;
+    std::condition_variable m_changed;
+    QStringList m_asked;
+    QSet<QString> m_broken;
+    int m_permits = 0;
+    int m_atOnce = 0;
+    int m_mostAtOnce = 0;
+};
+
+class SoundCheckTest : public testing::Test {
+  protected:
+    std::unique_ptr<SoundCheck> make() {
+        SoundCheck::Collaborators with;
+        with.visitFiles = [this](const std::function<void(const FileUrl&)>& visit) {
+            for (const QString& path : files)
+                visit(FileUrl(path));
+        };
+        with.isAvailable = [this](const QString& path) { return !unavailable.contains(path); };
+        with.currentPath = [this] { return current; };
+        with.setTrackGain = [this](double dB) { gains.append(dB); };
+        with.measure = [this](const QString& path, std::stop_token stop) {
+            return meter.measure(path, std::move(stop));
+        };
+        auto made = std::make_unique<SoundCheck>(preferences, cloud, with);
+        made->restore();
+        return made;
+    }
+    bool measured(const SoundCheck& check, const QStringList& paths) {
+        return waitFor([&] {
+            return std::all_of(paths.begin(), paths.end(), [&](const QString& path) {
+                return check.trackLoudness().contains(path);
+            });
+        });
+    }
+    NumbersMap stored() const {
+        return preferences.numbersMap(SettingsKey::trackLoudness).valueOr({});
+    }
+
+    MemoryPreferences preferences;
+    NoCloud cloud;
+    Meter meter;
+    QStringList files{u"/a"_s, u"/b"_s, u"/c"_s};
+    QSet<QString> unavailable;
+    std::optional<QString> current;
+    QList<double> gains;
+};
+
+TEST_F(SoundCheckTest, ScansOneFileAtATimeInOrderAndKeepsEachResult) {
+    files = {u"/a"_s, u"/gone"_s, u"/b"_s, u"/evicted"_s, u"/remote"_s, u"/broken"_s, u"/./c"_s};
+    unavailable = {u"/gone"_s};
+    cloud.evicted = {u"/evicted"_s};
+    cloud.remote = {u"/remote"_s};
+    meter.breakFile(u"/broken"_s);
+    const auto check = make();
+    check->scanLoudnessIfNeeded(); // switched off
+    EXPECT_TRUE(meter.asked().isEmpty());
+
+    check->setSoundCheckEnabled(true);
+    meter.let(1);
+    ASSERT_TRUE(measured(*check, {u"/a"_s}));
+    EXPECT_EQ(stored().size(), 1);
+    EXPECT_EQ(stored().value(u"/a"_s), (std::vector<double>{-10, 0}));
+    meter.let(3);
+    ASSERT_TRUE(measured(*check, {u"/b"_s, u"/c"_s}));
+    EXPECT_EQ(meter.asked(), (QStringList{u"/a"_s, u"/b"_s, u"/broken"_s, u"/./c"_s}));
+    EXPECT_EQ(meter.mostAtOnce(), 1);
+    EXPECT_EQ(preferences.changes(SettingsKey::trackLoudness), 3); // an entry each
+    EXPECT_EQ(stored(), check->trackLoudness());
+}
+
+TEST_F(SoundCheckTest, AppliesAResultWhileItsTrackPlays) {
+    current = u"/b"_s;
+    const auto check = make();
+    check->setSoundCheckEnabled(true);
+    EXPECT_EQ(gains.last(), 0);
+    meter.let(2);
+    ASSERT_TRUE(measured(*check, {u"/b"_s}));
+    EXPECT_EQ(gains.last(), -6);
+    check->setSoundCheckEnabled(false);
+    EXPECT_EQ(gains.last(), 0);
+    check->setSoundCheckEnabled(true);
+    EXPECT_EQ(gains.last(), -6);
+    current.reset();
+    check->applySoundCheckForCurrentTrack();
+    EXPECT_EQ(gains.last(), 0);
+}
+
+TEST_F(SoundCheckTest, ClampsTheGainItApplies) {
+    preferences.setNumbersMap(SettingsKey::trackLoudness, {{u"/silent"_s, {-180, -180}},
+                                                           {u"/loud"_s, {4, 6}},
+                                                           {u"/three"_s, {-10, 0, 1}},
+                                                           {u"/a"_s, {-10, 0}}});
+    preferences.setBoolean(SettingsKey::soundCheckEnabled, true);
+    files = {u"/three"_s, u"/a"_s};
+    const auto check = make();
+    EXPECT_EQ(check->soundCheckGain(u"/silent"_s), 164);
+    for (const auto& [path, gain] :
+         {std::pair{u"/silent"_s, 12.0}, std::pair{u"/loud"_s, -18.0}, std::pair{u"/a"_s, -6.0},
+          std::pair{u"/three"_s, 0.0}, std::pair{u"/unknown"_s, 0.0}}) {
+        check->applySoundCheck(path);
+        EXPECT_EQ(gains.last(), gain) << path.toStdString();
+    }
+    EXPECT_FALSE(check->soundCheckGain(u"/three"_s)); // counts as unmeasured
+    check->scanLoudnessIfNeeded();                    // and is not measured again
+    EXPECT_TRUE(meter.asked().isEmpty());
+}
+
+TEST_F(SoundCheckTest, SwitchingOffEndsTheScanAndDropsItsResult) {
+    const auto check = make();
+    check->setSoundCheckEnabled(true);
+    ASSERT_TRUE(waitFor([&] { return meter.asked().size() == 1; }));
+    check->setSoundCheckEnabled(false);
+    meter.let(10);
+    check->setSoundCheckEnabled(true); // begins anew
+    ASSERT_TRUE(measured(*check, files));
+    EXPECT_EQ(meter.asked(), (QStringList{u"/a"_s, u"/a"_s, u"/b"_s, u"/c"_s}));
+    EXPECT_EQ(preferences.changes(SettingsKey::trackLoudness), 3);
+}
+
+TEST_F(SoundCheckTest, NewFilesRestartTheScanAndNoneLeaveItAlone) {
+    const auto check = make();
+    check->setSoundCheckEnabled(true);
+    ASSERT_TRUE(waitFor([&] { return meter.asked().size() == 1; }));
+    const QStringList all = std::exchange(files, {});
+    check->scanLoudnessIfNeeded(); // nothing to measure: the scan that runs goes on
+    meter.let(1);
+    ASSERT_TRUE(measured(*check, {u"/a"_s}));
+    files = all + QStringList{u"/d"_s};
+    check->scanLoudnessIfNeeded();
+    meter.let(10);
+    ASSERT_TRUE(measured(*check, files));
+    EXPECT_EQ(meter.asked().count(u"/a"_s), 1);
+}
+
+TEST_F(SoundCheckTest, ForgetsFilesThatLeftTheLibraryEvenWhileTheyAreMeasured) {
+    const auto check = make();
+    check->setSoundCheckEnabled(true);
+    meter.let(1);
+    ASSERT_TRUE(measured(*check, {u"/a"_s}));
+    ASSERT_TRUE(waitFor([&] { return meter.asked().size() == 2; }));
+    check->removePaths({u"/a"_s, u"/b"_s});
+    meter.let(10);
+    ASSERT_TRUE(measured(*check, {u"/c"_s}));
+    EXPECT_EQ(check->trackLoudness().keys(), QStringList{u"/c"_s});
+    EXPECT_EQ(stored(), check->trackLoudness());
+}
+
+TEST_F(SoundCheckTest, EndsWhileAFileIsBeingMeasured) {
+    auto check = make();
+    check->setSoundCheckEnabled(true);
+    ASSERT_TRUE(waitFor([&] { return meter.asked().size() == 1; }));
+    check.reset(); // does not wait for the whole file
+    EXPECT_TRUE(stored().isEmpty());
+}
+
+TEST_F(SoundCheckTest, MeasuresRealFiles) {
+    const QString path = encoded(sine(441, 0.5, 100'000), u"flac"_s,
+                                 u"flac -s --channel-map=none -o \"$OUT\" \"$IN\""_s);
+    SoundCheck::Collaborators with;
+    with.visitFiles = [&](const std::function<void(const FileUrl&)>& visit) {
+        visit(FileUrl(path));
+    };
+    with.isAvailable = [](const QString&) { return true; };
+    with.currentPath = [] { return std::nullopt; };
+    with.setTrackGain = [](double) {};
+    SoundCheck check(preferences, cloud, with);
+    check.setSoundCheckEnabled(true);
+    ASSERT_TRUE(measured(check, {path}));
+    EXPECT_NEAR(check.trackLoudness().value(path)[0], -9.03, 0.01);
+}
+
+} // namespace
+} // namespace halvane::test
