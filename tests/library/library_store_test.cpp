@@ -66,7 +66,7 @@ TEST(LibraryStoreDeathTest, OtherThreadsAreTurnedAway) {
     EXPECT_DEATH(
         {
             LibraryStore store;
-            std::thread([&] { store.append({}); }).join();
+            std::thread([&] { store.append(TrackRows()); }).join();
         },
         "LibraryStore used on a thread");
 }
