@@ -60,7 +60,7 @@ Stored<T> typed(std::optional<PreferenceValue> value) {
 
 } // namespace
 
-void apply(const PreferenceChange& change, std::optional<PreferenceValue>& value) {
+void applyChange(const PreferenceChange& change, std::optional<PreferenceValue>& value) {
     std::visit(Apply{value}, change.what);
 }
 

@@ -5,9 +5,11 @@
 
 namespace halvane {
 
-/// A stored value, one alternative a kind.
-using PreferenceValue = std::variant<bool, double, QString, std::vector<double>, QStringList,
-                                     std::vector<QByteArray>, QByteArray, IntegerMap, NumbersMap>;
+/// A stored value, one alternative a kind; OtherKind is one that no getter reads, and never
+/// written.
+using PreferenceValue =
+    std::variant<OtherKind, bool, double, QString, std::vector<double>, QStringList,
+                 std::vector<QByteArray>, QByteArray, IntegerMap, NumbersMap>;
 
 /// One change of one key, as a value that can be kept and applied later. Applying a change twice
 /// gives what applying it once gives.
@@ -38,7 +40,7 @@ struct PreferenceChange {
 };
 
 /// What a key's value becomes by a change; none stands for an absent key.
-void apply(const PreferenceChange& change, std::optional<PreferenceValue>& value);
+void applyChange(const PreferenceChange& change, std::optional<PreferenceValue>& value);
 
 /// Preferences whose typed getters and setters come down to reading one value and making one
 /// change.

@@ -24,7 +24,7 @@ class MemoryPreferences final : public ValuePreferences {
         ++m_changes[change.key];
         std::optional<PreferenceValue> value =
             m_values.contains(change.key) ? std::optional(m_values.take(change.key)) : std::nullopt;
-        halvane::apply(change, value);
+        applyChange(change, value);
         if (value)
             m_values.insert(change.key, std::move(*value));
     }
