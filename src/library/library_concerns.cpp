@@ -37,6 +37,7 @@ LibraryConcerns::LibraryConcerns(const Environment& environment)
                 [this](bool enabled, const std::vector<double>& gains, double preamp) {
                     engine.setEQ(enabled, gains, preamp);
                 })
+    , soundCheck(outside.preferences, outside.cloudFiles, soundCheckCollaborators())
     , browsing({store, catalog, playlists, covers,
                 [this]() -> const QSet<QString>& { return userData.lovedPaths(); },
                 [this] { return resolvedLanguage(); }},
@@ -47,7 +48,7 @@ LibraryConcerns::LibraryConcerns(const Environment& environment)
     , theme(outside.preferences, ambient)
     , remote(transport, queue, engine)
     , nowPlaying(outside.mediaControls, outside.notifications, remote, isApplicationActive,
-                 outside.dataFolder + QStringLiteral("/NowPlaying")) {
+                 outside.cacheFolder + QStringLiteral("/NowPlaying")) {
     connectRows();
     connectNowPlaying();
     connectLanguage();
@@ -72,6 +73,7 @@ void LibraryConcerns::start() {
     playlists.restore();
     theme.restoreTheme();
     views.restoreRemainingTime();
+    soundCheck.restore();
     observeApplication();
     nowPlaying.setupRemoteCommands();
     outside.notifications.requestAuthorization();
@@ -101,13 +103,32 @@ TransportCollaborators LibraryConcerns::transportCollaborators() {
         .clock = outside.clock,
         .random = systemRandomIndex(),
         .language = [this] { return resolvedLanguage(); },
-        .soundCheckGain = [](const QString&) { return std::optional<double>(); },
+        .soundCheckGain = [this](const QString& path) { return soundCheck.soundCheckGain(path); },
         .countPlay = [this](const QString& path) { userData.countPlay(path); },
         .showEntry = [this](const QueueItem& entry) { showEntry(entry); },
         .updateNowPlaying = [this] { nowPlaying.updateNowPlayingInfo(); },
         .notifyTrackChange =
             [this](const QueueItem& entry) { nowPlaying.notifyTrackChange(entry); },
     };
+}
+
+SoundCheck::Collaborators LibraryConcerns::soundCheckCollaborators() {
+    SoundCheck::Collaborators with;
+    with.visitFiles = [this](const std::function<void(const FileUrl&)>& visit) {
+        for (const TrackPtr& track : store.rows()) {
+            if (track->sourceURL)
+                visit(*track->sourceURL);
+        }
+    };
+    with.isAvailable = [this](const QString& path) {
+        return availability.state(path) == TrackAvailability::available;
+    };
+    with.currentPath = [this] {
+        const QString path = queue.currentPath();
+        return path.isEmpty() ? std::nullopt : std::optional(path);
+    };
+    with.setTrackGain = [this](double dB) { engine.setTrackGain(dB); };
+    return with;
 }
 
 void LibraryConcerns::showEntry(const QueueItem& entry) {

@@ -18,6 +18,7 @@
 #include "library/progress_clock.h"
 #include "library/remote_player_adapter.h"
 #include "library/sidebar_model.h"
+#include "library/sound_check.h"
 #include "library/status_line.h"
 #include "library/theme_settings.h"
 #include "library/track_user_data.h"
@@ -66,6 +67,7 @@ class LibraryConcerns : public QObject {
     Transport transport;
     TransportSettings transportSettings;
     EqualizerSettings equalizer;
+    SoundCheck soundCheck;
 
     // What is shown.
     Browsing browsing;
@@ -81,6 +83,7 @@ class LibraryConcerns : public QObject {
   private:
     RowState rowState();
     TransportCollaborators transportCollaborators();
+    SoundCheck::Collaborators soundCheckCollaborators();
     std::size_t sidebarCount(SidebarItem item) const;
     void showEntry(const QueueItem& entry);
     void selectedAlbumChanged();

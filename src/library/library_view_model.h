@@ -101,7 +101,7 @@ class LibraryViewModel : public QObject {
     Q_PROPERTY(QString lastImportMessage READ lastImportMessage NOTIFY lastImportMessageChanged)
     Q_PROPERTY(bool statusIsError READ statusIsError NOTIFY statusIsErrorChanged)
 
-    // Equalizer
+    // Equalizer and Sound Check
     Q_PROPERTY(bool eqEnabled READ eqEnabled WRITE setEqEnabled NOTIFY eqEnabledChanged)
     Q_PROPERTY(QList<double> eqGains READ eqGains NOTIFY eqGainsChanged)
     Q_PROPERTY(double eqPreamp READ eqPreamp WRITE setEqPreamp NOTIFY eqPreampChanged)
@@ -109,6 +109,8 @@ class LibraryViewModel : public QObject {
                    currentEQPresetIDChanged) // empty: none
     Q_PROPERTY(QString presetMenuTitle READ presetMenuTitle NOTIFY presetMenuTitleChanged)
     Q_PROPERTY(QStringList userEQPresetNames READ userEQPresetNames NOTIFY userEQPresetsChanged)
+    Q_PROPERTY(bool soundCheckEnabled READ soundCheckEnabled WRITE setSoundCheckEnabled NOTIFY
+                   soundCheckEnabledChanged)
     Q_PROPERTY(halvane::SpectrumModel* spectrum READ spectrum CONSTANT)
 
     // Appearance
@@ -212,6 +214,8 @@ class LibraryViewModel : public QObject {
     QString currentEQPresetID() const;
     QString presetMenuTitle() const;
     QStringList userEQPresetNames() const;
+    bool soundCheckEnabled() const;
+    void setSoundCheckEnabled(bool enabled);
     SpectrumModel* spectrum();
 
     AppLanguage languageSetting() const;
@@ -317,6 +321,7 @@ class LibraryViewModel : public QObject {
     void currentEQPresetIDChanged();
     void presetMenuTitleChanged();
     void userEQPresetsChanged();
+    void soundCheckEnabledChanged();
     void languageChanged();
     void themeChanged();
     void spectrumTintChanged();

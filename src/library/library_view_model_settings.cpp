@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Equalizer, language and look, as the views see them.
+// Equalizer, Sound Check, language and look, as the views see them.
 #include "library/equalizer_presets.h"
 #include "library/library_concerns.h"
 #include "library/library_view_model.h"
@@ -26,6 +26,9 @@ void LibraryViewModel::forwardSettings() {
     connect(equalizer, &EqualizerSettings::currentEQPresetIDChanged, this,
             &Self::presetMenuTitleChanged);
     connect(equalizer, &EqualizerSettings::userEQPresetsChanged, this, &Self::userEQPresetsChanged);
+
+    connect(&m_concerns->soundCheck, &SoundCheck::soundCheckEnabledChanged, this,
+            &Self::soundCheckEnabledChanged);
 
     const ThemeSettings* theme = &m_concerns->theme;
     connect(theme, &ThemeSettings::themeChanged, this, &Self::themeChanged);
@@ -64,6 +67,12 @@ QString LibraryViewModel::presetMenuTitle() const {
 }
 QStringList LibraryViewModel::userEQPresetNames() const {
     return m_concerns->equalizer.userEQPresetNames();
+}
+bool LibraryViewModel::soundCheckEnabled() const {
+    return m_concerns->soundCheck.soundCheckEnabled();
+}
+void LibraryViewModel::setSoundCheckEnabled(bool enabled) {
+    m_concerns->soundCheck.setSoundCheckEnabled(enabled);
 }
 SpectrumModel* LibraryViewModel::spectrum() {
     return &m_concerns->engine.spectrum();

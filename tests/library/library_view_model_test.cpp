@@ -1,0 +1,209 @@
+// SPDX-License-Identifier: MIT
+// The whole controller on real files, the real engine and an output that the test pulls.
+#include "library/library_concerns.h"
+#include "library/library_view_model.h"
+#include "library/play_queue.h"
+#include "library/settings_keys.h"
+#include "library/tracks.h"
+#include "support/audio_material.h"
+#include "support/fake_environment.h"
+
+#include <QCoreApplication>
+
+#include <gtest/gtest.h>
+
+using namespace halvane;
+using namespace halvane::test;
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+TEST(LibraryViewModel, AFreshInstallationIsSilentAndEmpty) {
+    FakeEnvironment outside;
+    const LibraryViewModel library{outside};
+    EXPECT_EQ(library.volume(), 0.72);
+    EXPECT_EQ(library.repeatMode(), PlaybackRepeatMode::off);
+    EXPECT_FALSE(library.isShuffleEnabled());
+    EXPECT_FALSE(library.isPlaying());
+    EXPECT_FALSE(library.hasCurrentTrack());
+    EXPECT_EQ(library.elapsedTime(), u"0:00"_s);
+    EXPECT_EQ(library.durationDisplay(), u"--:--"_s);
+    EXPECT_EQ(library.queueSourceText(), u"Playing from: Library"_s);
+    EXPECT_EQ(library.trackCount(), 0);
+    EXPECT_TRUE(library.showNowPlayingPanel());
+    EXPECT_EQ(library.themeAccentMode(), SpectrumTintMode::mint);
+    EXPECT_EQ(outside.notifications.requests, 1);
+    EXPECT_EQ(outside.clock.pendingTimers(), 0U);
+    EXPECT_EQ(outside.output.opens, 0);
+}
+
+TEST(LibraryViewModel, RestoresWhatMakesSenseAndWritesItBack) {
+    FakeEnvironment outside;
+    outside.preferences.setNumber(SettingsKey::volume, 1.7);
+    outside.preferences.setString(SettingsKey::repeatMode, u"ALL"_s);
+    outside.preferences.setBoolean(SettingsKey::shuffleEnabled, true);
+    outside.preferences.setBoolean(SettingsKey::showNowPlayingPanel, false);
+    outside.preferences.setString(SettingsKey::language, u"simplifiedChinese"_s);
+    LibraryViewModel library{outside};
+    EXPECT_EQ(library.volume(), 1);
+    EXPECT_EQ(*outside.preferences.number(SettingsKey::volume), 1);
+    EXPECT_EQ(library.repeatMode(), PlaybackRepeatMode::off);
+    EXPECT_EQ(*outside.preferences.string(SettingsKey::repeatMode), u"ALL"_s);
+    EXPECT_TRUE(library.isShuffleEnabled());
+    EXPECT_FALSE(library.showNowPlayingPanel());
+    EXPECT_EQ(library.resolvedLanguage(), ResolvedLanguage::simplifiedChinese);
+
+    library.advanceRepeatMode();
+    library.stepVolume(-0.5);
+    library.toggleShuffle();
+    library.setShowRemainingTime(true);
+    const LibraryViewModel again{outside};
+    EXPECT_EQ(again.repeatMode(), PlaybackRepeatMode::all);
+    EXPECT_EQ(again.volume(), 0.5);
+    EXPECT_FALSE(again.isShuffleEnabled());
+    EXPECT_TRUE(again.showRemainingTime());
+}
+
+namespace {
+
+/// Two pieces of one album and one of another rate, in a library that is put together by hand.
+struct PlayingTest : testing::Test {
+    static constexpr int rate = 44'100;
+    FakeEnvironment outside;
+    QTemporaryDir music;
+    LibraryConcerns library{outside};
+
+    void SetUp() override {
+        library.start();
+        const Pcm whole = test::music(2 * rate, rate);
+        writeWave(whole.cut(0, rate), path("1"));
+        writeWave(whole.cut(rate, 2 * rate), path("2"));
+        writeWave(test::music(48'000, 48'000), path("3"));
+        std::vector<Track> tracks;
+        for (const char* name : {"1", "2", "3"}) {
+            tracks.push_back(trackOf(path(name), QLatin1StringView(name), u"Moss"_s,
+                                     *name == '3' ? u"Bark"_s : u"Fern"_s));
+            tracks.back().durationSeconds = 1;
+        }
+        library.store.append(rowsOf(tracks));
+        library.catalog.rebuildImportedAlbums();
+    }
+    QString path(const char* name) const {
+        return music.filePath(QLatin1StringView(name) + u".wav"_s);
+    }
+    QString title() const { return library.queue.currentItem().value_or(QueueItem()).title; }
+    /// Plays until something that the test waits for has come about.
+    void playUntil(const std::function<bool()>& reached) {
+        for (int i = 0; i < 2000 && !reached(); ++i) {
+            outside.output.play(441);
+            outside.clock.advance(10ms);
+            QCoreApplication::processEvents();
+        }
+        ASSERT_TRUE(reached());
+    }
+};
+
+} // namespace
+
+TEST_F(PlayingTest, PlaysAnAlbumThroughWithoutAGapAndStopsAtItsEnd) {
+    library.collections.playAlbum(u"local|moss|fern"_s);
+    EXPECT_EQ(title(), u"1"_s);
+    EXPECT_TRUE(library.transport.isPlaying());
+    EXPECT_TRUE(outside.sleepInhibitor.inhibited);
+    EXPECT_EQ(outside.mediaControls.state, MediaPlaybackState::playing);
+    EXPECT_EQ(outside.mediaControls.info->title, u"1"_s);
+    EXPECT_EQ(library.userData.playCount(path("1")), 1);
+    playUntil([&] { return library.progress.progress() > 0.4; });
+    playUntil([&] { return title() == u"2"_s; });
+    EXPECT_EQ(outside.output.opens, 1); // the same stream goes on
+    playUntil([&] { return !library.transport.isPlaying(); });
+    EXPECT_EQ(title(), u"2"_s);
+    EXPECT_EQ(library.progress.progress(), 1);
+    EXPECT_EQ(outside.mediaControls.state, MediaPlaybackState::stopped);
+    EXPECT_FALSE(outside.sleepInhibitor.inhibited);
+    EXPECT_EQ(outside.clock.pendingTimers(), 0U); // a silent player costs nothing
+}
+
+TEST_F(PlayingTest, PausesSeeksAndGoesOnToAnotherRate) {
+    library.collections.playArtist(u"Moss"_s);
+    playUntil([&] { return library.engine.elapsedSeconds() > 0.2; });
+    library.transport.togglePlayback();
+    const double paused = library.engine.elapsedSeconds();
+    EXPECT_EQ(outside.clock.pendingTimers(), 0U);
+    library.transport.seek(0.75);
+    EXPECT_NEAR(library.engine.elapsedSeconds(), 0.75, 1e-4);
+    EXPECT_NE(paused, library.engine.elapsedSeconds());
+    EXPECT_EQ(outside.mediaControls.jumps, std::vector<double>{0.75});
+    library.transport.togglePlayback();
+    playUntil([&] { return title() == u"2"_s; });
+    library.transport.playNext(true);
+    EXPECT_EQ(title(), u"3"_s);
+    EXPECT_EQ(library.engine.fileSampleRate(), 48'000);
+    playUntil([&] { return library.engine.elapsedSeconds() > 0.1; });
+    outside.mediaControls.handlers.previousTrack();
+    EXPECT_EQ(title(), u"2"_s);
+}
+
+TEST_F(PlayingTest, WhatIsPlayedIsSelectedAndShown) {
+    library.collections.playTrack(library.store.track(path("3"))->id);
+    EXPECT_EQ(library.queue.size(), 1U);
+    EXPECT_EQ(library.browsing.selectedAlbumID(), u"local|moss|bark"_s);
+    library.collections.playTrack(library.store.track(path("1"))->id);
+    EXPECT_EQ(library.queue.size(), 2U); // appended
+    library.collections.playTrack(library.store.track(path("3"))->id);
+    EXPECT_EQ(library.queue.size(), 2U); // found
+    EXPECT_EQ(title(), u"3"_s);
+    library.userData.toggleLoved(path("3"));
+    EXPECT_TRUE(library.queue.index(0).data(PlayQueue::IsLovedRole).toBool());
+    EXPECT_EQ(library.sidebar.sidebarBadge(SidebarItem::loved), u"1"_s);
+
+    // A playlist whose first track is missing starts at the next one, with the whole list queued.
+    const QUuid id = *library.playlists.createPlaylist(u"Mix"_s);
+    library.playlists.addTrackPaths({path("2"), u"/gone"_s, path("1")}, id);
+    library.availability.markUnavailable(path("2"));
+    library.collections.playPlaylist(id);
+    EXPECT_EQ(title(), u"1"_s);
+    EXPECT_EQ(library.queue.size(), 2U);
+    EXPECT_EQ(library.queue.sourceLabel(), u"Mix"_s);
+
+    library.availability.markUnavailable(path("1"));
+    library.collections.playAlbum(u"local|moss|fern"_s);
+    EXPECT_EQ(library.status.text(), u"No playable tracks in the library yet"_s);
+    EXPECT_EQ(library.queue.sourceLabel(), u"Mix"_s);
+}
+
+TEST_F(PlayingTest, PlayingTheAlbumThatPlaysOnlyResumes) {
+    library.collections.playAlbum(u"local|moss|fern"_s);
+    const QUuid entry = library.queue.idAt(0);
+    library.collections.playAlbum(u"local|moss|fern"_s);
+    EXPECT_TRUE(library.transport.isPlaying());
+    library.transport.togglePlayback();
+    library.collections.playAlbum(u"local|moss|fern"_s);
+    EXPECT_TRUE(library.transport.isPlaying());
+    EXPECT_EQ(library.queue.idAt(0), entry); // not queued anew
+}
+
+TEST_F(PlayingTest, AFileThatIsNoSoundIsSaidAndSkipped) {
+    QFile broken(path("1"));
+    ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
+    broken.write("no sound at all");
+    broken.close();
+    library.collections.playAlbum(u"local|moss|fern"_s);
+    EXPECT_EQ(library.status.text(), u"Can't play \"1\""_s);
+    EXPECT_FALSE(library.transport.isPlaying());
+    EXPECT_EQ(library.availability.state(path("1")), TrackAvailability::missing);
+    library.transport.playNext(true);
+    EXPECT_EQ(title(), u"2"_s);
+    EXPECT_TRUE(library.transport.isPlaying());
+}
+
+TEST_F(PlayingTest, ALostServerIsSaidAndPlaybackGoesOnWhenItIsBack) {
+    library.collections.playAlbum(u"local|moss|fern"_s);
+    playUntil([&] { return library.engine.elapsedSeconds() > 0.3; });
+    outside.output.vanish();
+    QCoreApplication::processEvents();
+    outside.output.comeBack();
+    QCoreApplication::processEvents();
+    if (!library.transport.isPlaying())
+        library.transport.togglePlayback();
+    playUntil([&] { return title() == u"2"_s; });
+}

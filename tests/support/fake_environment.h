@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "library/environment.h"
+#include "platform/audio_devices.h"
+#include "platform/cloud_files.h"
+#include "platform/file_chooser.h"
+#include "platform/media_controls.h"
+#include "platform/notifications.h"
+#include "platform/preferred_languages.h"
+#include "platform/sleep_inhibitor.h"
+#include "support/manual_clock.h"
+#include "support/memory_preferences.h"
+#include "support/offline_output.h"
+
+#include <QSet>
+#include <QTemporaryDir>
+
+namespace halvane::test {
+
+/// Devices that a test plugs in and out.
+class FakeDevices final : public AudioOutput::Devices {
+  public:
+    std::vector<AudioOutput::OutputDevice> devices{{1, QStringLiteral("Speakers")}};
+    std::optional<std::uint32_t> defaultDevice = 1;
+
+    std::vector<AudioOutput::OutputDevice> outputDevices() const override { return devices; }
+    std::optional<std::uint32_t> defaultOutputDevice() const override { return defaultDevice; }
+    std::optional<QString> deviceName(std::uint32_t id) const override {
+        for (const AudioOutput::OutputDevice& device : devices) {
+            if (device.id == id)
+                return device.name;
+        }
+        return std::nullopt;
+    }
+};
+
+/// Remembers what was published, and holds the handlers for a test to call.
+class FakeMediaControls final : public MediaControls {
+  public:
+    MediaCommandHandlers handlers;
+    std::optional<NowPlayingInfo> info;
+    MediaPlaybackState state = MediaPlaybackState::stopped;
+    MediaCapabilities capabilities;
+    std::vector<double> jumps;
+
+    void setHandlers(MediaCommandHandlers given) override { handlers = std::move(given); }
+    void publish(const std::optional<NowPlayingInfo>& now, MediaPlaybackState stands) override {
+        info = now;
+        state = stands;
+    }
+    void publishCapabilities(const MediaCapabilities& given) override { capabilities = given; }
+    void publishModes(MediaLoop, bool, double) override {}
+    void seeked(double seconds) override { jumps.push_back(seconds); }
+    void setWindowHandlers(WindowCommandHandlers) override {}
+    void publishFullScreen(bool) override {}
+};
+
+class FakeNotifications final : public Notifications {
+  public:
+    int requests = 0;
+    std::vector<Notification> posted;
+
+    void requestAuthorization() override { ++requests; }
+    void post(const Notification& notification) override { posted.push_back(notification); }
+};
+
+/// A panel in which the test chooses.
+class FakeFileChooser final : public FileChooser {
+  public:
+    std::optional<FileChooserRequest> request;
+    std::function<void(const QStringList&)> chosen;
+
+    void choose(const FileChooserRequest& asked,
+                std::function<void(const QStringList& paths)> answer) override {
+        request = asked;
+        chosen = std::move(answer);
+    }
+};
+
+class FakeCloudFiles final : public CloudFiles {
+  public:
+    QSet<QString> evicted; ///< to be changed only while no worker looks
+    QStringList downloading;
+
+    bool isEvicted(const QString& path) const override { return evicted.contains(path); }
+    void startDownloading(const QStringList& paths) override { downloading += paths; }
+    bool isRemote(const QString&) const override { return false; }
+};
+
+class FakeLanguages final : public PreferredLanguages {
+  public:
+    QStringList list{QStringLiteral("en-US")};
+    QStringList tags() const override { return list; }
+};
+
+class FakeSleepInhibitor final : public SleepInhibitor {
+  public:
+    bool inhibited = false;
+    void setInhibited(bool inhibit) override { inhibited = inhibit; }
+};
+
+/// Everything outside the program, in a test's hands. A second library made on it finds what the
+/// first one stored.
+struct FakeEnvironment {
+    ManualClock clock;
+    MemoryPreferences preferences;
+    OfflineOutput output;
+    FakeDevices devices;
+    FakeMediaControls mediaControls;
+    FakeNotifications notifications;
+    FakeFileChooser fileChooser;
+    FakeCloudFiles cloudFiles;
+    FakeLanguages languages;
+    FakeSleepInhibitor sleepInhibitor;
+    QTemporaryDir folder;
+
+    operator Environment() {
+        return {clock,
+                preferences,
+                output,
+                devices,
+                mediaControls,
+                notifications,
+                fileChooser,
+                cloudFiles,
+                languages,
+                sleepInhibitor,
+                folder.filePath(QStringLiteral("data")),
+                folder.filePath(QStringLiteral("cache"))};
+    }
+};
+
+} // namespace halvane::test
