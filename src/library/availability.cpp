@@ -142,29 +142,37 @@ bool Availability::isReadable(const QString& path) const {
 }
 
 void Availability::markAvailable(const QString& path) {
-    ++m_generation;
-    Sets sets = m_sets;
-    sets.inCloud.remove(path);
-    sets.missing.remove(path);
-    publish(std::move(sets));
+    setState(path, TrackAvailability::available);
 }
 
 void Availability::markInCloud(const QString& path) {
-    ++m_generation;
-    Sets sets = m_sets;
-    sets.inCloud.insert(path);
-    sets.missing.remove(path);
-    publish(std::move(sets));
+    setState(path, TrackAvailability::inCloud);
 }
 
 void Availability::markUnavailable(const QString& path) {
-    if (isCloudEvicted(path))
-        return markInCloud(path);
+    setState(path,
+             isCloudEvicted(path) ? TrackAvailability::inCloud : TrackAvailability::missing);
+}
+
+/// Changes the sets in place: a whole drive's files may be found missing one by one.
+void Availability::setState(const QString& path, TrackAvailability state) {
+    assertOwnThread(*this);
     ++m_generation;
-    Sets sets = m_sets;
-    sets.inCloud.remove(path);
-    sets.missing.insert(path);
-    publish(std::move(sets));
+    const auto update = [&](QSet<QString>& set, bool holds) {
+        if (set.contains(path) == holds)
+            return false;
+        if (holds)
+            set.insert(path);
+        else
+            set.remove(path);
+        return true;
+    };
+    const bool cloudChanged = update(m_sets.inCloud, state == TrackAvailability::inCloud);
+    const bool missingChanged = update(m_sets.missing, state == TrackAvailability::missing);
+    if (cloudChanged)
+        Q_EMIT cloudPendingPathsChanged();
+    if (missingChanged)
+        Q_EMIT unavailablePathsChanged();
 }
 
 void Availability::startCloudDownloads(const QSet<QString>& paths) {

@@ -67,6 +67,7 @@ class Availability : public QObject, public FileAvailability {
                      const Sets& before);
     void land(quint64 generation, Sets sets);
     void publish(Sets sets);
+    void setState(const QString& path, TrackAvailability state);
 
     AvailabilityCollaborators m_with;
     Sets m_sets;

@@ -41,7 +41,6 @@ void CollectionPlayer::playTrack(const QUuid& withID) {
     if (const auto row = m_with.queue.rowOfPath(track->path()))
         return m_with.transport.playItem(m_with.queue.idAt(*row), true);
     const std::size_t row = m_with.queue.append({track});
-    m_with.persistImportedAudio();
     m_with.transport.playItem(m_with.queue.idAt(row), true);
 }
 

@@ -21,7 +21,6 @@ class CollectionPlayer {
         Browsing& browsing;
         PlayQueue& queue;
         Transport& transport;
-        std::function<void()> persistImportedAudio;
     };
 
     /// All collaborators outlive it.

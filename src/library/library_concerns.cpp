@@ -25,12 +25,21 @@ LibraryConcerns::LibraryConcerns(const Environment& environment)
     , playlists(outside.preferences)
     , views(outside.preferences)
     , catalog(store, [this] { return resolvedLanguage(); })
-    , availability(outside.cloudFiles)
+    , cache(outside.dataFolder)
+    , importedPaths(outside.preferences, store)
+    , persistence(store, cache)
+    , bookmarks(outside.preferences)
+    , duplicates(store)
     , engine(outside.output, outside.clock)
     , transportEngine(engine)
     , status(outside.clock)
     , progress(transportEngine, outside.clock)
     , queue(rowState())
+    , downloads({outside.clock, outside.cloudFiles, [this] { availability.refreshAvailability(); },
+                 [this] { return !availability.cloudPendingPaths().isEmpty(); }})
+    , availability({store, queue, outside.cloudFiles,
+                    [this](const QSet<QString>& paths) { downloads.startCloudDownloads(paths); },
+                    [this] { healing.healIncompleteMetadata(); }})
     , transport(transportCollaborators())
     , transportSettings(outside.preferences, transport)
     , equalizer(outside.preferences,
@@ -38,12 +47,18 @@ LibraryConcerns::LibraryConcerns(const Environment& environment)
                     engine.setEQ(enabled, gains, preamp);
                 })
     , soundCheck(outside.preferences, outside.cloudFiles, soundCheckCollaborators())
+    , healing({store, queue, persistence, outside.cloudFiles, nullptr,
+               [this] { return resolvedLanguage(); }, [this] { catalog.rebuildImportedAlbums(); }})
+    , importer(importCollaborators())
+    , restoration(restorationCollaborators())
+    , maintenance(maintenanceCollaborators())
     , browsing({store, catalog, playlists, covers,
                 [this]() -> const QSet<QString>& { return userData.lovedPaths(); },
                 [this] { return resolvedLanguage(); }},
                rowState())
     , sidebar([this](SidebarItem item) { return sidebarCount(item); })
-    , collections({store, catalog, playlists, availability, browsing, queue, transport, [] {}})
+    , maintenanceLists(store, availability, duplicates)
+    , collections({store, catalog, playlists, availability, browsing, queue, transport})
     , ambient(workers)
     , theme(outside.preferences, ambient)
     , remote(transport, queue, engine)
@@ -74,6 +89,8 @@ void LibraryConcerns::start() {
     theme.restoreTheme();
     views.restoreRemainingTime();
     soundCheck.restore();
+    bookmarks.restoreBookmarkAccess();
+    restoration.restoreImportedAudio();
     observeApplication();
     nowPlaying.setupRemoteCommands();
     outside.notifications.requestAuthorization();
@@ -131,6 +148,64 @@ SoundCheck::Collaborators LibraryConcerns::soundCheckCollaborators() {
     return with;
 }
 
+ImportCollaborators LibraryConcerns::importCollaborators() {
+    return {
+        .library = store,
+        .queue = queue,
+        .status = status,
+        .bookmarks = bookmarks,
+        .importedPaths = importedPaths,
+        .persistence = persistence,
+        .fileChooser = outside.fileChooser,
+        .clock = outside.clock,
+        .cloudFiles = outside.cloudFiles,
+        .cache = cache,
+        .language = [this] { return resolvedLanguage(); },
+        .play = [this](const QUuid& entry) { transport.playItem(entry, true); },
+        .rebuildImportedAlbums = [this] { catalog.rebuildImportedAlbums(); },
+        .importEnded = [this] { libraryGrew(); },
+    };
+}
+
+RestorationCollaborators LibraryConcerns::restorationCollaborators() {
+    return {
+        .library = store,
+        .queue = queue,
+        .importedPaths = importedPaths,
+        .persistence = persistence,
+        .cloudFiles = outside.cloudFiles,
+        .cache = cache,
+        .language = [this] { return resolvedLanguage(); },
+        .rebuildImportedAlbums = [this] { catalog.rebuildImportedAlbums(); },
+        .restored = [this] { libraryGrew(); },
+    };
+}
+
+MaintenanceCollaborators LibraryConcerns::maintenanceCollaborators() {
+    return {
+        .library = store,
+        .queue = queue,
+        .playlists = playlists,
+        .userData = userData,
+        .importedPaths = importedPaths,
+        .availability = availability,
+        .downloads = downloads,
+        .duplicates = duplicates,
+        .status = status,
+        .language = [this] { return resolvedLanguage(); },
+        .stopPlayer = [this] { transport.stopPlayer(true); },
+        .replanSuccessor = [this] { transport.replanSuccessor(); },
+        .forgetLoudness = [this](const QSet<QString>& paths) { soundCheck.removePaths(paths); },
+        .rebuildImportedAlbums = [this] { catalog.rebuildImportedAlbums(); },
+    };
+}
+
+void LibraryConcerns::libraryGrew() {
+    availability.refreshAvailability();
+    duplicates.refresh();
+    soundCheck.scanLoudnessIfNeeded();
+}
+
 void LibraryConcerns::showEntry(const QueueItem& entry) {
     browsing.selectAlbum(entry);
     ambient.updateAmbientColor(entry.coverImageData, entry.coverURL,
@@ -184,13 +259,15 @@ void LibraryConcerns::connectRows() {
     connect(&queue, &PlayQueue::currentChanged, this,
             [this] { browsing.currentChanged(queue.currentPath()); });
     connect(&catalog, &LibraryCatalog::catalogChanged, &sidebar, &SidebarModel::refresh);
-    availability.onChange = [this](const QString& path) { availabilityChanged(path); };
+    connect(&availability, &Availability::cloudPendingPathsChanged, this,
+            &LibraryConcerns::availabilityChanged);
+    connect(&availability, &Availability::unavailablePathsChanged, this,
+            &LibraryConcerns::availabilityChanged);
 }
 
-void LibraryConcerns::availabilityChanged(const QString& path) {
-    browsing.availabilityChanged(path);
-    if (const TrackPtr track = store.track(path))
-        queue.refresh(*track, {PlayQueue::AvailabilityRole});
+void LibraryConcerns::availabilityChanged() {
+    browsing.availabilityReset();
+    queue.refreshAll({PlayQueue::AvailabilityRole});
 }
 
 void LibraryConcerns::connectNowPlaying() {
@@ -199,6 +276,11 @@ void LibraryConcerns::connectNowPlaying() {
     connect(&transport, &Transport::isShuffleEnabledChanged, &nowPlaying, &NowPlaying::updateModes);
     connect(&transport, &Transport::volumeChanged, &nowPlaying, &NowPlaying::updateModes);
     connect(&queue, &PlayQueue::entriesChanged, &nowPlaying, &NowPlaying::updateModes);
+    connect(&queue, &PlayQueue::currentRecordChanged, &nowPlaying,
+            &NowPlaying::updateNowPlayingInfo);
+    remote.onImportFile = [this](const QString& path) {
+        importer.importDroppedURLs({QUrl::fromLocalFile(path)});
+    };
 }
 
 void LibraryConcerns::connectLanguage() {
@@ -215,8 +297,10 @@ void LibraryConcerns::observeApplication() {
     if (application) {
         connect(application, &QGuiApplication::applicationStateChanged, this,
                 [this](Qt::ApplicationState state) {
-                    if (state == Qt::ApplicationActive)
-                        language.systemLanguagesChanged();
+                    if (state != Qt::ApplicationActive)
+                        return;
+                    availability.refreshAvailability();
+                    language.systemLanguagesChanged();
                 });
     }
     connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this,

@@ -3,20 +3,30 @@
 
 #include "audio/playback_engine.h"
 #include "library/ambient_color.h"
+#include "library/availability.h"
+#include "library/bookmarks.h"
 #include "library/browsing.h"
+#include "library/cache_persistence.h"
+#include "library/cloud_downloads.h"
 #include "library/collection_player.h"
 #include "library/cover_store.h"
+#include "library/duplicates.h"
 #include "library/engine_adapter.h"
 #include "library/environment.h"
 #include "library/equalizer_settings.h"
+#include "library/imported_paths.h"
+#include "library/importer.h"
 #include "library/language_setting.h"
 #include "library/library_catalog.h"
-#include "library/marked_availability.h"
+#include "library/maintenance.h"
+#include "library/maintenance_lists.h"
+#include "library/metadata_healing.h"
 #include "library/now_playing.h"
 #include "library/play_queue.h"
 #include "library/playlists.h"
 #include "library/progress_clock.h"
 #include "library/remote_player_adapter.h"
+#include "library/restoration.h"
 #include "library/sidebar_model.h"
 #include "library/sound_check.h"
 #include "library/status_line.h"
@@ -56,7 +66,11 @@ class LibraryConcerns : public QObject {
     CoverStore covers;
     LibraryStore store;
     LibraryCatalog catalog;
-    MarkedAvailability availability;
+    MetadataCache cache;
+    ImportedPaths importedPaths;
+    CachePersistence persistence;
+    Bookmarks bookmarks;
+    Duplicates duplicates;
 
     // What plays.
     AudioPlaybackEngine engine;
@@ -64,14 +78,23 @@ class LibraryConcerns : public QObject {
     StatusLine status;
     ProgressClock progress;
     PlayQueue queue;
+    CloudDownloads downloads;
+    Availability availability;
     Transport transport;
     TransportSettings transportSettings;
     EqualizerSettings equalizer;
     SoundCheck soundCheck;
 
+    // How the library comes, changes and goes.
+    MetadataHealing healing;
+    Importer importer;
+    Restoration restoration;
+    Maintenance maintenance;
+
     // What is shown.
     Browsing browsing;
     SidebarModel sidebar;
+    MaintenanceLists maintenanceLists;
     CollectionPlayer collections;
     AmbientColor ambient;
     ThemeSettings theme;
@@ -84,10 +107,14 @@ class LibraryConcerns : public QObject {
     RowState rowState();
     TransportCollaborators transportCollaborators();
     SoundCheck::Collaborators soundCheckCollaborators();
+    ImportCollaborators importCollaborators();
+    RestorationCollaborators restorationCollaborators();
+    MaintenanceCollaborators maintenanceCollaborators();
     std::size_t sidebarCount(SidebarItem item) const;
     void showEntry(const QueueItem& entry);
     void selectedAlbumChanged();
-    void availabilityChanged(const QString& path);
+    void libraryGrew();
+    void availabilityChanged();
 
     void connectRows();
     void connectNowPlaying();

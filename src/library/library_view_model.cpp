@@ -11,6 +11,7 @@ LibraryViewModel::LibraryViewModel(const Environment& environment, QObject* pare
     forwardBrowsing();
     forwardViews();
     forwardTransport();
+    forwardMaintenance();
     forwardSettings();
     m_concerns->start();
 }

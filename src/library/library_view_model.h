@@ -101,6 +101,18 @@ class LibraryViewModel : public QObject {
     Q_PROPERTY(QString lastImportMessage READ lastImportMessage NOTIFY lastImportMessageChanged)
     Q_PROPERTY(bool statusIsError READ statusIsError NOTIFY statusIsErrorChanged)
 
+    // Import and maintenance. The lists hold title, artist and path.
+    Q_PROPERTY(double importProgress READ importProgress NOTIFY
+                   importProgressChanged) // below 0: none runs
+    Q_PROPERTY(
+        int maintenanceActionCount READ maintenanceActionCount NOTIFY maintenanceActionCountChanged)
+    Q_PROPERTY(
+        bool cloudDownloadInFlight READ cloudDownloadInFlight NOTIFY cloudDownloadInFlightChanged)
+    Q_PROPERTY(int duplicateGroupCount READ duplicateGroupCount NOTIFY duplicateGroupCountChanged)
+    Q_PROPERTY(QAbstractListModel* cloudPendingTracks READ cloudPendingTracks CONSTANT)
+    Q_PROPERTY(QAbstractListModel* missingTracks READ missingTracks CONSTANT)
+    Q_PROPERTY(QAbstractListModel* duplicateTracks READ duplicateTracks CONSTANT)
+
     // Equalizer and Sound Check
     Q_PROPERTY(bool eqEnabled READ eqEnabled WRITE setEqEnabled NOTIFY eqEnabledChanged)
     Q_PROPERTY(QList<double> eqGains READ eqGains NOTIFY eqGainsChanged)
@@ -206,6 +218,14 @@ class LibraryViewModel : public QObject {
     QString lastImportMessage() const;
     bool statusIsError() const;
 
+    double importProgress() const;
+    int maintenanceActionCount() const;
+    bool cloudDownloadInFlight() const;
+    int duplicateGroupCount() const;
+    QAbstractListModel* cloudPendingTracks();
+    QAbstractListModel* missingTracks();
+    QAbstractListModel* duplicateTracks();
+
     bool eqEnabled() const;
     void setEqEnabled(bool enabled);
     QList<double> eqGains() const;
@@ -272,6 +292,13 @@ class LibraryViewModel : public QObject {
     Q_INVOKABLE void deletePlaylist(const QUuid& id);
     Q_INVOKABLE void addTrackPaths(const QStringList& paths, const QUuid& toPlaylist);
     Q_INVOKABLE void removeTrackPath(const QString& path, const QUuid& fromPlaylist);
+    // Import and maintenance
+    Q_INVOKABLE void chooseAndImportMusic(bool files, bool directories);
+    Q_INVOKABLE void importDroppedURLs(const QList<QUrl>& urls);
+    Q_INVOKABLE void refreshAvailability();
+    Q_INVOKABLE void removeTracks(const QStringList& withPaths);
+    Q_INVOKABLE void removeDuplicateTracks();
+    Q_INVOKABLE void downloadAllCloudTracks();
     // Equalizer
     Q_INVOKABLE void setEqGain(int band, double dB);
     Q_INVOKABLE void applyBuiltInEQPreset(const QString& id);
@@ -315,6 +342,10 @@ class LibraryViewModel : public QObject {
     void currentArtworkAlbumChanged();
     void lastImportMessageChanged();
     void statusIsErrorChanged();
+    void importProgressChanged();
+    void maintenanceActionCountChanged();
+    void cloudDownloadInFlightChanged();
+    void duplicateGroupCountChanged();
     void eqEnabledChanged();
     void eqGainsChanged();
     void eqPreampChanged();
@@ -331,6 +362,7 @@ class LibraryViewModel : public QObject {
     void forwardBrowsing();
     void forwardViews();
     void forwardTransport();
+    void forwardMaintenance();
     void forwardSettings();
 
     std::unique_ptr<LibraryConcerns> m_concerns;

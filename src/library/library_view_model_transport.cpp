@@ -23,11 +23,13 @@ void LibraryViewModel::forwardTransport() {
     });
 
     const PlayQueue* queue = &m_concerns->queue;
-    connect(queue, &PlayQueue::currentChanged, this, &Self::currentTrackChanged);
+    for (const auto changed : {&PlayQueue::currentChanged, &PlayQueue::currentRecordChanged})
+        connect(queue, changed, this, &Self::currentTrackChanged);
     connect(queue, &PlayQueue::currentChanged, this, &Self::isCurrentTrackLovedChanged);
     connect(queue, &PlayQueue::currentChanged, this, &Self::currentArtworkAlbumChanged);
     connect(queue, &PlayQueue::sourceLabelChanged, this, &Self::queueSourceTextChanged);
-    for (const auto changed : {&PlayQueue::currentChanged, &PlayQueue::entriesChanged}) {
+    for (const auto changed : {&PlayQueue::currentChanged, &PlayQueue::currentRecordChanged,
+                               &PlayQueue::entriesChanged}) {
         connect(queue, changed, this, &Self::durationDisplayChanged);
         connect(queue, changed, this, &Self::queuePositionTextChanged);
     }

@@ -170,7 +170,7 @@ void PlayQueue::replace(const TrackRows& tracks) {
         m_entries[row].record = *found;
         emitRow(row, {});
         if (m_current == row)
-            Q_EMIT currentChanged();
+            Q_EMIT currentRecordChanged();
     }
 }
 

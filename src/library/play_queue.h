@@ -84,8 +84,10 @@ class PlayQueue : public QAbstractListModel {
     QHash<int, QByteArray> roleNames() const override;
 
   Q_SIGNALS:
-    /// Another entry is current, or the current one's record changed.
+    /// Another entry is current.
     void currentChanged();
+    /// The record of the current entry's file was read afresh.
+    void currentRecordChanged();
     /// Entries came, went or moved.
     void entriesChanged();
     void sourceLabelChanged();
