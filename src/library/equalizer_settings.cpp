@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "library/equalizer_settings.h"
 
+#include "library/collation.h"
 #include "library/equalizer_presets.h"
 #include "library/settings_keys.h"
 #include "library/settings_values.h"
 #include "library/thread_check.h"
 
-#include <QCollator>
 #include <QScopedValueRollback>
 
 #include <algorithm>
@@ -21,31 +21,31 @@ EqualizerSettings::EqualizerSettings(Preferences& preferences, SetEQ setEQ, QObj
 }
 
 void EqualizerSettings::restore() {
-    const QScopedValueRollback applying(m_isApplyingEQPreset, true);
-    if (const auto gains = storedGains(m_preferences.numbers(SettingsKey::eqGains)))
-        setEqGains(*gains);
+    assertOwnThread(*this);
+    // What is taken over is what is stored: there is nothing to write back, and writing one value
+    // before the next is read would store that one's default.
+    if (auto gains = storedGains(m_preferences.numbers(SettingsKey::eqGains)))
+        m_gains = *std::move(gains);
     if (const auto preamp = storedNumber(m_preferences.number(SettingsKey::eqPreamp)))
-        setEqPreamp(*preamp);
-    // Taken over as stored, so that there is nothing to write back.
-    if (auto presets = m_preferences.numbersMap(SettingsKey::eqUserPresets)) {
+        m_preamp = *preamp;
+    if (auto presets = m_preferences.numbersMap(SettingsKey::eqUserPresets))
         m_userPresets = *std::move(presets);
-        Q_EMIT userEQPresetsChanged();
-    }
-    const auto id = m_preferences.string(SettingsKey::eqPresetID);
-    if (id || id.isAbsent()) // a value of another kind stays as it is
-        setCurrentEQPresetID(id ? std::optional(*id) : std::nullopt);
-    const auto enabled = m_preferences.boolean(SettingsKey::eqEnabled);
-    if (enabled)
-        setEqEnabled(*enabled);
-    else
-        applyEQ();
+    if (const auto id = m_preferences.string(SettingsKey::eqPresetID))
+        m_currentPresetID = *id;
+    if (const auto enabled = m_preferences.boolean(SettingsKey::eqEnabled))
+        m_enabled = *enabled;
+    applyEQ();
+    Q_EMIT eqGainsChanged();
+    Q_EMIT eqPreampChanged();
+    Q_EMIT userEQPresetsChanged();
+    Q_EMIT currentEQPresetIDChanged();
+    Q_EMIT eqEnabledChanged();
 }
 
 QStringList EqualizerSettings::userEQPresetNames() const {
     QStringList names = m_userPresets.keys();
-    QCollator collator;
+    QCollator collator = caseInsensitiveCollator();
     collator.setNumericMode(true);
-    collator.setCaseSensitivity(Qt::CaseInsensitive);
     std::sort(names.begin(), names.end(), [&](const QString& a, const QString& b) {
         const int order = collator.compare(a, b);
         return order != 0 ? order < 0 : a < b;

@@ -29,20 +29,22 @@ std::optional<Color> averageColor(const QImage& image) {
     const int height = image.height();
     if (width < 1 || height < 1)
         return std::nullopt;
-    Color sum;
+    int red = 0;
+    int green = 0;
+    int blue = 0;
     for (int j = 0; j < grid; ++j) {
         for (int i = 0; i < grid; ++i) {
             // In 64 bits: eight times the width of a large picture does not fit an int.
             const int x = static_cast<int>(width / 16 + qint64(i) * width / grid);
             const int y = static_cast<int>(height / 16 + qint64(j) * height / grid);
             const QRgb pixel = image.pixel(x, y);
-            sum.red += qRed(pixel) / 255.0;
-            sum.green += qGreen(pixel) / 255.0;
-            sum.blue += qBlue(pixel) / 255.0;
+            red += qRed(pixel);
+            green += qGreen(pixel);
+            blue += qBlue(pixel);
         }
     }
-    constexpr double samples = grid * grid;
-    return Color{sum.red / samples, sum.green / samples, sum.blue / samples};
+    constexpr double brightest = 255 * grid * grid;
+    return Color{red / brightest, green / brightest, blue / brightest};
 }
 
 std::optional<Color> ambientColor(const std::optional<Artwork>& artworkData,

@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: MIT
+#include "library/ambient_color.h"
+#include "library/settings_keys.h"
+#include "library/theme_settings.h"
+#include "presentation/artwork_color.h"
+#include "support/child_process.h"
+#include "support/memory_preferences.h"
+
+#include <QBuffer>
+#include <QCoreApplication>
+#include <QImage>
+#include <QSemaphore>
+#include <QThreadPool>
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace halvane::test {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+QByteArray picture(QRgb color) {
+    QImage image(32, 32, QImage::Format_RGB32);
+    image.fill(color);
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "PNG");
+    return buffer.data();
+}
+
+// Gives its bytes only when it is let.
+struct SlowSource final : ArtworkSource {
+    QByteArray bytes;
+    mutable QSemaphore gate;
+    QByteArray read() const override {
+        gate.acquire();
+        return bytes;
+    }
+    QString key() const override { return u"slow"_s; }
+};
+
+struct ThemeTest : testing::Test {
+    MemoryPreferences preferences;
+    QThreadPool workers;
+    AmbientColor ambient{workers};
+    ThemeSettings theme{preferences, ambient};
+
+    void landAmbient(const std::optional<Artwork>& artwork, const std::optional<Color>& fallback) {
+        bool landed = false;
+        const auto connection = QObject::connect(&ambient, &AmbientColor::ambientColorChanged,
+                                                 &ambient, [&] { landed = true; });
+        ambient.updateAmbientColor(artwork, {}, fallback);
+        ASSERT_TRUE(waitFor([&] { return landed; }));
+        QObject::disconnect(connection);
+    }
+};
+
+TEST_F(ThemeTest, TheStyleFollowsTheSettings) {
+    theme.setThemeAccentMode(SpectrumTintMode::gold);
+    theme.setThemeCornerStyle(CornerStyle::round);
+    theme.setThemeBackgroundStyle(BackgroundStyle::oled);
+    EXPECT_EQ(theme.style(), (AppTheme::Style{AppTheme::gold, Color{0, 0, 0}, {18, 14, 11}}));
+    EXPECT_EQ(theme.ambientBackgroundBoost(), 0);
+    theme.setThemeBackgroundStyle(BackgroundStyle::ambient);
+    EXPECT_EQ(theme.style().windowBackground, AppTheme::defaultWindowBackground);
+    EXPECT_EQ(theme.ambientBackgroundBoost(), 0.22);
+
+    // Mint is the default accent for the accent, but the accent in force for the spectrum.
+    theme.setSpectrumTintMode(SpectrumTintMode::mint);
+    EXPECT_EQ(theme.spectrumTint(), AppTheme::gold);
+    theme.setThemeAccentMode(SpectrumTintMode::mint);
+    EXPECT_EQ(theme.spectrumTint(), AppTheme::defaultAccent);
+    theme.setSpectrumTintMode(SpectrumTintMode::sunset);
+    EXPECT_EQ(theme.spectrumTint(), AppTheme::warmAccent);
+    theme.setSpectrumTintMode(SpectrumTintMode::ambient);
+    EXPECT_EQ(theme.spectrumTint(), ArtworkColor::vivid(AppTheme::defaultAccent));
+}
+
+TEST_F(ThemeTest, ColoursReadBackAsTheVeryNumbers) {
+    const Color color{0.2, 0.4, 0.6};
+    theme.setCustomThemeAccent(color);
+    theme.setCustomSpectrumColor({0.1, 1.0 / 3, 0.3, 0.5});
+    theme.setThemeAccentMode(SpectrumTintMode::custom);
+    ThemeSettings restored(preferences, ambient);
+    restored.restoreSpectrum();
+    restored.restoreTheme();
+    EXPECT_EQ(restored.style().accent, color);
+    EXPECT_EQ(restored.customSpectrumColor(), (Color{0.1, 1.0 / 3, 0.3, 1}));
+
+    restored.setCustomThemeAccent({std::numeric_limits<double>::infinity(), 0, 0});
+    EXPECT_EQ(*preferences.numbers(SettingsKey::customThemeAccent), (std::vector{0.2, 0.4, 0.6}));
+}
+
+TEST_F(ThemeTest, StoredTextsThatNameNoCaseLeaveTheDefaults) {
+    const auto keys = {SettingsKey::themeAccentMode, SettingsKey::themeCornerStyle,
+                       SettingsKey::themeBackgroundStyle, SettingsKey::spectrumTintMode};
+    for (const auto& key : keys)
+        preferences.setString(key, u"Gold"_s);
+    theme.restoreSpectrum();
+    theme.restoreTheme();
+    EXPECT_EQ(theme.themeAccentMode(), SpectrumTintMode::mint);
+    EXPECT_EQ(theme.spectrumTintMode(), SpectrumTintMode::ambient);
+    EXPECT_EQ(theme.style(), AppTheme::Style());
+    for (const auto& key : keys)
+        EXPECT_EQ(*preferences.string(key), u"Gold"_s);
+}
+
+TEST_F(ThemeTest, TheAccentFollowsTheArtworkOnlyWhereItIsAskedTo) {
+    const auto red = Artwork::fromBytes(picture(qRgb(255, 0, 0)));
+    landAmbient(red, {});
+    EXPECT_EQ(theme.style().accent, AppTheme::defaultAccent);
+    theme.setThemeAccentMode(SpectrumTintMode::ambient);
+    const auto hue = hsbOf(theme.style().accent).hue;
+    EXPECT_NEAR(hue, 0, 1e-9);
+    landAmbient(Artwork::fromBytes(picture(qRgb(0, 0, 255))), {});
+    EXPECT_NEAR(hsbOf(theme.style().accent).hue, 2.0 / 3, 1e-9);
+}
+
+TEST_F(ThemeTest, WithoutAPictureTheFallbackIsTaken) {
+    const Color fallback{0.5, 0.25, 0.125};
+    landAmbient(Artwork::fromBytes("no picture"), fallback);
+    EXPECT_EQ(ambient.ambientColor(), fallback);
+    landAmbient({}, {});
+    EXPECT_EQ(ambient.ambientColor(), AppTheme::defaultAccent);
+}
+
+TEST_F(ThemeTest, OnlyTheLatestRequestLandsEvenIfAnEarlierOneEndsLast) {
+    workers.setMaxThreadCount(2);
+    const auto slow = std::make_shared<SlowSource>();
+    slow->bytes = picture(qRgb(255, 0, 0));
+    ambient.updateAmbientColor(Artwork(slow), {}, {});
+    landAmbient(Artwork::fromBytes(picture(qRgb(0, 0, 255))), {});
+    const Color blue = ambient.ambientColor();
+    slow->gate.release();
+    workers.waitForDone();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(ambient.ambientColor(), blue);
+}
+
+TEST_F(ThemeTest, ARequestThatOutlivesItsAskerIsDropped) {
+    const auto slow = std::make_shared<SlowSource>();
+    {
+        AmbientColor shortLived(workers);
+        shortLived.updateAmbientColor(Artwork(slow), {}, {});
+    }
+    slow->gate.release();
+    workers.waitForDone();
+    QCoreApplication::processEvents(); // must not touch what is gone
+}
+
+} // namespace
+} // namespace halvane::test
