@@ -4,7 +4,6 @@
 #include "platform/log.h"
 
 #include <QSet>
-#include <QStringDecoder>
 
 #include <algorithm>
 #include <cstring>
@@ -42,11 +41,9 @@ bool isPackage(QByteArrayView folderName) {
     return extensions.contains(loweredExtension(folderName));
 }
 
-/// The name as text, none when its bytes are not UTF-8: such a file could not be found again.
+/// Whether a name can be kept as text: otherwise the file could not be found again.
 bool isText(QByteArrayView name) {
-    QStringDecoder decode(QStringDecoder::Utf8);
-    const QString text = decode(name);
-    return !decode.hasError();
+    return name.toByteArray().isValidUtf8();
 }
 
 class Walk {

@@ -7,7 +7,6 @@
 #include <QCollator>
 #include <QRegularExpression>
 #include <QSet>
-#include <QStringDecoder>
 
 #include <algorithm>
 #include <dirent.h>
@@ -51,9 +50,9 @@ std::vector<QString> imagesIn(const QString& folder) {
     while (const dirent* entry = ::readdir(entries.get())) {
         if (entry->d_name[0] == '.')
             continue;
-        QStringDecoder decode(QStringDecoder::Utf8);
-        const QString name = decode(QByteArrayView(entry->d_name));
-        if (!decode.hasError() && isImage(name))
+        const QByteArray bytes(entry->d_name);
+        const QString name = QString::fromUtf8(bytes);
+        if (bytes.isValidUtf8() && isImage(name))
             images.push_back(name);
     }
     if (images.size() > 1) {

@@ -34,10 +34,9 @@ struct Utf8Facts {
 };
 
 Utf8Facts utf8Facts(const QByteArray& bytes) {
-    QStringDecoder decode(QStringDecoder::Utf8);
-    const QString text = decode(bytes);
+    const QString text = QString::fromUtf8(bytes);
     Utf8Facts facts;
-    facts.isValid = !decode.hasError() && !text.contains(QChar::ReplacementCharacter);
+    facts.isValid = bytes.isValidUtf8();
     int foreign = 0;
     for (const QChar c : text) {
         const bool isGreek = c.unicode() >= 0x370 && c.unicode() < 0x400;
@@ -78,10 +77,17 @@ bool isLatinCapital(uchar c) {
 
 /// Whether one stretch of bytes above ASCII reads as the accented letters of a word, or as a mark.
 bool isPlausibleLatinRun(const QByteArray& bytes, qsizetype start, qsizetype end) {
+    const auto touchesWord = [&] {
+        return isAsciiLetter(at(bytes, start - 1)) || isAsciiLetter(at(bytes, end));
+    };
+    const bool isBeside = touchesWord();
+    const bool isLong = end - start > 1;
     while (start < end && isLatinPunctuation(at(bytes, start)))
         ++start;
     while (end > start && isLatinPunctuation(at(bytes, end - 1)))
         --end;
+    if (start == end)
+        return isBeside || !isLong; // marks by themselves stand alone
     if (end - start > 2)
         return false;
     for (qsizetype i = start; i < end; ++i) {
@@ -89,9 +95,7 @@ bool isPlausibleLatinRun(const QByteArray& bytes, qsizetype start, qsizetype end
             return false;
     }
     const uchar before = at(bytes, start - 1);
-    const uchar after = at(bytes, end);
-    const bool insideWord = isAsciiLetter(before) || isAsciiLetter(after);
-    if (end - start == 2 && !insideWord)
+    if (end - start == 2 && !touchesWord())
         return false;
     // A capital goes with capitals, or begins its word.
     for (qsizetype i = start; i < end; ++i) {

@@ -124,11 +124,16 @@ class RiffReader {
             m_format = WavFormat(bytes(chunk));
             m_result.stream.sampleRate = m_format.sampleRate;
             m_result.stream.bitsPerSample = m_format.isLossless() ? m_format.bits : 0;
+        } else if (chunk.name == "fact") {
+            const QByteArray fact = bytes(chunk);
+            m_frames = fact.size() >= 4 ? qFromLittleEndian<quint32>(fact.constData()) : 0;
         } else if (chunk.name == "data" && m_result.stream.seconds == 0) {
             const auto size = static_cast<double>(chunk.size);
             if (m_format.isLossless() && m_format.bytesPerFrame > 0 && m_format.sampleRate > 0)
                 m_result.stream.seconds =
                     std::floor(size / m_format.bytesPerFrame) / m_format.sampleRate;
+            else if (m_frames > 0 && m_format.sampleRate > 0)
+                m_result.stream.seconds = m_frames / m_format.sampleRate;
             else if (m_format.bytesPerSecond > 0)
                 m_result.stream.seconds = size / m_format.bytesPerSecond;
         } else if (chunk.name == "LIST") {
@@ -170,6 +175,7 @@ class RiffReader {
     bool m_isWav;
     ChunkFile m_chunks;
     WavFormat m_format{QByteArray()};
+    double m_frames = 0; ///< of a lossy WAV, where it says
     FileMetadata m_result;
 };
 

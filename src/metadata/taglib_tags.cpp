@@ -5,8 +5,6 @@
 #include "metadata/legacy_text.h"
 #include "metadata/tag_names.h"
 
-#include <QStringDecoder>
-
 #include <taglib/apetag.h>
 #include <taglib/attachedpictureframe.h>
 #include <taglib/flacpicture.h>
@@ -54,9 +52,7 @@ class LegacyInfo final : public TagLib::RIFF::Info::StringHandler {
   public:
     TagLib::String parse(const TagLib::ByteVector& data) const override {
         const QByteArray bytes = fieldBytes(data);
-        QStringDecoder decode(QStringDecoder::Utf8);
-        const QString text = decode(bytes);
-        return toTagLib(decode.hasError() ? decodeLegacyText(bytes) : text);
+        return toTagLib(bytes.isValidUtf8() ? QString::fromUtf8(bytes) : decodeLegacyText(bytes));
     }
 };
 

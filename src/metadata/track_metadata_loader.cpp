@@ -5,12 +5,15 @@
 #include "metadata/embedded_picture.h"
 #include "metadata/file_reader.h"
 #include "metadata/folder_names.h"
+#include "metadata/reading_journal.h"
 #include "model/string_pool.h"
 #include "presentation/l10n.h"
 
 #include <QSet>
 
+#include <algorithm>
 #include <cmath>
+#include <numeric>
 
 namespace halvane::TrackMetadataLoader {
 
@@ -86,39 +89,108 @@ QueueItem queueItem(const FileUrl& url, ResolvedLanguage language) {
     return itemFrom(url, readAudioFile(url.path()), folderArtworkURL(url), language);
 }
 
+namespace {
+
+/// Reads files one by one, on any thread.
+class Reader {
+  public:
+    Reader(std::vector<FileUrl> urls, ResolvedLanguage language, const Accompaniment& with)
+        : m_urls(std::move(urls))
+        , m_language(language)
+        , m_journal(with.journal)
+        , m_isEvicted(with.isEvicted) {}
+
+    LoadedItem read(std::size_t index, bool isAlone) {
+        const FileUrl& url = m_urls[index];
+        AudioFileReading reading;
+        if (!(m_isEvicted && m_isEvicted(url.path())) && !isCondemned(url.path()))
+            reading = readNoted(url.path(), isAlone);
+        return {itemFrom(url, reading, m_covers.cover(folderOf(url.path())), m_language),
+                reading.fileSize};
+    }
+    bool isSuspect(std::size_t index) const {
+        return m_journal &&
+               m_journal->verdict(m_urls[index].path()) == ReadingJournal::Verdict::suspect;
+    }
+    /// What is left of a file whose reader hung.
+    LoadedItem giveUp(std::size_t index) {
+        if (m_journal)
+            m_journal->condemn(m_urls[index].path());
+        return bare(index);
+    }
+    LoadedItem bare(std::size_t index) const {
+        return {itemFrom(m_urls[index], {}, std::nullopt, m_language)};
+    }
+
+  private:
+    bool isCondemned(const QString& path) const {
+        return m_journal && m_journal->verdict(path) == ReadingJournal::Verdict::condemned;
+    }
+
+    AudioFileReading readNoted(const QString& path, bool isAlone) {
+        if (!m_journal)
+            return readAudioFile(path);
+        AudioFileReading reading;
+        {
+            const ReadingJournal::Entry entry(*m_journal, path, isAlone);
+            reading = readAudioFile(path);
+        }
+        if (reading.isLate)
+            m_journal->condemn(path);
+        else if (isAlone)
+            m_journal->acquit(path);
+        return reading;
+    }
+
+    std::vector<FileUrl> m_urls;
+    ResolvedLanguage m_language;
+    ReadingJournal* m_journal; // outlives the program's work, stuck readers included
+    std::function<bool(const QString& path)> m_isEvicted;
+    FolderCovers m_covers;
+};
+
+} // namespace
+
 std::vector<LoadedItem> loadItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
                                   const Accompaniment& with) {
     // Shared with the readers, of which a stuck one may outlive this call.
-    struct Inputs {
-        std::vector<FileUrl> urls;
-        FolderCovers covers;
-    };
-    auto inputs = std::make_shared<Inputs>();
-    inputs->urls = urls;
+    auto reader = std::make_shared<Reader>(urls, language, with);
+    // Files of which one has harmed the program before come last, each alone.
+    auto order = std::make_shared<std::vector<std::size_t>>(urls.size());
+    std::iota(order->begin(), order->end(), 0);
+    const auto suspects =
+        std::stable_partition(order->begin(), order->end(),
+                              [&reader](std::size_t index) { return !reader->isSuspect(index); });
+    const auto together = static_cast<std::size_t>(suspects - order->begin());
+    const auto isCancelled = [&with] { return with.cancelled && *with.cancelled; };
 
-    BoundedParallel<LoadedItem>::Options options;
-    options.threads = concurrentFiles;
-    options.isCancelled = [&with] { return with.cancelled && *with.cancelled; };
-    options.progress = with.progress;
-    auto results = BoundedParallel<LoadedItem>::run(
-        urls.size(),
-        [inputs, language, isEvicted = with.isEvicted](std::size_t index) {
-            const FileUrl& url = inputs->urls[index];
-            const bool isElsewhere = isEvicted && isEvicted(url.path());
-            const AudioFileReading reading =
-                isElsewhere ? AudioFileReading() : readAudioFile(url.path());
-            return LoadedItem{
-                itemFrom(url, reading, inputs->covers.cover(folderOf(url.path())), language),
-                reading.fileSize};
-        },
-        options);
+    std::vector<std::optional<LoadedItem>> found(urls.size());
+    const auto readRange = [&](std::size_t begin, std::size_t end, std::size_t threads) {
+        BoundedParallel<LoadedItem>::Options options;
+        options.threads = threads;
+        options.isCancelled = isCancelled;
+        if (with.progress)
+            options.progress = [&with, begin](std::size_t done) { with.progress(begin + done); };
+        auto results = BoundedParallel<LoadedItem>::run(
+            end - begin,
+            [reader, order, begin, isAlone = threads == 1](std::size_t i) {
+                return reader->read((*order)[begin + i], isAlone);
+            },
+            options);
+        for (std::size_t i = 0; i < results.size(); ++i)
+            found[(*order)[begin + i]] = std::move(results[i]);
+    };
+    readRange(0, together, concurrentFiles);
+    if (together < urls.size())
+        readRange(together, urls.size(), 1);
 
     std::vector<LoadedItem> items;
-    items.reserve(results.size());
+    items.reserve(found.size());
     StringPool pool;
-    for (std::size_t i = 0; i < results.size(); ++i) {
-        items.push_back(results[i] ? std::move(*results[i])
-                                   : LoadedItem{itemFrom(urls[i], {}, std::nullopt, language)});
+    for (std::size_t i = 0; i < found.size(); ++i) {
+        if (!found[i])
+            found[i] = isCancelled() ? reader->bare(i) : reader->giveUp(i);
+        items.push_back(std::move(*found[i]));
         shareTexts(items.back().item, pool);
     }
     return items;

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QHash>
+#include <QString>
+
+#include <array>
+#include <memory>
+#include <mutex>
+
+namespace halvane {
+
+/// Remembers files that crash or hang the readers, so that they do it once. While a file is read
+/// its path stands in a small mapped file, which costs no system call and outlives the program.
+/// What stands there at the next start was being read when the program died: one of these did it.
+/// Each is then read alone; one that the program dies of alone is not read again until it changes.
+/// Any thread. Without a writable folder nothing is remembered.
+class ReadingJournal {
+  public:
+    /// Takes up what an earlier run left in the folder, which must exist.
+    explicit ReadingJournal(const QString& folder);
+    ~ReadingJournal();
+    ReadingJournal(const ReadingJournal&) = delete;
+    ReadingJournal& operator=(const ReadingJournal&) = delete;
+
+    enum class Verdict { sound, suspect, condemned };
+    Verdict verdict(const QString& path) const;
+
+    /// A file is being read for as long as this lives.
+    class Entry {
+      public:
+        /// `isAlone`: no other file is being read.
+        Entry(ReadingJournal& journal, const QString& path, bool isAlone);
+        ~Entry();
+        Entry(const Entry&) = delete;
+        Entry& operator=(const Entry&) = delete;
+
+      private:
+        ReadingJournal& m_journal;
+        std::size_t m_slot;
+    };
+
+    /// The file hung a reader.
+    void condemn(const QString& path);
+    /// A suspect was read without harm.
+    void acquit(const QString& path);
+
+  private:
+    static constexpr std::size_t slots = 32;
+    static constexpr std::size_t slotBytes = 4096;
+
+    /// A file as it was when it was found out.
+    struct Trouble {
+        Verdict verdict = Verdict::suspect;
+        double modificationDate = 0;
+        qint64 size = 0;
+    };
+
+    void takeUp();
+    void load();
+    void store() const;
+    void note(const QString& path, Verdict verdict);
+    char* slot(std::size_t index) const { return m_map + index * slotBytes; }
+
+    QString m_folder;
+    char* m_map = nullptr; ///< slots: a mark, the length of the path, the path
+    std::array<bool, slots> m_isTaken{};
+    QHash<QString, Trouble> m_troubles;
+    mutable std::mutex m_mutex; ///< guards all of the above but the bytes of a taken slot
+};
+
+} // namespace halvane

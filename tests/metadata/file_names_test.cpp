@@ -1,0 +1,177 @@
+// SPDX-License-Identifier: MIT
+// Finding files, and what is made of their names.
+#include "metadata/track_metadata_loader.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QUrl>
+
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace halvane::test {
+namespace {
+
+using namespace TrackMetadataLoader;
+constexpr auto english = ResolvedLanguage::english;
+
+class Folders : public testing::Test {
+  protected:
+    void SetUp() override { ASSERT_TRUE(root.isValid()); }
+
+    QString touch(const QString& name) {
+        const QString path = root.path() + u"/"_s + name;
+        QDir().mkpath(path.section(u'/', 0, -2));
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        return path;
+    }
+    QStringList found() const {
+        QStringList names;
+        for (const FileUrl& url : audioFileURLs({root.path()}))
+            names.append(url.path().mid(root.path().size() + 1));
+        return names;
+    }
+
+    QTemporaryDir root;
+};
+
+TEST_F(Folders, AreSearchedForPlayableFiles) {
+    const QString decomposed = u"e\u0301.mp3"_s;
+    for (const QString& name :
+         {u"b/2.flac"_s, u"b/10.flac"_s, u"B/x.MP3"_s, u"a.caf"_s, u"song.ogg"_s, u".x.mp3"_s,
+          u".hidden/y.mp3"_s, u"Thing.app/z.mp3"_s, u"b/cover.jpg"_s, u"c/"_s + decomposed,
+          u"c/"_s + QString(251, u'n') + u".m4a"_s})
+        touch(name);
+    EXPECT_EQ(found(),
+              (QStringList{u"B/x.MP3"_s, u"a.caf"_s, u"b/10.flac"_s, u"b/2.flac"_s,
+                           u"c/"_s + decomposed, u"c/"_s + QString(251, u'n') + u".m4a"_s}))
+        << found().join(u'\n').toStdString();
+    // Single files by their extension; roots in order, also twice; what is not there gives nothing.
+    const QString single = touch(u"z/song.FLAC"_s);
+    const auto urls = audioFileURLs({single, touch(u"z/song.txt"_s), u"/nonexistent"_s, single});
+    ASSERT_EQ(urls.size(), 2U);
+    EXPECT_EQ(urls[0].path(), single);
+}
+
+TEST_F(Folders, ThatLoopOrLeadFarEndTheSearch) {
+    touch(u"a/1.mp3"_s);
+    QFile::link(root.path(), root.path() + u"/a/up"_s);
+    QFile::link(root.path() + u"/a"_s, root.path() + u"/again"_s);
+    QFile::link(u"nowhere"_s, root.path() + u"/a/broken.mp3"_s);
+    EXPECT_EQ(found().filter(u"1.mp3"_s).size(), 1);
+
+    // Deeper than any path can name.
+    int folder = ::open(root.path().toUtf8().constData(), O_RDONLY | O_DIRECTORY);
+    const int top = ::dup(folder);
+    for (int depth = 0; depth < 700; ++depth) {
+        ASSERT_EQ(::mkdirat(folder, "deeper", 0755), 0);
+        const int next = ::openat(folder, "deeper", O_RDONLY | O_DIRECTORY);
+        ::close(folder);
+        folder = next;
+    }
+    ::close(folder);
+    EXPECT_EQ(found().filter(u"1.mp3"_s).size(), 1);
+    // Taken down the same way: nothing else could name its end.
+    QDir().setCurrent(root.path());
+    ASSERT_EQ(::system("rm -rf deeper"), 0);
+    ::close(top);
+}
+
+TEST_F(Folders, WithNamesThatAreNoTextAreLeftOut) {
+    touch(u"a.mp3"_s);
+    const QByteArray base = root.path().toUtf8();
+    ::close(::open((base + "/caf\xe9.mp3").constData(), O_CREAT | O_WRONLY, 0644));
+    ::mkdir((base + "/\xff").constData(), 0755);
+    ::close(::open((base + "/\xff/b.mp3").constData(), O_CREAT | O_WRONLY, 0644));
+    EXPECT_EQ(found(), QStringList{u"a.mp3"_s});
+    // The temporary folder could not remove them by name.
+    ::unlink((base + "/caf\xe9.mp3").constData());
+    ::unlink((base + "/\xff/b.mp3").constData());
+    ::rmdir((base + "/\xff").constData());
+}
+
+TEST_F(Folders, GiveTheCoverBesideAFile) {
+    struct Row {
+        QStringList images;
+        QString cover;
+    };
+    const Row rows[] = {
+        {{u"Cover.JPG"_s, u"back.png"_s}, u"Cover.JPG"_s},
+        {{u"front.png"_s, u"folder.webp"_s, u"a.tif"_s}, u"folder.webp"_s},
+        {{u"封面.heic"_s, u"x.jpg"_s}, u"封面.heic"_s},
+        {{u"scan1.png"_s}, u"scan1.png"_s},
+        {{u"scan1.png"_s, u"scan2.png"_s}, {}},
+        {{u".cover.jpg"_s, u"cover.txt"_s}, {}},
+    };
+    int number = 0;
+    for (const Row& row : rows) {
+        const QString folder = QString::number(++number) + u"/"_s;
+        const FileUrl file(touch(folder + u"a.mp3"_s));
+        for (const QString& image : row.images)
+            touch(folder + image);
+        const auto cover = folderArtworkURL(file);
+        EXPECT_EQ(cover ? cover->fileName() : QString(), row.cover);
+    }
+}
+
+TEST(FileNames, GiveAlbumsAndArtists) {
+    const auto album = [](const char* path) {
+        return folderAlbumName(FileUrl(QString::fromUtf8(path)), english).toStdString();
+    };
+    EXPECT_EQ(album("/m/02_Best  Of/a.mp3"), "Best Of");
+    EXPECT_EQ(album("/m/1984/a.mp3"), "1984");
+    EXPECT_EQ(album("/m/01 - /a.mp3"), "Dragged Files");
+    EXPECT_EQ(album("/a.mp3"), "Dragged Files");
+    const auto artist = [](const char* path, const char* albumName) {
+        return folderArtistName(FileUrl(QString::fromUtf8(path)), QString::fromUtf8(albumName))
+            .value_or(u"none"_s)
+            .toStdString();
+    };
+    EXPECT_EQ(artist("/x/Nina/Some Album/a.mp3", "Some Album"), "Nina");
+    EXPECT_EQ(artist("/x/MUSIC/Some Album/a.mp3", "Some Album"), "none");
+    EXPECT_EQ(artist("/x/音乐/Some Album/a.mp3", "Some Album"), "none");
+    EXPECT_EQ(artist("/x/some ALBUM/CD1/a.mp3", " Some Album "), "none");
+    EXPECT_EQ(artist("/Some Album/a.mp3", "Some Album"), "none");
+}
+
+TEST(Labels, DescribeStreamsLengthsAndSizes) {
+    EXPECT_EQ(sampleRateText(44100), u"44.1 kHz"_s);
+    EXPECT_EQ(sampleRateText(96000), u"96 kHz"_s);
+    EXPECT_EQ(sampleRateText(0), QString());
+    EXPECT_EQ(qualityLabel(u"MP3"_s, u"44.1 kHz"_s, u"16-bit"_s, 320),
+              u"MP3 320 kbps · 44.1 kHz"_s);
+    EXPECT_EQ(qualityLabel(u"MP3"_s, {}, {}, 133), u"MP3 133 kbps"_s);
+    EXPECT_EQ(qualityLabel(u"FLAC"_s, u"96 kHz"_s, u"24-bit"_s, {}), u"FLAC 96 kHz / 24-bit"_s);
+    EXPECT_EQ(qualityLabel(u"WAV"_s, {}, u"16-bit"_s, {}), u"WAV / 16-bit"_s);
+    EXPECT_EQ(formatDuration(187.9), u"3:07"_s);
+    EXPECT_EQ(formatDuration(3725), u"1:02:05"_s);
+    const std::pair<qint64, const char*> sizes[] = {
+        {0, "Zero KB"},    {1, "1 byte"},         {999, "999 bytes"},  {843'200, "843 KB"},
+        {999'999, "1 MB"}, {8'400'000, "8.4 MB"}, {8'000'000, "8 MB"}, {1'230'000'000, "1.2 GB"}};
+    for (const auto& [bytes, text] : sizes)
+        EXPECT_EQ(byteCountText(bytes).toStdString(), text);
+    const std::pair<const char*, qint64> years[] = {
+        {"2011-05-03", 2011},    {"03/05/11", 0}, {"c. 1875", 0},     {"1899", 0},
+        {"20110503 2012", 2012}, {"1900", 1900},  {"2101 2100", 2100}};
+    for (const auto& [text, year] : years)
+        EXPECT_EQ(parseYear(QString::fromUtf8(text)).value_or(0), year) << text;
+}
+
+TEST(DroppedItems, AreUrlsInThreeForms) {
+    const QUrl expected(u"file:///m/a%20b.mp3"_s);
+    EXPECT_EQ(url(QVariant(expected)), expected);
+    EXPECT_EQ(url(QVariant(QByteArray("file:///m/a%20b.mp3"))), expected);
+    EXPECT_EQ(url(QVariant(u"file:///m/a%20b.mp3"_s)), expected);
+    EXPECT_FALSE(url(QVariant(7)));
+    EXPECT_FALSE(url(QVariant()));
+}
+
+} // namespace
+} // namespace halvane::test

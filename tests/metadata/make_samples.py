@@ -1,0 +1,160 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""make_samples.py FOLDER: tagged files as other programs write them, and as badly as some do."""
+import os, shutil, struct, subprocess, sys
+from mutagen.aiff import AIFF
+from mutagen.apev2 import APEv2
+from mutagen.flac import FLAC, Picture
+from mutagen.id3 import APIC, ID3, TALB, TCON, TDRC, TIT2, TPE1
+from mutagen.mp4 import MP4, MP4Cover, MP4FreeForm
+from mutagen.wave import WAVE
+
+out = sys.argv[1]
+os.makedirs(out, exist_ok=True)
+os.chdir(out)
+
+
+def run(*command):
+    subprocess.run(command, check=True, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL)
+
+
+def ff(*arguments):
+    run("ffmpeg", "-nostdin", "-loglevel", "error", "-y", *arguments)
+
+
+def copy(base, name):
+    shutil.copyfile(base, name)
+    return name
+
+
+# Two seconds of each kind of stream.
+ff("-f", "lavfi", "-i", "sine=440:duration=2", "-ac", "2", "-ar", "44100", "tone.wav")
+ff("-i", "tone.wav", "-ar", "96000", "-c:a", "pcm_s24le", "deep.wav")
+run("lame", "--quiet", "-b", "128", "tone.wav", "bare.mp3")
+run("flac", "-s", "-f", "tone.wav", "-o", "bare.flac")
+run("flac", "-s", "-f", "deep.wav", "-o", "deep.flac")
+for codec in ("aac", "alac"):
+    ff("-i", "tone.wav", "-c:a", codec, "-map_metadata", "-1", f"bare_{codec}.m4a")
+ff("-i", "tone.wav", "-f", "adts", "bare.aac")
+ff("-i", "tone.wav", "-f", "aiff", "bare.aiff")
+ff("-i", "tone.wav", "-c:a", "pcm_s16le", "-f", "aiff", "sowt.aifc")
+ff("-i", "tone.wav", "-c:a", "pcm_mulaw", "-f", "aiff", "ulaw.aifc")
+ff("-i", "tone.wav", "-c:a", "adpcm_ms", "adpcm.wav")
+ff("-i", "tone.wav", "-c:a", "pcm_f32le", "float.wav")
+ff("-i", "tone.wav", "-c:a", "pcm_s16be", "-metadata", "title=Lamplight", "-metadata",
+   "artist=The Lanterns", "-metadata", "album=Night Walk", "pcm.caf")
+ff("-i", "tone.wav", "-c:a", "alac", "alac.caf")
+ff("-i", "tone.wav", "-movflags", "frag_keyframe+empty_moov", "fragmented.m4a")
+# Names that mislead.
+copy("bare_alac.m4a", "really_mp4.alac")
+copy("bare.flac", "really_flac.mp3")
+copy("bare_aac.m4a", "really_mp4.aac")
+copy("bare.mp3", "noext")
+# ADIF: no copyright, original, home 0, constant rate of 16,000 bits a second, one program, buffer
+# fullness 0, instance 0, profile LC, 44.1 kHz.
+bits = "0" "0" "0" "0" + format(16000, "023b") + "0000" + "0" * 20 + "0000" + "01" + "0100"
+bits = bits.ljust((len(bits) + 7) // 8 * 8, "0")
+header = b"ADIF" + bytes(int(bits[i:i + 8], 2) for i in range(0, len(bits), 8))
+open("adif.aac", "wb").write(header.ljust(4000, b"\0"))
+
+JPEG, PNG = b"\xff\xd8\xff\xe0front", b"\x89PNG\r\n\x1a\nback"
+
+
+# ID3 by hand, for what careful writers refuse to write.
+def synchsafe(n):
+    return bytes((n >> s) & 0x7F for s in (21, 14, 7, 0))
+
+
+def frame(version, name, body):
+    if version == 2:
+        return name + struct.pack(">I", len(body))[1:] + body
+    return name + (synchsafe(len(body)) if version == 4 else struct.pack(">I", len(body))) + b"\0\0" + body
+
+
+def id3(version, frames, flags=0, unsync=False):
+    body = b"".join(frame(version, n, b) for n, b in frames)
+    if unsync:
+        body = body.replace(b"\xff\x00", b"\xff\x00\x00").replace(b"\xff\xe0", b"\xff\x00\xe0")
+    return b"ID3" + bytes([version, 0, flags]) + synchsafe(len(body)) + body
+
+
+def with_tag(name, tag, base="bare.mp3"):
+    open(name, "wb").write(tag + open(base, "rb").read())
+
+
+def id3v1(title, artist, album, year=b"2019", genre=17):
+    pad = lambda b, n: b[:n].ljust(n, b"\0")
+    return b"TAG" + pad(title, 30) + pad(artist, 30) + pad(album, 30) + pad(year, 4) + b"\0" * 30 + bytes([genre])
+
+
+def append(name, tail):
+    open(copy("bare.mp3", name), "ab").write(tail)
+
+
+TEXT = [(b"TIT2", "Lamplight"), (b"TPE1", "The Lanterns"), (b"TALB", "Night Walk")]
+latin = lambda s: b"\0" + s.encode("latin-1")
+append("id3v1.mp3", id3v1(b"Lamplight", b"The Lanterns", b"Night Walk"))
+append("id3v1_gbk.mp3", id3v1("夜曲".encode("gbk"), "周杰伦".encode("gbk"), "十一月的萧邦".encode("gbk")))
+append("id3v1_cut.mp3", id3v1(("a" + "天" * 15).encode("gbk"), b"A", b"B"))
+with_tag("v22.mp3", id3(2, [(b"TT2", latin("Lamplight")), (b"TP1", latin("The Lanterns")),
+                            (b"TAL", latin("Night Walk")), (b"TYE", latin("2019")), (b"TCO", latin("(17)")),
+                            (b"PIC", b"\0JPG\x03\0" + JPEG)]))
+with_tag("v23_bom.mp3", id3(3, [(n, b"\1" + t.encode("utf-16")) for n, t in TEXT]
+                            + [(b"TYER", latin("2019")), (b"TCON", latin("(17)"))]))
+with_tag("v23_nobom_le.mp3", id3(3, [(n, b"\1" + t.encode("utf-16-le")) for n, t in TEXT]))
+with_tag("v23_nobom_be.mp3", id3(3, [(n, b"\1" + t.encode("utf-16-be")) for n, t in TEXT]))
+with_tag("v24_utf8.mp3", id3(4, [(n, b"\3" + t.encode()) for n, t in TEXT] + [(b"TDRC", b"\x032019-04-01")]))
+with_tag("v24_unsync.mp3", id3(4, [(n, b"\1\xff\xfe" + t.encode("utf-16-le")) for n, t in TEXT], 0x80, True))
+with_tag("v24_two_artists.mp3", id3(4, [(b"TPE1", b"\x03One\0Two")]))
+with_tag("gbk.mp3", id3(3, [(b"TIT2", b"\0" + "中文".encode("gbk")), (b"TPE1", latin("Björk")),
+                            (b"TALB", b"\0" + "爱 Love".encode("gbk"))]))
+with_tag("latin.mp3", id3(3, [(b"TIT2", latin("Jää à l'été")), (b"TPE1", latin("Mötley Crüe")),
+                              (b"TALB", latin("¿Qué? «Señor» Ænima"))]))
+with_tag("utf8_as_latin.mp3", id3(3, [(b"TIT2", b"\0" + "Кино".encode()), (b"TPE1", b"\0" + "Beyoncé".encode()),
+                                      (b"TALB", b"\0" + "夜曲".encode())]))
+with_tag("link_picture.mp3", id3(3, [(b"TIT2", latin("Lamplight")), (b"APIC", b"\0-->\0\x03\0http://nowhere")]))
+with_tag("empty_picture.mp3", id3(3, [(b"TIT2", latin("Lamplight")), (b"APIC", b"\0image/jpeg\0\x03\0")]))
+
+t = ID3()
+for f in (TIT2(3, ["Lamplight"]), TPE1(3, ["The Lanterns"]), TALB(3, ["Night Walk"]), TDRC(3, ["2019"]), TCON(3, ["Folk"]),
+          APIC(0, "image/jpeg", 3, "front", JPEG), APIC(0, "image/png", 4, "back", PNG)):
+    t.add(f)
+t.save(copy("bare.mp3", "mutagen.mp3"))
+w = WAVE(copy("tone.wav", "id3.wav")); w.add_tags(); w.tags.update(t); w.save()
+a = AIFF(copy("bare.aiff", "id3.aiff")); a.add_tags(); a.tags.update(t); a.save()
+t.save(copy("bare.aac", "id3.aac"), v1=0)
+p = APEv2(); p["Title"], p["Artist"], p["Album"], p["Genre"], p["Year"] = "Lamplight", "The Lanterns", "Night Walk", "Folk", "2019"
+from mutagen.apev2 import APEBinaryValue
+p["Cover Art (Front)"] = APEBinaryValue(b"front.jpg\0" + JPEG)
+p.save(copy("bare.mp3", "ape.mp3"))
+run("lame", "--quiet", "-b", "128", "--tt", "Lamplight", "--ta", "The Lanterns", "--tl", "Night Walk", "--ty", "2019",
+    "--tg", "Folk", "--add-id3v2", "tone.wav", "lame.mp3")
+ff("-i", "tone.wav", "-metadata", "title=Lamplight", "-metadata", "artist=The Lanterns", "-metadata", "album=Night Walk",
+   "-metadata", "date=2019", "-metadata", "genre=Folk", "info.wav")
+ff("-i", "tone.wav", "-metadata", "title=Lamplight", "-metadata", "author=The Lanterns", "-f", "aiff", "chunks.aiff")
+
+run("metaflac", "--set-tag=TITLE=Lamplight", "--set-tag=ARTIST=The Lanterns", "--set-tag=ALBUM=Night Walk",
+    "--set-tag=GENRE=Folk", "--set-tag=DATE=2019-04-01", copy("bare.flac", "metaflac.flac"))
+f = FLAC(copy("bare.flac", "repeated.flac"))
+f["title"], f["artist"], f["year"] = ["First", "Lamplight"], ["One", "   ", "The Lanterns"], "2018"
+for kind, data in ((4, PNG), (3, JPEG), (4, PNG)):
+    picture = Picture(); picture.type, picture.mime, picture.data = kind, "image/jpeg", data
+    f.add_picture(picture)
+f.save()
+m = MP4(copy("bare_aac.m4a", "mutagen.m4a"))
+m["\xa9nam"], m["\xa9ART"], m["\xa9alb"], m["\xa9gen"], m["\xa9day"] = "Lamplight", "The Lanterns", "Night Walk", "Folk", "2019-04-01T07:00:00Z"
+m["----:com.apple.iTunes:TITLE"] = [MP4FreeForm(b"Not this")]
+m["covr"] = [MP4Cover(JPEG, MP4Cover.FORMAT_JPEG), MP4Cover(PNG, MP4Cover.FORMAT_PNG)]
+m.save()
+
+# Wrong on purpose.
+open("empty.mp3", "wb").close()
+open("text.flac", "wb").write(b"not music at all\n" * 40)
+open("claims.mp3", "wb").write(b"ID3\x04\0\0" + b"\x7f\x7f\x7f\x7f" + b"TIT2" + b"\x7f\x7f\x7f\x7f" + b"\0" * 90)
+open("claims.flac", "wb").write(b"fLaC\x06\xff\xff\xff" + b"\0" * 64)
+open("claims.wav", "wb").write(b"RIFF\xff\xff\xff\xffWAVEfmt \xff\xff\xff\xff" + b"\0" * 64)
+atom = b"moov"
+open("nested.m4a", "wb").write(struct.pack(">I", 16) + b"ftypM4A \0\0\0\0" + b"".join(
+    struct.pack(">I", 8 * (100000 - i)) + atom for i in range(100000)))
+open("self.m4a", "wb").write(struct.pack(">I", 16) + b"ftypM4A \0\0\0\0" + (struct.pack(">I", 0) + b"moov") * 50)
+with_tag("crowded.mp3", id3(4, [(b"TXXX", b"\3")] * 200000))

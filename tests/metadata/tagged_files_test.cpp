@@ -1,0 +1,218 @@
+// SPDX-License-Identifier: MIT
+// Files that other programs have written, and files that are wrong on purpose.
+#include "metadata/file_reader.h"
+#include "metadata/track_metadata_loader.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QUrl>
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+using namespace Qt::StringLiterals;
+
+namespace halvane::test {
+namespace {
+
+class TaggedFiles : public testing::Test {
+  protected:
+    static void SetUpTestSuite() {
+        folder = new QTemporaryDir;
+        QProcess script;
+        script.setProcessChannelMode(QProcess::MergedChannels);
+        script.start(QStringLiteral(HALVANE_PYTHON),
+                     {QStringLiteral(HALVANE_SAMPLES_SCRIPT), samplesFolder()});
+        script.waitForFinished(100'000);
+        ASSERT_EQ(script.exitCode(), 0) << script.readAll().toStdString();
+    }
+    static void TearDownTestSuite() {
+        delete folder;
+        folder = nullptr;
+    }
+    static QString samplesFolder() { return folder->path() + u"/Nina/02_Best  Of"_s; }
+    static QString pathOf(const QString& name) { return samplesFolder() + u"/"_s + name; }
+    static QueueItem read(const QString& name) {
+        return TrackMetadataLoader::queueItem(FileUrl(pathOf(name)), ResolvedLanguage::english);
+    }
+
+    static QTemporaryDir* folder;
+};
+
+QTemporaryDir* TaggedFiles::folder = nullptr;
+
+TEST_F(TaggedFiles, GiveTheirTagsWhateverWroteThem) {
+    struct Row {
+        const char* name;
+        const char* title;
+        const char* artist;
+        const char* album;
+        const char* genre;
+        int year;
+        QByteArray picture;
+    };
+    const QByteArray jpeg("\xff\xd8\xff\xe0"
+                          "front");
+    const char* t = "Lamplight";
+    const char* a = "The Lanterns";
+    const char* b = "Night Walk";
+    const Row rows[] = {
+        {"id3v1.mp3", t, a, b, "Rock", 2019, {}},
+        {"v22.mp3", t, a, b, "Rock", 2019, jpeg},
+        {"v23_bom.mp3", t, a, b, "Rock", 2019, {}},
+        {"v23_nobom_le.mp3", t, a, b, "", 0, {}},
+        {"v23_nobom_be.mp3", t, a, b, "", 0, {}},
+        {"v24_utf8.mp3", t, a, b, "", 2019, {}},
+        {"v24_unsync.mp3", t, a, b, "", 0, {}},
+        {"v24_two_artists.mp3", "v24_two_artists", "One, Two", "Best Of", "", 0, {}},
+        {"mutagen.mp3", t, a, b, "Folk", 2019, jpeg},
+        {"lame.mp3", t, a, b, "Folk", 2019, {}},
+        {"ape.mp3", t, a, b, "Folk", 2019, jpeg},
+        {"link_picture.mp3", t, "Nina", "Best Of", "", 0, {}},
+        {"empty_picture.mp3", t, "Nina", "Best Of", "", 0, {}},
+        {"metaflac.flac", t, a, b, "Folk", 2019, {}},
+        {"repeated.flac", t, a, "Best Of", "", 2018, jpeg},
+        {"mutagen.m4a", t, a, b, "Folk", 2019, jpeg},
+        {"id3.wav", t, a, b, "Folk", 2019, jpeg},
+        {"info.wav", t, a, b, "Folk", 2019, {}},
+        {"id3.aiff", t, a, b, "Folk", 2019, jpeg},
+        {"chunks.aiff", t, a, "Best Of", "", 0, {}},
+        {"id3.aac", t, a, b, "Folk", 2019, jpeg},
+        {"pcm.caf", t, a, b, "", 0, {}},
+        // Encodings that the files do not tell, or tell wrongly, field by field.
+        {"id3v1_gbk.mp3", "夜曲", "周杰伦", "十一月的萧邦", "Rock", 2019, {}},
+        {"id3v1_cut.mp3", "a天天天天天天天天天天天天天天", "A", "B", "Rock", 2019, {}},
+        {"gbk.mp3", "中文", "Björk", "爱 Love", "", 0, {}},
+        {"latin.mp3", "Jää à l'été", "Mötley Crüe", "¿Qué? «Señor» Ænima", "", 0, {}},
+        {"utf8_as_latin.mp3", "Кино", "Beyoncé", "夜曲", "", 0, {}},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        const QueueItem item = read(QString::fromUtf8(row.name));
+        EXPECT_EQ(item.title.toStdString(), row.title);
+        EXPECT_EQ(item.artist.toStdString(), row.artist);
+        EXPECT_EQ(item.album.toStdString(), row.album);
+        EXPECT_EQ(item.genre.toStdString(), row.genre);
+        EXPECT_EQ(item.year, row.year);
+        ASSERT_EQ(item.coverImageData.has_value(), !row.picture.isEmpty());
+        if (item.coverImageData) {
+            EXPECT_EQ(item.coverImageData->read(), row.picture);
+        }
+    }
+}
+
+TEST_F(TaggedFiles, GiveTheFactsOfTheirStreamsByTheirContent) {
+    const std::pair<const char*, const char*> rows[] = {
+        {"bare.flac", "FLAC 44.1 kHz / 16-bit"},
+        {"deep.flac", "FLAC 96 kHz / 24-bit"},
+        {"deep.wav", "WAV 96 kHz / 24-bit"},
+        {"float.wav", "WAV 44.1 kHz / 32-bit"},
+        {"adpcm.wav", "WAV 44.1 kHz"},
+        {"bare.aiff", "AIFF 44.1 kHz / 16-bit"},
+        {"sowt.aifc", "AIFC 44.1 kHz / 16-bit"},
+        {"ulaw.aifc", "AIFC 44.1 kHz"},
+        {"bare_aac.m4a", "M4A 44.1 kHz"},
+        {"bare_alac.m4a", "M4A 44.1 kHz / 16-bit"},
+        {"fragmented.m4a", "M4A 44.1 kHz"},
+        {"pcm.caf", "CAF 44.1 kHz / 16-bit"},
+        {"alac.caf", "CAF 44.1 kHz / 16-bit"},
+        {"really_mp4.alac", "ALAC 44.1 kHz / 16-bit"},
+        {"really_flac.mp3", "MP3 * kbps · 44.1 kHz"},
+        {"really_mp4.aac", "AAC * kbps · 44.1 kHz"},
+        {"bare.mp3", "MP3 * kbps · 44.1 kHz"},
+        {"bare.aac", "AAC * kbps · 44.1 kHz"},
+        {"adif.aac", "AAC 16 kbps · 44.1 kHz"},
+        {"noext", "Audio 44.1 kHz"},
+    };
+    for (const auto& [name, quality] : rows) {
+        SCOPED_TRACE(name);
+        const QueueItem item = read(QString::fromUtf8(name));
+        const QStringList parts = QString::fromUtf8(quality).split(u'*');
+        EXPECT_TRUE(item.quality.startsWith(parts.first()) && item.quality.endsWith(parts.last()))
+            << item.quality.toStdString();
+        ASSERT_TRUE(item.durationSeconds);
+        // Lossy files may carry some frames of padding.
+        EXPECT_NEAR(*item.durationSeconds, 2.0, 0.11);
+        EXPECT_EQ(item.duration, u"0:02"_s);
+    }
+}
+
+TEST_F(TaggedFiles, ThatAreWrongYieldWhatTheirNamesSay) {
+    const char* names[] = {"empty.mp3",  "text.flac",  "claims.mp3", "claims.flac",
+                           "claims.wav", "nested.m4a", "self.m4a",   "missing.mp3"};
+    for (const char* name : names) {
+        SCOPED_TRACE(name);
+        const QueueItem item = read(QString::fromUtf8(name));
+        EXPECT_EQ(item.title, QString::fromUtf8(name).section(u'.', 0, 0));
+        EXPECT_EQ(item.artist, u"Nina"_s);
+        EXPECT_EQ(item.album, u"Best Of"_s);
+        EXPECT_EQ(item.duration, u"--:--"_s);
+        EXPECT_FALSE(item.durationSeconds);
+        EXPECT_FALSE(item.coverImageData);
+    }
+    // A tag of 200,000 frames is not worth its memory; the stream is known nevertheless.
+    EXPECT_EQ(read(u"crowded.mp3"_s).title, u"crowded"_s);
+}
+
+TEST_F(TaggedFiles, AreReadInTheOrderAskedForAndLeaveThemUntouched) {
+    std::vector<FileUrl> urls = TrackMetadataLoader::audioFileURLs({folder->path()});
+    std::reverse(urls.begin(), urls.end());
+    ASSERT_GT(urls.size(), 40U);
+    const auto before = QFileInfo(pathOf(u"mutagen.mp3"_s)).lastModified();
+    std::size_t lastDone = 0;
+    TrackMetadataLoader::Accompaniment with;
+    with.progress = [&](std::size_t done) { lastDone = done; };
+    const auto items = TrackMetadataLoader::queueItems(urls, ResolvedLanguage::english, with);
+    ASSERT_EQ(items.size(), urls.size());
+    for (std::size_t i = 0; i < items.size(); ++i)
+        EXPECT_EQ(items[i].path(), urls[i].standardizedPath());
+    EXPECT_EQ(lastDone, urls.size());
+    EXPECT_EQ(QFileInfo(pathOf(u"mutagen.mp3"_s)).lastModified(), before);
+}
+
+TEST_F(TaggedFiles, InTheCloudAreNotOpened) {
+    const FileUrl url(pathOf(u"mutagen.mp3"_s));
+    TrackMetadataLoader::Accompaniment with;
+    with.isEvicted = [&](const QString& path) { return path == url.path(); };
+    const auto items = TrackMetadataLoader::queueItems({url}, ResolvedLanguage::english, with);
+    EXPECT_EQ(items.front().title, u"mutagen"_s);
+}
+
+/// Every kind of file, cut short and with bytes changed, by a fixed seed.
+TEST_F(TaggedFiles, SurviveDamage) {
+    const char* names[] = {"mutagen.mp3",   "v22.mp3",     "ape.mp3", "metaflac.flac",
+                           "repeated.flac", "mutagen.m4a", "id3.wav", "info.wav",
+                           "id3.aiff",      "sowt.aifc",   "pcm.caf", "alac.caf",
+                           "bare_alac.m4a", "id3.aac"};
+    constexpr int variants = 60;
+    std::mt19937 random(20260101);
+    for (const char* name : names) {
+        SCOPED_TRACE(name);
+        QFile original(pathOf(QString::fromUtf8(name)));
+        ASSERT_TRUE(original.open(QIODevice::ReadOnly));
+        const QByteArray bytes = original.readAll();
+        const QString path = pathOf(u"damaged."_s + QFileInfo(original).suffix());
+        for (int variant = 0; variant < variants; ++variant) {
+            QByteArray damaged = bytes;
+            if (variant % 3 == 0)
+                damaged.truncate(static_cast<qsizetype>(random() % damaged.size()));
+            for (unsigned int i = 0; i < 1 + random() % 24 && !damaged.isEmpty(); ++i)
+                damaged[static_cast<qsizetype>(random() %
+                                               std::min<qsizetype>(damaged.size(), 2048))] =
+                    static_cast<char>(random() % 3 ? random() : 0xff);
+            QFile file(path);
+            ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+            file.write(damaged);
+            file.close();
+            const AudioFileReading reading = readAudioFile(path);
+            EXPECT_EQ(reading.fileSize, damaged.size());
+            EXPECT_FALSE(reading.isLate);
+        }
+    }
+}
+
+} // namespace
+} // namespace halvane::test
