@@ -50,9 +50,9 @@ class OutputDevices final : public QObject {
     /// The name shown as the current output.
     QString outputDeviceName() const { return m_shownName; }
     /// Whether the engine has been routed to a device explicitly at least once.
-    bool enginePinnedToDevice() const { return m_enginePinned; }
+    bool enginePinnedToDevice() const { return m_routed.has_value(); }
     /// Whether the engine plays on the chosen device now.
-    bool devicePinActive() const { return m_activePin.has_value(); }
+    bool devicePinActive() const { return m_pinActive; }
     /// The place of the chosen device in availableOutputDevices, -1 for the system's default or
     /// while it is missing. Of two devices of one name it is the one that plays, else the first.
     int selectedDeviceIndex() const;
@@ -78,8 +78,9 @@ class OutputDevices final : public QObject {
     void routeToDefault();
     void setShownName(const QString& name);
     void setSelectedName(const std::optional<QString>& name);
-    void setActivePin(std::optional<std::uint32_t> id);
+    void setPinActive(bool active);
     const AudioOutput::OutputDevice* availableDevice(const QString& name) const;
+    const AudioOutput::OutputDevice* availableDevice(std::uint32_t id) const;
 
     AudioOutput::Devices& m_devices;
     Preferences& m_preferences;
@@ -87,8 +88,8 @@ class OutputDevices final : public QObject {
     std::vector<AudioOutput::OutputDevice> m_available;
     std::optional<QString> m_selectedName;
     QString m_shownName;
-    bool m_enginePinned = false;
-    std::optional<std::uint32_t> m_activePin; ///< the chosen device's id while the engine is on it
+    std::optional<std::uint32_t> m_routed; ///< where the engine was last sent explicitly
+    bool m_pinActive = false;              ///< and that is the chosen device
 };
 
 } // namespace halvane
