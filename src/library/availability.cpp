@@ -150,8 +150,7 @@ void Availability::markInCloud(const QString& path) {
 }
 
 void Availability::markUnavailable(const QString& path) {
-    setState(path,
-             isCloudEvicted(path) ? TrackAvailability::inCloud : TrackAvailability::missing);
+    setState(path, isCloudEvicted(path) ? TrackAvailability::inCloud : TrackAvailability::missing);
 }
 
 /// Changes the sets in place: a whole drive's files may be found missing one by one.

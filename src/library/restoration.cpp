@@ -29,8 +29,7 @@ void Restoration::restoreImportedAudio() {
     runInBackground(
         m_worker, this,
         [stored = m_with.importedPaths.stored(), cache = m_with.cache, journal = m_with.journal,
-         cloudFiles = &m_with.cloudFiles, language = m_with.language(),
-         cancelled = m_cancelled] {
+         cloudFiles = &m_with.cloudFiles, language = m_with.language(), cancelled = m_cancelled] {
             QStringList paths = stored;
             std::sort(paths.begin(), paths.end());
             std::vector<FileUrl> urls;

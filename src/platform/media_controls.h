@@ -53,7 +53,7 @@ struct MediaCommandHandlers {
     std::function<void(const QString& path)> openFile;
     std::function<void(MediaLoop)> setLoop;
     std::function<void(bool)> setShuffle;
-    std::function<void(double)> setVolume; ///< 0...1
+    std::function<void(double)> setVolume;  ///< 0...1
     std::function<double()> elapsedSeconds; ///< the position now
 };
 
