@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "audio/audio_decoder.h"
 
+#include "audio/frame_index.h"
+
 #include <QFile>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <string_view>
 #include <sys/stat.h>
+#include <vector>
 
 extern "C" {
 #include <libavutil/channel_layout.h>
@@ -102,6 +106,7 @@ bool isEncrypted(const AVStream& stream, const AVPacket& packet) {
 } // namespace
 
 std::optional<QString> AudioDecoder::open(const QString& path) {
+    m_path = path;
     if (auto error = openContainer(path))
         return error;
 
@@ -169,6 +174,7 @@ std::optional<QString> AudioDecoder::decodeFirstBlock() {
     if (isEncrypted(*m_stream, *m_packet))
         return u"It is encrypted"_s;
     m_origin = m_packet->pts == AV_NOPTS_VALUE ? 0 : m_packet->pts;
+    m_packetDuration = m_packet->duration;
     m_firstPacketPosition = std::max<std::int64_t>(m_packet->pos, 0);
     m_expectedStart = 0;
     avcodec_send_packet(m_codec.get(), m_packet.get()); // an error shows as no frame below
@@ -264,6 +270,7 @@ void AudioDecoder::copy(std::int64_t from, std::size_t frames, float* out) const
 }
 
 bool AudioDecoder::seek(std::int64_t frame) {
+    indexFrames();
     const int packetFrames = std::max(m_codec->frame_size, 1024);
     std::int64_t lead =
         drawsOnEarlierPackets(*m_codec) ? std::int64_t{prerollPackets} * packetFrames : 0;
@@ -287,7 +294,43 @@ bool AudioDecoder::seekBefore(std::int64_t frame) {
            next();
 }
 
+/// Tells libavformat where the frames of a stream without a table are, which it would otherwise
+/// find out by parsing the stream up to each seek's target. Gives the number of frames on the raw
+/// timeline when it has walked them.
+std::optional<std::int64_t> AudioDecoder::indexFrames() {
+    constexpr std::int64_t spacing = 8; // packets between two entries
+    const std::string_view container = m_container->iformat->name;
+    const bool isMp3 = container == "mp3";
+    if (m_isIndexed || m_packetDuration <= 0 || !(isMp3 || container == "aac"))
+        return std::nullopt;
+    m_isIndexed = true;
+    QFile file(m_path);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+        return std::nullopt;
+    std::vector<std::int64_t> positions; // of every eighth packet and the last
+    std::int64_t last = 0;
+    const auto count =
+        walkFrames(file, isMp3 ? FrameStream::mpegLayer3 : FrameStream::adts, m_firstPacketPosition,
+                   [&](std::int64_t number, std::int64_t position) {
+                       if (number % spacing == 0)
+                           positions.push_back(position);
+                       last = position;
+                   });
+    if (!count)
+        return std::nullopt;
+    const auto add = [&](std::int64_t number, std::int64_t position) {
+        av_add_index_entry(m_stream, position, m_origin + number * m_packetDuration, 0, 0,
+                           AVINDEX_KEYFRAME);
+    };
+    for (std::size_t i = 0; i < positions.size(); ++i)
+        add(std::int64_t(i) * spacing, positions[i]);
+    add(*count - 1, last);
+    return toFrames(m_origin + *count * m_packetDuration);
+}
+
 std::int64_t AudioDecoder::countFrames() {
+    if (const auto indexed = indexFrames())
+        return *indexed;
     std::int64_t end = m_origin;
     while (readPacket()) {
         if (m_packet->pts != AV_NOPTS_VALUE)

@@ -35,8 +35,8 @@ class AudioDecoder {
     /// Goes to a block that holds `frame` or begins before it, far enough in front for every sample
     /// from `frame` on to come out as in one pass from the start. False when nothing is there.
     bool seek(std::int64_t frame);
-    /// The end of the last packet, found by reading (not decoding) all of them. Leaves the decoder
-    /// at the end: seek next.
+    /// The end of the last packet, found without decoding. May leave the decoder at the end,
+    /// without a block: seek next.
     std::int64_t countFrames();
     /// The end of the last block, found by decoding from `near` on; none when nothing is there to
     /// be decoded. Leaves the decoder at the end.
@@ -55,7 +55,9 @@ class AudioDecoder {
     bool isUsable() const;
     void place();
     bool seekBefore(std::int64_t frame);
+    std::optional<std::int64_t> indexFrames();
 
+    QString m_path;
     libav::Owned<AVFormatContext> m_container;
     AVStream* m_stream = nullptr; ///< of m_container
     libav::Owned<AVCodecContext> m_codec;
@@ -64,7 +66,9 @@ class AudioDecoder {
     StreamFormat m_format;
     SampleBlock m_layout; ///< of the present block; its planes are m_frame's
     std::int64_t m_firstPacketPosition = 0;
-    std::int64_t m_origin = 0; ///< stream time of the first packet
+    std::int64_t m_origin = 0;         ///< stream time of the first packet
+    std::int64_t m_packetDuration = 0; ///< of the first packet, in stream time
+    bool m_isIndexed = false;          ///< the container's index is as complete as it gets
     std::int64_t m_blockStart = 0;
     std::optional<std::int64_t> m_expectedStart; ///< of the next block; none after a seek
     std::optional<QString> m_readError;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "audio/container_figures.h"
+#include "audio/frame_index.h"
 
 #include <QBuffer>
 #include <QtEndian>
@@ -133,6 +134,46 @@ TEST(GaplessTag, ReadsDelayAndLength) {
     EXPECT_EQ(extent->length, 0x3F31F6);
     for (const char* text : {"", "00000000 00000840", " 0 zz 0 10", " 0 0 0 0", " 0 0 0 -5"})
         EXPECT_FALSE(gaplessTag(text)) << text;
+}
+
+/// Frames of an MPEG 1 layer III stream of 128 kbit/s at 44.1 kHz, some of them padded.
+QByteArray layer3Frames(int count) {
+    QByteArray bytes;
+    for (int i = 0; i < count; ++i) {
+        const bool isPadded = i % 3 == 0;
+        bytes += QByteArray("\xFF\xFB", 2) + char(0x90 | (isPadded ? 2 : 0)) +
+                 QByteArray(414 + (isPadded ? 1 : 0), '\0');
+    }
+    return bytes;
+}
+
+TEST(FrameWalk, CountsWholeFramesUpToATag) {
+    const auto walked = [](QByteArray bytes, FrameStream kind, qint64 from = 0) {
+        QBuffer file(&bytes);
+        file.open(QIODevice::ReadOnly);
+        qint64 visited = 0;
+        const auto count = walkFrames(file, kind, from, [&](qint64 number, qint64 position) {
+            EXPECT_EQ(number, visited++);
+            EXPECT_EQ(bytes[position], '\xFF');
+        });
+        return count.value_or(-1);
+    };
+    const QByteArray frames = layer3Frames(1000);
+    EXPECT_EQ(walked(frames, FrameStream::mpegLayer3), 1000);
+    EXPECT_EQ(walked(frames.left(frames.size() - 1), FrameStream::mpegLayer3), 999);
+    EXPECT_EQ(walked("in front" + frames, FrameStream::mpegLayer3, 8), 1000);
+    EXPECT_EQ(walked(frames + "TAG" + QByteArray(125, 'x'), FrameStream::mpegLayer3), 1000);
+    EXPECT_EQ(walked(frames + QByteArray(50, 'x') + frames, FrameStream::mpegLayer3), -1);
+    EXPECT_EQ(walked(frames, FrameStream::adts), -1);
+    EXPECT_EQ(walked("", FrameStream::mpegLayer3), -1);
+
+    QByteArray adts;
+    for (int i = 0; i < 500; ++i) {
+        const int size = 200 + i;
+        adts += QByteArray("\xFF\xF1\x50\x80", 4) + char(size >> 3) + char((size & 7) << 5) +
+                QByteArray(size - 6, '\0');
+    }
+    EXPECT_EQ(walked(adts, FrameStream::adts), 500);
 }
 
 } // namespace

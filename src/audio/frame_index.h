@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QIODevice>
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+
+namespace halvane {
+
+/// Streams that are nothing but frames, one after another, without a table of where they are.
+enum class FrameStream { mpegLayer3, adts };
+
+/// Walks a stream from header to header, from the frame at byte `from` to its end (or a tag behind
+/// it), without decoding anything. Calls back with each frame's number and position, and gives the
+/// number of whole frames; none when the chain breaks anywhere, for then only a decoder can tell
+/// what is a frame. Any thread.
+std::optional<std::int64_t>
+walkFrames(QIODevice& file, FrameStream kind, std::int64_t from,
+           const std::function<void(std::int64_t number, std::int64_t position)>& visit);
+
+} // namespace halvane
