@@ -45,16 +45,16 @@ class Strings : public QObject {
 
     Q_INVOKABLE QString playbackFailure(const QString& trackTitle) const;
     Q_INVOKABLE QString downloadingTrack(const QString& trackTitle) const;
-    Q_INVOKABLE QString maintenanceBadge(qint64 count) const;
-    Q_INVOKABLE QString artistSummary(qint64 albums, qint64 tracks) const;
-    Q_INVOKABLE QString visibleCount(qint64 count) const;
-    Q_INVOKABLE QString confirmRemoveMissing(qint64 count) const;
-    Q_INVOKABLE QString confirmRemoveDuplicates(qint64 groups) const;
-    Q_INVOKABLE QString cloudDownloadStarted(qint64 count) const;
-    Q_INVOKABLE QString playlistCount(qint64 count) const;
-    Q_INVOKABLE QString importResult(qint64 added, qint64 skipped) const;
-    Q_INVOKABLE QString albumDuration(qint64 totalMinutes) const;
-    Q_INVOKABLE QString trackCount(qint64 count) const;
+    Q_INVOKABLE QString maintenanceBadge(int count) const;
+    Q_INVOKABLE QString artistSummary(int albums, int tracks) const;
+    Q_INVOKABLE QString visibleCount(int count) const;
+    Q_INVOKABLE QString confirmRemoveMissing(int count) const;
+    Q_INVOKABLE QString confirmRemoveDuplicates(int groups) const;
+    Q_INVOKABLE QString cloudDownloadStarted(int count) const;
+    Q_INVOKABLE QString playlistCount(int count) const;
+    Q_INVOKABLE QString importResult(int added, int skipped) const;
+    Q_INVOKABLE QString albumDuration(int totalMinutes) const;
+    Q_INVOKABLE QString trackCount(int count) const;
     Q_INVOKABLE QString languageName(halvane::AppLanguage setting) const;
 
   Q_SIGNALS:

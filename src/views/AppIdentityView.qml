@@ -23,16 +23,22 @@ Row {
         spacing: 2
         Text {
             text: "Halvane"
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
             font: Theme.cardTitle
             color: Theme.primaryText
         }
         Text {
             text: Strings.appSubtitle
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
             font: Theme.caption
             color: Theme.primaryText
         }
         Text {
             text: "v1.0.0 (22)"
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
             font: Theme.badge
             color: Theme.tertiaryText
         }

@@ -43,6 +43,8 @@ Item {
             width: parent.width
             horizontalAlignment: Text.AlignHCenter
             text: Strings.dragAudio
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
             font: Theme.labelStrong
             color: Theme.secondaryText
         }
@@ -50,6 +52,8 @@ Item {
             width: parent.width
             horizontalAlignment: Text.AlignHCenter
             text: Strings.dragAudioSubtitle
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
             font: Theme.caption
             color: Theme.tertiaryText
         }

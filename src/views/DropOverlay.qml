@@ -42,6 +42,8 @@ Rectangle {
         Text {
             anchors.horizontalCenter: parent.horizontalCenter
             text: Strings.dropToAdd
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
             font: Theme.overlayTitle
             color: Theme.primaryText
         }
@@ -49,6 +51,8 @@ Rectangle {
             anchors.horizontalCenter: parent.horizontalCenter
             horizontalAlignment: Text.AlignHCenter
             text: Strings.dragAudioSubtitle
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
             font: Theme.name
             color: Theme.secondaryText
         }

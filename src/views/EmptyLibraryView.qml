@@ -27,6 +27,8 @@ Item {
             topPadding: Theme.gapSmall
             horizontalAlignment: Text.AlignHCenter
             text: Strings.emptyLibraryTitle
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
             font: Theme.pageTitle
             color: Theme.primaryText
             wrapMode: Text.Wrap
@@ -35,6 +37,8 @@ Item {
             width: parent.width
             horizontalAlignment: Text.AlignHCenter
             text: Strings.emptyLibraryMessage
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
             font: Theme.body
             lineHeight: 1.3
             color: Theme.secondaryText

@@ -75,6 +75,8 @@ FocusScope {
                 Text {
                     anchors.verticalCenter: parent.verticalCenter
                     text: Library.hasCurrentTrack ? Library.signalPathDescription : Strings.notPlaying
+                    Accessible.role: Accessible.StaticText
+                    Accessible.name: text
                     font: Theme.captionStrong
                     color: Theme.primaryText
                 }

@@ -41,6 +41,8 @@ Item {
         Text {
             width: parent.width
             text: root.body
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
             font: Theme.label
             lineHeight: 1.3
             color: Theme.secondaryText

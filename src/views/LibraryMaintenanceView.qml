@@ -66,6 +66,8 @@ Popover {
                     width: parent.width
                     horizontalAlignment: Text.AlignHCenter
                     text: Strings.libraryClean
+                    Accessible.role: Accessible.StaticText
+                    Accessible.name: text
                     font: Theme.body
                     color: Theme.secondaryText
                     wrapMode: Text.Wrap

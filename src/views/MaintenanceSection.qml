@@ -77,6 +77,8 @@ Item {
         Text {
             width: parent.width
             text: root.hint
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
             font: Theme.caption
             color: Theme.tertiaryText
             wrapMode: Text.Wrap

@@ -11,12 +11,14 @@ ListView {
     property real dragY: 0 // in the view
     readonly property bool isDragging: draggedItemID !== undefined
 
-    // Moves the dragged entry to the row under the pointer.
+    // Moves the dragged entry to the row under the pointer: to the place, as the rows themselves may
+    // still be on their way.
     function dragOver(): void {
-        const y = Math.max(0, Math.min(root.height - 1, root.dragY)) + root.contentY
-        const target = root.itemAt(20, y) as QueueRow
-        if (target && target.entryId !== root.draggedItemID)
-            Library.moveQueueItem(root.draggedItemID, target.entryId)
+        const y = Math.max(0, Math.min(root.height - 1, root.dragY)) + root.contentY - root.originY
+        const row = Math.min(Math.floor(y / Theme.queueRowHeight), root.count - 1)
+        const target = cursor.value(row, "entryId")
+        if (target !== root.draggedItemID)
+            Library.moveQueueItem(root.draggedItemID, target)
     }
     function drop(): void {
         root.draggedItemID = undefined

@@ -26,6 +26,8 @@ Item {
         Text {
             anchors.baseline: words.baseline
             text: root.detail
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
             font: Theme.badge
             color: Theme.tertiaryText
         }

@@ -32,6 +32,8 @@ Rectangle {
         width: parent.width - 50
         anchors.verticalCenter: parent.verticalCenter
         text: root.text
+        Accessible.role: Accessible.AlertMessage
+        Accessible.name: text
         font: Theme.label
         color: Theme.primaryText
         wrapMode: Text.Wrap

@@ -17,12 +17,16 @@ Item {
         spacing: Theme.gapLarge
         Text {
             text: Strings.sentences.visibleCount(root.rowCount)
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
             font: Theme.labelStrong
             color: Theme.secondaryText
         }
         Text {
             visible: Library.maintenanceActionCount >= 1
             text: Strings.sentences.maintenanceBadge(Library.maintenanceActionCount)
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
             font: Theme.label
             color: Theme.warmAccent
         }

@@ -173,7 +173,7 @@ TrackRows makeLibrary(const LibraryPlan& plan) {
             const int seconds = trackSeconds[name];
             const QString path = trackPath(plan, number, index);
             const bool sounds = plan.playable && number == 0;
-            sounds ? writeSound(path, seconds) : writePlaceholder(path, seconds);
+            sounds ? writeSound(path, index == 0 ? seconds : 20) : writePlaceholder(path, seconds);
             Track track;
             track.title = QString::fromUtf16(trackNames[name]);
             track.artist = album.artist;

@@ -2,12 +2,28 @@
 // Shows the real windows on a made-up library: to look at, or to photograph.
 #include "gallery/gallery_world.h"
 
+#include <QAccessible>
 #include <QCommandLineParser>
 #include <QFont>
 #include <QGuiApplication>
 
 using namespace halvane;
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// What assistive technology finds, a line a thing.
+void printTree(QAccessibleInterface* thing, int depth) {
+    if (!thing || thing->state().invisible)
+        return;
+    printf("%*s%x %s | %s\n", depth * 2, "", unsigned(thing->role()),
+           qPrintable(thing->text(QAccessible::Name)),
+           qPrintable(thing->text(QAccessible::Description)));
+    for (int i = 0; i < thing->childCount(); ++i)
+        printTree(thing->child(i), depth + 1);
+}
+
+} // namespace
 
 int main(int argc, char** argv) {
     QGuiApplication app(argc, argv);
@@ -19,6 +35,7 @@ int main(int argc, char** argv) {
         {u"language"_s, u"en or zh."_s, u"language"_s, u"en"_s},
         {u"size"_s, u"Size of the window."_s, u"WxH"_s},
         {u"set"_s, u"Sets a property of the controller; may be given again."_s, u"name=value"_s},
+        {u"tree"_s, u"Prints what assistive technology finds, and ends."_s},
         {u"out"_s, u"Saves a picture of the window there, and ends."_s, u"file"_s},
     });
     options.process(app);
@@ -46,6 +63,12 @@ int main(int argc, char** argv) {
         return 1;
     if (const auto size = options.value(u"size"_s).split(u'x'); size.size() == 2)
         window->resize(size[0].toInt(), size[1].toInt());
+    if (options.isSet(u"tree"_s)) {
+        QAccessible::setActive(true);
+        test::GalleryWorld::waitFor([] { return false; }, 500);
+        printTree(QAccessible::queryAccessibleInterface(window), 0);
+        return 0;
+    }
     if (!options.isSet(u"out"_s))
         return app.exec();
     test::GalleryWorld::waitFor([] { return false; }, 2500);

@@ -50,6 +50,8 @@ Popover {
         Text {
             Layout.fillWidth: true
             text: root.title
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
             font: Theme.cardTitle
             color: Theme.primaryText
             wrapMode: Text.Wrap
@@ -58,6 +60,8 @@ Popover {
             Layout.fillWidth: true
             visible: text.length > 0
             text: root.message
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
             font: Theme.label
             lineHeight: 1.25
             color: Theme.secondaryText

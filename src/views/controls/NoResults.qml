@@ -6,6 +6,8 @@ import Halvane
 Text {
     height: 120
     text: Strings.noResults
+    Accessible.role: Accessible.StaticText
+    Accessible.name: text
     font: Theme.body
     color: Theme.tertiaryText
     horizontalAlignment: Text.AlignHCenter

@@ -15,6 +15,8 @@ Text {
     horizontalAlignment: Text.AlignLeft
     font: Theme.row
     color: Theme.primaryText
+    Accessible.role: Accessible.StaticText
+    Accessible.name: root.text
 
     HoverHandler {
         id: hover

@@ -1,24 +1,58 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
-import QtQuick.Templates as T
 import Halvane
 
 // What all buttons share: Return presses, Space presses while the keyboard is on the button (it is
-// play and pause elsewhere), a name for those who cannot see it, and a tooltip.
-T.AbstractButton {
+// play and pause elsewhere), a name for those who cannot see it, and a tooltip. Made from an item
+// because a ready-made button calls itself a button to assistive technology, also where it is a tab,
+// a link or a row.
+Item {
     id: root
 
+    property string text
     property string tip
+    property font font: Theme.body
+    property Item contentItem: null
+    property Item background: null
+    readonly property bool hovered: hover.hovered && root.enabled
+    readonly property bool pressed: mouse.pressed
+    readonly property bool visualFocus: root.activeFocus // a click gives no focus
 
-    focusPolicy: Qt.TabFocus
-    hoverEnabled: true
+    signal clicked
+
+    activeFocusOnTab: true
     Accessible.role: Accessible.Button
     Accessible.name: root.tip.length > 0 ? root.tip : root.text
+    Accessible.focusable: true
+    Accessible.onPressAction: root.clicked()
 
     Keys.onReturnPressed: root.clicked()
     Keys.onEnterPressed: root.clicked()
-    Keys.onShortcutOverride: event => event.accepted = root.visualFocus && event.key === Qt.Key_Space
+    Keys.onSpacePressed: root.clicked()
+    Keys.onShortcutOverride: event => event.accepted = event.key === Qt.Key_Space
+    onContentItemChanged: {
+        root.contentItem.parent = content
+        root.contentItem.anchors.fill = content
+    }
+    onBackgroundChanged: {
+        root.background.parent = backdrop
+        root.background.anchors.fill = backdrop
+    }
 
+    Item {
+        id: backdrop
+        anchors.fill: parent
+    }
+    Item {
+        id: content
+        anchors.fill: parent
+    }
+    MouseArea {
+        id: mouse
+        anchors.fill: parent
+        onClicked: root.clicked()
+    }
+    HoverHandler { id: hover }
     Tip {
         shown: root.hovered && !root.pressed
         text: root.tip

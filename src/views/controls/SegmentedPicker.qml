@@ -42,7 +42,7 @@ FocusScope {
                 height: root.height - 4
                 implicitWidth: word.implicitWidth + 28
                 text: modelData
-                focusPolicy: Qt.NoFocus
+                activeFocusOnTab: false
                 Accessible.role: Accessible.RadioButton
                 Accessible.checkable: true
                 Accessible.checked: index === root.chosen

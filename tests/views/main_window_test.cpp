@@ -1,0 +1,256 @@
+// SPDX-License-Identifier: MIT
+// The real main window, worked with mouse and keyboard.
+#include "views/window_driver.h"
+
+#include <QDropEvent>
+#include <QMimeData>
+
+#include <gtest/gtest.h>
+
+namespace halvane::test {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+class MainWindowTest : public testing::Test {
+  protected:
+    void SetUp() override {
+        world.furnish();
+        QQuickWindow* window = world.open(u"main"_s);
+        ASSERT_NE(window, nullptr);
+        ui = std::make_unique<WindowDriver>(*window);
+    }
+    void TearDown() override { EXPECT_EQ(world.warnings(), QStringList()); }
+    QString textAt(QAbstractListModel* list, int row, const char* role) {
+        return list->index(row, 0).data(list->roleNames().key(role)).toString();
+    }
+    int currentQueueRow() {
+        QAbstractListModel* queue = library.playlist();
+        for (int row = 0; row < queue->rowCount(); ++row)
+            if (queue->index(row, 0).data(queue->roleNames().key("isCurrent")).toBool())
+                return row;
+        return -1;
+    }
+
+    GalleryWorld world{12};
+    LibraryViewModel& library = world.library();
+    std::unique_ptr<WindowDriver> ui;
+};
+
+TEST_F(MainWindowTest, TransportButtonsPlayPauseAndSkip) {
+    ASSERT_TRUE(library.isPlaying());
+    ASSERT_TRUE(ui->click(u"Pause"_s, QAccessible::Button));
+    EXPECT_FALSE(library.isPlaying());
+    ASSERT_TRUE(ui->click(u"Play"_s, QAccessible::Button));
+    EXPECT_TRUE(library.isPlaying());
+    ASSERT_TRUE(ui->click(u"Next track"_s, QAccessible::Button));
+    EXPECT_EQ(library.currentTrack().title, u"Half the Way Home"_s);
+    ASSERT_TRUE(ui->click(u"Previous track"_s, QAccessible::Button));
+    EXPECT_EQ(library.currentTrack().title, u"Lamplight"_s);
+    ASSERT_TRUE(ui->click(u"Shuffle off"_s));
+    EXPECT_TRUE(library.isShuffleEnabled());
+    EXPECT_TRUE(ui->shows(u"Shuffle on"_s));
+    ASSERT_TRUE(ui->click(u"Repeat off"_s));
+    EXPECT_EQ(library.repeatMode(), PlaybackRepeatMode::all);
+    EXPECT_TRUE(ui->shows(u"Repeat playlist"_s));
+}
+
+TEST_F(MainWindowTest, TheSidebarAndTheTabsLeadThroughTheLibrary) {
+    struct Step {
+        QString name;
+        QAccessible::Role role;
+        LibraryMode mode;
+        SidebarItem place;
+    };
+    const std::array steps{
+        Step{u"Tracks"_s, QAccessible::PageTab, LibraryMode::songs, SidebarItem::tracks},
+        Step{u"Artists"_s, QAccessible::PageTab, LibraryMode::artists, SidebarItem::artists},
+        Step{u"Albums"_s, QAccessible::PageTab, LibraryMode::albums, SidebarItem::albums},
+        Step{u"Loved"_s, QAccessible::ListItem, LibraryMode::songs, SidebarItem::loved},
+        Step{u"Library"_s, QAccessible::ListItem, LibraryMode::albums, SidebarItem::library},
+    };
+    for (const Step& step : steps) {
+        ASSERT_TRUE(ui->click(step.name, step.role)) << qPrintable(step.name);
+        EXPECT_EQ(library.mode(), step.mode) << qPrintable(step.name);
+        EXPECT_EQ(library.selectedSidebar(), step.place) << qPrintable(step.name);
+    }
+}
+
+TEST_F(MainWindowTest, LanguagesChangeAtOnceAndTheMenusStayEnglish) {
+    library.setLanguageSetting(AppLanguage::simplifiedChinese);
+    for (const QString& text : {u"浏览"_s, u"资料库"_s, u"专辑"_s, u"艺人"_s, u"歌曲"_s, u"喜欢"_s,
+                                u"播放列表"_s, u"待播队列"_s, u"下一首"_s})
+        EXPECT_TRUE(ui->waitsFor(text)) << qPrintable(text);
+    EXPECT_TRUE(ui->shows(u"Playback"_s));
+    library.setLanguageSetting(AppLanguage::english);
+    EXPECT_TRUE(ui->waitsFor(u"Up Next"_s));
+}
+
+TEST_F(MainWindowTest, TheTrackTableIsWorkedByKeyboard) {
+    library.selectBrowseMode(LibraryMode::songs);
+    ASSERT_TRUE(ui->waitsFor(u"Sodium, The Lanterns"_s));
+    QAbstractListModel* tracks = library.visibleTracks();
+    ASSERT_TRUE(ui->click(u"Half the Way Home, The Lanterns"_s));
+    EXPECT_EQ(library.currentTrack().title, u"Half the Way Home"_s);
+    ui->key(Qt::Key_Down);
+    ui->key(Qt::Key_Return);
+    EXPECT_EQ(library.currentTrack().title, u"Sodium"_s);
+    ui->key(Qt::Key_End);
+    ui->key(Qt::Key_Home);
+    ui->key(Qt::Key_Return);
+    EXPECT_EQ(library.currentTrack().path(), textAt(tracks, 0, "path"));
+    // Letters find; a space is no letter, it plays and pauses.
+    ui->type(u"kelp"_s);
+    ui->key(Qt::Key_Return);
+    EXPECT_EQ(library.currentTrack().title, u"Kelp"_s);
+    ui->key(Qt::Key_Space);
+    EXPECT_FALSE(library.isPlaying());
+}
+
+TEST_F(MainWindowTest, TheMenuKeyOpensATracksMenu) {
+    library.selectBrowseMode(LibraryMode::songs);
+    ASSERT_TRUE(ui->click(u"Half the Way Home, The Lanterns"_s));
+    const QString path = library.currentTrack().path();
+    ui->key(Qt::Key_Menu);
+    ASSERT_TRUE(ui->click(u"Loved"_s, QAccessible::MenuItem));
+    EXPECT_TRUE(library.isCurrentTrackLoved());
+    ui->key(Qt::Key_Menu);
+    ASSERT_TRUE(ui->waitsFor(u"Remove from Library"_s));
+    ui->key(Qt::Key_Escape);
+    EXPECT_TRUE(world.waitFor([&] { return !ui->shows(u"Remove from Library"_s); }));
+}
+
+TEST_F(MainWindowTest, TypingInTheSearchFieldFiltersAndEscClearsIt) {
+    library.selectBrowseMode(LibraryMode::songs);
+    ASSERT_TRUE(ui->waitsFor(u"Sodium, The Lanterns"_s));
+    ui->key(Qt::Key_F, Qt::ControlModifier);
+    ASSERT_TRUE(world.waitFor([&] { return library.isSearchFieldFocused(); }));
+    const bool playing = library.isPlaying();
+    ui->type(u"nina vale"_s);
+    EXPECT_EQ(library.searchText(), u"nina vale"_s);
+    EXPECT_EQ(library.isPlaying(), playing);
+    EXPECT_TRUE(world.waitFor(
+        [&] { return textAt(library.visibleTracks(), 0, "artist") == u"Nina Vale"_s; }));
+    ui->key(Qt::Key_Escape);
+    EXPECT_EQ(library.searchText(), QString());
+    ui->type(u"zzzz"_s);
+    EXPECT_TRUE(ui->waitsFor(u"No matches for your search"_s));
+    ASSERT_TRUE(ui->click(u"Clear search"_s));
+    EXPECT_EQ(library.searchText(), QString());
+}
+
+TEST_F(MainWindowTest, AnAlbumIsChosenByAClickAndPlayedByTwo) {
+    ASSERT_TRUE(ui->click(u"Kelp & Salt, Mira Holt"_s));
+    EXPECT_TRUE(world.waitFor([&] { return library.selectedAlbum().title == u"Kelp & Salt"_s; }));
+    EXPECT_TRUE(ui->waitsFor(u"Show All Tracks"_s));
+    ui->key(Qt::Key_Return);
+    EXPECT_EQ(library.currentTrack().album, u"Kelp & Salt"_s);
+    ui->key(Qt::Key_Escape);
+    EXPECT_TRUE(world.waitFor([&] { return !ui->shows(u"Show All Tracks"_s); }));
+}
+
+TEST_F(MainWindowTest, QueueRowsMoveByDraggingAndByKeyboard) {
+    QAbstractListModel* queue = library.playlist();
+    ASSERT_GE(queue->rowCount(), 6);
+    auto* list = ui->find(u"Up Next"_s, QAccessible::List);
+    ASSERT_NE(list, nullptr);
+    const QRect area = list->rect();
+    const auto row = [&](int number) {
+        return ui->window().mapFromGlobal(area.topLeft()) + QPoint(120, 44 * number + 22);
+    };
+    const QString dragged = textAt(queue, 1, "title");
+    ui->drag(row(1), row(4));
+    EXPECT_EQ(textAt(queue, 4, "title"), dragged);
+    EXPECT_EQ(currentQueueRow(), 0);
+    // The press has put the cursor on the dragged entry.
+    ui->key(Qt::Key_Up, Qt::AltModifier);
+    EXPECT_EQ(textAt(queue, 3, "title"), dragged);
+    ui->key(Qt::Key_Return);
+    EXPECT_EQ(library.currentTrack().title, dragged);
+}
+
+TEST_F(MainWindowTest, PlaylistsAreMadeRenamedFilledAndDeleted) {
+    QAbstractListModel* playlists = library.playlists();
+    const int before = playlists->rowCount();
+    ASSERT_TRUE(ui->click(u"New Playlist..."_s, QAccessible::Button));
+    ASSERT_TRUE(ui->waitsFor(u"Playlist name"_s));
+    ui->type(u"Sunday"_s);
+    ui->key(Qt::Key_Return);
+    ASSERT_EQ(playlists->rowCount(), before + 1);
+    ASSERT_TRUE(ui->waitsFor(u"Sunday"_s));
+    ASSERT_TRUE(ui->click(u"Sunday"_s, QAccessible::ListItem, Qt::RightButton));
+    ASSERT_TRUE(ui->click(u"Rename..."_s, QAccessible::MenuItem));
+    ASSERT_TRUE(ui->waitsFor(u"Playlist name"_s));
+    ui->type(u"Monday"_s);
+    ui->key(Qt::Key_Escape);
+    EXPECT_TRUE(ui->shows(u"Sunday"_s));
+
+    library.selectBrowseMode(LibraryMode::songs);
+    ASSERT_TRUE(ui->waitsFor(u"Sodium, The Lanterns"_s));
+    const QString playing = library.currentTrack().title;
+    ui->drag(ui->centreOf(u"Sodium, The Lanterns"_s), ui->centreOf(u"Sunday"_s));
+    EXPECT_EQ(textAt(playlists, before, "trackCount"), u"1"_s);
+    EXPECT_EQ(library.currentTrack().title, playing);
+
+    ASSERT_TRUE(ui->click(u"Sunday"_s, QAccessible::ListItem, Qt::RightButton));
+    ASSERT_TRUE(ui->click(u"Delete"_s, QAccessible::MenuItem));
+    EXPECT_EQ(playlists->rowCount(), before);
+}
+
+TEST_F(MainWindowTest, TheEqualizerPopoverSetsBandsAndClosesOnEsc) {
+    ASSERT_TRUE(ui->click(u"Equalizer"_s, QAccessible::Button));
+    ASSERT_TRUE(ui->waitsFor(u"Preamp"_s));
+    auto* band = ui->find(u"1K"_s, QAccessible::Slider);
+    ASSERT_NE(band, nullptr);
+    band->actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
+    const double before = library.eqGains()[5];
+    ui->key(Qt::Key_Up);
+    EXPECT_DOUBLE_EQ(library.eqGains()[5], before + 0.5);
+    ui->key(Qt::Key_Escape);
+    EXPECT_TRUE(world.waitFor([&] { return !ui->shows(u"Preamp"_s); }));
+}
+
+TEST_F(MainWindowTest, TheFullScreenPlayerComesAndGoes) {
+    ASSERT_TRUE(ui->click(u"Full-Screen Player"_s, QAccessible::Button));
+    EXPECT_TRUE(library.showFullPlayer());
+    ASSERT_TRUE(ui->waitsFor(u"Back to Main Window"_s));
+    const bool playing = library.isPlaying();
+    ui->key(Qt::Key_Escape);
+    EXPECT_FALSE(library.showFullPlayer());
+    EXPECT_EQ(library.isPlaying(), playing);
+    EXPECT_TRUE(world.waitFor([&] { return !ui->shows(u"Back to Main Window"_s); }));
+}
+
+TEST_F(MainWindowTest, FilesDraggedOverTheWindowShowTheOverlay) {
+    QMimeData files;
+    files.setUrls({QUrl::fromLocalFile(world.pathOf(0)), QUrl::fromLocalFile(u"/music"_s)});
+    QQuickWindow* window = &ui->window();
+    const auto enter = [&] {
+        QDragEnterEvent event({400, 300}, Qt::CopyAction, &files, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(window, &event);
+        QDragMoveEvent move({420, 300}, Qt::CopyAction, &files, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(window, &move);
+        EXPECT_TRUE(move.isAccepted());
+    };
+    enter();
+    EXPECT_TRUE(ui->waitsFor(u"Drop to add to playlist"_s));
+    QDragLeaveEvent leave;
+    QCoreApplication::sendEvent(window, &leave);
+    EXPECT_TRUE(world.waitFor([&] { return !ui->shows(u"Drop to add to playlist"_s); }));
+    enter();
+    QDropEvent drop({420, 300}, Qt::CopyAction, &files, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(window, &drop);
+    EXPECT_TRUE(drop.isAccepted());
+    EXPECT_TRUE(world.waitFor([&] { return !ui->shows(u"Drop to add to playlist"_s); }));
+}
+
+TEST_F(MainWindowTest, ThePanelHidesAndComesBack) {
+    ASSERT_TRUE(ui->click(u"Toggle Now Playing Panel"_s));
+    EXPECT_FALSE(library.showNowPlayingPanel());
+    EXPECT_TRUE(world.waitFor([&] { return !ui->shows(u"Up Next"_s); }));
+    ui->key(Qt::Key_N, Qt::ControlModifier | Qt::AltModifier);
+    EXPECT_TRUE(library.showNowPlayingPanel());
+}
+
+} // namespace
+} // namespace halvane::test

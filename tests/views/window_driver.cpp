@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: MIT
+#include "views/window_driver.h"
+
+#include <QTest>
+
+namespace halvane::test {
+
+namespace {
+
+QAccessibleInterface* search(QAccessibleInterface* from, const QString& name,
+                             QAccessible::Role role) {
+    if (!from || !from->isValid() || from->state().invisible)
+        return nullptr;
+    const QString text = from->text(QAccessible::Name);
+    if (text.startsWith(name) && (role == QAccessible::NoRole || from->role() == role) &&
+        from->role() != QAccessible::Window)
+        return from;
+    for (int i = 0; i < from->childCount(); ++i)
+        if (auto* found = search(from->child(i), name, role))
+            return found;
+    return nullptr;
+}
+
+} // namespace
+
+WindowDriver::WindowDriver(QQuickWindow& window)
+    : m_window(window) {
+    QAccessible::setActive(true);
+    m_window.requestActivate();
+    GalleryWorld::waitFor([this] { return m_window.isActive(); }, 1000);
+}
+
+QAccessibleInterface* WindowDriver::find(const QString& name, QAccessible::Role role) const {
+    return search(QAccessible::queryAccessibleInterface(&m_window), name, role);
+}
+
+bool WindowDriver::waitsFor(const QString& name) const {
+    return GalleryWorld::waitFor([&] { return shows(name); });
+}
+
+QPoint WindowDriver::centreOf(const QString& name, QAccessible::Role role) const {
+    auto* thing = find(name, role);
+    return thing ? m_window.mapFromGlobal(thing->rect().center()) : QPoint();
+}
+
+bool WindowDriver::click(const QString& name, QAccessible::Role role, Qt::MouseButton button) {
+    if (!GalleryWorld::waitFor([&] { return find(name, role) != nullptr; }))
+        return false;
+    QTest::mouseClick(&m_window, button, {}, centreOf(name, role));
+    return true;
+}
+
+bool WindowDriver::doubleClick(const QString& name) {
+    if (!waitsFor(name))
+        return false;
+    QTest::mouseDClick(&m_window, Qt::LeftButton, {}, centreOf(name));
+    return true;
+}
+
+void WindowDriver::drag(const QPoint& from, const QPoint& to) {
+    constexpr int steps = 12;
+    QTest::mousePress(&m_window, Qt::LeftButton, {}, from);
+    for (int step = 1; step <= steps; ++step) {
+        QTest::mouseMove(&m_window, from + (to - from) * step / steps);
+        QCoreApplication::processEvents();
+    }
+    QTest::mouseRelease(&m_window, Qt::LeftButton, {}, to);
+}
+
+void WindowDriver::key(Qt::Key key, Qt::KeyboardModifiers modifiers) {
+    QTest::keyClick(&m_window, key, modifiers);
+}
+
+void WindowDriver::type(const QString& text) {
+    for (const QChar character : text)
+        QTest::keyClick(&m_window, character.toLatin1());
+}
+
+} // namespace halvane::test

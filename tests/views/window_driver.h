@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "gallery/gallery_world.h"
+
+#include <QAccessible>
+#include <QPoint>
+#include <QString>
+
+namespace halvane::test {
+
+/// Works a window as its user does: finds things by what assistive technology calls them, and sends
+/// mouse and key events through the window system.
+class WindowDriver {
+  public:
+    explicit WindowDriver(QQuickWindow& window);
+
+    /// The first visible thing of a role whose name is, or begins with, the text; null when there
+    /// is none.
+    QAccessibleInterface* find(const QString& name,
+                               QAccessible::Role role = QAccessible::NoRole) const;
+    bool shows(const QString& name) const { return find(name) != nullptr; }
+    /// Waits until it is there.
+    bool waitsFor(const QString& name) const;
+
+    QPoint centreOf(const QString& name, QAccessible::Role role = QAccessible::NoRole) const;
+    /// Each gives false when there is no such thing.
+    bool click(const QString& name, QAccessible::Role role = QAccessible::NoRole,
+               Qt::MouseButton button = Qt::LeftButton);
+    bool doubleClick(const QString& name);
+    void drag(const QPoint& from, const QPoint& to);
+    void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    void type(const QString& text);
+
+    QQuickWindow& window() const { return m_window; }
+
+  private:
+    QQuickWindow& m_window;
+};
+
+} // namespace halvane::test
