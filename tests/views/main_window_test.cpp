@@ -114,6 +114,7 @@ TEST_F(MainWindowTest, TheMenuKeyOpensATracksMenu) {
     ui->key(Qt::Key_Menu);
     ASSERT_TRUE(ui->click(u"Loved"_s, QAccessible::MenuItem));
     EXPECT_TRUE(library.isCurrentTrackLoved());
+    ASSERT_TRUE(world.waitFor([&] { return !ui->shows(u"Remove from Library"_s); }));
     ui->key(Qt::Key_Menu);
     ASSERT_TRUE(ui->waitsFor(u"Remove from Library"_s));
     ui->key(Qt::Key_Escape);
