@@ -58,7 +58,7 @@ Commands::Commands(LibraryViewModel& library, CommandTargets targets, QObject* p
         }
     }
     followLibrary();
-    refresh();
+    show(state());
     qApp->installEventFilter(this);
 }
 
@@ -110,6 +110,14 @@ CommandState Commands::state() const {
 
 void Commands::refresh() {
     const auto now = state();
+    if (now == m_shown)
+        return;
+    show(now);
+    Q_EMIT changed();
+}
+
+void Commands::show(const CommandState& now) {
+    m_shown = now;
     for (const auto& menu : menuTable()) {
         for (const auto& spec : menu.items) {
             if (auto* command = m_byId.value(spec.id)) {

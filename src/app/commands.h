@@ -36,14 +36,20 @@ class Commands : public QObject {
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
+  Q_SIGNALS:
+    /// Titles or enabled states are others than before.
+    void changed();
+
   private:
     std::function<void()> action(const QString& id, CommandTargets& targets);
     void followLibrary();
     void refresh();
+    void show(const CommandState& now);
     CommandState state() const;
     bool takesKeysFromText(int keyCombination) const;
 
     LibraryViewModel& m_library;
+    CommandState m_shown; ///< by which titles and enabled states are
     QList<CommandMenu*> m_menus;
     QHash<QString, Command*> m_byId;
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/halvane_app.h"
 
+#include "app/app_delegate.h"
 #include "app/commands.h"
 #include "app/frame_watch.h"
 #include "app/mini_window_placement.h"
@@ -24,6 +25,7 @@ HalvaneApp::HalvaneApp(LibraryViewModel& library, Clock& clock, QQmlEngine& engi
                        const QUrl& viewsRoot, const QString& stateFolder, QObject* parent)
     : QObject(parent)
     , m_library(library)
+    , m_delegate(std::make_unique<AppDelegate>())
     , m_frames(std::make_unique<FrameWatch>())
     , m_windows(
           std::make_unique<WindowRegistry>(engine, viewsRoot, stateFolder + u"/windows.ini"_s))
@@ -37,6 +39,10 @@ HalvaneApp::HalvaneApp(LibraryViewModel& library, Clock& clock, QQmlEngine& engi
     Q_ASSERT(!theInstance);
     theInstance = this;
     connect(m_windows.get(), &WindowRegistry::windowMade, m_frames.get(), &FrameWatch::follow);
+    connect(m_windows.get(), &WindowRegistry::windowOpened, this, [this](const QString& id) {
+        if (id == "main"_L1 || id == "mini"_L1)
+            m_delegate->library = &m_library;
+    });
     connect(m_windows.get(), &WindowRegistry::lastWindowClosed, this,
             &HalvaneApp::lastWindowClosed);
     connect(m_frames.get(), &FrameWatch::changed, this, &HalvaneApp::hasSystemFrameChanged);
@@ -110,8 +116,15 @@ void HalvaneApp::raise() {
     openWindow(m_library.isMiniPlayerOpen() ? u"mini"_s : u"main"_s);
 }
 
+void HalvaneApp::useActivationToken(const QString& token) {
+    // Where the window system's plugin looks for it.
+    if (!token.isEmpty())
+        qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+}
+
+// Not QGuiApplication::quit(), which closes the windows one by one first, as if the user did.
 void HalvaneApp::quit() {
-    QGuiApplication::quit();
+    QGuiApplication::exit(0);
 }
 
 Command* HalvaneApp::command(const QString& id) const {

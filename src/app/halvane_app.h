@@ -13,6 +13,7 @@ class QQmlEngine;
 
 namespace halvane {
 
+class AppDelegate;
 class Clock;
 class Commands;
 class FrameWatch;
@@ -33,6 +34,7 @@ class WindowRegistry;
 /// `Window.window.startSystemMove()` once a drag has passed the drag threshold.
 class HalvaneApp : public QObject {
     Q_OBJECT
+    Q_MOC_INCLUDE("library/library_view_model.h")
     Q_PROPERTY(halvane::LibraryViewModel* library READ library CONSTANT)
     Q_PROPERTY(QQmlListProperty<halvane::CommandMenu> menus READ menuList CONSTANT)
     /// The desktop shows the menus itself, so a window shows no menu bar.
@@ -53,6 +55,7 @@ class HalvaneApp : public QObject {
     LibraryViewModel* library() const { return &m_library; }
     Commands& commands() { return *m_commands; }
     WindowRegistry& windows() { return *m_windows; }
+    AppDelegate& delegate() { return *m_delegate; }
     QQmlListProperty<CommandMenu> menuList();
     bool menusAreGlobal() const { return m_menusAreGlobal; }
     void setMenusAreGlobal(bool global);
@@ -67,8 +70,10 @@ class HalvaneApp : public QObject {
     Q_INVOKABLE void toggleFullScreen();
     /// Brings the main window forward with the search field focused.
     Q_INVOKABLE void find();
-    /// Brings the program forward: the window that is open, or else the main window.
+    /// Brings the program forward: the mini player if that is open, or else the main window.
     void raise();
+    /// By this the desktop lets the next window come forward.
+    void useActivationToken(const QString& token);
     Q_INVOKABLE void quit();
     /// The command of this identifier ("playPause", "find", ...); null when there is none.
     Q_INVOKABLE halvane::Command* command(const QString& id) const;
@@ -81,6 +86,7 @@ class HalvaneApp : public QObject {
 
   private:
     LibraryViewModel& m_library;
+    std::unique_ptr<AppDelegate> m_delegate;
     std::unique_ptr<FrameWatch> m_frames;
     std::unique_ptr<WindowRegistry> m_windows;
     std::unique_ptr<MiniWindowPlacement> m_miniPlacement;

@@ -55,6 +55,7 @@ QQuickWindow* WindowRegistry::open(const QString& id) {
     window->setVisible(true);
     window->raise();
     window->requestActivate();
+    Q_EMIT windowOpened(id);
     return window;
 }
 

@@ -43,6 +43,7 @@ class WindowRegistry : public QObject {
 
   Q_SIGNALS:
     void windowMade(QQuickWindow* window);
+    void windowOpened(const QString& id);
     /// No window is left open, at the end of the event loop's turn in which the last one closed.
     void lastWindowClosed();
 

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/menu_model.h"
+
+#include <QPointer>
+
+#include <vector>
+
+namespace halvane {
+
+class LibraryViewModel;
+
+/// What the desktop reaches of the player while no window need be open. Main thread.
+class AppDelegate {
+  public:
+    /// Unset until the main window or the mini player has appeared.
+    QPointer<LibraryViewModel> library;
+
+    /// The menu of the dock or tray, as it is now; its entries do nothing while there is no
+    /// library.
+    std::vector<MenuEntry> dockMenu();
+};
+
+} // namespace halvane

@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+#include "app/arguments.h"
+
+#include "platform/journal_log.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QDir>
+
+namespace halvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QCommandLineOption help({u"h"_s, u"help"_s}, u"List the options and end."_s);
+const QCommandLineOption version({u"v"_s, u"version"_s}, u"Print the version and end."_s);
+const QCommandLineOption action(u"action"_s,
+                                u"Ask the running player, started if need be, for PlayPause, Next "
+                                "or Previous."_s,
+                                u"NAME"_s);
+const QCommandLineOption screenshots(u"screenshots"_s,
+                                     u"Save a picture of every window to a folder and end."_s,
+                                     u"DIR"_s);
+const QCommandLineOption
+    level(u"log"_s, u"Log from this level on: debug, info (the default), warning or error."_s,
+          u"LEVEL"_s, u"info"_s);
+
+Arguments complaint(const QString& text) {
+    return {.task = Arguments::Task::complain,
+            .text = u"halvane: %1\nhalvane --help lists the options.\n"_s.arg(text),
+            .screenshotsFolder = {},
+            .request = {},
+            .skipped = {}};
+}
+
+// A file name that can't be decoded would be opened under another name.
+bool isUndecodable(const QString& argument) {
+    return argument.contains(QChar::ReplacementCharacter);
+}
+
+void addFile(Arguments& result, const QString& argument, const QString& folder) {
+    const auto url = QUrl::fromUserInput(argument, folder, QUrl::AssumeLocalFile);
+    if (url.isLocalFile() && !isUndecodable(argument))
+        result.request.files.append(url);
+    else
+        result.skipped.append(argument);
+}
+
+} // namespace
+
+QStringList actionNames() {
+    return {u"PlayPause"_s, u"Next"_s, u"Previous"_s};
+}
+
+Arguments parsedArguments(const QStringList& commandLine, const QString& folder) {
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        u"Plays a local, high-fidelity music library. The files and folders are added to it, and "
+        "the first new one is played."_s);
+    parser.addOptions({help, version, action, level, screenshots});
+    parser.addPositionalArgument(u"FILE"_s, u"Audio files, folders or file:// URLs."_s,
+                                 u"[FILE...]"_s);
+    if (!parser.parse(commandLine))
+        return complaint(parser.errorText());
+
+    Arguments result;
+    if (parser.isSet(help) || parser.isSet(version)) {
+        result.task = Arguments::Task::print;
+        result.text = parser.isSet(help)
+                          ? parser.helpText()
+                          : u"Halvane %1\n"_s.arg(QCoreApplication::applicationVersion());
+        return result;
+    }
+    const auto lowest = logLevel(parser.value(level));
+    if (!lowest)
+        return complaint(u"\"%1\" is no log level"_s.arg(parser.value(level)));
+    result.logLevel = *lowest;
+    result.request.action = parser.value(action);
+    if (parser.isSet(action) && !actionNames().contains(result.request.action))
+        return complaint(u"\"%1\" is no action"_s.arg(result.request.action));
+    if (parser.isSet(screenshots)) {
+        result.task = Arguments::Task::screenshots;
+        result.screenshotsFolder = QDir(folder).absoluteFilePath(parser.value(screenshots));
+    }
+    for (const auto& argument : parser.positionalArguments())
+        addFile(result, argument, folder);
+    return result;
+}
+
+} // namespace halvane

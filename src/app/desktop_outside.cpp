@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#include "app/desktop_outside.h"
+
+#include "app/folders.h"
+#include "app/window_registry.h"
+
+#include <QGuiApplication>
+#include <QWindow>
+
+namespace halvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// How the portal is told of a window; on Wayland it would take a protocol of its own.
+QString windowInFront() {
+    const auto* window = QGuiApplication::focusWindow();
+    return window && WindowRegistry::canPlaceWindows()
+               ? u"x11:"_s + QString::number(window->winId(), 16)
+               : QString();
+}
+
+} // namespace
+
+DesktopOutside::DesktopOutside(const QString& bus, QQmlEngine& engine, const QUrl& viewsRoot)
+    : mediaControls(bus)
+    , m_preferences(SqlitePreferences::defaultPath(), clock)
+    , m_sound(clock)
+    , m_notifications(bus)
+    , m_toolkitChooser(engine, viewsRoot)
+    , m_fileChooser(bus, windowInFront, m_toolkitChooser)
+    , m_cloudFiles(qEnvironmentVariable("XDG_RUNTIME_DIR"))
+    , m_sleepInhibitor(bus) {
+}
+
+Environment DesktopOutside::environment() {
+    return {.clock = clock,
+            .preferences = m_preferences,
+            .output = m_sound.output(),
+            .devices = m_sound.devices(),
+            .mediaControls = mediaControls,
+            .notifications = m_notifications,
+            .fileChooser = m_fileChooser,
+            .cloudFiles = m_cloudFiles,
+            .languages = m_languages,
+            .sleepInhibitor = m_sleepInhibitor,
+            .dataFolder = dataFolder(),
+            .cacheFolder = cacheFolder()};
+}
+
+} // namespace halvane

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "app/quick_file_chooser.h"
+#include "library/environment.h"
+#include "platform/dbus_notifications.h"
+#include "platform/dbus_sleep_inhibitor.h"
+#include "platform/desktop_cloud_files.h"
+#include "platform/mpris_controls.h"
+#include "platform/portal_file_chooser.h"
+#include "platform/sqlite_preferences.h"
+#include "platform/system_clock.h"
+#include "platform/system_languages.h"
+#include "platform/system_sound.h"
+
+namespace halvane {
+
+/// The real outside: this machine's sound server, files, and desktop services. Main thread.
+class DesktopOutside {
+  public:
+    /// `bus` names the connection to the session bus. The engine must outlive this object.
+    DesktopOutside(const QString& bus, QQmlEngine& engine, const QUrl& viewsRoot);
+
+    Environment environment();
+
+    SystemClock clock;
+    MprisControls mediaControls;
+
+  private:
+    SqlitePreferences m_preferences;
+    SystemSound m_sound;
+    DBusNotifications m_notifications;
+    QuickFileChooser m_toolkitChooser;
+    PortalFileChooser m_fileChooser;
+    DesktopCloudFiles m_cloudFiles;
+    SystemLanguages m_languages;
+    DBusSleepInhibitor m_sleepInhibitor;
+};
+
+} // namespace halvane

@@ -1,0 +1,173 @@
+// SPDX-License-Identifier: MIT
+#include "app/program.h"
+
+#include "app/app_delegate.h"
+#include "app/commands.h"
+#include "app/folders.h"
+#include "app/menu_export.h"
+#include "app/screenshots.h"
+#include "app/window_registry.h"
+#include "platform/log.h"
+
+#include <QGuiApplication>
+#include <QQuickWindow>
+
+#include <cstdlib>
+
+namespace halvane {
+
+using namespace std::chrono_literals;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// A panel that is started anew takes a moment.
+constexpr auto trayPatience = 5000ms;
+
+} // namespace
+
+Program::Program(const Arguments& arguments, const QUrl& viewsRoot,
+                 const PrepareViews& prepareViews)
+    : m_arguments(arguments)
+    , m_outside(m_bus.connectionName(), m_engine, viewsRoot)
+    , m_library(m_outside.environment())
+    , m_views(prepareViews(m_engine, m_library))
+    , m_app(m_library, m_outside.clock, m_engine, viewsRoot, stateFolder())
+    , m_tray(m_app, m_bus.connectionName())
+    , m_globalMenu(m_bus.connectionName(), [this] { return exportedMenus(m_app.commands()); })
+    , m_instance(m_bus.connectionName()) {
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    connectInstance();
+    connectMediaControls();
+    connectGlobalMenu();
+    connectEnd();
+}
+
+Program::~Program() = default;
+
+int Program::run() {
+    if (m_arguments.task == Arguments::Task::screenshots) {
+        Screenshots screenshots(m_app, m_outside.clock, m_arguments.screenshotsFolder);
+        connect(&screenshots, &Screenshots::finished, this, [](bool complete) {
+            QGuiApplication::exit(complete ? EXIT_SUCCESS : EXIT_FAILURE);
+        });
+        m_app.openWindow(u"main"_s);
+        open(m_arguments.request.files);
+        screenshots.start(!m_arguments.request.files.isEmpty());
+        return QGuiApplication::exec();
+    }
+    // Two starts in one moment: the other was first.
+    if (!m_instance.claim())
+        return handOver(m_arguments.request) == HandOver::done ? EXIT_SUCCESS : EXIT_FAILURE;
+    m_app.openWindow(u"main"_s);
+    if (!m_app.isWindowOpen(u"main"_s))
+        return EXIT_FAILURE;
+    open(m_arguments.request.files);
+    runAction(m_arguments.request.action);
+    return QGuiApplication::exec();
+}
+
+void Program::connectInstance() {
+    connect(&m_instance, &SingleInstance::activated, this, &Program::comeForward);
+    connect(&m_instance, &SingleInstance::opened, this,
+            [this](const auto& files, const auto& token) {
+                open(files);
+                comeForward(token);
+            });
+    connect(&m_instance, &SingleInstance::actionActivated, this,
+            [this](const auto& action, const auto&) { runAction(action); });
+}
+
+void Program::connectMediaControls() {
+    m_outside.mediaControls.setWindowHandlers({
+        .setFullScreen =
+            [this](bool fullScreen) {
+                if (fullScreen != m_library.showFullPlayer())
+                    m_app.toggleFullScreen();
+            },
+        .raise = [this] { m_app.raise(); },
+        .quit = [this] { m_app.quit(); },
+    });
+    connect(&m_library, &LibraryViewModel::showFullPlayerChanged, this,
+            [this] { m_outside.mediaControls.publishFullScreen(m_library.showFullPlayer()); });
+}
+
+void Program::connectGlobalMenu() {
+    if (!WindowRegistry::canPlaceWindows())
+        return; // the registrar knows windows by their X11 numbers
+    connect(&m_globalMenu, &GlobalMenu::availableChanged, this,
+            [this] { m_app.setMenusAreGlobal(m_globalMenu.isAvailable()); });
+    connect(&m_app.windows(), &WindowRegistry::windowOpened, this, [this](const QString& id) {
+        if (const auto* window = m_app.windows().visibleWindow(id); window && id == "main"_L1)
+            m_globalMenu.registerWindow(quint32(window->winId()));
+    });
+    connect(&m_app.commands(), &Commands::changed, &m_globalMenu, &GlobalMenu::menuChanged);
+}
+
+void Program::connectEnd() {
+    connect(&m_app, &HalvaneApp::lastWindowClosed, this, [this] {
+        if (!m_tray.isShown())
+            m_app.quit();
+    });
+    connect(&m_tray, &Tray::shownChanged, this, &Program::keepReachable);
+    connect(&m_signals, &SignalWatch::endRequested, &m_app, &HalvaneApp::quit);
+    connect(&m_bus, &SessionBus::lost, this, [this] {
+        qCInfo(libraryLog, "the session's bus has gone, so the session is over");
+        m_app.quit();
+    });
+}
+
+// Without the tray's icon a program without a window could not be reached any more.
+void Program::keepReachable() {
+    m_trayGone.reset();
+    if (m_tray.isShown())
+        return;
+    m_trayGone = m_outside.clock.after(trayPatience, [this] {
+        if (!m_app.windows().isAnyOpen())
+            m_app.openWindow(u"main"_s);
+    });
+}
+
+// One import for each, as if they had been opened one by one.
+void Program::open(const QList<QUrl>& files) {
+    for (const auto& file : files)
+        m_library.importDroppedURLs({file});
+}
+
+void Program::comeForward(const QString& token) {
+    m_app.useActivationToken(token);
+    m_app.raise();
+}
+
+// An action that starts the program comes before the library is there; then it waits for it.
+void Program::runAction(const QString& action) {
+    if (action.isEmpty())
+        return;
+    const auto* queue = m_library.playlist();
+    if (queue->rowCount() > 0) {
+        perform(action);
+        return;
+    }
+    auto* waiting = new QObject(this);
+    const auto performOnce = [this, waiting, action, queue] {
+        if (queue->rowCount() == 0)
+            return;
+        delete waiting; // and with it both connections
+        perform(action);
+    };
+    connect(queue, &QAbstractItemModel::rowsInserted, waiting, performOnce, Qt::QueuedConnection);
+    connect(queue, &QAbstractItemModel::modelReset, waiting, performOnce, Qt::QueuedConnection);
+}
+
+void Program::perform(const QString& action) {
+    if (action == "PlayPause"_L1)
+        m_library.togglePlayback();
+    else if (action == "Next"_L1)
+        m_library.playNext(true);
+    else if (action == "Previous"_L1)
+        m_library.playPrevious();
+    else
+        qCWarning(libraryLog, "no such action: %s", qUtf8Printable(action));
+}
+
+} // namespace halvane

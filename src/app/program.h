@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "app/arguments.h"
+#include "app/desktop_outside.h"
+#include "app/halvane_app.h"
+#include "app/signal_watch.h"
+#include "app/tray.h"
+#include "library/library_view_model.h"
+#include "platform/global_menu.h"
+#include "platform/session_bus.h"
+#include "platform/single_instance.h"
+
+#include <QObject>
+#include <QQmlEngine>
+
+#include <functional>
+#include <memory>
+
+namespace halvane {
+
+/// Makes the views' module usable in an engine and gives what has to be kept for it. The views
+/// stand above this folder, so they come from outside.
+using PrepareViews = std::function<std::shared_ptr<void>(QQmlEngine&, LibraryViewModel&)>;
+
+/// The whole program: makes everything in its order and connects it to the desktop. Main thread.
+class Program : public QObject {
+    Q_OBJECT
+
+  public:
+    Program(const Arguments& arguments, const QUrl& viewsRoot, const PrepareViews& prepareViews);
+    ~Program() override;
+
+    /// Shows the first window, or begins the pictures, and runs until the end; the exit code.
+    int run();
+
+  private:
+    void connectInstance();
+    void connectMediaControls();
+    void connectGlobalMenu();
+    void connectEnd();
+    void open(const QList<QUrl>& files);
+    void runAction(const QString& action);
+    void perform(const QString& action);
+    void comeForward(const QString& token);
+    void keepReachable();
+
+    Arguments m_arguments;
+    SessionBus m_bus;
+    QQmlEngine m_engine;
+    DesktopOutside m_outside;
+    LibraryViewModel m_library;
+    std::shared_ptr<void> m_views;
+    HalvaneApp m_app;
+    Tray m_tray;
+    GlobalMenu m_globalMenu;
+    SingleInstance m_instance;
+    SignalWatch m_signals;
+    std::unique_ptr<Timer> m_trayGone; ///< gives a tray that went away time to come back
+};
+
+} // namespace halvane

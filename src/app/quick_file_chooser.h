@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/file_chooser.h"
+
+#include <QObject>
+#include <QUrl>
+
+class QQmlEngine;
+
+namespace halvane {
+
+/// A file panel of the toolkit's own, for desktops without a portal. Main thread.
+class QuickFileChooser final : public QObject, public FileChooser {
+    Q_OBJECT
+
+  public:
+    /// `viewsRoot` holds FilesDialog.qml and FolderDialog.qml. The engine must outlive this object.
+    QuickFileChooser(QQmlEngine& engine, const QUrl& viewsRoot);
+
+    void choose(const FileChooserRequest& request,
+                std::function<void(const QStringList& paths)> chosen) override;
+
+  private Q_SLOTS:
+    void accepted();
+    void rejected();
+
+  private:
+    QQmlEngine& m_engine;
+    QUrl m_viewsRoot;
+    std::function<void(const QStringList&)> m_chosen;
+};
+
+} // namespace halvane

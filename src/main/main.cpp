@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+// The program, of which nothing is made here but the order of its beginning.
+#include "app/arguments.h"
+#include "app/program.h"
+#include "platform/journal_log.h"
+#include "platform/log.h"
+#include "views/view_module.h"
+
+#include <QDir>
+#include <QGuiApplication>
+
+#include <cstdio>
+#include <cstdlib>
+#include <optional>
+
+using namespace halvane;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int usageError = 2;
+
+void print(FILE* stream, const QString& text) {
+    std::fputs(text.toLocal8Bit().constData(), stream);
+}
+
+/// What can be done without a display; none when the program is to go on.
+std::optional<int> doneEarly(const Arguments& arguments) {
+    switch (arguments.task) {
+    case Arguments::Task::print:
+        print(stdout, arguments.text);
+        return EXIT_SUCCESS;
+    case Arguments::Task::complain:
+        print(stderr, arguments.text);
+        return usageError;
+    case Arguments::Task::screenshots:
+        return {};
+    case Arguments::Task::play:
+        break;
+    }
+    switch (handOver(arguments.request)) {
+    case HandOver::nobodyThere:
+        return {};
+    case HandOver::done:
+        return EXIT_SUCCESS;
+    case HandOver::failed:
+        print(stderr, u"halvane: another Halvane runs and does not answer\n"_s);
+        return EXIT_FAILURE;
+    }
+    return {};
+}
+
+bool hasDisplay() {
+    return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ||
+           qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QCoreApplication::setApplicationName(u"Halvane"_s);
+    QCoreApplication::setApplicationVersion(QStringLiteral(HALVANE_VERSION));
+    Arguments arguments;
+    {
+        const QCoreApplication early(argc, argv);
+        arguments = parsedArguments(QCoreApplication::arguments(), QDir::currentPath());
+        arguments.request.activationToken = qEnvironmentVariable(
+            "XDG_ACTIVATION_TOKEN", qEnvironmentVariable("DESKTOP_STARTUP_ID"));
+        installLog(arguments.logLevel);
+        for (const auto& skipped : arguments.skipped)
+            qCWarning(libraryLog, "not a file of this machine: %s", qUtf8Printable(skipped));
+        if (const auto result = doneEarly(arguments))
+            return *result;
+    }
+    if (!hasDisplay()) {
+        print(stderr, u"halvane: no display: start it in a desktop session\n"_s);
+        return EXIT_FAILURE;
+    }
+    QGuiApplication::setDesktopFileName(u"org.halvane.Halvane"_s);
+    QGuiApplication application(argc, argv);
+    const auto views = [](QQmlEngine& engine, LibraryViewModel& library) {
+        return std::make_shared<views::ViewModule>(engine, library);
+    };
+    Program program(arguments, views::ViewModule::root(), views);
+    return program.run();
+}

@@ -1,0 +1,198 @@
+// SPDX-License-Identifier: MIT
+#include "app/app_delegate.h"
+#include "app/arguments.h"
+#include "app/command_table.h"
+#include "app/edge_resizer.h"
+#include "app/waveform_icon.h"
+#include "app/window_placement.h"
+#include "app/window_specs.h"
+
+#include <QKeySequence>
+
+#include <gmock/gmock.h>
+
+using namespace halvane;
+using namespace Qt::StringLiterals;
+using testing::ElementsAre;
+
+namespace {
+
+QStringList listed(const CommandState& state) {
+    QStringList lines;
+    for (const auto& menu : menuTable()) {
+        for (const auto& item : menu.items) {
+            if (item.id.isEmpty())
+                lines.append(menu.title + u" --"_s);
+            else
+                lines.append(menu.title + u" | "_s + item.title(state) + u" | "_s + item.keys +
+                             (item.isEnabled && !item.isEnabled(state) ? u" | off"_s : QString()));
+        }
+    }
+    return lines;
+}
+
+} // namespace
+
+TEST(Commands, AreTheseInThisOrder) {
+    EXPECT_EQ(listed({.isTextFocused = true}).join(u'\n'),
+              QStringLiteral("File | Add to Library... | Ctrl+O\n"
+                             "File | Import Music Folder... | Ctrl+I\n"
+                             "File --\n"
+                             "File | Settings | Ctrl+,\n"
+                             "File --\n"
+                             "File | Quit | Ctrl+Q\n"
+                             "Edit | Undo | Ctrl+Z\n"
+                             "Edit | Redo | Ctrl+Shift+Z\n"
+                             "Edit --\n"
+                             "Edit | Cut | Ctrl+X\n"
+                             "Edit | Copy | Ctrl+C\n"
+                             "Edit | Paste | Ctrl+V\n"
+                             "Edit | Select All | Ctrl+A\n"
+                             "Edit --\n"
+                             "Edit | Find | Ctrl+F\n"
+                             "View | Toggle Now Playing Panel | Ctrl+Alt+N\n"
+                             "Playback | Play/Pause | Space\n"
+                             "Playback | Next track | Ctrl+Right\n"
+                             "Playback | Previous track | Ctrl+Left\n"
+                             "Playback --\n"
+                             "Playback | Shuffle on | Ctrl+Shift+S\n"
+                             "Playback | Repeat off | Ctrl+Shift+R\n"
+                             "Playback --\n"
+                             "Playback | Increase Volume | Ctrl+Up\n"
+                             "Playback | Decrease Volume | Ctrl+Down\n"
+                             "Playback --\n"
+                             "Playback | Mini Player | Ctrl+Meta+M\n"
+                             "Playback | Full-Screen Player | Ctrl+Meta+F\n"
+                             "Help | Halvane Help | Ctrl+?"));
+}
+
+TEST(Commands, FollowTheState) {
+    const auto line = [](const CommandState& state, const QString& keys) {
+        return listed(state).filter(u"| "_s + keys).value(0).section(u" | "_s, 1, -1);
+    };
+    EXPECT_EQ(line({.isSearchFieldFocused = true}, u"Space"_s), u"Play/Pause | Space | off"_s);
+    EXPECT_EQ(line({.isSearchFieldFocused = true}, u"Ctrl+Right"_s), u"Next track | Ctrl+Right"_s);
+    EXPECT_EQ(line({.isShuffleEnabled = true}, u"Ctrl+Shift+S"_s), u"Shuffle off | Ctrl+Shift+S"_s);
+    EXPECT_EQ(line({.repeatMode = PlaybackRepeatMode::all}, u"Ctrl+Shift+R"_s),
+              u"Repeat playlist | Ctrl+Shift+R"_s);
+    EXPECT_EQ(line({.repeatMode = PlaybackRepeatMode::one}, u"Ctrl+Shift+R"_s),
+              u"Repeat one | Ctrl+Shift+R"_s);
+    EXPECT_EQ(line({.isMiniPlayerOpen = true}, u"Ctrl+Meta+M"_s),
+              u"Back to Main Window | Ctrl+Meta+M"_s);
+    EXPECT_EQ(line({}, u"Ctrl+C"_s), u"Copy | Ctrl+C | off"_s);
+}
+
+TEST(Commands, ShareNoKeys) {
+    QList<QKeySequence> seen;
+    for (const auto& menu : menuTable()) {
+        for (const auto& item : menu.items) {
+            for (const auto& keys : QKeySequence::listFromString(item.keys)) {
+                EXPECT_FALSE(seen.contains(keys)) << item.keys.toStdString();
+                EXPECT_NE(keys[0].key(), Qt::Key_unknown) << item.keys.toStdString();
+                seen.append(keys);
+            }
+        }
+    }
+}
+
+TEST(Windows, HaveTheirTitlesAndSizes) {
+    EXPECT_EQ(windowSpec(u"main"_s)->title, u"Halvane"_s);
+    EXPECT_EQ(windowSpec(u"main"_s)->defaultSize, QSize(1360, 720));
+    EXPECT_EQ(windowSpec(u"main"_s)->minimumSize, QSize(980, 600));
+    EXPECT_EQ(windowSpec(u"mini"_s)->title, u"Mini Player"_s);
+    EXPECT_EQ(windowSpec(u"help"_s)->title, u"Halvane Help"_s);
+    EXPECT_EQ(windowSpec(u"nonsense"_s), nullptr);
+}
+
+TEST(Placement, CentresAndStaysOnTheScreen) {
+    const QRect screen(0, 30, 1920, 1050);
+    struct Row {
+        QRect other;
+        QSize size;
+        QPoint expected;
+    };
+    const std::vector<Row> table{
+        {{100, 100, 1360, 720}, {480, 120}, {540, 400}},
+        {{-1200, 100, 1360, 720}, {480, 120}, {0, 400}},
+        {{1500, 900, 1360, 720}, {480, 120}, {1440, 960}},
+        {{100, -600, 1360, 720}, {480, 120}, {540, 30}},
+        {{100, 100, 1360, 720}, {2400, 1200}, {0, 30}}, // larger than the screen
+    };
+    for (const auto& row : table)
+        EXPECT_EQ(centredOn(row.other, row.size, screen), row.expected);
+    EXPECT_EQ(centredOn({-1200, 100, 1360, 720}, {480, 120}, {}), QPoint(-760, 400))
+        << "with no screen there is nothing to stay on";
+}
+
+TEST(Placement, OpensThePanelBesideItsIcon) {
+    const QRect screen(0, 0, 1920, 1080);
+    EXPECT_EQ(besideIcon({1000, 10}, {280, 120}, screen), QPoint(860, 18));
+    EXPECT_EQ(besideIcon({1900, 1070}, {280, 120}, screen), QPoint(1640, 942));
+}
+
+TEST(Placement, ForgetsAPlaceThatCanNotBeReached) {
+    const QList<QRect> screens{{0, 0, 1920, 1080}, {1920, 0, 1280, 1024}};
+    for (const QRect reachable : {QRect(10, 10, 980, 600), QRect(1800, 500, 980, 600),
+                                  QRect(3000, 900, 980, 600), QRect(-800, 10, 980, 600)})
+        EXPECT_EQ(stillReachable(reachable, screens), reachable);
+    for (const QRect lost : {QRect(5000, 10, 980, 600), QRect(10, -400, 980, 600),
+                             QRect(-970, 10, 980, 600), QRect(10, 1079, 980, 600), QRect()})
+        EXPECT_EQ(stillReachable(lost, screens), std::nullopt);
+}
+
+TEST(Edges, AreThinAndCornersLonger) {
+    const auto edges = [](double x, double y) { return edgesAt({x, y}, {1000, 600}); };
+    EXPECT_EQ(edges(500, 300), Qt::Edges());
+    EXPECT_EQ(edges(10, 10), Qt::Edges()) << "the inside of a corner belongs to the content";
+    EXPECT_EQ(edges(2, 300), Qt::LeftEdge);
+    EXPECT_EQ(edges(998, 300), Qt::RightEdge);
+    EXPECT_EQ(edges(500, 1), Qt::TopEdge);
+    EXPECT_EQ(edges(500, 598), Qt::BottomEdge);
+    EXPECT_EQ(edges(2, 12), Qt::LeftEdge | Qt::TopEdge);
+    EXPECT_EQ(edges(990, 599), Qt::RightEdge | Qt::BottomEdge);
+}
+
+TEST(DockMenu, ReadsPlayAndDoesNothingWithoutALibrary) {
+    AppDelegate delegate;
+    QStringList titles;
+    for (const auto& entry : delegate.dockMenu()) {
+        titles.append(entry.title);
+        entry.action();
+    }
+    EXPECT_THAT(titles, ElementsAre(u"Play"_s, u"Next track"_s, u"Previous track"_s));
+}
+
+TEST(Waveform, IsGivenToTheTrayInNetworkOrder) {
+    for (const auto& pixmap : waveformPixmaps(QColor(1, 2, 3))) {
+        ASSERT_EQ(pixmap.argb.size(), pixmap.size.width() * pixmap.size.height() * 4);
+        EXPECT_TRUE(pixmap.argb.contains(QByteArray("\xff\x01\x02\x03", 4))) << "drawn opaquely";
+        EXPECT_TRUE(pixmap.argb.contains(QByteArray(4, '\0'))) << "on nothing";
+    }
+}
+
+TEST(ArgumentsOfTheProgram, AreRead) {
+    const auto parsed = [](const QStringList& arguments) {
+        return parsedArguments(QStringList{u"halvane"_s} + arguments, u"/home/me"_s);
+    };
+    using Task = Arguments::Task;
+    EXPECT_EQ(parsed({}).task, Task::play);
+    EXPECT_EQ(parsed({u"--version"_s}).task, Task::print);
+    EXPECT_TRUE(parsed({u"-h"_s}).text.contains(u"--screenshots"_s));
+    for (const QStringList& bad :
+         {QStringList{u"--nonsense"_s}, {u"--action"_s, u"Dance"_s}, {u"--log"_s, u"loud"_s}})
+        EXPECT_EQ(parsed(bad).task, Task::complain) << bad.join(u' ').toStdString();
+    EXPECT_EQ(parsed({u"--action"_s, u"Next"_s}).request.action, u"Next"_s);
+    EXPECT_EQ(parsed({u"--log"_s, u"debug"_s}).logLevel, QtDebugMsg);
+    EXPECT_EQ(parsed({u"--screenshots"_s, u"pictures"_s}).screenshotsFolder,
+              u"/home/me/pictures"_s);
+
+    const auto files =
+        parsed({u"a b.flac"_s, u"/music/歌.mp3"_s, u"file:///m/100%25%20x.ogg"_s, u"dir"_s,
+                u"https://example.org/a.mp3"_s, u"caf\uFFFD.mp3"_s, u"--"_s, u"-dash.flac"_s});
+    QStringList paths;
+    for (const auto& url : files.request.files)
+        paths.append(url.toLocalFile());
+    EXPECT_THAT(paths, ElementsAre(u"/home/me/a b.flac"_s, u"/music/歌.mp3"_s, u"/m/100% x.ogg"_s,
+                                   u"/home/me/dir"_s, u"/home/me/-dash.flac"_s));
+    EXPECT_THAT(files.skipped, ElementsAre(u"https://example.org/a.mp3"_s, u"caf\uFFFD.mp3"_s));
+}
