@@ -106,6 +106,14 @@ PreferenceValue scalar(const SqliteQuery& query, int column, const QString& kind
     return OtherKind();
 }
 
+// Makes room once: a map that grows entry by entry is built over and over.
+template<typename Map, typename Entries>
+void fill(Map& map, Entries& entries) {
+    map.reserve(static_cast<qsizetype>(entries.size()));
+    for (auto& [name, value] : entries)
+        map.emplace(std::move(name), std::move(value));
+}
+
 } // namespace
 
 struct PreferencesDatabase::Row {
@@ -189,18 +197,22 @@ PreferenceValue PreferencesDatabase::read(const Row& row) {
         auto query =
             m_connection.query("SELECT name, value FROM integer_entry WHERE preference = ?1");
         query.bind(1, row.id);
+        std::vector<std::pair<QString, qint64>> entries;
         while (query.next())
-            integers->insert(query.text(0), query.integer(1));
+            entries.emplace_back(query.text(0), query.integer(1));
+        fill(*integers, entries);
     } else if (auto* lists = std::get_if<NumbersMap>(&value)) {
         auto query =
             m_connection.query("SELECT name, value FROM numbers_entry WHERE preference = ?1");
         query.bind(1, row.id);
+        std::vector<std::pair<QString, std::vector<double>>> entries;
         while (query.next()) {
             auto list = numberListFromText(query.utf8(1));
             if (!list)
                 return OtherKind();
-            lists->insert(query.text(0), *std::move(list));
+            entries.emplace_back(query.text(0), *std::move(list));
         }
+        fill(*lists, entries);
     } else {
         return row.value;
     }
