@@ -9,6 +9,8 @@
 #include "support/fake_environment.h"
 
 #include <QCoreApplication>
+#include <QDir>
+#include <QUrl>
 
 #include <gtest/gtest.h>
 
@@ -206,4 +208,60 @@ TEST_F(PlayingTest, ALostServerIsSaidAndPlaybackGoesOnWhenItIsBack) {
     if (!library.transport.isPlaying())
         library.transport.togglePlayback();
     playUntil([&] { return title() == u"2"_s; });
+}
+
+namespace {
+
+/// Turns the event loop until something has come about.
+void waitUntil(const std::function<bool()>& reached) {
+    while (!reached())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+}
+
+QStringList titlesIn(QAbstractListModel& list, int role) {
+    QStringList titles;
+    for (int row = 0; row < list.rowCount(); ++row)
+        titles.append(list.index(row, 0).data(role).toString());
+    return titles;
+}
+
+} // namespace
+
+TEST(LibraryViewModel, ImportsAFolderPlaysItAndFindsItAgainAtTheNextStart) {
+    FakeEnvironment outside;
+    QTemporaryDir music;
+    QDir(music.path()).mkpath(u"Moss/Fern"_s);
+    const QString folder = music.filePath(u"Moss/Fern"_s);
+    for (const char* name : {"First", "Second", "Third"})
+        writeWave(test::music(4'410), folder + u'/' + QLatin1StringView(name) + u".wav"_s);
+    {
+        LibraryViewModel library{outside};
+        library.importDroppedURLs({QUrl::fromLocalFile(music.path())});
+        waitUntil([&] { return library.lastImportMessage() == u"Added 3 to playlist"_s; });
+        waitUntil([&] { return library.trackCount() == 3; });
+        EXPECT_TRUE(library.isPlaying()); // the first of what came
+        EXPECT_EQ(library.queuePositionText(), u"1 / 3"_s);
+        EXPECT_EQ(library.currentTrack().title, u"First"_s);
+        EXPECT_EQ(library.currentArtworkAlbum().title, u"Fern"_s);
+        EXPECT_FALSE(library.statusIsError());
+        library.toggleLoved(folder + u"/Second.wav"_s);
+        library.playNext(true);
+        EXPECT_TRUE(library.isCurrentTrackLoved());
+    }
+    QFile::remove(folder + u"/Third.wav"_s);
+    LibraryViewModel library{outside};
+    waitUntil([&] { return library.trackCount() == 3; });
+    EXPECT_FALSE(library.isPlaying());
+    EXPECT_FALSE(library.hasCurrentTrack());
+    EXPECT_EQ(library.playlist()->rowCount(), 3);
+    waitUntil([&] { return library.missingTracks()->rowCount() == 1; });
+    EXPECT_EQ(library.maintenanceActionCount(), 1);
+    library.removeTracks({folder + u"/Third.wav"_s});
+    EXPECT_EQ(library.trackCount(), 2);
+    EXPECT_EQ(library.playlist()->rowCount(), 2);
+    EXPECT_EQ(titlesIn(*library.visibleTracks(), Qt::DisplayRole),
+              (QStringList{u"First"_s, u"Second"_s}));
+    library.selectSidebarItem(SidebarItem::loved);
+    EXPECT_EQ(titlesIn(*library.visibleTracks(), Qt::DisplayRole), QStringList{u"Second"_s});
+    waitUntil([&] { return library.maintenanceActionCount() == 0; });
 }

@@ -1,0 +1,237 @@
+// SPDX-License-Identifier: MIT
+// What the library costs the main thread and the workers, at three sizes.
+#include "library/browsing.h"
+#include "library/cover_store.h"
+#include "library/fake_engine.h"
+#include "library/fake_files.h"
+#include "library/playlists.h"
+#include "library/sample_library.h"
+#include "library/transport.h"
+#include "support/manual_clock.h"
+#include "support/memory_preferences.h"
+
+#include <QCoreApplication>
+#include <QLoggingCategory>
+
+#include <benchmark/benchmark.h>
+
+#include <malloc.h>
+#include <map>
+
+using namespace halvane;
+using namespace halvane::bench;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const std::shared_ptr<const TrackRows>& library(std::size_t size) {
+    static std::map<std::size_t, std::shared_ptr<const TrackRows>> made;
+    auto& rows = made[size];
+    if (!rows)
+        rows = std::make_shared<const TrackRows>(sampleLibrary(size));
+    return rows;
+}
+
+std::size_t heapInUse() {
+    const auto info = mallinfo2();
+    return info.uordblks + info.hblkhd;
+}
+
+RowState plainState(CoverStore& covers) {
+    RowState state;
+    state.isLoved = [](const QString&) { return false; };
+    state.rating = [](const QString&) { return 0; };
+    state.availability = [](const QString&) { return TrackAvailability::available; };
+    state.isCurrent = [](const QString&) { return false; };
+    state.covers = &covers;
+    return state;
+}
+
+/// Browsing over a library of a size, as the window has it.
+struct Window {
+    explicit Window(std::size_t size) {
+        store.append(*library(size));
+        catalog.rebuildImportedAlbums();
+        while (!catalog.isCurrent())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    test::MemoryPreferences preferences;
+    Playlists playlists{preferences};
+    CoverStore covers;
+    LibraryStore store;
+    LibraryCatalog catalog{store, [] { return ResolvedLanguage::english; }};
+    QSet<QString> loved;
+    Browsing browsing{{store, catalog, playlists, covers,
+                       [this]() -> const QSet<QString>& { return loved; },
+                       [] { return ResolvedLanguage::english; }},
+                      plainState(covers)};
+};
+
+/// A transport over a queue of a size.
+struct Player {
+    explicit Player(std::size_t size) {
+        queue.append(*library(size));
+        transport.playItem(queue.idAt(size / 2), true);
+    }
+    test::ManualClock clock;
+    test::FakeEngine engine;
+    test::FakeFiles files;
+    CoverStore covers;
+    StatusLine status{clock};
+    ProgressClock progress{engine, clock};
+    PlayQueue queue{plainState(covers)};
+    Transport transport{{
+        .engine = engine,
+        .queue = queue,
+        .files = files,
+        .status = status,
+        .progress = progress,
+        .clock = clock,
+        .random = systemRandomIndex(),
+        .language = [] { return ResolvedLanguage::english; },
+        .soundCheckGain = [](const QString&) { return std::optional<double>(); },
+        .countPlay = [](const QString&) {},
+        .showEntry = [](const QueueItem&) {},
+        .updateNowPlaying = [] {},
+        .notifyTrackChange = [](const QueueItem&) {},
+    }};
+};
+
+void sizes(benchmark::internal::Benchmark* benchmark) {
+    benchmark->Arg(10'000)->Arg(100'000)->Arg(250'000)->Unit(benchmark::kMillisecond);
+}
+
+} // namespace
+
+/// Albums from tracks: interning, grouping, sorting, colours.
+static void albumsFromTracks(benchmark::State& state) {
+    const auto& rows = *library(static_cast<std::size_t>(state.range(0)));
+    std::size_t albums = 0;
+    for (auto _ : state)
+        albums = deriveAlbums(rows, columnsOf(rows), ResolvedLanguage::english).albums.size();
+    state.counters["albums"] = static_cast<double>(albums);
+}
+BENCHMARK(albumsFromTracks)->Apply(sizes);
+
+/// Everything that a worker derives: albums, artists, folded search texts.
+static void wholeCatalog(benchmark::State& state) {
+    const auto& rows = library(static_cast<std::size_t>(state.range(0)));
+    std::size_t bytes = 0;
+    for (auto _ : state) {
+        const std::size_t before = heapInUse();
+        const auto catalog = buildCatalog(rows, ResolvedLanguage::english);
+        bytes = heapInUse() - before;
+    }
+    state.counters["MB"] = static_cast<double>(bytes) / 1e6;
+}
+BENCHMARK(wholeCatalog)->Apply(sizes);
+
+/// One keystroke of someone who types "night walk": all three lists, as the main thread does it.
+static void searchKeystroke(benchmark::State& state) {
+    Window window(static_cast<std::size_t>(state.range(0)));
+    const QString typed = u"night walk"_s;
+    double slowest = 0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        window.browsing.setSearchText({});
+        state.ResumeTiming();
+        for (qsizetype length = 1; length <= typed.size(); ++length) {
+            const auto start = std::chrono::steady_clock::now();
+            window.browsing.setSearchText(typed.left(length));
+            const std::chrono::duration<double, std::milli> time =
+                std::chrono::steady_clock::now() - start;
+            slowest = std::max(slowest, time.count());
+        }
+    }
+    const auto strokes =
+        static_cast<double>(state.iterations()) * static_cast<double>(typed.size());
+    state.counters["ms_per_keystroke"] = benchmark::Counter(
+        strokes / 1000, benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+    state.counters["slowest_ms"] = slowest;
+}
+BENCHMARK(searchKeystroke)->Apply(sizes);
+
+/// The worst single query: one letter that most rows contain; and back to everything.
+static void searchFrequentLetter(benchmark::State& state) {
+    Window window(static_cast<std::size_t>(state.range(0)));
+    for (auto _ : state) {
+        window.browsing.setSearchText(u"e"_s);
+        window.browsing.setSearchText({});
+    }
+}
+BENCHMARK(searchFrequentLetter)->Apply(sizes);
+
+static void playNextInOrder(benchmark::State& state) {
+    Player player(static_cast<std::size_t>(state.range(0)));
+    for (auto _ : state)
+        player.transport.playNext(true);
+}
+BENCHMARK(playNextInOrder)->Apply(sizes)->Unit(benchmark::kMicrosecond);
+
+static void playPrevious(benchmark::State& state) {
+    Player player(static_cast<std::size_t>(state.range(0)));
+    player.transport.setRepeatMode(PlaybackRepeatMode::all);
+    for (auto _ : state)
+        player.transport.playPrevious();
+}
+BENCHMARK(playPrevious)->Apply(sizes)->Unit(benchmark::kMicrosecond);
+
+static void playNextShuffled(benchmark::State& state) {
+    Player player(static_cast<std::size_t>(state.range(0)));
+    player.transport.toggleShuffle();
+    for (auto _ : state)
+        player.transport.playNext(true);
+}
+BENCHMARK(playNextShuffled)->Apply(sizes)->Unit(benchmark::kMicrosecond);
+
+/// A click on a track: found in the queue and started.
+static void findTrackInQueue(benchmark::State& state) {
+    Player player(static_cast<std::size_t>(state.range(0)));
+    const QString last = player.queue.record(player.queue.size() - 1).path();
+    for (auto _ : state)
+        benchmark::DoNotOptimize(player.queue.rowOfPath(last));
+}
+BENCHMARK(findTrackInQueue)->Apply(sizes)->Unit(benchmark::kMicrosecond);
+
+/// What the main thread does when a tenth of the library is removed.
+static void removeATenth(benchmark::State& state) {
+    const auto size = static_cast<std::size_t>(state.range(0));
+    QSet<QString> paths;
+    for (std::size_t i = 0; i < size; i += 10)
+        paths.insert((*library(size))[i]->path());
+    for (auto _ : state) {
+        state.PauseTiming();
+        LibraryStore store;
+        store.append(*library(size));
+        const auto held = store.snapshot(); // as the published catalog holds one
+        state.ResumeTiming();
+        store.remove(paths);
+        state.PauseTiming();
+        { LibraryStore gone; }
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(removeATenth)->Apply(sizes);
+
+/// The library itself: rows with their texts, the path index and the queue of all of it.
+static void memoryOfRows(benchmark::State& state) {
+    const auto size = static_cast<std::size_t>(state.range(0));
+    for (auto _ : state) {
+        const std::size_t before = heapInUse();
+        LibraryStore store;
+        store.append(sampleLibrary(size));
+        CoverStore covers;
+        PlayQueue queue(plainState(covers));
+        queue.append(store.rows());
+        state.counters["MB"] = static_cast<double>(heapInUse() - before) / 1e6;
+    }
+}
+BENCHMARK(memoryOfRows)->Apply(sizes)->Iterations(1);
+
+int main(int argc, char** argv) {
+    QCoreApplication application(argc, argv);
+    QLoggingCategory::setFilterRules(u"library=false"_s);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+}
