@@ -16,9 +16,11 @@ namespace halvane {
 
 namespace {
 
+using Tracks = std::vector<const Track*>;
+
 struct Group {
     AlbumGroupKey key;
-    TrackRows tracks;
+    Tracks tracks;
 };
 
 struct Groups {
@@ -52,7 +54,7 @@ Groups groupTracks(const TrackRows& rows, const LibraryColumns& columns,
             }
             groupOfPair.insert(pair, group);
         }
-        result.groups[group].tracks.push_back(rows[row]);
+        result.groups[group].tracks.push_back(rows[row].get());
         result.groupOfRow.push_back(group);
     }
     return result;
@@ -65,9 +67,9 @@ QStringView fileNameOf(const Track& track) {
     return path.sliced(path.lastIndexOf(u'/') + 1);
 }
 
-QString labels(const TrackRows& tracks, const QCollator& collator) {
+QString labels(const Tracks& tracks, const QCollator& collator) {
     std::vector<QString> kept;
-    for (const TrackPtr& track : tracks) {
+    for (const Track* track : tracks) {
         const QString label = track->format.trimmed();
         const bool isKnown = std::any_of(kept.cbegin(), kept.cend(), [&](const QString& other) {
             return other == label || collator.compare(other, label) == 0;
@@ -89,14 +91,17 @@ QString durationText(double totalSeconds, qint64 trackCount, ResolvedLanguage la
 }
 
 Album albumOf(Group& group, ResolvedLanguage language, const QCollator& collator) {
-    TrackRows& tracks = group.tracks;
-    std::stable_sort(tracks.begin(), tracks.end(), [](const TrackPtr& a, const TrackPtr& b) {
+    Tracks& tracks = group.tracks;
+    const auto isBefore = [](const Track* a, const Track* b) {
         return codePointLess(fileNameOf(*a), fileNameOf(*b));
-    });
+    };
+    // Folders are read in order, so most albums are sorted already.
+    if (!std::is_sorted(tracks.cbegin(), tracks.cend(), isBefore))
+        std::stable_sort(tracks.begin(), tracks.end(), isBefore);
     Album album;
     QStringList genres;
     genres.reserve(static_cast<qsizetype>(tracks.size()));
-    for (const TrackPtr& track : tracks) {
+    for (const Track* track : tracks) {
         album.totalSeconds += track->durationSeconds.value_or(0);
         if (album.year == 0 && track->year > 0)
             album.year = track->year;
@@ -189,7 +194,10 @@ std::optional<QString> mostCommonValue(const QStringList& values) {
 }
 
 QString albumQuality(const TrackRows& tracks) {
-    return labels(tracks, caseInsensitiveCollator());
+    Tracks all;
+    for (const TrackPtr& track : tracks)
+        all.push_back(track.get());
+    return labels(all, caseInsensitiveCollator());
 }
 
 std::vector<Color> albumColors(const QString& title, const QString& artist) {

@@ -3,7 +3,9 @@
 
 #include "platform/notifications.h"
 #include "platform/sleep_inhibitor.h"
+#include "presentation/l10n.h"
 
+#include <QDir>
 #include <QGuiApplication>
 
 #include <algorithm>
@@ -16,6 +18,11 @@ bool isApplicationActive() {
     return QGuiApplication::applicationState() == Qt::ApplicationActive;
 }
 
+QString madeFolder(const QString& path) {
+    QDir().mkpath(path);
+    return path;
+}
+
 } // namespace
 
 LibraryConcerns::LibraryConcerns(const Environment& environment)
@@ -26,6 +33,7 @@ LibraryConcerns::LibraryConcerns(const Environment& environment)
     , views(outside.preferences)
     , catalog(store, [this] { return resolvedLanguage(); })
     , cache(outside.dataFolder)
+    , journal(madeFolder(outside.cacheFolder))
     , importedPaths(outside.preferences, store)
     , persistence(store, cache)
     , bookmarks(outside.preferences)
@@ -47,7 +55,9 @@ LibraryConcerns::LibraryConcerns(const Environment& environment)
                     engine.setEQ(enabled, gains, preamp);
                 })
     , soundCheck(outside.preferences, outside.cloudFiles, soundCheckCollaborators())
-    , healing({store, queue, persistence, outside.cloudFiles, nullptr,
+    , output(outside.devices, outside.preferences, outputCollaborators())
+    , outputDeviceList(output)
+    , healing({store, queue, persistence, outside.cloudFiles, &journal,
                [this] { return resolvedLanguage(); }, [this] { catalog.rebuildImportedAlbums(); }})
     , importer(importCollaborators())
     , restoration(restorationCollaborators())
@@ -88,6 +98,7 @@ void LibraryConcerns::start() {
     playlists.restore();
     theme.restoreTheme();
     views.restoreRemainingTime();
+    output.restore();
     soundCheck.restore();
     bookmarks.restoreBookmarkAccess();
     restoration.restoreImportedAudio();
@@ -148,6 +159,19 @@ SoundCheck::Collaborators LibraryConcerns::soundCheckCollaborators() {
     return with;
 }
 
+OutputDevices::Collaborators LibraryConcerns::outputCollaborators() {
+    return {
+        .routeEngine =
+            [this](std::optional<std::uint32_t> id) { return engine.setOutputDevice(id); },
+        .switchFailed =
+            [this] {
+                status.show(L10n::text(L10nKey::deviceSwitchFailed, resolvedLanguage()), true);
+                transport.adoptEngineState();
+            },
+        .builtInOutput = [this] { return L10n::text(L10nKey::builtInOutput, resolvedLanguage()); },
+    };
+}
+
 ImportCollaborators LibraryConcerns::importCollaborators() {
     return {
         .library = store,
@@ -160,6 +184,7 @@ ImportCollaborators LibraryConcerns::importCollaborators() {
         .clock = outside.clock,
         .cloudFiles = outside.cloudFiles,
         .cache = cache,
+        .journal = &journal,
         .language = [this] { return resolvedLanguage(); },
         .play = [this](const QUuid& entry) { transport.playItem(entry, true); },
         .rebuildImportedAlbums = [this] { catalog.rebuildImportedAlbums(); },
@@ -175,6 +200,7 @@ RestorationCollaborators LibraryConcerns::restorationCollaborators() {
         .persistence = persistence,
         .cloudFiles = outside.cloudFiles,
         .cache = cache,
+        .journal = &journal,
         .language = [this] { return resolvedLanguage(); },
         .rebuildImportedAlbums = [this] { catalog.rebuildImportedAlbums(); },
         .restored = [this] { libraryGrew(); },
@@ -288,6 +314,7 @@ void LibraryConcerns::connectLanguage() {
     connect(&language, &LanguageSetting::languageChanged, &catalog,
             &LibraryCatalog::rebuildImportedAlbums);
     connect(&language, &LanguageSetting::languageChanged, &browsing, &Browsing::languageChanged);
+    connect(&language, &LanguageSetting::languageChanged, &output, &OutputDevices::retranslate);
 }
 
 // The outside

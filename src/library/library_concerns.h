@@ -22,6 +22,8 @@
 #include "library/maintenance_lists.h"
 #include "library/metadata_healing.h"
 #include "library/now_playing.h"
+#include "library/output_device_list_model.h"
+#include "library/output_devices.h"
 #include "library/play_queue.h"
 #include "library/playlists.h"
 #include "library/progress_clock.h"
@@ -35,6 +37,7 @@
 #include "library/transport.h"
 #include "library/transport_settings.h"
 #include "library/view_state.h"
+#include "metadata/reading_journal.h"
 
 #include <QThreadPool>
 
@@ -67,6 +70,7 @@ class LibraryConcerns : public QObject {
     LibraryStore store;
     LibraryCatalog catalog;
     MetadataCache cache;
+    ReadingJournal journal; ///< of files that crash or hang their readers
     ImportedPaths importedPaths;
     CachePersistence persistence;
     Bookmarks bookmarks;
@@ -84,6 +88,8 @@ class LibraryConcerns : public QObject {
     TransportSettings transportSettings;
     EqualizerSettings equalizer;
     SoundCheck soundCheck;
+    OutputDevices output;
+    OutputDeviceListModel outputDeviceList;
 
     // How the library comes, changes and goes.
     MetadataHealing healing;
@@ -113,6 +119,7 @@ class LibraryConcerns : public QObject {
     std::size_t sidebarCount(SidebarItem item) const;
     void showEntry(const QueueItem& entry);
     void selectedAlbumChanged();
+    OutputDevices::Collaborators outputCollaborators();
     void libraryGrew();
     void availabilityChanged();
 

@@ -106,26 +106,33 @@ void LibraryStore::replace(const TrackRows& tracks) {
 }
 
 void LibraryStore::remove(const QSet<QString>& paths) {
-    TrackRows& rows = writableRows();
-    // Where each row moves to; the index is renumbered rather than hashed again.
-    std::vector<quint32> movesTo(rows.size());
-    std::size_t kept = 0;
-    for (std::size_t row = 0; row < rows.size(); ++row) {
-        const auto& url = rows[row]->sourceURL;
-        if (url && paths.contains(url->standardizedPath()))
+    assertOwnThread(*this);
+    std::vector<bool> goes(m_rows->size());
+    std::size_t gone = 0;
+    for (const QString& path : paths) {
+        const auto found = m_rowOfPath.constFind(path);
+        if (found == m_rowOfPath.cend())
             continue;
-        movesTo[row] = static_cast<quint32>(kept);
-        if (kept != row)
-            rows[kept] = std::move(rows[row]);
-        ++kept;
+        goes[*found] = true;
+        ++gone;
+        m_rowOfPath.erase(found);
     }
-    if (kept == rows.size())
+    if (gone == 0)
         return;
-    rows.resize(kept);
-    for (const QString& path : paths)
-        m_rowOfPath.remove(path);
+    // A new list of what stays: no costlier than closing the gaps, and a snapshot keeps the old.
+    auto rows = std::make_shared<TrackRows>();
+    rows->reserve(m_rows->size() - gone);
+    std::vector<quint32> movesTo(m_rows->size());
+    for (std::size_t row = 0; row < goes.size(); ++row) {
+        if (goes[row])
+            continue;
+        movesTo[row] = static_cast<quint32>(rows->size());
+        rows->push_back((*m_rows)[row]);
+    }
+    m_rows = std::move(rows);
+    m_isShared = false;
     for (quint32& row : m_rowOfPath)
-        row = movesTo[row];
+        row = movesTo[row]; // renumbered rather than hashed again
     Q_EMIT tracksChanged();
 }
 

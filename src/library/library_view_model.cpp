@@ -13,6 +13,7 @@ LibraryViewModel::LibraryViewModel(const Environment& environment, QObject* pare
     forwardTransport();
     forwardMaintenance();
     forwardSettings();
+    forwardOutput();
     m_concerns->start();
 }
 

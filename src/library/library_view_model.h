@@ -125,6 +125,14 @@ class LibraryViewModel : public QObject {
                    soundCheckEnabledChanged)
     Q_PROPERTY(halvane::SpectrumModel* spectrum READ spectrum CONSTANT)
 
+    // Output. The list holds deviceId, name and selected.
+    Q_PROPERTY(QString outputDeviceName READ outputDeviceName NOTIFY outputDeviceNameChanged)
+    Q_PROPERTY(QAbstractListModel* availableOutputDevices READ availableOutputDevices CONSTANT)
+    Q_PROPERTY(QString selectedOutputDeviceName READ selectedOutputDeviceName NOTIFY
+                   selectedOutputDeviceNameChanged) // empty: the system's default
+    Q_PROPERTY(QString signalPathDescription READ signalPathDescription NOTIFY
+                   signalPathDescriptionChanged)
+
     // Appearance
     Q_PROPERTY(halvane::AppLanguage languageSetting READ languageSetting WRITE setLanguageSetting
                    NOTIFY languageChanged)
@@ -238,6 +246,11 @@ class LibraryViewModel : public QObject {
     void setSoundCheckEnabled(bool enabled);
     SpectrumModel* spectrum();
 
+    QString outputDeviceName() const;
+    QAbstractListModel* availableOutputDevices();
+    QString selectedOutputDeviceName() const;
+    QString signalPathDescription() const;
+
     AppLanguage languageSetting() const;
     void setLanguageSetting(AppLanguage setting);
     ResolvedLanguage resolvedLanguage() const;
@@ -305,6 +318,9 @@ class LibraryViewModel : public QObject {
     Q_INVOKABLE void applyUserEQPreset(const QString& name);
     Q_INVOKABLE void saveCurrentEQPreset(const QString& name);
     Q_INVOKABLE void deleteUserEQPreset(const QString& name);
+    // Output
+    Q_INVOKABLE void selectOutputDevice(quint32 id);
+    Q_INVOKABLE void selectSystemDefaultOutput();
 
   Q_SIGNALS:
     void selectedSidebarChanged();
@@ -353,6 +369,9 @@ class LibraryViewModel : public QObject {
     void presetMenuTitleChanged();
     void userEQPresetsChanged();
     void soundCheckEnabledChanged();
+    void outputDeviceNameChanged();
+    void selectedOutputDeviceNameChanged();
+    void signalPathDescriptionChanged();
     void languageChanged();
     void themeChanged();
     void spectrumTintChanged();
@@ -364,6 +383,7 @@ class LibraryViewModel : public QObject {
     void forwardTransport();
     void forwardMaintenance();
     void forwardSettings();
+    void forwardOutput();
 
     std::unique_ptr<LibraryConcerns> m_concerns;
 };

@@ -138,8 +138,17 @@ void PlayQueue::remove(const QSet<QString>& paths) {
     const QUuid current = m_current ? idAt(*m_current) : QUuid();
     if (gone.size() > mostNarrowRanges) {
         beginResetModel();
-        std::erase_if(m_entries,
-                      [&](const Entry& entry) { return paths.contains(pathOf(*entry.record)); });
+        std::vector<Entry> kept;
+        kept.reserve(m_entries.size());
+        std::size_t row = 0;
+        for (const RowRange& range : gone) {
+            for (; row < range.first; ++row)
+                kept.push_back(std::move(m_entries[row]));
+            row += range.count;
+        }
+        for (; row < m_entries.size(); ++row)
+            kept.push_back(std::move(m_entries[row]));
+        m_entries = std::move(kept);
         m_current = m_current ? rowOfID(current) : std::nullopt;
         endResetModel();
     } else {

@@ -187,6 +187,7 @@ std::optional<QString> Transport::startPlayer(const QString& path) {
         return failure;
     m_with.countPlay(path);
     setPlaying(true);
+    Q_EMIT loadedFileChanged();
     m_with.progress.show(0, 0);
     m_with.progress.start();
     m_with.updateNowPlaying();
@@ -250,6 +251,7 @@ void Transport::finishPlaybackAtQueueEnd() {
     m_with.engine.unload();
     m_with.progress.stop();
     setPlaying(false);
+    Q_EMIT loadedFileChanged();
     const auto row = m_with.queue.currentRow();
     m_with.progress.showEnd(row ? m_with.queue.record(*row).duration
                                 : m_with.progress.elapsedTime());
@@ -262,6 +264,7 @@ void Transport::stopPlayer(bool keepSelection) {
     m_with.engine.unload();
     m_with.progress.stop();
     setPlaying(false);
+    Q_EMIT loadedFileChanged();
     m_with.progress.show(0, 0);
     if (!keepSelection)
         m_with.queue.setCurrentRow(std::nullopt);
@@ -387,6 +390,7 @@ void Transport::advanceUIForGaplessTrack(const QString& path) {
     if (!row)
         return playNext(false);
     makeCurrent(*row, false);
+    Q_EMIT loadedFileChanged();
     m_with.countPlay(path);
     applySoundCheck(path);
     m_with.progress.show(0, m_with.engine.elapsedSeconds());

@@ -95,6 +95,8 @@ class Transport : public QObject {
     void volumeChanged();
     void isShuffleEnabledChanged();
     void repeatModeChanged();
+    /// The engine has another file, or none.
+    void loadedFileChanged();
     /// The position moved other than by playing on, within one entry. Seconds.
     void positionJumped(double seconds);
 
