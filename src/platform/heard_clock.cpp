@@ -8,8 +8,12 @@
 namespace halvane {
 
 namespace {
+
 constexpr double unlimited = std::numeric_limits<double>::infinity();
-}
+/// Sums of fractions of a second must not miss a frame by one bit.
+constexpr double slack = 1e-3;
+
+} // namespace
 
 void HeardClock::reset(int sampleRate) {
     m_sampleRate = sampleRate;
@@ -44,7 +48,7 @@ void HeardClock::skipToRendered() {
 std::int64_t HeardClock::heard(double now) const {
     const Report at = report();
     const double frames = std::min(at.heard + (now - at.time) * at.rate, at.limit);
-    const auto answer = std::min(std::int64_t(std::floor(frames)), rendered());
+    const auto answer = std::min(std::int64_t(std::floor(frames + slack)), rendered());
     auto last = m_last.load(std::memory_order_acquire);
     while (answer > last && !m_last.compare_exchange_weak(last, answer, std::memory_order_acq_rel))
         ;

@@ -101,7 +101,7 @@ std::uint32_t PrivateSoundServer::loadNullSink(const QString& name, int sampleRa
                                                const QString& description, int channels) {
     const auto module =
         load({u"module-null-sink"_s, u"sink_name="_s + name, u"rate=%1"_s.arg(sampleRate),
-              u"channels=%1"_s.arg(channels), u"format=float32le"_s,
+              u"channels=%1"_s.arg(channels), u"format=float32le"_s, u"norewinds=1"_s,
               u"sink_properties=\"device.description='%1'\""_s.arg(description)});
     EXPECT_TRUE(waitFor([&] { return sinkIndex(name).has_value(); }));
     return module;
@@ -145,9 +145,10 @@ void PrivatePulse::start() {
     QFile script(path(u"script.pa"_s));
     ASSERT_TRUE(script.open(QIODevice::WriteOnly));
     for (const int rate : {44100, 48000, 96000})
-        script.write(u"load-module module-null-sink sink_name=null%1 rate=%1 format=float32le "
-                     "sink_properties=\"device.description='Null %1'\"\n"_s.arg(rate)
-                         .toUtf8());
+        script.write(
+            u"load-module module-null-sink sink_name=null%1 rate=%1 format=float32le norewinds=1 "
+            "sink_properties=\"device.description='Null %1'\"\n"_s.arg(rate)
+                .toUtf8());
     script.write("set-default-sink null44100\n");
     // The socket comes last: whoever can connect finds everything else in place.
     script.write(u"load-module module-native-protocol-unix auth-anonymous=1 socket=%1\n"_s

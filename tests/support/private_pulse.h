@@ -49,7 +49,8 @@ class PrivateSoundServer {
     virtual void freeze() = 0;
     virtual void thaw() = 0;
 
-    /// Adds a sink that plays to nothing, in 32-bit float; returns the number to unload it by.
+    /// Adds a sink that plays to nothing, in 32-bit float, and never takes back what it has begun
+    /// to play, so that its monitor tells the truth; returns the number to unload it by.
     std::uint32_t loadNullSink(const QString& name, int sampleRate, const QString& description,
                                int channels = 2);
     /// Adds a device that can only record.
