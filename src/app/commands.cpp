@@ -151,7 +151,10 @@ bool Commands::eventFilter(QObject* watched, QEvent* event) {
         event->accept();
         return true;
     }
-    return isTextField(watched) && takesKeysFromText(key->keyCombination().toCombined());
+    if (!isTextField(watched) || !takesKeysFromText(key->keyCombination().toCombined()))
+        return false;
+    event->ignore(); // it comes accepted
+    return true;
 }
 
 } // namespace halvane

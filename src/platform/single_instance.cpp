@@ -17,7 +17,7 @@ namespace {
 const auto busName = u"org.halvane.Halvane"_s;
 const auto objectPath = u"/org/halvane/Halvane"_s;
 const auto interfaceName = u"org.freedesktop.Application"_s;
-constexpr int patience = 3000; // milliseconds
+constexpr int patience = 15000; // milliseconds: the other may be at its own start yet
 
 QVariantMap platformData(const QString& token) {
     if (token.isEmpty())

@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: MIT
+// Time from a program's start until its window is on the display, and until something is drawn in
+// it. To be run on a display of its own, with an empty library: tools/private-desktop bench_startup
+#include <benchmark/benchmark.h>
+
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
+#include <chrono>
+#include <csignal>
+#include <string>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using namespace std::chrono_literals;
+
+constexpr int leastWidth = 200; // smaller windows are the toolkit's own
+constexpr auto patience = 20s;
+
+int ignoreErrors(Display*, XErrorEvent*) {
+    return 0; // a window may go away while it is looked at
+}
+
+bool isDrawn(Display* display, Window window) {
+    XWindowAttributes attributes;
+    if (!XGetWindowAttributes(display, window, &attributes) || attributes.map_state != IsViewable)
+        return false;
+    XImage* image = XGetImage(display, window, 0, 0, unsigned(attributes.width),
+                              unsigned(attributes.height), AllPlanes, ZPixmap);
+    if (!image)
+        return false;
+    const unsigned long first = XGetPixel(image, 0, 0);
+    bool drawn = false;
+    for (int y = 0; y < attributes.height && !drawn; y += 7)
+        for (int x = 0; x < attributes.width && !drawn; x += 7)
+            drawn = XGetPixel(image, x, y) != first;
+    XDestroyImage(image);
+    return drawn;
+}
+
+pid_t start(const std::vector<std::string>& command) {
+    const pid_t pid = fork();
+    if (pid != 0)
+        return pid;
+    std::vector<char*> arguments;
+    for (const auto& argument : command)
+        arguments.push_back(const_cast<char*>(argument.c_str()));
+    arguments.push_back(nullptr);
+    execvp(arguments[0], arguments.data());
+    _exit(127);
+}
+
+struct Times {
+    double window = 0;  ///< seconds until the window is there
+    double picture = 0; ///< seconds until something shows in it
+};
+
+Times measure(const std::vector<std::string>& command) {
+    Display* display = XOpenDisplay(nullptr);
+    if (!display)
+        return {};
+    XSetErrorHandler(ignoreErrors);
+    XSelectInput(display, DefaultRootWindow(display), SubstructureNotifyMask);
+    XSync(display, False);
+    const auto began = Clock::now();
+    const auto since = [began] {
+        return std::chrono::duration<double>(Clock::now() - began).count();
+    };
+    const pid_t pid = start(command);
+    Times times;
+    Window window = 0;
+    while (times.picture == 0 && Clock::now() - began < patience) {
+        while (XPending(display)) {
+            XEvent event;
+            XNextEvent(display, &event);
+            XWindowAttributes attributes;
+            if (event.type == MapNotify && !window &&
+                XGetWindowAttributes(display, event.xmap.window, &attributes) &&
+                attributes.width >= leastWidth) {
+                window = event.xmap.window;
+                times.window = since();
+            }
+        }
+        if (window && isDrawn(display, window))
+            times.picture = since();
+        std::this_thread::sleep_for(1ms);
+    }
+    kill(pid, SIGTERM);
+    waitpid(pid, nullptr, 0);
+    XCloseDisplay(display);
+    return times;
+}
+
+void startUp(benchmark::State& state, const std::vector<std::string>& command) {
+    for (auto _ : state) {
+        const auto times = measure(command);
+        if (times.picture == 0)
+            state.SkipWithError("no window");
+        state.SetIterationTime(times.picture);
+        state.counters["window_ms"] = times.window * 1000;
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const std::vector<std::pair<std::string, std::vector<std::string>>> programs{
+        {"halvane", {HALVANE_PROGRAM}},
+        {"mpv", {"mpv", "--no-config", "--idle", "--force-window"}},
+        {"plain Qt Quick window", {PLAIN_WINDOW}},
+    };
+    for (const auto& [name, command] : programs) {
+        benchmark::RegisterBenchmark(name.c_str(), startUp, command)
+            ->UseManualTime()
+            ->Unit(benchmark::kMillisecond)
+            ->Iterations(1)
+            ->Repetitions(7)
+            ->ReportAggregatesOnly(true);
+    }
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+}

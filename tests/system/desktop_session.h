@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "support/private_bus.h"
+
+#include <QProcessEnvironment>
+#include <QTemporaryDir>
+
+#include <memory>
+#include <optional>
+
+namespace halvane::test {
+
+/// A desktop of the test's own: a display, a session bus and home folders, and no sound server.
+class DesktopSession {
+  public:
+    DesktopSession();
+
+    PrivateBus bus;
+    QTemporaryDir home;
+    QProcessEnvironment environment;
+
+    /// What a program printed, and how it ended.
+    struct Outcome {
+        int exitCode = -1; ///< -1 also when it did not end by itself
+        QString output;
+        QString errors;
+        qint64 milliseconds = 0;
+    };
+    Outcome run(const QString& program, const QStringList& arguments, int milliseconds = 20'000);
+    /// An audio file of this many seconds, tagged with the title; its path.
+    QString makeTrack(const QString& name, int seconds, const QString& title);
+
+  private:
+    std::unique_ptr<ChildProcess> m_display;
+};
+
+/// The program, started on such a desktop.
+class RunningProgram {
+  public:
+    /// Waits until the media controls are there.
+    RunningProgram(DesktopSession& session, const QStringList& arguments = {});
+    ~RunningProgram();
+
+    bool isReady() const { return m_isReady; }
+    bool isRunning() const { return m_process.state() == QProcess::Running; }
+    void terminate() { m_process.terminate(); }
+    /// How it ended, once it has; none when it does not.
+    std::optional<int> exitCode();
+    /// What a media client says, without the line's end.
+    QString ask(const QStringList& playerctlArguments);
+    /// Asks until the answer is this one.
+    bool answers(const QStringList& playerctlArguments, const QString& expected);
+
+  private:
+    DesktopSession& m_session;
+    QProcess m_process;
+    bool m_isReady = false;
+};
+
+} // namespace halvane::test

@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: MIT
+// The real program on a desktop of its own, worked from outside.
+#include "system/desktop_session.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <gmock/gmock.h>
+
+using namespace halvane::test;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const auto program = QStringLiteral(HALVANE_PROGRAM);
+
+class Program : public testing::Test {
+  protected:
+    DesktopSession session;
+};
+
+} // namespace
+
+TEST_F(Program, TalksToACommandLine) {
+    const auto version = session.run(program, {u"--version"_s});
+    EXPECT_EQ(version.exitCode, 0);
+    EXPECT_EQ(version.output, u"Halvane 1.0.0\n"_s);
+    EXPECT_TRUE(session.run(program, {u"--help"_s}).output.contains(u"--screenshots"_s));
+    const auto nonsense = session.run(program, {u"--nonsense"_s});
+    EXPECT_EQ(nonsense.exitCode, 2);
+    EXPECT_TRUE(nonsense.errors.contains(u"nonsense"_s));
+    session.environment.insert(u"DISPLAY"_s, u":9999"_s);
+    const auto blind = session.run(program, {});
+    EXPECT_EQ(blind.exitCode, 1);
+    EXPECT_TRUE(blind.errors.contains(u"display"_s)) << blind.errors.toStdString();
+}
+
+TEST_F(Program, ObeysAMediaClient) {
+    QDir(session.home.path()).mkdir(u"music"_s);
+    session.makeTrack(u"music/1 歌.flac"_s, 60, u"First"_s);
+    session.makeTrack(u"music/2.flac"_s, 60, u"Second"_s);
+    RunningProgram halvane(session, {u"music"_s});
+    ASSERT_TRUE(halvane.isReady());
+
+    ASSERT_TRUE(halvane.answers({u"status"_s}, u"Playing"_s));
+    ASSERT_TRUE(halvane.answers({u"metadata"_s, u"title"_s}, u"First"_s));
+    EXPECT_EQ(halvane.ask({u"metadata"_s, u"artist"_s}), u"Artist"_s);
+    EXPECT_EQ(halvane.ask({u"metadata"_s, u"mpris:length"_s}), u"60000000"_s);
+    EXPECT_TRUE(
+        halvane.ask({u"metadata"_s, u"xesam:url"_s}).endsWith(u"/music/1%20%E6%AD%8C.flac"_s));
+
+    halvane.ask({u"pause"_s});
+    ASSERT_TRUE(halvane.answers({u"status"_s}, u"Paused"_s));
+    halvane.ask({u"position"_s, u"30"_s});
+    EXPECT_TRUE(halvane.answers({u"position"_s}, u"30.000000"_s));
+    halvane.ask({u"position"_s, u"5-"_s});
+    EXPECT_TRUE(halvane.answers({u"position"_s}, u"25.000000"_s));
+    halvane.ask({u"play-pause"_s});
+    ASSERT_TRUE(halvane.answers({u"status"_s}, u"Playing"_s));
+    EXPECT_TRUE(waitFor([&] { return halvane.ask({u"position"_s}).toDouble() > 25.2; }));
+
+    halvane.ask({u"next"_s});
+    EXPECT_TRUE(halvane.answers({u"metadata"_s, u"title"_s}, u"Second"_s));
+    halvane.ask({u"previous"_s});
+    EXPECT_TRUE(halvane.answers({u"metadata"_s, u"title"_s}, u"First"_s));
+    halvane.ask({u"loop"_s, u"Track"_s});
+    EXPECT_TRUE(halvane.answers({u"loop"_s}, u"Track"_s));
+    halvane.ask({u"shuffle"_s, u"On"_s});
+    EXPECT_TRUE(halvane.answers({u"shuffle"_s}, u"On"_s));
+    halvane.ask({u"volume"_s, u"0.25"_s});
+    EXPECT_TRUE(halvane.answers({u"volume"_s}, u"0.250000"_s));
+    halvane.ask({u"stop"_s});
+    EXPECT_TRUE(halvane.answers({u"status"_s}, u"Stopped"_s));
+}
+
+TEST_F(Program, HandsItsFilesToTheOneThatRuns) {
+    session.makeTrack(u"a b.flac"_s, 30, u"Spaces"_s);
+    session.makeTrack(u"歌.flac"_s, 30, u"Song"_s);
+    RunningProgram halvane(session);
+    ASSERT_TRUE(halvane.isReady());
+    const auto second = session.run(program, {u"a b.flac"_s, u"missing.flac"_s, u"歌.flac"_s});
+    EXPECT_EQ(second.exitCode, 0) << second.errors.toStdString();
+    EXPECT_TRUE(halvane.answers({u"metadata"_s, u"title"_s}, u"Song"_s));
+    EXPECT_TRUE(halvane.answers({u"status"_s}, u"Playing"_s));
+    EXPECT_EQ(session.run(program, {u"--action"_s, u"PlayPause"_s}).exitCode, 0);
+    EXPECT_TRUE(halvane.answers({u"status"_s}, u"Paused"_s));
+    EXPECT_EQ(session.run(program, {u"--action"_s, u"Previous"_s}).exitCode, 0);
+    EXPECT_TRUE(halvane.answers({u"metadata"_s, u"title"_s}, u"Spaces"_s));
+    RecordProperty("second start, ms", int(second.milliseconds));
+}
+
+TEST_F(Program, EndsCleanlyWhenItIsAskedTo) {
+    {
+        RunningProgram halvane(session);
+        ASSERT_TRUE(halvane.isReady());
+        halvane.terminate();
+        EXPECT_EQ(halvane.exitCode(), 0);
+    }
+    {
+        RunningProgram halvane(session);
+        ASSERT_TRUE(halvane.isReady());
+        auto quit = QDBusMessage::createMethodCall(u"org.mpris.MediaPlayer2.halvane"_s,
+                                                   u"/org/mpris/MediaPlayer2"_s,
+                                                   u"org.mpris.MediaPlayer2"_s, u"Quit"_s);
+        callAndWait(session.bus.connect(), quit);
+        EXPECT_EQ(halvane.exitCode(), 0);
+    }
+    RunningProgram halvane(session);
+    ASSERT_TRUE(halvane.isReady());
+    session.bus.kill();
+    EXPECT_EQ(halvane.exitCode(), 0) << "a session without its bus is over";
+}
+
+TEST_F(Program, RunsAloneWithoutABus) {
+    session.environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nonexistent"_s);
+    session.makeTrack(u"a.flac"_s, 5, u"Alone"_s);
+    const auto pictures =
+        session.run(program, {u"--screenshots"_s, u"pictures"_s, u"a.flac"_s}, 90'000);
+    EXPECT_EQ(pictures.exitCode, 0) << pictures.errors.toStdString();
+    const QDir folder(session.home.filePath(u"pictures"_s));
+    for (const auto& name : {u"main"_s, u"mini"_s, u"help"_s, u"settings"_s, u"panel"_s})
+        EXPECT_TRUE(folder.exists(name + u".png"_s)) << name.toStdString();
+}
