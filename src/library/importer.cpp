@@ -161,7 +161,7 @@ struct Importer::Run {
     QPointer<Importer> owner;
     std::vector<FileUrl> files;
     MetadataCache cache;
-    ReadingJournal* journal;
+    std::shared_ptr<ReadingJournal> journal;
     const CloudFiles* cloudFiles;
     ResolvedLanguage language;
     std::shared_ptr<std::atomic<bool>> cancelled;

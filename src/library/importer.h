@@ -38,7 +38,7 @@ struct ImportCollaborators {
     Clock& clock;
     const CloudFiles& cloudFiles;
     MetadataCache cache;
-    ReadingJournal* journal = nullptr;
+    std::shared_ptr<ReadingJournal> journal;
     std::function<ResolvedLanguage()> language;
     /// Plays an entry of the queue as if the user had asked for it.
     std::function<void(const QUuid& entry)> play;

@@ -5,7 +5,6 @@
 #include "platform/sleep_inhibitor.h"
 #include "presentation/l10n.h"
 
-#include <QDir>
 #include <QGuiApplication>
 
 #include <algorithm>
@@ -18,11 +17,6 @@ bool isApplicationActive() {
     return QGuiApplication::applicationState() == Qt::ApplicationActive;
 }
 
-QString madeFolder(const QString& path) {
-    QDir().mkpath(path);
-    return path;
-}
-
 } // namespace
 
 LibraryConcerns::LibraryConcerns(const Environment& environment)
@@ -33,7 +27,7 @@ LibraryConcerns::LibraryConcerns(const Environment& environment)
     , views(outside.preferences)
     , catalog(store, [this] { return resolvedLanguage(); })
     , cache(outside.dataFolder)
-    , journal(madeFolder(outside.cacheFolder))
+    , journal(std::make_shared<ReadingJournal>(outside.cacheFolder))
     , importedPaths(outside.preferences, store)
     , persistence(store, cache)
     , bookmarks(outside.preferences)
@@ -57,7 +51,7 @@ LibraryConcerns::LibraryConcerns(const Environment& environment)
     , soundCheck(outside.preferences, outside.cloudFiles, soundCheckCollaborators())
     , output(outside.devices, outside.preferences, outputCollaborators())
     , outputDeviceList(output)
-    , healing({store, queue, persistence, outside.cloudFiles, &journal,
+    , healing({store, queue, persistence, outside.cloudFiles, journal,
                [this] { return resolvedLanguage(); }, [this] { catalog.rebuildImportedAlbums(); }})
     , importer(importCollaborators())
     , restoration(restorationCollaborators())
@@ -184,7 +178,7 @@ ImportCollaborators LibraryConcerns::importCollaborators() {
         .clock = outside.clock,
         .cloudFiles = outside.cloudFiles,
         .cache = cache,
-        .journal = &journal,
+        .journal = journal,
         .language = [this] { return resolvedLanguage(); },
         .play = [this](const QUuid& entry) { transport.playItem(entry, true); },
         .rebuildImportedAlbums = [this] { catalog.rebuildImportedAlbums(); },
@@ -200,7 +194,7 @@ RestorationCollaborators LibraryConcerns::restorationCollaborators() {
         .persistence = persistence,
         .cloudFiles = outside.cloudFiles,
         .cache = cache,
-        .journal = &journal,
+        .journal = journal,
         .language = [this] { return resolvedLanguage(); },
         .rebuildImportedAlbums = [this] { catalog.rebuildImportedAlbums(); },
         .restored = [this] { libraryGrew(); },

@@ -70,7 +70,7 @@ class LibraryConcerns : public QObject {
     LibraryStore store;
     LibraryCatalog catalog;
     MetadataCache cache;
-    ReadingJournal journal; ///< of files that crash or hang their readers
+    std::shared_ptr<ReadingJournal> journal; ///< of files that crash or hang their readers
     ImportedPaths importedPaths;
     CachePersistence persistence;
     Bookmarks bookmarks;

@@ -21,7 +21,7 @@ struct HealingCollaborators {
     PlayQueue& queue;
     CachePersistence& persistence;
     const CloudFiles& cloudFiles;
-    ReadingJournal* journal = nullptr;
+    std::shared_ptr<ReadingJournal> journal;
     std::function<ResolvedLanguage()> language;
     std::function<void()> rebuildImportedAlbums;
 };

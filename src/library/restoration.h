@@ -26,7 +26,7 @@ struct RestorationCollaborators {
     CachePersistence& persistence;
     const CloudFiles& cloudFiles;
     MetadataCache cache;
-    ReadingJournal* journal = nullptr;
+    std::shared_ptr<ReadingJournal> journal;
     std::function<ResolvedLanguage()> language;
     std::function<void()> rebuildImportedAlbums;
     /// Everything is there: look at availability, duplicates and loudness.

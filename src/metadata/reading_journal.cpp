@@ -5,6 +5,7 @@
 #include "metadata/file_dates.h"
 #include "platform/log.h"
 
+#include <QDir>
 #include <QFile>
 #include <QUrl>
 
@@ -35,6 +36,7 @@ void setMark(char* slot, char mark) {
 
 ReadingJournal::ReadingJournal(const QString& folder)
     : m_folder(folder) {
+    QDir().mkpath(folder);
     load();
     const QByteArray file = (folder + u"/being-read"_s).toUtf8();
     const int descriptor =

@@ -17,7 +17,7 @@ namespace halvane {
 /// Any thread. Without a writable folder nothing is remembered.
 class ReadingJournal {
   public:
-    /// Takes up what an earlier run left in the folder, which must exist.
+    /// Takes up what an earlier run left in the folder, which is made if it can be.
     explicit ReadingJournal(const QString& folder);
     ~ReadingJournal();
     ReadingJournal(const ReadingJournal&) = delete;

@@ -144,7 +144,7 @@ class Reader {
 
     std::vector<FileUrl> m_urls;
     ResolvedLanguage m_language;
-    ReadingJournal* m_journal; // outlives the program's work, stuck readers included
+    std::shared_ptr<ReadingJournal> m_journal; // a stuck reader may outlive its owner
     std::function<bool(const QString& path)> m_isEvicted;
     FolderCovers m_covers;
 };

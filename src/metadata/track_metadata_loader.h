@@ -14,6 +14,7 @@
 
 #include <atomic>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -44,7 +45,7 @@ std::vector<FileUrl> audioFileURLs(const std::vector<QString>& roots,
 
 /// What accompanies the reading of many files. All members may be left out.
 struct Accompaniment {
-    ReadingJournal* journal = nullptr;            ///< remembers files that crash or hang readers
+    std::shared_ptr<ReadingJournal> journal;      ///< remembers files that crash or hang readers
     const std::atomic<bool>* cancelled = nullptr; ///< when set, the files not yet read stay bare
     /// Whether a file lives in the cloud: opening it would block until it is downloaded, so it
     /// yields what its name says. Called on many threads.

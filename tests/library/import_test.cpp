@@ -1,0 +1,278 @@
+// SPDX-License-Identifier: MIT
+// Importing, restoring and healing, on real files and the whole controller.
+#include "library/library_concerns.h"
+#include "library/settings_keys.h"
+#include "library/tracks.h"
+#include "platform/log.h"
+#include "support/audio_material.h"
+#include "support/fake_environment.h"
+
+#include <QCoreApplication>
+#include <QDir>
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+using namespace Qt::StringLiterals;
+
+namespace halvane::test {
+namespace {
+
+class ImportTest : public testing::Test {
+  protected:
+    void SetUp() override { start(); }
+
+    /// The program begins, and everything that it remembers is there.
+    void start() {
+        library = std::make_unique<LibraryConcerns>(outside);
+        bool isRestored = false;
+        QObject::connect(&library->restoration, &Restoration::finished, library.get(),
+                         [&] { isRestored = true; });
+        library->start();
+        until([&] { return isRestored; });
+    }
+    static void until(const std::function<bool()>& reached) {
+        while (!reached())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    void import(const QStringList& paths) {
+        QList<QUrl> urls;
+        for (const QString& path : paths)
+            urls.append(QUrl::fromLocalFile(path));
+        library->importer.importDroppedURLs(urls);
+        until([&] { return !library->importer.isImporting(); });
+    }
+    void saved() {
+        bool isSaved = false;
+        QObject::connect(&library->persistence, &CachePersistence::saved, library.get(),
+                         [&] { isSaved = true; });
+        library->persistence.persistMetadataCache();
+        until([&] { return isSaved; });
+    }
+    QString wave(const QString& name) {
+        const QString path = music.filePath(name);
+        QDir().mkpath(path.section(u'/', 0, -2));
+        writeWave(sine(440, 0.5, 8000, 8000, 1), path);
+        return path;
+    }
+    QStringList queued() const {
+        QStringList names;
+        for (std::size_t row = 0; row < library->queue.size(); ++row)
+            names.append(library->queue.record(row).title);
+        return names;
+    }
+    QString current() const { return library->queue.currentItem().value_or(QueueItem()).title; }
+    QStringList storedPaths() {
+        return *outside.preferences.strings(SettingsKey::importedAudioPaths);
+    }
+
+    FakeEnvironment outside;
+    QTemporaryDir music;
+    std::unique_ptr<LibraryConcerns> library;
+};
+
+TEST_F(ImportTest, AddsWhatIsNewAndPlaysTheFirstOfIt) {
+    QStringList paths;
+    for (int i = 0; i < 10; ++i)
+        paths.append(wave(u"album/%1.wav"_s.arg(i)));
+    import(paths.mid(0, 3));
+    EXPECT_EQ(library->status.text(), u"Added 3 to playlist"_s);
+    EXPECT_EQ(current(), u"0"_s);
+
+    import({music.path()});
+    EXPECT_EQ(library->status.text(), u"Added 7, skipped 3"_s);
+    EXPECT_FALSE(library->status.isError());
+    EXPECT_EQ(current(), u"3"_s);
+    EXPECT_EQ(library->store.size(), 10U);
+    EXPECT_EQ(storedPaths(), paths);
+    EXPECT_EQ(library->store.track(paths[0])->size, u"16 KB"_s);
+
+    import(paths.mid(4, 3));
+    EXPECT_EQ(library->status.text(), u"Already in playlist"_s);
+    EXPECT_EQ(current(), u"4"_s);
+
+    QFile text(music.filePath(u"notes.txt"_s));
+    ASSERT_TRUE(text.open(QIODevice::WriteOnly));
+    import({text.fileName()});
+    EXPECT_EQ(library->status.text(), u"No supported audio files found"_s);
+    EXPECT_TRUE(library->status.isError());
+    EXPECT_EQ(queued().size(), 10);
+    EXPECT_LT(library->importer.progress(), 0);
+}
+
+TEST_F(ImportTest, TakesDropsOneAfterTheOther) {
+    const QString first = wave(u"a/1.wav"_s);
+    wave(u"a/2.wav"_s);
+    const QUrl folder = QUrl::fromLocalFile(music.path());
+    library->importer.importDroppedURLs({QUrl::fromLocalFile(first)});
+    library->importer.importDroppedURLs({folder, folder});
+    until([&] { return !library->importer.isImporting(); });
+    EXPECT_EQ(queued(), (QStringList{u"1"_s, u"2"_s}));
+    EXPECT_EQ(library->status.text(), u"Added 1, skipped 3"_s);
+}
+
+TEST_F(ImportTest, WaitsForAllItemsOfADrop) {
+    std::vector<std::thread> threads;
+    std::vector<DroppedItem> items;
+    for (const QVariant& answer :
+         {QVariant(QUrl::fromLocalFile(wave(u"1.wav"_s))),
+          QVariant(QUrl::fromLocalFile(wave(u"2.wav"_s)).toEncoded()), QVariant(7)})
+        items.push_back([&threads, answer](std::function<void(const QVariant&)> tell) {
+            threads.emplace_back([tell, answer] { tell(answer); });
+        });
+    EXPECT_TRUE(library->importer.importDroppedProviders(items));
+    for (std::thread& thread : threads)
+        thread.join();
+    until([&] { return library->queue.size() == 2 && !library->importer.isImporting(); });
+    EXPECT_FALSE(library->importer.importDroppedProviders({}));
+}
+
+TEST_F(ImportTest, AsksInTheDesktopsPanel) {
+    library->importer.chooseAndImportMusic(false, true);
+    ASSERT_TRUE(outside.fileChooser.request);
+    EXPECT_EQ(outside.fileChooser.request->title, u"Import Music Folder"_s);
+    EXPECT_EQ(outside.fileChooser.request->prompt, u"Import Music Folder"_s);
+    EXPECT_EQ(outside.fileChooser.request->message, u"Added files appear in the playlist"_s);
+    EXPECT_FALSE(outside.fileChooser.request->files);
+    EXPECT_TRUE(outside.fileChooser.request->directories);
+    wave(u"1.wav"_s);
+    outside.fileChooser.chosen({music.path()});
+    until([&] { return !library->importer.isImporting(); });
+    EXPECT_EQ(queued(), QStringList{u"1"_s});
+}
+
+TEST_F(ImportTest, IsThereAgainAtTheNextStartWithNothingPlaying) {
+    const QString kept = wave(u"kept.wav"_s);
+    const QString unplugged = wave(u"unplugged.wav"_s);
+    import({music.path()});
+    saved();
+    const int writes = outside.preferences.changes(SettingsKey::importedAudioPaths);
+    library.reset();
+    QFile::remove(unplugged);
+    outside.preferences.insertString(SettingsKey::importedAudioPaths, u"/gone/unknown.wav"_s);
+
+    start();
+    EXPECT_EQ(queued(), (QStringList{u"kept"_s, u"unplugged"_s}));
+    EXPECT_EQ(library->store.size(), 2U);
+    EXPECT_TRUE(library->store.track(kept)->durationSeconds);
+    EXPECT_FALSE(library->queue.currentRow());
+    EXPECT_FALSE(library->transport.isPlaying());
+    EXPECT_EQ(library->status.text(), QString());
+    EXPECT_EQ(outside.preferences.changes(SettingsKey::importedAudioPaths), writes + 1);
+    until([&] { return !library->availability.unavailablePaths().isEmpty(); });
+    EXPECT_EQ(library->availability.unavailablePaths(), QSet{unplugged});
+
+    // The drive is back.
+    wave(u"unplugged.wav"_s);
+    library->availability.refreshAvailability();
+    until([&] { return library->availability.unavailablePaths().isEmpty(); });
+}
+
+TEST_F(ImportTest, QuittingInTheMiddleLosesNothingThatCame) {
+    for (int i = 0; i < 200; ++i)
+        wave(u"%1.wav"_s.arg(i));
+    library->importer.importDroppedURLs({QUrl::fromLocalFile(music.path())});
+    until([&] { return library->store.size() > 0; });
+    const std::size_t came = library->store.size();
+    ASSERT_LT(came, 200U);
+    library.reset();
+    start();
+    EXPECT_EQ(library->store.size(), came);
+}
+
+TEST_F(ImportTest, ReadsAgainOnceWhatCouldNotBeRead) {
+    const QString path = music.filePath(u"half.wav"_s);
+    QFile half(path);
+    ASSERT_TRUE(half.open(QIODevice::WriteOnly));
+    half.write("RIFF");
+    half.close();
+    import({path});
+    const auto refreshed = [&] {
+        bool isHealed = false;
+        const auto connection = QObject::connect(&library->healing, &MetadataHealing::finished,
+                                                 [&] { isHealed = true; });
+        library->availability.refreshAvailability();
+        until([&] { return isHealed; });
+        QObject::disconnect(connection);
+    };
+    until([&] { return library->healing.metadataHealAttempts().contains(path); });
+    // Once tried, it is left alone until the next start.
+    wave(u"half.wav"_s);
+    refreshed();
+    EXPECT_FALSE(library->store.track(path)->durationSeconds);
+    library.reset();
+    start();
+    until([&] { return library->store.track(path)->durationSeconds.has_value(); });
+}
+
+TEST_F(ImportTest, HealingKeepsWhatIsTheTracksOwn) {
+    const QString path = wave(u"a.wav"_s);
+    Track track = trackAt(path);
+    track.rating = 4;
+    library->store.append(rowsOf({track}));
+    library->queue.append(library->store.rows());
+    const QUuid entry = library->queue.idAt(0);
+    library->healing.healIncompleteMetadata();
+    until([&] { return library->store.track(path)->durationSeconds.has_value(); });
+    const TrackPtr healed = library->store.track(path);
+    EXPECT_EQ(healed->id, track.id);
+    EXPECT_EQ(healed->rating, 4);
+    EXPECT_EQ(healed->title, u"a"_s);
+    EXPECT_EQ(library->queue.idAt(0), entry);
+    EXPECT_EQ(&library->queue.record(0), healed.get());
+}
+
+/// Collects what is logged while it lives.
+class Log {
+  public:
+    Log() {
+        lines().clear();
+        m_before = qInstallMessageHandler(
+            [](QtMsgType, const QMessageLogContext&, const QString& line) { lines() += line; });
+    }
+    ~Log() { qInstallMessageHandler(m_before); }
+    static QStringList& lines() {
+        static QStringList collected;
+        return collected;
+    }
+
+  private:
+    QtMessageHandler m_before;
+};
+
+TEST_F(ImportTest, BookmarksAreKeptWhileTheirPathsExist) {
+    wave(u"folder/a.wav"_s);
+    const QString folder = music.filePath(u"folder"_s);
+    const auto stored = [&] { return *outside.preferences.blobs(SettingsKey::securityBookmarks); };
+    bool isStored = false;
+    const auto watch = [&] {
+        isStored = false;
+        QObject::connect(&library->bookmarks, &Bookmarks::stored, library.get(),
+                         [&] { isStored = true; });
+    };
+    watch();
+    library->bookmarks.persistBookmarks({folder + u"/"_s, music.path(), folder});
+    until([&] { return isStored; });
+    EXPECT_EQ(stored(), (std::vector<QByteArray>{folder.toUtf8(), music.path().toUtf8()}));
+    EXPECT_TRUE(library->bookmarks.accessedPaths().contains(folder));
+
+    QDir(folder).removeRecursively();
+    const Log log;
+    watch();
+    library->bookmarks.restoreBookmarkAccess();
+    until([&] { return isStored; });
+    EXPECT_EQ(stored(), std::vector<QByteArray>{music.path().toUtf8()});
+    EXPECT_TRUE(
+        Log::lines().contains(u"bookmark restore: stored=2 resolved=1 accessed=1 stale=0"_s));
+    watch();
+    library->bookmarks.persistBookmarks({u"/nonexistent"_s});
+    until([&] { return isStored; });
+    EXPECT_TRUE(Log::lines().contains(u"bookmark creation failed (accessed=false)"_s));
+    outside.preferences.remove(SettingsKey::securityBookmarks);
+    library->bookmarks.restoreBookmarkAccess();
+    EXPECT_TRUE(Log::lines().contains(u"bookmark restore: none stored"_s));
+}
+
+} // namespace
+} // namespace halvane::test

@@ -1,0 +1,183 @@
+// SPDX-License-Identifier: MIT
+#include "library/library_concerns.h"
+#include "library/settings_keys.h"
+#include "library/tracks.h"
+#include "support/fake_environment.h"
+
+#include <QCoreApplication>
+#include <QFile>
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace halvane::test {
+namespace {
+
+class MaintenanceTest : public testing::Test {
+  protected:
+    QString touch(const QString& name) {
+        QFile file(folder.filePath(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        return file.fileName();
+    }
+    void add(const QStringList& paths) {
+        std::vector<Track> tracks;
+        for (const QString& path : paths) {
+            tracks.push_back(trackAt(path));
+            tracks.back().durationSeconds = 1;
+        }
+        const TrackRows rows = rowsOf(tracks);
+        library.store.append(rows);
+        library.queue.append(rows);
+    }
+    void refreshed() {
+        bool isRefreshed = false;
+        const auto connection = QObject::connect(&library.availability, &Availability::refreshed,
+                                                 [&] { isRefreshed = true; });
+        library.availability.refreshAvailability();
+        while (!isRefreshed)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        QObject::disconnect(connection);
+    }
+
+    FakeEnvironment outside;
+    QTemporaryDir folder;
+    LibraryConcerns library{outside};
+};
+
+TEST_F(MaintenanceTest, TellsWhatIsMissingAndWhatIsInTheCloud) {
+    const QString there = touch(u"there.mp3"_s);
+    const QString gone = folder.filePath(u"gone.mp3"_s);
+    const QString away = folder.filePath(u"away.mp3"_s);
+    outside.cloudFiles.evicted = {away};
+    add({there, gone, away});
+    // Playing one album leaves the rest of the library as it is.
+    library.queue.assign({library.store.track(there)}, u"album"_s);
+    refreshed();
+    EXPECT_EQ(library.availability.state(there), TrackAvailability::available);
+    EXPECT_EQ(library.availability.state(gone), TrackAvailability::missing);
+    EXPECT_EQ(library.availability.state(away), TrackAvailability::inCloud);
+    EXPECT_EQ(library.availability.state({}), TrackAvailability::available);
+    EXPECT_EQ(library.maintenance.maintenanceActionCount(), 2);
+
+    touch(u"gone.mp3"_s);
+    outside.cloudFiles.evicted.clear();
+    touch(u"away.mp3"_s);
+    refreshed();
+    EXPECT_EQ(library.maintenance.maintenanceActionCount(), 0);
+}
+
+TEST_F(MaintenanceTest, OnlyTheNewestLookCounts) {
+    const QString path = folder.filePath(u"a.mp3"_s);
+    add({path});
+    int changes = 0;
+    int looks = 0;
+    QObject::connect(&library.availability, &Availability::unavailablePathsChanged,
+                     [&] { ++changes; });
+    QObject::connect(&library.availability, &Availability::refreshed, [&] { ++looks; });
+    library.availability.refreshAvailability();
+    refreshed();
+    EXPECT_EQ(looks, 1);
+    EXPECT_EQ(changes, 1);
+
+    // Played meanwhile: the look that began before is taken again.
+    library.availability.refreshAvailability();
+    touch(u"a.mp3"_s);
+    library.availability.markAvailable(path);
+    while (looks < 2)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    EXPECT_EQ(library.availability.state(path), TrackAvailability::available);
+
+    outside.cloudFiles.evicted = {path};
+    library.availability.markUnavailable(path);
+    EXPECT_EQ(library.availability.state(path), TrackAvailability::inCloud);
+    outside.cloudFiles.evicted.clear();
+    library.availability.markUnavailable(path);
+    EXPECT_EQ(library.availability.state(path), TrackAvailability::missing);
+}
+
+TEST_F(MaintenanceTest, WatchesDownloadsForHalfAnHourAtMost) {
+    const QString path = folder.filePath(u"a.mp3"_s);
+    library.maintenance.downloadAllCloudTracks();
+    EXPECT_EQ(library.status.text(), QString());
+    add({path});
+    outside.cloudFiles.evicted = {path};
+    refreshed();
+    library.maintenance.downloadAllCloudTracks();
+    EXPECT_EQ(outside.cloudFiles.downloading, QStringList{path});
+    EXPECT_EQ(library.status.text(),
+              u"Downloading 1 track from iCloud - it will be playable shortly"_s);
+    EXPECT_TRUE(library.downloads.cloudDownloadInFlight());
+    outside.clock.advance(2s + 29 * 2s + 179 * 10s);
+    EXPECT_TRUE(library.downloads.cloudDownloadInFlight());
+    outside.clock.advance(20s);
+    EXPECT_FALSE(library.downloads.cloudDownloadInFlight());
+
+    // One that comes ends the watch.
+    refreshed();
+    library.maintenance.downloadAllCloudTracks();
+    refreshed();
+    EXPECT_TRUE(library.downloads.cloudDownloadInFlight());
+    outside.cloudFiles.evicted.clear();
+    touch(u"a.mp3"_s);
+    refreshed();
+    EXPECT_FALSE(library.downloads.cloudDownloadInFlight());
+}
+
+Track song(const QString& path, const QString& title, std::optional<double> seconds) {
+    Track track = trackOf(path, title, u"The Lanterns"_s, u"Night Walk"_s);
+    track.durationSeconds = seconds;
+    return track;
+}
+
+TEST_F(MaintenanceTest, DuplicatesAreOneSongByTitleArtistAndSeconds) {
+    const TrackRows rows =
+        rowsOf({song(u"/1"_s, u"Lamplight"_s, 200.9), song(u"/2"_s, u"Dusk"_s, 201.0),
+                song(u"/3"_s, u"LAMPLIGHT"_s, 200.2), song(u"/4"_s, u"Dusk"_s, 200.9),
+                song(u"/5"_s, u"Dawn"_s, {}), song(u"/6"_s, u"dawn"_s, {}),
+                song(u"/7"_s, u"Dawn "_s, {}), song(u"/8"_s, u"lamplight"_s, 200.0)});
+    const auto groups = duplicateTrackGroups(rows);
+    ASSERT_EQ(groups.size(), 2U);
+    EXPECT_EQ(groups[0], (TrackRows{rows[0], rows[2], rows[7]}));
+    EXPECT_EQ(groups[1], (TrackRows{rows[4], rows[5]}));
+    const QSet<QString> unplayable{u"/1"_s, u"/5"_s, u"/6"_s};
+    EXPECT_EQ(superfluousCopies(groups, [&](const QString& p) { return !unplayable.contains(p); }),
+              (QSet{u"/1"_s, u"/8"_s, u"/6"_s}));
+}
+
+TEST_F(MaintenanceTest, RemovedTracksAreGoneEverywhereButOnTheDisk) {
+    const QString kept = touch(u"kept.mp3"_s);
+    const QString copy = touch(u"copy.mp3"_s);
+    const TrackRows rows =
+        rowsOf({song(kept, u"Lamplight"_s, 200.1), song(copy, u"lamplight"_s, 200.5)});
+    library.store.append(rows);
+    library.queue.append(rows);
+    library.queue.setCurrentRow(1);
+    library.importedPaths.add({kept, copy});
+    library.duplicates.refresh();
+    EXPECT_EQ(library.duplicates.duplicateGroupCount(), 1);
+    library.userData.toggleLoved(copy);
+    library.userData.setRating(3, copy);
+    library.userData.countPlay(copy);
+    const QUuid list = *library.playlists.createPlaylist(u"Mine"_s);
+    library.playlists.addTrackPaths({copy, kept}, list);
+    library.availability.markUnavailable(u"/elsewhere"_s);
+
+    library.maintenance.removeDuplicateTracks();
+    EXPECT_EQ(library.store.size(), 1U);
+    EXPECT_EQ(library.queue.size(), 1U);
+    EXPECT_FALSE(library.queue.currentRow());
+    EXPECT_FALSE(library.userData.isLoved(copy));
+    EXPECT_EQ(library.userData.rating(copy), 0);
+    EXPECT_EQ(library.userData.playCount(copy), 0);
+    EXPECT_EQ(library.playlists.find(list)->trackPaths, std::vector{kept});
+    EXPECT_EQ(*outside.preferences.strings(SettingsKey::importedAudioPaths), QStringList{kept});
+    EXPECT_EQ(library.duplicates.duplicateGroupCount(), 0);
+    EXPECT_EQ(library.maintenance.maintenanceActionCount(), 1);
+    EXPECT_TRUE(QFile::exists(copy));
+}
+
+} // namespace
+} // namespace halvane::test
