@@ -29,7 +29,8 @@ PrivateBus::PrivateBus() {
     m_daemon = std::make_unique<ChildProcess>(
         u"dbus-daemon"_s, QStringList{u"--config-file=%1"_s.arg(configuration), u"--nofork"_s},
         QProcessEnvironment::systemEnvironment(), m_folder.filePath(u"bus.log"_s));
-    if (!waitFor([this] { return QFile::exists(m_folder.filePath(u"socket"_s)); }))
+    // The socket is there a moment before the daemon listens at it.
+    if (!waitFor([this] { return connect().isConnected(); }))
         throw std::runtime_error("the private bus does not start");
 }
 
