@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace halvane {
 namespace {
@@ -13,6 +14,10 @@ using std::chrono::milliseconds;
 
 /// How long starting waits for the first sound to be decoded: less than a frame of the screen.
 constexpr milliseconds firstSound{10};
+
+/// What is heard is known to about a millisecond. Where nothing follows, the sound may be cut off
+/// as soon as its end is told, so that is told a little late.
+constexpr milliseconds surelyHeard{15};
 
 /// How long to wait for frames that are still to be heard. Long timers are allowed to be late by a
 /// twentieth, so the last stretch gets one of its own.
@@ -147,6 +152,7 @@ void PlayerNode::segmentCutShort(std::uint64_t id, std::int64_t frames) {
 void PlayerNode::arm() {
     m_timer.reset();
     m_heardAtLastCheck = -1;
+    m_endReached = false;
     if (!m_playing || m_segments.empty())
         return;
     const auto remaining = m_segments.front().begin + m_segments.front().frames - framesHeard();
@@ -166,6 +172,10 @@ void PlayerNode::checkHeard() {
         m_timer =
             m_clock.after(std::max(stalled, timeToHear(remaining, m_pipe->format().sampleRate)),
                           [this] { checkHeard(); });
+        return;
+    }
+    if (m_segments.size() == 1 && !std::exchange(m_endReached, true)) {
+        m_timer = m_clock.after(surelyHeard, [this] { checkHeard(); });
         return;
     }
     m_framesCompleted = front.begin + front.frames;

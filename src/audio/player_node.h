@@ -85,6 +85,7 @@ class PlayerNode : public QObject {
     std::int64_t m_framesCompleted = 0;
     mutable HeardTimeline m_timeline;
     std::int64_t m_heardAtLastCheck = -1;
+    bool m_endReached = false; ///< of the last segment
     std::unique_ptr<Timer> m_timer;
 
     DecoderThread m_decoder;

@@ -67,7 +67,7 @@ class EngineTest : public testing::Test {
     }
     void pass(double seconds) {
         settle();
-        clock.advance(std::chrono::milliseconds(std::int64_t(std::ceil(seconds * 1000)) + 5));
+        clock.advance(std::chrono::milliseconds(std::int64_t(std::ceil(seconds * 1000)) + 20));
         settle();
     }
 
