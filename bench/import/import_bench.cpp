@@ -1,0 +1,228 @@
+// SPDX-License-Identifier: MIT
+// Importing a library of real files, beside a bare TagLib loop over the same files, and restoring
+// libraries of three sizes. HALVANE_BENCH_LIBRARY names the folder that bench/corpus made.
+#include "library/library_concerns.h"
+#include "library/settings_keys.h"
+#include "support/fake_environment.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QLoggingCategory>
+
+#include <benchmark/benchmark.h>
+#include <taglib/fileref.h>
+#include <taglib/tpropertymap.h>
+
+#include <malloc.h>
+#include <thread>
+#include <unistd.h>
+
+using namespace halvane;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+double milliseconds(clockid_t clock) {
+    timespec time;
+    ::clock_gettime(clock, &time);
+    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) * 1e-6;
+}
+
+/// Measures the longest that the main thread was busy with one event. Its own processor time, so
+/// that what else runs on the machine does not count.
+class WatchedApplication final : public QCoreApplication {
+  public:
+    using QCoreApplication::QCoreApplication;
+    double longest = 0; ///< milliseconds
+
+    bool notify(QObject* receiver, QEvent* event) override {
+        const double start = milliseconds(CLOCK_THREAD_CPUTIME_ID);
+        const bool result = QCoreApplication::notify(receiver, event);
+        longest = std::max(longest, milliseconds(CLOCK_THREAD_CPUTIME_ID) - start);
+        return result;
+    }
+};
+
+WatchedApplication* app = nullptr;
+
+double residentMegabytes() {
+    ::malloc_trim(0);
+    QFile file(u"/proc/self/statm"_s);
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    return file.readAll().split(' ')[1].toDouble() * static_cast<double>(::sysconf(_SC_PAGESIZE)) /
+           1e6;
+}
+
+template<typename Reached>
+void until(const Reached& reached) {
+    while (!reached())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+}
+
+QString musicFolder() {
+    return qEnvironmentVariable("HALVANE_BENCH_LIBRARY");
+}
+
+void bareTagLib(benchmark::State& state) {
+    std::size_t files = 0;
+    for (auto _ : state) {
+        const auto urls = TrackMetadataLoader::audioFileURLs({musicFolder()});
+        std::atomic<std::size_t> next = 0;
+        std::vector<std::thread> threads;
+        for (int i = 0; i < 8; ++i)
+            threads.emplace_back([&] {
+                for (std::size_t k = next++; k < urls.size(); k = next++) {
+                    const TagLib::FileRef file(urls[k].path().toUtf8().constData());
+                    if (!file.isNull())
+                        benchmark::DoNotOptimize(file.file()->properties());
+                }
+            });
+        for (std::thread& thread : threads)
+            thread.join();
+        files = urls.size();
+    }
+    state.SetItemsProcessed(state.iterations() * static_cast<int64_t>(files));
+}
+
+/// From the drop until rows, albums and search are published.
+void importLibrary(benchmark::State& state) {
+    std::size_t tracks = 0;
+    app->longest = 0;
+    for (auto _ : state) {
+        test::FakeEnvironment outside;
+        auto library = std::make_unique<LibraryConcerns>(outside);
+        library->importer.importDroppedURLs({QUrl::fromLocalFile(musicFolder())});
+        until([&] { return !library->importer.isImporting() && library->catalog.isCurrent(); });
+        tracks = library->store.size();
+        state.PauseTiming();
+        library.reset();
+        state.ResumeTiming();
+    }
+    state.SetItemsProcessed(state.iterations() * static_cast<int64_t>(tracks));
+    state.counters["longest_ms"] = app->longest;
+}
+
+/// A library of that many files, whose records are saved.
+struct Remembered {
+    test::FakeEnvironment outside;
+    QTemporaryDir folder;
+
+    explicit Remembered(int size) {
+        std::vector<QueueItem> items;
+        QStringList paths;
+        for (int i = 0; i < size; ++i) {
+            const QString album = folder.filePath(u"Artist %1/Album %2"_s.arg(i / 48).arg(i / 12));
+            if (i % 12 == 0)
+                QDir().mkpath(album);
+            const QString path = album + u"/%1 - A song of some length.flac"_s.arg(i % 12);
+            QFile file(path);
+            if (!file.open(QIODevice::WriteOnly))
+                std::abort();
+            QueueItem item;
+            item.title = u"A song of some length %1"_s.arg(i);
+            item.artist = u"Artist %1"_s.arg(i / 48);
+            item.album = u"Album %1"_s.arg(i / 12);
+            item.genre = u"Folk"_s;
+            item.year = 1960 + i % 60;
+            item.duration = u"3:%1"_s.arg(10 + i % 50);
+            item.durationSeconds = 190 + i % 50;
+            item.quality = u"FLAC 44.1 kHz / 16-bit"_s;
+            item.sampleRate = u"44.1 kHz"_s;
+            item.bitDepth = u"16-bit"_s;
+            item.sourceURL = FileUrl(path);
+            item.coverURL = FileUrl(album + u"/cover.jpg"_s);
+            paths.append(path);
+            items.push_back(item);
+        }
+        MetadataCache(outside.folder.filePath(u"data"_s)).save(items);
+        outside.preferences.setStrings(SettingsKey::importedAudioPaths, paths);
+    }
+};
+
+void restoreLibrary(benchmark::State& state) {
+    const auto size = static_cast<int>(state.range(0));
+    Remembered remembered(size);
+    double resident = 0;
+    app->longest = 0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        const double before = residentMegabytes();
+        auto library = std::make_unique<LibraryConcerns>(remembered.outside);
+        bool isRestored = false;
+        QObject::connect(&library->restoration, &Restoration::finished, library.get(),
+                         [&] { isRestored = true; });
+        state.ResumeTiming();
+        library->restoration.restoreImportedAudio();
+        until([&] { return isRestored && library->catalog.isCurrent(); });
+        state.PauseTiming();
+        if (library->store.size() != static_cast<std::size_t>(size))
+            state.SkipWithError("not all tracks came back");
+        resident = residentMegabytes() - before;
+        library.reset();
+        state.ResumeTiming();
+    }
+    state.counters["resident_MB"] = resident;
+    state.counters["longest_ms"] = app->longest;
+}
+
+void lookAtTheDisk(benchmark::State& state) {
+    const auto size = static_cast<int>(state.range(0));
+    Remembered remembered(size);
+    LibraryConcerns library(remembered.outside);
+    library.restoration.restoreImportedAudio();
+    until([&] { return library.store.size() > 0 && library.catalog.isCurrent(); });
+    int looks = 0;
+    QObject::connect(&library.availability, &Availability::refreshed, [&] { ++looks; });
+    until([&] { return looks > 0; });
+    app->longest = 0;
+    for (auto _ : state) {
+        const int before = looks;
+        library.availability.refreshAvailability();
+        until([&] { return looks > before; });
+    }
+    state.counters["longest_ms"] = app->longest;
+}
+
+void saveIndex(benchmark::State& state) {
+    const auto size = static_cast<int>(state.range(0));
+    Remembered remembered(size);
+    LibraryConcerns library(remembered.outside);
+    library.restoration.restoreImportedAudio();
+    until([&] { return library.store.size() > 0 && library.catalog.isCurrent(); });
+    int saves = 0;
+    QObject::connect(&library.persistence, &CachePersistence::saved, [&] { ++saves; });
+    app->longest = 0;
+    for (auto _ : state) {
+        const int before = saves;
+        library.persistence.persistMetadataCache();
+        until([&] { return saves > before; });
+    }
+    state.counters["longest_ms"] = app->longest;
+}
+
+void sizes(benchmark::internal::Benchmark* benchmark) {
+    benchmark->Arg(10'000)->Arg(100'000)->Arg(250'000);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    WatchedApplication application(argc, argv);
+    app = &application;
+    QLoggingCategory::setFilterRules(u"library=false"_s);
+    const auto timed = [](benchmark::internal::Benchmark* benchmark) {
+        benchmark->Unit(benchmark::kMillisecond)->UseRealTime()->MeasureProcessCPUTime();
+        return benchmark;
+    };
+    if (!musicFolder().isEmpty()) {
+        timed(benchmark::RegisterBenchmark("bareTagLib", bareTagLib));
+        timed(benchmark::RegisterBenchmark("importLibrary", importLibrary));
+    }
+    timed(benchmark::RegisterBenchmark("restoreLibrary", restoreLibrary))->Apply(sizes);
+    timed(benchmark::RegisterBenchmark("lookAtTheDisk", lookAtTheDisk))->Arg(100'000);
+    timed(benchmark::RegisterBenchmark("saveIndex", saveIndex))->Arg(100'000);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+}
