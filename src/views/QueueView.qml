@@ -119,7 +119,10 @@ ListView {
                 menu.openFor(item, 40, item.height)
         }
     }
-    QueueMenu { id: menu }
+    QueueMenu {
+        id: menu
+        onClosed: root.forceActiveFocus(Qt.PopupFocusReason)
+    }
     WheelScroller {
         id: scroller
         parent: root

@@ -112,7 +112,10 @@ ListView {
                 menu.openFor(item, 40, item.height)
         }
     }
-    TrackMenu { id: menu }
+    TrackMenu {
+        id: menu
+        onClosed: root.forceActiveFocus(Qt.PopupFocusReason)
+    }
     WheelScroller {
         parent: root
         view: root
