@@ -7,8 +7,8 @@ usage: playback_bench.py HALVANE [FILE] [--seconds N] [--rounds N]
 Everything runs privately: a PulseAudio with a null sink, and for Halvane a display, a bus and home
 folders (tools/private-desktop). The players take turns, each is left alone for five seconds and then
 watched; printed are the medians over the rounds, per minute of music. "hidden" is Halvane with its
-windows unmapped, "paused" after a pause over MPRIS. Without FILE, a FLAC of 16 bits at 44.1 kHz is
-made. Needs ffmpeg, mpd, mpv, playerctl and xdotool; a player that is not installed is left out.
+windows minimised, "paused" after a pause over MPRIS. Without FILE, a FLAC of 16 bits at 44.1 kHz is
+made. Needs ffmpeg, mpd, mpv, openbox, playerctl and xdotool; a player that is not installed is left out.
 """
 import argparse
 import os
@@ -149,7 +149,7 @@ class Halvane:
         # The shell becomes the program, so its number is the program's.
         self.process = subprocess.Popen(
             [str(TOOLS / "private-desktop"), "env", f"PULSE_SERVER={sound.server}", "sh", "-c",
-             f'echo $$ >"{pid}.part"; mv "{pid}.part" "{pid}"; exec "$0" "$1"',
+             f'openbox & echo $$ >"{pid}.part"; mv "{pid}.part" "{pid}"; exec "$0" "$1"',
              str(Halvane.program), str(file)],
             start_new_session=True, **QUIET)
         until(pid.exists)
@@ -165,7 +165,7 @@ class Halvane:
         if state == "hidden":
             for window in self.run("xdotool", "search", "--onlyvisible", "--pid",
                                    str(self.pid)).split():
-                self.run("xdotool", "windowunmap", window)
+                self.run("xdotool", "windowminimize", window)
         elif state == "paused":
             self.run("playerctl", "--player=halvane", "pause")
 

@@ -11,6 +11,7 @@ Item {
     required property color tint
 
     readonly property bool isWatched: visible && Window.window !== null && Window.window.visible
+                                      && Window.window.visibility !== Window.Minimized
 
     implicitHeight: 36
     onIsWatchedChanged: isWatched ? Library.spectrum.beginWatching() : Library.spectrum.endWatching()
