@@ -32,12 +32,13 @@ class AudioFile {
     std::int64_t position() const;
 
     /// Goes to a frame, cut to 0...lengthFrames; the next read delivers just what reading the file
-    /// from its start would have delivered there. The work is done by the next read.
+    /// from its start would have delivered there (but for noise that AAC lets a decoder invent).
+    /// The work is done by the next read.
     void seek(std::int64_t frame);
 
     /// Fills up to `frames` frames and returns how many: fewer only where the file ends, then 0. A
     /// damaged stretch reads as silence, so that what follows keeps its place; a file that is cut
-    /// short ends early, with a line in the log. Allocates nothing once reading has begun.
+    /// short ends early, with a line in the log. Decodes straight into the caller's buffer.
     std::size_t read(float* interleaved, std::size_t frames);
 
     /// Why reading ended before lengthFrames; none after an ordinary end.
