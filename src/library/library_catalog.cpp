@@ -3,23 +3,12 @@
 
 #include "library/thread_check.h"
 
-#include <QFileInfo>
-
 namespace halvane {
 
 namespace {
 
 /// Up to here a derivation takes a few milliseconds: less than a worker's round trip is worth.
 constexpr std::size_t derivedInPlace = 2000;
-
-qint64 totalSizeOf(const TrackRows& rows) {
-    qint64 total = 0;
-    for (const TrackPtr& row : rows) {
-        if (row->sourceURL)
-            total += QFileInfo(row->sourceURL->path()).size();
-    }
-    return total;
-}
 
 } // namespace
 
@@ -58,19 +47,6 @@ void LibraryCatalog::rebuildImportedAlbums() {
 void LibraryCatalog::publish(std::shared_ptr<const Catalog> catalog) {
     m_catalog = std::move(catalog);
     Q_EMIT catalogChanged();
-    measure();
-}
-
-void LibraryCatalog::measure() {
-    m_worker.start([this, rows = m_catalog->rows, generation = m_generation] {
-        const qint64 total = totalSizeOf(*rows);
-        QMetaObject::invokeMethod(this, [this, total, generation] {
-            if (generation != m_generation || total == m_totalBytes)
-                return;
-            m_totalBytes = total;
-            Q_EMIT totalBytesChanged();
-        });
-    });
 }
 
 } // namespace halvane

@@ -30,21 +30,15 @@ class LibraryCatalog : public QObject {
     /// Derives everything anew from the tracks and the language as they are now.
     void rebuildImportedAlbums();
 
-    /// The total size of the library's files in bytes, as far as it is known.
-    qint64 totalBytes() const { return m_totalBytes; }
-
   Q_SIGNALS:
     void catalogChanged();
-    void totalBytesChanged();
 
   private:
     void publish(std::shared_ptr<const Catalog> catalog);
-    void measure();
 
     const LibraryStore& m_store;
     std::function<ResolvedLanguage()> m_language;
     std::shared_ptr<const Catalog> m_catalog;
-    qint64 m_totalBytes = 0;
     quint64 m_generation = 0; ///< of the newest derivation that was asked for
     QThreadPool m_worker;     ///< one thread; last, so that its work has ended before the rest goes
 };

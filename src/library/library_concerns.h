@@ -18,6 +18,7 @@
 #include "library/importer.h"
 #include "library/language_setting.h"
 #include "library/library_catalog.h"
+#include "library/library_size.h"
 #include "library/maintenance.h"
 #include "library/maintenance_lists.h"
 #include "library/metadata_healing.h"
@@ -69,6 +70,7 @@ class LibraryConcerns : public QObject {
     CoverStore covers;
     LibraryStore store;
     LibraryCatalog catalog;
+    LibrarySize size;
     MetadataCache cache;
     std::shared_ptr<ReadingJournal> journal; ///< of files that crash or hang their readers
     ImportedPaths importedPaths;
