@@ -52,6 +52,9 @@ QQuickWindow* WindowRegistry::open(const QString& id) {
         return nullptr;
     if (window->windowState() == Qt::WindowMinimized)
         window->setWindowState(Qt::WindowNoState);
+    // A window manager would place a window that comes back as if it were a new one.
+    if (!window->isVisible() && canPlaceWindows() && m_lastPlaces.contains(id))
+        window->setPosition(m_lastPlaces.value(id));
     window->setVisible(true);
     window->raise();
     window->requestActivate();
@@ -152,7 +155,10 @@ bool WindowRegistry::isAnyOpen() const {
 
 // A window that closes often opens another in the same turn; only what is left afterwards counts.
 void WindowRegistry::visibilityChanged(QQuickWindow& window) {
-    if (window.isVisible() || m_closing)
+    if (window.isVisible())
+        return;
+    m_lastPlaces.insert(window.objectName(), window.position());
+    if (m_closing)
         return;
     m_closing = true;
     QMetaObject::invokeMethod(

@@ -5,6 +5,7 @@
 
 #include <QHash>
 #include <QObject>
+#include <QPoint>
 #include <QUrl>
 
 #include <memory>
@@ -57,6 +58,7 @@ class WindowRegistry : public QObject {
     QUrl m_viewsRoot;
     std::unique_ptr<WindowGeometry> m_geometry;
     QHash<QString, QQuickWindow*> m_windows; // owned
+    QHash<QString, QPoint> m_lastPlaces;     // of windows that were closed
     bool m_closing = false;                  // lastWindowClosed has been asked for
 };
 

@@ -1,4 +1,7 @@
 // SPDX-License-Identifier: MIT
+// Without it the panel's own files end the program when it opens; so it is asked for here, where
+// its absence is only an error.
+import Qt.labs.folderlistmodel // qmllint disable unused-imports
 import QtQuick.Dialogs as Dialogs
 
 // The toolkit's own panel for a folder, where the desktop has none.
