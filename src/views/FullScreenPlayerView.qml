@@ -14,6 +14,11 @@ FocusScope {
                                     && Window.window.visibility !== Window.Minimized
 
     focus: true
+    onIsShownChanged: isShown ? Library.spectrum.beginWatching() : Library.spectrum.endWatching()
+    Component.onDestruction: {
+        if (isShown)
+            Library.spectrum.endWatching()
+    }
     Accessible.role: Accessible.Pane
     Accessible.name: Strings.fullScreenPlayer
 

@@ -170,7 +170,8 @@ TrackRows makeLibrary(const LibraryPlan& plan) {
         const int tracks = number == 0 ? 11 : 11 + number % 3;
         for (int index = 0; index < tracks; ++index) {
             const auto name = size_t(number == 0 ? index : index * 5 + number) % trackNames.size();
-            const int seconds = trackSeconds[name];
+            // Other lengths on other albums, so that few of them pass for the same track.
+            const int seconds = trackSeconds[name] + number % 53;
             const QString path = trackPath(plan, number, index);
             const bool sounds = plan.playable && number == 0;
             sounds ? writeSound(path, index == 0 ? seconds : 20) : writePlaceholder(path, seconds);
