@@ -3,8 +3,10 @@
 
 #include "platform/log.h"
 
+#include <QGuiApplication>
 #include <QQmlComponent>
 #include <QQmlEngine>
+#include <QWindow>
 
 namespace halvane {
 
@@ -20,7 +22,9 @@ void QuickFileChooser::choose(const FileChooserRequest& request,
     const auto file = request.files ? u"FilesDialog.qml"_s : u"FolderDialog.qml"_s;
     QQmlComponent component(&m_engine, m_viewsRoot.resolved(QUrl(file)));
     auto* dialog = component.createWithInitialProperties(
-        {{u"title"_s, request.title}, {u"acceptLabel"_s, request.prompt}});
+        {{u"title"_s, request.title},
+         {u"acceptLabel"_s, request.prompt},
+         {u"parentWindow"_s, QVariant::fromValue(QGuiApplication::focusWindow())}});
     if (!dialog) {
         qCWarning(libraryLog, "no file panel: %s", qUtf8Printable(component.errorString()));
         return;
