@@ -307,10 +307,12 @@ AudioPlaybackEngine::AudioPlaybackEngine(SoundOutput& output, Clock& clock, QObj
     : QObject(parent)
     , m_impl(std::make_unique<Impl>(*this, output, clock)) {
     output.onConfigurationChange = [this] { handleConfigurationChange(); };
+    output.onDeviceSampleRateChange = [this] { Q_EMIT outputSampleRateChanged(); };
 }
 
 AudioPlaybackEngine::~AudioPlaybackEngine() {
     m_impl->m_output.onConfigurationChange = nullptr;
+    m_impl->m_output.onDeviceSampleRateChange = nullptr;
 }
 
 std::optional<QString> AudioPlaybackEngine::load(const QString& path) {

@@ -81,6 +81,10 @@ class AudioPlaybackEngine : public QObject {
     /// The stream was made anew and playback goes on; a pre-scheduled file has been dropped.
     std::function<void()> onGraphRebuilt;
 
+  Q_SIGNALS:
+    /// outputSampleRate has another value: another device, or the device's own rate.
+    void outputSampleRateChanged();
+
   private:
     class Impl;
     std::unique_ptr<Impl> m_impl;

@@ -17,6 +17,8 @@ void LibraryViewModel::forwardOutput() {
     // The rates are known once something is loaded, and change with the device.
     connect(output, &OutputDevices::outputDeviceNameChanged, this,
             &Self::signalPathDescriptionChanged);
+    connect(&m_concerns->engine, &AudioPlaybackEngine::outputSampleRateChanged, this,
+            &Self::signalPathDescriptionChanged);
     connect(&m_concerns->transport, &Transport::isPlayingChanged, this,
             &Self::signalPathDescriptionChanged);
     connect(&m_concerns->transport, &Transport::loadedFileChanged, this,

@@ -102,9 +102,13 @@ TEST_F(PlaybackServerTest, switchesDevicesWithAShortSilence) {
     ASSERT_FALSE(engine.setOutputDevice(home)); // a whole switch: a new stream from the position
     EXPECT_NEAR(engine.elapsedSeconds(), before, 0.02);
     hear(1);
+    int rateChanges = 0;
+    QObject::connect(&engine, &AudioPlaybackEngine::outputSampleRateChanged,
+                     [&] { ++rateChanges; });
     ASSERT_FALSE(engine.setOutputDevice(other));
     hear(0.5);
     EXPECT_TRUE(waitFor([&] { return engine.outputSampleRate() == 48'000; }));
+    EXPECT_EQ(rateChanges, 1);
     ASSERT_FALSE(engine.setOutputDevice(home));
     hear(1);
     engine.pause();
