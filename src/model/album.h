@@ -21,8 +21,8 @@ struct Album {
     Q_PROPERTY(QString id MEMBER id)
     Q_PROPERTY(QString title MEMBER title)
     Q_PROPERTY(QString artist MEMBER artist)
-    Q_PROPERTY(qint64 year MEMBER year)
-    Q_PROPERTY(qint64 trackCount MEMBER trackCount)
+    Q_PROPERTY(int year READ shownYear)
+    Q_PROPERTY(int trackCount READ shownTrackCount)
     Q_PROPERTY(QString duration MEMBER duration)
     Q_PROPERTY(double totalSeconds MEMBER totalSeconds)
     Q_PROPERTY(QString quality MEMBER quality)
@@ -47,6 +47,10 @@ struct Album {
     QString coverKey() const { return halvane::coverKey(coverImageData, coverURL); }
     /// The colours as "#rrggbb".
     QStringList colorList() const;
+
+    // Views know no 64-bit integers.
+    int shownYear() const { return int(year); }
+    int shownTrackCount() const { return int(trackCount); }
 
     bool operator==(const Album&) const = default;
 

@@ -5,9 +5,17 @@
 #include "model/enums.h"
 
 #include <QObject>
+#include <QUuid>
 #include <QtQml/qqmlregistration.h>
 
 namespace halvane::views {
+
+/// Identities of queue entries and playlists: views only pass them on.
+struct UuidKind {
+    Q_GADGET
+    QML_FOREIGN(QUuid)
+    QML_VALUE_TYPE(uuid)
+};
 
 namespace BrowseMode {
 Q_NAMESPACE
