@@ -179,11 +179,14 @@ TEST_F(MainWindowTest, PlaylistsAreMadeRenamedFilledAndDeleted) {
     ui->key(Qt::Key_Return);
     ASSERT_EQ(playlists->rowCount(), before + 1);
     ASSERT_TRUE(ui->waitsFor(u"Sunday"_s));
+    // A prompt that is fading out still takes the clicks.
+    ASSERT_TRUE(GalleryWorld::waitFor([&] { return !ui->shows(u"Playlist name"_s); }));
     ASSERT_TRUE(ui->click(u"Sunday"_s, QAccessible::ListItem, Qt::RightButton));
     ASSERT_TRUE(ui->click(u"Rename..."_s, QAccessible::MenuItem));
     ASSERT_TRUE(ui->waitsFor(u"Playlist name"_s));
     ui->type(u"Monday"_s);
     ui->key(Qt::Key_Escape);
+    EXPECT_TRUE(GalleryWorld::waitFor([&] { return !ui->shows(u"Playlist name"_s); }));
     EXPECT_TRUE(ui->shows(u"Sunday"_s));
 
     library.selectBrowseMode(LibraryMode::songs);
