@@ -266,7 +266,7 @@ TEST_F(ImportTest, BookmarksAreKeptWhileTheirPathsExist) {
     EXPECT_TRUE(
         Log::lines().contains(u"bookmark restore: stored=2 resolved=1 accessed=1 stale=0"_s));
     watch();
-    library->bookmarks.persistBookmarks({u"/nonexistent"_s});
+    library->bookmarks.persistBookmarks({u"/dev/null/none"_s});
     until([&] { return isStored; });
     EXPECT_TRUE(Log::lines().contains(u"bookmark creation failed (accessed=false)"_s));
     outside.preferences.remove(SettingsKey::securityBookmarks);
