@@ -98,5 +98,6 @@ function(halvane_test name)
         list(APPEND properties RUN_SERIAL TRUE)
     endif()
     gtest_discover_tests(test_${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST
+                         NO_PRETTY_VALUES
                          PROPERTIES ${properties})
 endfunction()

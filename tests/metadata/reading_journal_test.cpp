@@ -72,7 +72,7 @@ TEST_F(ReadingJournalTest, ForgetsFilesThatWereReadToTheEnd) {
 }
 
 TEST_F(ReadingJournalTest, DoesWithoutAFolder) {
-    ReadingJournal journal(u"/nonexistent"_s);
+    ReadingJournal journal(u"/dev/null/none"_s);
     const ReadingJournal::Entry entry(journal, u"/m/a.mp3"_s, false);
     EXPECT_EQ(journal.verdict(u"/m/a.mp3"_s), Verdict::sound);
 }
