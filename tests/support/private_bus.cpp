@@ -52,7 +52,8 @@ QDBusConnection PrivateBus::connect() {
 QDBusMessage callAndWait(QDBusConnection from, const QDBusMessage& message) {
     const auto pending = from.asyncCall(message);
     waitFor([&] { return pending.isFinished(); });
-    // The answer is known to the bus's thread first: signals that came before it may still be queued.
+    // The answer is known to the bus's thread first: signals that came before it may still be
+    // queued.
     QCoreApplication::processEvents();
     return pending.reply();
 }
