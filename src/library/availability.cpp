@@ -26,8 +26,8 @@ Availability::~Availability() {
     m_worker.waitForDone();
 }
 
-Availability::Sets Availability::look(const TrackRows& library, const TrackRows& queue,
-                                      const CloudFiles& cloudFiles, const Sets& before) {
+Availability::Sets Availability::lookAt(const TrackRows& library, const TrackRows& queue,
+                                        const CloudFiles& cloudFiles, const Sets& before) {
     constexpr std::size_t portion = 512;
     constexpr std::size_t threads = 4;
     // Owned by the look: a thread that hangs in a dead mount outlives it.
@@ -79,30 +79,30 @@ Availability::Sets Availability::look(const TrackRows& library, const TrackRows&
 
 void Availability::refreshAvailability() {
     assertOwnThread(*this);
+    const quint64 look = ++m_look;
     const quint64 generation = ++m_generation;
     m_worker.clear();
     if (m_with.library.size() == 0 && m_with.queue.isEmpty()) {
-        m_isLooking = false;
         publish({});
         return;
     }
-    m_isLooking = true;
     runInBackground(
         m_worker, this,
         [library = m_with.library.snapshot(), queue = m_with.queue.records(),
          cloudFiles = &m_with.cloudFiles,
-         before = m_sets] { return look(*library, queue, *cloudFiles, before); },
-        [this, generation](Sets sets) { land(generation, std::move(sets)); });
+         before = m_sets] { return lookAt(*library, queue, *cloudFiles, before); },
+        [this, look, generation](Sets sets) {
+            if (look == m_look)
+                land(generation, std::move(sets));
+        });
 }
 
 void Availability::land(quint64 generation, Sets sets) {
     if (generation != m_generation) {
-        // Overtaken by a mark, not by another look: look again.
-        if (m_isLooking && m_worker.activeThreadCount() == 0)
-            refreshAvailability();
+        // Overtaken by a mark: look again.
+        refreshAvailability();
         return;
     }
-    m_isLooking = false;
     publish(std::move(sets));
     m_with.healIncompleteMetadata();
     Q_EMIT refreshed();

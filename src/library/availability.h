@@ -63,8 +63,8 @@ class Availability : public QObject, public FileAvailability {
         QSet<QString> inCloud;
         QSet<QString> missing;
     };
-    static Sets look(const TrackRows& library, const TrackRows& queue, const CloudFiles& cloudFiles,
-                     const Sets& before);
+    static Sets lookAt(const TrackRows& library, const TrackRows& queue,
+                       const CloudFiles& cloudFiles, const Sets& before);
     void land(quint64 generation, Sets sets);
     void publish(Sets sets);
     void setState(const QString& path, TrackAvailability state);
@@ -72,7 +72,7 @@ class Availability : public QObject, public FileAvailability {
     AvailabilityCollaborators m_with;
     Sets m_sets;
     quint64 m_generation = 0; ///< of the newest refresh or mark
-    bool m_isLooking = false; ///< a refresh has begun whose result may have become stale by a mark
+    quint64 m_look = 0;       ///< the newest refresh, whose result alone counts
     QThreadPool m_worker;
 };
 
