@@ -15,9 +15,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     QFile::remove(index);
     QFile::rename(written, index);
     const MetadataCache cache(fuzz::scratchFolder());
-    const auto records = cache.loadIndex();
-    for (auto it = records.cbegin(); it != records.cend(); ++it)
-        if (it.key() != it->path)
+    const MetadataIndex index = cache.loadIndex();
+    for (auto it = index.records().cbegin(); it != index.records().cend(); ++it)
+        if (it.key() != it.value()->path)
             std::abort();
     return 0;
 }

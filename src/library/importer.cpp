@@ -190,7 +190,7 @@ struct Importer::Run {
         post(owner, [importer = owner] { importer->finish(); });
     }
 
-    std::vector<LoadedItem> load(const MetadataCache::Index& index, std::size_t begin,
+    std::vector<LoadedItem> load(const MetadataIndex& index, std::size_t begin,
                                  std::size_t end) const {
         TrackMetadataLoader::Accompaniment with;
         with.journal = journal;

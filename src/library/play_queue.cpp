@@ -99,7 +99,7 @@ std::vector<PlayQueue::Entry> PlayQueue::entriesFor(const TrackRows& tracks) {
     entries.reserve(tracks.size());
     for (const TrackPtr& track : tracks) {
         if (track->sourceURL)
-            entries.push_back({QUuid::createUuid(), track});
+            entries.push_back({freshId(), track});
     }
     return entries;
 }

@@ -19,29 +19,31 @@ std::optional<QueueItem> queueItemFromTrack(const Track& track) {
     item.coverImageData = track.coverImageData;
     item.coverURL = track.coverURL;
     item.durationSeconds = track.durationSeconds;
+    item.readDate = track.readDate;
     item.sourceURL = track.sourceURL;
     return item;
 }
 
-Track trackFromQueueItem(const QueueItem& item, const TrackExtras& extras) {
+Track trackFromQueueItem(QueueItem item, const TrackExtras& extras) {
     Track track;
-    track.title = item.title;
-    track.artist = item.artist;
-    track.album = item.album;
-    track.genre = item.genre;
+    track.title = std::move(item.title);
+    track.artist = std::move(item.artist);
+    track.album = std::move(item.album);
+    track.genre = std::move(item.genre);
     track.year = item.year;
-    track.duration = item.duration;
-    track.format = item.quality;
-    track.sampleRate = item.sampleRate;
-    track.bitDepth = item.bitDepth;
+    track.duration = std::move(item.duration);
+    track.format = std::move(item.quality);
+    track.sampleRate = std::move(item.sampleRate);
+    track.bitDepth = std::move(item.bitDepth);
     track.size = extras.size;
     track.rating = extras.rating;
     track.plays = extras.plays;
     track.loved = extras.loved;
-    track.sourceURL = item.sourceURL;
-    track.coverImageData = item.coverImageData;
-    track.coverURL = item.coverURL;
+    track.sourceURL = std::move(item.sourceURL);
+    track.coverImageData = std::move(item.coverImageData);
+    track.coverURL = std::move(item.coverURL);
     track.durationSeconds = item.durationSeconds;
+    track.readDate = item.readDate;
     return track;
 }
 

@@ -22,6 +22,6 @@ struct TrackExtras {
 
 /// A new library track, with an id of its own, for the record that reading a file yielded. Any
 /// thread.
-Track trackFromQueueItem(const QueueItem& item, const TrackExtras& extras);
+Track trackFromQueueItem(QueueItem item, const TrackExtras& extras);
 
 } // namespace halvane

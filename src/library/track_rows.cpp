@@ -8,11 +8,11 @@ namespace halvane {
 TrackRows rowsFromLoaded(std::vector<LoadedItem> loaded) {
     TrackRows rows;
     rows.reserve(loaded.size());
-    for (const LoadedItem& file : loaded) {
+    for (LoadedItem& file : loaded) {
         TrackExtras extras;
         if (file.fileSize >= 0)
             extras.size = TrackMetadataLoader::byteCountText(file.fileSize);
-        rows.push_back(makeRow(trackFromQueueItem(file.item, extras)));
+        rows.push_back(makeRow(trackFromQueueItem(std::move(file.item), extras)));
     }
     return rows;
 }

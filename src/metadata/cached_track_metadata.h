@@ -3,10 +3,7 @@
 
 #include "model/queue_item.h"
 
-#include <QHash>
-
 #include <optional>
-#include <vector>
 
 namespace halvane {
 
@@ -28,17 +25,13 @@ struct CachedTrackMetadata {
     bool hasEmbeddedArtwork = false;
 
     CachedTrackMetadata() = default;
-    /// The record of a loaded item, with the date that its file has now.
+    /// The record of a loaded item, with the date that its file had when it was read: tags that
+    /// were changed since are read at the next start.
     CachedTrackMetadata(const QueueItem& item, const QString& path);
 
     /// A new item with an id of its own. Its picture is read from the cache when it is needed.
     QueueItem item(const QString& cacheDirectory) const;
 };
-
-/// Decodes an index: a JSON array of records. None when it is no such array, or a record lacks a
-/// key that it must have or holds a value of another kind. Unknown keys are ignored. Equal texts
-/// share their memory.
-std::optional<QHash<QString, CachedTrackMetadata>> decodeIndex(const QString& file);
 
 /// One record as a JSON object.
 void appendJson(QByteArray& json, const CachedTrackMetadata& record);

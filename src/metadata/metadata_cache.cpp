@@ -62,8 +62,8 @@ double MetadataCache::modificationDate(const QString& atPath) {
     return fileFacts(atPath).modificationDate;
 }
 
-MetadataCache::Index MetadataCache::loadIndex() const {
-    return decodeIndex(indexFile(m_directory)).value_or(Index());
+MetadataIndex MetadataCache::loadIndex() const {
+    return decodeIndex(indexFile(m_directory));
 }
 
 void MetadataCache::save(const std::vector<QueueItem>& items) const {
@@ -110,19 +110,17 @@ MetadataCache::queueItems(const std::vector<FileUrl>& urls, ResolvedLanguage lan
 
 std::vector<LoadedItem>
 MetadataCache::loadItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
-                         const Index& index, const TrackMetadataLoader::Accompaniment& with) const {
+                         const MetadataIndex& index,
+                         const TrackMetadataLoader::Accompaniment& with) const {
     const std::vector<FileFacts> facts = factsOf(urls, with);
 
-    std::vector<std::optional<LoadedItem>> found(urls.size());
+    std::vector<LoadedItem> items(urls.size());
     std::vector<FileUrl> misses;
     std::vector<std::size_t> positions;
     for (std::size_t i = 0; i < urls.size(); ++i) {
-        const auto record = index.constFind(urls[i].standardizedPath());
-        const bool isKnown = record != index.cend();
-        if (isKnown &&
-            (!facts[i].exists || record->modificationDate == facts[i].modificationDate)) {
-            found[i] =
-                LoadedItem{record->item(m_directory), facts[i].exists ? facts[i].size : -1, true};
+        const CachedTrackMetadata* record = index.find(urls[i].standardizedPath());
+        if (record && (!facts[i].exists || record->modificationDate == facts[i].modificationDate)) {
+            items[i] = {record->item(m_directory), facts[i].exists ? facts[i].size : -1, true};
         } else if (facts[i].exists) {
             misses.push_back(urls[i]);
             positions.push_back(i);
@@ -130,13 +128,9 @@ MetadataCache::loadItems(const std::vector<FileUrl>& urls, ResolvedLanguage lang
     }
     auto loaded = TrackMetadataLoader::loadItems(misses, language, with);
     for (std::size_t i = 0; i < loaded.size(); ++i)
-        found[positions[i]] = std::move(loaded[i]);
-
-    std::vector<LoadedItem> items;
-    items.reserve(found.size());
-    for (auto& item : found)
-        if (item)
-            items.push_back(std::move(*item));
+        items[positions[i]] = std::move(loaded[i]);
+    // What is neither there nor known has no file.
+    std::erase_if(items, [](const LoadedItem& item) { return !item.item.sourceURL; });
     return items;
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "metadata/cached_track_metadata.h"
+#include "metadata/metadata_index.h"
 #include "metadata/track_metadata_loader.h"
 
 #include <functional>
@@ -26,8 +26,7 @@ class MetadataCache {
     static double modificationDate(const QString& atPath);
 
     /// Records by path.
-    using Index = QHash<QString, CachedTrackMetadata>;
-    Index loadIndex() const;
+    MetadataIndex loadIndex() const;
 
     /// Replaces the index by one of exactly these items. Items without a file are left out; of
     /// several with one path the last counts. A picture that is already kept is not written again.
@@ -43,7 +42,7 @@ class MetadataCache {
     /// The same by an index that is loaded already, with the sizes of the files, which are learnt
     /// on the way.
     std::vector<LoadedItem> loadItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
-                                      const Index& index,
+                                      const MetadataIndex& index,
                                       const TrackMetadataLoader::Accompaniment& with = {}) const;
 
   private:

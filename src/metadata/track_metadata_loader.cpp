@@ -54,6 +54,7 @@ QueueItem itemFrom(const FileUrl& url, const AudioFileReading& reading,
 
     QueueItem item;
     item.sourceURL = url;
+    item.readDate = reading.modificationDate;
     item.title = tags.title().isEmpty() ? name.base : tags.title();
     item.album = tags.album().isEmpty() ? folderAlbumName(url, language) : tags.album();
     item.artist = tags.artist();

@@ -5,8 +5,25 @@
 
 namespace halvane {
 
+namespace {
+
+/// Whether cleaning a path would change nothing, as is true of nearly all.
+bool isStandardized(QStringView path) {
+    if (!path.startsWith(u'/') || path.endsWith(u'/'))
+        return false;
+    for (qsizetype at = 0; at >= 0; at = path.indexOf(u'/', at + 1)) {
+        const QStringView rest = path.sliced(at + 1);
+        // A doubled slash, or a step of dots; a name that begins with a dot is looked at closely.
+        if (rest.startsWith(u'/') || rest.startsWith(u'.'))
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
 QString standardizedPath(const QString& path) {
-    return QDir::cleanPath(path);
+    return isStandardized(path) ? path : QDir::cleanPath(path);
 }
 
 FileUrl::FileUrl(const QString& path)

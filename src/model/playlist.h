@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "model/fresh_id.h"
 #include "model/hash.h"
 
 #include <QString>
@@ -12,7 +13,7 @@ namespace halvane {
 
 /// A named, ordered list of standardized file paths. Plain value, any thread.
 struct Playlist {
-    QUuid id = QUuid::createUuid();
+    QUuid id = freshId();
     QString name;
     std::vector<QString> trackPaths; ///< in play order
 

@@ -3,6 +3,7 @@
 
 #include "model/artwork.h"
 #include "model/file_url.h"
+#include "model/fresh_id.h"
 #include "model/hash.h"
 
 #include <QMetaType>
@@ -26,7 +27,7 @@ struct QueueItem {
     Q_PROPERTY(QString path READ path)
 
   public:
-    QUuid id = QUuid::createUuid();
+    QUuid id = freshId();
     QString title;
     QString artist;
     QString album;
@@ -40,6 +41,8 @@ struct QueueItem {
     std::optional<FileUrl> coverURL;
     std::optional<double> durationSeconds;
     std::optional<FileUrl> sourceURL;
+    /// The file's date when this was read from it, in seconds since 2001-01-01 UTC; 0 = not known.
+    double readDate = 0;
     bool isPlaying = false; ///< set on the entry that is current
 
     /// The standardized path of the file, empty without one.
@@ -64,6 +67,7 @@ inline size_t qHash(const QueueItem& v, size_t seed = 0) {
         .add(v.coverURL)
         .add(v.durationSeconds)
         .add(v.sourceURL)
+        .add(v.readDate)
         .add(v.isPlaying)
         .result();
 }

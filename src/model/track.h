@@ -3,6 +3,7 @@
 
 #include "model/artwork.h"
 #include "model/file_url.h"
+#include "model/fresh_id.h"
 #include "model/hash.h"
 
 #include <QString>
@@ -15,7 +16,7 @@ namespace halvane {
 /// One audio file of the library. The live loved flag, rating and play count are kept by path
 /// elsewhere; the three fields here are what the record was built with. Plain value, any thread.
 struct Track {
-    QUuid id = QUuid::createUuid();
+    QUuid id = freshId();
     QString title;
     QString artist;
     QString album;
@@ -33,6 +34,8 @@ struct Track {
     std::optional<Artwork> coverImageData;
     std::optional<FileUrl> coverURL;
     std::optional<double> durationSeconds;
+    /// The file's date when this was read from it, in seconds since 2001-01-01 UTC; 0 = not known.
+    double readDate = 0;
 
     /// The standardized path of the file, empty without one.
     QString path() const { return sourceURL ? sourceURL->standardizedPath() : QString(); }
@@ -60,6 +63,7 @@ inline size_t qHash(const Track& v, size_t seed = 0) {
         .add(v.coverImageData)
         .add(v.coverURL)
         .add(v.durationSeconds)
+        .add(v.readDate)
         .result();
 }
 

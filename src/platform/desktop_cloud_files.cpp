@@ -17,8 +17,7 @@ DesktopCloudFiles::~DesktopCloudFiles() {
 }
 
 bool DesktopCloudFiles::isEvicted(const QString& path) const {
-    return hasDotNamePlaceholder(path) || suffixPlaceholder(path) ||
-           attributesSayEvicted(path, m_mounts);
+    return hasDotNamePlaceholder(path) || isEvictedBySyncClient(path, m_mounts);
 }
 
 void DesktopCloudFiles::startDownloading(const QStringList& paths) {

@@ -64,6 +64,7 @@ QByteArray numberListText(const std::vector<double>& numbers) {
 
 std::optional<std::vector<double>> numberListFromText(std::string_view text) {
     std::vector<double> numbers;
+    numbers.reserve(2); // nearly every stored list is a measurement's two
     skipBlanks(text);
     if (!text.starts_with('['))
         return std::nullopt;

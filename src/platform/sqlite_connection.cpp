@@ -91,7 +91,8 @@ double SqliteQuery::number(int column) const {
 }
 
 std::string_view SqliteQuery::utf8(int column) const {
-    const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(m_statement, column));
+    // Asked for as bytes, a text is not copied to put a zero byte after it.
+    const auto* text = static_cast<const char*>(sqlite3_column_blob(m_statement, column));
     const auto size = static_cast<std::size_t>(sqlite3_column_bytes(m_statement, column));
     return text ? std::string_view(text, size) : std::string_view();
 }

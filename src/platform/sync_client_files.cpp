@@ -4,6 +4,7 @@
 #include <QFile>
 
 #include <array>
+#include <cerrno>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 
@@ -34,8 +35,8 @@ std::optional<QByteArray> attribute(const QString& path, const char* name) {
 std::optional<QString> suffixPlaceholder(const QString& path) {
     static const std::array suffixes{QStringLiteral(".nextcloud"), QStringLiteral(".owncloud")};
     for (const QString& suffix : suffixes)
-        if (isOneByteFile(path + suffix) && !exists(path))
-            return path + suffix;
+        if (isOneByteFile(path + suffix))
+            return exists(path) ? std::nullopt : std::optional(path + suffix);
     return std::nullopt;
 }
 
@@ -44,9 +45,13 @@ bool hasDotNamePlaceholder(const QString& path) {
     return exists(path.left(name) + QLatin1Char('.') + path.mid(name) + QStringLiteral(".icloud"));
 }
 
-bool attributesSayEvicted(const QString& path, MountTable& mounts) {
+bool isEvictedBySyncClient(const QString& path, MountTable& mounts) {
+    // The first look also tells whether the file is there at all: a library's thousands of files
+    // are looked at again and again.
     if (attribute(path, "user.nextcloud.hydrate_exec"))
         return true;
+    if (errno == ENOENT)
+        return suffixPlaceholder(path).has_value();
     if (mounts.typeOf(path) != "fuse.openvfs")
         return false;
     const auto record = attribute(path, "user.openvfs.data");

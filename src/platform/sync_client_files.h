@@ -20,8 +20,9 @@ std::optional<QString> suffixPlaceholder(const QString& path);
 /// thread.
 bool hasDotNamePlaceholder(const QString& path);
 
-/// Whether the file's extended attributes say that its contents are not on this disk. Any thread.
-bool attributesSayEvicted(const QString& path, MountTable& mounts);
+/// Whether a sync client has left something in the file's place, or the file's extended attributes
+/// say that its contents are not on this disk. Any thread.
+bool isEvictedBySyncClient(const QString& path, MountTable& mounts);
 
 /// Whether the state record of an on-demand file system (a MessagePack map whose "state" is 0 for a
 /// downloaded file) says so. A record that can't be read counts as not downloaded: to be wrong that

@@ -80,6 +80,7 @@ TEST_F(MetadataCacheTest, GivesBackWhatItSaved) {
     for (std::size_t i = 0; i < 2; ++i) {
         QueueItem expected = i == 0 ? full : bare;
         expected.id = items[i].id;
+        expected.readDate = MetadataCache::modificationDate(expected.path());
         QueueItem actual = items[i];
         actual.coverImageData = expected.coverImageData;
         EXPECT_EQ(actual, expected);
@@ -107,7 +108,10 @@ TEST_F(MetadataCacheTest, KnowsHitsMissesAndWhatIsGone) {
     const QString known = touch(u"known.mp3"_s);
     const QString touched = touch(u"touched.mp3"_s);
     const QString gone = touch(u"gone.mp3"_s);
-    cache.save({item(known), item(touched), item(gone)});
+    // Its tags were changed after they had been read and before they were saved.
+    QueueItem retagged = item(touch(u"retagged.mp3"_s));
+    retagged.readDate = MetadataCache::modificationDate(retagged.path()) - 1;
+    cache.save({item(known), item(touched), item(gone), retagged});
     QFile::remove(gone);
     // A nanosecond is enough to be another date.
     struct stat facts;
@@ -118,12 +122,13 @@ TEST_F(MetadataCacheTest, KnowsHitsMissesAndWhatIsGone) {
     const QString title = item(known).title;
     const auto items =
         cache.queueItems({FileUrl(folder.path() + u"/./known.mp3"_s), FileUrl(touched),
-                          FileUrl(u"/nonexistent.mp3"_s), FileUrl(gone)},
+                          FileUrl(u"/nonexistent.mp3"_s), FileUrl(gone), *retagged.sourceURL},
                          english);
-    ASSERT_EQ(items.size(), 3U);
+    ASSERT_EQ(items.size(), 4U);
     EXPECT_EQ(items[0].title, title);
     EXPECT_EQ(items[1].title, u"touched"_s);
     EXPECT_EQ(items[2].title, title);
+    EXPECT_EQ(items[3].title, u"retagged"_s);
 }
 
 TEST_F(MetadataCacheTest, AKnownFileIsNotOpened) {
