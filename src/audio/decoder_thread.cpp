@@ -4,6 +4,7 @@
 #include "audio/audio_file.h"
 
 #include <algorithm>
+#include <pthread.h>
 
 namespace halvane {
 namespace {
@@ -89,6 +90,7 @@ bool DecoderThread::hasWork() const {
 }
 
 void DecoderThread::run() {
+    pthread_setname_np(pthread_self(), "halvane-decoder");
     Lock lock(m_mutex);
     while (!m_quit) {
         if (!m_epochBegun) {

@@ -1,12 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "audio/playback_engine.h"
 
-#include "audio/audio_file.h"
-#include "audio/decibels.h"
-#include "audio/equalizer.h"
-#include "audio/player_node.h"
-#include "audio/spectrum_model.h"
-#include "audio/spectrum_tap.h"
 #include "platform/log.h"
 #include "platform/thread_check.h"
 
@@ -16,93 +10,69 @@
 
 namespace halvane {
 
-/// Positions are kept in frames, so that taking playback up again never loses or repeats one.
-class AudioPlaybackEngine::Impl {
-  public:
-    Impl(AudioPlaybackEngine& engine, SoundOutput& output, Clock& clock)
-        : m_engine(engine)
-        , m_output(output)
-        , m_tap(m_spectrum, output)
-        , m_node(output, clock, &m_tap) {
-        applyGain();
-    }
+AudioPlaybackEngine::AudioPlaybackEngine(SoundOutput& output, Clock& clock, QObject* parent)
+    : QObject(parent)
+    , m_output(output)
+    , m_tap(m_spectrum, output)
+    , m_node(output, clock, &m_tap)
+    , m_settings(m_node.graph()) {
+    output.onConfigurationChange = [this] { handleConfigurationChange(); };
+    output.onDeviceSampleRateChange = [this] { Q_EMIT outputSampleRateChanged(); };
+    output.onPauseRequest = [this](bool pause) {
+        if (onPauseRequested)
+            onPauseRequested(pause);
+    };
+}
 
-    std::optional<QString> load(const QString& path);
-    void unload();
-    std::optional<QString> scheduleSegment(std::int64_t startFrame, bool andPlay);
-    std::int64_t frameAt(double seconds) const;
-    void pause();
-    std::optional<QString> resume();
-    std::int64_t elapsedFrames();
+AudioPlaybackEngine::~AudioPlaybackEngine() {
+    m_output.onConfigurationChange = nullptr;
+    m_output.onDeviceSampleRateChange = nullptr;
+    m_output.onPauseRequest = nullptr;
+}
 
-    bool preschedule(const QString& path);
-    std::optional<QString> adopt();
-    void invalidatePreschedule();
-
-    void handleConfigurationChange();
-    std::optional<QString> setOutputDevice(std::optional<std::uint32_t> id);
-
-    void setEQ(bool enabled, const std::vector<double>& gains, double preamp);
-    void applyEQ();
-    void applyGain();
-
-    AudioPlaybackEngine& m_engine;
-    SoundOutput& m_output;
-    SpectrumModel m_spectrum;
-    SpectrumTap m_tap;
-    PlayerNode m_node;
-
-    std::shared_ptr<AudioFile> m_file;
-    std::int64_t m_segmentStartFrame = 0;
-    std::int64_t m_scheduleGeneration = 0; ///< counts what was thrown away
-    std::int64_t m_lastValidElapsed = 0;   ///< frames
-    std::shared_ptr<AudioFile> m_pendingNextFile;
-    QString m_pendingNextPath;
-    std::int64_t m_chainPriorFrames = 0; ///< heard of the chain's earlier files
-    bool m_playing = false;
-
-    std::optional<std::uint32_t> m_device;
-    EqualizerValues m_equalizer;
-    double m_trackGain = 0; ///< dB
-    double m_volume = 0.72;
-
-  private:
-    void dropPending();
-    void endOfPlayback(std::int64_t generation);
-    std::function<void()> completion();
-    void post(std::int64_t generation, void (Impl::*operation)());
-    void reportTrackEnd();
-    void reportRebuilt();
-};
-
-std::optional<QString> AudioPlaybackEngine::Impl::load(const QString& path) {
+std::optional<QString> AudioPlaybackEngine::load(const QString& path) {
+    assertOwnThread(*this);
+    auto file = takeOpened(path);
     unload();
-    auto opened = AudioFile::open(path);
-    if (!opened.file)
-        return opened.error;
-    m_file = std::move(opened.file);
+    if (!file) {
+        auto opened = AudioFile::open(path);
+        if (!opened.file)
+            return opened.error;
+        file = std::move(opened.file);
+    }
+    m_file = std::move(file);
     m_node.setFormat(m_file->format());
-    applyEQ();
+    m_settings.setSampleRate(m_file->format().sampleRate);
     return std::nullopt;
 }
 
-void AudioPlaybackEngine::Impl::unload() {
+/// The file if it has been opened to follow the current one, and none of it has been read.
+std::shared_ptr<AudioFile> AudioPlaybackEngine::takeOpened(const QString& path) {
+    if (m_setAside.file && m_setAside.path == path)
+        return std::move(m_setAside.file);
+    if (m_pendingNext.file && m_pendingNext.path == path && m_node.unscheduleLast())
+        return std::move(m_pendingNext.file);
+    return nullptr;
+}
+
+void AudioPlaybackEngine::unload() {
+    assertOwnThread(*this);
     ++m_scheduleGeneration;
     m_node.stop();
     m_file.reset();
     dropPending();
     m_segmentStartFrame = 0;
-    m_lastValidElapsed = 0;
     m_playing = false;
 }
 
-void AudioPlaybackEngine::Impl::dropPending() {
-    m_pendingNextFile.reset();
-    m_pendingNextPath.clear();
+void AudioPlaybackEngine::dropPending() {
+    m_opener.cancel();
+    m_pendingNext = {};
+    m_setAside = {};
     m_chainPriorFrames = 0;
 }
 
-std::int64_t AudioPlaybackEngine::Impl::frameAt(double seconds) const {
+std::int64_t AudioPlaybackEngine::frameAt(double seconds) const {
     if (!m_file)
         return 0;
     const double frame = std::max(seconds, 0.0) * m_file->format().sampleRate;
@@ -111,8 +81,7 @@ std::int64_t AudioPlaybackEngine::Impl::frameAt(double seconds) const {
     return frame < double(length) ? std::int64_t(frame) : length;
 }
 
-std::optional<QString> AudioPlaybackEngine::Impl::scheduleSegment(std::int64_t startFrame,
-                                                                  bool andPlay) {
+std::optional<QString> AudioPlaybackEngine::schedule(std::int64_t startFrame, bool andPlay) {
     if (!m_file)
         return std::nullopt;
     const auto generation = ++m_scheduleGeneration;
@@ -121,10 +90,9 @@ std::optional<QString> AudioPlaybackEngine::Impl::scheduleSegment(std::int64_t s
     dropPending();
     m_playing = false;
     m_segmentStartFrame = startFrame;
-    m_lastValidElapsed = startFrame;
     if (remaining < 1) {
         if (andPlay)
-            post(generation, &Impl::reportTrackEnd);
+            post(generation, &AudioPlaybackEngine::reportTrackEnd);
         return std::nullopt;
     }
     m_node.schedule(m_file, startFrame, remaining, completion());
@@ -136,69 +104,83 @@ std::optional<QString> AudioPlaybackEngine::Impl::scheduleSegment(std::int64_t s
     return std::nullopt;
 }
 
-void AudioPlaybackEngine::Impl::pause() {
+void AudioPlaybackEngine::pause() {
+    assertOwnThread(*this);
     m_node.pause();
     m_playing = false;
-    (void)elapsedFrames();
 }
 
-std::optional<QString> AudioPlaybackEngine::Impl::resume() {
+std::optional<QString> AudioPlaybackEngine::resume() {
+    assertOwnThread(*this);
     if (!m_file || m_playing)
         return std::nullopt;
     if (!m_node.hasStream() || !m_node.hasScheduled())
-        return scheduleSegment(elapsedFrames(), true);
+        return schedule(elapsedFrames(), true);
     if (auto error = m_node.play())
         return error;
     m_playing = true;
     return std::nullopt;
 }
 
-std::int64_t AudioPlaybackEngine::Impl::elapsedFrames() {
+std::int64_t AudioPlaybackEngine::elapsedFrames() const {
     if (!m_file)
         return 0;
     const auto frame = m_segmentStartFrame + m_node.framesHeard() - m_chainPriorFrames;
-    m_lastValidElapsed = std::clamp<std::int64_t>(frame, 0, m_file->lengthFrames());
-    return m_lastValidElapsed;
+    return std::clamp<std::int64_t>(frame, 0, m_file->lengthFrames());
 }
 
-bool AudioPlaybackEngine::Impl::preschedule(const QString& path) {
+bool AudioPlaybackEngine::prescheduleNextIfCompatible(const QString& path) {
+    assertOwnThread(*this);
     // With nothing in front of it, the next file would begin on its own.
-    if (!m_file || m_pendingNextFile || !m_node.hasScheduled())
+    if (!m_file || m_pendingNext.file || m_opener.isOpening() || !m_node.hasScheduled())
         return false;
-    auto opened = AudioFile::open(path);
-    if (!opened.file || opened.file->format() != m_file->format())
-        return false;
-    m_pendingNextFile = std::move(opened.file);
-    m_pendingNextPath = path;
-    m_node.schedule(m_pendingNextFile, 0, m_pendingNextFile->lengthFrames(), completion());
+    m_setAside = {};
+    m_opener.open(path, [this, path](AudioFile::Opened opened) {
+        follow(path, std::move(opened));
+        Q_EMIT prescheduleSettled(m_pendingNext.file != nullptr);
+    });
     return true;
 }
 
-std::optional<QString> AudioPlaybackEngine::Impl::adopt() {
-    if (!m_pendingNextFile)
-        return std::nullopt;
-    m_chainPriorFrames = m_node.framesBeforeLast();
-    m_file = std::move(m_pendingNextFile);
-    m_segmentStartFrame = 0;
-    m_lastValidElapsed = 0;
-    return std::exchange(m_pendingNextPath, {});
+void AudioPlaybackEngine::follow(const QString& path, AudioFile::Opened opened) {
+    if (!opened.file)
+        return;
+    if (opened.file->format() != m_file->format() || !m_node.hasScheduled()) {
+        m_setAside = {std::move(opened.file), path};
+        return;
+    }
+    m_pendingNext = {std::move(opened.file), path};
+    m_node.schedule(m_pendingNext.file, 0, m_pendingNext.file->lengthFrames(), completion());
 }
 
-void AudioPlaybackEngine::Impl::invalidatePreschedule() {
-    if (!m_pendingNextFile)
+std::optional<QString> AudioPlaybackEngine::adoptPrescheduledTrack() {
+    assertOwnThread(*this);
+    if (!m_pendingNext.file)
+        return std::nullopt;
+    m_chainPriorFrames = m_node.framesBeforeLast();
+    m_file = std::move(m_pendingNext.file);
+    m_segmentStartFrame = 0;
+    return std::exchange(m_pendingNext.path, {});
+}
+
+void AudioPlaybackEngine::invalidatePreschedule() {
+    assertOwnThread(*this);
+    m_opener.cancel();
+    m_setAside = {};
+    if (!m_pendingNext.file)
         return;
     if (m_node.unscheduleLast()) { // nothing of it has been decoded, so nothing is heard of this
-        m_pendingNextFile.reset();
-        m_pendingNextPath.clear();
+        m_pendingNext = {};
         return;
     }
     const bool wasPlaying = m_playing;
-    if (auto error = scheduleSegment(elapsedFrames(), wasPlaying))
+    if (auto error = schedule(elapsedFrames(), wasPlaying))
         qCWarning(libraryLog, "going on without the next track failed: %ls",
                   qUtf16Printable(*error));
 }
 
-void AudioPlaybackEngine::Impl::handleConfigurationChange() {
+void AudioPlaybackEngine::handleConfigurationChange() {
+    assertOwnThread(*this);
     if (!m_file) {
         m_node.closeStream();
         return;
@@ -206,15 +188,16 @@ void AudioPlaybackEngine::Impl::handleConfigurationChange() {
     const auto position = elapsedFrames();
     const bool wasPlaying = m_playing;
     m_node.closeStream();
-    if (const auto error = scheduleSegment(position, wasPlaying)) {
-        if (m_engine.onPlaybackInterrupted)
-            m_engine.onPlaybackInterrupted(*error);
+    if (const auto error = schedule(position, wasPlaying)) {
+        if (onPlaybackInterrupted)
+            onPlaybackInterrupted(*error);
     } else {
         reportRebuilt();
     }
 }
 
-std::optional<QString> AudioPlaybackEngine::Impl::setOutputDevice(std::optional<std::uint32_t> id) {
+std::optional<QString> AudioPlaybackEngine::setOutputDevice(std::optional<std::uint32_t> id) {
+    assertOwnThread(*this);
     ++m_scheduleGeneration;
     const auto position = elapsedFrames();
     const bool wasPlaying = m_playing;
@@ -226,7 +209,7 @@ std::optional<QString> AudioPlaybackEngine::Impl::setOutputDevice(std::optional<
     auto error = m_output.setDevice(id);
     if (!error) {
         m_node.closeStream();
-        error = scheduleSegment(position, wasPlaying);
+        error = schedule(position, wasPlaying);
         if (error) { // the device is there and does not play
             m_node.closeStream();
             (void)m_output.setDevice(m_device);
@@ -234,46 +217,44 @@ std::optional<QString> AudioPlaybackEngine::Impl::setOutputDevice(std::optional<
             m_device = id;
         }
     }
-    if (error && scheduleSegment(position, wasPlaying))
+    if (error && schedule(position, wasPlaying))
         return error;
     if (m_file)
-        post(m_scheduleGeneration, &Impl::reportRebuilt);
+        post(m_scheduleGeneration, &AudioPlaybackEngine::reportRebuilt);
     return error;
 }
 
 /// The audio scheduled now has been heard; a later generation has thrown it away.
-std::function<void()> AudioPlaybackEngine::Impl::completion() {
+std::function<void()> AudioPlaybackEngine::completion() {
     return [this, generation = m_scheduleGeneration] { endOfPlayback(generation); };
 }
 
-void AudioPlaybackEngine::Impl::endOfPlayback(std::int64_t generation) {
+void AudioPlaybackEngine::endOfPlayback(std::int64_t generation) {
     if (generation != m_scheduleGeneration)
         return;
-    if (!m_pendingNextFile) {
+    if (!m_pendingNext.file)
         m_playing = false;
-        (void)elapsedFrames();
-    }
-    const QPointer<AudioPlaybackEngine> engine(&m_engine);
+    const QPointer<AudioPlaybackEngine> engine(this);
     reportTrackEnd();
     // Nobody had more to play: silence needs no stream.
     if (engine && !m_playing && generation == m_scheduleGeneration)
         m_node.pause();
 }
 
-void AudioPlaybackEngine::Impl::reportTrackEnd() {
-    if (m_engine.onTrackEnd)
-        m_engine.onTrackEnd();
+void AudioPlaybackEngine::reportTrackEnd() {
+    if (onTrackEnd)
+        onTrackEnd();
 }
 
-void AudioPlaybackEngine::Impl::reportRebuilt() {
-    if (m_engine.onGraphRebuilt)
-        m_engine.onGraphRebuilt();
+void AudioPlaybackEngine::reportRebuilt() {
+    if (onGraphRebuilt)
+        onGraphRebuilt();
 }
 
 /// Calls from the event loop, unless something else has been scheduled by then.
-void AudioPlaybackEngine::Impl::post(std::int64_t generation, void (Impl::*operation)()) {
+void AudioPlaybackEngine::post(std::int64_t generation, void (AudioPlaybackEngine::*operation)()) {
     QMetaObject::invokeMethod(
-        &m_engine,
+        this,
         [this, generation, operation] {
             if (generation == m_scheduleGeneration)
                 (this->*operation)();
@@ -281,141 +262,59 @@ void AudioPlaybackEngine::Impl::post(std::int64_t generation, void (Impl::*opera
         Qt::QueuedConnection);
 }
 
-void AudioPlaybackEngine::Impl::setEQ(bool enabled, const std::vector<double>& gains,
-                                      double preamp) {
-    const auto limited = [](double dB) {
-        return std::clamp(dB, -equalizerGainLimit, equalizerGainLimit);
-    };
-    m_equalizer.enabled = enabled;
-    for (std::size_t i = 0; i < std::min(gains.size(), m_equalizer.gains.size()); ++i)
-        m_equalizer.gains[i] = limited(gains[i]);
-    m_equalizer.preamp = limited(preamp);
-    applyEQ();
-}
-
-void AudioPlaybackEngine::Impl::applyEQ() {
-    if (m_file)
-        m_node.graph().setEqualizer(equalizerCurve(m_equalizer, m_file->format().sampleRate));
-}
-
-void AudioPlaybackEngine::Impl::applyGain() {
-    m_node.graph().setGain(
-        float(linearGain(std::clamp(m_trackGain, -18.0, 12.0)) * std::clamp(m_volume, 0.0, 1.0)));
-}
-
-AudioPlaybackEngine::AudioPlaybackEngine(SoundOutput& output, Clock& clock, QObject* parent)
-    : QObject(parent)
-    , m_impl(std::make_unique<Impl>(*this, output, clock)) {
-    output.onConfigurationChange = [this] { handleConfigurationChange(); };
-    output.onDeviceSampleRateChange = [this] { Q_EMIT outputSampleRateChanged(); };
-}
-
-AudioPlaybackEngine::~AudioPlaybackEngine() {
-    m_impl->m_output.onConfigurationChange = nullptr;
-    m_impl->m_output.onDeviceSampleRateChange = nullptr;
-}
-
-std::optional<QString> AudioPlaybackEngine::load(const QString& path) {
-    assertOwnThread(*this);
-    return m_impl->load(path);
-}
-
-void AudioPlaybackEngine::unload() {
-    assertOwnThread(*this);
-    m_impl->unload();
-}
-
 bool AudioPlaybackEngine::hasFile() const {
     assertOwnThread(*this);
-    return m_impl->m_file != nullptr;
+    return m_file != nullptr;
 }
 
 double AudioPlaybackEngine::durationSeconds() const {
     assertOwnThread(*this);
-    return m_impl->m_file ? m_impl->m_file->durationSeconds() : 0;
+    return m_file ? m_file->durationSeconds() : 0;
 }
 
 double AudioPlaybackEngine::fileSampleRate() const {
     assertOwnThread(*this);
-    return m_impl->m_file ? m_impl->m_file->format().sampleRate : 0;
+    return m_file ? m_file->format().sampleRate : 0;
 }
 
 double AudioPlaybackEngine::outputSampleRate() const {
     assertOwnThread(*this);
-    return m_impl->m_output.deviceSampleRate();
-}
-
-std::optional<QString> AudioPlaybackEngine::scheduleSegment(double fromSeconds, bool andPlay) {
-    assertOwnThread(*this);
-    return m_impl->scheduleSegment(m_impl->frameAt(fromSeconds), andPlay);
-}
-
-void AudioPlaybackEngine::pause() {
-    assertOwnThread(*this);
-    m_impl->pause();
-}
-
-std::optional<QString> AudioPlaybackEngine::resume() {
-    assertOwnThread(*this);
-    return m_impl->resume();
+    return m_output.deviceSampleRate();
 }
 
 bool AudioPlaybackEngine::isPlaying() const {
     assertOwnThread(*this);
-    return m_impl->m_playing;
+    return m_playing;
 }
 
 double AudioPlaybackEngine::elapsedSeconds() const {
     assertOwnThread(*this);
-    return m_impl->m_file ? double(m_impl->elapsedFrames()) / m_impl->m_file->format().sampleRate
-                          : 0;
+    return m_file ? double(elapsedFrames()) / m_file->format().sampleRate : 0;
 }
 
-bool AudioPlaybackEngine::prescheduleNextIfCompatible(const QString& path) {
+std::optional<QString> AudioPlaybackEngine::scheduleSegment(double fromSeconds, bool andPlay) {
     assertOwnThread(*this);
-    return m_impl->preschedule(path);
-}
-
-std::optional<QString> AudioPlaybackEngine::adoptPrescheduledTrack() {
-    assertOwnThread(*this);
-    return m_impl->adopt();
-}
-
-void AudioPlaybackEngine::invalidatePreschedule() {
-    assertOwnThread(*this);
-    m_impl->invalidatePreschedule();
-}
-
-void AudioPlaybackEngine::handleConfigurationChange() {
-    assertOwnThread(*this);
-    m_impl->handleConfigurationChange();
-}
-
-std::optional<QString> AudioPlaybackEngine::setOutputDevice(std::optional<std::uint32_t> id) {
-    assertOwnThread(*this);
-    return m_impl->setOutputDevice(id);
+    return schedule(frameAt(fromSeconds), andPlay);
 }
 
 void AudioPlaybackEngine::setEQ(bool enabled, const std::vector<double>& gains, double preamp) {
     assertOwnThread(*this);
-    m_impl->setEQ(enabled, gains, preamp);
+    m_settings.setEQ(enabled, gains, preamp);
 }
 
 void AudioPlaybackEngine::setTrackGain(double dB) {
     assertOwnThread(*this);
-    m_impl->m_trackGain = dB;
-    m_impl->applyGain();
+    m_settings.setTrackGain(dB);
 }
 
 void AudioPlaybackEngine::setVolume(double volume) {
     assertOwnThread(*this);
-    m_impl->m_volume = volume;
-    m_impl->applyGain();
+    m_settings.setVolume(volume);
 }
 
 SpectrumModel& AudioPlaybackEngine::spectrum() {
     assertOwnThread(*this);
-    return m_impl->m_spectrum;
+    return m_spectrum;
 }
 
 } // namespace halvane

@@ -10,6 +10,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
+#include <pthread.h>
 #include <thread>
 
 namespace halvane {
@@ -95,6 +96,7 @@ void SpectrumTap::Impl::beginStream(const StreamFormat& format) {
 }
 
 void SpectrumTap::Impl::run() {
+    pthread_setname_np(pthread_self(), "halvane-tap");
     // A little more than the interval, so that no result is refused for coming early.
     constexpr auto period = std::chrono::microseconds(33'400);
     std::unique_lock lock(m_mutex);

@@ -3,6 +3,7 @@
 
 #include "audio/playback_engine.h"
 #include "support/audio_material.h"
+#include "support/child_process.h"
 #include "support/manual_clock.h"
 #include "support/offline_output.h"
 
@@ -31,6 +32,16 @@ inline std::int32_t frameOf(float sample) {
     return std::int32_t(std::lround(double(sample) * 8'388'608));
 }
 
+/// Pre-schedules a file and tells whether it follows.
+inline bool preschedule(AudioPlaybackEngine& engine, const QString& path) {
+    std::optional<bool> queued;
+    const QObject receiver;
+    QObject::connect(&engine, &AudioPlaybackEngine::prescheduleSettled, &receiver,
+                     [&](bool can) { queued = can; });
+    return engine.prescheduleNextIfCompatible(path) &&
+           waitFor([&] { return queued.has_value(); }) && *queued;
+}
+
 /// An engine at full volume on an output that is pulled by hand and a clock that is moved by hand.
 class EngineTest : public testing::Test {
   protected:
@@ -56,6 +67,8 @@ class EngineTest : public testing::Test {
         ASSERT_EQ(engine.load(path), std::nullopt);
         ASSERT_EQ(engine.scheduleSegment(fromSeconds, true), std::nullopt);
     }
+
+    bool preschedule(const QString& path) { return test::preschedule(engine, path); }
 
     /// Runs what has been posted to the main thread.
     static void settle() { QCoreApplication::processEvents(); }

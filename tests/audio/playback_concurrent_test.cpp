@@ -151,8 +151,11 @@ TEST(PlaybackConcurrent, ThePositionIsThatOfTheSampleBeingHeard) {
             engine.setEQ(true, {}, 0); // flat
             break;
         case 4:
-            if (engine.prescheduleNextIfCompatible(path))
-                engine.invalidatePreschedule();
+            if (random() % 2 == 0)
+                preschedule(engine, path);
+            else // dropped while it is being opened
+                engine.prescheduleNextIfCompatible(path);
+            engine.invalidatePreschedule();
             break;
         default:
             ASSERT_EQ(engine.resume(), std::nullopt);

@@ -29,7 +29,7 @@ class PlaybackFaults : public EngineTest {
 
 TEST_F(PlaybackFaults, GoesOnFromThePositionHeardWhenTheStreamMustBeMadeAnew) {
     playInto();
-    ASSERT_TRUE(engine.prescheduleNextIfCompatible(wave(numbered(1000))));
+    ASSERT_TRUE(preschedule(wave(numbered(1000))));
     output.changeConfiguration();
     EXPECT_EQ(rebuilds, 1);
     EXPECT_EQ(output.opens, 2);
@@ -83,7 +83,7 @@ TEST_F(PlaybackFaults, SaysThatPlaybackCouldNotBeTakenUpAgain) {
 
 TEST_F(PlaybackFaults, MovesToAnotherDevice) {
     playInto();
-    ASSERT_TRUE(engine.prescheduleNextIfCompatible(wave(numbered(1000))));
+    ASSERT_TRUE(preschedule(wave(numbered(1000))));
     EXPECT_EQ(engine.setOutputDevice(7), std::nullopt);
     EXPECT_EQ(rebuilds, 0) << "from inside the operation";
     settle();

@@ -23,7 +23,7 @@ class Gapless : public EngineTest {
         std::size_t next = 1;
         const int before = trackEnds;
         for (int guard = 0; engine.isPlaying() && guard < 1000; ++guard) {
-            if (next < paths.size() && engine.prescheduleNextIfCompatible(paths[next]))
+            if (next < paths.size() && preschedule(paths[next]))
                 ++next;
             listen(3000);
         }
@@ -96,8 +96,8 @@ TEST_F(Gapless, CountsThePositionAnewInTheAdoptedFile) {
     play(wave(numbered(20'000)), 5000 / 44'100.0);
     const auto next = wave(numbered(30'000, 44'100, 2, 100'001));
     EXPECT_EQ(engine.adoptPrescheduledTrack(), std::nullopt);
-    ASSERT_TRUE(engine.prescheduleNextIfCompatible(next));
-    EXPECT_FALSE(engine.prescheduleNextIfCompatible(next)) << "one is waiting already";
+    ASSERT_TRUE(preschedule(next));
+    EXPECT_FALSE(preschedule(next)) << "one is waiting already";
     listen(15'000 - 10);
     EXPECT_EQ(elapsedFrames(), 20'000 - 10);
     listen(500);
@@ -118,21 +118,42 @@ TEST_F(Gapless, CountsThePositionAnewInTheAdoptedFile) {
 
 TEST_F(Gapless, RefusesWhatCannotFollow) {
     const auto same = wave(numbered(1000));
-    EXPECT_FALSE(engine.prescheduleNextIfCompatible(same)) << "nothing is loaded";
+    EXPECT_FALSE(preschedule(same)) << "nothing is loaded";
     ASSERT_EQ(engine.load(wave(numbered(20'000))), std::nullopt);
-    EXPECT_FALSE(engine.prescheduleNextIfCompatible(same)) << "nothing is scheduled";
+    EXPECT_FALSE(preschedule(same)) << "nothing is scheduled";
     ASSERT_EQ(engine.scheduleSegment(0, true), std::nullopt);
-    EXPECT_FALSE(engine.prescheduleNextIfCompatible(wave(numbered(1000, 48'000))));
-    EXPECT_FALSE(engine.prescheduleNextIfCompatible(wave(numbered(1000, 44'100, 1))));
-    EXPECT_FALSE(engine.prescheduleNextIfCompatible(u"/no/such.flac"_s));
-    EXPECT_TRUE(engine.prescheduleNextIfCompatible(same));
+    EXPECT_FALSE(preschedule(wave(numbered(1000, 48'000))));
+    EXPECT_FALSE(preschedule(wave(numbered(1000, 44'100, 1))));
+    EXPECT_FALSE(preschedule(u"/no/such.flac"_s));
+    EXPECT_TRUE(preschedule(same));
+}
+
+TEST_F(Gapless, OpensNothingTwice) {
+    // What has been opened to follow needs no disk any more, whether it can follow or not.
+    for (const auto& [sampleRate, follows] : {std::pair{48'000, false}, std::pair{44'100, true}}) {
+        play(wave(numbered(200'000)));
+        const auto next = wave(numbered(3000, sampleRate));
+        EXPECT_EQ(preschedule(next), follows);
+        ASSERT_TRUE(QFile::remove(next));
+        play(next);
+        output.clearRecording();
+        output.play(1000);
+        EXPECT_EQ(frameOf(output.recording().back()), 1000);
+        // What is dropped while it is being opened never comes.
+        const auto dropped = wave(numbered(1000, sampleRate));
+        EXPECT_TRUE(engine.prescheduleNextIfCompatible(dropped));
+        ASSERT_EQ(engine.scheduleSegment(0, true), std::nullopt);
+        EXPECT_TRUE(preschedule(wave(numbered(1000, sampleRate))));
+        engine.unload();
+        EXPECT_EQ(engine.adoptPrescheduledTrack(), std::nullopt);
+    }
 }
 
 TEST_F(Gapless, DropsTheNextFileOnASeekAndWhenAsked) {
     const auto next = wave(numbered(1000, 44'100, 2, 500'000));
     // A long file: the next one has not been decoded, and nothing is heard of its going.
     play(wave(numbered(300'000)));
-    ASSERT_TRUE(engine.prescheduleNextIfCompatible(next));
+    ASSERT_TRUE(preschedule(next));
     output.play(1000);
     engine.invalidatePreschedule();
     EXPECT_EQ(output.flushes, 0);
@@ -142,10 +163,10 @@ TEST_F(Gapless, DropsTheNextFileOnASeekAndWhenAsked) {
     EXPECT_EQ(engine.adoptPrescheduledTrack(), std::nullopt);
 
     // Near the end it has, and has to be taken out of what is queued.
-    ASSERT_TRUE(engine.prescheduleNextIfCompatible(next));
+    ASSERT_TRUE(preschedule(next));
     ASSERT_EQ(engine.scheduleSegment(299'000 / 44'100.0, true), std::nullopt);
     EXPECT_EQ(engine.adoptPrescheduledTrack(), std::nullopt);
-    ASSERT_TRUE(engine.prescheduleNextIfCompatible(next));
+    ASSERT_TRUE(preschedule(next));
     output.play(500); // the decoder has long run through both
     engine.invalidatePreschedule();
     EXPECT_TRUE(engine.isPlaying());
@@ -158,7 +179,7 @@ TEST_F(Gapless, DropsTheNextFileOnASeekAndWhenAsked) {
     EXPECT_EQ(adopted, QStringList{QString()});
 
     ASSERT_EQ(engine.scheduleSegment(1, false), std::nullopt);
-    ASSERT_TRUE(engine.prescheduleNextIfCompatible(next));
+    ASSERT_TRUE(preschedule(next));
     engine.invalidatePreschedule();
     EXPECT_FALSE(engine.isPlaying());
 }
@@ -168,7 +189,7 @@ TEST_F(Gapless, GoesOnBehindAFileThatIsCutShort) {
     const auto cut = wave(numbered(400'000));
     const auto next = wave(numbered(2000, 44'100, 2, 500'000));
     play(cut);
-    ASSERT_TRUE(engine.prescheduleNextIfCompatible(next));
+    ASSERT_TRUE(preschedule(next));
     output.play(1000);
     ASSERT_TRUE(QFile::resize(cut, 44 + 300'000 * 6));
     listen(299'500);

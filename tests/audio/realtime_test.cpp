@@ -60,7 +60,7 @@ TEST_F(RealTime, TheAudioCallbackNeverAllocatesLocksOrCallsTheSystem) {
     engine.spectrum().beginWatching();
     for (const int channels : {1, 2, 8}) {
         play(wave(music(60'000, 44'100, channels)));
-        ASSERT_TRUE(engine.prescheduleNextIfCompatible(wave(music(5'000, 44'100, channels))));
+        ASSERT_TRUE(preschedule(wave(music(5'000, 44'100, channels))));
         output.pull(3000);
         engine.setEQ(true, {12, -12, 3, 0, 0, 1, 2, 3, 4, 5}, -3);
         engine.setVolume(0.5);
