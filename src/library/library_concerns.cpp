@@ -333,6 +333,7 @@ void LibraryConcerns::installEngineCallbacks() {
     // The engine is a part of this object and calls nobody once it is gone.
     engine.onTrackEnd = [this] { transport.trackEnded(); };
     engine.onGraphRebuilt = [this] { transport.attemptGaplessPreschedule(); };
+    engine.onPauseRequested = [this](bool pause) { transport.pauseRequested(pause); };
     engine.onPlaybackInterrupted = [this](const QString& reason) { transport.interrupted(reason); };
 }
 

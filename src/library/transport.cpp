@@ -86,6 +86,7 @@ void Transport::setRepeatMode(PlaybackRepeatMode mode) {
 }
 
 void Transport::setPlaying(bool playing) {
+    m_isPausedOnRequest = false;
     if (m_isPlaying == playing)
         return;
     m_isPlaying = playing;
@@ -407,6 +408,14 @@ void Transport::trackEnded() {
         return advanceUIForGaplessTrack(*path);
     setPlaying(false);
     playNext(false);
+}
+
+void Transport::pauseRequested(bool pause) {
+    assertOwnThread(*this);
+    if (pause ? !m_isPlaying : !m_isPausedOnRequest)
+        return;
+    togglePlayback();
+    m_isPausedOnRequest = pause;
 }
 
 void Transport::interrupted(const QString& reason) {

@@ -89,6 +89,8 @@ class Transport : public QObject {
     // What the engine reports.
     void trackEnded();
     void interrupted(const QString& reason);
+    /// Pauses for a call, say, and goes on after it, unless the user did something meanwhile.
+    void pauseRequested(bool pause);
 
   Q_SIGNALS:
     void isPlayingChanged();
@@ -119,6 +121,7 @@ class Transport : public QObject {
     TransportCollaborators m_with;
     PlayMode m_mode;
     bool m_isPlaying = false;
+    bool m_isPausedOnRequest = false;
     double m_volume = 0.72;
     QSet<QUuid> m_shufflePlayedIDs;
     bool m_currentPlaybackIsUserInitiated = false;

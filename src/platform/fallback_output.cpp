@@ -25,11 +25,16 @@ FallbackOutput::FallbackOutput(SoundOutput& server, std::function<bool()> server
         if (onDeviceSampleRateChange)
             onDeviceSampleRateChange();
     };
+    m_server.onPauseRequest = [this](bool pause) {
+        if (onPauseRequest)
+            onPauseRequest(pause);
+    };
 }
 
 FallbackOutput::~FallbackOutput() {
     m_server.onConfigurationChange = nullptr;
     m_server.onDeviceSampleRateChange = nullptr;
+    m_server.onPauseRequest = nullptr;
 }
 
 void FallbackOutput::serverCameOrWent() {

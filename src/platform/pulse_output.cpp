@@ -64,7 +64,14 @@ PulseStream::Events PulseOutput::events() {
             Qt::QueuedConnection);
     };
     return {[this, post](int error) { post([this, error] { streamFailed(error); }); },
-            [this, post](std::uint32_t sink) { post([this, sink] { streamPlaced(sink); }); }};
+            [this, post](std::uint32_t sink) { post([this, sink] { streamPlaced(sink); }); },
+            [this, post](bool silence) {
+                post([this, silence] {
+                    if (onPauseRequest)
+                        onPauseRequest(silence);
+                });
+            },
+            [this, post] { post([this] { streamRanDry(); }); }};
 }
 
 void PulseOutput::close() {
@@ -114,6 +121,11 @@ void PulseOutput::streamFailed(int error) {
 void PulseOutput::streamPlaced(std::uint32_t sink) {
     m_streamSink = sink;
     checkSampleRate();
+}
+
+void PulseOutput::streamRanDry() {
+    ++m_holes;
+    qCWarning(libraryLog, "the sound came too late for the server: hole %d", m_holes);
 }
 
 int PulseOutput::deviceSampleRate() const {

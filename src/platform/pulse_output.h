@@ -32,11 +32,14 @@ class PulseOutput final : public QObject, public SoundOutput {
     std::int64_t framesHeard() const override { return m_heard.heard(m_clock.now()); }
     int deviceSampleRate() const override;
     std::optional<QString> setDevice(std::optional<std::uint32_t> id) override;
+    /// How often the server has run out of sound so far, because the machine was too busy.
+    int holes() const { return m_holes; }
 
   private:
     PulseStream::Events events();
     void streamFailed(int error);
     void streamPlaced(std::uint32_t sink);
+    void streamRanDry();
     void checkSampleRate();
 
     PulseServer& m_server;
@@ -48,8 +51,9 @@ class PulseOutput final : public QObject, public SoundOutput {
     bool m_lost = false;
     bool m_running = false;
     std::optional<std::uint32_t> m_streamSink; ///< where the stream plays, once it is known
-    QString m_chosenSink;           ///< a name, which outlives the server; empty for none
-    int m_sampleRate = 0;           ///< the device's, as last reported
+    QString m_chosenSink; ///< a name, which outlives the server; empty for none
+    int m_sampleRate = 0; ///< the device's, as last reported
+    int m_holes = 0;
     std::vector<double> m_failures; ///< when streams were lost lately
     QString m_lastFailure;
 };

@@ -13,6 +13,7 @@
 #include <pulse/thread-mainloop.h>
 
 #include <algorithm>
+#include <string_view>
 
 namespace halvane {
 
@@ -89,6 +90,7 @@ bool PulseStream::connect(const StreamFormat& format, const QString& sink) {
         m_stream,
         [](pa_stream*, void* data) {
             self(data)->m_heard.runDry();
+            self(data)->m_events.ranDry();
             self(data)->soonAgain();
         },
         this);
@@ -99,6 +101,15 @@ bool PulseStream::connect(const StreamFormat& format, const QString& sink) {
         [](pa_stream* stream, void* data) {
             self(data)->m_events.placed(pa_stream_get_device_index(stream));
             self(data)->soonAgain();
+        },
+        this);
+
+    pa_stream_set_event_callback(
+        m_stream,
+        [](pa_stream*, const char* name, pa_proplist*, void* data) {
+            const std::string_view event(name);
+            if (event == PA_STREAM_EVENT_REQUEST_CORK || event == PA_STREAM_EVENT_REQUEST_UNCORK)
+                self(data)->m_events.asked(event == PA_STREAM_EVENT_REQUEST_CORK);
         },
         this);
 
@@ -140,6 +151,7 @@ PulseStream::~PulseStream() {
     pa_stream_set_underflow_callback(m_stream, nullptr, nullptr);
     pa_stream_set_suspended_callback(m_stream, nullptr, nullptr);
     pa_stream_set_moved_callback(m_stream, nullptr, nullptr);
+    pa_stream_set_event_callback(m_stream, nullptr, nullptr);
     pa_stream_disconnect(m_stream);
     pa_stream_unref(m_stream);
 }

@@ -24,6 +24,8 @@ class PulseStream {
     struct Events {
         std::function<void(int error)> failed;          ///< libpulse's code; nothing more comes
         std::function<void(std::uint32_t sink)> placed; ///< made on, or moved to, this sink
+        std::function<void(bool silence)> asked; ///< to be silent for another's sake, or no longer
+        std::function<void()> ranDry;            ///< the sound has a hole: it came too late
     };
     struct Result {
         std::unique_ptr<PulseStream> stream;

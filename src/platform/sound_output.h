@@ -76,6 +76,9 @@ class SoundOutput {
     std::function<void()> onConfigurationChange;
     /// Called on the main thread when deviceSampleRate has another value; the stream plays on.
     std::function<void()> onDeviceSampleRateChange;
+    /// Called on the main thread when the system wants this stream to be silent (true: a call has
+    /// begun, say) and when it no longer does (false). The stream itself plays on.
+    std::function<void(bool pause)> onPauseRequest;
 };
 
 } // namespace halvane

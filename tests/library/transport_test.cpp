@@ -293,6 +293,28 @@ TEST_F(TransportTest, VolumeIsClamped) {
     EXPECT_EQ(transport.volume(), 0);
 }
 
+TEST_F(TransportTest, PausesForACallAndGoesOnUnlessTheUserDid) {
+    queueOf("ab");
+    transport.pauseRequested(true); // nothing plays
+    transport.pauseRequested(false);
+    EXPECT_FALSE(transport.isPlaying());
+    play(0);
+    transport.pauseRequested(true);
+    EXPECT_FALSE(engine.playing);
+    transport.pauseRequested(false);
+    EXPECT_TRUE(engine.playing);
+    transport.pauseRequested(true);
+    transport.togglePlayback(); // the user plays all the same
+    transport.togglePlayback();
+    transport.pauseRequested(false);
+    EXPECT_FALSE(engine.playing);
+    transport.togglePlayback();
+    transport.pauseRequested(true);
+    transport.stopPlayer(true);
+    transport.pauseRequested(false);
+    EXPECT_FALSE(engine.playing);
+}
+
 TEST_F(TransportTest, InterruptionKeepsTheQueueAndSaysWhy) {
     queueOf("ab");
     play(0);

@@ -5,7 +5,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLocalSocket>
-#include <QStandardPaths>
 
 #include <gtest/gtest.h>
 
@@ -21,10 +20,6 @@ bool answers(const QString& socket) {
     QLocalSocket probe;
     probe.connectToServer(socket);
     return probe.waitForConnected(100);
-}
-
-bool isInstalled(const QString& program) {
-    return !QStandardPaths::findExecutable(program).isEmpty();
 }
 
 } // namespace
@@ -168,53 +163,46 @@ std::uint32_t PrivatePulse::loadInputOnly(const QString& name, const QString& de
                  u"description='%1'"_s.arg(description)});
 }
 
-std::unique_ptr<PrivatePipeWire> PrivatePipeWire::create() {
-    for (const auto& program :
-         {u"dbus-daemon"_s, u"pipewire"_s, u"wireplumber"_s, u"pipewire-pulse"_s}) {
-        if (!isInstalled(program)) {
-            qInfo("PipeWire is left out: %s is not installed", qPrintable(program));
-            return nullptr;
-        }
-    }
-    std::unique_ptr<PrivatePipeWire> server(new PrivatePipeWire);
-    if (server->launch())
-        return server;
-    qInfo("PipeWire is left out: its pulse server does not answer here");
-    return nullptr;
-}
-
 QProcessEnvironment PrivatePipeWire::sessionEnvironment() const {
     auto session = environment();
     session.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path="_s + path(u"bus"_s));
     return session;
 }
 
-bool PrivatePipeWire::launch() {
+std::unique_ptr<ChildProcess> PrivatePulse::call() {
+    return std::make_unique<ChildProcess>(u"pacat"_s,
+                                          QStringList{u"--server="_s + address(),
+                                                      u"--property=media.role=phone"_s, u"--raw"_s,
+                                                      u"/dev/zero"_s},
+                                          environment(), path(u"call.log"_s));
+}
+
+void PrivatePipeWire::start() {
+    const auto run = [this](const QString& program, const QString& socket) {
+        auto process = std::make_unique<ChildProcess>(program, QStringList{}, sessionEnvironment(),
+                                                      path(program + u".log"_s));
+        EXPECT_TRUE(waitFor([&] { return answers(path(socket)); })) << qPrintable(program);
+        return process;
+    };
     m_bus = std::make_unique<ChildProcess>(
         u"dbus-daemon"_s,
         QStringList{u"--session"_s, u"--nofork"_s, u"--address=unix:path="_s + path(u"bus"_s)},
         environment(), path(u"bus.log"_s));
-    const auto run = [this](const QString& program) {
-        return std::make_unique<ChildProcess>(program, QStringList{}, sessionEnvironment(),
-                                              path(program + u".log"_s));
-    };
-    if (!waitFor([this] { return answers(path(u"bus"_s)); }, 5'000))
-        return false;
-    m_core = run(u"pipewire"_s);
-    if (!waitFor([this] { return answers(path(u"pipewire-0"_s)); }, 5'000))
-        return false;
-    m_session = run(u"wireplumber"_s);
-    m_pulse = run(u"pipewire-pulse"_s);
-    if (!waitFor([this] { return answers(path(u"native"_s)); }, 5'000))
-        return false;
+    ASSERT_TRUE(waitFor([this] { return answers(path(u"bus"_s)); }));
+    m_core = run(u"pipewire"_s, u"pipewire-0"_s);
+    m_session = run(u"wireplumber"_s, u"pipewire-0"_s);
+    m_pulse = run(u"pipewire-pulse"_s, u"native"_s);
     for (const int rate : {44100, 48000, 96000})
         loadNullSink(u"null%1"_s.arg(rate), rate, u"Null %1"_s.arg(rate));
     setDefaultSink(u"null44100"_s);
-    return !testing::Test::HasFailure();
 }
 
-void PrivatePipeWire::start() {
-    ASSERT_TRUE(launch()) << "PipeWire does not start again";
+void PrivatePipeWire::forceRate(int sampleRate) {
+    QProcess set;
+    set.setProcessEnvironment(sessionEnvironment());
+    set.start(u"pw-metadata"_s,
+              {u"-n"_s, u"settings"_s, u"0"_s, u"clock.force-rate"_s, QString::number(sampleRate)});
+    EXPECT_TRUE(set.waitForFinished(10'000) && set.exitCode() == 0);
 }
 
 void PrivatePipeWire::kill() {

@@ -86,7 +86,10 @@ class PrivatePulse final : public PrivateSoundServer {
     void freeze() override { m_server->freeze(); }
     void thaw() override { m_server->thaw(); }
     std::uint32_t loadInputOnly(const QString& name, const QString& description) override;
-    qint64 pid() const { return m_server->pid(); }
+    /// Has the server silence music while somebody calls.
+    void loadRoleCork() { load({QStringLiteral("module-role-cork")}); }
+    /// Somebody who calls, as long as it lives.
+    std::unique_ptr<ChildProcess> call();
 
   private:
     std::unique_ptr<ChildProcess> m_server;
@@ -95,8 +98,7 @@ class PrivatePulse final : public PrivateSoundServer {
 /// PipeWire's pulse server with the same three null sinks.
 class PrivatePipeWire final : public PrivateSoundServer {
   public:
-    /// None where it can't be started; the reason is then printed.
-    static std::unique_ptr<PrivatePipeWire> create();
+    PrivatePipeWire() { start(); }
 
     void start() override;
     void kill() override;
@@ -104,10 +106,11 @@ class PrivatePipeWire final : public PrivateSoundServer {
     void thaw() override { m_pulse->thaw(); }
     std::uint32_t loadInputOnly(const QString& name, const QString& description) override;
 
+    /// Has everything run at another rate, also what is playing.
+    void forceRate(int sampleRate);
+
   private:
-    PrivatePipeWire() = default;
     QProcessEnvironment sessionEnvironment() const;
-    bool launch();
 
     // In the order they are started.
     std::unique_ptr<ChildProcess> m_bus;
