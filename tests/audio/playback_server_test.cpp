@@ -6,8 +6,6 @@
 #include "support/audio_material.h"
 #include "support/private_pulse.h"
 
-#include <QTemporaryDir>
-
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -17,37 +15,49 @@ namespace halvane::test {
 using namespace Qt::StringLiterals;
 
 /// The whole engine with a real file on a real server; what a sink plays is recorded.
-class PlaybackServerTest : public testing::Test {
+class OnServer : public testing::Test {
   protected:
     static constexpr int rate = 44'100;
 
-    PlaybackServerTest() {
+    /// Connects to the server and makes the file; before anything else.
+    void use(PrivateSoundServer& server) {
+        m_server = &server;
         Pcm pcm{rate, 2, 24, {}};
         for (std::int32_t frame = 1; frame <= 60 * rate; ++frame)
             pcm.samples.insert(pcm.samples.end(), 2, frame);
         path = folder.filePath(u"numbered.wav"_s);
         writeWave(pcm, path);
-        engine.setVolume(1);
-        engine.onGraphRebuilt = [this] { ++rebuilds; };
-        engine.onPlaybackInterrupted = [this](const QString& reason) { interruptions << reason; };
+        sound = std::make_unique<SystemSound>(clock, server.address());
+        ASSERT_TRUE(waitFor([&] { return sound->server().isReady(); }));
+        engine = std::make_unique<AudioPlaybackEngine>(sound->output(), clock);
+        engine->setVolume(1);
+        engine->onGraphRebuilt = [this] { ++rebuilds; };
+        engine->onPlaybackInterrupted = [this](const QString& why) { interruptions << why; };
     }
     void play() {
-        ASSERT_FALSE(engine.load(path));
-        ASSERT_FALSE(engine.scheduleSegment(0, true));
+        ASSERT_FALSE(engine->load(path));
+        ASSERT_FALSE(engine->scheduleSegment(0, true));
         hear(1);
     }
     void hear(double seconds) {
-        const double goal = engine.elapsedSeconds() + seconds;
-        ASSERT_TRUE(waitFor([&] { return engine.elapsedSeconds() >= goal; }))
-            << engine.elapsedSeconds() << " of " << goal;
+        const double goal = engine->elapsedSeconds() + seconds;
+        ASSERT_TRUE(waitFor([&] { return engine->elapsedSeconds() >= goal; }))
+            << engine->elapsedSeconds() << " of " << goal;
+    }
+    std::int64_t position() const { return std::llround(engine->elapsedSeconds() * rate); }
+    std::uint32_t sinkNamed(const QString& name) {
+        EXPECT_TRUE(waitFor([&] { return sound->server().sink(name) != nullptr; }));
+        return sound->server().sink(name)->index;
+    }
+    std::unique_ptr<MonitorRecording> record(const QString& sink) {
+        return m_server->record(sink, rate);
     }
     /// The stretches heard, without the few milliseconds in which playback fades in.
     std::vector<HeardRun> runs(const MonitorRecording& recording) {
-        EXPECT_TRUE(recording.waitForFrames(rate));
         std::vector<HeardRun> whole;
         std::int64_t before = 0;
         for (const HeardRun& run : heardRuns(recording.samples(), 2)) {
-            if (run.frames < rate / 20) { // faded
+            if (run.first <= 0 || run.frames < rate / 20) { // faded
                 before += run.silenceBefore + run.frames;
                 continue;
             }
@@ -56,63 +66,132 @@ class PlaybackServerTest : public testing::Test {
         }
         return whole;
     }
+    std::vector<HeardRun> runsToTheEnd(const MonitorRecording& recording) {
+        EXPECT_TRUE(recording.waitForFrames(rate));
+        return runs(recording);
+    }
+    void restart() {
+        m_server->kill();
+        ASSERT_TRUE(waitFor([&] { return !sound->output().isOpen(); }));
+        m_server->start();
+    }
+    void playsAndSurvivesRestarts();
 
-    PrivatePulse server;
     QTemporaryDir folder;
     QString path;
     SystemClock clock;
-    SystemSound sound{clock, server.address()};
-    AudioPlaybackEngine engine{sound.output(), clock};
+    std::unique_ptr<SystemSound> sound;
+    std::unique_ptr<AudioPlaybackEngine> engine;
     int rebuilds = 0;
     QStringList interruptions;
+
+  private:
+    PrivateSoundServer* m_server = nullptr;
 };
 
-TEST_F(PlaybackServerTest, goesOnFromTheHeardPositionAfterTheServerIsRestarted) {
-    auto recording = server.record(u"null44100"_s, rate);
+void OnServer::playsAndSurvivesRestarts() {
+    auto recording = record(u"null44100"_s);
     play();
-    server.kill();
-    ASSERT_TRUE(waitFor([&] { return !sound.output().isOpen(); }));
-    const auto lost = std::llround(engine.elapsedSeconds() * rate);
-    EXPECT_TRUE(engine.isPlaying());
-    server.start();
+    EXPECT_EQ(engine->outputSampleRate(), rate);
+
+    // In the middle of the sound: it goes on by itself.
+    restart();
     const double back = clock.now();
+    const auto lost = position();
+    const auto before = runs(*recording);
+    EXPECT_TRUE(engine->isPlaying());
     ASSERT_TRUE(waitFor([&] { return rebuilds > 0; }));
-    const double rebuilt = clock.now();
-    const auto from = std::llround(engine.elapsedSeconds() * rate);
-    recording = server.record(u"null44100"_s, rate);
-    hear(2);
-    engine.pause();
-    const auto heard = runs(*recording);
-    ASSERT_EQ(heard.size(), 1U) << "no gap once it plays";
-    EXPECT_LT(rebuilt - back, 1);
-    EXPECT_NEAR(double(from), double(lost), 0.02 * rate);
+    const double silence = clock.now() - back;
+    EXPECT_LT(silence, 1);
+    EXPECT_NEAR(double(position()), double(lost), 0.02 * rate);
+    recording = record(u"null44100"_s);
+    hear(1.5);
+    engine->pause();
+    const auto after = runsToTheEnd(*recording);
+    ASSERT_EQ(before.size(), 1U) << "a gap";
+    ASSERT_EQ(after.size(), 1U) << "a gap once it plays";
+
+    // While it is paused, so that the recorder hears where it goes on.
+    const auto paused = position();
+    restart();
+    recording = record(u"null44100"_s);
+    ASSERT_TRUE(waitFor([&] { return !engine->resume(); }));
+    hear(1);
+    engine->pause();
+    const auto resumed = runsToTheEnd(*recording);
+    ASSERT_EQ(resumed.size(), 1U);
+    const auto wanted = paused + 1 + rate / 200; // behind the fade
+    EXPECT_NEAR(double(resumed[0].first), double(wanted), 0.002 * rate);
+    EXPECT_NEAR(double(resumed[0].last()), double(position()), 0.1 * rate);
     EXPECT_TRUE(interruptions.isEmpty());
-    std::printf("back after %.0f ms at frame %lld, lost at %lld; largest gap afterwards 0\n",
-                (rebuilt - back) * 1000, static_cast<long long>(from),
-                static_cast<long long>(lost));
+    std::printf("back after %.0f ms; largest gap once it plays 0; %lld frames off the position\n",
+                silence * 1000, static_cast<long long>(resumed[0].first - wanted));
 }
 
-TEST_F(PlaybackServerTest, switchesDevicesWithAShortSilence) {
-    // Both ways, so that the recorder of one sink sees the sound leave and come back.
-    const auto recording = server.record(u"null44100"_s, rate);
+class OnPulseAudio : public OnServer {
+  protected:
+    OnPulseAudio() { use(server); }
+    PrivatePulse server;
+};
+
+TEST_F(OnPulseAudio, GoesOnFromTheHeardPositionAfterRestarts) {
+    playsAndSurvivesRestarts();
+}
+
+class OnPipeWire : public OnServer {
+  protected:
+    OnPipeWire() { use(server); }
+    PrivatePipeWire server;
+};
+
+TEST_F(OnPipeWire, GoesOnFromTheHeardPositionAfterRestarts) {
+    playsAndSurvivesRestarts();
+}
+
+TEST_F(OnPipeWire, PlaysOnThroughChangesOfTheSinksRate) {
+    const auto recording = record(u"null44100"_s);
     play();
-    const auto other = sound.server().sink(u"null48000"_s)->index;
-    const auto home = sound.server().sink(u"null44100"_s)->index;
-    const double before = engine.elapsedSeconds();
-    ASSERT_FALSE(engine.setOutputDevice(home)); // a whole switch: a new stream from the position
-    EXPECT_NEAR(engine.elapsedSeconds(), before, 0.02);
+    for (const int forced : {96'000, 48'000}) {
+        server.forceRate(forced);
+        hear(0.7);
+    }
+    engine->pause();
+    EXPECT_TRUE(interruptions.isEmpty());
+    // This server drops one of its own blocks while it changes.
+    const auto heard = runsToTheEnd(*recording);
+    ASSERT_FALSE(heard.empty());
+    for (std::size_t i = 1; i < heard.size(); ++i) {
+        const auto left = heard[i].first - heard[i - 1].last() - 1;
+        EXPECT_LT(heard[i].silenceBefore, 0.1 * rate);
+        EXPECT_GT(left, 0) << "heard twice";
+        EXPECT_LT(left, 0.1 * rate);
+        std::printf("a sink that changes its rate: %.0f ms of silence, %.0f ms left out\n",
+                    double(heard[i].silenceBefore) * 1000 / rate, double(left) * 1000 / rate);
+    }
+    EXPECT_NEAR(double(heard.back().last()), double(position()), 0.1 * rate);
+}
+
+TEST_F(OnPulseAudio, SwitchesDevicesWithAShortSilence) {
+    // Both ways, so that the recorder of one sink sees the sound leave and come back.
+    const auto recording = record(u"null44100"_s);
+    play();
+    const auto other = sinkNamed(u"null48000"_s);
+    const auto home = sinkNamed(u"null44100"_s);
+    const double before = engine->elapsedSeconds();
+    ASSERT_FALSE(engine->setOutputDevice(home)); // a whole switch: a new stream from the position
+    EXPECT_NEAR(engine->elapsedSeconds(), before, 0.02);
     hear(1);
     int rateChanges = 0;
-    QObject::connect(&engine, &AudioPlaybackEngine::outputSampleRateChanged,
+    QObject::connect(engine.get(), &AudioPlaybackEngine::outputSampleRateChanged,
                      [&] { ++rateChanges; });
-    ASSERT_FALSE(engine.setOutputDevice(other));
+    ASSERT_FALSE(engine->setOutputDevice(other));
     hear(0.5);
-    EXPECT_TRUE(waitFor([&] { return engine.outputSampleRate() == 48'000; }));
+    EXPECT_TRUE(waitFor([&] { return engine->outputSampleRate() == 48'000; }));
     EXPECT_EQ(rateChanges, 1);
-    ASSERT_FALSE(engine.setOutputDevice(home));
+    ASSERT_FALSE(engine->setOutputDevice(home));
     hear(1);
-    engine.pause();
-    const auto heard = runs(*recording);
+    engine->pause();
+    const auto heard = runsToTheEnd(*recording);
     ASSERT_EQ(heard.size(), 3U);
     // The sink plays out its block after the old stream has ended, and the new one begins at the
     // position that had been heard.
@@ -124,17 +203,32 @@ TEST_F(PlaybackServerTest, switchesDevicesWithAShortSilence) {
                 double(heard[0].last() + 1 - heard[1].first) * 1000 / rate);
 }
 
-TEST_F(PlaybackServerTest, aSinkThatGoesAwayChangesNothingForTheListener) {
-    const auto module = server.loadNullSink(u"dac"_s, 48'000, u"DAC"_s);
-    ASSERT_TRUE(waitFor([&] { return sound.server().sink(u"dac"_s) != nullptr; }));
-    ASSERT_FALSE(engine.setOutputDevice(sound.server().sink(u"dac"_s)->index));
+TEST_F(OnPulseAudio, ASinkThatGoesAwayAndComesBackAtAnotherRate) {
+    const auto module = server.loadNullSink(u"dac"_s, rate, u"DAC"_s);
+    ASSERT_FALSE(engine->setOutputDevice(sinkNamed(u"dac"_s)));
+    const auto onDevice = record(u"dac"_s);
+    const auto onDefault = record(u"null44100"_s);
     play();
-    const double before = engine.elapsedSeconds();
     server.unload(module);
     hear(1);
-    EXPECT_LT(engine.elapsedSeconds(), before + 10);
-    EXPECT_TRUE(engine.isPlaying());
+    EXPECT_TRUE(waitFor([&] { return engine->outputSampleRate() == rate; }));
+    const auto left = runs(*onDevice); // whose recorder is moved to the default's monitor, too
+    ASSERT_FALSE(left.empty());
+
+    server.loadNullSink(u"dac"_s, 96'000, u"DAC"_s); // as a profile change does
+    const auto back = position();
+    ASSERT_FALSE(engine->setOutputDevice(sinkNamed(u"dac"_s)));
+    EXPECT_TRUE(waitFor([&] { return engine->outputSampleRate() == 96'000; }));
+    EXPECT_NEAR(double(position()), double(back), 0.3 * rate);
+    hear(0.5);
+    EXPECT_TRUE(engine->isPlaying());
     EXPECT_TRUE(interruptions.isEmpty());
+    const auto went = runs(*onDefault);
+    ASSERT_EQ(went.size(), 1U) << "a gap";
+    EXPECT_NEAR(double(went[0].first), double(left[0].last() + 1), 0.3 * rate);
+    std::printf("a sink that goes away: %.0f ms of sound %s\n",
+                std::abs(double(went[0].first - 1 - left[0].last())) * 1000 / rate,
+                went[0].first > left[0].last() ? "lost" : "heard twice");
 }
 
 } // namespace halvane::test
