@@ -24,10 +24,13 @@ T.MenuBar {
             id: menu
 
             required property CommandMenu modelData
+            property bool isMade
 
             title: modelData.title
+            onAboutToShow: menu.isMade = true
 
             Instantiator {
+                active: menu.isMade
                 model: menu.modelData.items
                 delegate: CommandEntry {
                     required property Command modelData

@@ -105,12 +105,14 @@ FocusScope {
         visible: active
         focus: Library.showFullPlayer
         opacity: Library.showFullPlayer ? 1 : 0
-        sourceComponent: FullScreenPlayerView { focus: true }
+        source: "FullScreenPlayerView.qml"
+        onLoaded: (fullPlayer.item as Item).focus = true
         Behavior on opacity {
             NumberAnimation { duration: Theme.panelSlide; easing.type: Easing.InOutQuad }
         }
     }
-    LibraryMaintenanceView {
-        parent: T.Overlay.overlay
+    Deferred {
+        wanted: Library.showMaintenance
+        LibraryMaintenanceView { parent: T.Overlay.overlay }
     }
 }

@@ -13,7 +13,10 @@ PressableBase {
     tip: Strings.output
     Accessible.name: Strings.output + ": " + Library.outputDeviceName
     Accessible.description: Library.signalPathDescription
-    onClicked: menu.popup(root, 0, -menu.implicitHeight - 8)
+    onClicked: {
+        const devices = menu.made() as ContextMenu
+        devices.popup(root, 0, -devices.implicitHeight - 8)
+    }
 
     contentItem: Item {
         SymbolLabel {
@@ -66,28 +69,31 @@ PressableBase {
         FocusRing { shown: root.visualFocus }
     }
 
-    ContextMenu {
+    Deferred {
         id: menu
+        ContextMenu {
+            id: devices
 
-        MenuEntry {
-            text: Strings.systemDefaultDevice
-            checkable: true
-            checked: Library.selectedOutputDeviceName.length === 0
-            onTriggered: Library.selectSystemDefaultOutput()
-        }
-        Instantiator {
-            model: Library.availableOutputDevices
-            delegate: MenuEntry {
-                required property int deviceId
-                required property string name
-                required property bool selected
-                text: name
+            MenuEntry {
+                text: Strings.systemDefaultDevice
                 checkable: true
-                checked: selected
-                onTriggered: Library.selectOutputDevice(deviceId)
+                checked: Library.selectedOutputDeviceName.length === 0
+                onTriggered: Library.selectSystemDefaultOutput()
             }
-            onObjectAdded: (index, object) => menu.insertItem(index + 1, object as MenuEntry)
-            onObjectRemoved: (index, object) => menu.removeItem(object as MenuEntry)
+            Instantiator {
+                model: Library.availableOutputDevices
+                delegate: MenuEntry {
+                    required property int deviceId
+                    required property string name
+                    required property bool selected
+                    text: name
+                    checkable: true
+                    checked: selected
+                    onTriggered: Library.selectOutputDevice(deviceId)
+                }
+                onObjectAdded: (index, object) => devices.insertItem(index + 1, object as MenuEntry)
+                onObjectRemoved: (index, object) => devices.removeItem(object as MenuEntry)
+            }
         }
     }
 }

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Layouts
 import Halvane
@@ -80,13 +81,19 @@ Rectangle {
                 id: eqButton
                 symbol: "slider.horizontal.3"
                 tip: Strings.equalizer
-                isActive: Library.eqEnabled || eq.opened
-                onClicked: eq.opened ? eq.close() : eq.open()
+                isActive: Library.eqEnabled || ((eq.item as EQPopover)?.opened ?? false)
+                onClicked: {
+                    const popover = eq.made() as EQPopover
+                    popover.opened ? popover.close() : popover.open()
+                }
 
-                EQPopover {
+                Deferred {
                     id: eq
-                    x: eqButton.width - width + 60
-                    y: -height - 16
+                    EQPopover {
+                        parent: eqButton
+                        x: eqButton.width - width + 60
+                        y: -height - 16
+                    }
                 }
             }
             TransportButton {

@@ -7,6 +7,12 @@ import Halvane
 Column {
     id: root
 
+    function askToRename(id: var, name: string): void {
+        renamePrompt.playlistId = id
+        const prompt = renamePrompt.made() as Alert
+        prompt.ask(name)
+    }
+
     Item {
         width: parent.width
         height: 30
@@ -22,7 +28,10 @@ Column {
             tip: Strings.newPlaylist
             size: 24
             symbolSize: 18
-            onClicked: newPrompt.ask("")
+            onClicked: {
+                const prompt = newPrompt.made() as Alert
+                prompt.ask("")
+            }
         }
     }
     Repeater {
@@ -47,13 +56,14 @@ Column {
                 else if (event.key === Qt.Key_Delete)
                     Library.deletePlaylist(row.playlistId)
                 else if (event.key === Qt.Key_F2)
-                    renamePrompt.askFor(row.playlistId, row.name)
+                    root.askToRename(row.playlistId, row.name)
             }
 
             function openMenu(x: real, y: real): void {
-                menu.playlistId = row.playlistId
-                menu.name = row.name
-                menu.popup(row, x, y)
+                rowMenu.playlistId = row.playlistId
+                rowMenu.name = row.name
+                const entries = rowMenu.made() as ContextMenu
+                entries.popup(row, x, y)
             }
 
             TapHandler {
@@ -78,49 +88,50 @@ Column {
             }
         }
     }
-    ContextMenu {
-        id: menu
+    Deferred {
+        id: rowMenu
 
         property var playlistId
         property string name
 
-        MenuEntry {
-            text: Strings.playAll
-            symbol: "play.fill"
-            onTriggered: Library.playPlaylist(menu.playlistId)
-        }
-        MenuEntry {
-            text: Strings.renameCommand
-            symbol: "pencil"
-            onTriggered: renamePrompt.askFor(menu.playlistId, menu.name)
-        }
-        MenuEntry {
-            text: Strings.deleteCommand
-            symbol: "trash"
-            isDestructive: true
-            onTriggered: Library.deletePlaylist(menu.playlistId)
+        ContextMenu {
+            MenuEntry {
+                text: Strings.playAll
+                symbol: "play.fill"
+                onTriggered: Library.playPlaylist(rowMenu.playlistId)
+            }
+            MenuEntry {
+                text: Strings.renameCommand
+                symbol: "pencil"
+                onTriggered: root.askToRename(rowMenu.playlistId, rowMenu.name)
+            }
+            MenuEntry {
+                text: Strings.deleteCommand
+                symbol: "trash"
+                isDestructive: true
+                onTriggered: Library.deletePlaylist(rowMenu.playlistId)
+            }
         }
     }
-    Alert {
+    Deferred {
         id: newPrompt
-        title: Strings.newPlaylist
-        placeholder: Strings.playlistNamePlaceholder
-        acceptText: Strings.done
-        onAccepted: text => Library.createPlaylist(text)
+        Alert {
+            title: Strings.newPlaylist
+            placeholder: Strings.playlistNamePlaceholder
+            acceptText: Strings.done
+            onAccepted: text => Library.createPlaylist(text)
+        }
     }
-    Alert {
+    Deferred {
         id: renamePrompt
 
         property var playlistId
 
-        function askFor(id: var, name: string): void {
-            renamePrompt.playlistId = id
-            renamePrompt.ask(name)
+        Alert {
+            title: Strings.renameCommand
+            placeholder: Strings.playlistNamePlaceholder
+            acceptText: Strings.done
+            onAccepted: text => Library.renamePlaylist(renamePrompt.playlistId, text)
         }
-
-        title: Strings.renameCommand
-        placeholder: Strings.playlistNamePlaceholder
-        acceptText: Strings.done
-        onAccepted: text => Library.renamePlaylist(renamePrompt.playlistId, text)
     }
 }

@@ -34,6 +34,11 @@ ListView {
         root.positionViewAtIndex(cursor.index, ListView.Contain)
     }
 
+    function openMenu(row: QueueRow, x: real, y: real): void {
+        const opened = menu.made() as QueueMenu
+        opened.openFor(row, x, y)
+    }
+
     model: Library.playlist
     reuseItems: true
     cacheBuffer: 200
@@ -77,7 +82,7 @@ ListView {
         }
         onMenuAsked: (x, y) => {
             cursor.index = index
-            menu.openFor(this, x, y)
+            root.openMenu(this, x, y)
         }
         onDragStarted: root.draggedItemID = entryId
         onDragMoved: y => {
@@ -116,12 +121,14 @@ ListView {
         onMenuAsked: row => {
             const item = root.itemAtIndex(row) as QueueRow
             if (item)
-                menu.openFor(item, 40, item.height)
+                root.openMenu(item, 40, item.height)
         }
     }
-    QueueMenu {
+    Deferred {
         id: menu
-        onClosed: root.forceActiveFocus(Qt.PopupFocusReason)
+        QueueMenu {
+            onClosed: root.forceActiveFocus(Qt.PopupFocusReason) // qmllint disable unqualified
+        }
     }
     WheelScroller {
         id: scroller
