@@ -3,6 +3,8 @@
 // libraries of three sizes. HALVANE_BENCH_LIBRARY names the folder that bench/corpus made.
 #include "library/library_concerns.h"
 #include "library/settings_keys.h"
+#include "platform/desktop_cloud_files.h"
+#include "platform/sqlite_preferences.h"
 #include "support/fake_environment.h"
 
 #include <QCoreApplication>
@@ -104,14 +106,24 @@ void importLibrary(benchmark::State& state) {
     state.counters["longest_ms"] = app->longest;
 }
 
-/// A library of that many files, whose records are saved.
+/// A library of that many files, whose records are saved; its preferences and its look at the
+/// cloud are the real ones.
 struct Remembered {
-    test::FakeEnvironment outside;
+    test::FakeEnvironment fakes;
     QTemporaryDir folder;
+    SqlitePreferences preferences{folder.filePath(u"preferences.sqlite"_s), fakes.clock};
+    DesktopCloudFiles cloudFiles{folder.path()};
+    QStringList paths;
+
+    Environment outside() {
+        const Environment made = fakes;
+        return {made.clock,         preferences,         made.output,      made.devices,
+                made.mediaControls, made.notifications,  made.fileChooser, cloudFiles,
+                made.languages,     made.sleepInhibitor, made.dataFolder,  made.cacheFolder};
+    }
 
     explicit Remembered(int size) {
         std::vector<QueueItem> items;
-        QStringList paths;
         for (int i = 0; i < size; ++i) {
             const QString album = folder.filePath(u"Artist %1/Album %2"_s.arg(i / 48).arg(i / 12));
             if (i % 12 == 0)
@@ -136,8 +148,8 @@ struct Remembered {
             paths.append(path);
             items.push_back(item);
         }
-        MetadataCache(outside.folder.filePath(u"data"_s)).save(items);
-        outside.preferences.setStrings(SettingsKey::importedAudioPaths, paths);
+        MetadataCache(fakes.folder.filePath(u"data"_s)).save(items);
+        preferences.setStrings(SettingsKey::importedAudioPaths, paths);
     }
 };
 
@@ -149,7 +161,7 @@ void restoreLibrary(benchmark::State& state) {
     for (auto _ : state) {
         state.PauseTiming();
         const double before = residentMegabytes();
-        auto library = std::make_unique<LibraryConcerns>(remembered.outside);
+        auto library = std::make_unique<LibraryConcerns>(remembered.outside());
         bool isRestored = false;
         QObject::connect(&library->restoration, &Restoration::finished, library.get(),
                          [&] { isRestored = true; });
@@ -170,7 +182,7 @@ void restoreLibrary(benchmark::State& state) {
 void lookAtTheDisk(benchmark::State& state) {
     const auto size = static_cast<int>(state.range(0));
     Remembered remembered(size);
-    LibraryConcerns library(remembered.outside);
+    LibraryConcerns library(remembered.outside());
     int looks = 0;
     QObject::connect(&library.availability, &Availability::refreshed, [&] { ++looks; });
     library.restoration.restoreImportedAudio(); // ends with a look
@@ -184,10 +196,46 @@ void lookAtTheDisk(benchmark::State& state) {
     state.counters["longest_ms"] = app->longest;
 }
 
+/// A tenth of a library in which every track was rated, played and loved leaves it.
+void removeATenth(benchmark::State& state) {
+    const auto size = static_cast<int>(state.range(0));
+    Remembered remembered(size);
+    for (auto _ : state) { // once: what is gone is gone
+        state.PauseTiming();
+        IntegerMap numbers;
+        for (const QString& path : std::as_const(remembered.paths))
+            numbers.insert(path, 3);
+        remembered.preferences.setIntegerMap(SettingsKey::trackRatings, numbers);
+        remembered.preferences.setIntegerMap(SettingsKey::playCounts, numbers);
+        remembered.preferences.setStrings(SettingsKey::lovedPaths, remembered.paths);
+        LibraryConcerns library(remembered.outside());
+        library.userData.restore();
+        bool isCalm = false;
+        QObject::connect(&library.availability, &Availability::refreshed, [&] { isCalm = true; });
+        library.restoration.restoreImportedAudio(); // ends with a look at the disk
+        until([&] { return isCalm && library.catalog.isCurrent(); });
+        QSet<QString> gone;
+        for (qsizetype i = 0; i < remembered.paths.size(); i += 10)
+            gone.insert(remembered.paths[i]);
+        QCoreApplication::processEvents();
+        app->longest = 0;
+        state.ResumeTiming();
+        QMetaObject::invokeMethod(
+            &library, [&] { library.maintenance.removeTracks(gone); }, Qt::QueuedConnection);
+        until([&] {
+            return library.store.size() == static_cast<std::size_t>(size - gone.size()) &&
+                   library.catalog.isCurrent();
+        });
+        state.PauseTiming();
+        state.counters["longest_ms"] = app->longest;
+        state.ResumeTiming();
+    }
+}
+
 void saveIndex(benchmark::State& state) {
     const auto size = static_cast<int>(state.range(0));
     Remembered remembered(size);
-    LibraryConcerns library(remembered.outside);
+    LibraryConcerns library(remembered.outside());
     library.restoration.restoreImportedAudio();
     until([&] { return library.store.size() > 0 && library.catalog.isCurrent(); });
     int saves = 0;
@@ -221,6 +269,7 @@ int main(int argc, char** argv) {
     }
     timed(benchmark::RegisterBenchmark("restoreLibrary", restoreLibrary))->Apply(sizes);
     timed(benchmark::RegisterBenchmark("lookAtTheDisk", lookAtTheDisk))->Arg(100'000);
+    timed(benchmark::RegisterBenchmark("removeATenth", removeATenth))->Arg(100'000)->Iterations(1);
     timed(benchmark::RegisterBenchmark("saveIndex", saveIndex))->Arg(100'000);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();

@@ -2,6 +2,7 @@
 #include "metadata/taglib_reader.h"
 
 #include "metadata/id3v2_walk.h"
+#include "metadata/mp3_padding.h"
 #include "metadata/riff_reader.h"
 #include "metadata/taglib_stream.h"
 #include "metadata/taglib_tags.h"
@@ -25,6 +26,12 @@ TagLib::ID3v2::FrameFactory* frameFactory() {
     return TagLib::ID3v2::FrameFactory::instance();
 }
 
+void leaveOutPadding(StreamFacts& stream, int samples) {
+    const double padding = stream.sampleRate > 0 ? samples / stream.sampleRate : 0;
+    if (padding < stream.seconds)
+        stream.seconds -= padding;
+}
+
 FileMetadata readMpeg(BoundedFile& file, const ContainerFacts& facts) {
     FileMetadata result;
     TagLibStream stream(file);
@@ -39,6 +46,8 @@ FileMetadata readMpeg(BoundedFile& file, const ContainerFacts& facts) {
     if (const auto* properties = mpeg.audioProperties(); isMpeg && properties) {
         result.stream.seconds = properties->lengthInMilliseconds() * perMillisecond;
         result.stream.sampleRate = properties->sampleRate();
+        if (properties->xingHeader())
+            leaveOutPadding(result.stream, mp3PaddingSamples(file, mpeg.firstFrameOffset()));
     }
     return result;
 }

@@ -134,8 +134,9 @@ TEST_F(TaggedFiles, GiveTheFactsOfTheirStreamsByTheirContent) {
         EXPECT_TRUE(item.quality.startsWith(parts.first()) && item.quality.endsWith(parts.last()))
             << item.quality.toStdString();
         ASSERT_TRUE(item.durationSeconds);
-        // Lossy files may carry some frames of padding.
-        EXPECT_NEAR(*item.durationSeconds, 2.0, 0.11);
+        // What surrounds the music is known of some formats only.
+        EXPECT_NEAR(*item.durationSeconds, 2.0,
+                    QLatin1StringView(name) == "bare.mp3"_L1 ? 0.002 : 0.11);
         EXPECT_EQ(item.duration, u"0:02"_s);
     }
 }
