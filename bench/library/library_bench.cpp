@@ -2,12 +2,9 @@
 // What the library costs the main thread and the workers, at three sizes.
 #include "library/browsing.h"
 #include "library/cover_store.h"
-#include "library/fake_engine.h"
-#include "library/fake_files.h"
 #include "library/playlists.h"
 #include "library/sample_library.h"
-#include "library/transport.h"
-#include "support/manual_clock.h"
+#include "library/transport_fixture.h"
 #include "support/memory_preferences.h"
 
 #include <QCoreApplication>
@@ -37,16 +34,6 @@ std::size_t heapInUse() {
     return info.uordblks + info.hblkhd;
 }
 
-RowState plainState(CoverStore& covers) {
-    RowState state;
-    state.isLoved = [](const QString&) { return false; };
-    state.rating = [](const QString&) { return 0; };
-    state.availability = [](const QString&) { return TrackAvailability::available; };
-    state.isCurrent = [](const QString&) { return false; };
-    state.covers = &covers;
-    return state;
-}
-
 /// Browsing over a library of a size, as the window has it.
 struct Window {
     explicit Window(std::size_t size) {
@@ -64,37 +51,15 @@ struct Window {
     Browsing browsing{{store, catalog, playlists, covers,
                        [this]() -> const QSet<QString>& { return loved; },
                        [] { return ResolvedLanguage::english; }},
-                      plainState(covers)};
+                      test::plainRowState()};
 };
 
 /// A transport over a queue of a size.
-struct Player {
+struct Player : test::TransportFixture {
     explicit Player(std::size_t size) {
         queue.append(*library(size));
-        transport.playItem(queue.idAt(size / 2), true);
+        play(size / 2);
     }
-    test::ManualClock clock;
-    test::FakeEngine engine;
-    test::FakeFiles files;
-    CoverStore covers;
-    StatusLine status{clock};
-    ProgressClock progress{engine, clock};
-    PlayQueue queue{plainState(covers)};
-    Transport transport{{
-        .engine = engine,
-        .queue = queue,
-        .files = files,
-        .status = status,
-        .progress = progress,
-        .clock = clock,
-        .random = systemRandomIndex(),
-        .language = [] { return ResolvedLanguage::english; },
-        .soundCheckGain = [](const QString&) { return std::optional<double>(); },
-        .countPlay = [](const QString&) {},
-        .showEntry = [](const QueueItem&) {},
-        .updateNowPlaying = [] {},
-        .notifyTrackChange = [](const QueueItem&) {},
-    }};
 };
 
 void sizes(benchmark::internal::Benchmark* benchmark) {
@@ -219,8 +184,7 @@ static void memoryOfRows(benchmark::State& state) {
         const std::size_t before = heapInUse();
         LibraryStore store;
         store.append(sampleLibrary(size));
-        CoverStore covers;
-        PlayQueue queue(plainState(covers));
+        PlayQueue queue(test::plainRowState());
         queue.append(store.rows());
         state.counters["MB"] = static_cast<double>(heapInUse() - before) / 1e6;
     }

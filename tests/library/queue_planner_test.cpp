@@ -85,30 +85,6 @@ TEST(QueuePlanner, AdvancesInOrder) {
     }
 }
 
-TEST(QueuePlanner, StartsWithTheCurrentEntryIfItPlays) {
-    EXPECT_EQ(entryToStart(Letters("ABC", 1)), 1U);
-    EXPECT_EQ(entryToStart(Letters("AbC", 1)), 0U);
-    EXPECT_EQ(entryToStart(Letters("abC")), 2U);
-    EXPECT_FALSE(entryToStart(Letters("abc", 1)));
-}
-
-TEST(QueuePlanner, ShuffleEndsOrBeginsACycle) {
-    Letters queue("ABc", 1);
-    queue.played = {true, true, false};
-    EXPECT_EQ(shuffledEntry(queue, off, false, firstOf), Advance{});
-    const Advance again{0, false, true};
-    EXPECT_EQ(shuffledEntry(queue, all, false, firstOf), again);
-    const Advance byUser{0, true, true};
-    EXPECT_EQ(shuffledEntry(queue, off, true, firstOf), byUser);
-
-    Letters alone("A", 0);
-    alone.played = {true};
-    const Advance repeated{0, false, true};
-    EXPECT_EQ(shuffledEntry(alone, all, false, firstOf), repeated);
-    EXPECT_EQ(shuffledEntry(Letters("ab", 0), all, true, firstOf), Advance{});
-    EXPECT_FALSE(gaplessSuccessor(queue, {all, true}));
-}
-
 // Pearson's statistic for k equally likely outcomes stays below its 99.9 % point in a sound draw.
 TEST(QueuePlanner, ShuffleIsUniform) {
     constexpr int draws = 60'000;

@@ -54,39 +54,6 @@ TEST_F(TransportTest, EndsWithTheLastEntryStillShown) {
     EXPECT_EQ(loaded(), 'b');
 }
 
-TEST_F(TransportTest, RepeatOneStartsAgainAndNextMovesOn) {
-    queueOf("ab");
-    transport.setRepeatMode(PlaybackRepeatMode::one);
-    play(0);
-    EXPECT_EQ(pending(), '-');
-    endTrack();
-    EXPECT_EQ(current(), 'a');
-    EXPECT_EQ(playCounts.value(path('a')), 2);
-    transport.playNext(true);
-    EXPECT_EQ(current(), 'b');
-}
-
-TEST_F(TransportTest, ShufflePlaysEachOnceACycle) {
-    queueOf("abc");
-    transport.toggleShuffle();
-    play(0);
-    QString order = u"a"_s;
-    while (transport.isPlaying()) {
-        endTrack();
-        if (transport.isPlaying())
-            order += QLatin1Char(current());
-    }
-    std::sort(order.begin(), order.end());
-    EXPECT_EQ(order, u"abc"_s);
-
-    transport.setRepeatMode(PlaybackRepeatMode::all);
-    for (int i = 0; i < 50; ++i) {
-        const char before = current();
-        transport.playNext(false);
-        EXPECT_NE(current(), before); // three entries, so never the same one twice in a row
-    }
-}
-
 TEST_F(TransportTest, NextNeverPausesTheOnlyEntry) {
     queueOf("a");
     transport.toggleShuffle();
@@ -198,26 +165,6 @@ TEST_F(TransportTest, HandsOverWithoutAGap) {
     EXPECT_EQ(current(), 'c');
 }
 
-TEST_F(TransportTest, OtherFormatsStartInTheOrdinaryWay) {
-    queueOf("ab");
-    engine.formatOf[path('b')] = 96;
-    play(0);
-    EXPECT_EQ(pending(), '-');
-    endTrack();
-    EXPECT_EQ(current(), 'b');
-    EXPECT_EQ(engine.loads, 2);
-}
-
-TEST_F(TransportTest, AdoptedFileThatLeftTheQueueIsPassedOver) {
-    queueOf("abc");
-    play(0);
-    ASSERT_EQ(pending(), 'b');
-    queue.remove({path('b')});
-    endTrack();
-    EXPECT_EQ(current(), 'c');
-    EXPECT_EQ(loaded(), 'c');
-}
-
 TEST_F(TransportTest, SoundCheckGainIsClamped) {
     queueOf("abc");
     gains = {{path('a'), 40}, {path('b'), -30}};
@@ -262,24 +209,6 @@ TEST_F(TransportTest, ScrubbingShowsAndSeekingMoves) {
     transport.seek(0.5);
     EXPECT_EQ(status.text(), u"Can't play \"a\""_s);
     EXPECT_EQ(loaded(), '-');
-}
-
-TEST_F(TransportTest, ModesPlanTheSuccessorAgain) {
-    queueOf("ab");
-    play(1);
-    EXPECT_EQ(pending(), '-');
-    transport.advanceRepeatMode(); // all
-    EXPECT_EQ(pending(), 'a');
-    transport.advanceRepeatMode(); // one
-    EXPECT_EQ(pending(), '-');
-    transport.advanceRepeatMode(); // off
-    EXPECT_EQ(transport.repeatMode(), PlaybackRepeatMode::off);
-    play(0);
-    EXPECT_EQ(pending(), 'b');
-    transport.toggleShuffle();
-    EXPECT_EQ(pending(), '-');
-    transport.toggleShuffle();
-    EXPECT_EQ(pending(), 'b');
 }
 
 TEST_F(TransportTest, VolumeIsClamped) {
