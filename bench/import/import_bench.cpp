@@ -88,12 +88,26 @@ void bareTagLib(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations() * static_cast<int64_t>(files));
 }
 
+/// The outside with real preferences and the real look at the cloud.
+struct Outside {
+    test::FakeEnvironment fakes;
+    SqlitePreferences preferences{fakes.folder.filePath(u"preferences.sqlite"_s), fakes.clock};
+    DesktopCloudFiles cloudFiles{fakes.folder.path()};
+
+    operator Environment() {
+        const Environment made = fakes;
+        return {made.clock,         preferences,         made.output,      made.devices,
+                made.mediaControls, made.notifications,  made.fileChooser, cloudFiles,
+                made.languages,     made.sleepInhibitor, made.dataFolder,  made.cacheFolder};
+    }
+};
+
 /// From the drop until rows, albums and search are published.
 void importLibrary(benchmark::State& state) {
     std::size_t tracks = 0;
     app->longest = 0;
     for (auto _ : state) {
-        test::FakeEnvironment outside;
+        Outside outside;
         auto library = std::make_unique<LibraryConcerns>(outside);
         library->importer.importDroppedURLs({QUrl::fromLocalFile(musicFolder())});
         until([&] { return !library->importer.isImporting() && library->catalog.isCurrent(); });
@@ -106,21 +120,11 @@ void importLibrary(benchmark::State& state) {
     state.counters["longest_ms"] = app->longest;
 }
 
-/// A library of that many files, whose records are saved; its preferences and its look at the
-/// cloud are the real ones.
+/// A library of that many files, whose records are saved.
 struct Remembered {
-    test::FakeEnvironment fakes;
+    Outside outside;
     QTemporaryDir folder;
-    SqlitePreferences preferences{folder.filePath(u"preferences.sqlite"_s), fakes.clock};
-    DesktopCloudFiles cloudFiles{folder.path()};
     QStringList paths;
-
-    Environment outside() {
-        const Environment made = fakes;
-        return {made.clock,         preferences,         made.output,      made.devices,
-                made.mediaControls, made.notifications,  made.fileChooser, cloudFiles,
-                made.languages,     made.sleepInhibitor, made.dataFolder,  made.cacheFolder};
-    }
 
     explicit Remembered(int size) {
         std::vector<QueueItem> items;
@@ -148,8 +152,8 @@ struct Remembered {
             paths.append(path);
             items.push_back(item);
         }
-        MetadataCache(fakes.folder.filePath(u"data"_s)).save(items);
-        preferences.setStrings(SettingsKey::importedAudioPaths, paths);
+        MetadataCache(outside.fakes.folder.filePath(u"data"_s)).save(items);
+        outside.preferences.setStrings(SettingsKey::importedAudioPaths, paths);
     }
 };
 
@@ -161,7 +165,7 @@ void restoreLibrary(benchmark::State& state) {
     for (auto _ : state) {
         state.PauseTiming();
         const double before = residentMegabytes();
-        auto library = std::make_unique<LibraryConcerns>(remembered.outside());
+        auto library = std::make_unique<LibraryConcerns>(remembered.outside);
         bool isRestored = false;
         QObject::connect(&library->restoration, &Restoration::finished, library.get(),
                          [&] { isRestored = true; });
@@ -182,7 +186,7 @@ void restoreLibrary(benchmark::State& state) {
 void lookAtTheDisk(benchmark::State& state) {
     const auto size = static_cast<int>(state.range(0));
     Remembered remembered(size);
-    LibraryConcerns library(remembered.outside());
+    LibraryConcerns library(remembered.outside);
     int looks = 0;
     QObject::connect(&library.availability, &Availability::refreshed, [&] { ++looks; });
     library.restoration.restoreImportedAudio(); // ends with a look
@@ -205,10 +209,10 @@ void removeATenth(benchmark::State& state) {
         IntegerMap numbers;
         for (const QString& path : std::as_const(remembered.paths))
             numbers.insert(path, 3);
-        remembered.preferences.setIntegerMap(SettingsKey::trackRatings, numbers);
-        remembered.preferences.setIntegerMap(SettingsKey::playCounts, numbers);
-        remembered.preferences.setStrings(SettingsKey::lovedPaths, remembered.paths);
-        LibraryConcerns library(remembered.outside());
+        remembered.outside.preferences.setIntegerMap(SettingsKey::trackRatings, numbers);
+        remembered.outside.preferences.setIntegerMap(SettingsKey::playCounts, numbers);
+        remembered.outside.preferences.setStrings(SettingsKey::lovedPaths, remembered.paths);
+        LibraryConcerns library(remembered.outside);
         library.userData.restore();
         bool isCalm = false;
         QObject::connect(&library.availability, &Availability::refreshed, [&] { isCalm = true; });
@@ -235,7 +239,7 @@ void removeATenth(benchmark::State& state) {
 void saveIndex(benchmark::State& state) {
     const auto size = static_cast<int>(state.range(0));
     Remembered remembered(size);
-    LibraryConcerns library(remembered.outside());
+    LibraryConcerns library(remembered.outside);
     library.restoration.restoreImportedAudio();
     until([&] { return library.store.size() > 0 && library.catalog.isCurrent(); });
     int saves = 0;

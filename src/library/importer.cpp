@@ -169,7 +169,7 @@ struct Importer::Run {
     // The first portion is small, so that something plays at once; later ones take about a fifth of
     // a second, and few enough rows that the main thread takes them over within a frame.
     static constexpr std::size_t firstPortion = 32;
-    static constexpr std::size_t largestPortion = 1024;
+    static constexpr std::size_t largestPortion = 512;
     static constexpr qint64 portionMilliseconds = 200;
 
     void operator()() const {

@@ -6,6 +6,7 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <array>
 
 namespace halvane {
@@ -271,7 +272,10 @@ struct PreferencesDatabase::Apply {
             sql = deleteNumbers;
         else
             return;
-        for (const auto& entry : remove.entries)
+        // In the order of the tables, so that each of their pages is fetched and written once.
+        QStringList entries = remove.entries.values();
+        std::sort(entries.begin(), entries.end());
+        for (const auto& entry : std::as_const(entries))
             connection.query(sql).bind(1, row->id).bind(2, entry).run();
     }
 
