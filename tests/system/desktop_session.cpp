@@ -14,6 +14,15 @@ namespace halvane::test {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+QString contentsOf(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+} // namespace
+
 DesktopSession::DesktopSession()
     : environment(QProcessEnvironment::systemEnvironment()) {
     const auto number = home.filePath(u"display"_s);
@@ -70,13 +79,43 @@ DesktopSession::Outcome DesktopSession::run(const QString& program, const QStrin
     return outcome;
 }
 
+std::unique_ptr<DesktopSession::Listener> DesktopSession::listen(const QString& program,
+                                                                 const QStringList& arguments) {
+    return std::make_unique<Listener>(program, arguments, environment,
+                                      home.filePath(program + u".out"_s));
+}
+
+qsizetype DesktopSession::Listener::count(const QString& text) const {
+    return contentsOf(m_outputFile).count(text);
+}
+
+QString DesktopSession::log() const {
+    return contentsOf(home.filePath(u"halvane.log"_s));
+}
+
 QString DesktopSession::makeTrack(const QString& name, int seconds, const QString& title) {
     const auto path = home.filePath(name);
-    const auto outcome =
-        run(u"ffmpeg"_s,
-            {u"-v"_s, u"error"_s, u"-f"_s, u"lavfi"_s, u"-i"_s,
-             u"sine=frequency=440:duration=%1"_s.arg(seconds), u"-metadata"_s, u"title="_s + title,
-             u"-metadata"_s, u"artist=Artist"_s, u"-metadata"_s, u"album=Album"_s, path});
+    const auto outcome = run(u"ffmpeg"_s, {u"-v"_s,
+                                           u"error"_s,
+                                           u"-f"_s,
+                                           u"lavfi"_s,
+                                           u"-i"_s,
+                                           u"sine=frequency=440:duration=%1"_s.arg(seconds),
+                                           u"-f"_s,
+                                           u"lavfi"_s,
+                                           u"-i"_s,
+                                           u"color=red:size=64x64:rate=1:duration=1"_s,
+                                           u"-c:v"_s,
+                                           u"png"_s,
+                                           u"-disposition:v"_s,
+                                           u"attached_pic"_s,
+                                           u"-metadata"_s,
+                                           u"title="_s + title,
+                                           u"-metadata"_s,
+                                           u"artist=Artist"_s,
+                                           u"-metadata"_s,
+                                           u"album=Album"_s,
+                                           path});
     if (outcome.exitCode != 0)
         throw std::runtime_error(outcome.errors.toStdString());
     return path;
@@ -101,6 +140,10 @@ RunningProgram::~RunningProgram() {
         return;
     m_process.kill();
     m_process.waitForFinished();
+}
+
+void RunningProgram::signal(int number) {
+    ::kill(pid_t(m_process.processId()), number);
 }
 
 std::optional<int> RunningProgram::exitCode() {

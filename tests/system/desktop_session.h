@@ -28,11 +28,31 @@ class DesktopSession {
         qint64 milliseconds = 0;
     };
     Outcome run(const QString& program, const QStringList& arguments, int milliseconds = 20'000);
-    /// An audio file of this many seconds, tagged with the title; its path.
+    /// Runs a program beside the test and keeps what it prints.
+    class Listener;
+    std::unique_ptr<Listener> listen(const QString& program, const QStringList& arguments);
+    /// What the program under test has logged.
+    QString log() const;
+    /// An audio file of this many seconds, tagged with the title and a cover; its path.
     QString makeTrack(const QString& name, int seconds, const QString& title);
 
   private:
     std::unique_ptr<ChildProcess> m_display;
+};
+
+class DesktopSession::Listener {
+  public:
+    Listener(const QString& program, const QStringList& arguments,
+             const QProcessEnvironment& environment, const QString& outputFile)
+        : m_outputFile(outputFile)
+        , m_process(program, arguments, environment, outputFile) {}
+
+    /// How often it has printed this so far.
+    qsizetype count(const QString& text) const;
+
+  private:
+    QString m_outputFile;
+    ChildProcess m_process;
 };
 
 /// The program, started on such a desktop.
@@ -45,6 +65,7 @@ class RunningProgram {
     bool isReady() const { return m_isReady; }
     bool isRunning() const { return m_process.state() == QProcess::Running; }
     void terminate() { m_process.terminate(); }
+    void signal(int number);
     /// How it ended, once it has; none when it does not.
     std::optional<int> exitCode();
     /// What a media client says, without the line's end.

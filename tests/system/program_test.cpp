@@ -4,8 +4,12 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QUrl>
 
 #include <gmock/gmock.h>
+
+#include <csignal>
 
 using namespace halvane::test;
 using namespace Qt::StringLiterals;
@@ -41,6 +45,9 @@ TEST_F(Program, ObeysAMediaClient) {
     session.makeTrack(u"music/2.flac"_s, 60, u"Second"_s);
     RunningProgram halvane(session, {u"music"_s});
     ASSERT_TRUE(halvane.isReady());
+    EXPECT_EQ(session.run(u"playerctl"_s, {u"--list-all"_s}).output, u"halvane\n"_s);
+    const auto monitor = session.listen(
+        u"dbus-monitor"_s, {u"interface='org.mpris.MediaPlayer2.Player',member='Seeked'"_s});
 
     ASSERT_TRUE(halvane.answers({u"status"_s}, u"Playing"_s));
     ASSERT_TRUE(halvane.answers({u"metadata"_s, u"title"_s}, u"First"_s));
@@ -48,6 +55,8 @@ TEST_F(Program, ObeysAMediaClient) {
     EXPECT_EQ(halvane.ask({u"metadata"_s, u"mpris:length"_s}), u"60000000"_s);
     EXPECT_TRUE(
         halvane.ask({u"metadata"_s, u"xesam:url"_s}).endsWith(u"/music/1%20%E6%AD%8C.flac"_s));
+    const QUrl art(halvane.ask({u"metadata"_s, u"mpris:artUrl"_s}));
+    EXPECT_TRUE(QFile::exists(art.toLocalFile())) << art.toString().toStdString();
 
     halvane.ask({u"pause"_s});
     ASSERT_TRUE(halvane.answers({u"status"_s}, u"Paused"_s));
@@ -58,6 +67,9 @@ TEST_F(Program, ObeysAMediaClient) {
     halvane.ask({u"play-pause"_s});
     ASSERT_TRUE(halvane.answers({u"status"_s}, u"Playing"_s));
     EXPECT_TRUE(waitFor([&] { return halvane.ask({u"position"_s}).toDouble() > 25.2; }));
+    EXPECT_EQ(monitor->count(u"int64 30000000"_s), 1);
+    EXPECT_EQ(monitor->count(u"int64 25000000"_s), 1);
+    EXPECT_EQ(monitor->count(u"member=Seeked"_s), 2) << "nothing but a jump is one";
 
     halvane.ask({u"next"_s});
     EXPECT_TRUE(halvane.answers({u"metadata"_s, u"title"_s}, u"Second"_s));
@@ -71,14 +83,69 @@ TEST_F(Program, ObeysAMediaClient) {
     EXPECT_TRUE(halvane.answers({u"volume"_s}, u"0.250000"_s));
     halvane.ask({u"stop"_s});
     EXPECT_TRUE(halvane.answers({u"status"_s}, u"Stopped"_s));
+    halvane.ask({u"play"_s});
+    EXPECT_TRUE(halvane.answers({u"status"_s}, u"Playing"_s));
+    halvane.ask({u"open"_s, session.makeTrack(u"3 #.flac"_s, 60, u"Third"_s)});
+    EXPECT_TRUE(halvane.answers({u"metadata"_s, u"title"_s}, u"Third"_s));
+}
+
+TEST_F(Program, TellsAFollowerOfAGaplessHandOver) {
+    QDir(session.home.path()).mkdir(u"music"_s);
+    session.makeTrack(u"music/1.flac"_s, 4, u"First"_s);
+    session.makeTrack(u"music/2.flac"_s, 60, u"Second"_s);
+    const auto follower = session.listen(
+        u"playerctl"_s, {u"--follow"_s, u"metadata"_s, u"--format"_s, u"<{{title}}>"_s});
+    const auto monitor = session.listen(
+        u"dbus-monitor"_s, {u"interface='org.mpris.MediaPlayer2.Player',member='Seeked'"_s});
+    RunningProgram halvane(session, {u"music"_s});
+    ASSERT_TRUE(halvane.isReady());
+    EXPECT_TRUE(waitFor([&] { return follower->count(u"<Second>"_s) == 1; }, 20'000));
+    EXPECT_EQ(follower->count(u"<First>"_s), 1);
+    EXPECT_LT(halvane.ask({u"position"_s}).toDouble(), 20) << "counts from the start of the second";
+    EXPECT_EQ(halvane.ask({u"status"_s}), u"Playing"_s);
+    EXPECT_EQ(monitor->count(u"member=Seeked"_s), 0) << "going on is no jump";
+}
+
+TEST_F(Program, ShowsATrackInARealNotificationAndReplacesIt) {
+    const auto server = session.listen(u"dunst"_s, {u"-print"_s});
+    const auto other = session.listen(u"xev"_s, {u"-event"_s, u"focus"_s});
+    QDir(session.home.path()).mkdir(u"music"_s);
+    session.makeTrack(u"music/1.flac"_s, 60, u"First"_s);
+    session.makeTrack(u"music/2.flac"_s, 60, u"Second"_s);
+    RunningProgram halvane(session, {u"music"_s});
+    ASSERT_TRUE(halvane.isReady());
+    ASSERT_TRUE(halvane.answers({u"status"_s}, u"Playing"_s));
+    // Another window comes to the front.
+    session.run(u"xdotool"_s, {u"search"_s, u"--sync"_s, u"--name"_s, u"Event Tester"_s,
+                               u"windowfocus"_s, u"--sync"_s});
+    const auto isShown = [&](const QString& command, const QString& title) {
+        halvane.ask({command});
+        return server->count(u"summary: '%1'"_s.arg(title)) > 0;
+    };
+    // The program hears of it a moment later.
+    EXPECT_TRUE(waitFor(
+        [&] { return isShown(u"next"_s, u"Second"_s) && isShown(u"previous"_s, u"First"_s); }));
+    EXPECT_GT(server->count(u"body: 'Artist - Album'"_s), 0);
+    EXPECT_EQ(session.run(u"dunstctl"_s, {u"count"_s, u"displayed"_s}).output.trimmed(), u"1"_s);
 }
 
 TEST_F(Program, HandsItsFilesToTheOneThatRuns) {
+    QDir(session.home.path()).mkdir(u"folder"_s);
     session.makeTrack(u"a b.flac"_s, 30, u"Spaces"_s);
     session.makeTrack(u"歌.flac"_s, 30, u"Song"_s);
+    session.makeTrack(u"folder/100%.flac"_s, 30, u"Encoded"_s);
     RunningProgram halvane(session);
     ASSERT_TRUE(halvane.isReady());
-    const auto second = session.run(program, {u"a b.flac"_s, u"missing.flac"_s, u"歌.flac"_s});
+    // As a file manager does it, which reads the entry in the menus.
+    const auto entry = session.home.filePath(u"org.halvane.Halvane.desktop"_s);
+    QFile::copy(QStringLiteral(HALVANE_DESKTOP_ENTRY), entry);
+    session.environment.insert(u"PATH"_s, QFileInfo(program).path() + u':' +
+                                              session.environment.value(u"PATH"_s));
+    const auto url = QUrl::fromLocalFile(session.home.filePath(u"folder/100%.flac"_s)).toEncoded();
+    EXPECT_EQ(session.run(u"gio"_s, {u"launch"_s, entry, QString::fromLatin1(url)}).exitCode, 0);
+    EXPECT_TRUE(halvane.answers({u"metadata"_s, u"title"_s}, u"Encoded"_s));
+    const auto second = session.run(
+        program, {u"a b.flac"_s, u"missing.flac"_s, u"folder/../folder"_s, u"歌.flac"_s});
     EXPECT_EQ(second.exitCode, 0) << second.errors.toStdString();
     EXPECT_TRUE(halvane.answers({u"metadata"_s, u"title"_s}, u"Song"_s));
     EXPECT_TRUE(halvane.answers({u"status"_s}, u"Playing"_s));
@@ -90,12 +157,13 @@ TEST_F(Program, HandsItsFilesToTheOneThatRuns) {
 }
 
 TEST_F(Program, EndsCleanlyWhenItIsAskedTo) {
-    {
-        RunningProgram halvane(session);
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        RunningProgram halvane(session, {u"--log"_s, u"error"_s});
         ASSERT_TRUE(halvane.isReady());
-        halvane.terminate();
-        EXPECT_EQ(halvane.exitCode(), 0);
+        halvane.signal(signal);
+        EXPECT_EQ(halvane.exitCode(), 0) << signal;
     }
+    EXPECT_FALSE(session.log().contains(u"bookmark restore"_s)) << "is no error";
     {
         RunningProgram halvane(session);
         ASSERT_TRUE(halvane.isReady());
@@ -105,10 +173,13 @@ TEST_F(Program, EndsCleanlyWhenItIsAskedTo) {
         callAndWait(session.bus.connect(), quit);
         EXPECT_EQ(halvane.exitCode(), 0);
     }
-    RunningProgram halvane(session);
-    ASSERT_TRUE(halvane.isReady());
-    session.bus.kill();
-    EXPECT_EQ(halvane.exitCode(), 0) << "a session without its bus is over";
+    {
+        RunningProgram halvane(session);
+        ASSERT_TRUE(halvane.isReady());
+        session.bus.kill();
+        EXPECT_EQ(halvane.exitCode(), 0) << "a session without its bus is over";
+    }
+    EXPECT_TRUE(session.log().contains(u"bookmark restore: none stored"_s));
 }
 
 TEST_F(Program, RunsAloneWithoutABus) {
