@@ -30,17 +30,30 @@ unshare --mount --propagation private bash -euo pipefail -c '
     mount -t proc proc "$root/proc"
     mount --bind /dev "$root/dev"
     cp "$package" "$root/halvane.deb"
-    files() { chroot "$root" find /usr /etc /opt -newer /halvane.deb -not -type d \
-                  -not -path "*/icon-theme.cache" -not -path "*.cache" | sort; }
-
     chroot "$root" dpkg --install /halvane.deb >/dev/null
-    chroot "$root" halvane --version
-    chroot "$root" dpkg --listfiles halvane >"$work/listed"
-    chroot "$root" grep -q "org.halvane.Halvane.desktop" /usr/share/applications/mimeinfo.cache ||
-        echo "(no desktop database on this machine)"
+
+    # The real windows, from the installed program, without a display or a bus.
+    chroot "$root" env -i HOME=/home/listener PATH=/usr/bin:/bin LANG=C.UTF-8 \
+        QT_QPA_PLATFORM=offscreen QT_QUICK_BACKEND=software \
+        halvane --screenshots /pictures 2>"$work/started.log" || { cat "$work/started.log"; exit 1; }
+    [[ -s $root/pictures/main.png ]] || { echo "no picture of its window"; exit 1; }
+    chroot "$root" gio mime audio/flac >"$work/players"
+    grep -q org.halvane.Halvane.desktop "$work/players" || { echo "opens no FLAC file"; exit 1; }
+    # As the menu starts it: through the session bus.
+    chroot "$root" env -i HOME=/home/listener PATH=/usr/bin:/bin LANG=C.UTF-8 \
+        QT_QPA_PLATFORM=offscreen QT_QUICK_BACKEND=software dbus-run-session -- \
+        gdbus call --session --dest org.halvane.Halvane --object-path /org/halvane/Halvane \
+        --method org.freedesktop.Application.Activate {} >/dev/null 2>"$work/bus.log" || {
+        cat "$work/bus.log"; exit 1; }
+
     chroot "$root" dpkg --purge halvane >/dev/null
-    left=$(grep -v "/\.$" "$work/listed" | while read -r file; do
-        [[ -f $root$file ]] && echo "$file" || true; done)
+    # What was written anywhere since, but for the records of the package manager and the lists
+    # that its triggers make, in which nothing of it may be left.
+    cd "$work/space/upper"
+    rm -rf home/listener pictures halvane.deb
+    left=$(find . -type f -newer "$package" -not -path "./var/lib/dpkg/*" -not -path "./var/log/*" \
+        -not -path "./var/cache/*" -not -name "*.cache" -not -path "./usr/share/mime/*")
+    left+=$(grep -rli halvane usr/share/mime usr/share/applications usr/share/icons 2>/dev/null || true)
     [[ -z $left ]] || { echo "left behind: $left"; exit 1; }
 '
 echo "the package installs, starts and goes without trace"

@@ -92,7 +92,10 @@ TEST_F(Wayland, TheCompositorMovesResizesAndMaximisesTheWindow) {
     EXPECT_TRUE(waitFor([&] { return asked(u"xdg_toplevel@\\d+\\.set_maximized"_s); }));
     pointAt(bar + QPoint(60, 0)); // so that this is no third click of the first two
     pointer(u"click --repeat 2 --delay 40 1"_s);
-    EXPECT_TRUE(waitFor([&] { return asked(u"xdg_toplevel@\\d+\\.unset_maximized"_s); }));
+    EXPECT_TRUE(waitFor([&] {
+        return asked(
+            u"xdg_toplevel@\\d+\\.unset_maximized[^!]*-> xdg_surface@\\d+\\.ack_configure"_s);
+    }));
 
     pointAt({1358, 718});
     pointer(u"mousedown 1 mousemove_relative -- -12 -12 mousemove_relative -- -20 -20 mouseup 1"_s);
