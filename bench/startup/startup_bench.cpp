@@ -7,6 +7,7 @@
 #include <X11/Xutil.h>
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
 #include <string>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -102,6 +103,25 @@ Times measure(const std::vector<std::string>& command) {
     return times;
 }
 
+/// Until a second start has handed its files to the one that runs, and has ended.
+void handOver(benchmark::State& state) {
+    const pid_t running = start({HALVANE_PROGRAM});
+    const auto second = [] {
+        const auto began = Clock::now();
+        const pid_t pid = start({HALVANE_PROGRAM, "/nonexistent.flac"});
+        waitpid(pid, nullptr, 0);
+        return std::chrono::duration<double>(Clock::now() - began).count();
+    };
+    // One that comes before the first has its name would become a first one itself.
+    if (std::system("gdbus wait --session --timeout 20 org.halvane.Halvane") != 0)
+        state.SkipWithError("the first does not start");
+    second(); // is answered when the first has made its window
+    for (auto _ : state)
+        state.SetIterationTime(second());
+    kill(running, SIGTERM);
+    waitpid(running, nullptr, 0);
+}
+
 void startUp(benchmark::State& state, const std::vector<std::string>& command) {
     for (auto _ : state) {
         const auto times = measure(command);
@@ -133,6 +153,12 @@ int main(int argc, char** argv) {
             ->Repetitions(7)
             ->ReportAggregatesOnly(true);
     }
+    benchmark::RegisterBenchmark("second_start", handOver)
+        ->UseManualTime()
+        ->Unit(benchmark::kMillisecond)
+        ->Iterations(1)
+        ->Repetitions(9)
+        ->ReportAggregatesOnly(true);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     XCloseDisplay(held);

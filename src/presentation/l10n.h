@@ -30,7 +30,7 @@ namespace L10n {
 
 /// How many keys there are.
 inline constexpr int keyCount = 0
-#define HALVANE_L10N_KEY(key, english, chinese) +1
+#define HALVANE_L10N_KEY(key, english, chinese) +1 // NOLINT(bugprone-macro-parentheses): a summand
     HALVANE_L10N_TABLE(HALVANE_L10N_KEY)
 #undef HALVANE_L10N_KEY
     ;
