@@ -3,6 +3,7 @@
 
 #include "platform/log.h"
 #include "platform/pulse_survey.h"
+#include "platform/thread_priority.h"
 
 #include <pulse/context.h>
 #include <pulse/error.h>
@@ -106,6 +107,8 @@ void PulseServer::attempt() {
 }
 
 void PulseServer::connectContext() {
+    if (!std::exchange(m_isPreferred, true))
+        preferThisThread();
     m_context = newContext(pa_threaded_mainloop_get_api(m_loop));
     if (!m_context)
         return tell({true, u"out of memory"_s, {}});

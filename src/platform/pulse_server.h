@@ -112,6 +112,8 @@ class PulseServer final : public QObject {
     std::unique_ptr<PulseSurvey> m_survey;
     bool m_mayStartServer = true; ///< let the library start one: at the first attempt only
 
+    bool m_isPreferred = false; ///< the audio thread has its priority; that thread's
+
     // Under m_newsMutex, which the audio thread takes only when something has changed
     std::mutex m_newsMutex;
     std::condition_variable m_newsCame;

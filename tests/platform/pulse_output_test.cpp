@@ -2,9 +2,16 @@
 #include "platform/heard_frames.h"
 #include "platform/system_clock.h"
 #include "platform/system_sound.h"
+#include "platform/thread_priority.h"
 #include "support/private_pulse.h"
 
+#include <QDir>
+
 #include <gtest/gtest.h>
+
+#include <sys/resource.h>
+#include <thread>
+#include <unistd.h>
 
 namespace halvane::test {
 
@@ -152,6 +159,22 @@ TEST_F(PulseOutputTest, saysWhenACallWantsSilence) {
     output.pause(); // as the player does
     call.reset();
     EXPECT_TRUE(waitFor([&] { return wanted == false; }));
+}
+
+TEST_F(PulseOutputTest, theAudioThreadRunsAheadOfOthersWhereThatIsAllowed) {
+    const int ordinary = getpriority(PRIO_PROCESS, 0);
+    int allowed = ordinary;
+    std::thread([&] {
+        preferThisThread();
+        allowed = getpriority(PRIO_PROCESS, id_t(gettid()));
+    }).join();
+    const QString tasks = u"/proc/self/task"_s;
+    for (const QString& task : QDir(tasks).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QFile name(tasks + u'/' + task + u"/comm"_s);
+        ASSERT_TRUE(name.open(QIODevice::ReadOnly));
+        const bool isAudio = name.readAll() == "halvane-audio\n";
+        EXPECT_EQ(getpriority(PRIO_PROCESS, id_t(task.toInt())), isAudio ? allowed : ordinary);
+    }
 }
 
 TEST_F(PulseOutputTest, aServerThatHangsHoldsNobodyUp) {
