@@ -161,11 +161,15 @@ class Halvane:
     def run(self, *command):
         return subprocess.run(command, env=self.environment, capture_output=True, text=True).stdout
 
+    def minimise_all(self):
+        visible = self.run("xdotool", "search", "--onlyvisible", "--pid", str(self.pid)).split()
+        for window in visible:
+            self.run("xdotool", "windowminimize", window)
+        return not visible
+
     def enter(self, state):
         if state == "hidden":
-            for window in self.run("xdotool", "search", "--onlyvisible", "--pid",
-                                   str(self.pid)).split():
-                self.run("xdotool", "windowminimize", window)
+            until(self.minimise_all)
         elif state == "paused":
             self.run("playerctl", "--player=halvane", "pause")
 

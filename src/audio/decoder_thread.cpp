@@ -157,7 +157,9 @@ void DecoderThread::rest(Lock& lock) {
     if (filled > half) {
         const std::chrono::duration<double> time(double(filled - half) /
                                                  m_pipe->format().sampleRate);
-        m_wake.wait_for(lock, time);
+        // The ring empties in the server's strides, so there is no point in looking closer.
+        if (m_wake.wait_for(lock, time) == std::cv_status::timeout)
+            m_filling = true;
     } else {
         m_filling = true;
     }

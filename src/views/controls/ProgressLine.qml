@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
 import QtQuick.Layouts
+import QtQuick.Window
 import Halvane
 
 // Where playback is: elapsed time, a line to drag, and the length or what is left of it.
@@ -10,10 +11,27 @@ RowLayout {
     property font timeFont: Theme.caption
     property color fill: Theme.accent
 
+    // In a window that nobody sees the line stands still, and costs nothing.
+    readonly property bool isWatched: Window.window !== null && Window.window.visible
+                                      && Window.window.visibility !== Window.Minimized
+    property string elapsed
+    property string length
+
     spacing: 10
 
+    Binding on elapsed {
+        when: root.isWatched
+        value: Library.elapsedTime
+        restoreMode: Binding.RestoreNone
+    }
+    Binding on length {
+        when: root.isWatched
+        value: Library.durationDisplay
+        restoreMode: Binding.RestoreNone
+    }
+
     TabularText {
-        text: Library.elapsedTime
+        text: root.elapsed
         font: root.timeFont
         Layout.alignment: Qt.AlignVCenter
         Layout.minimumWidth: 28
@@ -23,7 +41,7 @@ RowLayout {
         id: slider
         Layout.fillWidth: true
         name: Strings.playbackMenu
-        spokenValue: Library.elapsedTime + " / " + Library.durationDisplay
+        spokenValue: root.elapsed + " / " + root.length
         fill: root.fill
         enabled: Library.hasCurrentTrack
         live: true
@@ -32,7 +50,7 @@ RowLayout {
 
         // Follows playback, but not while the user holds the handle.
         Binding on value {
-            when: !slider.pressed
+            when: root.isWatched && !slider.pressed
             value: Library.progress
             restoreMode: Binding.RestoreNone
         }
@@ -52,7 +70,7 @@ RowLayout {
         implicitWidth: Math.max(28, digits.implicitWidth)
         implicitHeight: 20
         tip: Strings.toggleRemainingTime
-        Accessible.name: Library.durationDisplay
+        Accessible.name: root.length
         Accessible.description: Strings.toggleRemainingTime
         onClicked: Library.showRemainingTime = !Library.showRemainingTime
 
@@ -60,7 +78,7 @@ RowLayout {
             TabularText {
                 id: digits
                 anchors.verticalCenter: parent.verticalCenter
-                text: Library.durationDisplay
+                text: root.length
                 font: root.timeFont
                 color: duration.hovered ? Theme.primaryText : Theme.secondaryText
                 Accessible.ignored: true
