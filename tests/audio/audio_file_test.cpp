@@ -60,20 +60,16 @@ TEST(AudioFileFormat, FilesWithAndWithoutASpeakerFigureAreOfOneFormat) {
 }
 
 TEST(AudioFileFormat, EveryWidthConvertsExactly) {
-    const Pcm deep = music(3'000, 44'100, 2, 32);
-    const auto samples = readAll(encoded(deep, u"wav"_s, u"cp \"$IN\" \"$OUT\""_s));
-    EXPECT_TRUE(samples == deep.floats());
-
+    const QString copy = u"cp \"$IN\" \"$OUT\""_s;
+    for (const int bits : {8, 32}) {
+        const Pcm pcm = music(3'000, 44'100, 2, bits);
+        EXPECT_TRUE(readAll(encoded(pcm, u"wav"_s, copy)) == pcm.floats());
+    }
     Pcm extremes{44'100, 1, 24, {}};
     for (int i = 0; i < 1000; ++i)
         for (const std::int32_t value : {-0x800000, 0x7FFFFF, 0, 1, -1})
             extremes.samples.push_back(value);
-    for (const auto& [suffix, command] : {std::pair{u"wav"_s, u"cp \"$IN\" \"$OUT\""_s},
-                                          std::pair{u"flac"_s, u"flac -s -o \"$OUT\" \"$IN\""_s}})
-        EXPECT_TRUE(readAll(encoded(extremes, suffix, command)) == extremes.floats());
-
-    const Pcm bytes = music(3'000, 44'100, 2, 8);
-    EXPECT_TRUE(readAll(encoded(bytes, u"wav"_s, u"cp \"$IN\" \"$OUT\""_s)) == bytes.floats());
+    EXPECT_TRUE(readAll(encoded(extremes, u"wav"_s, copy)) == extremes.floats());
 }
 
 TEST(AudioFileFormat, GoesByContentAndTakesAnyName) {
@@ -137,18 +133,6 @@ TEST(AudioFileDamage, WhatFollowsADamagedStretchKeepsItsPlace) {
     EXPECT_GT(differing, 5'000U);
     EXPECT_LT(differing, 60'000U);
     EXPECT_EQ(samples.back(), original.back());
-}
-
-TEST(AudioFileDamage, ATruncatedWaveFileIsAsLongAsWhatIsThere) {
-    const QTemporaryDir folder;
-    const QString path = folder.filePath(u"truncated.wav"_s);
-    const Pcm pcm = music(20'000);
-    writeWave(pcm, path);
-    ASSERT_TRUE(QFile::resize(path, 44 + 4 * 7'000));
-    const auto file = opened(path);
-    EXPECT_EQ(file->lengthFrames(), 7'000);
-    EXPECT_TRUE(readAll(*file) == pcm.cut(0, 7'000).floats());
-    EXPECT_FALSE(file->failure());
 }
 
 } // namespace

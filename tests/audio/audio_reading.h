@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <vector>
 
 namespace halvane::test {
@@ -41,6 +42,26 @@ inline std::vector<float> readAll(AudioFile& file) {
 
 inline std::vector<float> readAll(const QString& path) {
     return readAll(*opened(path));
+}
+
+/// Root mean square of the difference from the original over the frames [from, to), with what was
+/// played taken `late` frames later.
+inline double errorWith(int late, const std::vector<float>& played,
+                        const std::vector<float>& original, std::size_t from, std::size_t to) {
+    double sum = 0;
+    for (std::size_t i = from * 2; i < to * 2; ++i) {
+        const double difference = played[i + std::size_t(late * 2)] - original[i];
+        sum += difference * difference;
+    }
+    return std::sqrt(sum / double((to - from) * 2));
+}
+
+/// One frame out of place would differ by far more than the codec's own error does.
+inline void expectInPlace(const std::vector<float>& played, const std::vector<float>& original,
+                          std::size_t from, std::size_t to) {
+    const double inPlace = errorWith(0, played, original, from, to);
+    EXPECT_LT(inPlace, 0.6 * errorWith(1, played, original, from, to)) << from;
+    EXPECT_LT(inPlace, 0.6 * errorWith(-1, played, original, from, to)) << from;
 }
 
 } // namespace halvane::test

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "audio/engine_test.h"
 #include "audio/equalizer.h"
+#include "library/equalizer_presets.h"
 
+#include <algorithm>
 #include <array>
 #include <complex>
+#include <cstdio>
 #include <limits>
 #include <numbers>
 #include <random>
@@ -16,29 +19,17 @@ using Gains = std::array<double, equalizerBandCount>;
 
 constexpr int rates[] = {44'100, 48'000, 96'000, 192'000};
 
-/// The curves that the menu offers, and others at random.
+/// What the menu offers, its extremes, and others at random.
 std::vector<Gains> curves() {
-    std::vector<Gains> all = {
-        {6, 5, 4, 2, 0, 0, 0, 0, 0, 0},
-        {0, 0, 0, 0, 0, 0, 1, 3, 5, 6},
-        {-2, -1, 0, 2, 4, 4, 3, 1, 0, -1},
-        {5, 4, 2, 0, -1, -1, 0, 2, 4, 5},
-        {4, 3, 1, 0, -1, 0, 1, 3, 4, 4},
-        {3, 2, 1, 2, -1, -1, 0, 1, 2, 3},
-        {3, 2, 1, 0, 0, 0, -1, 1, 2, 3},
-        {5, 4, 1, 0, -2, 1, 1, 3, 4, 5},
-        {3, 3, 2, 1, 1, 1, 2, 2, 3, 2},
-        {12, 12, 12, 12, 12, 12, 12, 12, 12, 12},
-        {-12, 12, -12, 12, -12, 12, -12, 12, -12, 12},
-    };
+    std::vector<Gains> all;
+    for (const auto& preset : builtInEQPresets())
+        all.push_back(preset.gains);
+    all.push_back({12, 12, 12, 12, 12, 12, 12, 12, 12, 12});
+    all.push_back({-12, 12, -12, 12, -12, 12, -12, 12, -12, 12});
     std::mt19937 random(7);
     std::uniform_real_distribution<double> gain(-12, 12);
-    for (int i = 0; i < 6; ++i) {
-        Gains gains;
-        for (double& g : gains)
-            g = gain(random);
-        all.push_back(gains);
-    }
+    for (int i = 0; i < 6; ++i)
+        std::ranges::generate(all.emplace_back(), [&] { return gain(random); });
     return all;
 }
 
@@ -79,8 +70,9 @@ TEST_P(EqualizerResponse, OfTheRenderedGraphIsThatOfTheCascade) {
     Pcm impulse{rate, 1, 24, std::vector<std::int32_t>(std::size_t(rate) * 2 / 5)};
     impulse.samples[0] = 1 << 20; // room for what is boosted
     const auto path = wave(impulse);
-    double worst = 0;
+    std::printf("largest error in dB at %d Hz:", rate);
     for (const Gains& gains : curves()) {
+        double worst = 0;
         engine.setEQ(true, {gains.begin(), gains.end()}, 0);
         output.clearRecording();
         play(path);
@@ -90,9 +82,10 @@ TEST_P(EqualizerResponse, OfTheRenderedGraphIsThatOfTheCascade) {
                 measuredDb(output.recording(), 0.125, f, rate) - responseDb(gains, f, rate);
             worst = std::max(worst, std::abs(error));
         }
+        EXPECT_LT(worst, 0.05);
+        std::printf(" %.1e", worst);
     }
-    EXPECT_LT(worst, 0.05);
-    RecordProperty("worstErrorDb", std::to_string(worst));
+    std::printf("\n");
 }
 
 INSTANTIATE_TEST_SUITE_P(Rates, EqualizerResponse, testing::ValuesIn(rates));
@@ -125,22 +118,6 @@ TEST_F(EqualizerInGraph, OffOrFlatLeavesEverySampleAsItIs) {
     output.clearRecording();
     output.pull(8000);
     EXPECT_TRUE(output.recording() == pcm.cut(22'000, 30'000).floats());
-}
-
-TEST_F(EqualizerInGraph, TakesTenGainsAtMostAndKeepsTheBandsItGetsNoneFor) {
-    const auto path = wave(music(20'000));
-    const auto rendered = [&](const std::vector<double>& gains) {
-        engine.setEQ(true, gains, 0);
-        output.clearRecording();
-        play(path);
-        output.pull(20'000);
-        return output.recording();
-    };
-    const auto tooMany = rendered({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12});
-    EXPECT_EQ(rendered({1, 2, 3, 4, 5}), tooMany);
-    EXPECT_EQ(rendered({1, 2, 3, 4, 5, 6, 7, 8, 9, 10}), tooMany);
-    EXPECT_EQ(rendered({20, 2, 3, 4, 5, 6, 7, 8, 9, 10}),
-              rendered({12, 2, 3, 4, 5, 6, 7, 8, 9, 10}));
 }
 
 TEST_F(EqualizerInGraph, ChangesWhilePlayingDoNotClick) {
@@ -205,7 +182,9 @@ TEST(Equalizer, AddsNoNoiseThatCouldBeHeard) {
         errors += error * error;
         ASSERT_LT(std::abs(frame[0]), 1.0f);
     }
-    EXPECT_LT(10 * std::log10(double(errors) / frames), -140);
+    const double noise = 10 * std::log10(double(errors) / frames);
+    EXPECT_LT(noise, -140);
+    std::printf("noise at 192 kHz: %.1f dBFS\n", noise);
 }
 
 TEST(Equalizer, TreatsEveryChannelAlikeAndAlone) {

@@ -27,20 +27,6 @@ TEST(SampleRing, HoldsWhatFitsAndWrapsAround) {
     }
 }
 
-TEST(SampleRing, SkipsForwardOnlyAndNotPastTheEnd) {
-    SampleRing<int> ring(8);
-    const int values[] = {0, 1, 2, 3, 4, 5};
-    ring.write(values, 6);
-    int out = -1;
-    ring.skipTo(4);
-    ring.skipTo(2);
-    ASSERT_EQ(ring.read(&out, 1), 1u);
-    EXPECT_EQ(out, 4);
-    ring.skipTo(1000);
-    EXPECT_EQ(ring.consumed(), 6u);
-    EXPECT_EQ(ring.read(&out, 1), 0u);
-}
-
 TEST(SampleRing, CarriesEveryValueInOrderBetweenTwoThreads) {
     constexpr std::uint64_t total = 300'000;
     SampleRing<std::uint64_t> ring(1 << 10);

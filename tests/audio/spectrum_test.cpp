@@ -114,16 +114,12 @@ TEST(SpectrumAnalyzer, LetsBandsAndPeaksFallInSilence) {
 }
 
 TEST(SpectrumAnalyzer, PrecedesAShortBlockBySilence) {
-    SpectrumAnalyzer of512;
-    SpectrumAnalyzer of2048;
     const auto part = tones({{700, 0.3}}, 512);
     std::vector<float> whole(1536);
     whole.insert(whole.end(), part.begin(), part.end());
-    const auto a = *of512.processIfDue(part, rate, 0);
-    const auto b = *of2048.processIfDue(whole, rate, 0);
-    EXPECT_EQ(a.bands, b.bands);
-    EXPECT_EQ(a.level, b.level);
-    EXPECT_NEAR(a.level, 3.2 * 0.3 * std::sqrt(0.5) / 2, 0.01);
+    const auto output = *SpectrumAnalyzer().processIfDue(part, rate, 0);
+    EXPECT_EQ(output.bands, SpectrumAnalyzer().processIfDue(whole, rate, 0)->bands);
+    EXPECT_NEAR(output.level, 3.2 * 0.3 * std::sqrt(0.5) / 2, 0.01);
     EXPECT_EQ(SpectrumAnalyzer().processIfDue(tones({{700, 0.9}}), rate, 0)->level, 1);
 }
 
@@ -143,35 +139,22 @@ void pushRamp(TapBuffer& buffer, std::int64_t from, std::size_t frames) {
 }
 
 TEST(TapBuffer, GivesTheNewestThatIsHeard) {
-    TapBuffer buffer(4096);
+    TapBuffer buffer(1024);
     std::vector<float> room(100);
     pushRamp(buffer, 0, 1000);
     EXPECT_TRUE(buffer.newest(0, room).empty());
     EXPECT_EQ(buffer.newest(40, room).size(), 40U);
-    auto window = buffer.newest(500, room);
+    const auto window = buffer.newest(500, room);
     ASSERT_EQ(window.size(), 100U);
     EXPECT_EQ(window.front(), 400);
-    EXPECT_EQ(window.back(), 499);
-    EXPECT_TRUE(buffer.newest(500, room).empty()); // nothing new: it stands still
-    window = buffer.newest(5000, room);            // no more than there is
-    EXPECT_EQ(window.back(), 999);
-
-    pushRamp(buffer, 1000, 3000);
-    buffer.discardBefore(4000); // a seek: 3,001 frames will never be heard
-    EXPECT_TRUE(buffer.newest(4000, room).empty());
-    pushRamp(buffer, 4000, 10);
-    EXPECT_EQ(buffer.newest(4010, room).size(), 10U);
-    pushRamp(buffer, 5000, 20); // a hole in front
-    EXPECT_EQ(buffer.newest(5020, room).size(), 20U);
-}
-
-TEST(TapBuffer, GivesNothingThatHasBeenWrittenOver) {
-    TapBuffer buffer(1024);
-    std::vector<float> room(100);
-    pushRamp(buffer, 0, 1000);
+    EXPECT_TRUE(buffer.newest(500, room).empty()) << "it stands still";
+    EXPECT_EQ(buffer.newest(5000, room).back(), 999) << "no more than there is";
     pushRamp(buffer, 1000, 500);
-    EXPECT_TRUE(buffer.newest(500, room).empty());
-    EXPECT_EQ(buffer.newest(600, room).front(), 500);
+    EXPECT_TRUE(buffer.newest(501, room).empty()) << "written over";
+    buffer.discardBefore(1500); // a seek: what is queued will never be heard
+    EXPECT_TRUE(buffer.newest(1500, room).empty());
+    pushRamp(buffer, 2000, 20); // a hole in front
+    EXPECT_EQ(buffer.newest(2020, room).size(), 20U);
 }
 
 TEST(TapBuffer, NeverMixesOldAndNewBetweenTwoThreads) {
