@@ -49,10 +49,28 @@ class Sound:
             env=environment, **QUIET)
         until(path.exists)
 
+    def listen(self):
+        """A recorder of what the sink plays; it has begun when this returns."""
+        recorder = subprocess.Popen(
+            ["parec", f"--server={self.server}", "--device=null.monitor", "--raw",
+             "--latency-msec=5"], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE)
+        recorder.stdout.read(1)
+        return recorder
+
     def playing(self):
         listed = subprocess.run(["pactl", f"--server={self.server}", "list", "short", "sink-inputs"],
                                 capture_output=True, text=True).stdout
         return bool(listed.strip())
+
+
+def first_sound(recorder):
+    """When the recorder first hears something."""
+    while not any(os.read(recorder.stdout.fileno(), 4096)):
+        pass
+    heard = time.monotonic()
+    recorder.kill()
+    recorder.wait()
+    return heard
 
 
 def sample(pid):
@@ -118,6 +136,7 @@ class Mpd:
 
             ask("update")
             until(lambda: ask(f'add "{file.name}"'))
+            self.started = time.monotonic()
             ask("play")
 
     def enter(self, state):
@@ -130,6 +149,7 @@ class Mpv:
     program = "mpv"
 
     def __init__(self, sound, file, folder):
+        self.started = time.monotonic()
         self.process = subprocess.Popen(
             ["mpv", "--no-config", "--no-video", "--no-terminal", "--ao=pulse", str(file)],
             env=dict(os.environ, PULSE_SERVER=sound.server), **QUIET)
@@ -143,6 +163,7 @@ class Halvane:
     name = "Halvane"
     states = ("shown", "hidden", "paused")
     program = None  # given on the command line
+    has_shown = False
 
     def __init__(self, sound, file, folder):
         pid = folder / "pid"
@@ -153,6 +174,7 @@ class Halvane:
              str(Halvane.program), str(file)],
             start_new_session=True, **QUIET)
         until(pid.exists)
+        self.started = time.monotonic()
         self.pid = int(pid.read_text())
         until(lambda: b"halvane" in pathlib.Path(f"/proc/{self.pid}/comm").read_bytes())
         pairs = pathlib.Path(f"/proc/{self.pid}/environ").read_bytes().split(b"\0")
@@ -165,7 +187,8 @@ class Halvane:
         visible = self.run("xdotool", "search", "--onlyvisible", "--pid", str(self.pid)).split()
         for window in visible:
             self.run("xdotool", "windowminimize", window)
-        return not visible
+        self.has_shown = self.has_shown or bool(visible)  # it may play before it shows anything
+        return self.has_shown and not visible
 
     def enter(self, state):
         if state == "hidden":
@@ -195,7 +218,7 @@ def measure(options, root):
                         "anoisesrc=c=pink:r=44100:a=0.2:d=900:seed=1", "-ac", "2", "-sample_fmt",
                         "s16", str(file)], check=True)
     sound = Sound(root)
-    results, threads = {}, {}
+    results, threads, delays = {}, {}, {}
     try:
         for number in range(options.rounds):
             for player in (Mpd, Mpv, Halvane):
@@ -203,9 +226,11 @@ def measure(options, root):
                     continue
                 folder = root / f"{player.__name__}{number}"
                 folder.mkdir()
+                recorder = sound.listen()
                 running = player(sound, file, folder)
                 try:
-                    until(sound.playing)
+                    delays.setdefault(player.name, []).append(
+                        first_sound(recorder) - running.started)
                     for state in player.states:
                         running.enter(state)
                         time.sleep(SETTLE)
@@ -219,6 +244,9 @@ def measure(options, root):
     finally:
         end(sound.process)
     report(results, threads)
+    print("\nseconds to the first sound: from the start of the program, MPD's from its command to play")
+    for player, seconds in delays.items():
+        print(f"{player:<16} {statistics.median(seconds):>8.3f}")
 
 
 def report(results, threads):
