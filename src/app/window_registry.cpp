@@ -78,7 +78,7 @@ QQuickWindow* WindowRegistry::make(const WindowSpec& spec) {
                    qUtf8Printable(component.errorString()));
         return nullptr;
     }
-    object.release();
+    (void)object.release(); // it is among the windows now
     setUp(*window, spec);
     m_windows.insert(spec.id, window);
     Q_EMIT windowMade(window);

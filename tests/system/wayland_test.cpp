@@ -20,11 +20,18 @@ namespace {
 class Wayland : public testing::Test {
   protected:
     Wayland() {
+        // The screen is as large as the window, which so can only be put in its corner.
+        const auto configuration = session.home.filePath(u"weston.ini"_s);
+        QFile file(configuration);
+        if (!file.open(QIODevice::WriteOnly))
+            throw std::runtime_error("no folder for the compositor");
+        file.write("[shell]\npanel-position=none\nstartup-animation=none\nlocking=false\n");
+        file.close();
         m_compositor = std::make_unique<ChildProcess>(
             u"weston"_s,
-            QStringList{u"--backend=x11-backend.so"_s, u"--socket=wayland-test"_s, u"--no-config"_s,
-                        u"--width=1360"_s, u"--height=752"_s, u"--use-pixman"_s,
-                        u"--idle-time=0"_s},
+            QStringList{u"--backend=x11-backend.so"_s, u"--socket=wayland-test"_s,
+                        u"--config="_s + configuration, u"--width=1360"_s, u"--height=720"_s,
+                        u"--use-pixman"_s, u"--idle-time=0"_s},
             session.environment, session.home.filePath(u"weston.log"_s));
         if (!waitFor(
                 [&] { return QFile::exists(session.home.filePath(u"runtime/wayland-test"_s)); }))
@@ -45,9 +52,9 @@ class Wayland : public testing::Test {
     }
     QString at(QPoint place) const { return u"mousemove %1 %2"_s.arg(place.x()).arg(place.y()); }
 
-    /// Moves the pointer to a place of the window, which is where there is room for it.
+    /// Moves the pointer to a place of the window, and waits until the program has heard of it.
     void pointAt(QPoint inWindow) {
-        pointer(at(inWindow + corner));
+        pointer(at(inWindow));
         EXPECT_TRUE(waitFor([&] {
             return talk().contains(QRegularExpression(
                 uR"(wl_pointer@\d+\.(enter\(\d+, wl_surface@\d+|motion\(\d+), %1\.0+, %2\.0+\))"_s
@@ -56,7 +63,6 @@ class Wayland : public testing::Test {
         }));
     }
 
-    const QPoint corner{0, 32}; // beneath the compositor's panel
     DesktopSession session;
 
   private:
