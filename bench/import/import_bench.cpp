@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Importing a library of real files, beside a bare TagLib loop over the same files, and restoring
 // libraries of three sizes. HALVANE_BENCH_LIBRARY names the folder that bench/corpus made.
+#include "../support/remembered_library.h"
 #include "library/library_concerns.h"
 #include "library/settings_keys.h"
 #include "platform/desktop_cloud_files.h"
@@ -126,34 +127,9 @@ struct Remembered {
     QTemporaryDir folder;
     QStringList paths;
 
-    explicit Remembered(int size) {
-        std::vector<QueueItem> items;
-        for (int i = 0; i < size; ++i) {
-            const QString album = folder.filePath(u"Artist %1/Album %2"_s.arg(i / 48).arg(i / 12));
-            if (i % 12 == 0)
-                QDir().mkpath(album);
-            const QString path = album + u"/%1 - A song of some length.flac"_s.arg(i % 12);
-            QFile file(path);
-            if (!file.open(QIODevice::WriteOnly))
-                std::abort();
-            QueueItem item;
-            item.title = u"A song of some length %1"_s.arg(i);
-            item.artist = u"Artist %1"_s.arg(i / 48);
-            item.album = u"Album %1"_s.arg(i / 12);
-            item.genre = u"Folk"_s;
-            item.year = 1960 + i % 60;
-            item.duration = u"3:%1"_s.arg(10 + i % 50);
-            item.durationSeconds = 190 + i % 50;
-            item.quality = u"FLAC 44.1 kHz / 16-bit"_s;
-            item.sampleRate = u"44.1 kHz"_s;
-            item.bitDepth = u"16-bit"_s;
-            item.sourceURL = FileUrl(path);
-            item.coverURL = FileUrl(album + u"/cover.jpg"_s);
-            paths.append(path);
-            items.push_back(item);
-        }
-        MetadataCache(outside.fakes.folder.filePath(u"data"_s)).save(items);
-        outside.preferences.setStrings(SettingsKey::importedAudioPaths, paths);
+    explicit Remembered(int size)
+        : paths(bench::rememberLibrary(
+              size, folder.path(), outside.fakes.folder.filePath(u"data"_s), outside.preferences)) {
     }
 };
 

@@ -1,10 +1,19 @@
 // SPDX-License-Identifier: MIT
 // Time from a program's start until its window is on the display, and until something is drawn in
-// it. To be run on a display of its own, with an empty library: tools/private-desktop bench_startup
+// it, with libraries of several sizes. To be run on a display of its own:
+// tools/private-desktop bench_startup
+#include "../support/remembered_library.h"
+#include "platform/sqlite_preferences.h"
+#include "platform/system_clock.h"
+
+#include <QCoreApplication>
+#include <QTemporaryDir>
+
 #include <benchmark/benchmark.h>
 
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
+#include <array>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
@@ -122,6 +131,21 @@ void handOver(benchmark::State& state) {
     waitpid(running, nullptr, 0);
 }
 
+/// The command that starts the program on a library of its own.
+std::vector<std::string> programWithLibrary(const QTemporaryDir& home, int size) {
+    using namespace Qt::StringLiterals;
+    const QString config = home.filePath(u"config"_s);
+    const QString data = home.filePath(u"data"_s);
+    {
+        halvane::SystemClock clock;
+        halvane::SqlitePreferences preferences(config + u"/Halvane/preferences.sqlite"_s, clock);
+        halvane::bench::rememberLibrary(size, home.filePath(u"music"_s), data + u"/Halvane"_s,
+                                        preferences);
+    }
+    return {"env", "XDG_CONFIG_HOME=" + config.toStdString(), "XDG_DATA_HOME=" + data.toStdString(),
+            HALVANE_PROGRAM};
+}
+
 void startUp(benchmark::State& state, const std::vector<std::string>& command) {
     for (auto _ : state) {
         const auto times = measure(command);
@@ -136,12 +160,16 @@ void startUp(benchmark::State& state, const std::vector<std::string>& command) {
 } // namespace
 
 int main(int argc, char** argv) {
+    QCoreApplication application(argc, argv);
     // A display server starts anew when its last client has gone.
     Display* const held = XOpenDisplay(nullptr);
     if (!held)
         return 1;
+    const std::array<QTemporaryDir, 3> homes;
     const std::vector<std::pair<std::string, std::vector<std::string>>> programs{
-        {"halvane", {HALVANE_PROGRAM}},
+        {"halvane/0", programWithLibrary(homes[0], 0)},
+        {"halvane/10000", programWithLibrary(homes[1], 10'000)},
+        {"halvane/100000", programWithLibrary(homes[2], 100'000)},
         {"mpv", {"mpv", "--no-config", "--idle", "--force-window", "--really-quiet"}},
         {"plain_qt_quick_window", {PLAIN_WINDOW}},
     };

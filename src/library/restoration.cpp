@@ -9,8 +9,20 @@
 #include "platform/cloud_files.h"
 
 #include <algorithm>
+#include <sys/resource.h>
 
 namespace halvane {
+
+namespace {
+
+/// Where processors are scarce the window comes first: this thread, and those that it starts, get
+/// less of them. (A thread of Qt's can't be given a priority under the usual scheduler.)
+void yieldToTheWindow() {
+    constexpr int nicer = 5;
+    ::setpriority(PRIO_PROCESS, 0, nicer);
+}
+
+} // namespace
 
 Restoration::Restoration(RestorationCollaborators with, QObject* parent)
     : QObject(parent)
@@ -30,6 +42,7 @@ void Restoration::restoreImportedAudio() {
         m_worker, this,
         [stored = m_with.importedPaths.stored(), cache = m_with.cache, journal = m_with.journal,
          cloudFiles = &m_with.cloudFiles, language = m_with.language(), cancelled = m_cancelled] {
+            yieldToTheWindow();
             QStringList paths = stored;
             std::sort(paths.begin(), paths.end());
             std::vector<FileUrl> urls;

@@ -224,12 +224,16 @@ TEST_F(MetadataCacheTest, SurvivesBeingKilledAtAnyMoment) {
     }
 }
 
-TEST_F(MetadataCacheTest, AFailedWriteLeavesTheOldIndex) {
-    cache.save({item(u"/m/a.flac"_s)});
+TEST_F(MetadataCacheTest, AFailedWriteLeavesTheOldIndexAndPictures) {
+    QueueItem old = item(u"/m/0.flac"_s);
+    old.coverImageData = Artwork::fromBytes("old");
+    cache.save({old});
     const QByteArray before = index();
     std::vector<QueueItem> many(20'000, item(u"/m/b.flac"_s));
     for (std::size_t i = 0; i < many.size(); ++i)
         many[i].sourceURL = FileUrl(u"/m/%1.flac"_s.arg(i));
+    many[0].coverImageData = Artwork::fromBytes(QByteArray(2 << 20, 'x'));
+    many[1].coverImageData = many[0].coverImageData;
     const pid_t child = ::fork();
     if (child == 0) {
         // A file that may not grow fails as on a full disk.
@@ -244,6 +248,10 @@ TEST_F(MetadataCacheTest, AFailedWriteLeavesTheOldIndex) {
     EXPECT_EQ(status, 0);
     EXPECT_EQ(index(), before);
     EXPECT_EQ(QDir(cache.cacheDirectory()).entryList(QDir::Files).size(), 1);
+    EXPECT_EQ(QDir(cache.cacheDirectory() + u"/Artwork"_s).entryList(QDir::Files).size(), 1);
+    QFile picture(cache.artworkFileURL(old.path()).path());
+    ASSERT_TRUE(picture.open(QIODevice::ReadOnly));
+    EXPECT_EQ(picture.readAll(), "old");
     // Where nothing can be made, nothing happens.
     MetadataCache(u"/proc/nowhere"_s).save(many);
 }
