@@ -6,24 +6,33 @@ import QtQuick.Shapes
 Item {
     id: root
 
+    // Never changes, so it is painted once, small, and then only shown.
     Shape {
-        anchors.fill: parent
+        id: light
+
+        readonly property real reach: 420
+
+        x: Math.round(root.width / 2) - reach
+        width: 2 * reach
+        height: reach
+        layer.enabled: true
+        layer.smooth: true
         ShapePath {
             strokeWidth: -1
             startX: 0
             startY: 0
             fillGradient: RadialGradient {
-                centerX: root.width / 2
+                centerX: light.reach
                 centerY: 0
                 focalX: centerX
                 focalY: centerY
-                centerRadius: 420
+                centerRadius: light.reach
                 GradientStop { position: 0; color: Qt.rgba(1, 1, 1, 0.022) }
                 GradientStop { position: 1; color: Qt.rgba(1, 1, 1, 0) }
             }
-            PathLine { x: root.width; y: 0 }
-            PathLine { x: root.width; y: root.height }
-            PathLine { x: 0; y: root.height }
+            PathLine { x: light.width; y: 0 }
+            PathLine { x: light.width; y: light.height }
+            PathLine { x: 0; y: light.height }
         }
     }
     Rectangle {
