@@ -111,11 +111,17 @@ void Availability::land(quint64 generation, Sets sets) {
 void Availability::publish(Sets sets) {
     const bool cloudChanged = sets.inCloud != m_sets.inCloud;
     const bool missingChanged = sets.missing != m_sets.missing;
+    const auto all = [](const Sets& of) { return of.inCloud | of.missing; };
+    QSet<QString> changed = all(sets) | all(m_sets);
+    changed -= sets.inCloud & m_sets.inCloud;
+    changed -= sets.missing & m_sets.missing;
     m_sets = std::move(sets);
     if (cloudChanged)
         Q_EMIT cloudPendingPathsChanged();
     if (missingChanged)
         Q_EMIT unavailablePathsChanged();
+    if (!changed.isEmpty())
+        Q_EMIT statesChanged(changed);
 }
 
 void Availability::forget(const QSet<QString>& paths) {
@@ -172,6 +178,8 @@ void Availability::setState(const QString& path, TrackAvailability state) {
         Q_EMIT cloudPendingPathsChanged();
     if (missingChanged)
         Q_EMIT unavailablePathsChanged();
+    if (cloudChanged || missingChanged)
+        Q_EMIT statesChanged({path});
 }
 
 void Availability::startCloudDownloads(const QSet<QString>& paths) {

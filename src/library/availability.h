@@ -55,6 +55,8 @@ class Availability : public QObject, public FileAvailability {
   Q_SIGNALS:
     void cloudPendingPathsChanged();
     void unavailablePathsChanged();
+    /// Along with one or both of these: whose state is another now.
+    void statesChanged(const QSet<QString>& paths);
     /// The newest look at the disk has been taken over.
     void refreshed();
 

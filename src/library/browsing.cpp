@@ -170,6 +170,10 @@ void Browsing::ratingChanged(const QString& path) {
     refreshRow(path, {TrackListModel::RatingRole});
 }
 
+void Browsing::availabilityChanged(const QString& path) {
+    refreshRow(path, {TrackListModel::AvailabilityRole});
+}
+
 void Browsing::availabilityReset() {
     m_tracks.refreshAll({TrackListModel::AvailabilityRole});
 }

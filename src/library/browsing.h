@@ -64,6 +64,7 @@ class Browsing : public QObject {
     void lovedChanged(const QString& path);
     void lovedReset();
     void ratingChanged(const QString& path);
+    void availabilityChanged(const QString& path);
     void availabilityReset();
     void currentChanged(const QString& path);
     void languageChanged();

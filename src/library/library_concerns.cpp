@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "library/library_concerns.h"
 
+#include "library/row_ranges.h"
 #include "platform/notifications.h"
 #include "platform/sleep_inhibitor.h"
 #include "presentation/l10n.h"
@@ -267,8 +268,7 @@ std::size_t LibraryConcerns::sidebarCount(SidebarItem item) const {
 void LibraryConcerns::connectRows() {
     connect(&userData, &TrackUserData::lovedChanged, this, [this](const QString& path) {
         browsing.lovedChanged(path);
-        if (const TrackPtr track = store.track(path))
-            queue.refresh(*track, {PlayQueue::IsLovedRole});
+        queue.refresh(path, {PlayQueue::IsLovedRole});
         sidebar.refresh();
     });
     connect(&userData, &TrackUserData::ratingChanged, &browsing, &Browsing::ratingChanged);
@@ -280,15 +280,21 @@ void LibraryConcerns::connectRows() {
     connect(&queue, &PlayQueue::currentChanged, this,
             [this] { browsing.currentChanged(queue.currentPath()); });
     connect(&catalog, &LibraryCatalog::catalogChanged, &sidebar, &SidebarModel::refresh);
-    connect(&availability, &Availability::cloudPendingPathsChanged, this,
-            &LibraryConcerns::availabilityChanged);
-    connect(&availability, &Availability::unavailablePathsChanged, this,
+    connect(&availability, &Availability::statesChanged, this,
             &LibraryConcerns::availabilityChanged);
 }
 
-void LibraryConcerns::availabilityChanged() {
-    browsing.availabilityReset();
-    queue.refreshAll({PlayQueue::AvailabilityRole});
+void LibraryConcerns::availabilityChanged(const QSet<QString>& paths) {
+    // Finding very many rows would take longer than letting the views look at theirs again.
+    if (static_cast<std::size_t>(paths.size()) > mostNarrowRanges) {
+        browsing.availabilityReset();
+        queue.refreshAll({PlayQueue::AvailabilityRole});
+        return;
+    }
+    for (const QString& path : paths) {
+        browsing.availabilityChanged(path);
+        queue.refresh(path, {PlayQueue::AvailabilityRole});
+    }
 }
 
 void LibraryConcerns::connectNowPlaying() {

@@ -123,7 +123,7 @@ class LibraryConcerns : public QObject {
     void selectedAlbumChanged();
     OutputDevices::Collaborators outputCollaborators();
     void libraryGrew();
-    void availabilityChanged();
+    void availabilityChanged(const QSet<QString>& paths);
 
     void connectRows();
     void connectNowPlaying();

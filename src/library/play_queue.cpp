@@ -209,9 +209,9 @@ void PlayQueue::move(const QUuid& id, const QUuid& toPositionOf) {
     Q_EMIT entriesChanged();
 }
 
-void PlayQueue::refresh(const Track& record, const QList<int>& roles) {
+void PlayQueue::refresh(const QString& path, const QList<int>& roles) {
     for (std::size_t row = 0; row < m_entries.size(); ++row) {
-        if (m_entries[row].record.get() == &record)
+        if (m_entries[row].record->path() == path)
             emitRow(row, roles);
     }
 }

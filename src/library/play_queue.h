@@ -75,7 +75,7 @@ class PlayQueue : public QAbstractListModel {
     void move(const QUuid& id, const QUuid& toPositionOf);
 
     /// A track's loved flag or availability changed.
-    void refresh(const Track& record, const QList<int>& roles);
+    void refresh(const QString& path, const QList<int>& roles);
     /// Any number of files' did.
     void refreshAll(const QList<int>& roles);
 

@@ -9,6 +9,7 @@ Rectangle {
     required property int index
     required property string name
     required property string summary
+    readonly property string shownName: root.name.length > 0 ? root.name : Strings.unknownArtist
     required property string coverKey
     property bool isSelected
     property bool hasKeyboard
@@ -19,7 +20,7 @@ Rectangle {
     radius: Theme.radiusMedium
     color: root.isSelected ? Theme.selectionFill : hover.hovered ? Theme.pressWash : Theme.hoverWash
     Accessible.role: Accessible.ListItem
-    Accessible.name: root.name
+    Accessible.name: root.shownName
     Accessible.description: root.summary
     Accessible.selectable: true
     Accessible.selected: root.isSelected
@@ -46,7 +47,7 @@ Rectangle {
         spacing: 3
         PlainText {
             width: parent.width
-            text: root.name
+            text: root.shownName
             font: Theme.name
             color: root.isSelected ? Theme.accent : Theme.primaryText
             Accessible.ignored: true

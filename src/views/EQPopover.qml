@@ -8,13 +8,12 @@ import Halvane
 Popover {
     id: root
 
+    name: Strings.equalizer
     width: 470
     padding: 16
 
     contentItem: ColumnLayout {
         spacing: 14
-        Accessible.role: Accessible.Dialog
-        Accessible.name: Strings.equalizer
 
         RowLayout {
             spacing: 10

@@ -9,6 +9,7 @@ Popover {
 
     readonly property bool isClean: cloud.count === 0 && missing.count === 0 && duplicates.count === 0
 
+    name: Strings.libraryMaintenance
     anchors.centerIn: parent
     width: 470
     padding: 20
@@ -21,8 +22,6 @@ Popover {
     contentItem: FocusScope {
         implicitHeight: body.implicitHeight
         focus: true
-        Accessible.role: Accessible.Dialog
-        Accessible.name: Strings.libraryMaintenance
 
         Column {
             id: body

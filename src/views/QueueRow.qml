@@ -36,7 +36,7 @@ Rectangle {
     border.width: root.isDragged ? 1 : 0
     border.color: Theme.accent
     Accessible.role: Accessible.ListItem
-    Accessible.name: root.title + ", " + root.artist
+    Accessible.name: root.artist.length > 0 ? root.title + ", " + root.artist : root.title
     Accessible.description: root.isAvailable ? Strings.playThisTrack
                           : root.availability === Availability.InCloud ? Strings.cloudFileHint : Strings.unavailableFile
     Accessible.focusable: true

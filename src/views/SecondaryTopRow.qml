@@ -25,6 +25,7 @@ Item {
         }
         Text {
             anchors.baseline: words.baseline
+            visible: root.detail.length > 0
             text: root.detail
             Accessible.role: Accessible.StaticText
             Accessible.name: text

@@ -38,7 +38,7 @@ Rectangle {
     radius: Theme.radiusSmall
     color: root.isPlaying ? Theme.playingFill : hover.hovered ? Theme.hoverWash : "transparent"
     Accessible.role: Accessible.ListItem
-    Accessible.name: root.title + ", " + root.artist
+    Accessible.name: root.artist.length > 0 ? root.title + ", " + root.artist : root.title
     Accessible.description: root.hint
     Accessible.focusable: true
     Accessible.focused: root.hasKeyboard

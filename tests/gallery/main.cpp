@@ -31,7 +31,8 @@ int main(int argc, char** argv) {
     options.addHelpOption();
     options.addOptions({
         {u"albums"_s, u"How many albums the library holds."_s, u"count"_s, u"312"_s},
-        {u"window"_s, u"Which window: main, mini, panel, help, settings."_s, u"id"_s, u"main"_s},
+        {u"window"_s, u"Which window: main, mini, panel, help, settings; may be given again."_s,
+         u"id"_s, u"main"_s},
         {u"language"_s, u"en or zh."_s, u"language"_s, u"en"_s},
         {u"size"_s, u"Size of the window."_s, u"WxH"_s},
         {u"set"_s, u"Sets a property of the controller; may be given again."_s, u"name=value"_s},
@@ -58,9 +59,10 @@ int main(int argc, char** argv) {
                                                            : value == "false"_L1 ? QVariant(false)
                                                                                  : QVariant(value));
     }
-    QQuickWindow* window = world.open(options.value(u"window"_s));
-    if (!window)
-        return 1;
+    QQuickWindow* window = nullptr;
+    for (const QString& id : options.values(u"window"_s))
+        if (window = world.open(id); !window)
+            return 1;
     if (const auto size = options.value(u"size"_s).split(u'x'); size.size() == 2)
         window->resize(size[0].toInt(), size[1].toInt());
     if (options.isSet(u"tree"_s)) {

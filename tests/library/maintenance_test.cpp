@@ -71,16 +71,29 @@ TEST_F(MaintenanceTest, TellsWhatIsMissingAndWhatIsInTheCloud) {
 
 TEST_F(MaintenanceTest, OnlyTheNewestLookCounts) {
     const QString path = folder.filePath(u"a.mp3"_s);
-    add({path});
+    const QString other = touch(u"b.mp3"_s);
+    add({other, path});
+    library.catalog.rebuildImportedAlbums();
+    while (library.browsing.visibleTracks().rowCount() < 2)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     int changes = 0;
     int looks = 0;
     QObject::connect(&library.availability, &Availability::unavailablePathsChanged,
                      [&] { ++changes; });
     QObject::connect(&library.availability, &Availability::refreshed, [&] { ++looks; });
+    int rows = 0;
+    for (const QAbstractItemModel* list :
+         {static_cast<QAbstractItemModel*>(&library.queue),
+          static_cast<QAbstractItemModel*>(&library.browsing.visibleTracks())})
+        QObject::connect(list, &QAbstractItemModel::dataChanged,
+                         [&](const QModelIndex& first, const QModelIndex& last) {
+                             rows += last.row() - first.row() + 1;
+                         });
     library.availability.refreshAvailability();
     refreshed();
     EXPECT_EQ(looks, 1);
     EXPECT_EQ(changes, 1);
+    EXPECT_EQ(rows, 2) << "one in the queue and one in the library are drawn again";
 
     // Played meanwhile: the look that began before is taken again.
     library.availability.refreshAvailability();

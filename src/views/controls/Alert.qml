@@ -34,6 +34,7 @@ Popover {
         root.accepted(field.text)
     }
 
+    name: root.title
     parent: T.Overlay.overlay
     anchors.centerIn: parent
     width: 340
@@ -44,8 +45,6 @@ Popover {
 
     contentItem: ColumnLayout {
         spacing: Theme.gap
-        Accessible.role: Accessible.Dialog
-        Accessible.name: root.title
 
         Text {
             Layout.fillWidth: true

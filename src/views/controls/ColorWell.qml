@@ -36,6 +36,7 @@ PressableBase {
 
     Popover {
         id: popover
+        name: root.name
         x: root.width - width
         y: root.height + 6
         padding: 14

@@ -5,6 +5,12 @@ import Halvane
 
 // A small surface over the window that closes with Esc or a click elsewhere.
 T.Popup {
+    id: root
+
+    required property string name
+
+    // The surface, which is not the content but its parent, is what is read out as a dialog.
+    onAboutToShow: root.contentItem.parent.Accessible.name = root.name
     padding: Theme.gapLarge
     margins: 8
     focus: true
