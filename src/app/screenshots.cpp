@@ -5,7 +5,10 @@
 #include "app/window_registry.h"
 #include "library/library_view_model.h"
 #include "platform/log.h"
+#include "presentation/l10n.h"
 
+#include <QAbstractListModel>
+#include <QAccessible>
 #include <QQuickWindow>
 
 #include <algorithm>
@@ -21,6 +24,29 @@ namespace {
 constexpr auto settling = 2000ms;
 constexpr auto betweenLooks = 100ms;
 constexpr int looks = 300;
+constexpr int fewLooks = 30;
+
+QAccessibleInterface* find(QAccessibleInterface* from, const QString& name) {
+    if (!from || from->state().invisible)
+        return nullptr;
+    if (from->text(QAccessible::Name) == name && from->actionInterface())
+        return from;
+    for (int i = 0; i < from->childCount(); ++i)
+        if (auto* found = find(from->child(i), name))
+            return found;
+    return nullptr;
+}
+
+/// Presses what only a view can open, as assistive technology does.
+void press(QObject* window, const QString& name) {
+    QAccessible::setActive(true);
+    if (auto* thing = find(QAccessible::queryAccessibleInterface(window), name))
+        thing->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+}
+
+QVariant firstValue(QAbstractListModel* list, const char* role) {
+    return list->index(0, 0).data(list->roleNames().key(role));
+}
 
 } // namespace
 
@@ -28,28 +54,54 @@ Screenshots::Screenshots(HalvaneApp& app, Clock& clock, const QString& folder, Q
     : QObject(parent)
     , m_app(app)
     , m_clock(clock)
-    , m_folder(folder)
-    , m_pictures(pictures()) {
+    , m_folder(folder) {
+    for (const auto& [language, suffix] : {std::pair(AppLanguage::english, u"-en"_s),
+                                           std::pair(AppLanguage::simplifiedChinese, u"-zh"_s)}) {
+        auto views = pictures();
+        views.front().prepare = [this, language = language, first = views.front().prepare] {
+            m_app.library()->setLanguageSetting(language);
+            first();
+        };
+        for (auto& view : views)
+            view.name += suffix;
+        m_pictures.insert(m_pictures.end(), views.begin(), views.end());
+    }
     std::reverse(m_pictures.begin(), m_pictures.end());
 }
 
 std::vector<Screenshots::Picture> Screenshots::pictures() {
     auto* library = m_app.library();
     const auto nothing = [] {};
+    const auto pressEqualizer = [this, library] {
+        press(m_app.windows().visibleWindow(u"main"_s),
+              L10n::text(L10nKey::equalizer, library->resolvedLanguage()));
+    };
+    const auto place = [=](SidebarItem item) { return [=] { library->selectSidebarItem(item); }; };
     return {
-        {u"albums"_s, u"main"_s, [=] { library->goHome(); }, nothing},
-        {u"artists"_s, u"main"_s, [=] { library->selectSidebarItem(SidebarItem::artists); },
-         nothing},
-        {u"tracks"_s, u"main"_s, [=] { library->selectSidebarItem(SidebarItem::tracks); }, nothing},
-        {u"main"_s, u"main"_s,
+        {u"main-albums"_s, u"main"_s,
          [=] {
              library->goHome();
              library->setShowNowPlayingPanel(true);
+             if (!library->hasCurrentTrack() && library->visibleAlbums()->rowCount() > 0)
+                 library->playAlbum(firstValue(library->visibleAlbums(), "albumId").toString());
          },
          nothing},
-        {u"chinese"_s, u"main"_s,
-         [=] { library->setLanguageSetting(AppLanguage::simplifiedChinese); },
-         [=] { library->setLanguageSetting(AppLanguage::english); }},
+        {u"main-artists"_s, u"main"_s, place(SidebarItem::artists), nothing},
+        {u"main-tracks"_s, u"main"_s, place(SidebarItem::tracks), nothing},
+        {u"main-loved"_s, u"main"_s, place(SidebarItem::loved), nothing},
+        {u"main-playlist"_s, u"main"_s,
+         [=] {
+             library->setSelectedPlaylistID(
+                 firstValue(library->playlists(), "playlistId").toUuid());
+         },
+         nothing},
+        {u"main-search"_s, u"main"_s,
+         [=] {
+             library->goHome();
+             library->setSearchText(u"n"_s);
+         },
+         [=] { library->setSearchText({}); }},
+        {u"equalizer"_s, u"main"_s, pressEqualizer, pressEqualizer},
         {u"tidy-up"_s, u"main"_s, [=] { library->setShowMaintenance(true); },
          [=] { library->setShowMaintenance(false); }},
         {u"full-screen"_s, u"main"_s, [=] { library->setShowFullPlayer(true); },
@@ -57,7 +109,7 @@ std::vector<Screenshots::Picture> Screenshots::pictures() {
         {u"help"_s, u"help"_s, nothing, [this] { m_app.closeWindow(u"help"_s); }},
         {u"settings"_s, u"settings"_s, nothing, [this] { m_app.closeWindow(u"settings"_s); }},
         {u"panel"_s, u"panel"_s, nothing, [this] { m_app.closeWindow(u"panel"_s); }},
-        {u"mini"_s, u"mini"_s, nothing, nothing},
+        {u"mini"_s, u"mini"_s, nothing, [this] { m_app.closeWindow(u"mini"_s); }},
     };
 }
 
@@ -67,7 +119,8 @@ void Screenshots::start(bool expectsTracks) {
         Q_EMIT finished(false);
         return;
     }
-    waitForTracks(expectsTracks ? looks : 0);
+    // A library that is restored is there at once.
+    waitForTracks(expectsTracks ? looks : fewLooks);
 }
 
 void Screenshots::waitForTracks(int looksLeft) {
@@ -96,7 +149,8 @@ void Screenshots::next() {
 
 void Screenshots::take(const Picture& picture) {
     auto* window = m_app.windows().visibleWindow(picture.window);
-    const auto file = m_folder.filePath(picture.name + u".png"_s);
+    const double scale = window ? window->effectiveDevicePixelRatio() : 1;
+    const auto file = m_folder.filePath(u"%1-%2x.png"_s.arg(picture.name).arg(scale));
     if (window && window->grabWindow().save(file))
         return;
     m_complete = false;

@@ -14,8 +14,8 @@ namespace halvane {
 
 class HalvaneApp;
 
-/// Saves a picture of every window, one after the other, once what is being imported is there.
-/// Main thread.
+/// Saves a picture of every view and window in both languages, one after the other, once what is
+/// being imported is there: VIEW-LANGUAGE-SCALE.png, as main-albums-en-2x.png. Main thread.
 class Screenshots : public QObject {
     Q_OBJECT
 

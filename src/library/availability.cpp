@@ -46,20 +46,20 @@ Availability::Sets Availability::lookAt(const TrackRows& library, const TrackRow
     const auto count = static_cast<std::size_t>(paths->size());
     BoundedParallel<Sets>::Options options;
     options.threads = threads;
-    const auto portions =
-        BoundedParallel<Sets>::run((count + portion - 1) / portion,
-                                   [paths, &cloudFiles](std::size_t index) {
-                                       Sets sets;
-                                       for (const QString& path : paths->mid(
-                                                static_cast<qsizetype>(index * portion), portion)) {
-                                           if (cloudFiles.isEvicted(path))
-                                               sets.inCloud.insert(path);
-                                           else if (::access(path.toUtf8().constData(), F_OK) != 0)
-                                               sets.missing.insert(path);
-                                       }
-                                       return sets;
-                                   },
-                                   options);
+    const auto portions = BoundedParallel<Sets>::run(
+        (count + portion - 1) / portion,
+        [paths, &cloudFiles](std::size_t index) {
+            Sets sets;
+            for (const QString& path :
+                 paths->mid(static_cast<qsizetype>(index) * qsizetype{portion}, portion)) {
+                if (cloudFiles.isEvicted(path))
+                    sets.inCloud.insert(path);
+                else if (::access(path.toUtf8().constData(), F_OK) != 0)
+                    sets.missing.insert(path);
+            }
+            return sets;
+        },
+        options);
     Sets all;
     for (std::size_t p = 0; p < portions.size(); ++p) {
         if (portions[p]) {
@@ -67,7 +67,8 @@ Availability::Sets Availability::lookAt(const TrackRows& library, const TrackRow
             all.missing.unite(portions[p]->missing);
             continue;
         }
-        for (const QString& path : paths->mid(static_cast<qsizetype>(p * portion), portion)) {
+        for (const QString& path :
+             paths->mid(static_cast<qsizetype>(p) * qsizetype{portion}, portion)) {
             if (before.inCloud.contains(path))
                 all.inCloud.insert(path);
             else if (before.missing.contains(path))

@@ -32,12 +32,14 @@ GridView {
     keyNavigationEnabled: false
     boundsBehavior: Flickable.StopAtBounds
     clip: true
-    activeFocusOnTab: true
+    Accessible.focusable: true
     currentIndex: cursor.index
     highlightFollowsCurrentItem: false
     Accessible.role: Accessible.List
     Accessible.name: Strings.albums
     Keys.onPressed: event => keys.handle(event)
+    Keys.onTabPressed: tabStop.leave(true)
+    Keys.onBacktabPressed: tabStop.leave(false)
     Keys.onEscapePressed: event => {
         event.accepted = Browsing.showsAlbumTracks
         Browsing.showsAlbumTracks = false
@@ -82,7 +84,7 @@ GridView {
         isSelected: albumId === Library.selectedAlbumID
         hasKeyboard: root.activeFocus && index === root.currentIndex
         onChosen: {
-            root.forceActiveFocus(Qt.MouseFocusReason)
+            tabStop.take(Qt.MouseFocusReason)
             root.choose(index)
         }
         onPlayed: Library.playAlbum(albumId)
@@ -105,6 +107,11 @@ GridView {
         rowHeight: root.cellHeight
         onActivated: row => Library.playAlbum(cursor.value(row, "albumId"))
         onMenuAsked: row => root.choose(row)
+    }
+    ListTabStop {
+        id: tabStop
+        parent: root
+        view: root
     }
     WheelScroller {
         parent: root

@@ -25,12 +25,14 @@ GridView {
     keyNavigationEnabled: false
     boundsBehavior: Flickable.StopAtBounds
     clip: true
-    activeFocusOnTab: true
+    Accessible.focusable: true
     currentIndex: cursor.index
     highlightFollowsCurrentItem: false
     Accessible.role: Accessible.List
     Accessible.name: Strings.artists
     Keys.onPressed: event => keys.handle(event)
+    Keys.onTabPressed: tabStop.leave(true)
+    Keys.onBacktabPressed: tabStop.leave(false)
     Keys.onEscapePressed: event => {
         event.accepted = Library.focusedArtist.length > 0
         Library.focusedArtist = ""
@@ -76,7 +78,7 @@ GridView {
         isSelected: name === Library.focusedArtist
         hasKeyboard: root.activeFocus && index === root.currentIndex
         onChosen: {
-            root.forceActiveFocus(Qt.MouseFocusReason)
+            tabStop.take(Qt.MouseFocusReason)
             cursor.index = index
             Library.focusedArtist = name
         }
@@ -100,6 +102,11 @@ GridView {
         rowHeight: root.cellHeight
         onActivated: row => Library.playArtist(cursor.value(row, "name"))
         onMenuAsked: row => Library.focusedArtist = cursor.value(row, "name")
+    }
+    ListTabStop {
+        id: tabStop
+        parent: root
+        view: root
     }
     WheelScroller {
         parent: root

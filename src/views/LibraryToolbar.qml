@@ -14,10 +14,12 @@ RowLayout {
     spacing: 10
 
     Column {
+        // Where there is little room, the search field gives way first.
         Layout.fillWidth: true
-        Layout.minimumWidth: 80
+        Layout.minimumWidth: Math.min(Math.max(80, root.width - 290), Math.ceil(Math.max(title.implicitWidth, summary.implicitWidth)))
         spacing: 2
         PlainText {
+            id: title
             width: parent.width
             text: root.place
             font: Theme.pageTitle
@@ -25,6 +27,7 @@ RowLayout {
             Accessible.name: text
         }
         PlainText {
+            id: summary
             width: parent.width
             text: Library.librarySummary
             font: Theme.label

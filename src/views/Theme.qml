@@ -92,6 +92,17 @@ QtObject {
     function tinted(color: color, amount: real): color {
         return Qt.tint(panel, withAlpha(color, amount))
     }
+    // Where the track table's columns begin in a row of a width. Where the title would have too
+    // little room left, first the quality and then the album give way.
+    function trackColumns(width: real): var {
+        const title = 160
+        const time = width - 10 - 58
+        const showsQuality = time - 150 - 200 - 40 >= title
+        const quality = showsQuality ? time - 150 : time
+        const showsAlbum = quality - 200 - 40 >= title
+        const album = showsAlbum ? quality - 200 : quality
+        return { showsQuality: showsQuality, quality: quality, showsAlbum: showsAlbum, album: album, titleEnd: album }
+    }
     // A colour at another opacity.
     function withAlpha(color: color, alpha: real): color {
         return Qt.rgba(color.r, color.g, color.b, alpha)

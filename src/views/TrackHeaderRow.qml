@@ -7,6 +7,8 @@ import Halvane
 Item {
     id: root
 
+    readonly property var columns: Theme.trackColumns(root.width)
+
     implicitHeight: 30
 
     component Label: Text {
@@ -22,11 +24,13 @@ Item {
         text: Strings.title
     }
     Label {
-        x: root.width - 10 - 58 - 150 - 200
+        visible: root.columns.showsAlbum
+        x: root.columns.album
         text: Strings.album
     }
     Label {
-        x: root.width - 10 - 58 - 150
+        visible: root.columns.showsQuality
+        x: root.columns.quality
         text: Strings.quality
     }
     Label {

@@ -18,6 +18,7 @@ Rectangle {
     required property int rating
     required property int availability
     required property bool isPlaying
+    required property var columns
     property bool hasKeyboard
     readonly property bool isAvailable: root.availability === Availability.Available
     readonly property color textColor: !root.isAvailable ? Theme.withAlpha(Theme.tertiaryText, 0.66)
@@ -66,7 +67,7 @@ Rectangle {
     PlainText {
         id: titleText
         x: 40
-        width: Math.min(implicitWidth, albumText.x - 40 - (root.isLoved ? 34 : 12))
+        width: Math.min(implicitWidth, root.columns.titleEnd - 40 - (root.isLoved ? 34 : 12))
         height: parent.height
         text: root.title
         color: root.textColor
@@ -82,8 +83,8 @@ Rectangle {
         color: Theme.accent
     }
     PlainText {
-        id: albumText
-        x: parent.width - 10 - 58 - 150 - 200
+        visible: root.columns.showsAlbum
+        x: root.columns.album
         width: 190
         height: parent.height
         text: root.album
@@ -91,7 +92,8 @@ Rectangle {
         Accessible.ignored: true
     }
     PlainText {
-        x: parent.width - 10 - 58 - 150
+        visible: root.columns.showsQuality
+        x: root.columns.quality
         width: 142
         height: parent.height
         text: root.quality

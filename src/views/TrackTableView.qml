@@ -11,6 +11,7 @@ ListView {
     // Beneath a grid, showing one album's or artist's tracks only.
     property bool isNarrowed
     readonly property real available: width - 2 * Theme.margin
+    readonly property var columns: Theme.trackColumns(available)
 
     function reveal(): void {
         const row = cursor.rowWith("path", Library.currentTrack.path)
@@ -27,12 +28,14 @@ ListView {
     keyNavigationEnabled: false
     boundsBehavior: Flickable.StopAtBounds
     clip: true
-    activeFocusOnTab: true
+    Accessible.focusable: true
     currentIndex: cursor.index
     highlightFollowsCurrentItem: false
     Accessible.role: Accessible.Table
     Accessible.name: Strings.tracks
     Keys.onPressed: event => keys.handle(event)
+    Keys.onTabPressed: tabStop.leave(true)
+    Keys.onBacktabPressed: tabStop.leave(false)
     Keys.onEscapePressed: event => {
         event.accepted = root.isNarrowed
         if (!root.isNarrowed)
@@ -69,9 +72,10 @@ ListView {
     delegate: TrackRow {
         x: Theme.margin
         width: root.available
+        columns: root.columns
         hasKeyboard: root.activeFocus && index === root.currentIndex
         onPressed: {
-            root.forceActiveFocus(Qt.MouseFocusReason)
+            tabStop.take(Qt.MouseFocusReason)
             cursor.index = index
         }
         onMenuAsked: (x, y) => {
@@ -114,7 +118,12 @@ ListView {
     }
     TrackMenu {
         id: menu
-        onClosed: root.forceActiveFocus(Qt.PopupFocusReason)
+        onClosed: tabStop.take(Qt.PopupFocusReason)
+    }
+    ListTabStop {
+        id: tabStop
+        parent: root
+        view: root
     }
     WheelScroller {
         parent: root

@@ -18,18 +18,26 @@ std::optional<QString> TimedOutput::open(const StreamFormat& format, RenderSourc
     return {};
 }
 
-void TimedOutput::close() {
+void TimedOutput::freeze() {
+    m_isFrozen = true;
     m_timer.stop();
+}
+
+void TimedOutput::close() {
+    pause();
     m_source = nullptr;
 }
 
 std::optional<QString> TimedOutput::start() {
     m_since.start();
-    m_timer.start();
+    m_isRunning = true;
+    if (!m_isFrozen)
+        m_timer.start();
     return {};
 }
 
 void TimedOutput::pause() {
+    m_isRunning = false;
     m_timer.stop();
 }
 

@@ -27,12 +27,14 @@ namespace halvane::test {
 class TimedOutput final : public SoundOutput {
   public:
     TimedOutput();
+    /// From now on time stands still: what plays stays where it is.
+    void freeze();
     std::optional<QString> open(const StreamFormat& format, RenderSource& source) override;
     void close() override;
     bool isOpen() const override { return m_source != nullptr; }
     std::optional<QString> start() override;
     void pause() override;
-    bool isRunning() const override { return m_timer.isActive(); }
+    bool isRunning() const override { return m_isRunning; }
     void flush() override {}
     std::int64_t framesRendered() const override { return m_frames; }
     std::int64_t framesHeard() const override { return m_frames; }
@@ -43,6 +45,8 @@ class TimedOutput final : public SoundOutput {
     void pull();
 
     QTimer m_timer;
+    bool m_isRunning = false;
+    bool m_isFrozen = false;
     QElapsedTimer m_since;
     StreamFormat m_format;
     RenderSource* m_source = nullptr;

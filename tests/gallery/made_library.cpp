@@ -116,11 +116,12 @@ QString timeText(int seconds) {
     return hours > 0 ? u"%1:%2"_s.arg(hours).arg(rest) : rest;
 }
 
-/// A few seconds of chords over and over, long enough for the whole track.
-void writeSound(const QString& path, int seconds) {
-    constexpr int rate = 22050;
-    QByteArray second;
-    QDataStream samples(&second, QIODevice::WriteOnly);
+constexpr int rate = 22050;
+
+/// A few seconds of chords.
+QByteArray chords() {
+    QByteArray sound;
+    QDataStream samples(&sound, QIODevice::WriteOnly);
     samples.setByteOrder(QDataStream::LittleEndian);
     for (int i = 0; i < rate * 4; ++i) {
         const double t = double(i) / rate;
@@ -132,6 +133,12 @@ void writeSound(const QString& path, int seconds) {
         }
         samples << qint16(std::lround(3800 * sum));
     }
+    return sound;
+}
+
+/// The chords over and over, long enough for the whole track.
+void writeSound(const QString& path, int seconds) {
+    static const QByteArray sound = chords();
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly))
         return;
@@ -145,9 +152,8 @@ void writeSound(const QString& path, int seconds) {
         << quint16(2) << quint16(16);
     out.writeRawData("data", 4);
     out << bytes;
-    for (quint32 written = 0; written < bytes; written += quint32(second.size()))
-        out.writeRawData(second.constData(),
-                         int(std::min(quint32(second.size()), bytes - written)));
+    for (quint32 written = 0; written < bytes; written += quint32(sound.size()))
+        out.writeRawData(sound.constData(), int(std::min(quint32(sound.size()), bytes - written)));
 }
 
 void writePlaceholder(const QString& path, int seconds) {

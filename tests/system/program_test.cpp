@@ -186,9 +186,10 @@ TEST_F(Program, RunsAloneWithoutABus) {
     session.environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nonexistent"_s);
     session.makeTrack(u"a.flac"_s, 5, u"Alone"_s);
     const auto pictures =
-        session.run(program, {u"--screenshots"_s, u"pictures"_s, u"a.flac"_s}, 90'000);
+        session.run(program, {u"--screenshots"_s, u"pictures"_s, u"a.flac"_s}, 180'000);
     EXPECT_EQ(pictures.exitCode, 0) << pictures.errors.toStdString();
     const QDir folder(session.home.filePath(u"pictures"_s));
-    for (const auto& name : {u"main"_s, u"mini"_s, u"help"_s, u"settings"_s, u"panel"_s})
-        EXPECT_TRUE(folder.exists(name + u".png"_s)) << name.toStdString();
+    for (const auto& name :
+         {u"main-albums-en"_s, u"mini-zh"_s, u"help-en"_s, u"settings-zh"_s, u"panel-en"_s})
+        EXPECT_TRUE(folder.exists(name + u"-1x.png"_s)) << name.toStdString();
 }

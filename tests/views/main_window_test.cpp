@@ -2,8 +2,12 @@
 // The real main window, worked with mouse and keyboard.
 #include "views/window_driver.h"
 
+#include <QDir>
 #include <QDropEvent>
+#include <QElapsedTimer>
+#include <QGuiApplication>
 #include <QMimeData>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -246,6 +250,139 @@ TEST_F(MainWindowTest, FilesDraggedOverTheWindowShowTheOverlay) {
     QCoreApplication::sendEvent(window, &drop);
     EXPECT_TRUE(drop.isAccepted());
     EXPECT_TRUE(world.waitFor([&] { return !ui->shows(u"Drop to add to playlist"_s); }));
+}
+
+TEST_F(MainWindowTest, TheCursorMovesByPagesAndOutlivesASearch) {
+    library.selectBrowseMode(LibraryMode::songs);
+    ASSERT_TRUE(ui->click(u"Half the Way Home, The Lanterns"_s));
+    QAbstractListModel* tracks = library.visibleTracks();
+    const auto playsRow = [&](int row) {
+        ui->key(Qt::Key_Return);
+        return library.currentTrack().path() == textAt(tracks, row, "path");
+    };
+    ui->key(Qt::Key_PageDown);
+    ui->key(Qt::Key_PageUp);
+    EXPECT_TRUE(playsRow(1));
+    ui->key(Qt::Key_PageDown);
+    EXPECT_FALSE(playsRow(1));
+    ui->key(Qt::Key_Home);
+    ui->key(Qt::Key_Down);
+    const QString chosen = textAt(tracks, 1, "path");
+    for (const QString& search : {u"nina vale"_s, QString()}) {
+        const int before = tracks->rowCount();
+        library.setSearchText(search);
+        ASSERT_TRUE(world.waitFor([&] { return tracks->rowCount() != before; }));
+    }
+    ui->key(Qt::Key_Return);
+    EXPECT_EQ(library.currentTrack().path(), chosen);
+}
+
+TEST_F(MainWindowTest, TabGoesRoundEverythingAsTheEyeDoes) {
+    const auto focused = [&] {
+        QAccessibleInterface* thing =
+            QAccessible::queryAccessibleInterface(&ui->window())->focusChild();
+        return thing ? thing->text(QAccessible::Name) : QString();
+    };
+    QStringList names;
+    for (int step = 0; step < 120 && names.count(u"New Playlist..."_s) < 2; ++step) {
+        ui->key(Qt::Key_Tab);
+        EXPECT_TRUE(world.waitFor([&] { return !focused().isEmpty(); }))
+            << "without a name, after " << qPrintable(names.join(u'|'));
+        names.append(focused());
+    }
+    int last = -1;
+    const qsizetype first = names.indexOf(u"New Playlist..."_s);
+    ASSERT_GE(first, 0) << qPrintable(names.join(u'|'));
+    std::rotate(names.begin(), names.begin() + first, names.end());
+    for (const QString& name :
+         {u"New Playlist..."_s, u"Late evenings, 42"_s, u"Search title, artist, album, format"_s,
+          u"Import Music Folder"_s, u"Toggle Now Playing Panel"_s, u"Night Walk"_s, u"Artists"_s,
+          u"Play Album"_s, u"Albums"_s, u"Up Next"_s, u"Previous track"_s, u"Next track"_s,
+          u"Volume"_s, u"Equalizer"_s, u"Mini Player"_s}) {
+        const int at = int(names.indexOf(name, last + 1));
+        EXPECT_GT(at, last) << qPrintable(name) << " in " << qPrintable(names.join(u'|'));
+        last = std::max(at, last);
+    }
+}
+
+TEST_F(MainWindowTest, TheQueueScrollsUnderADragHeldAtItsEdge) {
+    QAbstractListModel* queue = library.playlist();
+    library.playArtist(u"林间乐队"_s);
+    ASSERT_GT(queue->rowCount(), 20);
+    auto* list = ui->find(u"Up Next"_s, QAccessible::List);
+    ASSERT_NE(list, nullptr);
+    const QPoint corner = ui->window().mapFromGlobal(list->rect().topLeft());
+    const QString dragged = textAt(queue, 1, "title");
+    const QString id = textAt(queue, 1, "entryId");
+    ui->hold(corner + QPoint(120, 66), corner + QPoint(120, list->rect().height() - 4));
+    EXPECT_TRUE(
+        world.waitFor([&] { return textAt(queue, queue->rowCount() - 1, "entryId") == id; }));
+    ui->release(corner + QPoint(120, list->rect().height() - 4));
+}
+
+TEST_F(MainWindowTest, HundredsOfFilesAndFoldersAreDroppedAtOnce) {
+    QTemporaryDir folder;
+    QList<QUrl> urls;
+    for (int number = 0; number < 400; ++number) {
+        const QString path = folder.filePath(u"%1 %2.wav"_s.arg(number).arg(u"é 歌 🌙 #%20"_s));
+        ASSERT_TRUE(QFile::copy(world.pathOf(1), path));
+        urls.append(QUrl::fromLocalFile(path));
+    }
+    ASSERT_TRUE(QDir(folder.path()).mkdir(u"more"_s));
+    ASSERT_TRUE(QFile::copy(world.pathOf(1), folder.filePath(u"more/in a folder.wav"_s)));
+    urls.append(QUrl::fromLocalFile(folder.filePath(u"more"_s)));
+    QMimeData files;
+    files.setUrls(urls);
+    const int before = library.trackCount();
+    QDragEnterEvent enter({400, 300}, Qt::CopyAction, &files, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(&ui->window(), &enter);
+    QDropEvent drop({400, 300}, Qt::CopyAction, &files, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(&ui->window(), &drop);
+    EXPECT_TRUE(world.waitFor([&] { return library.trackCount() == before + 401; }, 60000));
+}
+
+// Counts the frames and the timers of a window's own event loop.
+class Activity : public QObject {
+  public:
+    explicit Activity(QQuickWindow& window) {
+        QObject::connect(&window, &QQuickWindow::frameSwapped, this, [this] { ++m_events; });
+        qApp->installEventFilter(this);
+    }
+    /// Waits for half a second in which nothing happens.
+    bool ceases() {
+        QElapsedTimer quiet;
+        quiet.start();
+        return GalleryWorld::waitFor(
+            [&] {
+                if (std::exchange(m_events, 0) > 0)
+                    quiet.start();
+                return quiet.elapsed() > 500;
+            },
+            20000);
+    }
+    bool eventFilter(QObject*, QEvent* event) override {
+        m_events += event->type() == QEvent::Timer;
+        return false;
+    }
+
+  private:
+    int m_events = 0;
+};
+
+TEST_F(MainWindowTest, NothingIsDrawnAndNoTimerRunsWhileNothingPlays) {
+    library.togglePlayback();
+    ASSERT_FALSE(library.isPlaying());
+    Activity activity(ui->window());
+    EXPECT_TRUE(activity.ceases());
+}
+
+TEST_F(MainWindowTest, AHiddenWindowDrawsNothingWhileMusicPlays) {
+    ui->window().hide();
+    int frames = 0;
+    QObject::connect(&ui->window(), &QQuickWindow::afterAnimating, [&] { ++frames; });
+    const double heard = library.progress();
+    ASSERT_TRUE(world.waitFor([&] { return library.progress() > heard + 0.002; }, 20000));
+    EXPECT_EQ(frames, 0);
 }
 
 TEST_F(MainWindowTest, ThePanelHidesAndComesBack) {

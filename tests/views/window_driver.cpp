@@ -57,14 +57,26 @@ bool WindowDriver::doubleClick(const QString& name) {
     return true;
 }
 
+void WindowDriver::pointAt(const QPoint& place) {
+    QTest::mouseMove(&m_window, place);
+}
+
 void WindowDriver::drag(const QPoint& from, const QPoint& to) {
+    hold(from, to);
+    release(to);
+}
+
+void WindowDriver::hold(const QPoint& from, const QPoint& to) {
     constexpr int steps = 12;
     QTest::mousePress(&m_window, Qt::LeftButton, {}, from);
     for (int step = 1; step <= steps; ++step) {
         QTest::mouseMove(&m_window, from + (to - from) * step / steps);
         QCoreApplication::processEvents();
     }
-    QTest::mouseRelease(&m_window, Qt::LeftButton, {}, to);
+}
+
+void WindowDriver::release(const QPoint& at) {
+    QTest::mouseRelease(&m_window, Qt::LeftButton, {}, at);
 }
 
 void WindowDriver::key(Qt::Key key, Qt::KeyboardModifiers modifiers) {

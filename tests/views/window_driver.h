@@ -28,7 +28,11 @@ class WindowDriver {
     bool click(const QString& name, QAccessible::Role role = QAccessible::NoRole,
                Qt::MouseButton button = Qt::LeftButton);
     bool doubleClick(const QString& name);
+    void pointAt(const QPoint& place);
     void drag(const QPoint& from, const QPoint& to);
+    /// The two halves of a drag.
+    void hold(const QPoint& from, const QPoint& to);
+    void release(const QPoint& at);
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void type(const QString& text);
 

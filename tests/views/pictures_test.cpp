@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: MIT
+// What each view looks like, against approved pictures: on llvmpipe, in the packages' own fonts,
+// with the music standing still.
+#include "views/picture_match.h"
+#include "views/window_driver.h"
+
+#include <QGuiApplication>
+#include <QStyleHints>
+
+#include <gtest/gtest.h>
+
+namespace halvane::test {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+struct Look {
+    const char* name;
+    const char* window = "main";
+    void (*show)(GalleryWorld& world, WindowDriver& ui);
+    bool isChinese = false;
+    int albums = 12;
+    QSize size = {}; ///< where it is not the window's own
+};
+
+std::ostream& operator<<(std::ostream& out, const Look& look) {
+    return out << look.name;
+}
+
+void nothing(GalleryWorld&, WindowDriver&) {
+}
+void tracks(GalleryWorld& world, WindowDriver&) {
+    world.library().selectBrowseMode(LibraryMode::songs);
+}
+void album(GalleryWorld&, WindowDriver& ui) {
+    EXPECT_TRUE(ui.click(u"Night Walk, The Lanterns"_s, QAccessible::ListItem));
+}
+void artists(GalleryWorld& world, WindowDriver& ui) {
+    world.library().selectBrowseMode(LibraryMode::artists);
+    EXPECT_TRUE(ui.click(u"Mira Holt"_s, QAccessible::ListItem));
+}
+void playlist(GalleryWorld&, WindowDriver& ui) {
+    EXPECT_TRUE(ui.click(u"Late evenings"_s, QAccessible::ListItem));
+}
+void noMatch(GalleryWorld& world, WindowDriver&) {
+    world.library().setSearchText(u"zzzz"_s);
+}
+void equalizer(GalleryWorld&, WindowDriver& ui) {
+    EXPECT_TRUE(ui.click(u"Equalizer"_s, QAccessible::Button));
+}
+void prompt(GalleryWorld&, WindowDriver& ui) {
+    EXPECT_TRUE(ui.click(u"New Playlist..."_s, QAccessible::Button));
+}
+void trackMenu(GalleryWorld& world, WindowDriver& ui) {
+    world.library().selectBrowseMode(LibraryMode::songs);
+    EXPECT_TRUE(ui.click(u"Sodium, The Lanterns"_s, QAccessible::ListItem, Qt::RightButton));
+}
+
+const Look looks[]{
+    {.name = "albums", .show = nothing},
+    {.name = "albums-zh", .show = nothing, .isChinese = true},
+    {.name = "album", .show = album},
+    {.name = "tracks", .show = tracks},
+    {.name = "tracks-zh", .show = tracks, .isChinese = true},
+    {.name = "tracks-narrow", .show = tracks, .size = {980, 600}},
+    {.name = "track-menu", .show = trackMenu},
+    {.name = "artists", .show = artists},
+    {.name = "playlist", .show = playlist},
+    {.name = "no-match", .show = noMatch},
+    {.name = "empty", .show = nothing, .albums = 0},
+    {.name = "equalizer", .show = equalizer},
+    {.name = "prompt", .show = prompt},
+};
+
+class PictureTest : public testing::TestWithParam<Look> {};
+
+TEST_P(PictureTest, LooksAsApproved) {
+    if (QGuiApplication::platformName() == "offscreen"_L1)
+        GTEST_SKIP() << "needs a display";
+    const Look& look = GetParam();
+    QGuiApplication::styleHints()->setCursorFlashTime(0);
+    GalleryWorld world(look.albums);
+    world.outside().output.freeze();
+    if (look.albums > 0)
+        world.furnish();
+    LibraryViewModel& library = world.library();
+    library.seek(0.4);
+    if (look.isChinese)
+        library.setLanguageSetting(AppLanguage::simplifiedChinese);
+    QQuickWindow* window = world.open(QString::fromLatin1(look.window));
+    ASSERT_NE(window, nullptr);
+    if (!look.size.isEmpty()) {
+        window->resize(look.size);
+        ASSERT_TRUE(GalleryWorld::waitFor([&] { return window->size() == look.size; }));
+    }
+    WindowDriver ui(*window);
+    look.show(world, ui);
+    ui.pointAt({}); // where nothing shows that it is pointed at
+    expectPicture(QString::fromLatin1(look.name), [&] { return window->grabWindow(); });
+    EXPECT_EQ(world.warnings(), QStringList());
+}
+
+INSTANTIATE_TEST_SUITE_P(Views, PictureTest, testing::ValuesIn(looks), [](const auto& look) {
+    std::string name = look.param.name;
+    std::replace(name.begin(), name.end(), '-', '_');
+    return name;
+});
+
+} // namespace
+} // namespace halvane::test
