@@ -21,6 +21,11 @@ Item {
         property color tint: Library.ambientColor
 
         anchors.fill: parent
+        mesh: GridMesh {
+            resolution.width: Math.max(1, Math.ceil(effect.width / 32))
+            resolution.height: Math.max(1, Math.ceil(effect.height / 32))
+        }
+        vertexShader: "qrc:/qt/qml/Halvane/shaders/aurora.vert.qsb"
         fragmentShader: "qrc:/qt/qml/Halvane/shaders/aurora.frag.qsb"
         Behavior on tint {
             ColorAnimation { duration: Theme.ambientChange; easing.type: Easing.InOutQuad }

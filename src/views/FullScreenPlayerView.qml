@@ -7,9 +7,14 @@ import Halvane
 FocusScope {
     id: root
 
-    // The record takes what the texts and controls leave, in every shape of window.
-    readonly property real below: 312
-    readonly property real vinylSize: Math.round(Math.max(120, Math.min((height - below - 56) / 1.32, width * 0.6, 900)))
+    // Texts and controls grow with a large window. The record takes what they leave, in every shape
+    // of window, and both stand together in the middle of it.
+    readonly property real magnification: Math.max(1, Math.min(width / 1360, height / 960, 1.75))
+    readonly property real below: controls.height * magnification
+    readonly property real ringShare: 1.32
+    readonly property real vinylSize: Math.round(Math.max(120, Math.min((height - below - 104 * magnification) / ringShare, width * 0.64, 1200)))
+    readonly property real spare: height - below - vinylSize * ringShare
+    readonly property real gap: Math.min(spare * 0.22, 64 * magnification)
     readonly property bool isShown: visible && Window.window !== null && Window.window.visible
                                     && Window.window.visibility !== Window.Minimized
 
@@ -22,9 +27,12 @@ FocusScope {
     Accessible.role: Accessible.Pane
     Accessible.name: Strings.fullScreenPlayer
 
-    // One clock for everything that moves here, so that it costs one redraw a tick.
+    // One clock for everything that moves here, so that it costs one redraw a tick. The light alone
+    // moves too slowly to need every one.
     RedrawClock {
+        objectName: "redrawClock"
         running: root.isShown
+        interval: Library.isPlaying ? 34 : 68
         onTicked: seconds => {
             aurora.advance(seconds)
             vinyl.advance(seconds)
@@ -50,15 +58,18 @@ FocusScope {
     VinylArtwork {
         id: vinyl
         anchors.horizontalCenter: parent.horizontalCenter
-        y: Math.round((root.height - root.below - height) * 0.6)
-        width: root.vinylSize * 1.32
+        y: Math.round((root.spare - root.gap) / 2)
+        width: root.vinylSize * root.ringShare
         height: width
         discSize: root.vinylSize
     }
     Column {
+        id: controls
         anchors.horizontalCenter: parent.horizontalCenter
-        y: root.height - root.below
-        width: Math.min(root.width - 80, 720)
+        y: Math.round(vinyl.y + vinyl.height + root.gap)
+        width: Math.min((root.width - 80) / root.magnification, 720)
+        transformOrigin: Item.Top
+        scale: root.magnification
         spacing: 6
 
         Rectangle {

@@ -18,8 +18,14 @@ FocusScope {
             event.accepted = false
     }
 
-    AmbientBackdrop { anchors.fill: parent }
-    ChassisBezel { anchors.fill: parent }
+    AmbientBackdrop {
+        anchors.fill: parent
+        visible: content.visible
+    }
+    ChassisBezel {
+        anchors.fill: parent
+        visible: content.visible
+    }
 
     Item {
         id: content

@@ -40,6 +40,8 @@ Item {
         width: root.discSize
         height: root.discSize
         fragmentShader: "qrc:/qt/qml/Halvane/shaders/vinyl.frag.qsb"
+        // The disc looks the same at every angle: drawn once, and shown again and again.
+        layer.enabled: true
     }
     VinylLabel {
         anchors.centerIn: parent

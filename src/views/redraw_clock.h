@@ -6,20 +6,24 @@
 #include <QTimer>
 #include <QtQml/qqmlregistration.h>
 
+#include <algorithm>
+
 namespace halvane::views {
 
-/// Ticks at most 30 times a second while it runs: slower than the display, so that a moving picture
-/// costs half of what an animation in step with the display would. Main thread.
+/// Ticks at its interval (ms) while it runs, at most 30 times a second: slower than the display, so
+/// that a moving picture costs half of what an animation in step with the display would. Main
+/// thread.
 class RedrawClock : public QObject {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(bool running READ isRunning WRITE setRunning NOTIFY runningChanged)
+    Q_PROPERTY(int interval READ interval WRITE setInterval NOTIFY intervalChanged)
 
   public:
     explicit RedrawClock(QObject* parent = nullptr)
         : QObject(parent) {
         m_timer.setTimerType(Qt::PreciseTimer);
-        m_timer.setInterval(34);
+        m_timer.setInterval(shortest);
         connect(&m_timer, &QTimer::timeout, this, [this] {
             const double seconds = double(m_sinceTick.nsecsElapsed()) / 1e9;
             m_sinceTick.start();
@@ -36,12 +40,24 @@ class RedrawClock : public QObject {
         Q_EMIT runningChanged();
     }
 
+    int interval() const { return m_timer.interval(); }
+    void setInterval(int milliseconds) {
+        const int interval = std::max(shortest, milliseconds);
+        if (interval == m_timer.interval())
+            return;
+        m_timer.setInterval(interval);
+        Q_EMIT intervalChanged();
+    }
+
   Q_SIGNALS:
     void runningChanged();
+    void intervalChanged();
     /// Seconds since the tick before, or since it was started.
     void ticked(double seconds);
 
   private:
+    static constexpr int shortest = 34;
+
     QTimer m_timer;
     QElapsedTimer m_sinceTick;
 };

@@ -20,8 +20,9 @@ constexpr double fillBottomOpacity = 0.08;
 constexpr double outlineOpacity = 0.95;
 constexpr double outlineWidth = 1.25;
 constexpr int barCount = 96;
-constexpr double barWidth = 3;
-constexpr double restingBar = 0.1; // of the reach: a silent ring is still a ring
+constexpr double barWidth = 0.021; // of the circle's radius
+constexpr double thinnestBar = 2;
+constexpr double restingBar = 0.16; // of the reach: a silent ring is still a ring
 constexpr double circleOpacity = 0.05;
 constexpr int circlePieces = 192;
 
@@ -102,7 +103,15 @@ void SpectrumItem::setBands(const QList<float>& bands) {
         return;
     m_bands = bands;
     Q_EMIT bandsChanged();
-    update();
+    // An update of what nobody sees would draw the whole window again.
+    if (isVisible())
+        update();
+}
+
+void SpectrumItem::itemChange(ItemChange change, const ItemChangeData& data) {
+    if (change == ItemVisibleHasChanged && isVisible())
+        update();
+    QQuickItem::itemChange(change, data);
 }
 
 void SpectrumItem::setTint(const QColor& tint) {
@@ -166,12 +175,13 @@ QSGNode* SpectrumBarsItem::updatePaintNode(QSGNode* old, UpdatePaintNodeData*) {
     for (int i = 0; i < circlePieces; ++i)
         triangles.line(at(double(i) / circlePieces, m_innerRadius),
                        at(double(i + 1) / circlePieces, m_innerRadius), 1, circle, pixel);
+    const double thickness = std::max(thinnestBar, barWidth * m_innerRadius);
     const QList<double> levels = ringLevels(bands(), barCount);
     for (int i = 0; i < barCount; ++i) {
         const double length = m_reach * (restingBar + (1 - restingBar) * levels[i]);
         const Triangles::Paint paint{tint(), 0.45 + 0.55 * levels[i]};
         const double turn = double(i) / barCount;
-        triangles.line(at(turn, m_innerRadius), at(turn, m_innerRadius + length), barWidth, paint,
+        triangles.line(at(turn, m_innerRadius), at(turn, m_innerRadius + length), thickness, paint,
                        pixel);
     }
     return triangles.into(old);

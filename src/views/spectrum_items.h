@@ -27,6 +27,9 @@ class SpectrumItem : public QQuickItem {
     void bandsChanged();
     void tintChanged();
 
+  protected:
+    void itemChange(ItemChange change, const ItemChangeData& data) override;
+
   private:
     QList<float> m_bands;
     QColor m_tint = Qt::white;

@@ -1,9 +1,8 @@
 #version 440
 // SPDX-License-Identifier: MIT
-// The light behind the full-screen player, all three layers in one pass: a slowly turning angular
-// gradient blurred by 90 points, a glow, and a vignette.
+// Fills the aurora between the corners of its grid.
 
-layout(location = 0) in vec2 qt_TexCoord0;
+layout(location = 0) in vec3 color;
 layout(location = 0) out vec4 fragColor;
 layout(std140, binding = 0) uniform buf {
     mat4 qt_Matrix;
@@ -13,63 +12,9 @@ layout(std140, binding = 0) uniform buf {
     vec4 tint;
 };
 
-const float PI = 3.14159265359;
-const float blurRadius = 90.0;
-const float sectorOpacity[3] = float[3](0.7, 0.42, 0.58);
-
-// The angular gradient runs tint, black, tint, black, tint, black and stops there, so it jumps from
-// black back to the tint at the seam. Its stops are 1/5 apart.
-//
-// A blur by r points is, at distance d from the centre, close to a blur of the angle with a standard
-// deviation of about r/d. Each ramp is a polygon line in the angle, and a Gaussian blur of a polygon
-// line has a closed form: a ramp of slope s that begins at a contributes s * G(x - a), where
-// G is the integral of the normal distribution function.
-float ndf(float x) {
-    // Logistic approximation of the normal distribution function, good to 0.01.
-    return 1.0 / (1.0 + exp(-1.702 * x));
-}
-float ramp(float x, float sigma) {
-    // Its integral.
-    return sigma / 1.702 * log(1.0 + exp(clamp(1.702 * x / sigma, -60.0, 60.0)));
-}
-
-// A hat of height 1 and half width 1/5 around c, blurred, on a circle of circumference 1.
-float hat(float x, float c, float sigma) {
-    float d = x - c;
-    d -= floor(d + 0.5);
-    float w = 0.2;
-    return (ramp(d + w, sigma) - 2.0 * ramp(d, sigma) + ramp(d - w, sigma)) / w;
-}
-// The half hat that falls from 1 at the seam to 0 a fifth further on.
-float halfHat(float x, float sigma) {
-    float d = x - floor(x + 0.4); // the seam at 0, its surroundings in -0.4...0.6
-    float w = 0.2;
-    return ndf(d / sigma) - (ramp(d, sigma) - ramp(d - w, sigma)) / w;
-}
-
 void main() {
-    vec2 p = qt_TexCoord0 * size;
-    vec2 fromCentre = p - size * 0.5;
-    float distance = length(fromCentre);
-    float angle = fract((atan(fromCentre.y, fromCentre.x) - turn) / (2.0 * PI));
-    // Near the centre the blur covers the whole circle.
-    float sigma = min(blurRadius / (2.0 * PI * max(distance, 1.0)), 0.35);
-    float light = sectorOpacity[0] * halfHat(angle, sigma)
-        + sectorOpacity[1] * hat(angle, 0.4, sigma)
-        + sectorOpacity[2] * hat(angle, 0.8, sigma);
-    // Where the blur covers all of it, what is left is the mean of the gradient.
-    float mean = 0.2 * (0.5 * sectorOpacity[0] + sectorOpacity[1] + sectorOpacity[2]);
-    light = mix(mean, light, smoothstep(0.0, 1.6 * blurRadius, distance));
-    vec3 color = tint.rgb * clamp(light, 0.0, 1.0) * 0.9;
-
-    float glow = 0.38 * (1.0 - clamp((length(p - size * vec2(0.5, 0.32)) - 40.0) / 520.0, 0.0, 1.0));
-    color = mix(color, tint.rgb, glow);
-
-    float edge = clamp((length(p - size * vec2(0.5, 0.42)) - 320.0) / 660.0, 0.0, 1.0);
-    float shade = edge < 0.5 ? mix(0.0, 0.22, edge * 2.0) : mix(0.22, 0.52, edge * 2.0 - 1.0);
-    color *= 1.0 - shade;
-
-    // Half a step of noise keeps the dark ramps from banding.
-    float noise = fract(sin(dot(floor(p * 2.0), vec2(12.9898, 78.233))) * 43758.5453) - 0.5;
-    fragColor = vec4(color + noise / 255.0, 1.0) * qt_Opacity;
+    // One step of noise keeps the dark ramps from banding. The weights are those of "interleaved
+    // gradient noise" (J. Jimenez, 2014), which shows no pattern.
+    float noise = fract(52.9829189 * fract(dot(gl_FragCoord.xy, vec2(0.06711056, 0.00583715))));
+    fragColor = vec4(color + (noise - 0.5) / 255.0, 1.0) * qt_Opacity;
 }
