@@ -3,14 +3,26 @@
 
 #include "platform/log.h"
 
+#include <QDir>
 #include <QGuiApplication>
 #include <QQmlComponent>
 #include <QQmlEngine>
+#include <QStandardPaths>
 #include <QWindow>
 
 namespace halvane {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Where people keep their music, or where they are at home.
+QUrl startingFolder() {
+    const auto music = QStandardPaths::writableLocation(QStandardPaths::MusicLocation);
+    return QUrl::fromLocalFile(QDir(music).exists() ? music : QDir::homePath());
+}
+
+} // namespace
 
 QuickFileChooser::QuickFileChooser(QQmlEngine& engine, const QUrl& viewsRoot)
     : m_engine(engine)
@@ -24,6 +36,7 @@ void QuickFileChooser::choose(const FileChooserRequest& request,
     auto* dialog = component.createWithInitialProperties(
         {{u"title"_s, request.title},
          {u"acceptLabel"_s, request.prompt},
+         {u"currentFolder"_s, startingFolder()},
          {u"parentWindow"_s, QVariant::fromValue(QGuiApplication::focusWindow())}});
     if (!dialog) {
         qCWarning(libraryLog, "no file panel: %s", qUtf8Printable(component.errorString()));

@@ -16,6 +16,8 @@
 
 namespace halvane {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QList<QRect> freeAreas() {
@@ -128,6 +130,10 @@ void WindowRegistry::placeInitially(QQuickWindow& window, const WindowSpec& spec
         window.setPosition(remembered->place.topLeft());
     else if (const auto* screen = window.screen(); screen && spec.id == QLatin1String("mini"))
         window.setPosition(topTrailing(screen->availableGeometry(), window.size()));
+    else if (const auto* main = visibleWindow(u"main"_s);
+             main && spec.kind == WindowSpec::Kind::normal)
+        window.setPosition(
+            centredOn(main->geometry(), window.size(), main->screen()->availableGeometry()));
 }
 
 void WindowRegistry::close(const QString& id) {

@@ -4,10 +4,15 @@ import Halvane
 
 Window {
     color: Theme.windowBackground
-    width: 480
-    height: 560
+    width: view.implicitWidth
+    height: view.implicitHeight
+    minimumWidth: view.implicitWidth
+    maximumWidth: view.implicitWidth
+    minimumHeight: view.implicitHeight
+    maximumHeight: view.implicitHeight
 
     HelpView {
+        id: view
         anchors.fill: parent
         Keys.onEscapePressed: App.closeWindow("help")
     }

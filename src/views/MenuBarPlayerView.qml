@@ -14,11 +14,11 @@ FocusScope {
         anchors.fill: parent
         radius: Theme.radiusLarge
         color: Theme.windowBackground
-        border.color: Theme.line
         Rectangle {
             anchors.fill: parent
             radius: Theme.radiusLarge
             color: Theme.withAlpha(Library.ambientColor, 0.06)
+            border.color: Theme.line
         }
     }
     AlbumArtwork {

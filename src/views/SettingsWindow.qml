@@ -6,6 +6,10 @@ Window {
     color: Theme.windowBackground
     width: view.implicitWidth
     height: view.implicitHeight
+    minimumWidth: view.implicitWidth
+    maximumWidth: view.implicitWidth
+    minimumHeight: view.implicitHeight
+    maximumHeight: view.implicitHeight
 
     SettingsView {
         id: view

@@ -10,16 +10,16 @@ Column {
 
     readonly property var shortcuts: [
         { keys: "Space", here: ["Space"], text: Strings.playPause },
-        { keys: "⌘←  /  ⌘→", here: ["Ctrl+Left", "Ctrl+Right"], text: Strings.previousTrack },
-        { keys: "⌘↑  /  ⌘↓", here: ["Ctrl+Up", "Ctrl+Down"], text: Strings.volumeLabel },
+        { keys: "⌘←  /  ⌘→", here: ["Ctrl+←", "Ctrl+→"], text: Strings.previousTrack },
+        { keys: "⌘↑  /  ⌘↓", here: ["Ctrl+↑", "Ctrl+↓"], text: Strings.volumeLabel },
         { keys: "⇧⌘S", here: ["Ctrl+Shift+S"], text: Strings.shuffleLabel },
         { keys: "⇧⌘R", here: ["Ctrl+Shift+R"], text: Strings.repeatLabel },
         { keys: "⌘O", here: ["Ctrl+O"], text: Strings.addToLibraryCommand },
         { keys: "⌘I", here: ["Ctrl+I"], text: Strings.importMusicFolder },
         { keys: "⌘F", here: ["Ctrl+F"], text: Strings.findCommand },
         { keys: "⌥⌘N", here: ["Ctrl+Alt+N"], text: Strings.toggleNowPlayingPanel },
-        { keys: "⌃⌘M", here: ["Meta+Ctrl+M"], text: Strings.miniPlayer },
-        { keys: "⌃⌘F", here: ["Meta+Ctrl+F"], text: Strings.fullScreenPlayer },
+        { keys: "⌃⌘M", here: ["Ctrl+Super+M"], text: Strings.miniPlayer },
+        { keys: "⌃⌘F", here: ["Ctrl+Super+F"], text: Strings.fullScreenPlayer },
         { keys: "Esc", here: ["Esc"], text: Strings.backToMainWindow },
         { keys: "⌘,", here: ["Ctrl+,"], text: Strings.settingsLabel }
     ]

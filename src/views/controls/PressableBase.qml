@@ -15,7 +15,7 @@ Item {
     property Item contentItem: null
     property Item background: null
     readonly property bool hovered: hover.hovered && root.enabled
-    readonly property bool pressed: mouse.pressed
+    readonly property bool pressed: touch.pressed
     readonly property bool visualFocus: root.activeFocus // a click gives no focus
 
     signal clicked
@@ -48,13 +48,22 @@ Item {
         anchors.fill: parent
     }
     MouseArea {
-        id: mouse
+        id: touch
+
+        property bool isAnswered // what a click opens, no tip may cover
+
         anchors.fill: parent
-        onClicked: root.clicked()
+        onClicked: {
+            touch.isAnswered = true
+            root.clicked()
+        }
     }
-    HoverHandler { id: hover }
+    HoverHandler {
+        id: hover
+        onHoveredChanged: touch.isAnswered = false
+    }
     Tip {
-        shown: root.hovered && !root.pressed
+        shown: root.hovered && !root.pressed && !touch.isAnswered
         text: root.tip
     }
 }
