@@ -27,7 +27,6 @@ Item {
             anchors.baseline: words.baseline
             visible: root.detail.length > 0
             text: root.detail
-            visible: text.length > 0
             Accessible.role: Accessible.StaticText
             Accessible.name: text
             font: Theme.badge

@@ -4,8 +4,10 @@
 #include "library/library_concerns.h"
 
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QFile>
 #include <QGuiApplication>
+#include <QTimer>
 
 namespace halvane::test {
 
@@ -40,12 +42,17 @@ GalleryWorld::~GalleryWorld() {
 }
 
 bool GalleryWorld::waitFor(const std::function<bool()>& condition, int milliseconds) {
+    // A wait by processEvents() with a time spins, and takes the processor from what is waited for.
+    constexpr int lookAgainMs = 5;
+    QTimer wake;
+    wake.start(lookAgainMs);
+    QEventLoop loop;
     QElapsedTimer since;
     since.start();
     while (!condition()) {
         if (since.elapsed() > milliseconds)
             return false;
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 20);
+        loop.processEvents(QEventLoop::WaitForMoreEvents);
     }
     return true;
 }

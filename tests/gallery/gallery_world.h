@@ -34,7 +34,7 @@ class GalleryWorld {
     /// Opens a window and waits until it has drawn a frame.
     QQuickWindow* open(const QString& id);
     /// Runs the event loop until the condition holds; false when it does not within the time.
-    static bool waitFor(const std::function<bool()>& condition, int milliseconds = 5000);
+    static bool waitFor(const std::function<bool()>& condition, int milliseconds = 20000);
     /// Every warning that QML gave.
     const QStringList& warnings() const { return m_warnings; }
 

@@ -23,6 +23,23 @@ QAccessibleInterface* search(QAccessibleInterface* from, const QString& name,
 
 } // namespace
 
+void forEachItem(QQuickItem* from, const std::function<void(QQuickItem*)>& visit) {
+    if (!from->isVisible())
+        return;
+    visit(from);
+    for (QQuickItem* child : from->childItems())
+        forEachItem(child, visit);
+}
+
+void forEachAccessible(QAccessibleInterface* from,
+                       const std::function<void(QAccessibleInterface&)>& visit) {
+    if (!from || !from->isValid() || from->state().invisible)
+        return;
+    visit(*from);
+    for (int i = 0; i < from->childCount(); ++i)
+        forEachAccessible(from->child(i), visit);
+}
+
 WindowDriver::WindowDriver(QQuickWindow& window)
     : m_window(window) {
     QAccessible::setActive(true);
@@ -77,6 +94,20 @@ void WindowDriver::hold(const QPoint& from, const QPoint& to) {
 
 void WindowDriver::release(const QPoint& at) {
     QTest::mouseRelease(&m_window, Qt::LeftButton, {}, at);
+}
+
+bool WindowDriver::tabTo(const QString& name) {
+    constexpr int enough = 60;
+    for (int press = 0; press < enough && focusedName() != name; ++press)
+        key(Qt::Key_Tab);
+    return focusedName() == name;
+}
+
+QString WindowDriver::focusedName() const {
+    auto* thing = m_window.activeFocusItem()
+                      ? QAccessible::queryAccessibleInterface(m_window.activeFocusItem())
+                      : nullptr;
+    return thing ? thing->text(QAccessible::Name) : QString();
 }
 
 void WindowDriver::key(Qt::Key key, Qt::KeyboardModifiers modifiers) {

@@ -7,7 +7,15 @@
 #include <QPoint>
 #include <QString>
 
+#include <functional>
+
 namespace halvane::test {
+
+/// Every visible item from here down.
+void forEachItem(QQuickItem* from, const std::function<void(QQuickItem*)>& visit);
+/// Everything from here down that assistive technology finds.
+void forEachAccessible(QAccessibleInterface* from,
+                       const std::function<void(QAccessibleInterface&)>& visit);
 
 /// Works a window as its user does: finds things by what assistive technology calls them, and sends
 /// mouse and key events through the window system.
@@ -33,6 +41,10 @@ class WindowDriver {
     /// The two halves of a drag.
     void hold(const QPoint& from, const QPoint& to);
     void release(const QPoint& at);
+    /// Presses Tab until the keyboard is on the thing of this name; false when it never gets there.
+    bool tabTo(const QString& name);
+    /// What the keyboard is on; empty when that has no name.
+    QString focusedName() const;
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void type(const QString& text);
 

@@ -1,0 +1,140 @@
+// SPDX-License-Identifier: MIT
+// The mini player and the panel beside the tray icon, worked with mouse and keyboard.
+#include "views/window_driver.h"
+
+#include <QDropEvent>
+#include <QMimeData>
+
+#include <gtest/gtest.h>
+
+namespace halvane::test {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+class SmallPlayersTest : public testing::Test {
+  protected:
+    void TearDown() override { EXPECT_EQ(world.warnings(), QStringList()); }
+    bool isOpen(const QString& id) { return world.app().isWindowOpen(id); }
+    bool comesBack(const QString& id) {
+        return world.waitFor([&] { return isOpen(id); });
+    }
+
+    GalleryWorld world{3};
+    LibraryViewModel& library = world.library();
+};
+
+TEST_F(SmallPlayersTest, SayThatNothingPlays) {
+    for (const QString& id : {u"mini"_s, u"panel"_s}) {
+        WindowDriver ui(*world.open(id));
+        library.setLanguageSetting(AppLanguage::english);
+        EXPECT_TRUE(ui.waitsFor(u"Not Playing"_s)) << qPrintable(id);
+        library.setLanguageSetting(AppLanguage::simplifiedChinese);
+        EXPECT_TRUE(ui.waitsFor(u"未在播放"_s)) << qPrintable(id);
+    }
+}
+
+TEST_F(SmallPlayersTest, PlayPauseAndSkipWithEveryOtherWindowClosed) {
+    world.furnish();
+    for (const QString& id : {u"panel"_s, u"mini"_s}) {
+        SCOPED_TRACE(qPrintable(id));
+        WindowDriver ui(*world.open(id));
+        EXPECT_FALSE(isOpen(u"main"_s));
+        EXPECT_TRUE(ui.waitsFor(u"Lamplight"_s));
+        EXPECT_TRUE(ui.shows(u"The Lanterns"_s));
+        ASSERT_TRUE(ui.click(u"Pause"_s, QAccessible::Button));
+        EXPECT_FALSE(library.isPlaying());
+        ASSERT_TRUE(ui.click(u"Play"_s, QAccessible::Button));
+        EXPECT_TRUE(library.isPlaying());
+        ASSERT_TRUE(ui.click(u"Next track"_s, QAccessible::Button));
+        EXPECT_TRUE(ui.waitsFor(u"Half the Way Home"_s));
+        ASSERT_TRUE(ui.click(u"Previous track"_s, QAccessible::Button));
+        EXPECT_TRUE(ui.waitsFor(u"Lamplight"_s));
+    }
+}
+
+TEST_F(SmallPlayersTest, TheMiniPlayersLineSeeksAndItsLengthTurnsRound) {
+    world.furnish();
+    WindowDriver ui(*world.open(u"mini"_s));
+    library.togglePlayback();
+    ASSERT_TRUE(ui.waitsFor(u"Playback"_s));
+    auto* line = ui.find(u"Playback"_s, QAccessible::Slider);
+    ASSERT_NE(line, nullptr);
+    const QRect place(ui.window().mapFromGlobal(line->rect().topLeft()), line->rect().size());
+    ui.drag({place.left() + 8, place.center().y()}, place.center());
+    EXPECT_NEAR(library.progress(), 0.5, 0.05);
+    EXPECT_FALSE(library.showRemainingTime());
+    ASSERT_TRUE(ui.click(u"4:21"_s, QAccessible::Button));
+    EXPECT_TRUE(library.showRemainingTime());
+    EXPECT_TRUE(ui.waitsFor(u"-2:"_s));
+}
+
+TEST_F(SmallPlayersTest, ClosingTheMiniPlayerBringsTheMainWindowBack) {
+    QQuickWindow* mini = world.open(u"mini"_s);
+    EXPECT_EQ(mini->size(), QSize(480, 86));
+    EXPECT_TRUE(library.isMiniPlayerOpen());
+    mini->close();
+    EXPECT_TRUE(comesBack(u"main"_s));
+    EXPECT_FALSE(library.isMiniPlayerOpen());
+
+    world.app().toggleMiniPlayer();
+    EXPECT_TRUE(comesBack(u"mini"_s));
+    EXPECT_TRUE(world.waitFor([&] { return !isOpen(u"main"_s); }));
+    WindowDriver ui(*mini);
+    ASSERT_TRUE(ui.click(u"Back to Main Window"_s, QAccessible::Button));
+    EXPECT_TRUE(comesBack(u"main"_s));
+    EXPECT_TRUE(world.waitFor([&] { return !isOpen(u"mini"_s); }));
+}
+
+TEST_F(SmallPlayersTest, TheMiniPlayerMakesWayForTheFullScreenOne) {
+    QQuickWindow* mini = world.open(u"mini"_s);
+    library.setShowFullPlayer(true);
+    mini->close();
+    EXPECT_TRUE(world.waitFor([&] { return !library.isMiniPlayerOpen(); }));
+    EXPECT_FALSE(isOpen(u"main"_s));
+
+    world.app().toggleFullScreen();
+    world.open(u"mini"_s);
+    world.app().toggleFullScreen();
+    EXPECT_TRUE(library.showFullPlayer());
+    EXPECT_TRUE(isOpen(u"main"_s));
+    EXPECT_TRUE(world.waitFor([&] { return !isOpen(u"mini"_s); }));
+}
+
+TEST_F(SmallPlayersTest, TheMiniPlayerTakesDroppedFiles) {
+    GalleryWorld& gallery = world;
+    QQuickWindow* mini = gallery.open(u"mini"_s);
+    const int before = library.trackCount();
+    const QString file = gallery.outside().folder.filePath(u"new.flac"_s);
+    ASSERT_TRUE(QFile::copy(gallery.pathOf(0), file));
+    QMimeData files;
+    files.setUrls({QUrl::fromLocalFile(file)});
+    QDragEnterEvent enter({200, 40}, Qt::CopyAction, &files, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(mini, &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent drop({200, 40}, Qt::CopyAction, &files, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(mini, &drop);
+    EXPECT_TRUE(gallery.waitFor([&] { return library.trackCount() == before + 1; }));
+}
+
+TEST_F(SmallPlayersTest, ThePanelGoesOnEscAndOnAClickElsewhere) {
+    WindowDriver panel(*world.open(u"panel"_s));
+    EXPECT_EQ(panel.window().width(), 280);
+    panel.key(Qt::Key_Escape);
+    EXPECT_TRUE(world.waitFor([&] { return !isOpen(u"panel"_s); }));
+
+    WindowDriver main(*world.open(u"main"_s));
+    WindowDriver again(*world.open(u"panel"_s));
+    ASSERT_TRUE(again.window().isActive());
+    main.window().requestActivate(); // what the window system does at a click there
+    EXPECT_TRUE(world.waitFor([&] { return !isOpen(u"panel"_s); }));
+    main.window().close();
+
+    WindowDriver last(*world.open(u"panel"_s));
+    ASSERT_TRUE(last.click(u"Back to Main Window"_s, QAccessible::Button));
+    EXPECT_TRUE(comesBack(u"main"_s));
+    EXPECT_TRUE(world.waitFor([&] { return !isOpen(u"panel"_s); }));
+}
+
+} // namespace
+} // namespace halvane::test
