@@ -45,6 +45,7 @@ bool GalleryWorld::waitFor(const std::function<bool()>& condition, int milliseco
     // A wait by processEvents() with a time spins, and takes the processor from what is waited for.
     constexpr int lookAgainMs = 5;
     QTimer wake;
+    wake.setObjectName(u"waitFor"_s);
     wake.start(lookAgainMs);
     QEventLoop loop;
     QElapsedTimer since;

@@ -360,8 +360,8 @@ class Activity : public QObject {
             },
             20000);
     }
-    bool eventFilter(QObject*, QEvent* event) override {
-        m_events += event->type() == QEvent::Timer;
+    bool eventFilter(QObject* object, QEvent* event) override {
+        m_events += event->type() == QEvent::Timer && object->objectName() != u"waitFor"_s;
         return false;
     }
 
