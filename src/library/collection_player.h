@@ -24,8 +24,8 @@ class CollectionPlayer {
     };
 
     /// All collaborators outlive it.
-    explicit CollectionPlayer(Collaborators with)
-        : m_with(std::move(with)) {}
+    explicit CollectionPlayer(const Collaborators& with)
+        : m_with(with) {}
 
     /// A click on a track: through the queue as it is, at whose end the track is put if need be.
     void playTrack(const QUuid& withID);

@@ -126,7 +126,7 @@ void Importer::search(const QStringList& roots) {
             if (!files.empty())
                 found.firstPath = files.front().standardizedPath();
             QSet<QString> known;
-            known.reserve(static_cast<qsizetype>(queued.size() + files.size()));
+            known.reserve(std::ssize(queued) + std::ssize(files));
             for (const TrackPtr& row : queued)
                 known.insert(row->path());
             for (const FileUrl& file : files) {
