@@ -8,7 +8,7 @@
 #include "presentation/l10n.h"
 
 #include <QAbstractListModel>
-#include <QAccessible>
+#include <QQuickItem>
 #include <QQuickWindow>
 
 #include <algorithm>
@@ -26,22 +26,19 @@ constexpr auto betweenLooks = 100ms;
 constexpr int looks = 300;
 constexpr int fewLooks = 30;
 
-QAccessibleInterface* find(QAccessibleInterface* from, const QString& name) {
-    if (!from || from->state().invisible)
-        return nullptr;
-    if (from->text(QAccessible::Name) == name && from->actionInterface())
-        return from;
-    for (int i = 0; i < from->childCount(); ++i)
-        if (auto* found = find(from->child(i), name))
-            return found;
+QQuickItem* buttonWithTip(QQuickItem* within, const QString& tip) {
+    if (within->property("tip") == tip)
+        return within;
+    for (QQuickItem* child : within->childItems())
+        if (auto* button = buttonWithTip(child, tip))
+            return button;
     return nullptr;
 }
 
-/// Presses what only a view can open, as assistive technology does.
-void press(QObject* window, const QString& name) {
-    QAccessible::setActive(true);
-    if (auto* thing = find(QAccessible::queryAccessibleInterface(window), name))
-        thing->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+/// Presses what only a view can open.
+void press(QQuickWindow* window, const QString& tip) {
+    if (auto* button = window ? buttonWithTip(window->contentItem(), tip) : nullptr)
+        QMetaObject::invokeMethod(button, "clicked");
 }
 
 QVariant firstValue(QAbstractListModel* list, const char* role) {
@@ -138,8 +135,8 @@ void Screenshots::next() {
     }
     const auto picture = m_pictures.back();
     m_pictures.pop_back();
-    picture.prepare();
     m_app.openWindow(picture.window);
+    picture.prepare();
     m_step = m_clock.after(settling, [this, picture] {
         take(picture);
         picture.tidy();

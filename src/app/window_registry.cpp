@@ -90,6 +90,10 @@ QQuickWindow* WindowRegistry::make(const WindowSpec& spec) {
 void WindowRegistry::setUp(QQuickWindow& window, const WindowSpec& spec) {
     window.setObjectName(spec.id);
     window.setTitle(spec.title);
+    // A hidden window costs nothing; and on Wayland, where hiding takes its surface away, Qt 6.4
+    // crashes when it draws into what it kept.
+    window.setPersistentGraphics(false);
+    window.setPersistentSceneGraph(false);
     switch (spec.kind) {
     case WindowSpec::Kind::normal:
         break;

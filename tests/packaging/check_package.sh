@@ -36,7 +36,7 @@ unshare --mount --propagation private bash -euo pipefail -c '
     chroot "$root" env -i HOME=/home/listener PATH=/usr/bin:/bin LANG=C.UTF-8 \
         QT_QPA_PLATFORM=offscreen QT_QUICK_BACKEND=software \
         halvane --screenshots /pictures 2>"$work/started.log" || { cat "$work/started.log"; exit 1; }
-    [[ -s $root/pictures/main.png ]] || { echo "no picture of its window"; exit 1; }
+    [[ -s $root/pictures/main-albums-en-1x.png ]] || { echo "no picture of its window"; exit 1; }
     chroot "$root" gio mime audio/flac >"$work/players"
     grep -q org.halvane.Halvane.desktop "$work/players" || { echo "opens no FLAC file"; exit 1; }
     # As the menu starts it: through the session bus.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "views/window_driver.h"
 
+#include <QCursor>
+#include <QScreen>
 #include <QTest>
 
 namespace halvane::test {
@@ -43,6 +45,8 @@ void forEachAccessible(QAccessibleInterface* from,
 WindowDriver::WindowDriver(QQuickWindow& window)
     : m_window(window) {
     QAccessible::setActive(true);
+    // The display's own pointer would hover over whatever opens beneath it.
+    QCursor::setPos(m_window.screen()->geometry().bottomRight());
     m_window.requestActivate();
     GalleryWorld::waitFor([this] { return m_window.isActive(); }, 1000);
 }
