@@ -29,7 +29,8 @@ DesktopSession::DesktopSession()
     m_display = std::make_unique<ChildProcess>(
         u"sh"_s,
         QStringList{u"-c"_s,
-                    u"exec Xvfb -displayfd 3 -screen 0 1600x1000x24 -nolisten tcp 3>"_s + number},
+                    u"exec Xvfb -displayfd 3 -screen 0 1600x1000x24 -nolisten tcp -noreset 3>"_s +
+                        number},
         environment, home.filePath(u"display.log"_s));
     QString display;
     const bool ready = waitFor([&] {
