@@ -15,8 +15,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     QFile::remove(index);
     QFile::rename(written, index);
     const MetadataCache cache(fuzz::scratchFolder());
-    const MetadataIndex index = cache.loadIndex();
-    for (auto it = index.records().cbegin(); it != index.records().cend(); ++it)
+    const MetadataIndex known = cache.loadIndex();
+    for (auto it = known.records().cbegin(); it != known.records().cend(); ++it)
         if (it.key() != it.value()->path)
             std::abort();
     return 0;
