@@ -59,10 +59,11 @@ int Program::run() {
     // Two starts in one moment: the other was first.
     if (!m_instance.claim())
         return handOver(m_arguments.request) == HandOver::done ? EXIT_SUCCESS : EXIT_FAILURE;
+    // Read by the workers while the window is being made: the sound need not wait for the picture.
+    open(m_arguments.request.files);
     m_app.openWindow(u"main"_s);
     if (!m_app.isWindowOpen(u"main"_s))
         return EXIT_FAILURE;
-    open(m_arguments.request.files);
     runAction(m_arguments.request.action);
     return QGuiApplication::exec();
 }

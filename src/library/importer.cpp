@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "library/importer.h"
 
-#include "library/background.h"
 #include "library/bookmarks.h"
 #include "library/cache_persistence.h"
 #include "library/imported_paths.h"
@@ -14,7 +13,9 @@
 #include "platform/log.h"
 #include "presentation/l10n.h"
 
+#include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QPointer>
 
 #include <algorithm>
 
@@ -100,66 +101,13 @@ void Importer::importDroppedURLs(const QList<QUrl>& urls) {
         startNext();
 }
 
-void Importer::startNext() {
-    if (m_waiting.empty()) {
-        Q_EMIT idle();
-        return;
-    }
-    m_isRunning = true;
-    m_startedAt = m_with.clock.now();
-    m_rebuiltAt = -secondsBetweenRebuilds;
-    m_added = 0;
-    m_skipped = 0;
-    const QStringList roots = m_waiting.front();
-    m_waiting.pop_front();
-    search(roots);
-}
-
-void Importer::search(const QStringList& roots) {
-    runInBackground(
-        m_worker, this,
-        [roots, queued = m_with.queue.records(), cancelled = m_cancelled] {
-            const auto files =
-                TrackMetadataLoader::audioFileURLs({roots.begin(), roots.end()}, cancelled.get());
-            Found found;
-            found.files = files.size();
-            if (!files.empty())
-                found.firstPath = files.front().standardizedPath();
-            QSet<QString> known;
-            known.reserve(std::ssize(queued) + std::ssize(files));
-            for (const TrackPtr& row : queued)
-                known.insert(row->path());
-            for (const FileUrl& file : files) {
-                if (known.contains(file.standardizedPath()))
-                    continue;
-                known.insert(file.standardizedPath()); // roots may overlap
-                found.newFiles.push_back(file);
-            }
-            return found;
-        },
-        [this, roots](Found found) { take(roots, std::move(found)); });
-}
-
-void Importer::take(const QStringList& roots, Found found) {
-    qCInfo(libraryLog, "import: %ld roots, %ld audio files", static_cast<long>(roots.size()),
-           static_cast<long>(found.files));
-    if (found.files == 0) {
-        m_with.status.show(L10n::text(L10nKey::noSupportedAudio, m_with.language()), true);
-        return end();
-    }
-    m_skipped = static_cast<qint64>(found.files - found.newFiles.size());
-    if (!found.newFiles.empty())
-        return load(std::move(found.newFiles));
-    m_with.status.show(L10n::importResult(0, m_skipped, m_with.language()), false);
-    if (const auto row = m_with.queue.rowOfPath(found.firstPath))
-        m_with.play(m_with.queue.idAt(*row));
-    end();
-}
-
-/// What the worker needs to read the files of one import and hand them over in portions.
+/// What the worker needs to find the files of one import, to read them and to hand them over in
+/// portions. All of it in one go: at the program's start the main thread is busy with its first
+/// picture, and every question to it would hold up the first sound by that much.
 struct Importer::Run {
     QPointer<Importer> owner;
-    std::vector<FileUrl> files;
+    QStringList roots;
+    TrackRows queued;
     MetadataCache cache;
     std::shared_ptr<ReadingJournal> journal;
     const CloudFiles* cloudFiles;
@@ -173,13 +121,39 @@ struct Importer::Run {
     static constexpr qint64 portionMilliseconds = 200;
 
     void operator()() const {
+        const auto all =
+            TrackMetadataLoader::audioFileURLs({roots.begin(), roots.end()}, cancelled.get());
+        const auto files = notQueued(all);
+        const Found found{all.size(), files.size(),
+                          all.empty() ? QString() : all.front().standardizedPath()};
+        post(owner, [importer = owner, roots = roots, found] { importer->take(roots, found); });
+        if (!files.empty())
+            read(files);
+    }
+
+    std::vector<FileUrl> notQueued(const std::vector<FileUrl>& files) const {
+        QSet<QString> known;
+        known.reserve(std::ssize(queued) + std::ssize(files));
+        for (const TrackPtr& row : queued)
+            known.insert(row->path());
+        std::vector<FileUrl> fresh;
+        for (const FileUrl& file : files) {
+            if (known.contains(file.standardizedPath()))
+                continue;
+            known.insert(file.standardizedPath()); // roots may overlap
+            fresh.push_back(file);
+        }
+        return fresh;
+    }
+
+    void read(const std::vector<FileUrl>& files) const {
         const auto index = cache.loadIndex();
         std::size_t portion = firstPortion;
         for (std::size_t begin = 0; begin < files.size() && !*cancelled;) {
             const std::size_t end = std::min(files.size(), begin + portion);
             QElapsedTimer timer;
             timer.start();
-            TrackRows rows = rowsFromLoaded(load(index, begin, end));
+            TrackRows rows = rowsFromLoaded(load(files, index, begin, end));
             if (*cancelled)
                 return; // what was not read any more must not come in bare
             post(owner, [importer = owner, rows = std::move(rows)] { importer->addRows(rows); });
@@ -190,29 +164,55 @@ struct Importer::Run {
         post(owner, [importer = owner] { importer->finish(); });
     }
 
-    std::vector<LoadedItem> load(const MetadataIndex& index, std::size_t begin,
-                                 std::size_t end) const {
+    std::vector<LoadedItem> load(const std::vector<FileUrl>& files, const MetadataIndex& index,
+                                 std::size_t begin, std::size_t end) const {
         TrackMetadataLoader::Accompaniment with;
         with.journal = journal;
         with.cancelled = cancelled.get();
         with.isEvicted = [files = cloudFiles](const QString& path) {
             return files->isEvicted(path);
         };
-        with.progress = [this, begin](std::size_t done) {
-            const double fraction =
-                static_cast<double>(begin + done) / static_cast<double>(files.size());
+        with.progress = [this, begin, all = files.size()](std::size_t done) {
+            const double fraction = static_cast<double>(begin + done) / static_cast<double>(all);
             post(owner, [importer = owner, fraction] { importer->setProgress(fraction); });
         };
-        const auto at = [this](std::size_t i) {
+        const auto at = [&files](std::size_t i) {
             return files.begin() + static_cast<std::ptrdiff_t>(i);
         };
         return cache.loadItems({at(begin), at(end)}, language, index, with);
     }
 };
 
-void Importer::load(std::vector<FileUrl> files) {
-    m_worker.start(Run{this, std::move(files), m_with.cache, m_with.journal, &m_with.cloudFiles,
-                       m_with.language(), m_cancelled});
+void Importer::startNext() {
+    if (m_waiting.empty()) {
+        Q_EMIT idle();
+        return;
+    }
+    m_isRunning = true;
+    m_startedAt = m_with.clock.now();
+    m_rebuiltAt = -secondsBetweenRebuilds;
+    m_added = 0;
+    m_skipped = 0;
+    const QStringList roots = m_waiting.front();
+    m_waiting.pop_front();
+    m_worker.start(Run{this, roots, m_with.queue.records(), m_with.cache, m_with.journal,
+                       &m_with.cloudFiles, m_with.language(), m_cancelled});
+}
+
+void Importer::take(const QStringList& roots, const Found& found) {
+    qCInfo(libraryLog, "import: %ld roots, %ld audio files", static_cast<long>(roots.size()),
+           static_cast<long>(found.files));
+    if (found.files == 0) {
+        m_with.status.show(L10n::text(L10nKey::noSupportedAudio, m_with.language()), true);
+        return end();
+    }
+    m_skipped = static_cast<qint64>(found.files - found.newFiles);
+    if (found.newFiles > 0)
+        return; // which the worker reads now
+    m_with.status.show(L10n::importResult(0, m_skipped, m_with.language()), false);
+    if (const auto row = m_with.queue.rowOfPath(found.firstPath))
+        m_with.play(m_with.queue.idAt(*row));
+    end();
 }
 
 void Importer::addRows(const TrackRows& rows) {

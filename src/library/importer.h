@@ -81,16 +81,14 @@ class Importer : public QObject {
 
   private:
     struct Found {
-        std::size_t files = 0;
+        std::size_t files;
+        std::size_t newFiles;
         QString firstPath;
-        std::vector<FileUrl> newFiles;
     };
     struct Run;
 
     void startNext();
-    void search(const QStringList& roots);
-    void take(const QStringList& roots, Found found);
-    void load(std::vector<FileUrl> files);
+    void take(const QStringList& roots, const Found& found);
     void addRows(const TrackRows& rows);
     void finish();
     void end();
