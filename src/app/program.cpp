@@ -7,10 +7,12 @@
 #include "app/menu_export.h"
 #include "app/screenshots.h"
 #include "app/window_registry.h"
+#include "audio/audio_file.h"
 #include "platform/log.h"
 
 #include <QGuiApplication>
 #include <QQuickWindow>
+#include <QThreadPool>
 
 #include <cstdlib>
 
@@ -41,6 +43,8 @@ Program::Program(const Arguments& arguments, const QUrl& viewsRoot,
     connectMediaControls();
     connectGlobalMenu();
     connectEnd();
+    connect(&m_app.windows(), &WindowRegistry::windowMade, this, &Program::prepareToPlay,
+            Qt::SingleShotConnection);
 }
 
 Program::~Program() = default;
@@ -103,6 +107,14 @@ void Program::connectGlobalMenu() {
             m_globalMenu.registerWindow(quint32(window->winId()));
     });
     connect(&m_app.commands(), &Commands::changed, &m_globalMenu, &GlobalMenu::menuChanged);
+}
+
+/// The decoders are loaded when the first picture no longer waits for a processor.
+void Program::prepareToPlay(QQuickWindow* window) {
+    connect(
+        window, &QQuickWindow::frameSwapped, this,
+        [] { QThreadPool::globalInstance()->start(&AudioFile::prepare); },
+        Qt::SingleShotConnection);
 }
 
 void Program::connectEnd() {

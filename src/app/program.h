@@ -17,6 +17,8 @@
 #include <functional>
 #include <memory>
 
+class QQuickWindow;
+
 namespace halvane {
 
 /// Makes the views' module usable in an engine and gives what has to be kept for it. The views
@@ -39,6 +41,7 @@ class Program : public QObject {
     void connectMediaControls();
     void connectGlobalMenu();
     void connectEnd();
+    void prepareToPlay(QQuickWindow* window);
     void open(const QList<QUrl>& files);
     void runAction(const QString& action);
     void perform(const QString& action);

@@ -12,14 +12,9 @@
 #include <sys/stat.h>
 #include <vector>
 
-extern "C" {
-#include <libavutil/channel_layout.h>
-#include <libavutil/mathematics.h>
-#include <libavutil/opt.h>
-}
-
 namespace halvane {
 
+using namespace libav;
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -107,6 +102,8 @@ bool isEncrypted(const AVStream& stream, const AVPacket& packet) {
 
 std::optional<QString> AudioDecoder::open(const QString& path) {
     m_path = path;
+    if (auto error = libav::load())
+        return error;
     if (auto error = openContainer(path))
         return error;
 

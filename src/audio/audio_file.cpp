@@ -102,6 +102,10 @@ AudioFile::Opened AudioFile::open(const QString& path) {
     return {std::unique_ptr<AudioFile>(new AudioFile(std::move(impl))), {}};
 }
 
+void AudioFile::prepare() {
+    (void)libav::load(); // opening will tell why it failed
+}
+
 const StreamFormat& AudioFile::format() const {
     return m_impl->decoder.format();
 }

@@ -22,6 +22,8 @@ class AudioFile {
     /// Opens a file. On failure there is no file, and an error text for the log and the user.
     static Opened open(const QString& path);
     ~AudioFile();
+    /// Loads the decoders ahead of the first open, which would wait for them. Any thread.
+    static void prepare();
 
     /// The processing format. Two files with equal formats can follow each other in one stream.
     const StreamFormat& format() const;

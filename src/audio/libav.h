@@ -3,14 +3,9 @@
 
 // What every user of libav in this folder needs: owners for its objects, and error texts.
 
-#include <QString>
+#include "libav/functions.h"
 
 #include <memory>
-
-extern "C" {
-#include <libavcodec/avcodec.h>
-#include <libavformat/avformat.h>
-}
 
 namespace halvane::libav {
 

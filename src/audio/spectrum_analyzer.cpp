@@ -1,16 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "audio/spectrum_analyzer.h"
 
+#include "libav/functions.h"
+
 #include <algorithm>
 #include <cmath>
 #include <new>
 #include <numbers>
 
-extern "C" {
-#include <libavutil/tx.h>
-}
-
 namespace halvane {
+
+using namespace libav;
+
 namespace {
 
 constexpr std::size_t N = SpectrumAnalyzer::blockFrames;
@@ -35,7 +36,7 @@ class SpectrumAnalyzer::Transform {
   public:
     Transform() {
         const float scale = 1;
-        if (av_tx_init(&m_context, &m_run, AV_TX_FLOAT_RDFT, 0, N, &scale, 0) < 0)
+        if (libav::load() || av_tx_init(&m_context, &m_run, AV_TX_FLOAT_RDFT, 0, N, &scale, 0) < 0)
             throw std::bad_alloc();
         for (std::size_t n = 0; n < N; ++n)
             m_window[n] = float(0.5 * (1 - std::cos(2 * std::numbers::pi * double(n) / double(N))));
@@ -66,9 +67,7 @@ class SpectrumAnalyzer::Transform {
     alignas(64) std::array<AVComplexFloat, N / 2 + 1> m_spectrum{};
 };
 
-SpectrumAnalyzer::SpectrumAnalyzer()
-    : m_transform(std::make_unique<Transform>()) {
-}
+SpectrumAnalyzer::SpectrumAnalyzer() = default;
 
 SpectrumAnalyzer::~SpectrumAnalyzer() = default;
 
@@ -77,6 +76,8 @@ std::optional<SpectrumOutput> SpectrumAnalyzer::processIfDue(std::span<const flo
     if (samples.empty() || (m_lastTime && now - *m_lastTime < interval))
         return std::nullopt;
     m_lastTime = now;
+    if (!m_transform)
+        m_transform = std::make_unique<Transform>();
     if (sampleRate != m_sampleRate)
         layOut(sampleRate);
 

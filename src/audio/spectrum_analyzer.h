@@ -37,7 +37,7 @@ class SpectrumAnalyzer {
     void layOut(double sampleRate);
     void updateBands();
 
-    std::unique_ptr<Transform> m_transform;
+    std::unique_ptr<Transform> m_transform; ///< made for the first block
     std::array<BinRange, spectrumBandCount> m_bins{};
     double m_sampleRate = 0; ///< that m_bins are for
     SpectrumOutput m_output; ///< the last result, whose heights decay into the next

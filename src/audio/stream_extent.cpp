@@ -9,11 +9,10 @@
 #include <algorithm>
 #include <string_view>
 
-extern "C" {
-#include <libavutil/mathematics.h>
-}
-
 namespace halvane {
+
+using namespace libav;
+
 namespace {
 
 /// What a layer III decoder adds in front of the sound, besides the encoder's delay.

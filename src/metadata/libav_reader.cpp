@@ -1,17 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "metadata/libav_reader.h"
 
+#include "libav/functions.h"
 #include "metadata/tag_names.h"
-
-extern "C" {
-#include <libavcodec/avcodec.h>
-#include <libavformat/avformat.h>
-}
 
 #include <algorithm>
 #include <memory>
 
 namespace halvane {
+
+using namespace libav;
 
 namespace {
 
@@ -142,9 +140,11 @@ void addPictures(TagFields& fields, const AVFormatContext& context) {
 } // namespace
 
 FileMetadata readWithLibav(BoundedFile& file, Container container) {
+    FileMetadata result;
+    if (libav::load())
+        return result;
     // What it has to say of strange files is of no use to the user.
     av_log_set_level(AV_LOG_QUIET);
-    FileMetadata result;
     LibavInput input(file);
     const Format context = open(input, container);
     if (!context)

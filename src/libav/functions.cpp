@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#include "libav/functions.h"
+
+#include <dlfcn.h>
+
+namespace halvane::libav {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Fills the table of functions; they are written once, before anyone may call them.
+std::optional<QString> loadOnce() {
+    // The version whose headers were read. It brings libavcodec and libavutil along, in which
+    // dlsym() looks too. Never unloaded.
+    void* library =
+        dlopen("libavformat.so." AV_STRINGIFY(LIBAVFORMAT_VERSION_MAJOR), RTLD_LAZY | RTLD_LOCAL);
+    bool isComplete = library != nullptr;
+#define HALVANE_LOOK_UP(name)                                                                      \
+    if (isComplete) {                                                                              \
+        libav::name = reinterpret_cast<decltype(&::name)>(dlsym(library, #name));                  \
+        isComplete = libav::name != nullptr;                                                       \
+    }
+    HALVANE_LIBAV_FUNCTIONS(HALVANE_LOOK_UP)
+#undef HALVANE_LOOK_UP
+    if (isComplete)
+        return {};
+    return u"The decoding library is missing: "_s + QString::fromLocal8Bit(dlerror());
+}
+
+} // namespace
+
+std::optional<QString> load() {
+    static const auto error = loadOnce();
+    return error;
+}
+
+} // namespace halvane::libav
