@@ -69,7 +69,7 @@ namespace halvane::libav {
     DO(avio_context_free)                                                                          \
     DO(avio_size)
 
-#define HALVANE_DECLARE(name) inline decltype(&::name) name = nullptr;
+#define HALVANE_DECLARE(name) inline decltype(&::name) name{}; // NOLINT(bugprone-macro-parentheses)
 HALVANE_LIBAV_FUNCTIONS(HALVANE_DECLARE)
 #undef HALVANE_DECLARE
 

@@ -1,39 +1,51 @@
 // SPDX-License-Identifier: MIT
+pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Shapes
+import QtQuick.Window
+import Halvane
 
 // A faint frame and a light from above, as on the front of a device. Takes no input.
 Item {
     id: root
 
-    // Never changes, so it is painted once, small, and then only shown.
-    Shape {
-        id: light
+    // Never changes, so it is painted once, small, and then only shown: with the second picture, since
+    // it is hardly seen and the first would wait for a shader of its own.
+    Deferred {
+        id: later
+        Shape {
+            id: light
 
-        readonly property real reach: 420
+            readonly property real reach: 420
 
-        x: Math.round(root.width / 2) - reach
-        width: 2 * reach
-        height: reach
-        layer.enabled: true
-        layer.smooth: true
-        ShapePath {
-            strokeWidth: -1
-            startX: 0
-            startY: 0
-            fillGradient: RadialGradient {
-                centerX: light.reach
-                centerY: 0
-                focalX: centerX
-                focalY: centerY
-                centerRadius: light.reach
-                GradientStop { position: 0; color: Qt.rgba(1, 1, 1, 0.022) }
-                GradientStop { position: 1; color: Qt.rgba(1, 1, 1, 0) }
+            x: Math.round(root.width / 2) - reach
+            width: 2 * reach
+            height: reach
+            layer.enabled: true
+            layer.smooth: true
+            ShapePath {
+                strokeWidth: -1
+                startX: 0
+                startY: 0
+                fillGradient: RadialGradient {
+                    centerX: light.reach
+                    centerY: 0
+                    focalX: centerX
+                    focalY: centerY
+                    centerRadius: light.reach
+                    GradientStop { position: 0; color: Qt.rgba(1, 1, 1, 0.022) }
+                    GradientStop { position: 1; color: Qt.rgba(1, 1, 1, 0) }
+                }
+                PathLine { x: light.width; y: 0 }
+                PathLine { x: light.width; y: light.height }
+                PathLine { x: 0; y: light.height }
             }
-            PathLine { x: light.width; y: 0 }
-            PathLine { x: light.width; y: light.height }
-            PathLine { x: 0; y: light.height }
         }
+    }
+    Connections {
+        enabled: !later.wanted
+        target: root.Window.window
+        function onFrameSwapped(): void { later.wanted = true }
     }
     Rectangle {
         width: parent.width
