@@ -20,8 +20,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Covers are decoded, panels slide and colours fade in the meantime.
-constexpr auto settling = 2000ms;
+// Covers are decoded, panels slide and colours fade in the meantime: a window that draws nothing
+// new for a while has settled, and one that plays never does.
+constexpr auto still = 500ms;
+constexpr auto longestSettling = 2000ms;
 constexpr auto betweenLooks = 100ms;
 constexpr int looks = 300;
 constexpr int fewLooks = 30;
@@ -137,11 +139,23 @@ void Screenshots::next() {
     m_pictures.pop_back();
     m_app.openWindow(picture.window);
     picture.prepare();
-    m_step = m_clock.after(settling, [this, picture] {
+    const auto settled = [this, picture] {
+        disconnect(m_frames);
+        m_step.reset();
+        m_still.reset();
         take(picture);
         picture.tidy();
         next();
-    });
+    };
+    m_step = m_clock.after(longestSettling, settled);
+    if (auto* window = m_app.windows().visibleWindow(picture.window))
+        m_frames = connect(window, &QQuickWindow::frameSwapped, this,
+                           [this, settled, left = m_pictures.size()] {
+                               // One that belongs to the last picture may still have been on its
+                               // way.
+                               if (left == m_pictures.size())
+                                   m_still = m_clock.after(still, settled);
+                           });
 }
 
 void Screenshots::take(const Picture& picture) {

@@ -49,6 +49,8 @@ class Screenshots : public QObject {
     std::vector<Picture> m_pictures; ///< still to be taken, the next one last
     bool m_complete = true;
     std::unique_ptr<Timer> m_step;
+    std::unique_ptr<Timer> m_still; ///< until the window counts as settled
+    QMetaObject::Connection m_frames;
 };
 
 } // namespace halvane

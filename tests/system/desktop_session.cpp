@@ -129,9 +129,12 @@ RunningProgram::RunningProgram(DesktopSession& session, const QStringList& argum
     m_process.setStandardErrorFile(session.home.filePath(u"halvane.log"_s), QIODevice::Append);
     m_process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
     m_process.start(QStringLiteral(HALVANE_PROGRAM), arguments);
-    auto bus = session.bus.connect();
+}
+
+bool RunningProgram::isReady() {
+    auto bus = m_session.bus.connect();
     // It takes its own name last, when it answers to everything else.
-    m_isReady = waitFor(
+    return waitFor(
         [&] { return bus.interface()->isServiceRegistered(u"org.halvane.Halvane"_s).value(); },
         30'000);
 }

@@ -58,11 +58,11 @@ class DesktopSession::Listener {
 /// The program, started on such a desktop.
 class RunningProgram {
   public:
-    /// Waits until the media controls are there.
     RunningProgram(DesktopSession& session, const QStringList& arguments = {});
     ~RunningProgram();
 
-    bool isReady() const { return m_isReady; }
+    /// Waits until it answers to all that a desktop asks of it; not on a session without a bus.
+    bool isReady();
     bool isRunning() const { return m_process.state() == QProcess::Running; }
     void terminate() { m_process.terminate(); }
     void signal(int number);
@@ -76,7 +76,6 @@ class RunningProgram {
   private:
     DesktopSession& m_session;
     QProcess m_process;
-    bool m_isReady = false;
 };
 
 } // namespace halvane::test
