@@ -23,8 +23,14 @@ CachePersistence::~CachePersistence() {
 void CachePersistence::persistMetadataCache() {
     assertOwnThread(*this);
     m_isWanted = true;
-    if (!m_isSaving)
+    if (!m_isSaving && !m_isHeld)
         begin();
+}
+
+void CachePersistence::release() {
+    m_isHeld = false;
+    if (m_isWanted)
+        persistMetadataCache();
 }
 
 void CachePersistence::begin() {
@@ -40,7 +46,7 @@ void CachePersistence::begin() {
         },
         [this](bool) {
             m_isSaving = false;
-            if (m_isWanted)
+            if (m_isWanted && !m_isHeld)
                 begin();
             Q_EMIT saved();
         });

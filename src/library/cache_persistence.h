@@ -22,6 +22,10 @@ class CachePersistence : public QObject {
     ~CachePersistence() override;
 
     void persistMetadataCache();
+    /// Until the library is whole no save begins: it would drop the records of what is not there
+    /// yet.
+    void hold() { m_isHeld = true; }
+    void release();
 
   Q_SIGNALS:
     /// A save has ended, well or not.
@@ -34,6 +38,7 @@ class CachePersistence : public QObject {
     const MetadataCache m_cache;
     bool m_isSaving = false;
     bool m_isWanted = false;
+    bool m_isHeld = false;
     QThreadPool m_worker;
 };
 

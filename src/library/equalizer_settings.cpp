@@ -146,7 +146,7 @@ void EqualizerSettings::saveCurrentEQPreset(const QString& name) {
 void EqualizerSettings::deleteUserEQPreset(const QString& name) {
     assertOwnThread(*this);
     if (m_userPresets.remove(name)) {
-        m_preferences.removeEntries(SettingsKey::eqUserPresets, {name});
+        m_preferences.removeEntries({SettingsKey::eqUserPresets}, {name});
         Q_EMIT userEQPresetsChanged();
     }
     if (m_currentPresetID == userEQPresetID(name))

@@ -19,8 +19,17 @@ QStringList ImportedPaths::stored() const {
     return m_preferences.strings(SettingsKey::importedAudioPaths).valueOr(QStringList());
 }
 
+std::function<std::optional<QStringList>()> ImportedPaths::restore() {
+    m_isRestoring = true;
+    return [later = m_preferences.stringsLater(
+                SettingsKey::importedAudioPaths)]() -> std::optional<QStringList> {
+        const auto found = later();
+        return found ? std::optional(found->valueOr({})) : std::nullopt;
+    };
+}
+
 void ImportedPaths::add(const QStringList& paths) {
-    if (m_library.size() > writtenWhole) {
+    if (m_isRestoring || m_library.size() > writtenWhole) {
         m_preferences.insertStrings(SettingsKey::importedAudioPaths, paths);
         return;
     }
@@ -30,10 +39,6 @@ void ImportedPaths::add(const QStringList& paths) {
             all.append(track->path());
     std::sort(all.begin(), all.end());
     m_preferences.setStrings(SettingsKey::importedAudioPaths, all);
-}
-
-void ImportedPaths::remove(const QSet<QString>& paths) {
-    m_preferences.removeEntries(SettingsKey::importedAudioPaths, paths);
 }
 
 } // namespace halvane

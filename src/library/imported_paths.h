@@ -5,6 +5,8 @@
 
 #include <QStringList>
 
+#include <functional>
+
 namespace halvane {
 
 class Preferences;
@@ -21,14 +23,17 @@ class ImportedPaths {
 
     /// As stored; sorting is left to a worker.
     QStringList stored() const;
+    /// The same when it comes, on any thread; none when that failed. Until restored() the library
+    /// is not whole, so that the stored list is not written anew from it.
+    std::function<std::optional<QStringList>()> restore();
+    void restored() { m_isRestoring = false; }
     /// Tracks of these paths came into the library.
     void add(const QStringList& paths);
-    /// Tracks of these paths left it.
-    void remove(const QSet<QString>& paths);
 
   private:
     Preferences& m_preferences;
     const LibraryStore& m_library;
+    bool m_isRestoring = false;
 };
 
 } // namespace halvane

@@ -209,15 +209,15 @@ MaintenanceCollaborators LibraryConcerns::maintenanceCollaborators() {
         .queue = queue,
         .playlists = playlists,
         .userData = userData,
-        .importedPaths = importedPaths,
         .availability = availability,
         .downloads = downloads,
         .duplicates = duplicates,
         .status = status,
+        .preferences = outside.preferences,
         .language = [this] { return resolvedLanguage(); },
         .stopPlayer = [this] { transport.stopPlayer(true); },
         .replanSuccessor = [this] { transport.replanSuccessor(); },
-        .forgetLoudness = [this](const QSet<QString>& paths) { soundCheck.removePaths(paths); },
+        .forgetLoudness = [this](const QSet<QString>& paths) { soundCheck.forget(paths); },
         .rebuildImportedAlbums = [this] { catalog.rebuildImportedAlbums(); },
     };
 }

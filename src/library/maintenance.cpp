@@ -4,12 +4,13 @@
 #include "library/availability.h"
 #include "library/cloud_downloads.h"
 #include "library/duplicates.h"
-#include "library/imported_paths.h"
 #include "library/play_queue.h"
 #include "library/playlists.h"
+#include "library/settings_keys.h"
 #include "library/status_line.h"
 #include "library/thread_check.h"
 #include "library/track_user_data.h"
+#include "platform/preferences.h"
 #include "presentation/l10n.h"
 
 namespace halvane {
@@ -41,12 +42,15 @@ void Maintenance::removeTracks(const QSet<QString>& withPaths) {
         m_with.stopPlayer();
     m_with.queue.remove(withPaths);
     m_with.library.remove(withPaths);
-    m_with.userData.removePaths(withPaths);
+    m_with.preferences.removeEntries({SettingsKey::importedAudioPaths, SettingsKey::lovedPaths,
+                                      SettingsKey::trackRatings, SettingsKey::playCounts,
+                                      SettingsKey::trackLoudness},
+                                     withPaths);
+    m_with.userData.forget(withPaths);
     m_with.forgetLoudness(withPaths);
     m_with.playlists.removePaths(withPaths);
     m_with.replanSuccessor();
     m_with.rebuildImportedAlbums();
-    m_with.importedPaths.remove(withPaths);
     m_with.availability.forget(withPaths);
     m_with.duplicates.refresh();
 }

@@ -13,9 +13,9 @@ namespace halvane {
 class Availability;
 class CloudDownloads;
 class Duplicates;
-class ImportedPaths;
 class PlayQueue;
 class Playlists;
+class Preferences;
 class StatusLine;
 class TrackUserData;
 
@@ -26,11 +26,11 @@ struct MaintenanceCollaborators {
     PlayQueue& queue;
     Playlists& playlists;
     TrackUserData& userData;
-    ImportedPaths& importedPaths;
     Availability& availability;
     CloudDownloads& downloads;
     Duplicates& duplicates;
     StatusLine& status;
+    Preferences& preferences;
     std::function<ResolvedLanguage()> language;
     /// Stops playback and keeps the current entry where it is.
     std::function<void()> stopPlayer;

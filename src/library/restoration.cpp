@@ -38,38 +38,51 @@ Restoration::~Restoration() {
 
 void Restoration::restoreImportedAudio() {
     assertOwnThread(*this);
+    m_with.persistence.hold();
+    load(m_with.importedPaths.restore());
+}
+
+void Restoration::load(const StoredPaths& stored) {
     runInBackground(
         m_worker, this,
-        [stored = m_with.importedPaths.stored(), cache = m_with.cache, journal = m_with.journal,
-         cloudFiles = &m_with.cloudFiles, language = m_with.language(), cancelled = m_cancelled] {
+        [stored, with = Loading{m_with.cache, m_with.journal, &m_with.cloudFiles, m_with.language(),
+                                m_cancelled}]() -> std::optional<Restored> {
             yieldToTheWindow();
-            QStringList paths = stored;
-            std::sort(paths.begin(), paths.end());
-            std::vector<FileUrl> urls;
-            urls.reserve(static_cast<std::size_t>(paths.size()));
-            for (const QString& path : paths)
-                urls.emplace_back(path);
-            TrackMetadataLoader::Accompaniment with;
-            with.journal = journal;
-            with.cancelled = cancelled.get();
-            with.isEvicted = [cloudFiles](const QString& path) {
-                return cloudFiles->isEvicted(path);
-            };
-            const auto index = cache.loadIndex();
-            auto loaded = cache.loadItems(urls, language, index, with);
-            Restored restored;
-            restored.isCacheCurrent =
-                static_cast<std::size_t>(index.size()) == loaded.size() &&
-                std::all_of(loaded.cbegin(), loaded.cend(),
-                            [](const LoadedItem& item) { return item.isFromCache; });
-            restored.rows = indexed(rowsFromLoaded(std::move(loaded)));
-            restored.entries = PlayQueue::entriesFor(restored.rows.rows);
-            return restored;
+            auto paths = stored();
+            return paths ? std::optional(restored(*std::move(paths), with)) : std::nullopt;
         },
-        [this](Restored restored) {
-            if (!*m_cancelled)
-                publish(std::move(restored));
+        [this](std::optional<Restored> restored) {
+            if (*m_cancelled)
+                return;
+            if (restored)
+                publish(*std::move(restored));
+            else // could not be read ahead of need
+                load([paths = m_with.importedPaths.stored()] { return std::optional(paths); });
         });
+}
+
+Restoration::Restored Restoration::restored(QStringList paths, const Loading& with) {
+    if (!std::is_sorted(paths.cbegin(), paths.cend()))
+        std::sort(paths.begin(), paths.end());
+    std::vector<FileUrl> urls;
+    urls.reserve(static_cast<std::size_t>(paths.size()));
+    for (const QString& path : std::as_const(paths))
+        urls.emplace_back(path);
+    TrackMetadataLoader::Accompaniment beside;
+    beside.journal = with.journal;
+    beside.cancelled = with.cancelled.get();
+    beside.isEvicted = [files = with.cloudFiles](const QString& path) {
+        return files->isEvicted(path);
+    };
+    const auto index = with.cache.loadIndex();
+    auto loaded = with.cache.loadItems(urls, with.language, index, beside);
+    Restored restored;
+    restored.isCacheCurrent = static_cast<std::size_t>(index.size()) == loaded.size() &&
+                              std::all_of(loaded.cbegin(), loaded.cend(),
+                                          [](const LoadedItem& item) { return item.isFromCache; });
+    restored.rows = indexed(rowsFromLoaded(std::move(loaded)));
+    restored.entries = PlayQueue::entriesFor(restored.rows.rows);
+    return restored;
 }
 
 void Restoration::publish(Restored restored) {
@@ -80,6 +93,8 @@ void Restoration::publish(Restored restored) {
         });
     m_with.queue.append(std::move(restored.entries));
     m_with.library.append(std::move(restored.rows));
+    m_with.importedPaths.restored();
+    m_with.persistence.release();
     m_with.rebuildImportedAlbums();
     if (!restored.isCacheCurrent)
         m_with.persistence.persistMetadataCache();

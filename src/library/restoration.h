@@ -22,7 +22,7 @@ class ReadingJournal;
 struct RestorationCollaborators {
     LibraryStore& library;
     PlayQueue& queue;
-    const ImportedPaths& importedPaths;
+    ImportedPaths& importedPaths;
     CachePersistence& persistence;
     const CloudFiles& cloudFiles;
     MetadataCache cache;
@@ -49,12 +49,23 @@ class Restoration : public QObject {
     void finished();
 
   private:
+    using StoredPaths = std::function<std::optional<QStringList>()>;
+    /// What the worker needs.
+    struct Loading {
+        MetadataCache cache;
+        std::shared_ptr<ReadingJournal> journal;
+        const CloudFiles* cloudFiles;
+        ResolvedLanguage language;
+        std::shared_ptr<std::atomic<bool>> cancelled;
+    };
     struct Restored {
         IndexedRows rows;
         std::vector<PlayQueue::Entry> entries;
         bool isCacheCurrent =
             false; ///< the index holds just this, so saving it would change nothing
     };
+    void load(const StoredPaths& stored);
+    static Restored restored(QStringList paths, const Loading& with);
     void publish(Restored restored);
 
     RestorationCollaborators m_with;

@@ -38,7 +38,9 @@ SoundCheck::~SoundCheck() {
 void SoundCheck::restore() {
     assertOwnThread(*this);
     m_enabled = m_preferences.boolean(SettingsKey::soundCheckEnabled).valueOr(false);
-    m_trackLoudness = m_preferences.numbersMap(SettingsKey::trackLoudness).valueOr({});
+    m_trackLoudness.restore(m_preferences.numbersMapLater(SettingsKey::trackLoudness), [this] {
+        return m_preferences.numbersMap(SettingsKey::trackLoudness);
+    });
     Q_EMIT soundCheckEnabledChanged();
     Q_EMIT trackLoudnessChanged();
 }
@@ -57,24 +59,24 @@ void SoundCheck::setSoundCheckEnabled(bool enabled) {
         cancelScan();
 }
 
-void SoundCheck::removePaths(const QSet<QString>& paths) {
+void SoundCheck::forget(const QSet<QString>& paths) {
     assertOwnThread(*this);
     if (paths.contains(m_measuring))
         m_measuring.clear();
-    QSet<QString> known;
+    NumbersMap& known = m_trackLoudness.get();
+    const auto before = known.size();
     for (const QString& path : paths)
-        if (m_trackLoudness.remove(path) > 0)
-            known.insert(path);
-    if (known.isEmpty())
-        return;
-    m_preferences.removeEntries(SettingsKey::trackLoudness, known);
-    Q_EMIT trackLoudnessChanged();
+        known.remove(path);
+    if (known.size() != before)
+        Q_EMIT trackLoudnessChanged();
 }
 
 std::optional<double> SoundCheck::soundCheckGain(const QString& forPath) const {
     assertOwnThread(*this);
-    const auto found = m_trackLoudness.constFind(forPath);
-    if (!m_enabled || found == m_trackLoudness.cend() || found->size() != 2)
+    if (!m_enabled)
+        return std::nullopt;
+    const auto found = trackLoudness().constFind(forPath);
+    if (found == trackLoudness().cend() || found->size() != 2)
         return std::nullopt;
     const double gain = halvane::soundCheckGain((*found)[0], (*found)[1]);
     return std::isfinite(gain) ? std::optional(gain) : std::nullopt;
@@ -105,7 +107,7 @@ std::deque<FileUrl> SoundCheck::unmeasuredFiles() const {
     std::deque<FileUrl> files;
     m_collaborators.visitFiles([&](const FileUrl& file) {
         const QString& path = file.standardizedPath();
-        if (!m_trackLoudness.contains(path) && m_collaborators.isAvailable(path))
+        if (!trackLoudness().contains(path) && m_collaborators.isAvailable(path))
             files.push_back(file);
     });
     return files;
@@ -147,7 +149,7 @@ void SoundCheck::take(const FileUrl& file, const std::optional<Measurement>& mea
     if (!measured || m_measuring != file.standardizedPath())
         return;
     const std::vector<double> entry{measured->rmsDb, measured->peakDb};
-    m_trackLoudness.insert(file.standardizedPath(), entry);
+    m_trackLoudness.get().insert(file.standardizedPath(), entry);
     m_preferences.insertNumbers(SettingsKey::trackLoudness, file.standardizedPath(), entry);
     Q_EMIT trackLoudnessChanged();
     applySoundCheckForCurrentTrack();

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "audio/loudness_analyzer.h"
+#include "library/late_value.h"
 #include "model/file_url.h"
-#include "platform/preferences.h"
 
 #include <QObject>
 #include <QSet>
@@ -53,7 +53,8 @@ class SoundCheck : public QObject {
     /// Ends a running scan.
     ~SoundCheck() override;
 
-    /// Takes the switch and the results from the preferences. Applies nothing and scans nothing.
+    /// Takes the switch from the preferences, and the results when they are first needed. Applies
+    /// nothing and scans nothing.
     void restore();
 
     bool soundCheckEnabled() const { return m_enabled; }
@@ -63,9 +64,9 @@ class SoundCheck : public QObject {
 
     /// Results by standardized path: RMS and peak in dBFS. An entry of another length counts as
     /// unmeasured for the gain and is not measured again.
-    const NumbersMap& trackLoudness() const { return m_trackLoudness; }
-    /// Forgets files that left the library.
-    void removePaths(const QSet<QString>& paths);
+    const NumbersMap& trackLoudness() const { return m_trackLoudness.get(); }
+    /// Files left the library, and the preferences with it.
+    void forget(const QSet<QString>& paths);
 
     /// The gain in dB for a file; none while switched off or without a result. Not clamped.
     std::optional<double> soundCheckGain(const QString& forPath) const;
@@ -92,7 +93,7 @@ class SoundCheck : public QObject {
     const CloudFiles& m_cloudFiles;
     Collaborators m_collaborators;
     bool m_enabled = false;
-    NumbersMap m_trackLoudness;
+    LateValue<NumbersMap> m_trackLoudness;
 
     // The scan: what is still to be measured, and the one file that the worker has.
     std::deque<FileUrl> m_waiting;

@@ -13,14 +13,12 @@ namespace {
 
 constexpr int mostStars = 5;
 
-// Takes entries out of a collection and says which were there.
 template<typename Collection>
-QSet<QString> takeOut(Collection& collection, const QSet<QString>& paths) {
-    QSet<QString> taken;
+bool takeOut(Collection& collection, const QSet<QString>& paths) {
+    const auto before = collection.size();
     for (const auto& path : paths)
-        if (collection.remove(path))
-            taken.insert(path);
-    return taken;
+        collection.remove(path);
+    return collection.size() != before;
 }
 
 } // namespace
@@ -39,10 +37,12 @@ void TrackUserData::restore() {
         if (m_lovedPaths.size() != loved->size())
             m_preferences.setStrings(SettingsKey::lovedPaths, m_lovedPaths.values());
     }
-    if (auto ratings = m_preferences.integerMap(SettingsKey::trackRatings))
-        m_trackRatings = *std::move(ratings);
-    if (auto counts = m_preferences.integerMap(SettingsKey::playCounts))
-        m_playCounts = *std::move(counts);
+    const auto restore = [this](LateValue<IntegerMap>& map, const QString& key) {
+        map.restore(m_preferences.integerMapLater(key),
+                    [this, key] { return m_preferences.integerMap(key); });
+    };
+    restore(m_trackRatings, SettingsKey::trackRatings);
+    restore(m_playCounts, SettingsKey::playCounts);
     Q_EMIT reset();
 }
 
@@ -65,10 +65,10 @@ void TrackUserData::setRating(int rating, const QString& path) {
     if (path.isEmpty() || stars == this->rating(path))
         return;
     if (stars == 0) {
-        m_trackRatings.remove(path);
-        m_preferences.removeEntries(SettingsKey::trackRatings, {path});
+        m_trackRatings.get().remove(path);
+        m_preferences.removeEntries({SettingsKey::trackRatings}, {path});
     } else {
-        m_trackRatings.insert(path, stars);
+        m_trackRatings.get().insert(path, stars);
         m_preferences.insertInteger(SettingsKey::trackRatings, path, stars);
     }
     Q_EMIT ratingChanged(path);
@@ -78,7 +78,7 @@ void TrackUserData::countPlay(const QString& path) {
     assertOwnThread(*this);
     if (path.isEmpty())
         return;
-    qint64& count = m_playCounts[path];
+    qint64& count = m_playCounts.get()[path];
     if (count == std::numeric_limits<qint64>::max())
         return; // only a stored value can be there; stays
     ++count;
@@ -86,18 +86,12 @@ void TrackUserData::countPlay(const QString& path) {
     Q_EMIT playCountChanged(path);
 }
 
-void TrackUserData::removePaths(const QSet<QString>& paths) {
+void TrackUserData::forget(const QSet<QString>& paths) {
     assertOwnThread(*this);
-    const QSet<QString> loved = takeOut(m_lovedPaths, paths);
-    const QSet<QString> rated = takeOut(m_trackRatings, paths);
-    const QSet<QString> played = takeOut(m_playCounts, paths);
-    if (!loved.isEmpty())
-        m_preferences.removeEntries(SettingsKey::lovedPaths, loved);
-    if (!rated.isEmpty())
-        m_preferences.removeEntries(SettingsKey::trackRatings, rated);
-    if (!played.isEmpty())
-        m_preferences.removeEntries(SettingsKey::playCounts, played);
-    if (!loved.isEmpty() || !rated.isEmpty() || !played.isEmpty())
+    const bool loved = takeOut(m_lovedPaths, paths);
+    const bool rated = takeOut(m_trackRatings.get(), paths);
+    const bool played = takeOut(m_playCounts.get(), paths);
+    if (loved || rated || played)
         Q_EMIT reset();
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/preferences.h"
+#include "library/late_value.h"
 
 #include <QObject>
 #include <QSet>
@@ -18,16 +18,17 @@ class TrackUserData : public QObject {
     /// Empty until restore. The preferences must outlive it.
     explicit TrackUserData(Preferences& preferences, QObject* parent = nullptr);
 
-    /// Takes everything from the preferences; a map that is not one is left alone.
+    /// Takes everything from the preferences, long maps when they are first needed; a map that is
+    /// not one is left alone.
     void restore();
 
     const QSet<QString>& lovedPaths() const { return m_lovedPaths; }
-    const IntegerMap& trackRatings() const { return m_trackRatings; }
-    const IntegerMap& playCounts() const { return m_playCounts; }
+    const IntegerMap& trackRatings() const { return m_trackRatings.get(); }
+    const IntegerMap& playCounts() const { return m_playCounts.get(); }
 
     bool isLoved(const QString& path) const { return m_lovedPaths.contains(path); }
-    qint64 rating(const QString& path) const { return m_trackRatings.value(path); }
-    qint64 playCount(const QString& path) const { return m_playCounts.value(path); }
+    qint64 rating(const QString& path) const { return trackRatings().value(path); }
+    qint64 playCount(const QString& path) const { return playCounts().value(path); }
 
     /// Loves a track, or no longer. Nothing without a path.
     void toggleLoved(const QString& path);
@@ -36,8 +37,8 @@ class TrackUserData : public QObject {
     void setRating(int rating, const QString& path);
     /// Adds one play. Nothing without a path.
     void countPlay(const QString& path);
-    /// Forgets tracks that left the library.
-    void removePaths(const QSet<QString>& paths);
+    /// Tracks left the library, and the preferences with it.
+    void forget(const QSet<QString>& paths);
 
   Q_SIGNALS:
     void lovedChanged(const QString& path);
@@ -49,8 +50,8 @@ class TrackUserData : public QObject {
   private:
     Preferences& m_preferences;
     QSet<QString> m_lovedPaths;
-    IntegerMap m_trackRatings;
-    IntegerMap m_playCounts;
+    LateValue<IntegerMap> m_trackRatings;
+    LateValue<IntegerMap> m_playCounts;
 };
 
 } // namespace halvane

@@ -7,6 +7,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <optional>
 #include <variant>
 #include <vector>
@@ -42,6 +43,10 @@ class Stored {
     std::optional<T> m_value;
     bool m_other = false;
 };
+
+/// A stored value that may still be being read; waits for it.
+template<typename T>
+using Later = std::function<std::optional<Stored<T>>()>;
 
 /// The user's preferences: a flat map from key to a typed value. A setter returns when the change
 /// is durable. Main thread. Failures are logged, never shown: the program goes on with what it has
@@ -80,8 +85,14 @@ class Preferences {
     virtual void insertInteger(const QString& key, const QString& entry, qint64 value) = 0;
     virtual void insertNumbers(const QString& key, const QString& entry,
                                const std::vector<double>& value) = 0;
-    /// Takes the entries out of a string list or a map of either kind, in one change.
-    virtual void removeEntries(const QString& key, const QSet<QString>& entries) = 0;
+    /// Takes the entries out of string lists and maps of either kind, in one change.
+    virtual void removeEntries(const QStringList& keys, const QSet<QString>& entries) = 0;
+
+    // Values that may be long, without waiting for them here: what comes back gives the value as it
+    // is stored now, once, on whatever thread it is called. None when that failed: then ask again.
+    virtual Later<QStringList> stringsLater(const QString& key) const = 0;
+    virtual Later<IntegerMap> integerMapLater(const QString& key) const = 0;
+    virtual Later<NumbersMap> numbersMapLater(const QString& key) const = 0;
 };
 
 } // namespace halvane

@@ -4,10 +4,12 @@
 #include "platform/list_edit.h"
 #include "platform/number_list_text.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+
 #include <sqlite3.h>
 
 #include <algorithm>
-#include <array>
 
 namespace halvane {
 
@@ -16,11 +18,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int applicationId = 0x48414c56;
-
-// In the order of PreferenceValue's alternatives.
-constexpr std::array<const char*, std::variant_size_v<PreferenceValue>> kindNames{
-    "",          "boolean", "number",      "string",         "number list", "string list",
-    "data list", "data",    "integer map", "number list map"};
 
 constexpr const char* schema = R"sql(
 CREATE TABLE preference (
@@ -74,6 +71,30 @@ CREATE VIEW setting AS
         FROM preference JOIN numbers_entry ON preference = id;
 )sql";
 
+template<typename Texts>
+QByteArray jsonText(const Texts& texts) {
+    QJsonArray array;
+    for (const QString& text : texts)
+        array.append(text);
+    return QJsonDocument(array).toJson(QJsonDocument::Compact);
+}
+
+QStringList textsOf(const QByteArray& json) {
+    QStringList texts;
+    for (const QJsonValue text : QJsonDocument::fromJson(json).array())
+        texts.append(text.toString());
+    return texts;
+}
+
+// What is on its way out; a file of an earlier day has no such table.
+constexpr const char* removalTable = R"sql(
+CREATE TABLE IF NOT EXISTS removal (
+    id INTEGER PRIMARY KEY,
+    keys TEXT NOT NULL,
+    entries TEXT NOT NULL
+) STRICT;
+)sql";
+
 void createSchema(SqliteConnection& connection) {
     SqliteTransaction transaction(connection);
     connection.execute(schema);
@@ -92,36 +113,7 @@ void checkOwnership(SqliteConnection& connection) {
         throw SqliteError(SQLITE_FORMAT, u"it holds something else"_s);
 }
 
-// A single value in whatever kind it is: the file may have been edited by hand.
-PreferenceValue scalar(const SqliteQuery& query, int column, const QString& kind) {
-    const int type = query.type(column);
-    const bool numeric = type == SQLITE_INTEGER || type == SQLITE_FLOAT;
-    if (kind == "boolean"_L1 && type == SQLITE_INTEGER)
-        return query.integer(column) != 0;
-    if (kind == "number"_L1 && (numeric || type == SQLITE_NULL))
-        return query.number(column);
-    if (kind == "string"_L1 && type == SQLITE_TEXT)
-        return query.text(column);
-    if (kind == "data"_L1 && type == SQLITE_BLOB)
-        return query.blob(column);
-    return OtherKind();
-}
-
-// Makes room once: a map that grows entry by entry is built over and over.
-template<typename Map, typename Entries>
-void fill(Map& map, Entries& entries) {
-    map.reserve(static_cast<qsizetype>(entries.size()));
-    for (auto& [name, value] : entries)
-        map.emplace(std::move(name), std::move(value));
-}
-
 } // namespace
-
-struct PreferencesDatabase::Row {
-    qint64 id;
-    QString kind;
-    PreferenceValue value; ///< OtherKind for a list or a map
-};
 
 PreferencesDatabase::PreferencesDatabase(const QString& path, int busyMilliseconds)
     : m_connection(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, busyMilliseconds) {
@@ -135,94 +127,14 @@ PreferencesDatabase::PreferencesDatabase(const QString& path, int busyMillisecon
     m_connection.execute("PRAGMA foreign_keys = ON");
     if (isNew)
         createSchema(m_connection);
+    m_connection.execute(removalTable);
     // Fails here, not at the first change, where a table or a column is missing.
     m_connection.query("SELECT item FROM setting LIMIT 0").run();
 }
 
-QString PreferencesDatabase::kindName(const PreferenceValue& value) {
-    return QLatin1StringView(kindNames[value.index()]);
-}
-
-PreferenceValue PreferencesDatabase::emptyValue(const QString& kindName) {
-    static const std::array<PreferenceValue, std::variant_size_v<PreferenceValue>> empty{
-        OtherKind(),
-        false,
-        0.0,
-        QString(),
-        std::vector<double>(),
-        QStringList(),
-        std::vector<QByteArray>(),
-        QByteArray(),
-        IntegerMap(),
-        NumbersMap()};
-    for (std::size_t i = 1; i < kindNames.size(); ++i)
-        if (kindName == QLatin1StringView(kindNames[i]))
-            return empty[i];
-    return OtherKind();
-}
-
-std::optional<PreferencesDatabase::Row> PreferencesDatabase::row(const QString& key) {
-    auto query = m_connection.query("SELECT id, kind, value FROM preference WHERE key = ?1");
-    if (!query.bind(1, key).next())
-        return std::nullopt;
-    const QString kind = query.text(1);
-    return Row{query.integer(0), kind, scalar(query, 2, kind)};
-}
-
-std::optional<PreferenceValue> PreferencesDatabase::value(const QString& key) {
-    const auto found = row(key);
-    return found ? std::optional(read(*found)) : std::nullopt;
-}
-
-PreferenceValue PreferencesDatabase::read(const Row& row) {
-    PreferenceValue value = emptyValue(row.kind);
-    if (auto* numbers = std::get_if<std::vector<double>>(&value)) {
-        auto query = m_connection.query(
-            "SELECT value FROM number_item WHERE preference = ?1 ORDER BY position");
-        query.bind(1, row.id);
-        while (query.next())
-            numbers->push_back(query.number(0));
-    } else if (auto* strings = std::get_if<QStringList>(&value)) {
-        auto query = m_connection.query(
-            "SELECT value FROM string_item WHERE preference = ?1 ORDER BY position");
-        query.bind(1, row.id);
-        while (query.next())
-            strings->append(query.text(0));
-    } else if (auto* blobs = std::get_if<std::vector<QByteArray>>(&value)) {
-        auto query = m_connection.query(
-            "SELECT value FROM data_item WHERE preference = ?1 ORDER BY position");
-        query.bind(1, row.id);
-        while (query.next())
-            blobs->push_back(query.blob(0));
-    } else if (auto* integers = std::get_if<IntegerMap>(&value)) {
-        auto query =
-            m_connection.query("SELECT name, value FROM integer_entry WHERE preference = ?1");
-        query.bind(1, row.id);
-        std::vector<std::pair<QString, qint64>> entries;
-        while (query.next())
-            entries.emplace_back(query.text(0), query.integer(1));
-        fill(*integers, entries);
-    } else if (auto* lists = std::get_if<NumbersMap>(&value)) {
-        auto query =
-            m_connection.query("SELECT name, value FROM numbers_entry WHERE preference = ?1");
-        query.bind(1, row.id);
-        std::vector<std::pair<QString, std::vector<double>>> entries;
-        while (query.next()) {
-            auto list = numberListFromText(query.utf8(1));
-            if (!list)
-                return OtherKind();
-            entries.emplace_back(query.text(0), *std::move(list));
-        }
-        fill(*lists, entries);
-    } else {
-        return row.value;
-    }
-    return value;
-}
-
 qint64 PreferencesDatabase::rowOfKind(const QString& key, const PreferenceValue& emptyValue) {
-    const QString kind = kindName(emptyValue);
-    const auto existing = row(key);
+    const QString kind = PreferencesReader::kindName(emptyValue);
+    const auto existing = m_reader.row(key);
     if (existing && existing->kind == kind)
         return existing->id;
     if (existing)
@@ -260,15 +172,15 @@ struct PreferencesDatabase::Apply {
         put(database.rowOfKind(key, NumbersMap()), insert.entry, insert.value);
     }
     void operator()(const PreferenceChange::RemoveEntries& remove) {
-        const auto row = database.row(key);
+        const auto row = database.m_reader.row(key);
         if (!row)
             return;
         const char* sql = nullptr;
-        if (row->kind == kindName(QStringList()))
+        if (row->kind == PreferencesReader::kindName(QStringList()))
             sql = "DELETE FROM string_item WHERE preference = ?1 AND value = ?2";
-        else if (row->kind == kindName(IntegerMap()))
+        else if (row->kind == PreferencesReader::kindName(IntegerMap()))
             sql = deleteInteger;
-        else if (row->kind == kindName(NumbersMap()))
+        else if (row->kind == PreferencesReader::kindName(NumbersMap()))
             sql = deleteNumbers;
         else
             return;
@@ -390,7 +302,7 @@ struct PreferencesDatabase::Apply {
                    "value = excluded.value WHERE value <> excluded.value")
             .bind(1, id)
             .bind(2, name)
-            .bind(3, QString::fromLatin1(numberListText(value)))
+            .bindUtf8(3, numberListText(value))
             .run();
     }
 };
@@ -400,6 +312,36 @@ void PreferencesDatabase::apply(std::span<const PreferenceChange> changes) {
     for (const auto& change : changes)
         std::visit(Apply{*this, m_connection, change.key}, change.what);
     transaction.commit();
+}
+
+PreferencesRemoval PreferencesDatabase::noteRemoval(const QStringList& keys,
+                                                    const QSet<QString>& entries) {
+    SqliteTransaction transaction(m_connection);
+    m_connection.query("INSERT INTO removal (keys, entries) VALUES (?1, ?2)")
+        .bindUtf8(1, jsonText(keys))
+        .bindUtf8(2, jsonText(entries))
+        .run();
+    transaction.commit();
+    return {sqlite3_last_insert_rowid(m_connection.handle()), keys, entries};
+}
+
+std::vector<PreferencesRemoval> PreferencesDatabase::notedRemovals() {
+    std::vector<PreferencesRemoval> removals;
+    auto query = m_connection.query("SELECT id, keys, entries FROM removal ORDER BY id");
+    while (query.next()) {
+        const QStringList entries = textsOf(query.blob(2));
+        removals.push_back({query.integer(0), textsOf(query.blob(1)),
+                            QSet<QString>(entries.cbegin(), entries.cend())});
+    }
+    return removals;
+}
+
+void PreferencesDatabase::endRemoval(qint64 id) {
+    m_connection.query("DELETE FROM removal WHERE id = ?1").bind(1, id).run();
+}
+
+void PreferencesDatabase::commitLazily() {
+    m_connection.execute("PRAGMA synchronous = NORMAL");
 }
 
 } // namespace halvane

@@ -1,12 +1,19 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/sqlite_connection.h"
+#include "platform/preferences_reader.h"
 #include "platform/value_preferences.h"
 
 #include <span>
 
 namespace halvane {
+
+/// Entries that leave several string lists and maps.
+struct PreferencesRemoval {
+    qint64 id = 0; ///< of the note in the file
+    QStringList keys;
+    QSet<QString> entries;
+};
 
 /// The preferences file: one row a key with its kind and, for a single value, the value; one row an
 /// item of a list or entry of a map, in the table of their type. Not thread-safe. Throws
@@ -23,28 +30,34 @@ class PreferencesDatabase {
     /// How long a call that finds the file locked waits at most.
     void setPatience(int busyMilliseconds) { m_connection.setPatience(busyMilliseconds); }
 
-    std::optional<PreferenceValue> value(const QString& key);
+    std::optional<PreferenceValue> value(const QString& key) { return m_reader.value(key); }
+    /// The keys of lists of strings and of maps, which may be long.
+    QStringList longValues() { return m_reader.longValues(); }
 
     /// Makes all the changes, or none. They are on the disk when this returns; what is already so
     /// is not written.
     void apply(std::span<const PreferenceChange> changes);
 
-    /// The name under which a kind is stored, and the kind's empty value by that name; OtherKind
-    /// for an unknown one.
-    static QString kindName(const PreferenceValue& value);
-    static PreferenceValue emptyValue(const QString& kindName);
+    /// Notes down that entries leave, which is a small change however many they are; the note is on
+    /// the disk when this returns, the entries themselves are still in their lists and maps.
+    PreferencesRemoval noteRemoval(const QStringList& keys, const QSet<QString>& entries);
+    /// What was noted down and is not done yet.
+    std::vector<PreferencesRemoval> notedRemovals();
+    /// Takes the note away, its entries having left.
+    void endRemoval(qint64 id);
+    /// From now on commits are on the disk only when a later one or the end of the program puts
+    /// them there. They get there in order.
+    void commitLazily();
 
   private:
-    struct Row;
     struct Apply;
 
-    std::optional<Row> row(const QString& key);
-    PreferenceValue read(const Row& row);
     /// The id of a key's row of a kind; a row of another kind makes way, with all it holds.
     qint64 rowOfKind(const QString& key, const PreferenceValue& emptyValue);
     void remove(const QString& key);
 
     SqliteConnection m_connection;
+    PreferencesReader m_reader{m_connection};
 };
 
 } // namespace halvane

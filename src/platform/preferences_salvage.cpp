@@ -3,6 +3,7 @@
 
 #include "platform/number_list_text.h"
 #include "platform/preferences_database.h"
+#include "platform/preferences_reader.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -75,7 +76,7 @@ void Reader::readRows() {
     const auto visit = [this](SqliteQuery& query) {
         const qint64 id = query.integer(0);
         m_keys[id] = query.text(1);
-        PreferenceValue value = PreferencesDatabase::emptyValue(query.text(2));
+        PreferenceValue value = PreferencesReader::emptyValue(query.text(2));
         if (std::holds_alternative<bool>(value))
             value = query.integer(3) != 0;
         else if (std::holds_alternative<double>(value))

@@ -47,9 +47,12 @@ SqliteQuery& SqliteQuery::bind(int parameter, double value) {
 }
 
 SqliteQuery& SqliteQuery::bind(int parameter, const QString& value) {
-    const QByteArray utf8 = value.toUtf8();
-    check(sqlite3_bind_text64(m_statement, parameter, utf8.constData(),
-                              static_cast<sqlite3_uint64>(utf8.size()), SQLITE_TRANSIENT,
+    return bindUtf8(parameter, value.toUtf8());
+}
+
+SqliteQuery& SqliteQuery::bindUtf8(int parameter, const QByteArray& text) {
+    check(sqlite3_bind_text64(m_statement, parameter, text.constData(),
+                              static_cast<sqlite3_uint64>(text.size()), SQLITE_TRANSIENT,
                               SQLITE_UTF8),
           m_statement);
     return *this;

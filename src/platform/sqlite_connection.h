@@ -46,6 +46,7 @@ class SqliteQuery {
     SqliteQuery& bind(int parameter, double value); ///< not-a-number is stored as NULL
     SqliteQuery& bind(int parameter, const QString& value);
     SqliteQuery& bind(int parameter, const QByteArray& value);
+    SqliteQuery& bindUtf8(int parameter, const QByteArray& text);
 
     /// Moves to the next row; false after the last.
     bool next();

@@ -4,6 +4,8 @@
 #include "platform/log.h"
 #include "platform/preferences_backup.h"
 #include "platform/preferences_database.h"
+#include "platform/preferences_prefetch.h"
+#include "platform/preferences_removal.h"
 #include "platform/preferences_salvage.h"
 
 #include <QDateTime>
@@ -21,7 +23,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int patience = 250; ///< ms that a locked file may hold up the program
+constexpr int patience = 250;         ///< ms that a locked file may hold up the program
+constexpr qsizetype fewEntries = 200; ///< what is removed within a few milliseconds
 constexpr std::chrono::seconds firstRetry{2};
 constexpr std::chrono::seconds lastRetry{256};
 
@@ -32,9 +35,11 @@ class SqlitePreferences::Store {
     Store(const QString& path, Clock& clock)
         : m_path(path)
         , m_clock(clock)
+        , m_removals(path)
         , m_backup(path, clock) {
         QDir().mkpath(QFileInfo(path).path());
         open(patience);
+        readAhead();
         if (!m_database) {
             m_unwritten = salvagePreferences(m_path).values;
             retryLater();
@@ -45,19 +50,38 @@ class SqlitePreferences::Store {
     PreferencesBackup& backup() { return m_backup; }
 
     std::optional<PreferenceValue> value(const QString& key) {
-        auto value = storedValue(key);
+        auto value = m_prefetch ? m_prefetch->take(key) : std::nullopt;
+        if (!value)
+            value = storedValue(key);
+        m_removals.applyTo(key, value);
         for (const auto& change : m_pending)
             if (change.key == key)
                 applyChange(change, value);
         return value;
     }
 
+    std::function<std::optional<PreferenceValue>()> valueLater(const QString& key) {
+        return m_prefetch ? m_prefetch->takeLater(key) : nullptr;
+    }
+
     void change(PreferenceChange change) {
+        if (m_prefetch)
+            m_prefetch->forget(change.key);
+        if (m_removals.concerns(change))
+            m_removals.finish();
         if (isStored() && write({&change, 1}))
             return;
         remember(std::move(change));
         retryLater();
     }
+
+    void removeEntries(const QStringList& keys, const QSet<QString>& entries) {
+        if (entries.size() <= fewEntries || !isStored() || !note(keys, entries)) {
+            for (const QString& key : keys)
+                change({key, PreferenceChange::RemoveEntries{entries}});
+        }
+    }
+    void waitForRemovals() { m_removals.finish(); }
 
     // True when everything is on the disk.
     bool retry() {
@@ -103,12 +127,15 @@ class SqlitePreferences::Store {
 
     // Damage was found in the open file, or while opening it.
     void replaceDamaged(const SqliteError& damage) {
+        m_prefetch.reset();
+        m_removals.pause();
         m_database.reset();
         m_backup.interrupt();
         SalvagedPreferences salvaged = salvagePreferences(m_path);
         const QStringList copies = PreferencesBackup::copies(m_path);
         if (!salvaged.isComplete && !copies.isEmpty())
             fillFrom(salvagePreferences(copies.first()).values, salvaged);
+        m_removals.finishOn(salvaged.values);
         m_unwritten = salvaged.values;
         const auto now = QDateTime::fromSecsSinceEpoch(static_cast<qint64>(m_clock.wallTime()));
         const QString aside =
@@ -132,16 +159,53 @@ class SqlitePreferences::Store {
     }
 
     bool write(std::span<const PreferenceChange> changes) {
-        for (int attempt = 0; m_database && attempt < 2; ++attempt) {
+        return attempt([changes](PreferencesDatabase& database) { database.apply(changes); });
+    }
+
+    // Nothing else of this process writes meanwhile.
+    template<typename Change>
+    bool attempt(const Change& change) {
+        m_removals.pause();
+        bool isWritten = false;
+        for (int i = 0; m_database && i < 2 && !isWritten; ++i) {
             try {
-                m_database->apply(changes);
-                return true;
+                change(*m_database);
+                isWritten = true;
             } catch (const SqliteError& error) {
                 if (!handle(error))
-                    return false;
+                    break;
             }
         }
-        return false;
+        m_removals.resume();
+        return isWritten;
+    }
+
+    bool note(const QStringList& keys, const QSet<QString>& entries) {
+        if (m_prefetch)
+            for (const QString& key : keys)
+                m_prefetch->forget(key);
+        PreferencesRemoval removal;
+        if (!attempt([&](PreferencesDatabase& database) {
+                removal = database.noteRemoval(keys, entries);
+            }))
+            return false;
+        m_removals.begin(std::move(removal));
+        return true;
+    }
+
+    // After what the program's last end has left undone.
+    void readAhead() {
+        try {
+            if (!m_database)
+                return;
+            for (PreferencesRemoval& removal : m_database->notedRemovals())
+                m_removals.begin(std::move(removal));
+            if (m_removals.finish())
+                m_prefetch =
+                    std::make_unique<PreferencesPrefetch>(m_path, m_database->longValues());
+        } catch (const SqliteError&) {
+            // Whoever asks for a value meets the fault and deals with it.
+        }
     }
 
     // True when the file has been replaced by a good one.
@@ -200,7 +264,9 @@ class SqlitePreferences::Store {
     std::vector<PreferenceChange> m_pending;     ///< not yet on the disk, in order
     std::unique_ptr<Timer> m_retry;              ///< runs while something waits
     std::chrono::seconds m_retryDelay{};
+    PreferencesRemovals m_removals;
     PreferencesBackup m_backup;
+    std::unique_ptr<PreferencesPrefetch> m_prefetch; ///< null where the file can't be opened
 };
 
 SqlitePreferences::SqlitePreferences(const QString& path, Clock& clock)
@@ -208,6 +274,7 @@ SqlitePreferences::SqlitePreferences(const QString& path, Clock& clock)
 }
 
 SqlitePreferences::~SqlitePreferences() {
+    m_store->waitForRemovals();
     if (!m_store->isStored())
         m_store->retry();
 }
@@ -223,6 +290,19 @@ bool SqlitePreferences::isStored() const {
 
 void SqlitePreferences::waitForBackup() {
     m_store->backup().wait();
+}
+
+void SqlitePreferences::removeEntries(const QStringList& keys, const QSet<QString>& entries) {
+    m_store->removeEntries(keys, entries);
+}
+
+void SqlitePreferences::waitForRemovals() {
+    m_store->waitForRemovals();
+}
+
+std::function<std::optional<PreferenceValue>()>
+SqlitePreferences::valueLater(const QString& key) const {
+    return m_store->valueLater(key);
 }
 
 std::optional<PreferenceValue> SqlitePreferences::value(const QString& key) const {

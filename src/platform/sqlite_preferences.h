@@ -11,6 +11,9 @@ namespace halvane {
 /// Preferences in an SQLite file. A change is committed and synced when its setter returns; a value
 /// that is stored already costs no write.
 ///
+/// Long values are read on a thread of their own from the start on, so that they are there when
+/// they are asked for.
+///
 /// A damaged file, or one of a newer version, is set aside under a new name and replaced by what
 /// can be read of it, filled up from the newest backup. Where the file can't be opened or written
 /// to (a read-only folder, a full disk, another process's lock) the program goes on with what can
@@ -31,8 +34,14 @@ class SqlitePreferences final : public ValuePreferences {
     /// Waits until a backup that is being made is done.
     void waitForBackup();
 
+    /// Many entries are noted down as gone, and leave the file behind the program's back.
+    void removeEntries(const QStringList& keys, const QSet<QString>& entries) override;
+    /// Waits until they have left the file.
+    void waitForRemovals();
+
   protected:
     std::optional<PreferenceValue> value(const QString& key) const override;
+    std::function<std::optional<PreferenceValue>()> valueLater(const QString& key) const override;
     void change(PreferenceChange change) override;
 
   private:

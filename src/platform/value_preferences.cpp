@@ -60,6 +60,17 @@ Stored<T> typed(std::optional<PreferenceValue> value) {
 
 } // namespace
 
+template<typename T>
+Later<T> ValuePreferences::typedLater(const QString& key) const {
+    if (auto later = valueLater(key)) {
+        return [later = std::move(later)]() -> std::optional<Stored<T>> {
+            auto value = later();
+            return value ? std::optional(typed<T>(std::move(value))) : std::nullopt;
+        };
+    }
+    return [found = typed<T>(value(key))] { return std::optional(found); };
+}
+
 void applyChange(const PreferenceChange& change, std::optional<PreferenceValue>& value) {
     std::visit(Apply{value}, change.what);
 }
@@ -161,8 +172,26 @@ void ValuePreferences::insertNumbers(const QString& key, const QString& entry,
     change({key, PreferenceChange::InsertNumbers{entry, value}});
 }
 
-void ValuePreferences::removeEntries(const QString& key, const QSet<QString>& entries) {
-    change({key, PreferenceChange::RemoveEntries{entries}});
+void ValuePreferences::removeEntries(const QStringList& keys, const QSet<QString>& entries) {
+    for (const QString& key : keys)
+        change({key, PreferenceChange::RemoveEntries{entries}});
+}
+
+std::function<std::optional<PreferenceValue>()>
+ValuePreferences::valueLater(const QString& /*key*/) const {
+    return {};
+}
+
+Later<QStringList> ValuePreferences::stringsLater(const QString& key) const {
+    return typedLater<QStringList>(key);
+}
+
+Later<IntegerMap> ValuePreferences::integerMapLater(const QString& key) const {
+    return typedLater<IntegerMap>(key);
+}
+
+Later<NumbersMap> ValuePreferences::numbersMapLater(const QString& key) const {
+    return typedLater<NumbersMap>(key);
 }
 
 } // namespace halvane

@@ -73,12 +73,22 @@ class ValuePreferences : public Preferences {
     void insertInteger(const QString& key, const QString& entry, qint64 value) final;
     void insertNumbers(const QString& key, const QString& entry,
                        const std::vector<double>& value) final;
-    void removeEntries(const QString& key, const QSet<QString>& entries) final;
+    void removeEntries(const QStringList& keys, const QSet<QString>& entries) override;
+
+    Later<QStringList> stringsLater(const QString& key) const final;
+    Later<IntegerMap> integerMapLater(const QString& key) const final;
+    Later<NumbersMap> numbersMapLater(const QString& key) const final;
 
   protected:
     /// The value under a key; none when there is none.
     virtual std::optional<PreferenceValue> value(const QString& key) const = 0;
+    /// The same when it comes, on any thread; a null function for a value that is quickly read.
+    virtual std::function<std::optional<PreferenceValue>()> valueLater(const QString& key) const;
     virtual void change(PreferenceChange change) = 0;
+
+  private:
+    template<typename T>
+    Later<T> typedLater(const QString& key) const;
 };
 
 } // namespace halvane

@@ -72,6 +72,31 @@ class ImportTest : public testing::Test {
     std::unique_ptr<LibraryConcerns> library;
 };
 
+// A file is opened with the program, which has only just begun to bring the library back.
+TEST_F(ImportTest, WhatIsOpenedDuringTheStartTakesNothingFromTheLibrary) {
+    const QStringList known{wave(u"a.wav"_s), wave(u"b.wav"_s)};
+    import(known);
+    saved();
+    QFile::remove(known[1]); // known by its record alone
+    const QString opened = wave(u"c.wav"_s);
+
+    library = std::make_unique<LibraryConcerns>(outside);
+    // As the restoration begins, but for its worker, which comes last.
+    library->persistence.hold();
+    library->importedPaths.restore();
+    import({opened});
+    EXPECT_EQ(storedPaths(), (QStringList{known[0], known[1], opened}));
+    EXPECT_EQ(library->cache.loadIndex().size(), 2);
+
+    bool isSaved = false;
+    QObject::connect(&library->persistence, &CachePersistence::saved, library.get(),
+                     [&] { isSaved = true; });
+    library->restoration.restoreImportedAudio();
+    until([&] { return isSaved; });
+    EXPECT_EQ(queued(), (QStringList{u"c"_s, u"a"_s, u"b"_s}));
+    EXPECT_EQ(library->cache.loadIndex().size(), 3);
+}
+
 TEST_F(ImportTest, AddsWhatIsNewAndPlaysTheFirstOfIt) {
     QStringList paths;
     for (int i = 0; i < 10; ++i)

@@ -174,6 +174,7 @@ TEST_F(MaintenanceTest, RemovedTracksAreGoneEverywhereButOnTheDisk) {
     library.userData.toggleLoved(copy);
     library.userData.setRating(3, copy);
     library.userData.countPlay(copy);
+    outside.preferences.insertNumbers(SettingsKey::trackLoudness, copy, {-12, -1});
     const QUuid list = *library.playlists.createPlaylist(u"Mine"_s);
     library.playlists.addTrackPaths({copy, kept}, list);
     library.availability.markUnavailable(u"/elsewhere"_s);
@@ -187,6 +188,10 @@ TEST_F(MaintenanceTest, RemovedTracksAreGoneEverywhereButOnTheDisk) {
     EXPECT_EQ(library.userData.playCount(copy), 0);
     EXPECT_EQ(library.playlists.find(list)->trackPaths, std::vector{kept});
     EXPECT_EQ(*outside.preferences.strings(SettingsKey::importedAudioPaths), QStringList{kept});
+    EXPECT_TRUE(outside.preferences.strings(SettingsKey::lovedPaths)->isEmpty());
+    for (const auto& key : {SettingsKey::trackRatings, SettingsKey::playCounts})
+        EXPECT_TRUE(outside.preferences.integerMap(key)->isEmpty());
+    EXPECT_TRUE(outside.preferences.numbersMap(SettingsKey::trackLoudness)->isEmpty());
     EXPECT_EQ(library.duplicates.duplicateGroupCount(), 0);
     EXPECT_EQ(library.maintenance.maintenanceActionCount(), 1);
     EXPECT_TRUE(QFile::exists(copy));

@@ -75,12 +75,10 @@ TEST_F(TrackUserDataTest, ChangesAreStoredByTheEntryAndReadBack) {
     EXPECT_EQ(restored.trackRatings(), (IntegerMap{{path, 5}}));
     EXPECT_EQ(restored.playCounts(), (IntegerMap{{path, 2}}));
 
-    restored.removePaths({path, u"/unknown"_s});
-    TrackUserData emptied(preferences);
-    emptied.restore();
-    EXPECT_TRUE(emptied.lovedPaths().isEmpty());
-    EXPECT_TRUE(emptied.trackRatings().isEmpty());
-    EXPECT_TRUE(emptied.playCounts().isEmpty());
+    restored.forget({path, u"/unknown"_s});
+    EXPECT_TRUE(restored.lovedPaths().isEmpty());
+    EXPECT_TRUE(restored.trackRatings().isEmpty());
+    EXPECT_TRUE(restored.playCounts().isEmpty());
 }
 
 TEST_F(TrackUserDataTest, ALovedPathStoredTwiceIsOneAndMapsOfAnotherKindAreLeftAlone) {

@@ -46,6 +46,14 @@ QStringList edited(QStringList list, Dice& dice) {
     return list;
 }
 
+// So many that they are removed behind the program's back.
+QSet<QString> manyWith(const QString& name) {
+    QSet<QString> entries{name};
+    for (int i = 0; i < 300; ++i)
+        entries.insert(u"/music/nowhere/%1.flac"_s.arg(i));
+    return entries;
+}
+
 } // namespace
 
 void makeNumberedChange(Preferences& preferences, quint64 number) {
@@ -75,8 +83,10 @@ void makeNumberedChange(Preferences& preferences, quint64 number) {
     case 9:
         return preferences.remove(keys[dice.roll(20) == 0 ? 4 : dice.roll(2)]);
     case 10:
-        return preferences.removeEntries(keys[dice.roll(5)],
+        return preferences.removeEntries({keys[dice.roll(5)]},
                                          {dice.name(), dice.name(), dice.name()});
+    case 14:
+        return preferences.removeEntries({keys[2], keys[3], keys[4]}, manyWith(dice.name()));
     case 11:
         return preferences.removeString(u"strings"_s, dice.name());
     case 12:

@@ -90,7 +90,7 @@ TEST_F(PreferencesTest, AChangeThatChangesNothingIsNotWritten) {
         preferences.insertInteger(u"counts"_s, u"/a"_s, 1);
         preferences.insertString(u"paths"_s, u"/a"_s);
         preferences.remove(u"absent"_s);
-        preferences.removeEntries(u"counts"_s, {u"/z"_s});
+        preferences.removeEntries({u"counts"_s}, {u"/z"_s});
     };
     setAll();
     const qint64 logged = QFileInfo(path + u"-wal"_s).size();
