@@ -56,7 +56,8 @@ void PreferencesPrefetch::read(const QString& path, Shared& shared) {
         }
     } catch (const SqliteError&) {
         lock.lock(); // whoever reads it instead meets the fault and says so
-        current->state = Value::State::failed;
+        if (current)
+            current->state = Value::State::failed;
     }
     for (const auto& [key, value] : std::exchange(shared.values, {}))
         value->state = Value::State::failed;
