@@ -14,6 +14,7 @@
 #include <QQuickWindow>
 #include <QThreadPool>
 
+#include <atomic>
 #include <cstdlib>
 
 namespace halvane {
@@ -25,6 +26,25 @@ namespace {
 
 // A panel that is started anew takes a moment.
 constexpr auto trayPatience = 5000ms;
+
+std::atomic<bool> loopRuns = false;
+
+int runEventLoop() {
+    loopRuns = true;
+    const int exitCode = QGuiApplication::exec();
+    loopRuns = false;
+    return exitCode;
+}
+
+/// When the display goes, the window system's library calls exit() on the thread that notices
+/// first, and what exit() would destroy the others still use. All that is to last is on the disk
+/// already.
+void leaveAtOnceOnExit() {
+    std::atexit([] {
+        if (loopRuns)
+            std::_Exit(EXIT_FAILURE);
+    });
+}
 
 } // namespace
 
@@ -43,7 +63,7 @@ Program::Program(const Arguments& arguments, const QUrl& viewsRoot,
     connectMediaControls();
     connectGlobalMenu();
     connectEnd();
-    connect(&m_app.windows(), &WindowRegistry::windowMade, this, &Program::prepareToPlay,
+    connect(&m_app.windows(), &WindowRegistry::windowMade, this, &Program::followFirstPicture,
             Qt::SingleShotConnection);
 }
 
@@ -58,7 +78,7 @@ int Program::run() {
         m_app.openWindow(u"main"_s);
         open(m_arguments.request.files);
         screenshots.start(!m_arguments.request.files.isEmpty());
-        return QGuiApplication::exec();
+        return runEventLoop();
     }
     // Two starts in one moment: the other was first.
     if (!m_instance.claim())
@@ -69,7 +89,7 @@ int Program::run() {
     if (!m_app.isWindowOpen(u"main"_s))
         return EXIT_FAILURE;
     runAction(m_arguments.request.action);
-    return QGuiApplication::exec();
+    return runEventLoop();
 }
 
 void Program::connectInstance() {
@@ -109,11 +129,15 @@ void Program::connectGlobalMenu() {
     connect(&m_app.commands(), &Commands::changed, &m_globalMenu, &GlobalMenu::menuChanged);
 }
 
-/// The decoders are loaded when the first picture no longer waits for a processor.
-void Program::prepareToPlay(QQuickWindow* window) {
+/// The decoders are loaded when the first picture no longer waits for a processor. By then whatever
+/// has something to destroy at the end has said so, too, and the last to say it is the first to go.
+void Program::followFirstPicture(QQuickWindow* window) {
     connect(
         window, &QQuickWindow::frameSwapped, this,
-        [] { QThreadPool::globalInstance()->start(&AudioFile::prepare); },
+        [] {
+            QThreadPool::globalInstance()->start(&AudioFile::prepare);
+            leaveAtOnceOnExit();
+        },
         Qt::SingleShotConnection);
 }
 

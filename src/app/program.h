@@ -41,7 +41,7 @@ class Program : public QObject {
     void connectMediaControls();
     void connectGlobalMenu();
     void connectEnd();
-    void prepareToPlay(QQuickWindow* window);
+    void followFirstPicture(QQuickWindow* window);
     void open(const QList<QUrl>& files);
     void runAction(const QString& action);
     void perform(const QString& action);
