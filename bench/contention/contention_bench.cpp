@@ -28,7 +28,7 @@ constexpr int rate = 44'100;
 
 class LocalFiles final : public CloudFiles {
   public:
-    bool isEvicted(const QString&) const override { return false; }
+    FilePresence presence(const QString&) const override { return FilePresence::here; }
     void startDownloading(const QStringList&) override {}
     bool isRemote(const QString&) const override { return false; }
 };

@@ -209,7 +209,23 @@ void removeATenth(benchmark::State& state) {
         state.PauseTiming();
         state.counters["longest_ms"] = app->longest;
         state.ResumeTiming();
+        remembered.outside.preferences.waitForRemovals(); // nothing is left to be done behind it
     }
+}
+
+void findDuplicates(benchmark::State& state) {
+    const auto size = static_cast<int>(state.range(0));
+    Remembered remembered(size);
+    LibraryConcerns library(remembered.outside);
+    library.restoration.restoreImportedAudio();
+    until([&] { return library.store.size() > 0 && library.catalog.isCurrent(); });
+    app->longest = 0;
+    for (auto _ : state) {
+        bool isFound = false;
+        library.duplicates.find([&](const std::vector<TrackRows>&) { isFound = true; });
+        until([&] { return isFound; });
+    }
+    state.counters["longest_ms"] = app->longest;
 }
 
 void saveIndex(benchmark::State& state) {
@@ -249,6 +265,7 @@ int main(int argc, char** argv) {
     }
     timed(benchmark::RegisterBenchmark("restoreLibrary", restoreLibrary))->Apply(sizes);
     timed(benchmark::RegisterBenchmark("lookAtTheDisk", lookAtTheDisk))->Arg(100'000);
+    timed(benchmark::RegisterBenchmark("findDuplicates", findDuplicates))->Arg(100'000);
     timed(benchmark::RegisterBenchmark("removeATenth", removeATenth))->Arg(100'000)->Iterations(1);
     timed(benchmark::RegisterBenchmark("saveIndex", saveIndex))->Arg(100'000);
     benchmark::Initialize(&argc, argv);

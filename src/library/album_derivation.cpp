@@ -67,9 +67,29 @@ QStringView fileNameOf(const Track& track) {
     return path.sliced(path.lastIndexOf(u'/') + 1);
 }
 
+void sortByFileName(Tracks& tracks) {
+    std::vector<std::pair<QStringView, const Track*>> named;
+    named.reserve(tracks.size());
+    for (const Track* track : tracks)
+        named.emplace_back(fileNameOf(*track), track);
+    const auto isBefore = [](const auto& a, const auto& b) {
+        return codePointLess(a.first, b.first);
+    };
+    // Folders are read in order, so most albums are sorted already.
+    if (std::is_sorted(named.cbegin(), named.cend(), isBefore))
+        return;
+    std::stable_sort(named.begin(), named.end(), isBefore);
+    std::transform(named.cbegin(), named.cend(), tracks.begin(),
+                   [](const auto& entry) { return entry.second; });
+}
+
 QString labels(const Tracks& tracks, const QCollator& collator) {
     std::vector<QString> kept;
+    const Track* last = nullptr;
     for (const Track* track : tracks) {
+        if (last && last->format == track->format)
+            continue;
+        last = track;
         const QString label = track->format.trimmed();
         const bool isKnown = std::any_of(kept.cbegin(), kept.cend(), [&](const QString& other) {
             return other == label || collator.compare(other, label) == 0;
@@ -92,12 +112,7 @@ QString durationText(double totalSeconds, qint64 trackCount, ResolvedLanguage la
 
 Album albumOf(Group& group, ResolvedLanguage language, const QCollator& collator) {
     Tracks& tracks = group.tracks;
-    const auto isBefore = [](const Track* a, const Track* b) {
-        return codePointLess(fileNameOf(*a), fileNameOf(*b));
-    };
-    // Folders are read in order, so most albums are sorted already.
-    if (!std::is_sorted(tracks.cbegin(), tracks.cend(), isBefore))
-        std::stable_sort(tracks.begin(), tracks.end(), isBefore);
+    sortByFileName(tracks);
     Album album;
     QStringList genres;
     genres.reserve(static_cast<qsizetype>(tracks.size()));
@@ -171,21 +186,27 @@ AlbumGroupKey albumGroupKey(const QString& title, const QString& artist,
 std::optional<QString> mostCommonValue(const QStringList& values) {
     std::vector<std::pair<QString, qsizetype>> counts; // few distinct values, in order
     QHash<QString, std::size_t> placeOf;
+    const QString* last = nullptr;
+    constexpr auto nowhere = static_cast<std::size_t>(-1);
+    std::size_t place = nowhere; ///< of its count, if it is not blank
     for (const QString& value : values) {
+        if (last && *last == value) { // neighbours mostly agree
+            if (place != nowhere)
+                ++counts[place].second;
+            continue;
+        }
+        last = &value;
+        place = nowhere;
         const QString text = value.trimmed();
         if (text.isEmpty())
             continue;
-        if (!counts.empty() && counts.back().first == text) {
-            ++counts.back().second;
-            continue;
-        }
         const auto known = placeOf.constFind(text);
-        if (known != placeOf.cend()) {
-            ++counts[*known].second;
-        } else {
+        place = known != placeOf.cend() ? *known : counts.size();
+        if (place == counts.size()) {
             placeOf.insert(text, counts.size());
-            counts.emplace_back(text, 1);
+            counts.emplace_back(text, 0);
         }
+        ++counts[place].second;
     }
     const auto most =
         std::max_element(counts.cbegin(), counts.cend(),

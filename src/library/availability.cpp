@@ -52,9 +52,10 @@ Availability::Sets Availability::lookAt(const TrackRows& library, const TrackRow
             Sets sets;
             for (const QString& path :
                  paths->mid(static_cast<qsizetype>(index) * qsizetype{portion}, portion)) {
-                if (cloudFiles.isEvicted(path))
+                const FilePresence presence = cloudFiles.presence(path);
+                if (presence == FilePresence::evicted)
                     sets.inCloud.insert(path);
-                else if (::access(path.toUtf8().constData(), F_OK) != 0)
+                else if (presence == FilePresence::gone)
                     sets.missing.insert(path);
             }
             return sets;

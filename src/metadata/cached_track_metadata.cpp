@@ -29,7 +29,7 @@ CachedTrackMetadata::CachedTrackMetadata(const QueueItem& item, const QString& t
     , hasEmbeddedArtwork(item.coverImageData.has_value()) {
 }
 
-QueueItem CachedTrackMetadata::item(const QString& cacheDirectory) const {
+QueueItem CachedTrackMetadata::item(const QString& cacheDirectory, const FileUrl& file) const {
     QueueItem item;
     item.title = title;
     item.artist = artist;
@@ -42,7 +42,7 @@ QueueItem CachedTrackMetadata::item(const QString& cacheDirectory) const {
     item.sampleRate = sampleRate;
     item.bitDepth = bitDepth;
     item.coverURL = coverURL;
-    item.sourceURL = FileUrl(path);
+    item.sourceURL = file.path() == path ? file : FileUrl(path);
     item.readDate = modificationDate;
     if (hasEmbeddedArtwork)
         item.coverImageData = Artwork(std::make_shared<CachedPicture>(cacheDirectory, path));

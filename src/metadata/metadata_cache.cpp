@@ -120,7 +120,8 @@ MetadataCache::loadItems(const std::vector<FileUrl>& urls, ResolvedLanguage lang
     for (std::size_t i = 0; i < urls.size(); ++i) {
         const CachedTrackMetadata* record = index.find(urls[i].standardizedPath());
         if (record && (!facts[i].exists || record->modificationDate == facts[i].modificationDate)) {
-            items[i] = {record->item(m_directory), facts[i].exists ? facts[i].size : -1, true};
+            items[i] = {record->item(m_directory, urls[i]), facts[i].exists ? facts[i].size : -1,
+                        true};
         } else if (facts[i].exists) {
             misses.push_back(urls[i]);
             positions.push_back(i);

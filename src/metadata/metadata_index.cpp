@@ -7,6 +7,7 @@
 
 #include <simdjson.h>
 
+#include <array>
 #include <string_view>
 #include <unordered_map>
 
@@ -69,21 +70,21 @@ class PortionDecoder {
         else if (key == "title")
             record.title = fromUtf8(found(Title, value).get_string());
         else if (key == "artist")
-            record.artist = shared(found(Artist, value));
+            record.artist = shared(found(Artist, value), m_last[0]);
         else if (key == "album")
-            record.album = shared(found(AlbumTitle, value));
+            record.album = shared(found(AlbumTitle, value), m_last[1]);
         else if (key == "genre")
-            record.genre = shared(found(Genre, value));
+            record.genre = shared(found(Genre, value), m_last[2]);
         else if (key == "year")
             record.year = found(Year, value).get_int64();
         else if (key == "duration")
-            record.duration = shared(found(Duration, value));
+            record.duration = shared(found(Duration, value), m_last[3]);
         else if (key == "quality")
-            record.quality = shared(found(Quality, value));
+            record.quality = shared(found(Quality, value), m_last[4]);
         else if (key == "sampleRate")
-            record.sampleRate = shared(found(SampleRate, value));
+            record.sampleRate = shared(found(SampleRate, value), m_last[5]);
         else if (key == "bitDepth")
-            record.bitDepth = shared(found(BitDepth, value));
+            record.bitDepth = shared(found(BitDepth, value), m_last[6]);
         else if (key == "hasEmbeddedArtwork")
             record.hasEmbeddedArtwork = found(HasArtwork, value).get_bool();
         else if (key == "durationSeconds" && !value.is_null())
@@ -97,23 +98,34 @@ class PortionDecoder {
         return value;
     }
 
-    QString shared(const dom::element& value) {
+    /// A text as one record after the other has it in one field.
+    struct Last {
+        std::string_view utf8;
+        QString text;
+    };
+
+    QString shared(const dom::element& value, Last& last) {
         const std::string_view text = value.get_string();
+        if (text == last.utf8) // as in the record before
+            return last.text;
         const auto [known, isNew] = m_texts.try_emplace(text);
         if (isNew)
             known->second = fromUtf8(text);
+        last = {text, known->second};
         return known->second;
     }
 
     FileUrl sharedUrl(const dom::element& value) {
         const std::string_view text = value.get_string();
-        const auto known = m_urls.find(text);
-        return known != m_urls.end() ? known->second
-                                     : m_urls.emplace(text, FileUrl(fromUtf8(text))).first->second;
+        if (!m_lastUrl || m_lastUrl->first != text)
+            m_lastUrl = &*m_urls.try_emplace(text, fromUtf8(text)).first;
+        return m_lastUrl->second;
     }
 
     std::unordered_map<std::string_view, QString> m_texts;
     std::unordered_map<std::string_view, FileUrl> m_urls;
+    std::array<Last, 7> m_last; ///< one for each field whose texts repeat
+    const std::pair<const std::string_view, FileUrl>* m_lastUrl = nullptr;
     unsigned m_found = 0;
 };
 

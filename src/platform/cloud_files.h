@@ -6,13 +6,22 @@
 
 namespace halvane {
 
+/// What there is of a file on this disk.
+enum class FilePresence {
+    here,
+    evicted, ///< it lives in the cloud
+    gone,
+};
+
 /// Files that a sync client shows and has not downloaded.
 class CloudFiles {
   public:
     virtual ~CloudFiles() = default;
     /// Whether the file lives in the cloud and not on this disk. Never opens the file: that could
     /// block until it is downloaded. Any thread.
-    virtual bool isEvicted(const QString& path) const = 0;
+    bool isEvicted(const QString& path) const { return presence(path) == FilePresence::evicted; }
+    /// The same look, which also tells whether there is anything at all. Any thread.
+    virtual FilePresence presence(const QString& path) const = 0;
     /// Asks for downloads and returns at once; failures are ignored, path by path. Main thread.
     virtual void startDownloading(const QStringList& paths) = 0;
     /// Whether every read of the file goes over a network, so that no background pass should read

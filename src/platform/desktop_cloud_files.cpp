@@ -16,8 +16,9 @@ DesktopCloudFiles::~DesktopCloudFiles() {
     m_requests.waitForDone();
 }
 
-bool DesktopCloudFiles::isEvicted(const QString& path) const {
-    return hasDotNamePlaceholder(path) || isEvictedBySyncClient(path, m_mounts);
+FilePresence DesktopCloudFiles::presence(const QString& path) const {
+    return hasDotNamePlaceholder(path) ? FilePresence::evicted
+                                       : presenceBySyncClient(path, m_mounts);
 }
 
 void DesktopCloudFiles::startDownloading(const QStringList& paths) {

@@ -17,7 +17,7 @@ class DesktopCloudFiles final : public CloudFiles {
     /// Waits for a request under way, which is bounded.
     ~DesktopCloudFiles() override;
 
-    bool isEvicted(const QString& path) const override;
+    FilePresence presence(const QString& path) const override;
     void startDownloading(const QStringList& paths) override;
     bool isRemote(const QString& path) const override;
 

@@ -81,6 +81,13 @@ QByteArray MountTable::typeOf(const QString& path) {
     return best ? best->type : QByteArray();
 }
 
+bool MountTable::lists(const char* type) {
+    const std::lock_guard lock(m_mutex);
+    readIfChanged();
+    return std::any_of(m_mounts.cbegin(), m_mounts.cend(),
+                       [type](const Mount& mount) { return mount.type == type; });
+}
+
 bool isNetworkFileSystem(const QByteArray& type) {
     static constexpr std::array types{"9p",
                                       "afs",

@@ -21,6 +21,8 @@ class MountTable {
 
     /// The type, such as "ext4" or "fuse.rclone"; empty when it can't be told.
     QByteArray typeOf(const QString& path);
+    /// Whether anything of this type is mounted anywhere.
+    bool lists(const char* type);
 
   private:
     struct Mount {

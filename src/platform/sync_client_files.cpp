@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <sys/stat.h>
 #include <sys/xattr.h>
+#include <unistd.h>
 
 namespace halvane {
 
@@ -45,17 +46,20 @@ bool hasDotNamePlaceholder(const QString& path) {
     return exists(path.left(name) + QLatin1Char('.') + path.mid(name) + QStringLiteral(".icloud"));
 }
 
-bool isEvictedBySyncClient(const QString& path, MountTable& mounts) {
+FilePresence presenceBySyncClient(const QString& path, MountTable& mounts) {
     // The first look also tells whether the file is there at all: a library's thousands of files
     // are looked at again and again.
     if (attribute(path, "user.nextcloud.hydrate_exec"))
-        return true;
+        return FilePresence::evicted;
     if (errno == ENOENT)
-        return suffixPlaceholder(path).has_value();
-    if (mounts.typeOf(path) != "fuse.openvfs")
-        return false;
+        return suffixPlaceholder(path) ? FilePresence::evicted : FilePresence::gone;
+    if (errno != ENODATA && errno != ENOTSUP)
+        return ::access(QFile::encodeName(path).constData(), F_OK) == 0 ? FilePresence::here
+                                                                        : FilePresence::gone;
+    if (!mounts.lists("fuse.openvfs") || mounts.typeOf(path) != "fuse.openvfs")
+        return FilePresence::here;
     const auto record = attribute(path, "user.openvfs.data");
-    return record && stateRecordSaysEvicted(*record);
+    return record && stateRecordSaysEvicted(*record) ? FilePresence::evicted : FilePresence::here;
 }
 
 bool stateRecordSaysEvicted(const QByteArray& record) {

@@ -3,6 +3,7 @@
 // here opens the file: on a file system of theirs that would wait for the whole download.
 #pragma once
 
+#include "platform/cloud_files.h"
 #include "platform/mount_table.h"
 
 #include <QByteArray>
@@ -20,9 +21,9 @@ std::optional<QString> suffixPlaceholder(const QString& path);
 /// thread.
 bool hasDotNamePlaceholder(const QString& path);
 
-/// Whether a sync client has left something in the file's place, or the file's extended attributes
-/// say that its contents are not on this disk. Any thread.
-bool isEvictedBySyncClient(const QString& path, MountTable& mounts);
+/// Whether the file is there, or a sync client has left something in its place, or its extended
+/// attributes say that its contents are not on this disk. Any thread.
+FilePresence presenceBySyncClient(const QString& path, MountTable& mounts);
 
 /// Whether the state record of an on-demand file system (a MessagePack map whose "state" is 0 for a
 /// downloaded file) says so. A record that can't be read counts as not downloaded: to be wrong that

@@ -93,7 +93,11 @@ class SilentChooser final : public FileChooser {
 
 class ListedCloud final : public CloudFiles {
   public:
-    bool isEvicted(const QString& path) const override { return evicted.contains(path); }
+    FilePresence presence(const QString& path) const override {
+        return evicted.contains(path) ? FilePresence::evicted
+               : QFile::exists(path)  ? FilePresence::here
+                                      : FilePresence::gone;
+    }
     void startDownloading(const QStringList& paths) override { asked += paths; }
     bool isRemote(const QString&) const override { return false; }
     QSet<QString> evicted; ///< filled before the library starts

@@ -32,7 +32,9 @@ TEST(SoundCheckGain, TurnsLoudDownAndQuietUpAsFarAsThePeakAllows) {
 
 class NoCloud final : public CloudFiles {
   public:
-    bool isEvicted(const QString& path) const override { return evicted.contains(path); }
+    FilePresence presence(const QString& path) const override {
+        return evicted.contains(path) ? FilePresence::evicted : FilePresence::here;
+    }
     void startDownloading(const QStringList&) override {}
     bool isRemote(const QString& path) const override { return remote.contains(path); }
     QSet<QString> evicted;

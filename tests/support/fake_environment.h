@@ -83,7 +83,11 @@ class FakeCloudFiles final : public CloudFiles {
     QSet<QString> evicted; ///< to be changed only while no worker looks
     QStringList downloading;
 
-    bool isEvicted(const QString& path) const override { return evicted.contains(path); }
+    FilePresence presence(const QString& path) const override {
+        return evicted.contains(path) ? FilePresence::evicted
+               : QFile::exists(path)  ? FilePresence::here
+                                      : FilePresence::gone;
+    }
     void startDownloading(const QStringList& paths) override { downloading += paths; }
     bool isRemote(const QString&) const override { return false; }
 };

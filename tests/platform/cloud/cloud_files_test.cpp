@@ -80,10 +80,10 @@ TEST_F(CloudFilesTest, StateRecordsCountOnlyOnTheirOwnFileSystem) {
         write(u"mounts"_s, "30 1 0:30 / / rw - ext4 /dev/x rw\n31 30 0:31 / " +
                                folder.path().toUtf8() + " rw shared:1 - fuse.openvfs openvfs rw\n");
     MountTable plain, openvfs(onDemand.toUtf8().constData());
-    EXPECT_FALSE(isEvictedBySyncClient(file, plain));
-    EXPECT_TRUE(isEvictedBySyncClient(file, openvfs));
+    EXPECT_EQ(presenceBySyncClient(file, plain), FilePresence::here);
+    EXPECT_EQ(presenceBySyncClient(file, openvfs), FilePresence::evicted);
     ASSERT_TRUE(setAttribute(file, "user.openvfs.data", here));
-    EXPECT_FALSE(isEvictedBySyncClient(file, openvfs));
+    EXPECT_EQ(presenceBySyncClient(file, openvfs), FilePresence::here);
     for (const QByteArray& broken : {QByteArray(), QByteArray("\x81"), QByteArray("\x81\xa5state")})
         EXPECT_TRUE(stateRecordSaysEvicted(broken)) << broken.toHex().toStdString();
 }
