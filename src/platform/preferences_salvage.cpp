@@ -140,10 +140,10 @@ SalvagedPreferences Reader::read() {
     nameOrphans();
     SalvagedPreferences result;
     result.isComplete = m_isComplete;
-    for (auto& [id, value] : m_values) {
+    for (const auto& [id, value] : m_values) {
         const auto key = m_keys.find(id);
         if (key != m_keys.end() && !std::holds_alternative<OtherKind>(value))
-            result.values.insert(key->second, std::move(value));
+            result.values.insert(key->second, value);
     }
     return result;
 }

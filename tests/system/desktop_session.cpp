@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 
 #include <csignal>
 #include <stdexcept>
@@ -96,6 +97,7 @@ QString DesktopSession::log() const {
 
 QString DesktopSession::makeTrack(const QString& name, int seconds, const QString& title) {
     const auto path = home.filePath(name);
+    QDir().mkpath(QFileInfo(path).path());
     const auto outcome = run(u"ffmpeg"_s, {u"-v"_s,
                                            u"error"_s,
                                            u"-f"_s,

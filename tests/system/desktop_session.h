@@ -33,7 +33,8 @@ class DesktopSession {
     std::unique_ptr<Listener> listen(const QString& program, const QStringList& arguments);
     /// What the program under test has logged.
     QString log() const;
-    /// An audio file of this many seconds, tagged with the title and a cover; its path.
+    /// An audio file of this many seconds, tagged with the title and a cover, in a folder that is
+    /// made if need be; its path.
     QString makeTrack(const QString& name, int seconds, const QString& title);
 
   private:

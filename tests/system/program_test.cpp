@@ -2,7 +2,6 @@
 // The real program on a desktop of its own, worked from outside.
 #include "system/desktop_session.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QUrl>
@@ -40,7 +39,6 @@ TEST_F(Program, TalksToACommandLine) {
 }
 
 TEST_F(Program, ObeysAMediaClient) {
-    QDir(session.home.path()).mkdir(u"music"_s);
     session.makeTrack(u"music/1 歌.flac"_s, 60, u"First"_s);
     session.makeTrack(u"music/2.flac"_s, 60, u"Second"_s);
     RunningProgram halvane(session, {u"music"_s});
@@ -90,7 +88,6 @@ TEST_F(Program, ObeysAMediaClient) {
 }
 
 TEST_F(Program, TellsAFollowerOfAGaplessHandOver) {
-    QDir(session.home.path()).mkdir(u"music"_s);
     session.makeTrack(u"music/1.flac"_s, 4, u"First"_s);
     session.makeTrack(u"music/2.flac"_s, 60, u"Second"_s);
     const auto follower = session.listen(
@@ -109,7 +106,6 @@ TEST_F(Program, TellsAFollowerOfAGaplessHandOver) {
 TEST_F(Program, ShowsATrackInARealNotificationAndReplacesIt) {
     const auto server = session.listen(u"dunst"_s, {u"-print"_s});
     const auto other = session.listen(u"xev"_s, {u"-event"_s, u"focus"_s});
-    QDir(session.home.path()).mkdir(u"music"_s);
     session.makeTrack(u"music/1.flac"_s, 60, u"First"_s);
     session.makeTrack(u"music/2.flac"_s, 60, u"Second"_s);
     RunningProgram halvane(session, {u"music"_s});
@@ -130,7 +126,6 @@ TEST_F(Program, ShowsATrackInARealNotificationAndReplacesIt) {
 }
 
 TEST_F(Program, HandsItsFilesToTheOneThatRuns) {
-    QDir(session.home.path()).mkdir(u"folder"_s);
     session.makeTrack(u"a b.flac"_s, 30, u"Spaces"_s);
     session.makeTrack(u"歌.flac"_s, 30, u"Song"_s);
     session.makeTrack(u"folder/100%.flac"_s, 30, u"Encoded"_s);
