@@ -12,6 +12,7 @@
 #include <array>
 #include <cstdio>
 #include <ctime>
+#include <span>
 #include <utility>
 
 using namespace halvane;
@@ -36,19 +37,25 @@ double quantile(std::vector<double> values, double share) {
     return values.empty() ? 0 : values[std::size_t(share * double(values.size() - 1))];
 }
 
-void report(const char* what, const std::vector<Frame>& frames) {
-    std::printf("%-12s %4zu frames", what, frames.size());
+void reportPart(const char* what, std::span<const Frame> frames) {
+    std::printf("%-20s %4zu frames", what, frames.size());
     const auto part = [&](const char* name, double Frame::*member) {
         std::vector<double> values;
         for (const Frame& frame : frames)
             values.push_back(frame.*member);
-        std::printf("  %s: median %.2f p95 %.2f max %.2f", name, quantile(values, 0.5),
+        std::printf("  %s: median %5.2f p95 %5.2f max %5.2f", name, quantile(values, 0.5),
                     quantile(values, 0.95), quantile(values, 1));
     };
     part("main", &Frame::mainMs);
     part("graph", &Frame::graphMs);
     part("pixels", &Frame::pixelsMs);
     std::printf(" ms\n");
+}
+
+void report(const char* what, std::span<const Frame> frames) {
+    reportPart(what, frames);
+    reportPart("  as a wheel turns", frames.first(frames.size() / 2));
+    reportPart("  in leaps", frames.subspan(frames.size() / 2));
 }
 
 /// The view that shows a model, by its accessible name's class: a list or a grid with many rows.

@@ -33,7 +33,7 @@ GridView {
     boundsBehavior: Flickable.StopAtBounds
     clip: true
     Accessible.focusable: true
-    currentIndex: cursor.index
+    currentIndex: -1
     highlightFollowsCurrentItem: false
     Accessible.role: Accessible.List
     Accessible.name: Strings.albums
@@ -82,7 +82,7 @@ GridView {
     delegate: AlbumTile {
         width: root.tileWidth
         isSelected: albumId === Library.selectedAlbumID
-        hasKeyboard: root.activeFocus && index === root.currentIndex
+        hasKeyboard: root.activeFocus && index === cursor.index
         onChosen: {
             tabStop.take(Qt.MouseFocusReason)
             root.choose(index)

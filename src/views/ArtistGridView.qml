@@ -20,13 +20,13 @@ GridView {
     cellWidth: Math.floor((available + spacing) / columns)
     cellHeight: 74 + spacing
     reuseItems: true
-    cacheBuffer: 200
+    cacheBuffer: 40
     interactive: false
     keyNavigationEnabled: false
     boundsBehavior: Flickable.StopAtBounds
     clip: true
     Accessible.focusable: true
-    currentIndex: cursor.index
+    currentIndex: -1
     highlightFollowsCurrentItem: false
     Accessible.role: Accessible.List
     Accessible.name: Strings.artists
@@ -76,7 +76,7 @@ GridView {
         width: root.cellWidth - root.spacing
         height: 74
         isSelected: name === Library.focusedArtist
-        hasKeyboard: root.activeFocus && index === root.currentIndex
+        hasKeyboard: root.activeFocus && index === cursor.index
         onChosen: {
             tabStop.take(Qt.MouseFocusReason)
             cursor.index = index

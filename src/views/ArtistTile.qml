@@ -29,7 +29,6 @@ Rectangle {
     Accessible.onPressAction: root.chosen()
 
     CoverArt {
-        id: portrait
         x: 12
         anchors.verticalCenter: parent.verticalCenter
         width: 50
@@ -38,27 +37,24 @@ Rectangle {
         radius: 25
         symbol: "person.fill"
     }
-    Column {
-        anchors.left: portrait.right
-        anchors.leftMargin: 12
-        anchors.right: parent.right
-        anchors.rightMargin: 12
-        anchors.verticalCenter: parent.verticalCenter
-        spacing: 3
-        PlainText {
-            width: parent.width
-            text: root.shownName
-            font: Theme.name
-            color: root.isSelected ? Theme.accent : Theme.primaryText
-            Accessible.ignored: true
-        }
-        PlainText {
-            width: parent.width
-            text: root.summary
-            font: Theme.caption
-            color: Theme.tertiaryText
-            Accessible.ignored: true
-        }
+    PlainText {
+        x: 74
+        width: parent.width - 74 - 12
+        height: parent.height - 19
+        text: root.shownName
+        font: Theme.name
+        color: root.isSelected ? Theme.accent : Theme.primaryText
+        Accessible.ignored: true
+    }
+    PlainText {
+        x: 74
+        y: 18
+        width: parent.width - 74 - 12
+        height: parent.height - 18
+        text: root.summary
+        font: Theme.caption
+        color: Theme.tertiaryText
+        Accessible.ignored: true
     }
     FocusRing {
         shown: root.hasKeyboard

@@ -41,13 +41,13 @@ ListView {
 
     model: Library.playlist
     reuseItems: true
-    cacheBuffer: 200
+    cacheBuffer: 0
     interactive: false
     keyNavigationEnabled: false
     boundsBehavior: Flickable.StopAtBounds
     clip: true
     activeFocusOnTab: true
-    currentIndex: cursor.index
+    currentIndex: -1
     highlightFollowsCurrentItem: false
     Accessible.role: Accessible.List
     Accessible.name: Strings.playlist
@@ -74,7 +74,7 @@ ListView {
     delegate: QueueRow {
         x: 16
         width: root.width - 32
-        hasKeyboard: root.activeFocus && index === root.currentIndex
+        hasKeyboard: root.activeFocus && index === cursor.index
         isDragged: root.draggedItemID === entryId
         onPressed: {
             root.forceActiveFocus(Qt.MouseFocusReason)

@@ -67,15 +67,14 @@ Rectangle {
     PlainText {
         id: titleText
         x: 40
-        width: Math.min(implicitWidth, root.columns.titleEnd - 40 - (root.isLoved ? 34 : 12))
+        width: root.columns.titleEnd - 40 - (root.isLoved ? 34 : 12)
         height: parent.height
         text: root.title
         color: root.textColor
         Accessible.ignored: true
     }
     SymbolLabel {
-        anchors.left: titleText.right
-        anchors.leftMargin: 8
+        x: root.isLoved ? titleText.x + Math.min(titleText.contentWidth, titleText.width) + 8 : 0
         height: parent.height
         visible: root.isLoved
         symbol: "heart.fill"
@@ -129,7 +128,10 @@ Rectangle {
         onTapped: point => root.menuAsked(point.position.x, point.position.y)
     }
     TrackDrag {
-        title: root.title
-        paths: [root.path]
+        id: drag
+        onBegun: {
+            drag.title = root.title
+            drag.paths = [root.path]
+        }
     }
 }

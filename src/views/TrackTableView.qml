@@ -23,13 +23,13 @@ ListView {
 
     model: Library.visibleTracks
     reuseItems: true
-    cacheBuffer: 200
+    cacheBuffer: 0
     interactive: false
     keyNavigationEnabled: false
     boundsBehavior: Flickable.StopAtBounds
     clip: true
     Accessible.focusable: true
-    currentIndex: cursor.index
+    currentIndex: -1
     highlightFollowsCurrentItem: false
     Accessible.role: Accessible.Table
     Accessible.name: Strings.tracks
@@ -73,7 +73,7 @@ ListView {
         x: Theme.margin
         width: root.available
         columns: root.columns
-        hasKeyboard: root.activeFocus && index === root.currentIndex
+        hasKeyboard: root.activeFocus && index === cursor.index
         onPressed: {
             tabStop.take(Qt.MouseFocusReason)
             cursor.index = index

@@ -16,7 +16,6 @@ Text {
     font: Theme.row
     color: Theme.primaryText
     Accessible.role: Accessible.StaticText
-    Accessible.name: root.text
 
     HoverHandler {
         id: hover

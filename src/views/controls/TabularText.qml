@@ -10,7 +10,15 @@ Row {
     required property string text
     property color color: Theme.secondaryText
     property font font: Theme.caption
+    // A place for each character. Those of a longer text are kept for the next one: in a list that
+    // scrolls, texts of four and five characters follow each other.
+    property int places
+    readonly property real digitWidth: digit.advanceWidth
 
+    onTextChanged: {
+        if (root.text.length > root.places)
+            root.places = root.text.length
+    }
     Accessible.role: Accessible.StaticText
     Accessible.name: root.text
 
@@ -20,14 +28,14 @@ Row {
         text: "0"
     }
     Repeater {
-        model: root.text.length
+        model: root.places
         Text {
             required property int index
-            readonly property string character: root.text.charAt(index)
 
-            width: character >= "0" && character <= "9" ? digit.advanceWidth : implicitWidth
+            width: text >= "0" && text <= "9" ? root.digitWidth : implicitWidth
+            visible: text.length > 0
             horizontalAlignment: Text.AlignHCenter
-            text: character
+            text: root.text.charAt(index)
             font: root.font
             color: root.color
             textFormat: Text.PlainText

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Templates as T
 import Halvane
@@ -7,26 +8,34 @@ import Halvane
 DragHandler {
     id: root
 
-    required property string title
-    required property list<string> paths
+    property string title
+    property list<string> paths
+    property Item carried: null
+
+    // Asks what is to be carried.
+    signal begun
 
     target: null
     acceptedButtons: Qt.LeftButton
     cursorShape: active ? Qt.DragMoveCursor : Qt.ArrowCursor
     onActiveChanged: {
-        if (!active)
-            carried.Drag.drop()
+        if (root.active) {
+            root.begun()
+            root.carried = root.label.createObject(root.parent.T.Overlay.overlay)
+        } else if (root.carried) {
+            root.carried.Drag.drop()
+            root.carried.destroy()
+        }
     }
 
-    property Rectangle carried: Rectangle {
-        property list<string> paths: root.paths
+    // Made when a drag begins: a table has many rows, and few are ever dragged.
+    readonly property Component label: Rectangle {
+        readonly property list<string> paths: root.paths
 
-        parent: root.parent.T.Overlay.overlay
         x: root.centroid.scenePosition.x + 10
         y: root.centroid.scenePosition.y + 6
         width: Math.min(words.implicitWidth + 40, 260)
         height: 30
-        visible: root.active
         radius: Theme.radiusSmall
         color: Theme.panelRaised
         border.color: Theme.accent
