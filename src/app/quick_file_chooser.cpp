@@ -7,8 +7,9 @@
 #include <QGuiApplication>
 #include <QQmlComponent>
 #include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
 #include <QStandardPaths>
-#include <QWindow>
 
 namespace halvane {
 
@@ -20,6 +21,17 @@ namespace {
 QUrl startingFolder() {
     const auto music = QStandardPaths::writableLocation(QStandardPaths::MusicLocation);
     return QUrl::fromLocalFile(QDir(music).exists() ? music : QDir::homePath());
+}
+
+/// The ground of the panel's path is white in its style, whatever the window's colours.
+void darkenPath(const QQuickItem& within) {
+    const auto children = within.childItems();
+    for (auto* child : children) {
+        if (child->inherits("QQuickFolderBreadcrumbBar"))
+            if (auto* ground = child->property("background").value<QQuickItem*>())
+                ground->setProperty("color", child->window()->color());
+        darkenPath(*child);
+    }
 }
 
 } // namespace
@@ -47,6 +59,8 @@ void QuickFileChooser::choose(const FileChooserRequest& request,
     connect(dialog, SIGNAL(accepted()), this, SLOT(accepted()));
     connect(dialog, SIGNAL(rejected()), this, SLOT(rejected()));
     QMetaObject::invokeMethod(dialog, "open");
+    if (const auto* window = qobject_cast<QQuickWindow*>(QGuiApplication::focusWindow()))
+        darkenPath(*window->contentItem());
 }
 
 void QuickFileChooser::accepted() {

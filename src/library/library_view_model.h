@@ -63,6 +63,8 @@ class LibraryViewModel : public QObject {
 
     // Transport
     Q_PROPERTY(bool isPlaying READ isPlaying NOTIFY isPlayingChanged)
+    Q_PROPERTY(bool hasLoadedFile READ hasLoadedFile NOTIFY
+                   loadedFileChanged) // playing or paused: there is a position to move
     Q_PROPERTY(double volume READ volume WRITE setVolume NOTIFY volumeChanged)
     Q_PROPERTY(double progress READ progress NOTIFY progressChanged)
     Q_PROPERTY(QString elapsedTime READ elapsedTime NOTIFY elapsedTimeChanged)
@@ -194,6 +196,7 @@ class LibraryViewModel : public QObject {
     bool isPlaying() const;
     double volume() const;
     void setVolume(double volume);
+    bool hasLoadedFile() const;
     double progress() const;
     QString elapsedTime() const;
     QString durationDisplay() const;
@@ -339,6 +342,7 @@ class LibraryViewModel : public QObject {
     void showMaintenanceChanged();
     void isQuittingChanged();
     void isPlayingChanged();
+    void loadedFileChanged();
     void volumeChanged();
     void progressChanged();
     void elapsedTimeChanged();

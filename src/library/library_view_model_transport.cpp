@@ -10,6 +10,7 @@ void LibraryViewModel::forwardTransport() {
     using Self = LibraryViewModel;
     const Transport* transport = &m_concerns->transport;
     connect(transport, &Transport::isPlayingChanged, this, &Self::isPlayingChanged);
+    connect(transport, &Transport::loadedFileChanged, this, &Self::loadedFileChanged);
     connect(transport, &Transport::volumeChanged, this, &Self::volumeChanged);
     connect(transport, &Transport::isShuffleEnabledChanged, this, &Self::isShuffleEnabledChanged);
     connect(transport, &Transport::repeatModeChanged, this, &Self::repeatModeChanged);
@@ -37,6 +38,9 @@ void LibraryViewModel::forwardTransport() {
 
 bool LibraryViewModel::isPlaying() const {
     return m_concerns->transport.isPlaying();
+}
+bool LibraryViewModel::hasLoadedFile() const {
+    return m_concerns->transport.hasFile();
 }
 double LibraryViewModel::volume() const {
     return m_concerns->transport.volume();

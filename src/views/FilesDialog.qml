@@ -3,10 +3,12 @@
 // its absence is only an error.
 import Qt.labs.folderlistmodel // qmllint disable unused-imports
 import QtQuick.Dialogs
+import Halvane
 
 // The toolkit's own panel for audio files, where the desktop has none.
 FileDialog {
     readonly property list<url> chosen: selectedFiles
 
     fileMode: FileDialog.OpenFiles
+    rejectLabel: Strings.cancel
 }

@@ -3,8 +3,11 @@
 // its absence is only an error.
 import Qt.labs.folderlistmodel // qmllint disable unused-imports
 import QtQuick.Dialogs as Dialogs
+import Halvane
 
 // The toolkit's own panel for a folder, where the desktop has none.
 Dialogs.FolderDialog {
     readonly property list<url> chosen: [selectedFolder]
+
+    rejectLabel: Strings.cancel
 }

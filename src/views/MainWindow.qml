@@ -4,10 +4,23 @@ import Halvane
 
 Window {
     color: Theme.windowBackground
-    // The toolkit's own file panel marks the chosen line with white on pale blue otherwise.
+    // Of what the toolkit draws itself: its file panel.
     palette {
+        window: Theme.panel
+        windowText: Theme.primaryText
+        base: Theme.controlBackground
+        text: Theme.primaryText
+        button: Theme.panelRaised
+        buttonText: Theme.primaryText
+        brightText: Theme.primaryText
+        light: Theme.panelRaised
+        midlight: Theme.panelRaised
+        mid: Theme.panelRaised
+        dark: Theme.line
+        shadow: "black"
         highlight: Theme.accent
-        highlightedText: Theme.onAccent
+        highlightedText: Theme.primaryText // on a little of the accent
+        placeholderText: Theme.tertiaryText
     }
 
     MainShellView { anchors.fill: parent }

@@ -167,6 +167,16 @@ TEST_F(MainWindowTest, QueueRowsMoveByDraggingAndByKeyboard) {
     ui->drag(row(1), row(4));
     EXPECT_EQ(textAt(queue, 4, "title"), dragged);
     EXPECT_EQ(currentQueueRow(), 0);
+    const auto ringed = [&] {
+        QString name;
+        forEachAccessible(ui->find(u"Up Next"_s, QAccessible::List), [&](auto& thing) {
+            if (thing.role() == QAccessible::ListItem && thing.state().focused)
+                name = thing.text(QAccessible::Name);
+        });
+        return name;
+    };
+    EXPECT_TRUE(world.waitFor([&] { return ringed().startsWith(dragged); }))
+        << qPrintable(ringed());
     // The press has put the cursor on the dragged entry.
     ui->key(Qt::Key_Up, Qt::AltModifier);
     EXPECT_EQ(textAt(queue, 3, "title"), dragged);

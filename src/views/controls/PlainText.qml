@@ -16,6 +16,7 @@ Text {
     font: Theme.row
     color: Theme.primaryText
     Accessible.role: Accessible.StaticText
+    Accessible.name: Accessible.ignored ? "" : root.text
 
     HoverHandler {
         id: hover

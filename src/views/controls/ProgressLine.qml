@@ -43,7 +43,7 @@ RowLayout {
         name: Strings.playbackMenu
         spokenValue: root.elapsed + " / " + root.length
         fill: root.fill
-        enabled: Library.hasCurrentTrack
+        enabled: Library.hasLoadedFile
         live: true
         stepSize: 0.02
         wheelEnabled: false
