@@ -40,7 +40,7 @@ Rectangle {
     PlainText {
         x: 74
         width: parent.width - 74 - 12
-        height: parent.height - 19
+        height: parent.height - 17
         text: root.shownName
         font: Theme.name
         color: root.isSelected ? Theme.accent : Theme.primaryText
@@ -48,9 +48,9 @@ Rectangle {
     }
     PlainText {
         x: 74
-        y: 18
+        y: 19
         width: parent.width - 74 - 12
-        height: parent.height - 18
+        height: parent.height - 19
         text: root.summary
         font: Theme.caption
         color: Theme.tertiaryText

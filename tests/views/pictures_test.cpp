@@ -55,6 +55,22 @@ void trackMenu(GalleryWorld& world, WindowDriver& ui) {
     world.library().selectBrowseMode(LibraryMode::songs);
     EXPECT_TRUE(ui.click(u"Sodium, The Lanterns"_s, QAccessible::ListItem, Qt::RightButton));
 }
+void tidyUp(GalleryWorld& world, WindowDriver& ui) {
+    world.library().setShowMaintenance(true);
+    EXPECT_TRUE(ui.waitsFor(u"Missing files, 1"_s));
+}
+/// Its light turns while nothing plays, too: put back to where it begins, and stopped there.
+void fullScreen(GalleryWorld& world, WindowDriver& ui) {
+    world.library().setShowFullPlayer(true);
+    EXPECT_TRUE(ui.waitsFor(u"Back to Main Window"_s));
+    ui.window().findChild<QObject*>(u"redrawClock"_s)->setProperty("running", false);
+    forEachItem(ui.window().contentItem(), [](QQuickItem* item) {
+        if (item->metaObject()->indexOfProperty("turn") >= 0)
+            item->setProperty("turn", 0.6);
+        else if (item->metaObject()->indexOfProperty("angle") >= 0)
+            item->setProperty("angle", 0);
+    });
+}
 
 const Look looks[]{
     {.name = "albums", .show = nothing},
@@ -70,6 +86,12 @@ const Look looks[]{
     {.name = "empty", .show = nothing, .albums = 0},
     {.name = "equalizer", .show = equalizer},
     {.name = "prompt", .show = prompt},
+    {.name = "tidy-up", .show = tidyUp},
+    {.name = "full-screen", .show = fullScreen},
+    {.name = "mini", .window = "mini", .show = nothing},
+    {.name = "panel", .window = "panel", .show = nothing},
+    {.name = "help", .window = "help", .show = nothing},
+    {.name = "settings", .window = "settings", .show = nothing},
 };
 
 class PictureTest : public testing::TestWithParam<Look> {};
