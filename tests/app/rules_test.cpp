@@ -5,7 +5,6 @@
 #include "app/edge_resizer.h"
 #include "app/waveform_icon.h"
 #include "app/window_placement.h"
-#include "app/window_specs.h"
 
 #include <QKeySequence>
 
@@ -97,15 +96,6 @@ TEST(Commands, ShareNoKeys) {
     }
 }
 
-TEST(Windows, HaveTheirTitlesAndSizes) {
-    EXPECT_EQ(windowSpec(u"main"_s)->title, u"Halvane"_s);
-    EXPECT_EQ(windowSpec(u"main"_s)->defaultSize, QSize(1360, 720));
-    EXPECT_EQ(windowSpec(u"main"_s)->minimumSize, QSize(980, 600));
-    EXPECT_EQ(windowSpec(u"mini"_s)->title, u"Mini Player"_s);
-    EXPECT_EQ(windowSpec(u"help"_s)->title, u"Halvane Help"_s);
-    EXPECT_EQ(windowSpec(u"nonsense"_s), nullptr);
-}
-
 TEST(Placement, CentresAndStaysOnTheScreen) {
     const QRect screen(0, 30, 1920, 1050);
     struct Row {
@@ -126,10 +116,27 @@ TEST(Placement, CentresAndStaysOnTheScreen) {
         << "with no screen there is nothing to stay on";
 }
 
-TEST(Placement, OpensThePanelBesideItsIcon) {
-    const QRect screen(0, 0, 1920, 1080);
-    EXPECT_EQ(besideIcon({1000, 10}, {280, 120}, screen), QPoint(860, 18));
-    EXPECT_EQ(besideIcon({1900, 1070}, {280, 120}, screen), QPoint(1640, 942));
+TEST(Placement, OpensThePanelBesideItsIconWhateverEdgeTheTrayIsAt) {
+    struct Row {
+        QRect area; ///< what the tray's own panel leaves of its screen
+        QPoint icon;
+        QPoint expected;
+    };
+    constexpr QSize size(280, 118);
+    const std::vector<Row> table{
+        {{0, 30, 1920, 1050}, {1000, 15}, {860, 30}},         // top
+        {{0, 30, 1920, 1050}, {1900, 15}, {1640, 30}},        // top, in the corner
+        {{0, 0, 1920, 1040}, {1900, 1060}, {1640, 922}},      // bottom, in the corner
+        {{48, 0, 1872, 1080}, {24, 900}, {48, 774}},          // left
+        {{48, 0, 1872, 1080}, {24, 20}, {48, 28}},            // left, at the top
+        {{0, 0, 1872, 1080}, {1896, 900}, {1592, 774}},       // right
+        {{1920, -200, 1280, 1000}, {3190, 810}, {2920, 682}}, // a second screen, higher up
+        {{-1280, 0, 1280, 1024}, {-1270, 10}, {-1280, 18}},   // one to the left
+    };
+    for (const auto& row : table) {
+        EXPECT_EQ(besideIcon(row.icon, size, row.area), row.expected);
+        EXPECT_TRUE(row.area.contains(QRect(row.expected, size)));
+    }
 }
 
 TEST(Placement, ForgetsAPlaceThatCanNotBeReached) {

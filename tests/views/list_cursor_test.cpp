@@ -83,12 +83,5 @@ TEST_F(ListCursorTest, GoesRoundTheRowsOfOneLetter) {
     EXPECT_EQ(seen, QStringList({u"Birch"_s, u"Bramble"_s, u"birdsong"_s, u"Birch"_s}));
 }
 
-TEST_F(ListCursorTest, LooksRowsUpByAnyRole) {
-    EXPECT_EQ(cursor.rowWith(u"title"_s, u"Cedar"_s), 3);
-    EXPECT_EQ(cursor.rowWith(u"title"_s, u"Maple"_s), -1);
-    EXPECT_EQ(cursor.rowWith(u"nothing"_s, u"Cedar"_s), -1);
-    EXPECT_FALSE(cursor.value(17, u"title"_s).isValid());
-}
-
 } // namespace
 } // namespace halvane::views

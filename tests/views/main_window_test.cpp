@@ -228,17 +228,6 @@ TEST_F(MainWindowTest, TheEqualizerPopoverSetsBandsAndClosesOnEsc) {
     EXPECT_TRUE(world.waitFor([&] { return !ui->shows(u"Preamp"_s); }));
 }
 
-TEST_F(MainWindowTest, TheFullScreenPlayerComesAndGoes) {
-    ASSERT_TRUE(ui->click(u"Full-Screen Player"_s, QAccessible::Button));
-    EXPECT_TRUE(library.showFullPlayer());
-    ASSERT_TRUE(ui->waitsFor(u"Back to Main Window"_s));
-    const bool playing = library.isPlaying();
-    ui->key(Qt::Key_Escape);
-    EXPECT_FALSE(library.showFullPlayer());
-    EXPECT_EQ(library.isPlaying(), playing);
-    EXPECT_TRUE(world.waitFor([&] { return !ui->shows(u"Back to Main Window"_s); }));
-}
-
 TEST_F(MainWindowTest, FilesDraggedOverTheWindowShowTheOverlay) {
     QMimeData files;
     files.setUrls({QUrl::fromLocalFile(world.pathOf(0)), QUrl::fromLocalFile(u"/music"_s)});

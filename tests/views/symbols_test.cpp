@@ -37,10 +37,5 @@ TEST(Symbols, EveryNameInTheViewsHasAGlyph) {
     EXPECT_GT(found, 50);
 }
 
-TEST(Symbols, AnUnknownNameDrawsNothing) {
-    EXPECT_TRUE(symbolGlyph(u"no.such.symbol").isEmpty());
-    EXPECT_TRUE(symbolGlyph(u"").isEmpty());
-}
-
 } // namespace
 } // namespace halvane
