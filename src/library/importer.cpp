@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "library/importer.h"
 
+#include "audio/audio_file.h"
 #include "library/bookmarks.h"
 #include "library/cache_persistence.h"
 #include "library/imported_paths.h"
@@ -121,6 +122,7 @@ struct Importer::Run {
     static constexpr qint64 portionMilliseconds = 200;
 
     void operator()() const {
+        AudioFile::prepare(); // the main thread is to play the first of them
         const auto all =
             TrackMetadataLoader::audioFileURLs({roots.begin(), roots.end()}, cancelled.get());
         const auto files = notQueued(all);
