@@ -167,7 +167,8 @@ bool WindowRegistry::isAnyOpen() const {
 void WindowRegistry::visibilityChanged(QQuickWindow& window) {
     if (window.isVisible())
         return;
-    m_lastPlaces.insert(window.objectName(), window.position());
+    if (windowSpec(window.objectName())->kind != WindowSpec::Kind::popup) // beside its icon, anew
+        m_lastPlaces.insert(window.objectName(), window.position());
     if (m_closing)
         return;
     m_closing = true;
