@@ -16,6 +16,11 @@ if [[ $(id -u) -ne 0 ]]; then
     echo "not root: the package was made and checked, not installed"
     exit 0
 fi
+# In a container or below chroot(1) the root may be no mount of its own.
+if ! unshare --mount --propagation private true 2>/dev/null; then
+    echo "no mounts of its own here: the package was made and checked, not installed"
+    exit 0
+fi
 mkdir "$work/space"
 export package work
 unshare --mount --propagation private bash -euo pipefail -c '
