@@ -189,12 +189,22 @@ void PrivatePipeWire::start() {
         QStringList{u"--session"_s, u"--nofork"_s, u"--address=unix:path="_s + path(u"bus"_s)},
         environment(), path(u"bus.log"_s));
     ASSERT_TRUE(waitFor([this] { return answers(path(u"bus"_s)); }));
+    leaveBluetoothOut();
     m_core = run(u"pipewire"_s, u"pipewire-0"_s);
     m_session = run(u"wireplumber"_s, u"pipewire-0"_s);
     m_pulse = run(u"pipewire-pulse"_s, u"native"_s);
     for (const int rate : {44100, 48000, 96000})
         loadNullSink(u"null%1"_s.arg(rate), rate, u"Null %1"_s.arg(rate));
     setDefaultSink(u"null44100"_s);
+}
+
+/// The session manager asks logind who sits at the machine's headsets, and ends where there is no
+/// logind, as in a container.
+void PrivatePipeWire::leaveBluetoothOut() const {
+    const QString folder = path(u"wireplumber/bluetooth.lua.d"_s);
+    QFile file(folder + u"/80-without.lua"_s);
+    ASSERT_TRUE(QDir().mkpath(folder) && file.open(QIODevice::WriteOnly));
+    file.write("bluez_monitor.enabled = false\n");
 }
 
 void PrivatePipeWire::forceRate(int sampleRate) {

@@ -111,6 +111,7 @@ class PrivatePipeWire final : public PrivateSoundServer {
 
   private:
     QProcessEnvironment sessionEnvironment() const;
+    void leaveBluetoothOut() const;
 
     // In the order they are started.
     std::unique_ptr<ChildProcess> m_bus;
