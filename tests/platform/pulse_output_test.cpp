@@ -157,6 +157,8 @@ TEST_F(PulseOutputTest, saysWhenACallWantsSilence) {
     auto call = server.call();
     EXPECT_TRUE(waitFor([&] { return wanted == true; }));
     output.pause(); // as the player does
+    // A call that ends before this has reached the server is one that it says nothing more of.
+    EXPECT_TRUE(waitFor([&] { return server.hasPausedStream(); }));
     call.reset();
     EXPECT_TRUE(waitFor([&] { return wanted == false; }));
 }

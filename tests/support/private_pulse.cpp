@@ -81,6 +81,9 @@ QProcessEnvironment PrivateSoundServer::environment() const {
 
 QString PrivateSoundServer::control(const QStringList& arguments) {
     QProcess pactl;
+    auto plain = QProcessEnvironment::systemEnvironment();
+    plain.insert(u"LC_ALL"_s, u"C"_s); // its answers are read
+    pactl.setProcessEnvironment(plain);
     pactl.start(u"pactl"_s, QStringList{u"--server="_s + address()} + arguments);
     pactl.waitForFinished(10'000);
     EXPECT_EQ(pactl.exitCode(), 0) << "pactl " << qPrintable(arguments.join(u' ')) << ": "
@@ -112,6 +115,10 @@ void PrivateSoundServer::setDefaultSink(const QString& name) {
 
 void PrivateSoundServer::suspendSink(const QString& name, bool suspended) {
     control({u"suspend-sink"_s, name, suspended ? u"1"_s : u"0"_s});
+}
+
+bool PrivateSoundServer::hasPausedStream() {
+    return control({u"list"_s, u"sink-inputs"_s}).contains(u"Corked: yes"_s);
 }
 
 std::optional<std::uint32_t> PrivateSoundServer::sinkIndex(const QString& name) {

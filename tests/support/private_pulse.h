@@ -58,6 +58,7 @@ class PrivateSoundServer {
     void unload(std::uint32_t module);
     void setDefaultSink(const QString& name);
     void suspendSink(const QString& name, bool suspended);
+    bool hasPausedStream();
     /// The server's number for a sink; none without one.
     std::optional<std::uint32_t> sinkIndex(const QString& name);
     /// Starts to record what a sink plays and waits until the recording runs.
