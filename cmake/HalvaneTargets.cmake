@@ -94,6 +94,9 @@ function(halvane_test name)
     if(HALVANE_SANITIZE STREQUAL "thread")
         list(APPEND properties ENVIRONMENT
              "TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/tsan.supp")
+    elseif(HALVANE_SANITIZE MATCHES "address")
+        list(APPEND properties ENVIRONMENT
+             "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0")
     endif()
     list(APPEND properties LABELS "${ARG_LABELS}")
     if(ARG_USES)
