@@ -18,7 +18,6 @@ Availability::Availability(AvailabilityCollaborators with, QObject* parent)
     : QObject(parent)
     , m_with(std::move(with)) {
     m_worker.setMaxThreadCount(1);
-    m_worker.setThreadPriority(QThread::LowPriority);
 }
 
 Availability::~Availability() {
@@ -50,13 +49,15 @@ Availability::Sets Availability::lookAt(const TrackRows& library, const TrackRow
         (count + portion - 1) / portion,
         [paths, &cloudFiles](std::size_t index) {
             Sets sets;
-            for (const QString& path :
-                 paths->mid(static_cast<qsizetype>(index) * qsizetype{portion}, portion)) {
-                const FilePresence presence = cloudFiles.presence(path);
+            const QStringList files =
+                paths->mid(static_cast<qsizetype>(index) * qsizetype{portion}, portion);
+            const auto found = cloudFiles.presences(files);
+            for (qsizetype i = 0; i < files.size(); ++i) {
+                const FilePresence presence = found[static_cast<std::size_t>(i)];
                 if (presence == FilePresence::evicted)
-                    sets.inCloud.insert(path);
+                    sets.inCloud.insert(files[i]);
                 else if (presence == FilePresence::gone)
-                    sets.missing.insert(path);
+                    sets.missing.insert(files[i]);
             }
             return sets;
         },
@@ -91,8 +92,10 @@ void Availability::refreshAvailability() {
     runInBackground(
         m_worker, this,
         [library = m_with.library.snapshot(), queue = m_with.queue.records(),
-         cloudFiles = &m_with.cloudFiles,
-         before = m_sets] { return lookAt(*library, queue, *cloudFiles, before); },
+         cloudFiles = &m_with.cloudFiles, before = m_sets] {
+            yieldToTheWindow();
+            return lookAt(*library, queue, *cloudFiles, before);
+        },
         [this, look, generation](Sets sets) {
             if (look == m_look)
                 land(generation, std::move(sets));

@@ -6,9 +6,18 @@
 #include <QThreadPool>
 
 #include <memory>
+#include <sys/resource.h>
 #include <utility>
 
 namespace halvane {
+
+/// Where processors are scarce the window comes first: the calling thread, and those that it
+/// starts, get less of them from now on. (A thread of Qt's can't be given a priority under the
+/// usual scheduler.)
+inline void yieldToTheWindow() {
+    constexpr int nicer = 5;
+    ::setpriority(PRIO_PROCESS, 0, nicer);
+}
 
 /// Runs `work` on the pool and then `done` with its result on the main thread, unless the owner has
 /// gone by then. Called on the main thread. `work` must own what it uses, or its pool must be

@@ -13,7 +13,6 @@ CachePersistence::CachePersistence(const LibraryStore& library, const MetadataCa
     , m_library(library)
     , m_cache(cache) {
     m_worker.setMaxThreadCount(1);
-    m_worker.setThreadPriority(QThread::LowPriority);
 }
 
 CachePersistence::~CachePersistence() {
@@ -39,6 +38,7 @@ void CachePersistence::begin() {
     runInBackground(
         m_worker, this,
         [cache = m_cache, rows = m_library.snapshot()] {
+            yieldToTheWindow();
             cache.save(rows->size(), [&rows](std::size_t row) {
                 return queueItemFromTrack(*(*rows)[row]).value_or(QueueItem());
             });

@@ -69,7 +69,6 @@ Duplicates::Duplicates(const LibraryStore& library, QObject* parent)
     : QObject(parent)
     , m_library(library) {
     m_worker.setMaxThreadCount(1);
-    m_worker.setThreadPriority(QThread::LowPriority);
 }
 
 Duplicates::~Duplicates() {
@@ -91,7 +90,11 @@ void Duplicates::find(std::function<void(const std::vector<TrackRows>& groups)> 
         return;
     }
     runInBackground(
-        m_worker, this, [rows = m_library.snapshot()] { return duplicateTrackGroups(*rows); },
+        m_worker, this,
+        [rows = m_library.snapshot()] {
+            yieldToTheWindow();
+            return duplicateTrackGroups(*rows);
+        },
         [this, generation, found](std::vector<TrackRows> groups) {
             if (generation == m_generation)
                 publish(std::move(groups));

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "library/library_catalog.h"
 
+#include "library/background.h"
 #include "library/thread_check.h"
 
 namespace halvane {
@@ -19,7 +20,6 @@ LibraryCatalog::LibraryCatalog(const LibraryStore& store,
     , m_language(std::move(language))
     , m_catalog(buildCatalog(std::make_shared<const TrackRows>(), ResolvedLanguage::english)) {
     m_worker.setMaxThreadCount(1);
-    m_worker.setThreadPriority(QThread::LowPriority);
 }
 
 LibraryCatalog::~LibraryCatalog() {
@@ -36,6 +36,7 @@ void LibraryCatalog::rebuildImportedAlbums() {
     if (rows->size() <= derivedInPlace)
         return publish(buildCatalog(std::move(rows), language));
     m_worker.start([this, rows, language, generation = m_generation] {
+        yieldToTheWindow();
         auto catalog = buildCatalog(rows, language);
         QMetaObject::invokeMethod(this, [this, catalog, generation] {
             if (generation == m_generation)

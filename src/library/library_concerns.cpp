@@ -199,7 +199,15 @@ RestorationCollaborators LibraryConcerns::restorationCollaborators() {
         .journal = journal,
         .language = [this] { return resolvedLanguage(); },
         .rebuildImportedAlbums = [this] { catalog.rebuildImportedAlbums(); },
-        .restored = [this] { libraryGrew(); },
+        .restored =
+            [this] {
+                // The albums are what is waited for: the rest would only hold them up.
+                if (catalog.isCurrent())
+                    libraryGrew();
+                else
+                    connect(&catalog, &LibraryCatalog::catalogChanged, this,
+                            &LibraryConcerns::libraryGrew, Qt::SingleShotConnection);
+            },
     };
 }
 

@@ -4,8 +4,7 @@
 #include "library/background.h"
 #include "library/library_catalog.h"
 #include "metadata/bounded_parallel.h"
-
-#include <QFileInfo>
+#include "metadata/file_dates.h"
 
 #include <algorithm>
 
@@ -27,7 +26,7 @@ qint64 totalSizeOf(const std::shared_ptr<const TrackRows>& rows,
         const std::size_t end = std::min(rows->size(), (index + 1) * portion);
         for (std::size_t row = index * portion; row < end; ++row) {
             if (const auto& url = (*rows)[row]->sourceURL)
-                size += QFileInfo(url->path()).size();
+                size += fileFacts(url->path()).size;
         }
         return size;
     };
@@ -64,6 +63,7 @@ void LibrarySize::measure() {
     runInBackground(
         m_worker, this,
         [rows = m_catalog.catalog()->rows, cancelled = m_cancelled] {
+            yieldToTheWindow();
             return totalSizeOf(rows, cancelled);
         },
         [this, cancelled = m_cancelled](qint64 total) {

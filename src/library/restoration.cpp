@@ -9,20 +9,8 @@
 #include "platform/cloud_files.h"
 
 #include <algorithm>
-#include <sys/resource.h>
 
 namespace halvane {
-
-namespace {
-
-/// Where processors are scarce the window comes first: this thread, and those that it starts, get
-/// less of them. (A thread of Qt's can't be given a priority under the usual scheduler.)
-void yieldToTheWindow() {
-    constexpr int nicer = 5;
-    ::setpriority(PRIO_PROCESS, 0, nicer);
-}
-
-} // namespace
 
 Restoration::Restoration(RestorationCollaborators with, QObject* parent)
     : QObject(parent)

@@ -4,7 +4,18 @@
 #include "platform/sync_client_files.h"
 #include "platform/sync_client_socket.h"
 
+#include <algorithm>
+
 namespace halvane {
+
+namespace {
+
+/// With the slash at its end.
+QStringView folderOf(QStringView path) {
+    return path.first(path.lastIndexOf(QLatin1Char('/')) + 1);
+}
+
+} // namespace
 
 DesktopCloudFiles::DesktopCloudFiles(const QString& runtimeFolder)
     : m_runtimeFolder(runtimeFolder) {
@@ -18,7 +29,28 @@ DesktopCloudFiles::~DesktopCloudFiles() {
 
 FilePresence DesktopCloudFiles::presence(const QString& path) const {
     return hasDotNamePlaceholder(path) ? FilePresence::evicted
-                                       : presenceBySyncClient(path, m_mounts);
+                                       : presenceBySyncClient(path, onDemandMounts());
+}
+
+std::vector<FilePresence> DesktopCloudFiles::presences(const QStringList& paths) const {
+    MountTable* const mounts = onDemandMounts();
+    std::vector<FilePresence> all;
+    all.reserve(static_cast<std::size_t>(paths.size()));
+    for (auto path = paths.cbegin(); path != paths.cend();) {
+        const QStringView folder = folderOf(*path);
+        const auto end = std::find_if(path, paths.cend(),
+                                      [&](const QString& p) { return folderOf(p) != folder; });
+        const bool mayBeReplaced = mayHoldDotNamePlaceholders(folder.toString(), end - path);
+        for (; path != end; ++path)
+            all.push_back(mayBeReplaced && hasDotNamePlaceholder(*path)
+                              ? FilePresence::evicted
+                              : presenceBySyncClient(*path, mounts));
+    }
+    return all;
+}
+
+MountTable* DesktopCloudFiles::onDemandMounts() const {
+    return m_mounts.lists("fuse.openvfs") ? &m_mounts : nullptr;
 }
 
 void DesktopCloudFiles::startDownloading(const QStringList& paths) {

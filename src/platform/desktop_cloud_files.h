@@ -18,10 +18,13 @@ class DesktopCloudFiles final : public CloudFiles {
     ~DesktopCloudFiles() override;
 
     FilePresence presence(const QString& path) const override;
+    std::vector<FilePresence> presences(const QStringList& paths) const override;
     void startDownloading(const QStringList& paths) override;
     bool isRemote(const QString& path) const override;
 
   private:
+    MountTable* onDemandMounts() const;
+
     QString m_runtimeFolder;
     mutable MountTable m_mounts;
     QThreadPool m_requests; ///< one at a time, so that they reach a client in order

@@ -5,6 +5,10 @@
 
 #include <array>
 #include <cerrno>
+#include <dirent.h>
+#include <memory>
+#include <string_view>
+#include <strings.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -46,7 +50,28 @@ bool hasDotNamePlaceholder(const QString& path) {
     return exists(path.left(name) + QLatin1Char('.') + path.mid(name) + QStringLiteral(".icloud"));
 }
 
-FilePresence presenceBySyncClient(const QString& path, MountTable& mounts) {
+bool mayHoldDotNamePlaceholders(const QString& folder, qsizetype files) {
+    constexpr qsizetype fewest = 4; // below, listing costs as much as looking
+    const std::unique_ptr<DIR, int (*)(DIR*)> listing(
+        files < fewest ? nullptr : ::opendir(QFile::encodeName(folder).constData()), ::closedir);
+    if (!listing)
+        return files < fewest || (errno != ENOENT && errno != ENOTDIR);
+    const std::string_view ending(".icloud");
+    for (qsizetype left = 4 * files; left > 0; --left) {
+        errno = 0;
+        const dirent* const entry = ::readdir(listing.get());
+        if (!entry)
+            return errno != 0;
+        // In any case of letters: some file systems don't tell them apart.
+        const std::string_view name(entry->d_name);
+        if (name.size() > ending.size() &&
+            ::strcasecmp(name.data() + name.size() - ending.size(), ending.data()) == 0)
+            return true;
+    }
+    return true;
+}
+
+FilePresence presenceBySyncClient(const QString& path, MountTable* mounts) {
     // The first look also tells whether the file is there at all: a library's thousands of files
     // are looked at again and again.
     if (attribute(path, "user.nextcloud.hydrate_exec"))
@@ -56,7 +81,7 @@ FilePresence presenceBySyncClient(const QString& path, MountTable& mounts) {
     if (errno != ENODATA && errno != ENOTSUP)
         return ::access(QFile::encodeName(path).constData(), F_OK) == 0 ? FilePresence::here
                                                                         : FilePresence::gone;
-    if (!mounts.lists("fuse.openvfs") || mounts.typeOf(path) != "fuse.openvfs")
+    if (!mounts || mounts->typeOf(path) != "fuse.openvfs")
         return FilePresence::here;
     const auto record = attribute(path, "user.openvfs.data");
     return record && stateRecordSaysEvicted(*record) ? FilePresence::evicted : FilePresence::here;

@@ -21,9 +21,15 @@ std::optional<QString> suffixPlaceholder(const QString& path);
 /// thread.
 bool hasDotNamePlaceholder(const QString& path);
 
+/// Whether there may be such placeholders in a folder of which so many files are asked for: one
+/// look at it costs less than looking for each. A folder that can't be listed, or that holds far
+/// more than that, may hold them. Any thread.
+bool mayHoldDotNamePlaceholders(const QString& folder, qsizetype files);
+
 /// Whether the file is there, or a sync client has left something in its place, or its extended
-/// attributes say that its contents are not on this disk. Any thread.
-FilePresence presenceBySyncClient(const QString& path, MountTable& mounts);
+/// attributes say that its contents are not on this disk. `mounts` tells where on-demand file
+/// systems are; null when there is none. Any thread.
+FilePresence presenceBySyncClient(const QString& path, MountTable* mounts);
 
 /// Whether the state record of an on-demand file system (a MessagePack map whose "state" is 0 for a
 /// downloaded file) says so. A record that can't be read counts as not downloaded: to be wrong that

@@ -54,8 +54,15 @@ TEST_F(CloudFilesTest, PlaceholdersStandForFilesThatAreNotHere) {
     } cases[] = {{u"dot.mp3"_s, true},    {u"suffix.mp3"_s, true}, {u"other.flac"_s, true},
                  {u"notes.mp3"_s, false}, {u"stale.mp3"_s, false}, {u"here.mp3"_s, false},
                  {u"gone.mp3"_s, false}};
-    for (const auto& c : cases)
-        EXPECT_EQ(cloud.isEvicted(folder.filePath(c.name)), c.evicted) << c.name.toStdString();
+    QStringList paths;
+    for (const auto& c : cases) {
+        paths += folder.filePath(c.name);
+        EXPECT_EQ(cloud.isEvicted(paths.last()), c.evicted) << c.name.toStdString();
+    }
+    paths += folder.filePath(u"no such folder/gone.mp3"_s);
+    const auto together = cloud.presences(paths);
+    for (qsizetype i = 0; i < paths.size(); ++i)
+        EXPECT_EQ(together[std::size_t(i)], cloud.presence(paths[i])) << paths[i].toStdString();
 }
 
 TEST_F(CloudFilesTest, AttributesAreReadAndTheFileIsNeverOpened) {
@@ -80,10 +87,10 @@ TEST_F(CloudFilesTest, StateRecordsCountOnlyOnTheirOwnFileSystem) {
         write(u"mounts"_s, "30 1 0:30 / / rw - ext4 /dev/x rw\n31 30 0:31 / " +
                                folder.path().toUtf8() + " rw shared:1 - fuse.openvfs openvfs rw\n");
     MountTable plain, openvfs(onDemand.toUtf8().constData());
-    EXPECT_EQ(presenceBySyncClient(file, plain), FilePresence::here);
-    EXPECT_EQ(presenceBySyncClient(file, openvfs), FilePresence::evicted);
+    EXPECT_EQ(presenceBySyncClient(file, &plain), FilePresence::here);
+    EXPECT_EQ(presenceBySyncClient(file, &openvfs), FilePresence::evicted);
     ASSERT_TRUE(setAttribute(file, "user.openvfs.data", here));
-    EXPECT_EQ(presenceBySyncClient(file, openvfs), FilePresence::here);
+    EXPECT_EQ(presenceBySyncClient(file, &openvfs), FilePresence::here);
     for (const QByteArray& broken : {QByteArray(), QByteArray("\x81"), QByteArray("\x81\xa5state")})
         EXPECT_TRUE(stateRecordSaysEvicted(broken)) << broken.toHex().toStdString();
 }
