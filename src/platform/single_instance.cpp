@@ -41,7 +41,10 @@ HandOver handOverOn(const QDBusConnection& bus, const StartRequest& request) {
     if (!bus.isConnected() || !bus.interface()->isServiceRegistered(busName))
         return HandOver::nobodyThere;
     const auto answer = bus.call(messageFor(request), QDBus::Block, patience);
-    return answer.type() == QDBusMessage::ReplyMessage ? HandOver::done : HandOver::failed;
+    if (answer.type() == QDBusMessage::ReplyMessage)
+        return HandOver::done;
+    // One that was ending, or was killed a moment ago, goes without an answer.
+    return bus.interface()->isServiceRegistered(busName) ? HandOver::failed : HandOver::nobodyThere;
 }
 
 } // namespace

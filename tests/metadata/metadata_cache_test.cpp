@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "metadata/metadata_cache.h"
+#include "support/small_disk.h"
 
 #include <QDir>
 #include <QFile>
@@ -12,7 +13,6 @@
 
 #include <csignal>
 #include <fcntl.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -224,34 +224,45 @@ TEST_F(MetadataCacheTest, SurvivesBeingKilledAtAnyMoment) {
     }
 }
 
-TEST_F(MetadataCacheTest, AFailedWriteLeavesTheOldIndexAndPictures) {
-    QueueItem old = item(u"/m/0.flac"_s);
-    old.coverImageData = Artwork::fromBytes("old");
-    cache.save({old});
-    const QByteArray before = index();
-    std::vector<QueueItem> many(20'000, item(u"/m/b.flac"_s));
+TEST_F(MetadataCacheTest, AFullDiskAndAReadOnlyHomeLeaveTheOldIndexAndPictures) {
+    SmallDisk disk(folder.path());
+    std::vector<QueueItem> few{item(u"/m/0.flac"_s)};
+    few[0].coverImageData = Artwork::fromBytes("old");
+    std::vector<QueueItem> many(150, item(u"/m/0.flac"_s));
     for (std::size_t i = 0; i < many.size(); ++i)
         many[i].sourceURL = FileUrl(u"/m/%1.flac"_s.arg(i));
-    many[0].coverImageData = Artwork::fromBytes(QByteArray(2 << 20, 'x'));
-    many[1].coverImageData = many[0].coverImageData;
-    const pid_t child = ::fork();
-    if (child == 0) {
-        // A file that may not grow fails as on a full disk.
-        const rlimit limit{1 << 20, 1 << 20};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-        ::signal(SIGXFSZ, SIG_IGN);
+    const QByteArray large(16 << 10, 'x');
+    many[0].coverImageData = many[1].coverImageData = Artwork::fromBytes(large);
+    const auto picture = [&] {
+        QFile file(cache.artworkFileURL(few[0].path()).path());
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    };
+    const auto files = [&] {
+        QStringList names;
+        for (const QString& inside : {QString(), u"/Artwork"_s})
+            names += QDir(cache.cacheDirectory() + inside).entryList(QDir::Files);
+        return names.size();
+    };
+    const auto setFault = [&](bool isFull, bool isThere) {
+        if (!isFull)
+            disk.setReadOnly(isThere);
+        else
+            isThere ? disk.fillUp() : disk.makeRoom();
+    };
+    for (const bool isFull : {true, false}) {
+        SCOPED_TRACE(isFull ? "full" : "read-only");
+        cache.save(few);
+        const QByteArray before = index();
+        setFault(isFull, true);
         cache.save(many);
-        ::_exit(0);
+        EXPECT_EQ(index(), before);
+        EXPECT_EQ(picture(), "old");
+        EXPECT_EQ(files(), isFull ? 2 : 3) << "nothing half written stays behind";
+        setFault(isFull, false);
+        cache.save(many);
+        EXPECT_EQ(cache.loadIndex().size(), 150);
+        EXPECT_EQ(picture(), large);
     }
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    EXPECT_EQ(status, 0);
-    EXPECT_EQ(index(), before);
-    EXPECT_EQ(QDir(cache.cacheDirectory()).entryList(QDir::Files).size(), 1);
-    EXPECT_EQ(QDir(cache.cacheDirectory() + u"/Artwork"_s).entryList(QDir::Files).size(), 1);
-    QFile picture(cache.artworkFileURL(old.path()).path());
-    ASSERT_TRUE(picture.open(QIODevice::ReadOnly));
-    EXPECT_EQ(picture.readAll(), "old");
     // Where nothing can be made, nothing happens.
     MetadataCache(u"/proc/nowhere"_s).save(many);
 }

@@ -149,6 +149,16 @@ TEST_F(Program, HandsItsFilesToTheOneThatRuns) {
     EXPECT_EQ(session.run(program, {u"--action"_s, u"Previous"_s}).exitCode, 0);
     EXPECT_TRUE(halvane.answers({u"metadata"_s, u"title"_s}, u"Spaces"_s));
     RecordProperty("second start, ms", int(second.milliseconds));
+
+    // One that is killed while it is asked leaves its place to the second.
+    const auto monitor = session.listen(
+        u"dbus-monitor"_s, {u"type='method_call',interface='org.freedesktop.Application'"_s});
+    ASSERT_TRUE(waitFor([&] { return monitor->count(u"NameLost"_s) > 0; }));
+    halvane.signal(SIGSTOP);
+    RunningProgram heir(session, {u"a b.flac"_s});
+    ASSERT_TRUE(waitFor([&] { return monitor->count(u"member=Open"_s) > 0; }));
+    halvane.signal(SIGKILL);
+    EXPECT_TRUE(heir.answers({u"metadata"_s, u"title"_s}, u"Spaces"_s));
 }
 
 TEST_F(Program, EndsCleanlyWhenItIsAskedTo) {

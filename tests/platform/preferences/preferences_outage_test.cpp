@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/sqlite_preferences.h"
 #include "support/manual_clock.h"
+#include "support/small_disk.h"
 
 #include <QDir>
 #include <QFile>
@@ -8,8 +9,6 @@
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
-
-#include <sys/mount.h>
 
 namespace halvane::test {
 namespace {
@@ -34,35 +33,6 @@ class LockHolder {
   private:
     QProcess m_shell;
     QByteArray m_output;
-};
-
-/// A small file system of its own.
-class SmallDisk {
-  public:
-    explicit SmallDisk(const QString& folder)
-        : m_folder(QFile::encodeName(folder))
-        , m_isMounted(::mount("none", m_folder.constData(), "tmpfs", 0, "size=256k") == 0) {}
-    ~SmallDisk() {
-        if (m_isMounted)
-            ::umount2(m_folder.constData(), MNT_DETACH);
-    }
-    bool isMounted() const { return m_isMounted; }
-    void fillUp() {
-        QFile filler(QFile::decodeName(m_folder) + u"/filler"_s);
-        ASSERT_TRUE(filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
-        while (filler.write(QByteArray(1024, 'x')) == 1024) {
-        }
-    }
-    void makeRoom() { QFile::remove(QFile::decodeName(m_folder) + u"/filler"_s); }
-    bool setReadOnly(bool readOnly) {
-        return ::mount("none", m_folder.constData(), "tmpfs",
-                       MS_REMOUNT | (readOnly ? static_cast<unsigned long>(MS_RDONLY) : 0UL),
-                       "size=256k") == 0;
-    }
-
-  private:
-    QByteArray m_folder;
-    bool m_isMounted;
 };
 
 struct PreferencesOutageTest : testing::Test {
@@ -128,8 +98,6 @@ TEST_F(PreferencesOutageTest, AFileThatIsWhollyLockedIsReadAllTheSame) {
 }
 
 TEST_F(PreferencesOutageTest, AFullDiskLosesNothing) {
-    if (!disk.isMounted())
-        GTEST_SKIP() << "no file system can be mounted here";
     SqlitePreferences preferences(path, clock);
     disk.fillUp();
     makeChanges(preferences);
@@ -143,8 +111,6 @@ TEST_F(PreferencesOutageTest, AFullDiskLosesNothing) {
 }
 
 TEST_F(PreferencesOutageTest, ADamagedFileOnAFullDiskStaysUntilThereIsRoom) {
-    if (!disk.isMounted())
-        GTEST_SKIP() << "no file system can be mounted here";
     QProcess::execute(u"sqlite3"_s, {path, u"PRAGMA user_version = 99"_s});
     disk.fillUp();
     const QStringList damaged{u"preferences.set-aside-*.sqlite"_s};
@@ -161,15 +127,14 @@ TEST_F(PreferencesOutageTest, ADamagedFileOnAFullDiskStaysUntilThereIsRoom) {
 }
 
 TEST_F(PreferencesOutageTest, AReadOnlyFolderIsRead) {
-    if (!disk.isMounted() || !disk.setReadOnly(true))
-        GTEST_SKIP() << "no file system can be mounted here";
+    disk.setReadOnly(true);
     {
         SqlitePreferences preferences(path, clock);
         EXPECT_EQ(preferences.number(u"volume"_s).valueOr(0), 0.5);
         makeChanges(preferences);
         EXPECT_FALSE(preferences.isStored());
         expectChanges(preferences);
-        ASSERT_TRUE(disk.setReadOnly(false));
+        disk.setReadOnly(false);
     } // the last try is made when the program ends
     expectChangesStored();
 }
