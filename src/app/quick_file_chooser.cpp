@@ -23,6 +23,9 @@ QUrl startingFolder() {
     return QUrl::fromLocalFile(QDir(music).exists() ? music : QDir::homePath());
 }
 
+/// The panel is drawn inside a window: with less than this it could not be used.
+constexpr QSize leastRoom(640, 440);
+
 /// The ground of the panel's path is white in its style, whatever the window's colours.
 void darkenPath(const QQuickItem& within) {
     const auto children = within.childItems();
@@ -41,15 +44,34 @@ QuickFileChooser::QuickFileChooser(QQmlEngine& engine, const QUrl& viewsRoot)
     , m_viewsRoot(viewsRoot) {
 }
 
+QQuickWindow* QuickFileChooser::openWindowFor(const FileChooserRequest& request,
+                                              QWindow* inFront) const {
+    QQmlComponent component(&m_engine, m_viewsRoot.resolved(QUrl(u"ToolkitWindow.qml"_s)));
+    auto* window = qobject_cast<QQuickWindow*>(component.create());
+    Q_ASSERT(window);
+    window->setTitle(request.title);
+    window->setFlags(Qt::Dialog);
+    window->setTransientParent(inFront);
+    window->resize(leastRoom);
+    window->show();
+    window->requestActivate();
+    return window;
+}
+
 void QuickFileChooser::choose(const FileChooserRequest& request,
                               std::function<void(const QStringList& paths)> chosen) {
+    auto* window = qobject_cast<QQuickWindow*>(QGuiApplication::focusWindow());
+    const bool hasRoom =
+        window && window->width() >= leastRoom.width() && window->height() >= leastRoom.height();
+    if (!hasRoom)
+        window = openWindowFor(request, window);
     const auto file = request.files ? u"FilesDialog.qml"_s : u"FolderDialog.qml"_s;
     QQmlComponent component(&m_engine, m_viewsRoot.resolved(QUrl(file)));
     auto* dialog = component.createWithInitialProperties(
         {{u"title"_s, request.title},
          {u"acceptLabel"_s, request.prompt},
          {u"currentFolder"_s, startingFolder()},
-         {u"parentWindow"_s, QVariant::fromValue(QGuiApplication::focusWindow())}});
+         {u"parentWindow"_s, QVariant::fromValue(static_cast<QWindow*>(window))}});
     if (!dialog) {
         qCWarning(libraryLog, "no file panel: %s", qUtf8Printable(component.errorString()));
         return;
@@ -58,9 +80,13 @@ void QuickFileChooser::choose(const FileChooserRequest& request,
     dialog->setParent(this);
     connect(dialog, SIGNAL(accepted()), this, SLOT(accepted()));
     connect(dialog, SIGNAL(rejected()), this, SLOT(rejected()));
+    if (!hasRoom) {
+        connect(window, &QWindow::visibleChanged, dialog,
+                [dialog] { QMetaObject::invokeMethod(dialog, "reject"); });
+        connect(dialog, &QObject::destroyed, window, &QObject::deleteLater);
+    }
     QMetaObject::invokeMethod(dialog, "open");
-    if (const auto* window = qobject_cast<QQuickWindow*>(QGuiApplication::focusWindow()))
-        darkenPath(*window->contentItem());
+    darkenPath(*window->contentItem());
 }
 
 void QuickFileChooser::accepted() {

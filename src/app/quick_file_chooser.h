@@ -7,6 +7,8 @@
 #include <QUrl>
 
 class QQmlEngine;
+class QQuickWindow;
+class QWindow;
 
 namespace halvane {
 
@@ -26,6 +28,9 @@ class QuickFileChooser final : public QObject, public FileChooser {
     void rejected();
 
   private:
+    /// A window of the panel's own, over the one in front.
+    QQuickWindow* openWindowFor(const FileChooserRequest& request, QWindow* inFront) const;
+
     QQmlEngine& m_engine;
     QUrl m_viewsRoot;
     std::function<void(const QStringList&)> m_chosen;

@@ -28,6 +28,7 @@ class GalleryWorld {
     LibraryViewModel& library() { return *m_library; }
     HalvaneApp& app() { return *m_app; }
     FakeOutside& outside() { return m_outside; }
+    QQmlEngine& engine() { return m_engine; }
     const LibraryPlan& plan() const { return m_plan; }
     QString pathOf(int firstAlbumTrack) const { return firstAlbumPath(m_plan, firstAlbumTrack); }
 

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 // The mini player and the panel beside the tray icon, worked with mouse and keyboard.
+#include "app/quick_file_chooser.h"
 #include "views/window_driver.h"
 
 #include <QDropEvent>
+#include <QGuiApplication>
 #include <QMimeData>
+#include <QPointer>
 
 #include <gtest/gtest.h>
 
@@ -50,6 +53,29 @@ TEST_F(SmallPlayersTest, PlayPauseAndSkipWithEveryOtherWindowClosed) {
         EXPECT_TRUE(ui.waitsFor(u"Half the Way Home"_s));
         ASSERT_TRUE(ui.click(u"Previous track"_s, QAccessible::Button));
         EXPECT_TRUE(ui.waitsFor(u"Lamplight"_s));
+    }
+}
+
+TEST_F(SmallPlayersTest, AFilePanelDrawnByTheToolkitHasAWindowOfItsOwn) {
+    auto* mini = world.open(u"mini"_s);
+    QuickFileChooser chooser(world.engine(), QUrl(u"qrc:/qt/qml/Halvane/"_s));
+    const auto inFront = [] { return qobject_cast<QQuickWindow*>(QGuiApplication::focusWindow()); };
+    for (const bool files : {true, false}) {
+        mini->requestActivate();
+        ASSERT_TRUE(world.waitFor([&] { return inFront() == mini; }));
+        chooser.choose({u"Add music"_s, u"Import"_s, {}, files},
+                       [](const QStringList&) { ADD_FAILURE() << "nothing was chosen"; });
+        ASSERT_TRUE(world.waitFor([&] { return inFront() && inFront() != mini; }));
+        const QPointer<QQuickWindow> window = inFront();
+        const auto shows = [&](const QString& text) {
+            int found = 0;
+            forEachItem(window->contentItem(),
+                        [&](QQuickItem* item) { found += item->property("text") == text; });
+            return found > 0;
+        };
+        EXPECT_TRUE(world.waitFor([&] { return shows(u"Import"_s); }));
+        WindowDriver(*window).key(Qt::Key_Escape);
+        EXPECT_TRUE(world.waitFor([&] { return !window; }));
     }
 }
 
