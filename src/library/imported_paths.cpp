@@ -10,8 +10,8 @@ namespace halvane {
 
 namespace {
 
-/// Up to here the whole list is written in order within a few milliseconds.
-constexpr std::size_t writtenWhole = 2000;
+/// Up to here the whole list is written in order within a millisecond.
+constexpr std::size_t writtenWhole = 256;
 
 } // namespace
 

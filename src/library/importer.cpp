@@ -118,7 +118,7 @@ struct Importer::Run {
     // The first portion is small, so that something plays at once; later ones take about a fifth of
     // a second, and few enough rows that the main thread takes them over within a frame.
     static constexpr std::size_t firstPortion = 32;
-    static constexpr std::size_t largestPortion = 512;
+    static constexpr std::size_t largestPortion = 256;
     static constexpr qint64 portionMilliseconds = 200;
 
     void operator()() const {
@@ -159,6 +159,9 @@ struct Importer::Run {
             if (*cancelled)
                 return; // what was not read any more must not come in bare
             post(owner, [importer = owner, rows = std::move(rows)] { importer->addRows(rows); });
+            // Taking rows over and opening a file are each worth a frame's time: between them the
+            // windows get their turn.
+            post(owner, [importer = owner] { importer->playFirst(); });
             portion = std::clamp(timer.elapsed() < portionMilliseconds ? portion * 2 : portion / 2,
                                  firstPortion, largestPortion);
             begin = end;
@@ -226,13 +229,18 @@ void Importer::addRows(const TrackRows& rows) {
     const std::size_t first = m_with.queue.append(rows);
     m_with.importedPaths.add(pathsOf(rows));
     if (isFirst)
-        m_with.play(m_with.queue.idAt(first));
+        m_first = m_with.queue.idAt(first);
     // Deriving the albums costs as much as the library is large: not for every portion.
     const double now = m_with.clock.now();
     if (now - m_rebuiltAt >= secondsBetweenRebuilds) {
         m_rebuiltAt = now;
         m_with.rebuildImportedAlbums();
     }
+}
+
+void Importer::playFirst() {
+    if (const QUuid first = std::exchange(m_first, {}); !first.isNull())
+        m_with.play(first);
 }
 
 void Importer::finish() {

@@ -90,6 +90,7 @@ class Importer : public QObject {
     void startNext();
     void take(const QStringList& roots, const Found& found);
     void addRows(const TrackRows& rows);
+    void playFirst();
     void finish();
     void end();
     void setProgress(double progress);
@@ -100,6 +101,7 @@ class Importer : public QObject {
     double m_progress = -1;
     double m_startedAt = 0;
     double m_rebuiltAt = 0;
+    QUuid m_first; ///< the entry that is to be played, null once it is
     qint64 m_added = 0;
     qint64 m_skipped = 0;
     std::shared_ptr<std::atomic<bool>> m_cancelled;

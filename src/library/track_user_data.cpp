@@ -13,13 +13,7 @@ namespace {
 
 constexpr int mostStars = 5;
 
-template<typename Collection>
-bool takeOut(Collection& collection, const QSet<QString>& paths) {
-    const auto before = collection.size();
-    for (const auto& path : paths)
-        collection.remove(path);
-    return collection.size() != before;
-}
+constexpr qsizetype takenOutAtOnce = 500; ///< paths that leave the maps within two milliseconds
 
 } // namespace
 
@@ -50,6 +44,7 @@ void TrackUserData::toggleLoved(const QString& path) {
     assertOwnThread(*this);
     if (path.isEmpty())
         return;
+    prepareChange(path);
     if (m_lovedPaths.remove(path)) {
         m_preferences.removeString(SettingsKey::lovedPaths, path);
     } else {
@@ -64,6 +59,7 @@ void TrackUserData::setRating(int rating, const QString& path) {
     const int stars = std::clamp(rating, 0, mostStars);
     if (path.isEmpty() || stars == this->rating(path))
         return;
+    prepareChange(path);
     if (stars == 0) {
         m_trackRatings.get().remove(path);
         m_preferences.removeEntries({SettingsKey::trackRatings}, {path});
@@ -78,6 +74,7 @@ void TrackUserData::countPlay(const QString& path) {
     assertOwnThread(*this);
     if (path.isEmpty())
         return;
+    prepareChange(path);
     qint64& count = m_playCounts.get()[path];
     if (count == std::numeric_limits<qint64>::max())
         return; // only a stored value can be there; stays
@@ -88,11 +85,45 @@ void TrackUserData::countPlay(const QString& path) {
 
 void TrackUserData::forget(const QSet<QString>& paths) {
     assertOwnThread(*this);
-    const bool loved = takeOut(m_lovedPaths, paths);
-    const bool rated = takeOut(m_trackRatings.get(), paths);
-    const bool played = takeOut(m_playCounts.get(), paths);
-    if (loved || rated || played)
-        Q_EMIT reset();
+    if (paths.isEmpty())
+        return;
+    takeOutAll();
+    m_leaving = paths;
+    m_toTakeOut = paths.values();
+    takeOutSome();
+    Q_EMIT reset();
+}
+
+void TrackUserData::takeOut(QStringList::const_iterator begin, QStringList::const_iterator end) {
+    IntegerMap& ratings = m_trackRatings.get();
+    IntegerMap& counts = m_playCounts.get();
+    for (auto path = begin; path != end; ++path) {
+        m_lovedPaths.remove(*path);
+        ratings.remove(*path);
+        counts.remove(*path);
+    }
+}
+
+void TrackUserData::takeOutSome() {
+    const qsizetype staying = std::max(m_toTakeOut.size() - takenOutAtOnce, qsizetype(0));
+    takeOut(m_toTakeOut.cbegin() + staying, m_toTakeOut.cend());
+    m_toTakeOut.resize(staying);
+    if (m_toTakeOut.isEmpty())
+        m_leaving.clear();
+    else
+        QMetaObject::invokeMethod(this, &TrackUserData::takeOutSome, Qt::QueuedConnection);
+}
+
+void TrackUserData::takeOutAll() {
+    takeOut(m_toTakeOut.cbegin(), m_toTakeOut.cend());
+    m_toTakeOut.clear();
+    m_leaving.clear();
+}
+
+// A track that came back meanwhile must not lose what is new.
+void TrackUserData::prepareChange(const QString& path) {
+    if (!holds(path))
+        takeOutAll();
 }
 
 } // namespace halvane

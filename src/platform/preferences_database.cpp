@@ -125,6 +125,8 @@ PreferencesDatabase::PreferencesDatabase(const QString& path, int busyMillisecon
     m_connection.execute("PRAGMA journal_mode = WAL");
     m_connection.execute("PRAGMA synchronous = FULL"); // each commit reaches the disk
     m_connection.execute("PRAGMA foreign_keys = ON");
+    // What is committed moves to the file proper in small steps: each is part of some commit.
+    m_connection.execute("PRAGMA wal_autocheckpoint = 200");
     if (isNew)
         createSchema(m_connection);
     m_connection.execute(removalTable);
@@ -162,8 +164,9 @@ struct PreferencesDatabase::Apply {
     void operator()(const PreferenceChange::Remove&) { database.remove(key); }
     void operator()(const PreferenceChange::InsertStrings& insert) {
         const qint64 id = database.rowOfKind(key, QStringList());
+        qint64 position = lastPosition(id);
         for (const auto& text : insert.values)
-            appendIfNew(id, text);
+            appendIfNew(id, position += listSpacing, text);
     }
     void operator()(const PreferenceChange::InsertInteger& insert) {
         put(database.rowOfKind(key, IntegerMap()), insert.entry, insert.value);
@@ -255,14 +258,19 @@ struct PreferencesDatabase::Apply {
                 .bind(3, placed.text)
                 .run();
     }
-    void appendIfNew(qint64 id, const QString& text) {
+    qint64 lastPosition(qint64 id) {
+        auto query =
+            connection.query("SELECT max(position) FROM string_item WHERE preference = ?1");
+        query.bind(1, id);
+        return query.next() ? query.integer(0) : 0; // NULL of an empty list is 0
+    }
+    void appendIfNew(qint64 id, qint64 position, const QString& text) {
         connection
-            .query("INSERT INTO string_item SELECT ?1, ?3 + coalesce((SELECT max(position) FROM "
-                   "string_item WHERE preference = ?1), 0), ?2 WHERE NOT EXISTS (SELECT 1 FROM "
-                   "string_item WHERE preference = ?1 AND value = ?2)")
+            .query("INSERT INTO string_item SELECT ?1, ?2, ?3 WHERE NOT EXISTS (SELECT 1 FROM "
+                   "string_item WHERE preference = ?1 AND value = ?3)")
             .bind(1, id)
-            .bind(2, text)
-            .bind(3, listSpacing)
+            .bind(2, position)
+            .bind(3, text)
             .run();
     }
 
