@@ -9,6 +9,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// The most that libav may ask of memory at once, as it believes the sizes that files claim. The
+/// index of an audiobook of 70 hours (24 bytes for each of 43 packets a second) still fits.
+constexpr std::size_t largestBlock = 256 << 20;
+
 /// Fills the table of functions; they are written once, before anyone may call them.
 std::optional<QString> loadOnce() {
     // The version whose headers were read. It brings libavcodec and libavutil along, in which
@@ -23,8 +27,10 @@ std::optional<QString> loadOnce() {
     }
     HALVANE_LIBAV_FUNCTIONS(HALVANE_LOOK_UP)
 #undef HALVANE_LOOK_UP
-    if (isComplete)
+    if (isComplete) {
+        av_max_alloc(largestBlock);
         return {};
+    }
     return u"The decoding library is missing: "_s + QString::fromLocal8Bit(dlerror());
 }
 

@@ -40,6 +40,7 @@ namespace halvane::libav {
     DO(av_get_packed_sample_fmt)                                                                   \
     DO(av_log_set_level)                                                                           \
     DO(av_malloc)                                                                                  \
+    DO(av_max_alloc)                                                                               \
     DO(av_packet_alloc)                                                                            \
     DO(av_packet_free)                                                                             \
     DO(av_packet_get_side_data)                                                                    \

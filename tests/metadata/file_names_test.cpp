@@ -9,8 +9,10 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -67,21 +69,64 @@ TEST_F(Folders, ThatLoopOrLeadFarEndTheSearch) {
     QFile::link(u"nowhere"_s, root.path() + u"/a/broken.mp3"_s);
     EXPECT_EQ(found().filter(u"1.mp3"_s).size(), 1);
 
-    // Deeper than any path can name.
-    int folder = ::open(root.path().toUtf8().constData(), O_RDONLY | O_DIRECTORY);
-    const int top = ::dup(folder);
-    for (int depth = 0; depth < 700; ++depth) {
-        ASSERT_EQ(::mkdirat(folder, "deeper", 0755), 0);
-        const int next = ::openat(folder, "deeper", O_RDONLY | O_DIRECTORY);
+    // A thousand deep; what lies deeper than a path can name is left out.
+    for (const char* name : {"d", "deeper"}) {
+        int folder = ::open(root.path().toUtf8().constData(), O_RDONLY | O_DIRECTORY);
+        for (int depth = 0; depth < 1000; ++depth) {
+            ASSERT_EQ(::mkdirat(folder, name, 0755), 0);
+            const int next = ::openat(folder, name, O_RDONLY | O_DIRECTORY);
+            ::close(folder);
+            folder = next;
+        }
+        ::close(::openat(folder, "2.mp3", O_CREAT | O_WRONLY, 0644));
         ::close(folder);
-        folder = next;
     }
-    ::close(folder);
-    EXPECT_EQ(found().filter(u"1.mp3"_s).size(), 1);
-    // Taken down the same way: nothing else could name its end.
+    const QStringList deep = found().filter(u"2.mp3"_s);
+    ASSERT_EQ(deep.size(), 1);
+    EXPECT_TRUE(deep.first().startsWith(u"d/d/"_s));
+    // Nothing else could name the end of it.
     QDir().setCurrent(root.path());
     ASSERT_EQ(::system("rm -rf deeper"), 0);
-    ::close(top);
+}
+
+TEST_F(Folders, ThatAreForbiddenAreLeftOut) {
+    constexpr uid_t nobody = 65'534;
+    for (const char* name : {"a/1.mp3", "locked/2.mp3", "z/3.mp3"})
+        touch(QString::fromLatin1(name));
+    const QByteArray base = root.path().toUtf8();
+    ::chmod(base.constData(), 0755);
+    ::chmod((base + "/locked").constData(), 0);
+    const uid_t user = ::geteuid();
+    if (user == 0) { // to whom nothing is forbidden
+        ASSERT_EQ(::seteuid(nobody), 0);
+    }
+    EXPECT_EQ(found(), (QStringList{u"a/1.mp3"_s, u"z/3.mp3"_s}));
+    ASSERT_EQ(::seteuid(user), 0);
+    ::chmod((base + "/locked").constData(), 0755);
+}
+
+TEST_F(Folders, ThatChangeMeanwhileGiveWhatStays) {
+    touch(u"a/1.mp3"_s);
+    touch(u"z/2.mp3"_s);
+    std::atomic<bool> isOver = false;
+    std::thread changes([&] {
+        for (int round = 0; !isOver; ++round) {
+            const QString name = u"m%1"_s.arg(round % 7);
+            const QString path = touch(name + u"/away.mp3"_s);
+            QDir().rename(root.path() + u"/"_s + name, root.path() + u"/a/moved"_s);
+            QFile::remove(path);
+            QDir(root.path() + u"/a/moved"_s).removeRecursively();
+        }
+    });
+    for (int search = 0; search < 100; ++search) {
+        const auto urls = audioFileURLs({root.path()});
+        int steady = 0;
+        for (const QueueItem& item : queueItems(urls, english))
+            steady += item.title == u"away"_s ? 0 : 1;
+        EXPECT_EQ(steady, 2);
+    }
+    isOver = true;
+    changes.join();
 }
 
 TEST_F(Folders, WithNamesThatAreNoTextAreLeftOut) {

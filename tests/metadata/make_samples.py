@@ -153,6 +153,9 @@ open("text.flac", "wb").write(b"not music at all\n" * 40)
 open("claims.mp3", "wb").write(b"ID3\x04\0\0" + b"\x7f\x7f\x7f\x7f" + b"TIT2" + b"\x7f\x7f\x7f\x7f" + b"\0" * 90)
 open("claims.flac", "wb").write(b"fLaC\x06\xff\xff\xff" + b"\0" * 64)
 open("claims.wav", "wb").write(b"RIFF\xff\xff\xff\xffWAVEfmt \xff\xff\xff\xff" + b"\0" * 64)
+open("claims_info.wav", "wb").write(b"RIFF\xff\xff\xff\x7fWAVEfmt \x10\0\0\0" + struct.pack("<HHIIHH", 1, 2, 8000, 32000, 4, 16)
+                                    + b"LIST\xff\xff\xff\x7fINFOIART\0\0\0\x60" + b"\0" * 64)
+os.mkfifo("pipe.mp3")
 atom = b"moov"
 open("nested.m4a", "wb").write(struct.pack(">I", 16) + b"ftypM4A \0\0\0\0" + b"".join(
     struct.pack(">I", 8 * (100000 - i)) + atom for i in range(100000)))

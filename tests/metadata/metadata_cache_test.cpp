@@ -131,12 +131,18 @@ TEST_F(MetadataCacheTest, KnowsHitsMissesAndWhatIsGone) {
     EXPECT_EQ(items[3].title, u"retagged"_s);
 }
 
-TEST_F(MetadataCacheTest, AKnownFileIsNotOpened) {
+TEST_F(MetadataCacheTest, AKnownFileAndItsPictureAreNotOpened) {
     // Reading a pipe would block; a hit needs its date only.
-    const QString pipe = folder.filePath(u"pipe.mp3"_s);
-    ASSERT_EQ(::mkfifo(pipe.toUtf8().constData(), 0644), 0);
-    cache.save({item(pipe)});
-    EXPECT_EQ(cache.queueItems({FileUrl(pipe)}, english).front().title, item(pipe).title);
+    QueueItem pipe = item(folder.filePath(u"pipe.mp3"_s));
+    ASSERT_EQ(::mkfifo(pipe.path().toUtf8().constData(), 0644), 0);
+    pipe.coverImageData = Artwork::fromBytes("picture");
+    cache.save({pipe});
+    const QString picture = cache.artworkFileURL(pipe.path()).path();
+    EXPECT_TRUE(QFile::remove(picture));
+    ASSERT_EQ(::mkfifo(picture.toUtf8().constData(), 0644), 0);
+    const QueueItem known = cache.queueItems({*pipe.sourceURL}, english).front();
+    EXPECT_EQ(known.title, pipe.title);
+    EXPECT_TRUE(known.coverImageData);
 }
 
 TEST_F(MetadataCacheTest, AnIndexThatIsNotOneIsEmpty) {
