@@ -15,6 +15,13 @@
 
 namespace halvane {
 
+namespace {
+
+/// Up to here all of a removal takes a few milliseconds.
+constexpr qsizetype removedAtOnce = 500;
+
+} // namespace
+
 Maintenance::Maintenance(MaintenanceCollaborators with, QObject* parent)
     : QObject(parent)
     , m_with(std::move(with)) {
@@ -38,20 +45,37 @@ void Maintenance::removeTracks(const QSet<QString>& withPaths) {
     assertOwnThread(*this);
     if (withPaths.isEmpty())
         return;
-    if (withPaths.contains(m_with.queue.currentPath()))
-        m_with.stopPlayer();
-    m_with.queue.remove(withPaths);
-    m_with.library.remove(withPaths);
     m_with.preferences.removeEntries({SettingsKey::importedAudioPaths, SettingsKey::lovedPaths,
                                       SettingsKey::trackRatings, SettingsKey::playCounts,
                                       SettingsKey::trackLoudness},
                                      withPaths);
-    m_with.userData.forget(withPaths);
-    m_with.forgetLoudness(withPaths);
-    m_with.playlists.removePaths(withPaths);
+    for (const auto step : {&Maintenance::removeFromLibrary, &Maintenance::removeFromQueue,
+                            &Maintenance::deriveWithout}) {
+        if (withPaths.size() <= removedAtOnce)
+            (this->*step)(withPaths);
+        else
+            QMetaObject::invokeMethod(
+                this, [this, step, withPaths] { (this->*step)(withPaths); }, Qt::QueuedConnection);
+    }
+}
+
+void Maintenance::removeFromLibrary(const QSet<QString>& paths) {
+    m_with.library.remove(paths);
+    m_with.userData.forget(paths);
+    m_with.forgetLoudness(paths);
+}
+
+void Maintenance::removeFromQueue(const QSet<QString>& paths) {
+    if (paths.contains(m_with.queue.currentPath()))
+        m_with.stopPlayer();
+    m_with.queue.remove(paths);
+    m_with.playlists.removePaths(paths);
     m_with.replanSuccessor();
+}
+
+void Maintenance::deriveWithout(const QSet<QString>& paths) {
     m_with.rebuildImportedAlbums();
-    m_with.availability.forget(withPaths);
+    m_with.availability.forget(paths);
     m_with.duplicates.refresh();
 }
 

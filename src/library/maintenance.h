@@ -51,6 +51,9 @@ class Maintenance : public QObject {
     /// How many things need attention.
     int maintenanceActionCount() const;
 
+    /// Very many tracks leave one place after the other, each in an event of its own: first what is
+    /// stored, before this returns, then the library, the queue with the playlists, and what is
+    /// derived.
     void removeTracks(const QSet<QString>& withPaths);
     /// Leaves one copy of each song; a large library is searched by a worker first.
     void removeDuplicateTracks();
@@ -60,6 +63,10 @@ class Maintenance : public QObject {
     void maintenanceActionCountChanged();
 
   private:
+    void removeFromLibrary(const QSet<QString>& paths);
+    void removeFromQueue(const QSet<QString>& paths);
+    void deriveWithout(const QSet<QString>& paths);
+
     MaintenanceCollaborators m_with;
 };
 
