@@ -34,7 +34,7 @@ DesktopOutside::DesktopOutside(const QString& bus, QQmlEngine& engine, const QUr
     , m_sleepInhibitor(bus) {
 }
 
-Environment DesktopOutside::environment() {
+Environment DesktopOutside::environment(std::shared_future<void> firstPicture) {
     return {.clock = clock,
             .preferences = m_preferences,
             .output = m_sound.output(),
@@ -46,7 +46,8 @@ Environment DesktopOutside::environment() {
             .languages = m_languages,
             .sleepInhibitor = m_sleepInhibitor,
             .dataFolder = dataFolder(),
-            .cacheFolder = cacheFolder()};
+            .cacheFolder = cacheFolder(),
+            .firstPicture = std::move(firstPicture)};
 }
 
 } // namespace halvane

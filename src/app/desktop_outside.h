@@ -21,7 +21,7 @@ class DesktopOutside {
     /// `bus` names the connection to the session bus. The engine must outlive this object.
     DesktopOutside(const QString& bus, QQmlEngine& engine, const QUrl& viewsRoot);
 
-    Environment environment();
+    Environment environment(std::shared_future<void> firstPicture);
 
     SystemClock clock;
     MprisControls mediaControls;

@@ -52,7 +52,7 @@ Program::Program(const Arguments& arguments, const QUrl& viewsRoot,
                  const PrepareViews& prepareViews)
     : m_arguments(arguments)
     , m_outside(m_bus.connectionName(), m_engine, viewsRoot)
-    , m_library(m_outside.environment())
+    , m_library(m_outside.environment(m_firstPicture.get_future().share()))
     , m_views(prepareViews(m_engine, m_library))
     , m_app(m_library, m_outside.clock, m_engine, viewsRoot, stateFolder())
     , m_tray(m_app, m_bus.connectionName())
@@ -67,7 +67,9 @@ Program::Program(const Arguments& arguments, const QUrl& viewsRoot,
             Qt::SingleShotConnection);
 }
 
-Program::~Program() = default;
+Program::~Program() {
+    m_firstPicture = {}; // the library, which goes next, no longer waits for it
+}
 
 int Program::run() {
     if (m_arguments.task == Arguments::Task::screenshots) {
@@ -129,12 +131,14 @@ void Program::connectGlobalMenu() {
     connect(&m_app.commands(), &Commands::changed, &m_globalMenu, &GlobalMenu::menuChanged);
 }
 
-/// The decoders are loaded when the first picture no longer waits for a processor. By then whatever
-/// has something to destroy at the end has said so, too, and the last to say it is the first to go.
+/// The library is restored and the decoders are loaded when the first picture no longer waits for a
+/// processor. By then whatever has something to destroy at the end has said so, too, and the last
+/// to say it is the first to go.
 void Program::followFirstPicture(QQuickWindow* window) {
     connect(
         window, &QQuickWindow::frameSwapped, this,
-        [] {
+        [this] {
+            m_firstPicture.set_value();
             QThreadPool::globalInstance()->start(&AudioFile::prepare);
             leaveAtOnceOnExit();
         },

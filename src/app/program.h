@@ -15,6 +15,7 @@
 #include <QQmlEngine>
 
 #include <functional>
+#include <future>
 #include <memory>
 
 class QQuickWindow;
@@ -49,6 +50,7 @@ class Program : public QObject {
     void keepReachable();
 
     Arguments m_arguments;
+    std::promise<void> m_firstPicture;
     SessionBus m_bus;
     QQmlEngine m_engine;
     DesktopOutside m_outside;

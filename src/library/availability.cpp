@@ -28,7 +28,6 @@ Availability::~Availability() {
 Availability::Sets Availability::lookAt(const TrackRows& library, const TrackRows& queue,
                                         const CloudFiles& cloudFiles, const Sets& before) {
     constexpr std::size_t portion = 512;
-    constexpr std::size_t threads = 4;
     // Owned by the look: a thread that hangs in a dead mount outlives it.
     auto paths = std::make_shared<QStringList>();
     // Nearly all records of the queue are the library's own.
@@ -44,7 +43,7 @@ Availability::Sets Availability::lookAt(const TrackRows& library, const TrackRow
 
     const auto count = static_cast<std::size_t>(paths->size());
     BoundedParallel<Sets>::Options options;
-    options.threads = threads;
+    options.threads = lookingThreads();
     const auto portions = BoundedParallel<Sets>::run(
         (count + portion - 1) / portion,
         [paths, &cloudFiles](std::size_t index) {

@@ -3,6 +3,8 @@
 
 #include <QString>
 
+#include <future>
+
 namespace halvane {
 
 namespace AudioOutput {
@@ -33,6 +35,9 @@ struct Environment {
     SleepInhibitor& sleepInhibitor;
     QString dataFolder;  ///< where the metadata cache lives
     QString cacheFolder; ///< for what can be made again at any time
+    /// Ready when the first picture shows: until then the library is not restored. Without a shared
+    /// state there is none to wait for.
+    std::shared_future<void> firstPicture{};
 };
 
 } // namespace halvane

@@ -197,6 +197,7 @@ RestorationCollaborators LibraryConcerns::restorationCollaborators() {
         .cloudFiles = outside.cloudFiles,
         .cache = cache,
         .journal = journal,
+        .firstPicture = outside.firstPicture,
         .language = [this] { return resolvedLanguage(); },
         .rebuildImportedAlbums = [this] { catalog.rebuildImportedAlbums(); },
         .restored =

@@ -9,8 +9,16 @@
 #include "platform/cloud_files.h"
 
 #include <algorithm>
+#include <chrono>
 
 namespace halvane {
+
+namespace {
+
+/// A window that nobody sees gets no picture.
+constexpr std::chrono::milliseconds longestWaitForPicture{1000};
+
+} // namespace
 
 Restoration::Restoration(RestorationCollaborators with, QObject* parent)
     : QObject(parent)
@@ -33,10 +41,13 @@ void Restoration::restoreImportedAudio() {
 void Restoration::load(const StoredPaths& stored) {
     runInBackground(
         m_worker, this,
-        [stored, with = Loading{m_with.cache, m_with.journal, &m_with.cloudFiles, m_with.language(),
-                                m_cancelled}]() -> std::optional<Restored> {
+        [stored, firstPicture = m_with.firstPicture,
+         with = Loading{m_with.cache, m_with.journal, &m_with.cloudFiles, m_with.language(),
+                        m_cancelled}]() -> std::optional<Restored> {
             yieldToTheWindow();
             auto paths = stored();
+            if (firstPicture.valid())
+                firstPicture.wait_for(longestWaitForPicture);
             return paths ? std::optional(restored(*std::move(paths), with)) : std::nullopt;
         },
         [this](std::optional<Restored> restored) {

@@ -9,6 +9,7 @@
 #include <QThreadPool>
 
 #include <functional>
+#include <future>
 
 namespace halvane {
 
@@ -27,6 +28,7 @@ struct RestorationCollaborators {
     const CloudFiles& cloudFiles;
     MetadataCache cache;
     std::shared_ptr<ReadingJournal> journal;
+    std::shared_future<void> firstPicture; ///< as in the environment
     std::function<ResolvedLanguage()> language;
     std::function<void()> rebuildImportedAlbums;
     /// Everything is there: look at availability, duplicates and loudness.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
@@ -12,6 +13,12 @@
 #include <vector>
 
 namespace halvane {
+
+/// For short looks at many files: more threads than processors only get in each other's way, but
+/// one that hangs in a dead mount must not hold up the rest.
+inline std::size_t lookingThreads() {
+    return std::clamp<std::size_t>(std::thread::hardware_concurrency(), 4, 16);
+}
 
 /// Computes one result for each of a number of inputs on several threads, and does not wait for a
 /// thread that is stuck: after `patience` with one input its result stays empty, and a fresh thread

@@ -28,7 +28,7 @@ std::vector<FileFacts> factsOf(const std::vector<FileUrl>& urls,
     constexpr std::size_t portion = 512;
     auto inputs = std::make_shared<const std::vector<FileUrl>>(urls);
     BoundedParallel<std::vector<FileFacts>>::Options options;
-    options.threads = TrackMetadataLoader::concurrentFiles;
+    options.threads = lookingThreads();
     options.isCancelled = [&with] { return with.cancelled && *with.cancelled; };
     const auto portions = BoundedParallel<std::vector<FileFacts>>::run(
         (urls.size() + portion - 1) / portion,
