@@ -247,6 +247,9 @@ TEST(LibraryViewModel, ImportsAFolderPlaysItAndFindsItAgainAtTheNextStart) {
         library.toggleLoved(folder + u"/Second.wav"_s);
         library.playNext(true);
         EXPECT_TRUE(library.isCurrentTrackLoved());
+        // What is saved waits until the library of the last time, however small, has come back.
+        const QString index = outside.folder.filePath(u"data/library-cache.json"_s);
+        waitUntil([&] { return QFile::exists(index); });
     }
     QFile::remove(folder + u"/Third.wav"_s);
     LibraryViewModel library{outside};
