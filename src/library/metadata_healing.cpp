@@ -37,7 +37,7 @@ void MetadataHealing::healIncompleteMetadata() {
             std::vector<FileUrl> incomplete;
             for (const TrackPtr& row : *rows) {
                 if (row->durationSeconds || !row->sourceURL || attempts.contains(row->path()) ||
-                    !QFileInfo::exists(row->path()) || cloudFiles->isEvicted(row->path()))
+                    !QFileInfo::exists(row->path()) || cloudFiles->blocksWhenOpened(row->path()))
                     continue;
                 pass.attempted.insert(row->path());
                 incomplete.push_back(*row->sourceURL);

@@ -22,6 +22,10 @@ class CloudFiles {
     /// Whether the file lives in the cloud and not on this disk. Never opens the file: that could
     /// block until it is downloaded. Any thread.
     bool isEvicted(const QString& path) const { return presence(path) == FilePresence::evicted; }
+    /// Whether what stands at the path is to be downloaded when it is opened, which would block: a
+    /// look that costs less than isEvicted(), which also finds what another name stands for. Any
+    /// thread.
+    virtual bool blocksWhenOpened(const QString& path) const { return isEvicted(path); }
     /// The same look, which also tells whether there is anything at all. Any thread.
     virtual FilePresence presence(const QString& path) const = 0;
     /// The same of many files, in their order, which may cost less where they share folders. Any

@@ -32,6 +32,10 @@ FilePresence DesktopCloudFiles::presence(const QString& path) const {
                                        : presenceBySyncClient(path, onDemandMounts());
 }
 
+bool DesktopCloudFiles::blocksWhenOpened(const QString& path) const {
+    return presenceBySyncClient(path, onDemandMounts()) == FilePresence::evicted;
+}
+
 std::vector<FilePresence> DesktopCloudFiles::presences(const QStringList& paths) const {
     MountTable* const mounts = onDemandMounts();
     std::vector<FilePresence> all;

@@ -18,6 +18,7 @@ class DesktopCloudFiles final : public CloudFiles {
     ~DesktopCloudFiles() override;
 
     FilePresence presence(const QString& path) const override;
+    bool blocksWhenOpened(const QString& path) const override;
     std::vector<FilePresence> presences(const QStringList& paths) const override;
     void startDownloading(const QStringList& paths) override;
     bool isRemote(const QString& path) const override;

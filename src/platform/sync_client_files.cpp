@@ -28,6 +28,10 @@ bool isOneByteFile(const QString& path) {
            info.st_size == 1;
 }
 
+bool hasAttribute(const QString& path, const char* name) {
+    return ::getxattr(QFile::encodeName(path).constData(), name, nullptr, 0) >= 0;
+}
+
 std::optional<QByteArray> attribute(const QString& path, const char* name) {
     std::array<char, 512> value;
     const ssize_t size =
@@ -74,7 +78,7 @@ bool mayHoldDotNamePlaceholders(const QString& folder, qsizetype files) {
 FilePresence presenceBySyncClient(const QString& path, MountTable* mounts) {
     // The first look also tells whether the file is there at all: a library's thousands of files
     // are looked at again and again.
-    if (attribute(path, "user.nextcloud.hydrate_exec"))
+    if (hasAttribute(path, "user.nextcloud.hydrate_exec"))
         return FilePresence::evicted;
     if (errno == ENOENT)
         return suffixPlaceholder(path) ? FilePresence::evicted : FilePresence::gone;

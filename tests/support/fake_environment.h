@@ -82,7 +82,14 @@ class FakeCloudFiles final : public CloudFiles {
   public:
     QSet<QString> evicted; ///< to be changed only while no worker looks
     QStringList downloading;
+    /// Called before a file is opened for import, on many threads.
+    std::function<void(const QString& path)> beforeOpening;
 
+    bool blocksWhenOpened(const QString& path) const override {
+        if (beforeOpening)
+            beforeOpening(path);
+        return isEvicted(path);
+    }
     FilePresence presence(const QString& path) const override {
         return evicted.contains(path) ? FilePresence::evicted
                : QFile::exists(path)  ? FilePresence::here

@@ -67,12 +67,14 @@ TEST_F(CloudFilesTest, PlaceholdersStandForFilesThatAreNotHere) {
 
 TEST_F(CloudFilesTest, AttributesAreReadAndTheFileIsNeverOpened) {
     const QString waiting = write(u"waiting.mp3"_s, "full size");
-    if (!setAttribute(waiting, "user.nextcloud.hydrate_exec", "command"))
+    if (!setAttribute(waiting, "user.nextcloud.hydrate_exec", QByteArray(600, 'x')))
         GTEST_FAIL() << "the temporary folder keeps no extended attributes";
     const int watch = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
     ASSERT_GE(::inotify_add_watch(watch, waiting.toUtf8().constData(), IN_OPEN), 0);
 
-    EXPECT_TRUE(DesktopCloudFiles(QString()).isEvicted(waiting));
+    const DesktopCloudFiles cloud{QString()};
+    EXPECT_TRUE(cloud.isEvicted(waiting));
+    EXPECT_TRUE(cloud.blocksWhenOpened(waiting));
 
     char events[256];
     EXPECT_LT(::read(watch, events, sizeof events), 0) << "opening waits for the whole download";
