@@ -265,12 +265,18 @@ struct PreferencesDatabase::Apply {
         return query.next() ? query.integer(0) : 0; // NULL of an empty list is 0
     }
     void appendIfNew(qint64 id, qint64 position, const QString& text) {
-        connection
-            .query("INSERT INTO string_item SELECT ?1, ?2, ?3 WHERE NOT EXISTS (SELECT 1 FROM "
-                   "string_item WHERE preference = ?1 AND value = ?3)")
+        // Two statements: one that reads the table which it writes to would gather what it writes
+        // in a table of its own first.
+        const QByteArray utf8 = text.toUtf8();
+        if (connection.query("SELECT 1 FROM string_item WHERE preference = ?1 AND value = ?2")
+                .bind(1, id)
+                .bindUtf8(2, utf8)
+                .next())
+            return;
+        connection.query("INSERT INTO string_item VALUES (?1, ?2, ?3)")
             .bind(1, id)
             .bind(2, position)
-            .bind(3, text)
+            .bindUtf8(3, utf8)
             .run();
     }
 
