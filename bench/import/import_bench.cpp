@@ -114,9 +114,11 @@ void importLibrary(benchmark::State& state) {
     std::size_t tracks = 0;
     app->longest = 0;
     for (auto _ : state) {
-        Outside outside;
-        auto library = std::make_unique<LibraryConcerns>(outside);
+        state.PauseTiming();
+        auto outside = std::make_unique<Outside>();
+        auto library = std::make_unique<LibraryConcerns>(*outside);
         bool isDropped = false;
+        state.ResumeTiming();
         inAnEvent([&] {
             library->importer.importDroppedURLs({QUrl::fromLocalFile(musicFolder())});
             isDropped = true;
@@ -127,6 +129,7 @@ void importLibrary(benchmark::State& state) {
         tracks = library->store.size();
         state.PauseTiming();
         library.reset();
+        outside.reset();
         state.ResumeTiming();
     }
     state.SetItemsProcessed(state.iterations() * static_cast<int64_t>(tracks));
