@@ -15,10 +15,9 @@
 #include "presentation/l10n.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QPointer>
 
-#include <algorithm>
+#include <future>
 
 namespace halvane {
 
@@ -115,14 +114,9 @@ struct Importer::Run {
     ResolvedLanguage language;
     std::shared_ptr<std::atomic<bool>> cancelled;
 
-    // The first portion is small, so that something plays at once; later ones take about a fifth of
-    // a second, and few enough rows that the main thread takes them over within a frame.
-    static constexpr std::size_t firstPortion = 32;
-    static constexpr std::size_t largestPortion = 256;
-    static constexpr qint64 portionMilliseconds = 200;
-
     void operator()() const {
-        AudioFile::prepare(); // the main thread is to play the first of them
+        // The main thread is to play the first of them.
+        const auto preparation = std::async(std::launch::async, &AudioFile::prepare);
         const auto all =
             TrackMetadataLoader::audioFileURLs({roots.begin(), roots.end()}, cancelled.get());
         const auto files = notQueued(all);
@@ -130,7 +124,7 @@ struct Importer::Run {
                           all.empty() ? QString() : all.front().standardizedPath()};
         post(owner, [importer = owner, roots = roots, found] { importer->take(roots, found); });
         if (!files.empty())
-            read(files);
+            read(files, preparation);
     }
 
     std::vector<FileUrl> notQueued(const std::vector<FileUrl>& files) const {
@@ -148,43 +142,37 @@ struct Importer::Run {
         return fresh;
     }
 
-    void read(const std::vector<FileUrl>& files) const {
-        const auto index = cache.loadIndex();
-        std::size_t portion = firstPortion;
-        for (std::size_t begin = 0; begin < files.size() && !*cancelled;) {
-            const std::size_t end = std::min(files.size(), begin + portion);
-            QElapsedTimer timer;
-            timer.start();
-            TrackRows rows = rowsFromLoaded(load(files, index, begin, end));
-            if (*cancelled)
-                return; // what was not read any more must not come in bare
-            post(owner, [importer = owner, rows = std::move(rows)] { importer->addRows(rows); });
-            // Taking rows over and opening a file are each worth a frame's time: between them the
-            // windows get their turn.
-            post(owner, [importer = owner] { importer->playFirst(); });
-            portion = std::clamp(timer.elapsed() < portionMilliseconds ? portion * 2 : portion / 2,
-                                 firstPortion, largestPortion);
-            begin = end;
-        }
-        post(owner, [importer = owner] { importer->finish(); });
-    }
-
-    std::vector<LoadedItem> load(const std::vector<FileUrl>& files, const MetadataIndex& index,
-                                 std::size_t begin, std::size_t end) const {
+    void read(const std::vector<FileUrl>& files, const std::future<void>& preparation) const {
         TrackMetadataLoader::Accompaniment with;
         with.journal = journal;
         with.cancelled = cancelled.get();
         with.isEvicted = [files = cloudFiles](const QString& path) {
-            return files->isEvicted(path);
+            return files->blocksWhenOpened(path);
         };
-        with.progress = [this, begin, all = files.size()](std::size_t done) {
-            const double fraction = static_cast<double>(begin + done) / static_cast<double>(all);
+        with.progress = [this, all = files.size()](std::size_t done) {
+            const double fraction = static_cast<double>(done) / static_cast<double>(all);
             post(owner, [importer = owner, fraction] { importer->setProgress(fraction); });
         };
-        const auto at = [&files](std::size_t i) {
-            return files.begin() + static_cast<std::ptrdiff_t>(i);
-        };
-        return cache.loadItems({at(begin), at(end)}, language, index, with);
+        auto index = std::make_shared<const MetadataIndex>(cache.loadIndex());
+        cache.streamItems(files, language, std::move(index), with,
+                          [this, &preparation](std::vector<LoadedItem> next) {
+                              preparation.wait();
+                              handOver(std::move(next));
+                          });
+        if (!*cancelled)
+            post(owner, [importer = owner] { importer->finish(); });
+    }
+
+    /// Few enough rows that the main thread takes them over within a frame.
+    void handOver(std::vector<LoadedItem> loaded) const {
+        if (*cancelled)
+            return; // what was not read any more must not come in bare
+        post(owner, [importer = owner, rows = rowsFromLoaded(std::move(loaded))] {
+            importer->addRows(rows);
+        });
+        // Taking rows over and opening a file are each worth a frame's time: between them the
+        // windows get their turn.
+        post(owner, [importer = owner] { importer->playFirst(); });
     }
 };
 

@@ -18,7 +18,8 @@ BoundedFile::BoundedFile(const QString& path, const ReadingLimits& limits)
     , m_deadline(std::chrono::steady_clock::now() + limits.time) {
     struct stat facts;
     // The kind is looked at first: opening a device can have effects.
-    if (::stat(m_name.constData(), &facts) != 0 || !S_ISREG(facts.st_mode))
+    m_gone = ::stat(m_name.constData(), &facts) != 0;
+    if (m_gone || !S_ISREG(facts.st_mode))
         return;
     m_descriptor = ::open(m_name.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     if (m_descriptor < 0)
@@ -44,15 +45,25 @@ qint64 BoundedFile::clampedLength(qint64 offset, qint64 length) const {
     return std::min({length, m_size - offset, m_limits.blockBytes});
 }
 
-bool BoundedFile::fillWindow(qint64 offset) {
+const BoundedFile::Window* BoundedFile::windowOf(qint64 offset, qint64 length) const {
+    const auto found =
+        std::find_if(m_windows.begin(), m_windows.end(), [offset, length](const Window& window) {
+            return window.holds(offset, length);
+        });
+    return found == m_windows.end() ? nullptr : &*found;
+}
+
+const BoundedFile::Window* BoundedFile::fillWindow(qint64 offset) {
+    Window& window = m_windows[m_oldest];
+    m_oldest = (m_oldest + 1) % m_windows.size();
+    window.start = offset / Window::step * Window::step;
     ssize_t got;
     do
-        got = ::pread(m_descriptor, m_window, windowBytes, offset);
+        got = ::pread(m_descriptor, window.data, Window::bytes, window.start);
     while (got < 0 && errno == EINTR);
-    m_windowStart = offset;
-    m_windowLength = std::max<ssize_t>(got, 0);
-    m_bytesRead += m_windowLength;
-    return got > 0;
+    window.length = std::max<ssize_t>(got, 0);
+    m_bytesRead += window.length;
+    return &window;
 }
 
 qint64 BoundedFile::read(qint64 offset, qint64 length, char* data) {
@@ -64,15 +75,17 @@ qint64 BoundedFile::read(qint64 offset, qint64 length, char* data) {
     if (m_exhausted)
         return 0;
 
-    const bool inWindow =
-        offset >= m_windowStart && offset + length <= m_windowStart + m_windowLength;
-    if (!inWindow && checkTime())
+    const Window* window = windowOf(offset, length);
+    if (!window && checkTime())
         return 0;
-    if (inWindow || length <= windowBytes / 2) {
-        if (!inWindow && !fillWindow(offset))
+    if (!window && length <= Window::bytes - Window::step)
+        window = fillWindow(offset);
+    if (window) {
+        // Less than was asked for where the file was cut short meanwhile.
+        const qint64 available = std::min(length, window->start + window->length - offset);
+        if (available <= 0)
             return 0;
-        const qint64 available = std::min(length, m_windowStart + m_windowLength - offset);
-        std::memcpy(data, m_window + (offset - m_windowStart), static_cast<size_t>(available));
+        std::memcpy(data, window->data + (offset - window->start), static_cast<size_t>(available));
         return available;
     }
     qint64 done = 0;

@@ -4,6 +4,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include <array>
 #include <chrono>
 #include <cstdint>
 #include <vector>
@@ -29,6 +30,8 @@ class BoundedFile {
     BoundedFile& operator=(const BoundedFile&) = delete;
 
     bool isOpen() const { return m_descriptor >= 0; }
+    /// Whether nothing was found at the path.
+    bool isGone() const { return m_gone; }
     qint64 size() const { return m_size; }
     /// Seconds since 2001-01-01 UTC.
     double modificationDate() const { return m_modificationDate; }
@@ -48,23 +51,37 @@ class BoundedFile {
     bool checkTime();
 
   private:
-    bool fillWindow(qint64 offset);
+    /// A part of the file in memory. Parsers read a few bytes at a time, and go to and fro between
+    /// the beginning, the end and what they find there.
+    struct Window {
+        static constexpr qint64 bytes = 8192;
+        static constexpr qint64 step = 4096; ///< windows begin at multiples of it
 
-    static constexpr qint64 windowBytes = 8192;
+        qint64 start = 0;
+        qint64 length = 0;
+        char data[bytes];
+
+        bool holds(qint64 offset, qint64 count) const {
+            return offset >= start && offset + count <= start + length;
+        }
+    };
+
+    const Window* windowOf(qint64 offset, qint64 length) const;
+    const Window* fillWindow(qint64 offset);
 
     QByteArray m_name;
     ReadingLimits m_limits;
     int m_descriptor = -1;
     qint64 m_size = 0;
     double m_modificationDate = 0;
-    qint64 m_windowStart = 0;
-    qint64 m_windowLength = 0;
     qint64 m_bytesRead = 0;
     int m_reads = 0;
+    bool m_gone = false;
     bool m_exhausted = false;
     bool m_late = false;
     std::chrono::steady_clock::time_point m_deadline;
-    char m_window[windowBytes];
+    std::array<Window, 4> m_windows;
+    std::size_t m_oldest = 0; ///< the window that is filled next
 };
 
 } // namespace halvane

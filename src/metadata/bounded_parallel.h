@@ -6,6 +6,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <functional>
+#include <iterator>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -26,6 +27,7 @@ inline std::size_t lookingThreads() {
 template<typename Result>
 class BoundedParallel {
   public:
+    using Results = std::vector<std::optional<Result>>;
     struct Options {
         std::size_t threads = 8;
         std::chrono::milliseconds patience{20'000}; ///< with one input
@@ -36,26 +38,53 @@ class BoundedParallel {
     /// Must own all that it uses: a stuck call outlives run().
     using Compute = std::function<Result(std::size_t index)>;
 
+    /// How many results are handed over together: few at first, so that the first come soon.
+    struct Portions {
+        std::size_t first;
+        std::size_t largest;
+    };
+    using Take = std::function<void(Results next)>;
+
     /// Blocks until every input has its result, was given up, or the work was cancelled.
-    static std::vector<std::optional<Result>> run(std::size_t count, const Compute& compute,
-                                                  const Options& options) {
+    static Results run(std::size_t count, const Compute& compute, const Options& options) {
+        Results all;
+        all.reserve(count);
+        stream(count, compute, options, {count, count}, [&all](Results next) {
+            std::move(next.begin(), next.end(), std::back_inserter(all));
+        });
+        return all;
+    }
+
+    /// The same, with the results handed over on the calling thread, in the order of the inputs,
+    /// while later ones are computed: portion by portion, or what there is each time `reports` goes
+    /// by.
+    static void stream(std::size_t count, const Compute& compute, const Options& options,
+                       Portions portions, const Take& take) {
         auto work = std::make_shared<Work>(count, compute);
         std::unique_lock lock(work->mutex);
         const std::size_t threads = std::min(count, options.threads);
         for (std::size_t i = 0; i < threads; ++i)
             work->startThread();
-        while (work->done < count && work->running > 0) {
-            work->changed.wait_for(lock, options.reports);
+        std::size_t portion = portions.first;
+        for (std::size_t taken = 0; taken < count;) {
+            work->awaited = std::min(count, taken + portion);
+            work->changed.wait_for(lock, options.reports, [&work] { return work->isAnswerable(); });
             work->cancelled = options.isCancelled && options.isCancelled();
             work->giveUpStuck(options.patience);
-            if (options.progress) {
-                const std::size_t done = work->done;
-                lock.unlock();
+            // Once nothing is computed any more, what is lacking stays empty.
+            const std::size_t end = work->running > 0 ? work->ready : count;
+            Results next = work->results(taken, std::min(end, taken + portions.largest));
+            taken += next.size();
+            const std::size_t done = work->done;
+            lock.unlock();
+            if (options.progress)
                 options.progress(done);
-                lock.lock();
+            if (!next.empty()) {
+                portion = std::min(2 * portion, portions.largest);
+                take(std::move(next));
             }
+            lock.lock();
         }
-        return std::move(work->results);
     }
 
   private:
@@ -69,10 +98,15 @@ class BoundedParallel {
     };
     static constexpr std::size_t none = static_cast<std::size_t>(-1);
 
+    struct Output {
+        std::optional<Result> result;
+        bool isDone = false; ///< computed or given up
+    };
+
     /// Shared by the caller and all threads, the stuck ones too. Guarded by `mutex`.
     struct Work : std::enable_shared_from_this<Work> {
         Work(std::size_t count, Compute function)
-            : results(count)
+            : outputs(count)
             , compute(std::move(function)) {}
 
         void startThread() {
@@ -84,7 +118,7 @@ class BoundedParallel {
 
         void loop(Slot& slot) {
             std::unique_lock lock(mutex);
-            while (!slot.isGivenUp && !cancelled && next < results.size()) {
+            while (!slot.isGivenUp && !cancelled && next < outputs.size()) {
                 slot.current = next++;
                 slot.since = std::chrono::steady_clock::now();
                 lock.unlock();
@@ -92,13 +126,26 @@ class BoundedParallel {
                 lock.lock();
                 if (slot.isGivenUp)
                     return; // the caller has counted this input and may be gone
-                results[slot.current] = std::move(result);
-                slot.current = none;
-                ++done;
+                outputs[slot.current].result = std::move(result);
+                finish(slot);
             }
             --running;
-            changed.notify_one();
+            if (isAnswerable())
+                changed.notify_one();
         }
+
+        void finish(Slot& slot) {
+            outputs[slot.current].isDone = true;
+            slot.current = none;
+            ++done;
+            while (ready < outputs.size() && outputs[ready].isDone)
+                ++ready;
+            if (ready >= awaited)
+                changed.notify_one();
+        }
+
+        /// Whether the caller need not wait any longer.
+        bool isAnswerable() const { return ready >= awaited || running == 0; }
 
         void giveUpStuck(std::chrono::milliseconds patience) {
             const Time now = std::chrono::steady_clock::now();
@@ -107,19 +154,29 @@ class BoundedParallel {
                 if (slot.isGivenUp || slot.current == none || now - slot.since < patience)
                     continue;
                 slot.isGivenUp = true;
-                ++done;
+                finish(slot);
                 --running;
                 startThread();
             }
         }
 
+        Results results(std::size_t begin, std::size_t end) {
+            Results moved;
+            moved.reserve(end - begin);
+            for (std::size_t i = begin; i < end; ++i)
+                moved.push_back(std::move(outputs[i].result));
+            return moved;
+        }
+
         std::mutex mutex;
         std::condition_variable changed;
-        std::vector<std::optional<Result>> results;
+        std::vector<Output> outputs;
         std::vector<std::shared_ptr<Slot>> slots;
         Compute compute;
         std::size_t next = 0;
         std::size_t done = 0;
+        std::size_t ready = 0;   ///< so many from the start are done
+        std::size_t awaited = 0; ///< when so many are ready, the caller wants to know
         std::size_t running = 0;
         bool cancelled = false;
     };

@@ -135,4 +135,24 @@ MetadataCache::loadItems(const std::vector<FileUrl>& urls, ResolvedLanguage lang
     return items;
 }
 
+void MetadataCache::streamItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
+                                std::shared_ptr<const MetadataIndex> index,
+                                TrackMetadataLoader::Accompaniment with,
+                                const TrackMetadataLoader::TakeItems& take) const {
+    with.known = [index = std::move(index),
+                  directory = m_directory](const FileUrl& url) -> std::optional<LoadedItem> {
+        const CachedTrackMetadata* record = index->find(url.standardizedPath());
+        if (!record)
+            return std::nullopt; // whether there is such a file its reader finds out
+        const FileFacts facts = fileFacts(url.path());
+        if (facts.exists && record->modificationDate != facts.modificationDate)
+            return std::nullopt;
+        return LoadedItem{record->item(directory, url), facts.exists ? facts.size : -1, true};
+    };
+    TrackMetadataLoader::streamItems(urls, language, with, [&take](std::vector<LoadedItem> next) {
+        std::erase_if(next, [](const LoadedItem& item) { return item.isGone; });
+        take(std::move(next));
+    });
+}
+
 } // namespace halvane

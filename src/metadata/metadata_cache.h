@@ -5,6 +5,7 @@
 #include "metadata/track_metadata_loader.h"
 
 #include <functional>
+#include <memory>
 
 namespace halvane {
 
@@ -44,6 +45,11 @@ class MetadataCache {
     std::vector<LoadedItem> loadItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
                                       const MetadataIndex& index,
                                       const TrackMetadataLoader::Accompaniment& with = {}) const;
+    /// The same, handed over in portions while later files are looked at.
+    void streamItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
+                     std::shared_ptr<const MetadataIndex> index,
+                     TrackMetadataLoader::Accompaniment with,
+                     const TrackMetadataLoader::TakeItems& take) const;
 
   private:
     QString m_directory;

@@ -40,11 +40,13 @@ QString qualityLabel(const QString& format, const QString& sampleRate, const QSt
 
 QString formatDuration(double seconds) {
     const auto total = static_cast<qint64>(seconds);
-    const auto twoDigits = [](qint64 value) { return u"%1"_s.arg(value, 2, 10, QLatin1Char('0')); };
+    const auto twoDigits = [](qint64 value) {
+        return (value < 10 ? u":0"_s : u":"_s) + QString::number(value);
+    };
     const QString rest = twoDigits(total % 60);
     if (total < 3600)
-        return QString::number(total / 60) + u":"_s + rest;
-    return QString::number(total / 3600) + u":"_s + twoDigits(total / 60 % 60) + u":"_s + rest;
+        return QString::number(total / 60) + rest;
+    return QString::number(total / 3600) + twoDigits(total / 60 % 60) + rest;
 }
 
 QString byteCountText(qint64 bytes) {

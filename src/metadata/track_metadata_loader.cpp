@@ -13,7 +13,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numeric>
+#include <iterator>
 
 namespace halvane::TrackMetadataLoader {
 
@@ -99,15 +99,19 @@ class Reader {
         : m_urls(std::move(urls))
         , m_language(language)
         , m_journal(with.journal)
+        , m_known(with.known)
         , m_isEvicted(with.isEvicted) {}
 
     LoadedItem read(std::size_t index, bool isAlone) {
         const FileUrl& url = m_urls[index];
+        if (m_known)
+            if (auto known = m_known(url))
+                return std::move(*known);
         AudioFileReading reading;
         if (!(m_isEvicted && m_isEvicted(url.path())) && !isCondemned(url.path()))
             reading = readNoted(url.path(), isAlone);
         return {itemFrom(url, reading, m_covers.cover(folderOf(url.path())), m_language),
-                reading.fileSize};
+                reading.fileSize, false, reading.isGone};
     }
     bool isSuspect(std::size_t index) const {
         return m_journal &&
@@ -146,54 +150,66 @@ class Reader {
     std::vector<FileUrl> m_urls;
     ResolvedLanguage m_language;
     std::shared_ptr<ReadingJournal> m_journal; // a stuck reader may outlive its owner
+    std::function<std::optional<LoadedItem>(const FileUrl& url)> m_known;
     std::function<bool(const QString& path)> m_isEvicted;
     FolderCovers m_covers;
 };
 
 } // namespace
 
-std::vector<LoadedItem> loadItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
-                                  const Accompaniment& with) {
-    // Shared with the readers, of which a stuck one may outlive this call.
+void streamItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
+                 const Accompaniment& with, const TakeItems& take) {
+    using Parallel = BoundedParallel<LoadedItem>;
+    constexpr Parallel::Portions portions{32, 256};
+    // Shared with the threads, of which a stuck one may outlive this call.
     auto reader = std::make_shared<Reader>(urls, language, with);
-    // Files of which one has harmed the program before come last, each alone.
-    auto order = std::make_shared<std::vector<std::size_t>>(urls.size());
-    std::iota(order->begin(), order->end(), 0);
-    const auto suspects =
-        std::stable_partition(order->begin(), order->end(),
-                              [&reader](std::size_t index) { return !reader->isSuspect(index); });
-    const auto together = static_cast<std::size_t>(suspects - order->begin());
     const auto isCancelled = [&with] { return with.cancelled && *with.cancelled; };
+    StringPool pool;
 
-    std::vector<std::optional<LoadedItem>> found(urls.size());
     const auto readRange = [&](std::size_t begin, std::size_t end, std::size_t threads) {
-        BoundedParallel<LoadedItem>::Options options;
+        Parallel::Options options;
         options.threads = threads;
         options.isCancelled = isCancelled;
         if (with.progress)
             options.progress = [&with, begin](std::size_t done) { with.progress(begin + done); };
-        auto results = BoundedParallel<LoadedItem>::run(
+        std::size_t next = begin;
+        Parallel::stream(
             end - begin,
-            [reader, order, begin, isAlone = threads == 1](std::size_t i) {
-                return reader->read((*order)[begin + i], isAlone);
+            [reader, begin, isAlone = threads == 1](std::size_t i) {
+                return reader->read(begin + i, isAlone);
             },
-            options);
-        for (std::size_t i = 0; i < results.size(); ++i)
-            found[(*order)[begin + i]] = std::move(results[i]);
+            options, portions,
+            [&](Parallel::Results results) {
+                std::vector<LoadedItem> items;
+                items.reserve(results.size());
+                for (auto& result : results) {
+                    if (!result)
+                        result = isCancelled() ? reader->bare(next) : reader->giveUp(next);
+                    ++next;
+                    items.push_back(std::move(*result));
+                    shareTexts(items.back().item, pool);
+                }
+                take(std::move(items));
+            });
     };
-    readRange(0, together, concurrentFiles);
-    if (together < urls.size())
-        readRange(together, urls.size(), 1);
-
-    std::vector<LoadedItem> items;
-    items.reserve(found.size());
-    StringPool pool;
-    for (std::size_t i = 0; i < found.size(); ++i) {
-        if (!found[i])
-            found[i] = isCancelled() ? reader->bare(i) : reader->giveUp(i);
-        items.push_back(std::move(*found[i]));
-        shareTexts(items.back().item, pool);
+    for (std::size_t begin = 0; begin < urls.size();) {
+        // A file that may have harmed the program before is read alone.
+        const bool isAlone = reader->isSuspect(begin);
+        std::size_t end = begin + 1;
+        while (!isAlone && end < urls.size() && !reader->isSuspect(end))
+            ++end;
+        readRange(begin, end, isAlone ? 1 : concurrentFiles);
+        begin = end;
     }
+}
+
+std::vector<LoadedItem> loadItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
+                                  const Accompaniment& with) {
+    std::vector<LoadedItem> items;
+    items.reserve(urls.size());
+    streamItems(urls, language, with, [&items](std::vector<LoadedItem> next) {
+        std::move(next.begin(), next.end(), std::back_inserter(items));
+    });
     return items;
 }
 

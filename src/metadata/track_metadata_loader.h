@@ -29,6 +29,7 @@ struct LoadedItem {
     QueueItem item;
     qint64 fileSize = -1;     ///< bytes; -1 when it can't be read
     bool isFromCache = false; ///< the file was not opened
+    bool isGone = false;      ///< there is no file, so that the item is what its name says
 };
 
 namespace TrackMetadataLoader {
@@ -47,9 +48,12 @@ std::vector<FileUrl> audioFileURLs(const std::vector<QString>& roots,
 struct Accompaniment {
     std::shared_ptr<ReadingJournal> journal;      ///< remembers files that crash or hang readers
     const std::atomic<bool>* cancelled = nullptr; ///< when set, the files not yet read stay bare
-    /// Whether a file lives in the cloud: opening it would block until it is downloaded, so it
-    /// yields what its name says. Called on many threads.
+    /// Whether opening a file would block until it is downloaded: then it yields what its name
+    /// says. Called on many threads.
     std::function<bool(const QString& path)> isEvicted;
+    /// What is known of a file, which then need not be opened. Called on many threads, and must own
+    /// what it uses.
+    std::function<std::optional<LoadedItem>(const FileUrl& url)> known;
     /// Called now and then with the number of files done, on the calling thread.
     std::function<void(std::size_t done)> progress;
 };
@@ -64,6 +68,13 @@ std::vector<QueueItem> queueItems(const std::vector<FileUrl>& urls, ResolvedLang
 /// The same with the sizes of the files, which are learnt on the way.
 std::vector<LoadedItem> loadItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
                                   const Accompaniment& with = {});
+
+/// Takes over items; called on the calling thread.
+using TakeItems = std::function<void(std::vector<LoadedItem> next)>;
+/// The same, handed over while later files are read: portion by portion in the order of the input,
+/// a small one first, or what there is every tenth of a second.
+void streamItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
+                 const Accompaniment& with, const TakeItems& take);
 
 /// One file. Never fails: what can't be read falls back to a default.
 QueueItem queueItem(const FileUrl& url, ResolvedLanguage language);

@@ -34,7 +34,7 @@ FileUrl::FileUrl(const QString& path)
 }
 
 QString FileUrl::fileName() const {
-    return m_path.section(QLatin1Char('/'), -1);
+    return m_path.mid(m_path.lastIndexOf(QLatin1Char('/')) + 1);
 }
 
 } // namespace halvane

@@ -120,15 +120,20 @@ TEST_F(MetadataCacheTest, KnowsHitsMissesAndWhatIsGone) {
     ::utimensat(AT_FDCWD, touched.toUtf8().constData(), times, 0);
 
     const QString title = item(known).title;
-    const auto items =
-        cache.queueItems({FileUrl(folder.path() + u"/./known.mp3"_s), FileUrl(touched),
-                          FileUrl(u"/nonexistent.mp3"_s), FileUrl(gone), *retagged.sourceURL},
-                         english);
-    ASSERT_EQ(items.size(), 4U);
-    EXPECT_EQ(items[0].title, title);
-    EXPECT_EQ(items[1].title, u"touched"_s);
-    EXPECT_EQ(items[2].title, title);
-    EXPECT_EQ(items[3].title, u"retagged"_s);
+    const std::vector<FileUrl> urls{FileUrl(folder.path() + u"/./known.mp3"_s), FileUrl(touched),
+                                    FileUrl(u"/nonexistent.mp3"_s), FileUrl(gone),
+                                    *retagged.sourceURL};
+    const QStringList expected{title, u"touched"_s, title, u"retagged"_s};
+    QStringList together, streamed;
+    for (const QueueItem& found : cache.queueItems(urls, english))
+        together += found.title;
+    EXPECT_EQ(together, expected);
+    cache.streamItems(urls, english, std::make_shared<MetadataIndex>(cache.loadIndex()), {},
+                      [&](const std::vector<LoadedItem>& next) {
+                          for (const LoadedItem& found : next)
+                              streamed += found.item.title;
+                      });
+    EXPECT_EQ(streamed, expected);
 }
 
 TEST_F(MetadataCacheTest, AKnownFileAndItsPictureAreNotOpened) {
