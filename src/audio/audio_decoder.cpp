@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "audio/audio_decoder.h"
 
+#include "audio/container_signature.h"
 #include "audio/frame_index.h"
 
 #include <QFile>
@@ -98,6 +99,19 @@ bool isEncrypted(const AVStream& stream, const AVPacket& packet) {
            av_packet_get_side_data(&packet, AV_PKT_DATA_ENCRYPTION_INFO, nullptr);
 }
 
+/// A container of this format, of any if it is null. `context` stays null on failure.
+int openAs(const AVInputFormat* format, const QByteArray& name, AVFormatContext*& context) {
+    AVDictionary* options = nullptr;
+    av_dict_set(&options, "format_whitelist", containers, 0);
+    av_dict_set(&options, "protocol_whitelist", "file", 0);
+    // Edit lists are read apart: here they would drop packets that hold the last few frames.
+    av_dict_set(&options, "ignore_editlist", "1", 0);
+    const int opened =
+        avformat_open_input(&context, ("file:" + name).constData(), format, &options);
+    av_dict_free(&options);
+    return opened;
+}
+
 } // namespace
 
 std::optional<QString> AudioDecoder::open(const QString& path) {
@@ -130,15 +144,12 @@ std::optional<QString> AudioDecoder::openContainer(const QString& path) {
     if (auto error = checkFile(name))
         return error;
 
-    AVDictionary* options = nullptr;
-    av_dict_set(&options, "format_whitelist", containers, 0);
-    av_dict_set(&options, "protocol_whitelist", "file", 0);
-    // Edit lists are read apart: here they would drop packets that hold the last few frames.
-    av_dict_set(&options, "ignore_editlist", "1", 0);
     AVFormatContext* context = nullptr;
-    const int opened =
-        avformat_open_input(&context, ("file:" + name).constData(), nullptr, &options);
-    av_dict_free(&options);
+    int opened = AVERROR_INVALIDDATA;
+    if (const char* container = containerBySignature(name))
+        opened = openAs(av_find_input_format(container), name, context);
+    if (opened < 0)
+        opened = openAs(nullptr, name, context);
     if (isAboutContent(opened))
         return u"It is damaged, or not in a format that can be played"_s;
     if (opened < 0)
