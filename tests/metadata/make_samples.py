@@ -49,6 +49,8 @@ ff("-i", "tone.wav", "-movflags", "frag_keyframe+empty_moov", "fragmented.m4a")
 copy("bare_alac.m4a", "really_mp4.alac")
 copy("bare.flac", "really_flac.mp3")
 copy("bare_aac.m4a", "really_mp4.aac")
+copy("bare_aac.m4a", "book.m4b")
+copy("bare.aiff", "short.aif")
 copy("bare.mp3", "noext")
 # ADIF: no copyright, original, home 0, constant rate of 16,000 bits a second, one program, buffer
 # fullness 0, instance 0, profile LC, 44.1 kHz.
