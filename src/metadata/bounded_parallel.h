@@ -119,14 +119,15 @@ class BoundedParallel {
         void loop(Slot& slot) {
             std::unique_lock lock(mutex);
             while (!slot.isGivenUp && !cancelled && next < outputs.size()) {
-                slot.current = next++;
+                const std::size_t index = next++;
+                slot.current = index;
                 slot.since = std::chrono::steady_clock::now();
                 lock.unlock();
-                std::optional<Result> result(compute(slot.current));
+                std::optional<Result> result(compute(index));
                 lock.lock();
                 if (slot.isGivenUp)
                     return; // the caller has counted this input and may be gone
-                outputs[slot.current].result = std::move(result);
+                outputs[index].result = std::move(result);
                 finish(slot);
             }
             --running;
