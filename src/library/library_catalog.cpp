@@ -45,6 +45,15 @@ void LibraryCatalog::rebuildImportedAlbums() {
     });
 }
 
+void LibraryCatalog::whenCurrent(QObject* context, std::function<void()> then) {
+    assertOwnThread(*this);
+    if (isCurrent())
+        then();
+    else
+        connect(this, &LibraryCatalog::catalogChanged, context, std::move(then),
+                Qt::SingleShotConnection);
+}
+
 void LibraryCatalog::publish(std::shared_ptr<const Catalog> catalog) {
     m_catalog = std::move(catalog);
     Q_EMIT catalogChanged();

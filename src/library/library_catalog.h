@@ -27,6 +27,10 @@ class LibraryCatalog : public QObject {
     /// Whether the published catalog is of the store's rows as they are now.
     bool isCurrent() const { return m_catalog->rows.get() == &m_store.rows(); }
 
+    /// Calls `then` once the published catalog is of the store's rows, at once if it is; not after
+    /// `context` has gone.
+    void whenCurrent(QObject* context, std::function<void()> then);
+
     /// Derives everything anew from the tracks and the language as they are now.
     void rebuildImportedAlbums();
 

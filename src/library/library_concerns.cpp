@@ -191,6 +191,7 @@ ImportCollaborators LibraryConcerns::importCollaborators() {
 RestorationCollaborators LibraryConcerns::restorationCollaborators() {
     return {
         .library = store,
+        .catalog = catalog,
         .queue = queue,
         .importedPaths = importedPaths,
         .persistence = persistence,
@@ -199,15 +200,10 @@ RestorationCollaborators LibraryConcerns::restorationCollaborators() {
         .journal = journal,
         .firstPicture = outside.firstPicture,
         .language = [this] { return resolvedLanguage(); },
-        .rebuildImportedAlbums = [this] { catalog.rebuildImportedAlbums(); },
         .restored =
             [this] {
-                // The albums are what is waited for: the rest would only hold them up.
-                if (catalog.isCurrent())
-                    libraryGrew();
-                else
-                    connect(&catalog, &LibraryCatalog::catalogChanged, this,
-                            &LibraryConcerns::libraryGrew, Qt::SingleShotConnection);
+                size.measure();
+                catalog.whenCurrent(this, [this] { libraryGrew(); });
             },
     };
 }
@@ -289,6 +285,10 @@ void LibraryConcerns::connectRows() {
     connect(&queue, &PlayQueue::currentChanged, this,
             [this] { browsing.currentChanged(queue.currentPath()); });
     connect(&catalog, &LibraryCatalog::catalogChanged, &sidebar, &SidebarModel::refresh);
+    connect(&catalog, &LibraryCatalog::catalogChanged, this, [this] {
+        if (!restoration.isRunning()) // which learns the sizes on its way
+            size.measure();
+    });
     connect(&availability, &Availability::statesChanged, this,
             &LibraryConcerns::availabilityChanged);
 }

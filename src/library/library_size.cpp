@@ -24,9 +24,14 @@ qint64 totalSizeOf(const std::shared_ptr<const TrackRows>& rows,
     const auto sizeOfPortion = [rows](std::size_t index) {
         qint64 size = 0;
         const std::size_t end = std::min(rows->size(), (index + 1) * portion);
-        for (std::size_t row = index * portion; row < end; ++row) {
-            if (const auto& url = (*rows)[row]->sourceURL)
-                size += fileFacts(url->path()).size;
+        for (std::size_t i = index * portion; i < end; ++i) {
+            const Track& track = *(*rows)[i];
+            if (!track.fileSize.isKnown() && track.sourceURL) {
+                const FileFacts facts = fileFacts(track.sourceURL->path());
+                if (facts.exists)
+                    track.fileSize.learn(facts.size);
+            }
+            size += std::max(track.fileSize.bytes(), qint64(0));
         }
         return size;
     };
@@ -43,7 +48,6 @@ LibrarySize::LibrarySize(const LibraryCatalog& catalog, QObject* parent)
     : QObject(parent)
     , m_catalog(catalog) {
     m_worker.setMaxThreadCount(1);
-    connect(&catalog, &LibraryCatalog::catalogChanged, this, &LibrarySize::measure);
 }
 
 LibrarySize::~LibrarySize() {

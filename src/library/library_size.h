@@ -11,8 +11,9 @@ namespace halvane {
 
 class LibraryCatalog;
 
-/// How many bytes the library's files have together, counted by a worker whenever a new catalog is
-/// published. A disk that does not answer holds up nothing and counts as nothing. Main thread.
+/// How many bytes the library's files have together, counted by a worker, which looks at those
+/// files whose size is not known yet. A disk that does not answer holds up nothing and counts as
+/// nothing. Main thread.
 class LibrarySize : public QObject {
     Q_OBJECT
 
@@ -21,6 +22,8 @@ class LibrarySize : public QObject {
     explicit LibrarySize(const LibraryCatalog& catalog, QObject* parent = nullptr);
     ~LibrarySize() override;
 
+    /// Counts what the published catalog holds.
+    void measure();
     /// As of the last count.
     qint64 totalBytes() const { return m_totalBytes; }
 
@@ -28,7 +31,6 @@ class LibrarySize : public QObject {
     void totalBytesChanged();
 
   private:
-    void measure();
     void cancel();
 
     const LibraryCatalog& m_catalog;

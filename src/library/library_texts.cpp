@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "library/library_texts.h"
 
-#include "metadata/track_metadata_loader.h"
+#include "model/file_size.h"
 
 using namespace Qt::StringLiterals;
 
@@ -9,7 +9,7 @@ namespace halvane {
 
 QString librarySummary(std::size_t tracks, std::size_t albums, qint64 bytes,
                        ResolvedLanguage language) {
-    const QString size = TrackMetadataLoader::byteCountText(bytes);
+    const QString size = byteCountText(bytes);
     if (language == ResolvedLanguage::simplifiedChinese)
         return u"已索引 %1 首歌曲 - %2 张专辑 - %3"_s.arg(tracks).arg(albums).arg(size);
     return u"%1 tracks - %2 albums - %3 indexed"_s.arg(tracks).arg(albums).arg(size);

@@ -5,7 +5,7 @@
 #include "library/cache_persistence.h"
 #include "library/play_queue.h"
 #include "library/thread_check.h"
-#include "library/track_conversion.h"
+#include "library/track_rows.h"
 #include "platform/cloud_files.h"
 
 #include <QFileInfo>
@@ -64,14 +64,7 @@ void MetadataHealing::applyHealedMetadata(const std::vector<LoadedItem>& items) 
         // A second failure says no more than the first.
         if (!known || !loaded.item.durationSeconds)
             continue;
-        TrackExtras extras;
-        extras.size = TrackMetadataLoader::byteCountText(loaded.fileSize);
-        extras.rating = known->rating;
-        extras.plays = known->plays;
-        extras.loved = known->loved;
-        Track track = trackFromQueueItem(loaded.item, extras);
-        track.id = known->id;
-        healed.push_back(makeRow(std::move(track)));
+        healed.push_back(rowReadAgain(*known, loaded));
     }
     if (healed.empty())
         return;

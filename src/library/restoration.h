@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "library/library_store.h"
 #include "library/play_queue.h"
+#include "library/remembered_library.h"
 #include "metadata/metadata_cache.h"
 
 #include <QObject>
@@ -16,12 +16,14 @@ namespace halvane {
 class CachePersistence;
 class CloudFiles;
 class ImportedPaths;
+class LibraryCatalog;
 class ReadingJournal;
 
 /// Whom the restoration works with. All of it outlives it; the functions are called on the main
 /// thread.
 struct RestorationCollaborators {
     LibraryStore& library;
+    LibraryCatalog& catalog;
     PlayQueue& queue;
     ImportedPaths& importedPaths;
     CachePersistence& persistence;
@@ -30,14 +32,15 @@ struct RestorationCollaborators {
     std::shared_ptr<ReadingJournal> journal;
     std::shared_future<void> firstPicture; ///< as in the environment
     std::function<ResolvedLanguage()> language;
-    std::function<void()> rebuildImportedAlbums;
     /// Everything is there: look at availability, duplicates and loudness.
     std::function<void()> restored;
 };
 
-/// Brings the library back at the start. Decoding the index, looking at every file's date and
-/// making the rows is a worker's work; the main thread takes over the whole library in one step
-/// whose cost does not grow with it. Nothing is played and no status is shown. Main thread.
+/// Brings the library back at the start, in two steps. First what the index knows is shown, without
+/// a look at any file: a worker decodes it, and the main thread takes over the whole library at a
+/// cost that does not grow with it. When its albums are there, the dates of all files are looked
+/// at; those that were changed or have no record are read, and take their places in portions.
+/// Nothing is played and no status is shown. Main thread.
 class Restoration : public QObject {
     Q_OBJECT
 
@@ -46,31 +49,42 @@ class Restoration : public QObject {
     ~Restoration() override;
 
     void restoreImportedAudio();
+    /// From then until finished().
+    bool isRunning() const { return m_isRunning; }
 
   Q_SIGNALS:
+    /// The library is as its files are.
     void finished();
 
   private:
     using StoredPaths = std::function<std::optional<QStringList>()>;
-    /// What the worker needs.
-    struct Loading {
-        MetadataCache cache;
+    struct Remembered {
+        RememberedLibrary library;
+        std::vector<PlayQueue::Entry> entries;
+        std::size_t records = 0; ///< in the index
+    };
+    /// What the worker needs to read files.
+    struct Reading {
         std::shared_ptr<ReadingJournal> journal;
         const CloudFiles* cloudFiles;
         ResolvedLanguage language;
         std::shared_ptr<std::atomic<bool>> cancelled;
     };
-    struct Restored {
-        IndexedRows rows;
-        std::vector<PlayQueue::Entry> entries;
-        bool isCacheCurrent =
-            false; ///< the index holds just this, so saving it would change nothing
+    /// What was read, last first.
+    struct Fresh {
+        TrackRows changed; ///< to take the places of what the index knew of these files
+        TrackRows added;
     };
-    void load(const StoredPaths& stored);
-    static Restored restored(QStringList paths, const Loading& with);
-    void publish(Restored restored);
+
+    void remember(const StoredPaths& stored);
+    void publish(Remembered remembered);
+    void check(std::vector<FileUrl> unknown, bool isCacheCurrent);
+    static Fresh fresh(const TrackRows& known, std::vector<FileUrl> unknown, const Reading& with);
+    void takeOver(Fresh fresh, bool isCacheCurrent);
+    void finish(bool isCacheCurrent);
 
     RestorationCollaborators m_with;
+    bool m_isRunning = false;
     std::shared_ptr<std::atomic<bool>> m_cancelled;
     QThreadPool m_worker;
 };

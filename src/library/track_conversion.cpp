@@ -35,7 +35,7 @@ Track trackFromQueueItem(QueueItem item, const TrackExtras& extras) {
     track.format = std::move(item.quality);
     track.sampleRate = std::move(item.sampleRate);
     track.bitDepth = std::move(item.bitDepth);
-    track.size = extras.size;
+    track.fileSize = FileSize(extras.fileSize);
     track.rating = extras.rating;
     track.plays = extras.plays;
     track.loved = extras.loved;

@@ -9,12 +9,19 @@ TrackRows rowsFromLoaded(std::vector<LoadedItem> loaded) {
     TrackRows rows;
     rows.reserve(loaded.size());
     for (LoadedItem& file : loaded) {
-        TrackExtras extras;
-        if (file.fileSize >= 0)
-            extras.size = TrackMetadataLoader::byteCountText(file.fileSize);
+        const TrackExtras extras{.fileSize = file.fileSize};
         rows.push_back(makeRow(trackFromQueueItem(std::move(file.item), extras)));
     }
     return rows;
+}
+
+TrackPtr rowReadAgain(const Track& known, LoadedItem read) {
+    Track track = trackFromQueueItem(std::move(read.item), {.fileSize = read.fileSize,
+                                                            .rating = known.rating,
+                                                            .plays = known.plays,
+                                                            .loved = known.loved});
+    track.id = known.id;
+    return makeRow(std::move(track));
 }
 
 QStringList pathsOf(const TrackRows& rows) {

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QString>
+#include "model/file_url.h"
 
 #include <ctime>
+#include <functional>
+#include <vector>
 
 namespace halvane {
 
@@ -26,5 +28,10 @@ struct FileFacts {
 
 /// Never opens the file. Any thread; may block on the disk.
 FileFacts fileFacts(const QString& path);
+
+/// The same of many files, on several threads. A disk that does not answer leaves its files without
+/// facts, as if they were gone; so does an end before time.
+std::vector<FileFacts> fileFacts(const std::vector<FileUrl>& files,
+                                 const std::function<bool()>& isCancelled);
 
 } // namespace halvane

@@ -3,13 +3,10 @@
 
 #include "metadata/artwork_keeper.h"
 #include "metadata/atomic_file.h"
-#include "metadata/bounded_parallel.h"
 #include "metadata/file_dates.h"
 
 #include <QDir>
 #include <QSet>
-
-#include <algorithm>
 
 namespace halvane {
 
@@ -19,33 +16,6 @@ namespace {
 
 QString indexFile(const QString& directory) {
     return directory + u"/library-cache.json"_s;
-}
-
-/// Looks at the dates of many files at once. A disk that does not answer leaves its files without
-/// facts, as if they were gone: their records stand.
-std::vector<FileFacts> factsOf(const std::vector<FileUrl>& urls,
-                               const TrackMetadataLoader::Accompaniment& with) {
-    constexpr std::size_t portion = 512;
-    auto inputs = std::make_shared<const std::vector<FileUrl>>(urls);
-    BoundedParallel<std::vector<FileFacts>>::Options options;
-    options.threads = lookingThreads();
-    options.isCancelled = [&with] { return with.cancelled && *with.cancelled; };
-    const auto portions = BoundedParallel<std::vector<FileFacts>>::run(
-        (urls.size() + portion - 1) / portion,
-        [inputs](std::size_t index) {
-            std::vector<FileFacts> facts;
-            const std::size_t end = std::min(inputs->size(), (index + 1) * portion);
-            for (std::size_t i = index * portion; i < end; ++i)
-                facts.push_back(fileFacts((*inputs)[i].path()));
-            return facts;
-        },
-        options);
-    std::vector<FileFacts> facts(urls.size());
-    for (std::size_t p = 0; p < portions.size(); ++p)
-        if (portions[p])
-            std::copy(portions[p]->begin(), portions[p]->end(),
-                      facts.begin() + static_cast<std::ptrdiff_t>(p * portion));
-    return facts;
 }
 
 } // namespace
@@ -112,7 +82,8 @@ std::vector<LoadedItem>
 MetadataCache::loadItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
                          const MetadataIndex& index,
                          const TrackMetadataLoader::Accompaniment& with) const {
-    const std::vector<FileFacts> facts = factsOf(urls, with);
+    const std::vector<FileFacts> facts =
+        fileFacts(urls, [&with] { return with.cancelled && *with.cancelled; });
 
     std::vector<LoadedItem> items(urls.size());
     std::vector<FileUrl> misses;

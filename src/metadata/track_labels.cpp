@@ -3,10 +3,10 @@
 #include "metadata/file_dates.h"
 #include "metadata/tag_fields.h"
 #include "metadata/track_metadata_loader.h"
+#include "model/file_size.h"
 
 #include <QUrl>
 
-#include <array>
 #include <cmath>
 
 namespace halvane::TrackMetadataLoader {
@@ -47,22 +47,6 @@ QString formatDuration(double seconds) {
     if (total < 3600)
         return QString::number(total / 60) + rest;
     return QString::number(total / 3600) + twoDigits(total / 60 % 60) + rest;
-}
-
-QString byteCountText(qint64 bytes) {
-    if (bytes < 1000)
-        return bytes == 0 ? u"Zero KB"_s
-                          : QString::number(bytes) + (bytes == 1 ? u" byte"_s : u" bytes"_s);
-    static const std::array units{u" KB"_s, u" MB"_s, u" GB"_s, u" TB"_s, u" PB"_s, u" EB"_s};
-    double value = static_cast<double>(bytes) / 1000;
-    for (std::size_t unit = 0;; ++unit) {
-        const double scale = unit == 0 ? 1 : 10;
-        const double rounded = std::round(value * scale) / scale;
-        if (rounded < 1000 || unit + 1 == units.size())
-            return QString::number(rounded, 'f', rounded == std::floor(rounded) ? 0 : 1) +
-                   units[unit];
-        value /= 1000;
-    }
 }
 
 QString fileSizeString(const FileUrl& file) {

@@ -27,7 +27,7 @@ class ReadingJournal;
 /// What reading a file yields, and how large the file is.
 struct LoadedItem {
     QueueItem item;
-    qint64 fileSize = -1;     ///< bytes; -1 when it can't be read
+    qint64 fileSize = -1;     ///< bytes; -1 when not known
     bool isFromCache = false; ///< the file was not opened
     bool isGone = false;      ///< there is no file, so that the item is what its name says
 };
@@ -104,9 +104,7 @@ QString qualityLabel(const QString& format, const QString& sampleRate, const QSt
                      std::optional<qint64> bitrateKbps);
 /// "3:07", "1:02:05". The seconds must be finite and not negative.
 QString formatDuration(double seconds);
-/// "8.4 MB": decimal units, one decimal from megabytes on.
-QString byteCountText(qint64 bytes);
-/// Empty when the size can't be read.
+/// The size of a file as a text, empty when it can't be read.
 QString fileSizeString(const FileUrl& file);
 std::optional<qint64> parseYear(const QString& text);
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "model/artwork.h"
+#include "model/file_size.h"
 #include "model/file_url.h"
 #include "model/fresh_id.h"
 #include "model/hash.h"
@@ -26,7 +27,7 @@ struct Track {
     QString format;     ///< quality label
     QString sampleRate; ///< display text
     QString bitDepth;   ///< display text
-    QString size;       ///< display text
+    FileSize fileSize;
     qint64 rating = 0;
     qint64 plays = 0;
     bool loved = false;
@@ -39,6 +40,11 @@ struct Track {
 
     /// The standardized path of the file, empty without one.
     QString path() const { return sourceURL ? sourceURL->standardizedPath() : QString(); }
+
+    /// Display text of the file's size, empty while it is not known.
+    QString size() const {
+        return fileSize.isKnown() ? byteCountText(fileSize.bytes()) : QString();
+    }
 
     bool operator==(const Track&) const = default;
 };
@@ -55,7 +61,6 @@ inline size_t qHash(const Track& v, size_t seed = 0) {
         .add(v.format)
         .add(v.sampleRate)
         .add(v.bitDepth)
-        .add(v.size)
         .add(v.rating)
         .add(v.plays)
         .add(v.loved)

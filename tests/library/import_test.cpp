@@ -112,7 +112,7 @@ TEST_F(ImportTest, AddsWhatIsNewAndPlaysTheFirstOfIt) {
     EXPECT_EQ(current(), u"3"_s);
     EXPECT_EQ(library->store.size(), 10U);
     EXPECT_EQ(storedPaths(), paths);
-    EXPECT_EQ(library->store.track(paths[0])->size, u"16 KB"_s);
+    EXPECT_EQ(library->store.track(paths[0])->size(), u"16 KB"_s);
 
     import(paths.mid(4, 3));
     EXPECT_EQ(library->status.text(), u"Already in playlist"_s);
@@ -193,6 +193,60 @@ TEST_F(ImportTest, IsThereAgainAtTheNextStartWithNothingPlaying) {
     wave(u"unplugged.wav"_s);
     library->availability.refreshAvailability();
     until([&] { return library->availability.unavailablePaths().isEmpty(); });
+}
+
+TEST_F(ImportTest, ShowsWhatIsKnownBeforeItLooksAtTheFiles) {
+    const QString same = wave(u"same.wav"_s);
+    const QString changed = wave(u"changed.wav"_s);
+    import({music.path()});
+    saved();
+    library.reset();
+    writeWave(sine(440, 0.5, 24000, 8000, 1), changed);
+    const QString late = wave(u"late.wav"_s); // its path was stored, its record no more
+    outside.preferences.insertString(SettingsKey::importedAudioPaths, late);
+
+    library = std::make_unique<LibraryConcerns>(outside);
+    std::optional<Track> shown;
+    QObject::connect(
+        &library->store, &LibraryStore::tracksChanged, library.get(),
+        [&] {
+            shown = *library->store.track(changed);
+            EXPECT_FALSE(library->store.track(same)->fileSize.isKnown());
+            EXPECT_FALSE(library->store.track(late));
+        },
+        Qt::SingleShotConnection);
+    bool isSaved = false;
+    QObject::connect(&library->persistence, &CachePersistence::saved, library.get(),
+                     [&] { isSaved = true; });
+    library->restoration.restoreImportedAudio();
+    until([&] { return isSaved; });
+    ASSERT_TRUE(shown);
+    EXPECT_EQ(shown->duration, u"0:01"_s);
+    const TrackPtr now = library->store.track(changed);
+    EXPECT_EQ(now->duration, u"0:03"_s);
+    EXPECT_EQ(now->id, shown->id);
+    EXPECT_EQ(queued(), (QStringList{u"changed"_s, u"same"_s, u"late"_s}));
+    EXPECT_EQ(&library->queue.record(0), now.get());
+    EXPECT_EQ(library->store.track(same)->size(), u"16 KB"_s);
+    EXPECT_EQ(library->cache.loadIndex().size(), 3);
+    EXPECT_TRUE(library->catalog.isCurrent());
+}
+
+// More than are taken over in one event.
+TEST_F(ImportTest, ALostIndexCostsNothingButTime) {
+    constexpr int files = 1100;
+    const QString sample = wave(u"0000.wav"_s);
+    QStringList titles{u"0000"_s};
+    for (int i = 1; i < files; ++i) {
+        titles.append(u"%1"_s.arg(i, 4, 10, QLatin1Char('0')));
+        ASSERT_TRUE(QFile::copy(sample, music.filePath(titles.last() + u".wav"_s)));
+    }
+    import({music.path()});
+    saved();
+    ASSERT_TRUE(QFile::remove(library->cache.cacheDirectory() + u"/library-cache.json"_s));
+    start();
+    EXPECT_EQ(queued(), titles);
+    EXPECT_EQ(library->store.size(), std::size_t{files});
 }
 
 TEST_F(ImportTest, QuittingInTheMiddleLosesNothingThatCame) {

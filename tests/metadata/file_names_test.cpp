@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Finding files, and what is made of their names.
 #include "metadata/track_metadata_loader.h"
+#include "model/file_size.h"
 
 #include <QDir>
 #include <QFile>
@@ -201,7 +202,7 @@ TEST(Labels, DescribeStreamsLengthsAndSizes) {
         {0, "Zero KB"},    {1, "1 byte"},         {999, "999 bytes"},  {843'200, "843 KB"},
         {999'999, "1 MB"}, {8'400'000, "8.4 MB"}, {8'000'000, "8 MB"}, {1'230'000'000, "1.2 GB"}};
     for (const auto& [bytes, text] : sizes)
-        EXPECT_EQ(byteCountText(bytes).toStdString(), text);
+        EXPECT_EQ(halvane::byteCountText(bytes).toStdString(), text);
     const std::pair<const char*, qint64> years[] = {
         {"2011-05-03", 2011},    {"03/05/11", 0}, {"c. 1875", 0},     {"1899", 0},
         {"20110503 2012", 2012}, {"1900", 1900},  {"2101 2100", 2100}};
