@@ -6,10 +6,13 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QScopeGuard>
 
 #include <sqlite3.h>
 
 #include <algorithm>
+#include <array>
+#include <iterator>
 
 namespace halvane {
 
@@ -18,6 +21,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int applicationId = 0x48414c56;
+constexpr int pagesOfACheckpoint = 200;
 
 constexpr const char* schema = R"sql(
 CREATE TABLE preference (
@@ -71,12 +75,73 @@ CREATE VIEW setting AS
         FROM preference JOIN numbers_entry ON preference = id;
 )sql";
 
+bool isPlainInJson(char16_t unit) {
+    return unit >= 0x20 && unit < 0x7f && unit != '"' && unit != '\\';
+}
+
+// Writes a text without its quotes, and gives the end. Nearly all are of plain characters, and
+// there may be ten thousand while the window waits.
+char* writeJson(char* begin, const QString& text) {
+    char* end = begin;
+    bool isPlain = true;
+    for (const QChar unit : text) {
+        isPlain &= isPlainInJson(unit.unicode());
+        *end++ = static_cast<char>(unit.unicode());
+    }
+    if (isPlain)
+        return end;
+    end = begin;
+    for (const char c : text.toUtf8()) {
+        if (static_cast<unsigned char>(c) >= 0x7f || isPlainInJson(static_cast<char16_t>(c)))
+            *end++ = c;
+        else
+            for (const char digit : "\\u00" + QByteArray(1, c).toHex())
+                *end++ = digit;
+    }
+    return end;
+}
+
 template<typename Texts>
 QByteArray jsonText(const Texts& texts) {
-    QJsonArray array;
+    constexpr qsizetype mostOfAUnit = 6; // a \u and its four digits
+    qsizetype most = 2;
     for (const QString& text : texts)
-        array.append(text);
-    return QJsonDocument(array).toJson(QJsonDocument::Compact);
+        most += text.size() * mostOfAUnit + 3;
+    QByteArray json(most, Qt::Uninitialized);
+    char* end = json.data();
+    *end++ = '[';
+    for (const QString& text : texts) {
+        if (end[-1] != '[')
+            *end++ = ',';
+        *end++ = '"';
+        end = writeJson(end, text);
+        *end++ = '"';
+    }
+    *end++ = ']';
+    json.truncate(end - json.constData());
+    return json;
+}
+
+constexpr const char* deleteInteger =
+    "DELETE FROM integer_entry WHERE preference = ?1 AND name = ?2";
+constexpr const char* deleteNumbers =
+    "DELETE FROM numbers_entry WHERE preference = ?1 AND name = ?2";
+
+// The entries that a change puts into a list or map.
+QStringList entriesPutIn(const PreferenceChange::What& what) {
+    if (const auto* strings = std::get_if<PreferenceChange::InsertStrings>(&what))
+        return strings->values;
+    if (const auto* integer = std::get_if<PreferenceChange::InsertInteger>(&what))
+        return {integer->entry};
+    if (const auto* numbers = std::get_if<PreferenceChange::InsertNumbers>(&what))
+        return {numbers->entry};
+    return {};
+}
+
+// Whether nothing of what was under the key matters any more.
+bool isWhole(const PreferenceChange::What& what) {
+    return std::holds_alternative<PreferenceChange::Set>(what) ||
+           std::holds_alternative<PreferenceChange::Remove>(what);
 }
 
 QStringList textsOf(const QByteArray& json) {
@@ -86,12 +151,18 @@ QStringList textsOf(const QByteArray& json) {
     return texts;
 }
 
-// What is on its way out; a file of an earlier day has no such table.
-constexpr const char* removalTable = R"sql(
+// What is on its way out, and what of it came back, which no entry says of all that is under the
+// key; a file of an earlier day has no such tables.
+constexpr const char* removalTables = R"sql(
 CREATE TABLE IF NOT EXISTS removal (
     id INTEGER PRIMARY KEY,
     keys TEXT NOT NULL,
     entries TEXT NOT NULL
+) STRICT;
+CREATE TABLE IF NOT EXISTS spared (
+    removal INTEGER NOT NULL REFERENCES removal (id) ON DELETE CASCADE,
+    key TEXT NOT NULL,
+    entry TEXT
 ) STRICT;
 )sql";
 
@@ -126,10 +197,10 @@ PreferencesDatabase::PreferencesDatabase(const QString& path, int busyMillisecon
     m_connection.execute("PRAGMA synchronous = FULL"); // each commit reaches the disk
     m_connection.execute("PRAGMA foreign_keys = ON");
     // What is committed moves to the file proper in small steps: each is part of some commit.
-    m_connection.execute("PRAGMA wal_autocheckpoint = 200");
+    sqlite3_wal_autocheckpoint(m_connection.handle(), pagesOfACheckpoint);
     if (isNew)
         createSchema(m_connection);
-    m_connection.execute(removalTable);
+    m_connection.execute(removalTables);
     // Fails here, not at the first change, where a table or a column is missing.
     m_connection.query("SELECT item FROM setting LIMIT 0").run();
 }
@@ -175,31 +246,10 @@ struct PreferencesDatabase::Apply {
         put(database.rowOfKind(key, NumbersMap()), insert.entry, insert.value);
     }
     void operator()(const PreferenceChange::RemoveEntries& remove) {
-        const auto row = database.m_reader.row(key);
-        if (!row)
-            return;
-        const char* sql = nullptr;
-        if (row->kind == PreferencesReader::kindName(QStringList()))
-            sql = "DELETE FROM string_item WHERE preference = ?1 AND value = ?2";
-        else if (row->kind == PreferencesReader::kindName(IntegerMap()))
-            sql = deleteInteger;
-        else if (row->kind == PreferencesReader::kindName(NumbersMap()))
-            sql = deleteNumbers;
-        else
-            return;
-        // In the order of the tables, so that each of their pages is fetched and written once.
-        QStringList entries = remove.entries.values();
-        std::sort(entries.begin(), entries.end());
-        for (const auto& entry : std::as_const(entries))
-            connection.query(sql).bind(1, row->id).bind(2, entry).run();
+        database.takeOut(key, ordered(remove.entries));
     }
 
   private:
-    static constexpr const char* deleteInteger =
-        "DELETE FROM integer_entry WHERE preference = ?1 AND name = ?2";
-    static constexpr const char* deleteNumbers =
-        "DELETE FROM numbers_entry WHERE preference = ?1 AND name = ?2";
-
     void write(OtherKind) {}
     void write(bool value) { writeScalar<bool>(qint64(value)); }
     void write(double value) { writeScalar<double>(value); }
@@ -321,22 +371,102 @@ struct PreferencesDatabase::Apply {
     }
 };
 
-void PreferencesDatabase::apply(std::span<const PreferenceChange> changes) {
+std::vector<PreferencesRemoval>
+PreferencesDatabase::apply(std::span<const PreferenceChange> changes,
+                           std::vector<PreferencesRemoval> unfinished) {
     SqliteTransaction transaction(m_connection);
-    for (const auto& change : changes)
+    for (const auto& change : changes) {
+        for (PreferencesRemoval& removal : unfinished)
+            spare(change, removal);
         std::visit(Apply{*this, m_connection, change.key}, change.what);
+    }
     transaction.commit();
+    return unfinished;
+}
+
+std::vector<QByteArray> PreferencesDatabase::ordered(const QSet<QString>& entries) {
+    std::vector<QByteArray> texts;
+    texts.reserve(static_cast<std::size_t>(entries.size()));
+    for (const QString& entry : entries)
+        texts.push_back(entry.toUtf8());
+    std::sort(texts.begin(), texts.end());
+    return texts;
+}
+
+// What is put in again is as new: it is taken out first, lest it keep its old place in a list.
+void PreferencesDatabase::spare(const PreferenceChange& change, PreferencesRemoval& removal) {
+    if (!removal.keys.contains(change.key))
+        return;
+    const auto note = [&](const std::optional<QString>& entry) {
+        auto query = m_connection.query("INSERT INTO spared VALUES (?1, ?2, ?3)");
+        query.bind(1, removal.id).bind(2, change.key);
+        if (entry)
+            query.bind(3, *entry);
+        query.run();
+    };
+    if (isWhole(change.what)) {
+        removal.keys.removeAll(change.key);
+        note({});
+    }
+    for (const QString& entry : entriesPutIn(change.what)) {
+        if (!removal.entries.contains(entry) || removal.spared[change.key].contains(entry))
+            continue;
+        takeOut(change.key, std::array{entry.toUtf8()});
+        removal.spared[change.key].insert(entry);
+        note(entry);
+    }
+}
+
+void PreferencesDatabase::takeOut(const QString& key, std::span<const QByteArray> entries) {
+    const auto row = m_reader.row(key);
+    if (!row)
+        return;
+    if (row->kind == PreferencesReader::kindName(QStringList()))
+        takeOutOfList(row->id, entries);
+    else if (row->kind == PreferencesReader::kindName(IntegerMap()))
+        takeOutOfMap(row->id, entries, deleteInteger);
+    else if (row->kind == PreferencesReader::kindName(NumbersMap()))
+        takeOutOfMap(row->id, entries, deleteNumbers);
+}
+
+// First the places, then what is there: deleting by the text makes SQLite keep the places in a
+// table of their own, made for each text.
+void PreferencesDatabase::takeOutOfList(qint64 id, std::span<const QByteArray> entries) {
+    std::vector<qint64> positions;
+    for (const QByteArray& entry : entries) {
+        auto query = m_connection.query(
+            "SELECT position FROM string_item WHERE preference = ?1 AND value = ?2");
+        query.bind(1, id).bindKept(2, entry);
+        while (query.next())
+            positions.push_back(query.integer(0));
+    }
+    std::sort(positions.begin(), positions.end());
+    auto query =
+        m_connection.query("DELETE FROM string_item WHERE preference = ?1 AND position = ?2");
+    for (const qint64 position : positions)
+        query.bind(1, id).bind(2, position).run();
+}
+
+void PreferencesDatabase::takeOutOfMap(qint64 id, std::span<const QByteArray> entries,
+                                       const char* sql) {
+    auto query = m_connection.query(sql);
+    for (const QByteArray& entry : entries)
+        query.bind(1, id).bindKept(2, entry).run();
 }
 
 PreferencesRemoval PreferencesDatabase::noteRemoval(const QStringList& keys,
                                                     const QSet<QString>& entries) {
+    // Whoever carries it out moves the note on to the file proper; that need not be waited for.
+    sqlite3_wal_autocheckpoint(m_connection.handle(), 0);
+    const auto asBefore = qScopeGuard(
+        [this] { sqlite3_wal_autocheckpoint(m_connection.handle(), pagesOfACheckpoint); });
     SqliteTransaction transaction(m_connection);
     m_connection.query("INSERT INTO removal (keys, entries) VALUES (?1, ?2)")
         .bindUtf8(1, jsonText(keys))
         .bindUtf8(2, jsonText(entries))
         .run();
     transaction.commit();
-    return {sqlite3_last_insert_rowid(m_connection.handle()), keys, entries};
+    return {sqlite3_last_insert_rowid(m_connection.handle()), keys, entries, {}};
 }
 
 std::vector<PreferencesRemoval> PreferencesDatabase::notedRemovals() {
@@ -344,10 +474,37 @@ std::vector<PreferencesRemoval> PreferencesDatabase::notedRemovals() {
     auto query = m_connection.query("SELECT id, keys, entries FROM removal ORDER BY id");
     while (query.next()) {
         const QStringList entries = textsOf(query.blob(2));
-        removals.push_back({query.integer(0), textsOf(query.blob(1)),
-                            QSet<QString>(entries.cbegin(), entries.cend())});
+        PreferencesRemoval removal{
+            query.integer(0), textsOf(query.blob(1)), {entries.cbegin(), entries.cend()}, {}};
+        auto spared = m_connection.query("SELECT key, entry FROM spared WHERE removal = ?1");
+        spared.bind(1, removal.id);
+        while (spared.next()) {
+            if (spared.type(1) == SQLITE_NULL)
+                removal.keys.removeAll(spared.text(0));
+            else
+                removal.spared[spared.text(0)].insert(spared.text(1));
+        }
+        removals.push_back(std::move(removal));
     }
     return removals;
+}
+
+void PreferencesDatabase::carryOut(const PreferencesRemoval& removal,
+                                   std::span<const QByteArray> some) {
+    SqliteTransaction transaction(m_connection);
+    for (const QString& key : removal.keys) {
+        const auto spared = removal.spared.constFind(key);
+        if (spared == removal.spared.cend()) {
+            takeOut(key, some);
+            continue;
+        }
+        std::vector<QByteArray> rest;
+        std::copy_if(
+            some.begin(), some.end(), std::back_inserter(rest),
+            [&](const QByteArray& entry) { return !spared->contains(QString::fromUtf8(entry)); });
+        takeOut(key, rest);
+    }
+    transaction.commit();
 }
 
 void PreferencesDatabase::endRemoval(qint64 id) {

@@ -13,6 +13,7 @@ struct PreferencesRemoval {
     qint64 id = 0; ///< of the note in the file
     QStringList keys;
     QSet<QString> entries;
+    QHash<QString, QSet<QString>> spared; ///< by key: entries that came back, and stay
 };
 
 /// The preferences file: one row a key with its kind and, for a single value, the value; one row an
@@ -35,14 +36,20 @@ class PreferencesDatabase {
     QStringList longValues() { return m_reader.longValues(); }
 
     /// Makes all the changes, or none. They are on the disk when this returns; what is already so
-    /// is not written.
-    void apply(std::span<const PreferenceChange> changes);
+    /// is not written. What they bring back is spared by the removals that are noted and not done;
+    /// gives those as they are now.
+    std::vector<PreferencesRemoval> apply(std::span<const PreferenceChange> changes,
+                                          std::vector<PreferencesRemoval> unfinished = {});
 
     /// Notes down that entries leave, which is a small change however many they are; the note is on
     /// the disk when this returns, the entries themselves are still in their lists and maps.
     PreferencesRemoval noteRemoval(const QStringList& keys, const QSet<QString>& entries);
     /// What was noted down and is not done yet.
     std::vector<PreferencesRemoval> notedRemovals();
+    /// Entries as UTF-8 in the order of the tables, in which each page is met but once.
+    static std::vector<QByteArray> ordered(const QSet<QString>& entries);
+    /// Takes some of a removal's entries, so ordered, out of its lists and maps.
+    void carryOut(const PreferencesRemoval& removal, std::span<const QByteArray> some);
     /// Takes the note away, its entries having left.
     void endRemoval(qint64 id);
     /// From now on commits are on the disk only when a later one or the end of the program puts
@@ -55,6 +62,10 @@ class PreferencesDatabase {
     /// The id of a key's row of a kind; a row of another kind makes way, with all it holds.
     qint64 rowOfKind(const QString& key, const PreferenceValue& emptyValue);
     void remove(const QString& key);
+    void spare(const PreferenceChange& change, PreferencesRemoval& removal);
+    void takeOut(const QString& key, std::span<const QByteArray> entries);
+    void takeOutOfList(qint64 id, std::span<const QByteArray> entries);
+    void takeOutOfMap(qint64 id, std::span<const QByteArray> entries, const char* sql);
 
     SqliteConnection m_connection;
     PreferencesReader m_reader{m_connection};

@@ -9,19 +9,8 @@ namespace halvane {
 
 namespace {
 
-constexpr int patience = 250;      ///< ms that another process's lock is waited for
-constexpr qsizetype portion = 200; ///< what takes a few milliseconds
-
-bool concernsEntry(const PreferenceChange::What& what, const QSet<QString>& entries) {
-    if (const auto* strings = std::get_if<PreferenceChange::InsertStrings>(&what))
-        return std::any_of(strings->values.cbegin(), strings->values.cend(),
-                           [&](const QString& text) { return entries.contains(text); });
-    if (const auto* integer = std::get_if<PreferenceChange::InsertInteger>(&what))
-        return entries.contains(integer->entry);
-    if (const auto* numbers = std::get_if<PreferenceChange::InsertNumbers>(&what))
-        return entries.contains(numbers->entry);
-    return !std::holds_alternative<PreferenceChange::RemoveEntries>(what);
-}
+constexpr int patience = 250;        ///< ms that another process's lock is waited for
+constexpr std::size_t portion = 200; ///< what takes a few milliseconds
 
 } // namespace
 
@@ -40,16 +29,15 @@ void PreferencesRemovals::begin(PreferencesRemoval removal) {
     resume();
 }
 
-bool PreferencesRemovals::concerns(const PreferenceChange& change) {
-    return std::any_of(m_removals.cbegin(), m_removals.cend(), [&](const auto& removal) {
-        return removal.keys.contains(change.key) && concernsEntry(change.what, removal.entries);
-    });
-}
-
 void PreferencesRemovals::applyTo(const QString& key, std::optional<PreferenceValue>& value) {
-    for (const auto& removal : m_removals)
-        if (removal.keys.contains(key))
-            applyChange({key, PreferenceChange::RemoveEntries{removal.entries}}, value);
+    for (const auto& removal : m_removals) {
+        if (!removal.keys.contains(key))
+            continue;
+        QSet<QString> going = removal.entries;
+        if (const auto spared = removal.spared.constFind(key); spared != removal.spared.cend())
+            going.subtract(*spared);
+        applyChange({key, PreferenceChange::RemoveEntries{std::move(going)}}, value);
+    }
 }
 
 void PreferencesRemovals::pause() {
@@ -81,6 +69,7 @@ void PreferencesRemovals::finishOn(QHash<QString, PreferenceValue>& values) {
         *entry = *std::move(value);
     }
     m_removals.clear();
+    m_entries.clear();
     m_entriesDone = 0;
 }
 
@@ -98,21 +87,18 @@ void PreferencesRemovals::work() {
 
 void PreferencesRemovals::carryOut(PreferencesDatabase& database,
                                    const PreferencesRemoval& removal) {
-    // In the order of the tables, so that each of their pages is fetched and written once.
-    QStringList entries = removal.entries.values();
-    std::sort(entries.begin(), entries.end());
-    while (m_entriesDone < entries.size()) {
+    if (m_entries.empty())
+        m_entries = PreferencesDatabase::ordered(removal.entries);
+    while (m_entriesDone < m_entries.size()) {
         if (m_stop)
             return;
-        const QStringList some = entries.mid(m_entriesDone, portion);
-        std::vector<PreferenceChange> changes;
-        for (const QString& key : removal.keys)
-            changes.push_back(
-                {key, PreferenceChange::RemoveEntries{QSet<QString>(some.cbegin(), some.cend())}});
-        database.apply(changes);
-        m_entriesDone += some.size();
+        const auto some = std::span(m_entries).subspan(m_entriesDone);
+        const std::size_t count = std::min(some.size(), portion);
+        database.carryOut(removal, some.first(count));
+        m_entriesDone += count;
     }
     database.endRemoval(removal.id);
+    m_entries.clear();
     m_entriesDone = 0;
     ++m_done;
 }

@@ -19,8 +19,11 @@ class PreferencesRemovals {
     ~PreferencesRemovals();
 
     void begin(PreferencesRemoval removal);
-    /// Whether a change would get in the way of what is not done, or be undone by it.
-    bool concerns(const PreferenceChange& change);
+    /// What is not done, while nothing is done; and in its place the same with more that is spared.
+    const std::vector<PreferencesRemoval>& unfinished() const { return m_removals; }
+    void setUnfinished(std::vector<PreferencesRemoval> removals) {
+        m_removals = std::move(removals);
+    }
     /// What a value becomes once all is done.
     void applyTo(const QString& key, std::optional<PreferenceValue>& value);
 
@@ -39,7 +42,8 @@ class PreferencesRemovals {
     QString m_path;
     std::vector<PreferencesRemoval> m_removals;
     std::atomic<std::size_t> m_done = 0; ///< of them, from the first
-    qsizetype m_entriesDone = 0;         ///< of the next; the worker's while it works
+    std::vector<QByteArray> m_entries;   ///< of the next, in order; the worker's while it works
+    std::size_t m_entriesDone = 0;       ///< of these
     std::atomic<bool> m_stop = false;
     QThreadPool m_worker;
 };

@@ -47,6 +47,7 @@ class SqliteQuery {
     SqliteQuery& bind(int parameter, const QString& value);
     SqliteQuery& bind(int parameter, const QByteArray& value);
     SqliteQuery& bindUtf8(int parameter, const QByteArray& text);
+    SqliteQuery& bindKept(int parameter, const QByteArray& utf8); ///< which outlives the run
 
     /// Moves to the next row; false after the last.
     bool next();

@@ -67,8 +67,6 @@ class SqlitePreferences::Store {
     void change(PreferenceChange change) {
         if (m_prefetch)
             m_prefetch->forget(change.key);
-        if (m_removals.concerns(change))
-            m_removals.finish();
         if (isStored() && write({&change, 1}))
             return;
         remember(std::move(change));
@@ -159,7 +157,9 @@ class SqlitePreferences::Store {
     }
 
     bool write(std::span<const PreferenceChange> changes) {
-        return attempt([changes](PreferencesDatabase& database) { database.apply(changes); });
+        return attempt([this, changes](PreferencesDatabase& database) {
+            m_removals.setUnfinished(database.apply(changes, m_removals.unfinished()));
+        });
     }
 
     // Nothing else of this process writes meanwhile.

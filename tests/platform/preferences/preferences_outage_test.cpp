@@ -101,6 +101,41 @@ TEST_F(PreferencesOutageTest, AFileThatIsWhollyLockedIsReadAllTheSame) {
     expectChangesStored();
 }
 
+TEST_F(PreferencesOutageTest, WhatIsPutInAgainIsSparedByARemovalThatIsHeldUp) {
+    {
+        SqlitePreferences preferences(path, clock);
+        preferences.setStrings(u"paths"_s, {u"/a"_s, u"/b"_s, u"/c"_s});
+        preferences.setIntegerMap(u"ratings"_s, {{u"/a"_s, 1}, {u"/c"_s, 3}});
+    }
+    // As a program that was killed in the middle of a removal leaves it.
+    QProcess::execute(u"sqlite3"_s, {path, u"INSERT INTO removal (keys, entries) VALUES "
+                                           "('[\"counts\",\"paths\",\"ratings\"]', "
+                                           "'[\"/a\",\"/b\"]')"_s});
+    const auto expectPutIn = [](const Preferences& preferences) {
+        EXPECT_EQ(*preferences.integerMap(u"counts"_s), (IntegerMap{{u"/a"_s, 9}}));
+        EXPECT_EQ(*preferences.strings(u"paths"_s), (QStringList{u"/c"_s, u"/a"_s}));
+        EXPECT_EQ(*preferences.integerMap(u"ratings"_s), (IntegerMap{{u"/b"_s, 2}}));
+    };
+    {
+        std::unique_ptr<SqlitePreferences> preferences;
+        {
+            const LockHolder other(path, "BEGIN IMMEDIATE;");
+            preferences = std::make_unique<SqlitePreferences>(path, clock);
+            EXPECT_EQ(*preferences->strings(u"paths"_s), QStringList{u"/c"_s});
+            preferences->insertInteger(u"counts"_s, u"/a"_s, 9);
+            preferences->insertString(u"paths"_s, u"/a"_s);
+            preferences->setIntegerMap(u"ratings"_s, {{u"/b"_s, 2}});
+            EXPECT_FALSE(preferences->isStored());
+            expectPutIn(*preferences);
+        }
+        clock.advance(std::chrono::seconds(3));
+        EXPECT_TRUE(preferences->isStored());
+        preferences->waitForRemovals();
+        expectPutIn(*preferences);
+    }
+    expectPutIn(SqlitePreferences(path, clock));
+}
+
 TEST_F(PreferencesOutageTest, AFullDiskLosesNothing) {
     SqlitePreferences preferences(path, clock);
     disk.fillUp();
