@@ -4,6 +4,7 @@
 #include "library/background.h"
 #include "library/thread_check.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace halvane {
@@ -83,8 +84,9 @@ void Duplicates::refresh() {
 void Duplicates::find(std::function<void(const std::vector<TrackRows>& groups)> found) {
     assertOwnThread(*this);
     const quint64 generation = ++m_generation;
+    const quint64 revision = m_library.revision();
     if (m_library.size() <= searchedInPlace) {
-        publish(duplicateTrackGroups(m_library.rows()));
+        publish(duplicateTrackGroups(m_library.rows()), revision);
         if (found)
             found(m_groups);
         return;
@@ -95,15 +97,47 @@ void Duplicates::find(std::function<void(const std::vector<TrackRows>& groups)> 
             yieldToTheWindow();
             return duplicateTrackGroups(*rows);
         },
-        [this, generation, found](std::vector<TrackRows> groups) {
+        [this, generation, revision, found](std::vector<TrackRows> groups) {
             if (generation == m_generation)
-                publish(std::move(groups));
-            if (found)
+                publish(std::move(groups), revision);
+            if (found && areCurrent())
                 found(m_groups);
+            else if (found) // a track that has gone must not be the copy that is kept
+                find(found);
         });
 }
 
-void Duplicates::publish(std::vector<TrackRows> groups) {
+void Duplicates::forget(const QSet<QString>& paths) {
+    assertOwnThread(*this);
+    ++m_generation;
+    std::vector<TrackRows> groups = m_groups;
+    bool isInOrder = true;
+    for (TrackRows& group : groups) {
+        const TrackPtr first = group.front();
+        std::erase_if(group, [&](const TrackPtr& track) { return paths.contains(track->path()); });
+        isInOrder = isInOrder && (group.size() < 2 || group.front() == first);
+    }
+    std::erase_if(groups, [](const TrackRows& group) { return group.size() < 2; });
+    if (!isInOrder)
+        sortByFirst(groups);
+    publish(std::move(groups), m_library.revision());
+}
+
+void Duplicates::sortByFirst(std::vector<TrackRows>& groups) const {
+    std::vector<std::pair<std::size_t, TrackRows>> byRow;
+    byRow.reserve(groups.size());
+    for (TrackRows& group : groups) {
+        const std::size_t row = m_library.rowOf(group.front()->path()).value_or(0);
+        byRow.emplace_back(row, std::move(group));
+    }
+    std::stable_sort(byRow.begin(), byRow.end(),
+                     [](const auto& a, const auto& b) { return a.first < b.first; });
+    std::transform(byRow.begin(), byRow.end(), groups.begin(),
+                   [](auto& group) { return std::move(group.second); });
+}
+
+void Duplicates::publish(std::vector<TrackRows> groups, quint64 revision) {
+    m_revision = revision;
     if (groups == m_groups)
         return;
     m_groups = std::move(groups);

@@ -34,19 +34,26 @@ class Duplicates : public QObject {
 
     /// Looks at the library as it is now.
     void refresh();
-    /// Looks at the library as it is now and hands the groups over; a later refresh takes its
-    /// place.
+    /// Whether the groups are those of the library as it is now.
+    bool areCurrent() const { return m_revision == m_library.revision(); }
+    /// Takes tracks that have just left the library, and nothing else has happened to it, out of
+    /// groups that were current.
+    void forget(const QSet<QString>& paths);
+    /// Looks at the library as it is now and hands the groups over; once more, if it has changed
+    /// by then.
     void find(std::function<void(const std::vector<TrackRows>& groups)> found);
 
   Q_SIGNALS:
     void groupsChanged();
 
   private:
-    void publish(std::vector<TrackRows> groups);
+    void publish(std::vector<TrackRows> groups, quint64 revision);
+    void sortByFirst(std::vector<TrackRows>& groups) const;
 
     const LibraryStore& m_library;
     std::vector<TrackRows> m_groups;
-    quint64 m_generation = 0;
+    quint64 m_generation = 0; ///< of the newest search, whose result alone counts
+    quint64 m_revision = 0;   ///< of the library whose groups these are
     QThreadPool m_worker;
 };
 

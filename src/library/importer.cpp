@@ -181,6 +181,7 @@ void Importer::startNext() {
         Q_EMIT idle();
         return;
     }
+    m_with.finishRemoval();
     m_isRunning = true;
     m_startedAt = m_with.clock.now();
     m_rebuiltAt = -secondsBetweenRebuilds;
@@ -211,6 +212,7 @@ void Importer::take(const QStringList& roots, const Found& found) {
 void Importer::addRows(const TrackRows& rows) {
     if (rows.empty())
         return;
+    m_with.finishRemoval();
     const bool isFirst = m_added == 0;
     m_added += static_cast<qint64>(rows.size());
     m_with.library.append(rows);

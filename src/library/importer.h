@@ -42,6 +42,8 @@ struct ImportCollaborators {
     std::function<ResolvedLanguage()> language;
     /// Plays an entry of the queue as if the user had asked for it.
     std::function<void(const QUuid& entry)> play;
+    /// Ends a removal that is under way: what it would take may be what is added.
+    std::function<void()> finishRemoval;
     /// Tracks came: derive the albums anew.
     std::function<void()> rebuildImportedAlbums;
     /// An import is over: look at availability, duplicates and loudness.

@@ -4,6 +4,8 @@
 #include "library/background.h"
 #include "library/thread_check.h"
 
+#include <utility>
+
 namespace halvane {
 
 namespace {
@@ -55,8 +57,10 @@ void LibraryCatalog::whenCurrent(QObject* context, std::function<void()> then) {
 }
 
 void LibraryCatalog::publish(std::shared_ptr<const Catalog> catalog) {
-    m_catalog = std::move(catalog);
+    const auto before = std::exchange(m_catalog, std::move(catalog));
     Q_EMIT catalogChanged();
+    if (before->rows->size() > derivedInPlace)
+        m_worker.start([before] {}); // a large one takes long to free; the lists have let go of it
 }
 
 } // namespace halvane

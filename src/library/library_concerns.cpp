@@ -8,8 +8,6 @@
 
 #include <QGuiApplication>
 
-#include <algorithm>
-
 namespace halvane {
 
 namespace {
@@ -28,6 +26,7 @@ LibraryConcerns::LibraryConcerns(const Environment& environment)
     , views(outside.preferences)
     , catalog(store, [this] { return resolvedLanguage(); })
     , size(catalog)
+    , lovedCount(store, catalog, userData)
     , cache(outside.dataFolder)
     , journal(std::make_shared<ReadingJournal>(outside.cacheFolder))
     , importedPaths(outside.preferences, store)
@@ -183,6 +182,7 @@ ImportCollaborators LibraryConcerns::importCollaborators() {
         .journal = journal,
         .language = [this] { return resolvedLanguage(); },
         .play = [this](const QUuid& entry) { transport.playItem(entry, true); },
+        .finishRemoval = [this] { maintenance.finishRemoval(); },
         .rebuildImportedAlbums = [this] { catalog.rebuildImportedAlbums(); },
         .importEnded = [this] { libraryGrew(); },
     };
@@ -258,12 +258,8 @@ std::size_t LibraryConcerns::sidebarCount(SidebarItem item) const {
         return now.artists.size();
     case SidebarItem::tracks:
         return now.rows->size();
-    case SidebarItem::loved: {
-        const QSet<QString>& loved = userData.lovedPaths();
-        return static_cast<std::size_t>(
-            std::count_if(loved.cbegin(), loved.cend(),
-                          [this](const QString& path) { return store.rowOf(path).has_value(); }));
-    }
+    case SidebarItem::loved:
+        return lovedCount.count();
     }
     return 0;
 }
@@ -289,6 +285,7 @@ void LibraryConcerns::connectRows() {
         if (!restoration.isRunning()) // which learns the sizes on its way
             size.measure();
     });
+    connect(&lovedCount, &LovedCount::changed, &sidebar, &SidebarModel::refresh);
     connect(&availability, &Availability::statesChanged, this,
             &LibraryConcerns::availabilityChanged);
 }

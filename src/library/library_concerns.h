@@ -19,6 +19,7 @@
 #include "library/language_setting.h"
 #include "library/library_catalog.h"
 #include "library/library_size.h"
+#include "library/loved_count.h"
 #include "library/maintenance.h"
 #include "library/maintenance_lists.h"
 #include "library/metadata_healing.h"
@@ -71,6 +72,7 @@ class LibraryConcerns : public QObject {
     LibraryStore store;
     LibraryCatalog catalog;
     LibrarySize size;
+    LovedCount lovedCount;
     MetadataCache cache;
     std::shared_ptr<ReadingJournal> journal; ///< of files that crash or hang their readers
     ImportedPaths importedPaths;

@@ -59,6 +59,11 @@ TrackRows& LibraryStore::writableRows() {
     return *m_rows;
 }
 
+void LibraryStore::changed() {
+    ++m_revision;
+    Q_EMIT tracksChanged();
+}
+
 std::size_t LibraryStore::append(const TrackRows& tracks) {
     TrackRows& rows = writableRows();
     const std::size_t before = rows.size();
@@ -76,7 +81,7 @@ std::size_t LibraryStore::append(const TrackRows& tracks) {
     }
     const std::size_t added = rows.size() - before;
     if (added > 0)
-        Q_EMIT tracksChanged();
+        changed();
     return added;
 }
 
@@ -88,21 +93,21 @@ std::size_t LibraryStore::append(IndexedRows tracks) {
     m_isShared = false;
     m_rowOfPath = std::move(tracks.rowOfPath);
     if (!m_rows->empty())
-        Q_EMIT tracksChanged();
+        changed();
     return m_rows->size();
 }
 
 void LibraryStore::replace(const TrackRows& tracks) {
     TrackRows& rows = writableRows();
-    bool changed = false;
+    bool isAnyKnown = false;
     for (const TrackPtr& track : tracks) {
         if (const auto row = rowOf(track->path())) {
             rows[*row] = track;
-            changed = true;
+            isAnyKnown = true;
         }
     }
-    if (changed)
-        Q_EMIT tracksChanged();
+    if (isAnyKnown)
+        changed();
 }
 
 void LibraryStore::remove(const QSet<QString>& paths) {
@@ -133,7 +138,34 @@ void LibraryStore::remove(const QSet<QString>& paths) {
     m_isShared = false;
     for (quint32& row : m_rowOfPath)
         row = movesTo[row]; // renumbered rather than hashed again
-    Q_EMIT tracksChanged();
+    changed();
+}
+
+std::function<LibraryStore::Remainder()>
+LibraryStore::beginRemoval(const QSet<QString>& paths) const {
+    return [paths, before = snapshot(), revision = m_revision] {
+        TrackRows staying;
+        staying.reserve(before->size());
+        for (const TrackPtr& track : *before) {
+            if (!track->sourceURL || !paths.contains(track->sourceURL->standardizedPath()))
+                staying.push_back(track);
+        }
+        IndexedRows made = indexed(staying);
+        return Remainder{std::make_shared<TrackRows>(std::move(made.rows)),
+                         std::move(made.rowOfPath), revision};
+    };
+}
+
+void LibraryStore::finishRemoval(const QSet<QString>& paths, Remainder& remainder) {
+    assertOwnThread(*this);
+    if (remainder.revision != m_revision)
+        return remove(paths);
+    if (remainder.rows->size() == m_rows->size())
+        return;
+    m_rows.swap(remainder.rows);
+    m_rowOfPath.swap(remainder.rowOfPath);
+    m_isShared = false;
+    changed();
 }
 
 } // namespace halvane

@@ -7,6 +7,7 @@
 #include <QObject>
 #include <QSet>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -63,12 +64,28 @@ class LibraryStore : public QObject {
     /// Takes out the tracks of these standardized paths.
     void remove(const QSet<QString>& paths);
 
+    /// What stays of the library as it was when this was begun.
+    struct Remainder {
+        std::shared_ptr<TrackRows> rows;
+        QHash<QString, quint32> rowOfPath;
+        quint64 revision = 0;
+    };
+    /// The work of a removal, for any thread.
+    std::function<Remainder()> beginRemoval(const QSet<QString>& paths) const;
+    /// As remove, at a cost that does not grow with the library unless it has changed since the
+    /// removal began. What there was instead takes time to free, and comes back for it.
+    void finishRemoval(const QSet<QString>& paths, Remainder& remainder);
+
+    /// Another number after each change.
+    quint64 revision() const { return m_revision; }
+
   Q_SIGNALS:
     /// Tracks came, went or were replaced.
     void tracksChanged();
 
   private:
     TrackRows& writableRows();
+    void changed();
 
     std::shared_ptr<TrackRows> m_rows;
     /// A snapshot of m_rows was given away, so it must be copied before a change. (Asking how many
@@ -76,6 +93,7 @@ class LibraryStore : public QObject {
     /// this thread sees it.)
     mutable bool m_isShared = false;
     QHash<QString, quint32> m_rowOfPath;
+    quint64 m_revision = 0;
 };
 
 } // namespace halvane

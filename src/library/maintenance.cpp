@@ -2,9 +2,9 @@
 #include "library/maintenance.h"
 
 #include "library/availability.h"
+#include "library/background.h"
 #include "library/cloud_downloads.h"
 #include "library/duplicates.h"
-#include "library/play_queue.h"
 #include "library/playlists.h"
 #include "library/settings_keys.h"
 #include "library/status_line.h"
@@ -17,14 +17,26 @@ namespace halvane {
 
 namespace {
 
-/// Up to here all of a removal takes a few milliseconds.
+/// Up to here all of a removal takes a few milliseconds; what is known of so many is gone within
+/// two.
 constexpr qsizetype removedAtOnce = 500;
+
+std::vector<QSet<QString>> portionsOf(const QSet<QString>& paths) {
+    std::vector<QSet<QString>> portions;
+    for (const QString& path : paths) {
+        if (portions.empty() || portions.back().size() == removedAtOnce)
+            portions.emplace_back();
+        portions.back().insert(path);
+    }
+    return portions;
+}
 
 } // namespace
 
 Maintenance::Maintenance(MaintenanceCollaborators with, QObject* parent)
     : QObject(parent)
     , m_with(std::move(with)) {
+    m_worker.setMaxThreadCount(1);
     connect(&m_with.availability, &Availability::cloudPendingPathsChanged, this, [this] {
         m_with.downloads.pendingChanged();
         Q_EMIT maintenanceActionCountChanged();
@@ -45,30 +57,85 @@ void Maintenance::removeTracks(const QSet<QString>& withPaths) {
     assertOwnThread(*this);
     if (withPaths.isEmpty())
         return;
+    finishRemoval();
     m_with.preferences.removeEntries({SettingsKey::importedAudioPaths, SettingsKey::lovedPaths,
                                       SettingsKey::trackRatings, SettingsKey::playCounts,
                                       SettingsKey::trackLoudness},
                                      withPaths);
-    for (const auto step : {&Maintenance::removeFromLibrary, &Maintenance::removeFromQueue,
-                            &Maintenance::deriveWithout}) {
-        if (withPaths.size() <= removedAtOnce)
-            (this->*step)(withPaths);
-        else
-            QMetaObject::invokeMethod(
-                this, [this, step, withPaths] { (this->*step)(withPaths); }, Qt::QueuedConnection);
-    }
+    for (const Step step : {&Maintenance::removeFromLibrary, &Maintenance::removeFromQueue,
+                            &Maintenance::deriveWithout, &Maintenance::forget})
+        m_steps.push_back([this, step, withPaths] { (this->*step)(withPaths); });
+    if (withPaths.size() <= removedAtOnce)
+        finishRemoval();
+    else
+        beginRemoval(withPaths);
+}
+
+void Maintenance::beginRemoval(const QSet<QString>& paths) {
+    runInBackground(
+        m_worker, this,
+        [paths, library = m_with.library.beginRemoval(paths),
+         queue = m_with.queue.beginRemoval(paths)] {
+            return std::make_shared<Remainder>(Remainder{library(), queue(), portionsOf(paths)});
+        },
+        [this, generation = m_generation](const std::shared_ptr<Remainder>& remainder) {
+            if (generation != m_generation)
+                return;
+            m_remainder = remainder;
+            takeNextStep();
+        });
+}
+
+void Maintenance::takeStep() {
+    const auto step = std::move(m_steps.front());
+    m_steps.pop_front();
+    step();
+}
+
+void Maintenance::takeNextStep() {
+    takeStep();
+    if (m_steps.empty())
+        return endRemoval();
+    QMetaObject::invokeMethod(
+        this,
+        [this, generation = m_generation] {
+            if (generation == m_generation)
+                takeNextStep();
+        },
+        Qt::QueuedConnection);
+}
+
+void Maintenance::finishRemoval() {
+    while (!m_steps.empty())
+        takeStep();
+    endRemoval();
+}
+
+void Maintenance::endRemoval() {
+    ++m_generation;
+    if (m_remainder) // with what there was before, which takes long to free
+        m_worker.start([remainder = std::exchange(m_remainder, nullptr)] {});
 }
 
 void Maintenance::removeFromLibrary(const QSet<QString>& paths) {
-    m_with.library.remove(paths);
-    m_with.userData.forget(paths);
-    m_with.forgetLoudness(paths);
+    const bool areDuplicatesKnown = m_with.duplicates.areCurrent();
+    if (m_remainder)
+        m_with.library.finishRemoval(paths, m_remainder->library);
+    else
+        m_with.library.remove(paths);
+    if (areDuplicatesKnown)
+        m_with.duplicates.forget(paths);
+    else
+        m_with.duplicates.refresh();
 }
 
 void Maintenance::removeFromQueue(const QSet<QString>& paths) {
     if (paths.contains(m_with.queue.currentPath()))
         m_with.stopPlayer();
-    m_with.queue.remove(paths);
+    if (m_remainder)
+        m_with.queue.finishRemoval(paths, m_remainder->queue);
+    else
+        m_with.queue.remove(paths);
     m_with.playlists.removePaths(paths);
     m_with.replanSuccessor();
 }
@@ -76,11 +143,25 @@ void Maintenance::removeFromQueue(const QSet<QString>& paths) {
 void Maintenance::deriveWithout(const QSet<QString>& paths) {
     m_with.rebuildImportedAlbums();
     m_with.availability.forget(paths);
-    m_with.duplicates.refresh();
+}
+
+void Maintenance::forget(const QSet<QString>& paths) {
+    if (!m_remainder)
+        return forgetSome(paths);
+    for (const QSet<QString>& portion : m_remainder->portions)
+        m_steps.push_back([this, portion] { forgetSome(portion); });
+}
+
+void Maintenance::forgetSome(const QSet<QString>& paths) {
+    m_with.userData.forget(paths);
+    m_with.forgetLoudness(paths);
 }
 
 void Maintenance::removeDuplicateTracks() {
+    finishRemoval();
     m_with.duplicates.find([this](const std::vector<TrackRows>& groups) {
+        if (!m_steps.empty()) // it may take what would be kept
+            return removeDuplicateTracks();
         removeTracks(superfluousCopies(groups, [this](const QString& path) {
             return m_with.availability.state(path) == TrackAvailability::available;
         }));

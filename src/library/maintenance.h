@@ -1,19 +1,17 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "library/library_store.h"
-#include "model/enums.h"
+#include "library/play_queue.h"
 
-#include <QObject>
+#include <QThreadPool>
 
-#include <functional>
+#include <deque>
 
 namespace halvane {
 
 class Availability;
 class CloudDownloads;
 class Duplicates;
-class PlayQueue;
 class Playlists;
 class Preferences;
 class StatusLine;
@@ -51,10 +49,13 @@ class Maintenance : public QObject {
     /// How many things need attention.
     int maintenanceActionCount() const;
 
-    /// Very many tracks leave one place after the other, each in an event of its own: first what is
-    /// stored, before this returns, then the library, the queue with the playlists, and what is
-    /// derived.
+    /// Very many tracks leave one place after the other: first what is stored, before this returns,
+    /// then, worked out by a worker and each in an event of its own, the library, the queue with
+    /// the playlists, what is derived, and what was known of the tracks.
     void removeTracks(const QSet<QString>& withPaths);
+    /// Ends a removal that is under way at once. Before tracks are added, so that one of them that
+    /// is on its way out comes back rather than going.
+    void finishRemoval();
     /// Leaves one copy of each song; a large library is searched by a worker first.
     void removeDuplicateTracks();
     void downloadAllCloudTracks();
@@ -63,11 +64,29 @@ class Maintenance : public QObject {
     void maintenanceActionCountChanged();
 
   private:
+    /// What the worker makes of a removal.
+    struct Remainder {
+        LibraryStore::Remainder library;
+        PlayQueue::Remainder queue;
+        std::vector<QSet<QString>> portions; ///< of the paths
+    };
+    using Step = void (Maintenance::*)(const QSet<QString>& paths);
+
+    void beginRemoval(const QSet<QString>& paths);
+    void takeStep();
+    void takeNextStep();
+    void endRemoval();
     void removeFromLibrary(const QSet<QString>& paths);
     void removeFromQueue(const QSet<QString>& paths);
     void deriveWithout(const QSet<QString>& paths);
+    void forget(const QSet<QString>& paths);
+    void forgetSome(const QSet<QString>& paths);
 
     MaintenanceCollaborators m_with;
+    std::deque<std::function<void()>> m_steps; ///< of the removal under way
+    quint64 m_generation = 0;                  ///< of it
+    std::shared_ptr<Remainder> m_remainder;    ///< of it, once it is worked out; else null
+    QThreadPool m_worker;
 };
 
 } // namespace halvane

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "library/library_store.h"
+#include "library/row_ranges.h"
 #include "library/row_state.h"
 #include "model/queue_item.h"
 
@@ -34,15 +35,17 @@ class PlayQueue : public QAbstractListModel {
         TrackPtr record;
     };
 
+    using Entries = std::vector<Entry>;
+
     explicit PlayQueue(RowState state, QObject* parent = nullptr);
 
-    std::size_t size() const { return m_entries.size(); }
-    bool isEmpty() const { return m_entries.empty(); }
+    std::size_t size() const { return m_entries->size(); }
+    bool isEmpty() const { return m_entries->empty(); }
     /// The record behind an entry.
-    const Track& record(std::size_t row) const { return *m_entries[row].record; }
+    const Track& record(std::size_t row) const { return *(*m_entries)[row].record; }
     /// The records behind all entries, for a worker.
     TrackRows records() const;
-    const QUuid& idAt(std::size_t row) const { return m_entries[row].id; }
+    const QUuid& idAt(std::size_t row) const { return (*m_entries)[row].id; }
     /// The whole entry, as a value of its own.
     QueueItem item(std::size_t row) const;
     std::optional<std::size_t> rowOfID(const QUuid& id) const;
@@ -69,6 +72,19 @@ class PlayQueue : public QAbstractListModel {
     std::size_t append(std::vector<Entry> entries);
     /// Takes out the entries of these files.
     void remove(const QSet<QString>& paths);
+
+    /// What goes, and what stays, of the queue as it was when this was begun.
+    struct Remainder {
+        std::vector<RowRange> gone; ///< ascending
+        std::shared_ptr<Entries> entries;
+        quint64 revision = 0;
+    };
+    /// The work of a removal, for any thread.
+    std::function<Remainder()> beginRemoval(const QSet<QString>& paths) const;
+    /// As remove, at a cost that does not grow with the queue unless it has changed since the
+    /// removal began. What there was instead takes time to free, and comes back for it.
+    void finishRemoval(const QSet<QString>& paths, Remainder& remainder);
+
     /// Puts fresh records in the place of those with the same paths.
     void replace(const TrackRows& tracks);
     /// Moves an entry to the place of another; nothing when either is unknown or both are one.
@@ -93,11 +109,16 @@ class PlayQueue : public QAbstractListModel {
     void sourceLabelChanged();
 
   private:
+    Entries& writableEntries();
+    void takeOut(Remainder& remainder);
+    void takeOutRange(const RowRange& range);
     void setSourceLabel(const std::optional<QString>& label);
     void emitRow(std::size_t row, const QList<int>& roles);
 
     RowState m_state;
-    std::vector<Entry> m_entries;
+    std::shared_ptr<Entries> m_entries;
+    mutable bool m_isShared = false; ///< with a worker, so that a change needs a copy
+    quint64 m_revision = 0;          ///< grows with each change of the entries
     std::optional<std::size_t> m_current;
     std::optional<QString> m_sourceLabel;
 };

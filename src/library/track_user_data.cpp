@@ -13,8 +13,6 @@ namespace {
 
 constexpr int mostStars = 5;
 
-constexpr qsizetype takenOutAtOnce = 500; ///< paths that leave the maps within two milliseconds
-
 } // namespace
 
 TrackUserData::TrackUserData(Preferences& preferences, QObject* parent)
@@ -44,7 +42,6 @@ void TrackUserData::toggleLoved(const QString& path) {
     assertOwnThread(*this);
     if (path.isEmpty())
         return;
-    prepareChange(path);
     if (m_lovedPaths.remove(path)) {
         m_preferences.removeString(SettingsKey::lovedPaths, path);
     } else {
@@ -59,7 +56,6 @@ void TrackUserData::setRating(int rating, const QString& path) {
     const int stars = std::clamp(rating, 0, mostStars);
     if (path.isEmpty() || stars == this->rating(path))
         return;
-    prepareChange(path);
     if (stars == 0) {
         m_trackRatings.get().remove(path);
         m_preferences.removeEntries({SettingsKey::trackRatings}, {path});
@@ -74,7 +70,6 @@ void TrackUserData::countPlay(const QString& path) {
     assertOwnThread(*this);
     if (path.isEmpty())
         return;
-    prepareChange(path);
     qint64& count = m_playCounts.get()[path];
     if (count == std::numeric_limits<qint64>::max())
         return; // only a stored value can be there; stays
@@ -85,45 +80,13 @@ void TrackUserData::countPlay(const QString& path) {
 
 void TrackUserData::forget(const QSet<QString>& paths) {
     assertOwnThread(*this);
-    if (paths.isEmpty())
-        return;
-    takeOutAll();
-    m_leaving = paths;
-    m_toTakeOut = paths.values();
-    takeOutSome();
-    Q_EMIT reset();
-}
-
-void TrackUserData::takeOut(QStringList::const_iterator begin, QStringList::const_iterator end) {
     IntegerMap& ratings = m_trackRatings.get();
     IntegerMap& counts = m_playCounts.get();
-    for (auto path = begin; path != end; ++path) {
-        m_lovedPaths.remove(*path);
-        ratings.remove(*path);
-        counts.remove(*path);
+    for (const QString& path : paths) {
+        m_lovedPaths.remove(path);
+        ratings.remove(path);
+        counts.remove(path);
     }
-}
-
-void TrackUserData::takeOutSome() {
-    const qsizetype staying = std::max(m_toTakeOut.size() - takenOutAtOnce, qsizetype(0));
-    takeOut(m_toTakeOut.cbegin() + staying, m_toTakeOut.cend());
-    m_toTakeOut.resize(staying);
-    if (m_toTakeOut.isEmpty())
-        m_leaving.clear();
-    else
-        QMetaObject::invokeMethod(this, &TrackUserData::takeOutSome, Qt::QueuedConnection);
-}
-
-void TrackUserData::takeOutAll() {
-    takeOut(m_toTakeOut.cbegin(), m_toTakeOut.cend());
-    m_toTakeOut.clear();
-    m_leaving.clear();
-}
-
-// A track that came back meanwhile must not lose what is new.
-void TrackUserData::prepareChange(const QString& path) {
-    if (!holds(path))
-        takeOutAll();
 }
 
 } // namespace halvane

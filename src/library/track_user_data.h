@@ -5,7 +5,6 @@
 
 #include <QObject>
 #include <QSet>
-#include <QStringList>
 
 namespace halvane {
 
@@ -27,13 +26,9 @@ class TrackUserData : public QObject {
     const IntegerMap& trackRatings() const { return m_trackRatings.get(); }
     const IntegerMap& playCounts() const { return m_playCounts.get(); }
 
-    bool isLoved(const QString& path) const { return holds(path) && m_lovedPaths.contains(path); }
-    qint64 rating(const QString& path) const {
-        return holds(path) ? trackRatings().value(path) : 0;
-    }
-    qint64 playCount(const QString& path) const {
-        return holds(path) ? playCounts().value(path) : 0;
-    }
+    bool isLoved(const QString& path) const { return m_lovedPaths.contains(path); }
+    qint64 rating(const QString& path) const { return trackRatings().value(path); }
+    qint64 playCount(const QString& path) const { return playCounts().value(path); }
 
     /// Loves a track, or no longer. Nothing without a path.
     void toggleLoved(const QString& path);
@@ -42,30 +37,22 @@ class TrackUserData : public QObject {
     void setRating(int rating, const QString& path);
     /// Adds one play. Nothing without a path.
     void countPlay(const QString& path);
-    /// Tracks left the library, and the preferences with it. Nothing is known of them from now on;
-    /// many of them leave the maps themselves a few at a time.
+    /// Tracks left the library, and the preferences with it. No list shows them any more, so that
+    /// nobody is told.
     void forget(const QSet<QString>& paths);
 
   Q_SIGNALS:
     void lovedChanged(const QString& path);
     void ratingChanged(const QString& path);
     void playCountChanged(const QString& path);
-    /// Several tracks at once: restored, or removed.
+    /// Everything at once: restored.
     void reset();
 
   private:
-    bool holds(const QString& path) const { return !m_leaving.contains(path); }
-    void takeOut(QStringList::const_iterator begin, QStringList::const_iterator end);
-    void takeOutSome();
-    void takeOutAll();
-    void prepareChange(const QString& path);
-
     Preferences& m_preferences;
     QSet<QString> m_lovedPaths;
     LateValue<IntegerMap> m_trackRatings;
     LateValue<IntegerMap> m_playCounts;
-    QSet<QString> m_leaving; ///< are as good as gone from the maps
-    QStringList m_toTakeOut; ///< of them, those that may still be there
 };
 
 } // namespace halvane

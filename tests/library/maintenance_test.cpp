@@ -197,5 +197,87 @@ TEST_F(MaintenanceTest, RemovedTracksAreGoneEverywhereButOnTheDisk) {
     EXPECT_TRUE(QFile::exists(copy));
 }
 
+/// A library too large to be searched, derived or emptied in place, in which every song is there
+/// three times and all is loved. A third of it leaves.
+class ManyTracksTest : public MaintenanceTest {
+  protected:
+    ManyTracksTest() {
+        std::vector<Track> tracks;
+        for (int i = 0; i < 2400; ++i) {
+            paths.append(folder.filePath(u"%1.mp3"_s.arg(i)));
+            tracks.push_back(song(paths.back(), QString::number(i % 800), 200));
+        }
+        library.store.append(rowsOf(tracks));
+        library.queue.append(library.store.rows());
+        library.importedPaths.add(paths);
+        outside.preferences.setStrings(SettingsKey::lovedPaths, paths);
+        library.userData.restore();
+        library.duplicates.refresh();
+        library.catalog.rebuildImportedAlbums();
+        until([this] { return library.duplicates.duplicateGroupCount() == 800; });
+        until([this] { return lovedBadge() == u"2400"_s; });
+    }
+    template<typename Reached>
+    static void until(const Reached& reached) {
+        while (!reached())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    QSet<QString> third(int which) const {
+        QSet<QString> some;
+        for (qsizetype i = which; i < paths.size(); i += 3)
+            some.insert(paths[i]);
+        return some;
+    }
+    QString lovedBadge() const { return library.sidebar.sidebarBadge(SidebarItem::loved); }
+    QStringList stored() const {
+        return *outside.preferences.strings(SettingsKey::importedAudioPaths);
+    }
+
+    QStringList paths;
+};
+
+TEST_F(ManyTracksTest, LeaveOnePlaceAfterTheOther) {
+    library.queue.setCurrentRow(2);
+    QStringList order;
+    QObject::connect(&library.store, &LibraryStore::tracksChanged,
+                     [&] { order.append(u"library, %1 stored"_s.arg(stored().size())); });
+    QObject::connect(&library.queue, &PlayQueue::entriesChanged, [&] { order.append(u"queue"_s); });
+    QObject::connect(&library.catalog, &LibraryCatalog::catalogChanged,
+                     [&] { order.append(u"albums"_s); });
+    library.maintenance.removeTracks(third(0));
+    EXPECT_EQ(library.store.size(), 2400U) << "the worker is still to work it out";
+    until([this] { return library.userData.lovedPaths().size() == 1600; });
+    EXPECT_EQ(order, (QStringList{u"library, 1600 stored"_s, u"queue"_s, u"albums"_s}));
+    EXPECT_EQ(library.store.size(), 1600U);
+    EXPECT_EQ(library.store.rowOf(paths[2]), 1U);
+    EXPECT_EQ(library.queue.size(), 1600U);
+    EXPECT_EQ(library.queue.currentPath(), paths[2]);
+    EXPECT_EQ(library.duplicates.groups(), duplicateTrackGroups(library.store.rows()));
+    until([this] { return lovedBadge() == u"1600"_s; });
+
+    // What comes meanwhile stays, and what plays goes.
+    library.maintenance.removeTracks(third(2));
+    add({u"/new.mp3"_s});
+    library.userData.toggleLoved(u"/new.mp3"_s);
+    until([this] { return library.userData.lovedPaths().size() == 801; });
+    EXPECT_EQ(library.store.size(), 801U);
+    EXPECT_EQ(library.store.rowOf(u"/new.mp3"_s), 800U);
+    EXPECT_EQ(library.queue.size(), 801U);
+    EXPECT_FALSE(library.queue.currentRow());
+    EXPECT_EQ(lovedBadge(), u"801"_s);
+}
+
+TEST_F(ManyTracksTest, OneThatIsAddedAgainMeanwhileComesBack) {
+    const QString path = touch(u"0.mp3"_s);
+    library.maintenance.removeTracks(third(0));
+    library.importer.importDroppedURLs({QUrl::fromLocalFile(path)});
+    until([this] { return !library.importer.isImporting(); });
+    QCoreApplication::processEvents();
+    EXPECT_EQ(library.store.rowOf(path), 1600U);
+    EXPECT_EQ(library.queue.rowOfPath(path), 1600U);
+    EXPECT_EQ(stored().size(), 1601);
+    EXPECT_FALSE(library.userData.isLoved(path)) << "it comes as a new one";
+}
+
 } // namespace
 } // namespace halvane::test
