@@ -259,6 +259,10 @@ TEST_F(ImportTest, QuittingInTheMiddleLosesNothingThatCame) {
     };
     library->importer.importDroppedURLs({QUrl::fromLocalFile(music.path())});
     until([&] { return library->store.size() > 0; });
+    EXPECT_LT(library->importer.progress(), 0) << "shown from the first second on";
+    outside.clock.advance(std::chrono::milliseconds(1100));
+    until([&] { return library->importer.progress() > 0; });
+    EXPECT_LT(library->importer.progress(), 1);
     const std::size_t came = library->store.size();
     last.release();
     library.reset();
