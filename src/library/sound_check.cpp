@@ -63,6 +63,8 @@ void SoundCheck::forget(const QSet<QString>& paths) {
     assertOwnThread(*this);
     if (paths.contains(m_measuring))
         m_measuring.clear();
+    if (!m_waiting.empty())
+        m_gone.unite(paths);
     NumbersMap& known = m_trackLoudness.get();
     const auto before = known.size();
     for (const QString& path : paths)
@@ -118,10 +120,13 @@ void SoundCheck::cancelScan() {
     m_stop.request_stop();
     m_stop = {};
     m_waiting.clear();
+    m_gone.clear();
     m_measuring.clear();
 }
 
 void SoundCheck::measureNext() {
+    while (!m_waiting.empty() && m_gone.contains(m_waiting.front().standardizedPath()))
+        m_waiting.pop_front();
     if (m_waiting.empty())
         return;
     const FileUrl file = m_waiting.front();

@@ -97,7 +97,8 @@ class SoundCheck : public QObject {
 
     // The scan: what is still to be measured, and the one file that the worker has.
     std::deque<FileUrl> m_waiting;
-    QString m_measuring; ///< standardized path; empty: none, or it left the library meanwhile
+    QSet<QString> m_gone; ///< standardized paths of those among them that have left the library
+    QString m_measuring;  ///< standardized path; empty: none, or it left the library meanwhile
     std::stop_source m_stop;
     quint64 m_scanGeneration = 0; ///< tells a result of a cancelled scan
     QThreadPool m_worker;         ///< of one thread
