@@ -69,7 +69,8 @@ void Restoration::remember(const StoredPaths& stored) {
             Remembered remembered;
             remembered.library =
                 rememberedLibrary(*std::move(paths), *index, cache.cacheDirectory());
-            remembered.entries = PlayQueue::entriesFor(remembered.library.rows.rows);
+            remembered.toCheck = remembered.library.rows.rows;
+            remembered.entries = PlayQueue::entriesFor(remembered.toCheck);
             remembered.records = static_cast<std::size_t>((*index)->size());
             return remembered;
         },
@@ -92,23 +93,26 @@ void Restoration::publish(Remembered remembered) {
             return known.contains(entry.record->path());
         });
     }
-    const bool isCacheCurrent = remembered.records == remembered.library.rows.rows.size();
+    const bool isCacheCurrent = remembered.records == remembered.toCheck.size();
     m_with.queue.append(std::move(remembered.entries));
     m_with.library.append(std::move(remembered.library.rows));
     m_with.persistence.release(); // what has a record is there
     m_with.catalog.rebuildImportedAlbums();
     // The albums are what is waited for: a look at the disk would only hold them up.
-    m_with.catalog.whenCurrent(this, [this, unknown = std::move(remembered.library.unknown),
-                                      isCacheCurrent] { check(unknown, isCacheCurrent); });
+    m_with.catalog.whenCurrent(this, [this, known = std::move(remembered.toCheck),
+                                      unknown = std::move(remembered.library.unknown),
+                                      isCacheCurrent]() mutable {
+        check(std::move(known), std::move(unknown), isCacheCurrent);
+    });
 }
 
-void Restoration::check(std::vector<FileUrl> unknown, bool isCacheCurrent) {
+void Restoration::check(TrackRows known, std::vector<FileUrl> unknown, bool isCacheCurrent) {
     runInBackground(
         m_worker, this,
-        [known = m_with.library.snapshot(), unknown = std::move(unknown),
+        [known = std::move(known), unknown = std::move(unknown),
          with = Reading{m_with.journal, &m_with.cloudFiles, m_with.language(), m_cancelled}] {
             yieldToTheWindow();
-            return fresh(*known, unknown, with);
+            return fresh(known, unknown, with);
         },
         [this, isCacheCurrent](Fresh fresh) {
             if (*m_cancelled)

@@ -60,6 +60,7 @@ class Restoration : public QObject {
     using StoredPaths = std::function<std::optional<QStringList>()>;
     struct Remembered {
         RememberedLibrary library;
+        TrackRows toCheck; ///< its rows
         std::vector<PlayQueue::Entry> entries;
         std::size_t records = 0; ///< in the index
     };
@@ -78,7 +79,7 @@ class Restoration : public QObject {
 
     void remember(const StoredPaths& stored);
     void publish(Remembered remembered);
-    void check(std::vector<FileUrl> unknown, bool isCacheCurrent);
+    void check(TrackRows known, std::vector<FileUrl> unknown, bool isCacheCurrent);
     static Fresh fresh(const TrackRows& known, std::vector<FileUrl> unknown, const Reading& with);
     void takeOver(Fresh fresh, bool isCacheCurrent);
     void finish(bool isCacheCurrent);
