@@ -98,11 +98,14 @@ class SoundCheckTest : public testing::Test {
         return made;
     }
     bool measured(const SoundCheck& check, const QStringList& paths) {
-        return waitFor([&] {
-            return std::all_of(paths.begin(), paths.end(), [&](const QString& path) {
-                return check.trackLoudness().contains(path);
-            });
-        });
+        constexpr int patienceMs = 120'000; // a scan takes only what the machine has left over
+        return waitFor(
+            [&] {
+                return std::all_of(paths.begin(), paths.end(), [&](const QString& path) {
+                    return check.trackLoudness().contains(path);
+                });
+            },
+            patienceMs);
     }
     NumbersMap stored() const {
         return preferences.numbersMap(SettingsKey::trackLoudness).valueOr({});
