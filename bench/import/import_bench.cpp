@@ -160,14 +160,14 @@ struct Remembered {
                                        outside.preferences())) {}
 };
 
-/// Restores a library and waits until its files, too, were looked at.
+/// Restores a library and waits until all that follows has ended, too.
 void restoreWhole(LibraryConcerns& library) {
-    bool isRestored = false;
+    bool isCalm = false;
     QObject::connect(
-        &library.restoration, &Restoration::finished, &library, [&] { isRestored = true; },
+        &library.availability, &Availability::refreshed, &library, [&] { isCalm = true; },
         Qt::SingleShotConnection);
     inAnEvent([&] { library.restoration.restoreImportedAudio(); });
-    until([&] { return isRestored && library.catalog.isCurrent(); });
+    until([&] { return isCalm && library.catalog.isCurrent() && library.duplicates.areCurrent(); });
 }
 
 /// From the opening of the preferences until all albums are published; how long it takes until the
