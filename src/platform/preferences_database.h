@@ -59,6 +59,12 @@ class PreferencesDatabase {
   private:
     struct Apply;
 
+    static constexpr int pagesOfACheckpoint = 200;
+    static constexpr const char* deleteInteger =
+        "DELETE FROM integer_entry WHERE preference = ?1 AND name = ?2";
+    static constexpr const char* deleteNumbers =
+        "DELETE FROM numbers_entry WHERE preference = ?1 AND name = ?2";
+
     /// The id of a key's row of a kind; a row of another kind makes way, with all it holds.
     qint64 rowOfKind(const QString& key, const PreferenceValue& emptyValue);
     void remove(const QString& key);
