@@ -100,11 +100,11 @@ void SpectrumTap::Impl::run() {
     // A little more than the interval, so that no result is refused for coming early.
     constexpr auto period = std::chrono::microseconds(33'400);
     std::unique_lock lock(m_mutex);
+    // Kept over pauses: a block that were taken early would be refused, and never be seen.
     auto due = SteadyClock::now();
     while (!m_quit) {
         if (!m_running) {
             m_wake.wait(lock);
-            due = SteadyClock::now();
             continue;
         }
         const auto now = SteadyClock::now();

@@ -5,6 +5,8 @@
 #include "support/child_process.h"
 #include "support/offline_output.h"
 
+#include <QCoreApplication>
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -219,22 +221,26 @@ TEST(SpectrumTap, ShowsWhatIsHeardToWhoeverWatches) {
 
     model.beginWatching();
     tap.setActive(true);
-    for (int i = 1; i <= 3; ++i) {
-        output.play(2048);
-        ASSERT_TRUE(waitFor([&] { return results == i; }));
-    }
+    output.play(3 * 2048);
+    ASSERT_TRUE(waitFor([&] { return results > 0; }));
     EXPECT_NEAR(model.level(), 3.2 * 0.3 * std::sqrt(0.5), 0.02);
     EXPECT_GT(*std::max_element(model.bands().begin(), model.bands().end()), 0.5F);
 
-    // Whoever watches again sees what is heard from then on; the block before may still be seen.
-    tap.setActive(false);
-    model.endWatching();
-    output.play(2048);
-    EXPECT_EQ(results, 3);
-    model.beginWatching();
-    tap.setActive(true);
-    output.play(2048);
-    EXPECT_TRUE(waitFor([&] { return results >= 4; }));
+    // Nothing is shown to nobody. Whoever watches again sees what is heard then, however soon after
+    // the last result that is.
+    for (int i = 0; i < 20; ++i) {
+        tap.setActive(false);
+        model.endWatching();
+        QCoreApplication::sendPostedEvents();
+        const int before = results;
+        output.play(2048);
+        QCoreApplication::sendPostedEvents();
+        ASSERT_EQ(results, before);
+        model.beginWatching();
+        tap.setActive(true);
+        output.play(2048);
+        ASSERT_TRUE(waitFor([&] { return results > before; })) << i;
+    }
 }
 
 } // namespace
