@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Importing a library of real files, beside a bare TagLib loop over the same files, and restoring
 // libraries of three sizes. HALVANE_BENCH_LIBRARY names the folder that bench/corpus made.
+#include "../support/real_outside.h"
 #include "../support/remembered_library.h"
 #include "library/library_concerns.h"
 #include "library/settings_keys.h"
-#include "platform/desktop_cloud_files.h"
-#include "platform/sqlite_preferences.h"
-#include "support/fake_environment.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -95,39 +93,13 @@ void bareTagLib(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations() * static_cast<int64_t>(files));
 }
 
-/// The outside with real preferences and the real look at the cloud.
-struct Outside {
-    test::FakeEnvironment fakes;
-    std::unique_ptr<SqlitePreferences> stored = openPreferences();
-    DesktopCloudFiles cloudFiles{fakes.folder.path()};
-
-    SqlitePreferences& preferences() { return *stored; }
-    /// As a new start of the program finds them.
-    void reopenPreferences() {
-        stored.reset();
-        stored = openPreferences();
-    }
-    std::unique_ptr<SqlitePreferences> openPreferences() {
-        return std::make_unique<SqlitePreferences>(fakes.folder.filePath(u"preferences.sqlite"_s),
-                                                   fakes.clock);
-    }
-
-    operator Environment() {
-        const Environment made = fakes;
-        return {
-            made.clock,         *stored,          made.output, made.devices,   made.mediaControls,
-            made.notifications, made.fileChooser, cloudFiles,  made.languages, made.sleepInhibitor,
-            made.dataFolder,    made.cacheFolder};
-    }
-};
-
 /// From the drop until rows, albums and search are published.
 void importLibrary(benchmark::State& state) {
     std::size_t tracks = 0;
     app->longest = 0;
     for (auto _ : state) {
         state.PauseTiming();
-        auto outside = std::make_unique<Outside>();
+        auto outside = std::make_unique<bench::RealOutside>();
         auto library = std::make_unique<LibraryConcerns>(*outside);
         bool isDropped = false;
         state.ResumeTiming();
@@ -150,13 +122,12 @@ void importLibrary(benchmark::State& state) {
 
 /// A library of that many files, whose records are saved.
 struct Remembered {
-    Outside outside;
+    bench::RealOutside outside;
     QTemporaryDir folder;
     QStringList paths;
 
     explicit Remembered(int size)
-        : paths(bench::rememberLibrary(size, folder.path(),
-                                       outside.fakes.folder.filePath(u"data"_s),
+        : paths(bench::rememberLibrary(size, folder.path(), outside.dataFolder(),
                                        outside.preferences())) {}
 };
 

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+// restored_library HOME: restores the library kept in HOME, without a window, says how many tracks
+// it has when all its albums are published, and ends. restored_library HOME FOLDER: makes it first,
+// of the files in a folder.
+#include "../support/real_outside.h"
+#include "library/library_concerns.h"
+#include "library/settings_keys.h"
+
+#include <QCoreApplication>
+#include <QDir>
+
+#include <cstdio>
+
+using namespace halvane;
+
+namespace {
+
+template<typename Reached>
+void until(const Reached& reached) {
+    while (!reached())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+}
+
+void import(LibraryConcerns& library, const QString& folder) {
+    library.importer.importDroppedURLs({QUrl::fromLocalFile(folder)});
+    until([&] { return !library.importer.isImporting() && library.catalog.isCurrent(); });
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const QCoreApplication app(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() < 2 || !QDir().mkpath(arguments[1]))
+        return 2;
+    bench::RealOutside outside(arguments[1]);
+    LibraryConcerns library(outside);
+    if (arguments.size() > 2) {
+        import(library, arguments[2]);
+        std::printf("%zu\n", library.store.size());
+        return 0;
+    }
+    const auto paths = outside.preferences().strings(SettingsKey::importedAudioPaths).valueOr({});
+    const auto size = static_cast<std::size_t>(paths.size());
+    library.restoration.restoreImportedAudio();
+    until([&] { return library.catalog.catalog()->rows->size() == size; });
+    std::printf("%zu\n", size);
+    std::fflush(stdout);
+    return 0; // whoever waits for the line waits no longer for this
+}
