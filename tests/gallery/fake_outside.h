@@ -5,7 +5,6 @@
 
 #include "library/environment.h"
 #include "platform/audio_devices.h"
-#include "platform/cloud_files.h"
 #include "platform/file_chooser.h"
 #include "platform/media_controls.h"
 #include "platform/notifications.h"
@@ -13,13 +12,15 @@
 #include "platform/sleep_inhibitor.h"
 #include "platform/sound_output.h"
 #include "platform/system_clock.h"
+#include "support/fake_cloud_files.h"
 #include "support/memory_preferences.h"
 
 #include <QElapsedTimer>
 #include <QObject>
-#include <QSet>
 #include <QTemporaryDir>
 #include <QTimer>
+
+#include <atomic>
 
 namespace halvane::test {
 
@@ -50,7 +51,7 @@ class TimedOutput final : public SoundOutput {
     QElapsedTimer m_since;
     StreamFormat m_format;
     RenderSource* m_source = nullptr;
-    std::int64_t m_frames = 0;
+    std::atomic<std::int64_t> m_frames{0}; ///< which the spectrum asks for on its own thread
     std::vector<float> m_block;
 };
 
@@ -91,19 +92,6 @@ class SilentChooser final : public FileChooser {
     QStringList answer;
 };
 
-class ListedCloud final : public CloudFiles {
-  public:
-    FilePresence presence(const QString& path) const override {
-        return evicted.contains(path) ? FilePresence::evicted
-               : QFile::exists(path)  ? FilePresence::here
-                                      : FilePresence::gone;
-    }
-    void startDownloading(const QStringList& paths) override { asked += paths; }
-    bool isRemote(const QString&) const override { return false; }
-    QSet<QString> evicted; ///< filled before the library starts
-    QStringList asked;
-};
-
 class OneLanguage final : public PreferredLanguages {
   public:
     QStringList tags() const override { return {QStringLiteral("en-GB")}; }
@@ -123,7 +111,7 @@ struct FakeOutside {
     QuietControls controls;
     QuietNotifications notifications;
     SilentChooser chooser;
-    ListedCloud cloud;
+    FakeCloudFiles cloud;
     OneLanguage languages;
     NoInhibitor inhibitor;
 

@@ -3,17 +3,16 @@
 
 #include "library/environment.h"
 #include "platform/audio_devices.h"
-#include "platform/cloud_files.h"
 #include "platform/file_chooser.h"
 #include "platform/media_controls.h"
 #include "platform/notifications.h"
 #include "platform/preferred_languages.h"
 #include "platform/sleep_inhibitor.h"
+#include "support/fake_cloud_files.h"
 #include "support/manual_clock.h"
 #include "support/memory_preferences.h"
 #include "support/offline_output.h"
 
-#include <QSet>
 #include <QTemporaryDir>
 
 namespace halvane::test {
@@ -76,27 +75,6 @@ class FakeFileChooser final : public FileChooser {
         request = asked;
         chosen = std::move(answer);
     }
-};
-
-class FakeCloudFiles final : public CloudFiles {
-  public:
-    QSet<QString> evicted; ///< to be changed only while no worker looks
-    QStringList downloading;
-    /// Called before a file is opened for import, on many threads.
-    std::function<void(const QString& path)> beforeOpening;
-
-    bool blocksWhenOpened(const QString& path) const override {
-        if (beforeOpening)
-            beforeOpening(path);
-        return isEvicted(path);
-    }
-    FilePresence presence(const QString& path) const override {
-        return evicted.contains(path) ? FilePresence::evicted
-               : QFile::exists(path)  ? FilePresence::here
-                                      : FilePresence::gone;
-    }
-    void startDownloading(const QStringList& paths) override { downloading += paths; }
-    bool isRemote(const QString&) const override { return false; }
 };
 
 class FakeLanguages final : public PreferredLanguages {

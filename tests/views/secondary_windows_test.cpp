@@ -53,7 +53,7 @@ TEST_F(TidyUpTest, DownloadsAtOnceAndAsksBeforeItRemoves) {
     ASSERT_TRUE(ui->waitsFor(u"Missing files, 1"_s));
     ASSERT_TRUE(ui->waitsFor(u"In iCloud, not downloaded, 1"_s));
     ASSERT_TRUE(ui->click(u"Download All"_s, QAccessible::Button));
-    EXPECT_TRUE(world.waitFor([&] { return !world.outside().cloud.asked.isEmpty(); }));
+    EXPECT_TRUE(world.waitFor([&] { return !world.outside().cloud.downloading.isEmpty(); }));
 
     const QString question = u"Remove 1 missing track from the library? The entry is removed; no "
                              "files are deleted."_s;

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/cloud_files.h"
+
+#include <QFile>
+#include <QSet>
+
+#include <functional>
+#include <mutex>
+
+namespace halvane::test {
+
+/// A disk from which a test takes files away to the cloud, at any time: workers may be looking.
+class FakeCloudFiles final : public CloudFiles {
+  public:
+    /// These files live in the cloud from now on, and no others. Any thread.
+    void setEvicted(const QSet<QString>& paths) {
+        const std::scoped_lock lock(m_mutex);
+        m_evicted = paths;
+    }
+
+    QStringList downloading; ///< what was asked for; main thread
+    /// Called before a file is opened for import, on many threads; to be changed only while no
+    /// worker looks.
+    std::function<void(const QString& path)> beforeOpening;
+
+    bool blocksWhenOpened(const QString& path) const override {
+        if (beforeOpening)
+            beforeOpening(path);
+        return isEvicted(path);
+    }
+    FilePresence presence(const QString& path) const override {
+        {
+            const std::scoped_lock lock(m_mutex);
+            if (m_evicted.contains(path))
+                return FilePresence::evicted;
+        }
+        return QFile::exists(path) ? FilePresence::here : FilePresence::gone;
+    }
+    void startDownloading(const QStringList& paths) override { downloading += paths; }
+    bool isRemote(const QString&) const override { return false; }
+
+  private:
+    mutable std::mutex m_mutex;
+    QSet<QString> m_evicted; ///< guarded by the mutex
+};
+
+} // namespace halvane::test
