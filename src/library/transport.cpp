@@ -383,6 +383,9 @@ void Transport::attemptGaplessPreschedule() {
     const QString path = m_with.queue.record(*next).path();
     if (std::abs(gainOrZero(m_with.queue.currentPath()) - gainOrZero(path)) > largestStep)
         return;
+    // To open it would be to download it unasked, and to wait for that.
+    if (m_with.files.isCloudEvicted(path))
+        return m_with.files.markInCloud(path);
     m_with.engine.prescheduleNextIfCompatible(path);
 }
 

@@ -233,10 +233,14 @@ class Reference {
             if (playable(i))
                 next = i;
         }
-        if (!next || next == current || !pending.isEmpty())
+        if (!next || next == current)
             return;
         const QString& path = entries[*next].path;
-        if (!m_world.broken.contains(path) &&
+        if (m_disk.evicted.contains(path)) {
+            inCloud.insert(path);
+            return;
+        }
+        if (pending.isEmpty() && !m_world.broken.contains(path) &&
             m_world.formatOf.value(path) == m_world.formatOf.value(loaded))
             pending = path;
     }
