@@ -162,8 +162,12 @@ Restoration::Fresh Restoration::fresh(const TrackRows& known, std::vector<FileUr
     };
     auto read = TrackMetadataLoader::loadItems(toRead, with.language, beside);
     Fresh fresh;
-    for (std::size_t i = 0; i < changed.size(); ++i)
-        fresh.changed.push_back(rowReadAgain(*changed[i], std::move(read[i])));
+    for (std::size_t i = 0; i < changed.size(); ++i) {
+        // What can't be opened now, such as a file that is in the cloud, stays as it is known; its
+        // date still differs at the next start.
+        if (read[i].fileSize >= 0)
+            fresh.changed.push_back(rowReadAgain(*changed[i], std::move(read[i])));
+    }
     read.erase(read.begin(), read.begin() + static_cast<std::ptrdiff_t>(changed.size()));
     fresh.added = rowsFromLoaded(std::move(read));
     std::reverse(fresh.added.begin(), fresh.added.end());
