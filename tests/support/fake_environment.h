@@ -104,7 +104,9 @@ struct FakeEnvironment {
     FakeSleepInhibitor sleepInhibitor;
     QTemporaryDir folder;
 
-    operator Environment() {
+    operator Environment() { return with(cloudFiles); }
+    /// With another look at the cloud.
+    Environment with(CloudFiles& cloud) {
         return {clock,
                 preferences,
                 output,
@@ -112,7 +114,7 @@ struct FakeEnvironment {
                 mediaControls,
                 notifications,
                 fileChooser,
-                cloudFiles,
+                cloud,
                 languages,
                 sleepInhibitor,
                 folder.filePath(QStringLiteral("data")),
