@@ -16,12 +16,12 @@ struct ReadingLimits {
     qint64 blockBytes = 32LL << 20;  ///< largest single read
     qint64 totalBytes = 128LL << 20; ///< of all reads together
     int reads = 200'000;
-    std::chrono::milliseconds time{5000};
+    std::chrono::milliseconds time{5000}; ///< of the processor: a slow disk is not the file's fault
 };
 
 /// A regular file opened for reading only, that stops answering when a parser asks for too much of
 /// it: past a limit every read is empty, as at the end of the file, so loops in parsers end.
-/// Opening never blocks on a pipe or a device. One thread at a time.
+/// Opening never blocks on a pipe or a device. For the thread that made it.
 class BoundedFile {
   public:
     explicit BoundedFile(const QString& path, const ReadingLimits& limits = {});
@@ -47,7 +47,7 @@ class BoundedFile {
     bool isExhausted() const { return m_exhausted; }
     /// Whether it was the limit of time.
     bool isLate() const { return m_late; }
-    /// Looks at the clock; true when the time is over.
+    /// Looks at the processor's clock; true when the time is over.
     bool checkTime();
 
   private:
@@ -80,6 +80,7 @@ class BoundedFile {
     bool m_exhausted = false;
     bool m_late = false;
     std::chrono::steady_clock::time_point m_deadline;
+    std::chrono::nanoseconds m_workDeadline; ///< on the thread's clock
     std::array<Window, 4> m_windows;
     std::size_t m_oldest = 0; ///< the window that is filled next
 };

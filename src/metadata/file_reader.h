@@ -10,7 +10,7 @@ struct AudioFileReading {
     FileMetadata metadata;
     qint64 fileSize = -1;        ///< bytes; -1 when the file can't be opened
     double modificationDate = 0; ///< seconds since 2001-01-01 UTC
-    bool isLate = false;         ///< the file took too long and was given up
+    bool isLate = false;         ///< the file took too much work and was given up
     bool isGone = false;         ///< there is no such file
 };
 

@@ -40,7 +40,7 @@ class ReadingJournal {
         std::size_t m_slot;
     };
 
-    /// The file hung a reader.
+    /// The file kept a reader at work without end.
     void condemn(const QString& path);
     /// A suspect was read without harm.
     void acquit(const QString& path);

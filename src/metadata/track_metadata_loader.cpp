@@ -5,6 +5,7 @@
 #include "metadata/embedded_picture.h"
 #include "metadata/file_reader.h"
 #include "metadata/folder_names.h"
+#include "metadata/reading_effort.h"
 #include "metadata/reading_journal.h"
 #include "model/string_pool.h"
 #include "presentation/l10n.h"
@@ -109,7 +110,7 @@ class Reader {
                 return std::move(*known);
         AudioFileReading reading;
         if (!(m_isEvicted && m_isEvicted(url.path())) && !isCondemned(url.path()))
-            reading = readNoted(url.path(), isAlone);
+            reading = readNoted(index, isAlone);
         return {itemFrom(url, reading, m_covers.cover(folderOf(url.path())), m_language),
                 reading.fileSize, false, reading.isGone};
     }
@@ -117,9 +118,11 @@ class Reader {
         return m_journal &&
                m_journal->verdict(m_urls[index].path()) == ReadingJournal::Verdict::suspect;
     }
-    /// What is left of a file whose reader hung.
+    /// What is left of a file whose reader does not come back. One that waits for a disk may find
+    /// the file in order when the disk answers again.
     LoadedItem giveUp(std::size_t index) {
-        if (m_journal)
+        constexpr std::chrono::seconds work{1};
+        if (m_journal && m_effort.spentOn(index) > work)
             m_journal->condemn(m_urls[index].path());
         return bare(index);
     }
@@ -132,12 +135,14 @@ class Reader {
         return m_journal && m_journal->verdict(path) == ReadingJournal::Verdict::condemned;
     }
 
-    AudioFileReading readNoted(const QString& path, bool isAlone) {
+    AudioFileReading readNoted(std::size_t index, bool isAlone) {
+        const QString& path = m_urls[index].path();
         if (!m_journal)
             return readAudioFile(path);
         AudioFileReading reading;
         {
             const ReadingJournal::Entry entry(*m_journal, path, isAlone);
+            const ReadingEffort::Scope scope(m_effort, index);
             reading = readAudioFile(path);
         }
         if (reading.isLate)
@@ -153,6 +158,7 @@ class Reader {
     std::function<std::optional<LoadedItem>(const FileUrl& url)> m_known;
     std::function<bool(const QString& path)> m_isEvicted;
     FolderCovers m_covers;
+    ReadingEffort m_effort; ///< by index
 };
 
 } // namespace
