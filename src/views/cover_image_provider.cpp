@@ -5,7 +5,7 @@
 #include <QPainterPath>
 #include <QUrl>
 
-#include <atomic>
+#include <memory>
 
 namespace halvane::views {
 
@@ -71,7 +71,11 @@ CoverImageProvider::CoverImageProvider(Source source)
 }
 
 CoverImageProvider::~CoverImageProvider() {
-    m_workers.clear();
+    close();
+}
+
+void CoverImageProvider::close() {
+    m_isClosed = true;
     m_workers.waitForDone();
 }
 
@@ -81,7 +85,7 @@ QQuickImageResponse* CoverImageProvider::requestImageResponse(const QString& id,
     auto* response = new CoverResponse(cancelled);
     // The engine deletes the response only after finished(), which every job emits.
     m_workers.start([this, response, cancelled, request = parseCoverRequest(id), requestedSize] {
-        if (cancelled->load(std::memory_order_relaxed)) {
+        if (m_isClosed || cancelled->load(std::memory_order_relaxed)) {
             response->deliver({});
             return;
         }

@@ -4,6 +4,7 @@
 #include <QQuickAsyncImageProvider>
 #include <QThreadPool>
 
+#include <atomic>
 #include <functional>
 
 namespace halvane::views {
@@ -33,11 +34,16 @@ class CoverImageProvider : public QQuickAsyncImageProvider {
     explicit CoverImageProvider(Source source);
     ~CoverImageProvider() override;
 
+    /// Waits until the source is in use no more; from then on there are no covers. The engine's
+    /// reader may hold a provider longer than the engine itself.
+    void close();
+
     QQuickImageResponse* requestImageResponse(const QString& id,
                                               const QSize& requestedSize) override;
 
   private:
     Source m_source;
+    std::atomic_bool m_isClosed = false;
     QThreadPool m_workers;
 };
 

@@ -57,6 +57,7 @@ ViewModule::ViewModule(QQmlEngine& engine, LibraryViewModel& library)
 }
 
 ViewModule::~ViewModule() {
+    static_cast<CoverImageProvider*>(m_engine.imageProvider(u"cover"_s))->close();
     m_engine.removeImageProvider(u"cover"_s);
     m_engine.setProperty(moduleProperty, {});
 }

@@ -2,8 +2,13 @@
 #include "views/cover_image_provider.h"
 
 #include <QImage>
+#include <QSemaphore>
 
 #include <gtest/gtest.h>
+
+#include <atomic>
+#include <memory>
+#include <vector>
 
 namespace halvane::views {
 namespace {
@@ -43,6 +48,38 @@ TEST(CoverWithCorners, RoundsTheCornersOnly) {
 TEST(CoverWithCorners, HasNothingToShowForNothing) {
     EXPECT_TRUE(coverWithCorners({}, {50, 50}, 4).isNull());
     EXPECT_TRUE(coverWithCorners(QImage(8, 8, QImage::Format_RGB32), {}, 4).isNull());
+}
+
+TEST(CoverImageProvider, LeavesItsSourceAloneOnceItIsClosed) {
+    std::atomic_int calls = 0;
+    std::atomic_int inUse = 0;
+    CoverImageProvider provider([&](const QString&, const QSize& size) {
+        ++calls;
+        ++inUse;
+        QImage picture(size * 8, QImage::Format_RGB32);
+        picture.fill(Qt::gray);
+        picture = picture.scaled(size, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+        --inUse;
+        return picture;
+    });
+    QSemaphore ended;
+    std::vector<std::unique_ptr<QQuickImageResponse>> responses;
+    const auto ask = [&] {
+        responses.emplace_back(provider.requestImageResponse(u"a?0.1"_s, {200, 200}));
+        QObject::connect(
+            responses.back().get(), &QQuickImageResponse::finished, responses.back().get(),
+            [&] { ended.release(); }, Qt::DirectConnection);
+    };
+    // The first may end before anybody listens, as the engine's reader takes care of.
+    for (int i = 0; i < 40; ++i)
+        ask();
+    provider.close();
+    EXPECT_EQ(inUse, 0);
+    const int before = calls;
+    ask();
+    provider.close();
+    EXPECT_EQ(calls, before);
+    EXPECT_GT(ended.available(), 1) << "nobody is left waiting";
 }
 
 } // namespace
