@@ -6,6 +6,7 @@
 #include "app/folders.h"
 #include "app/menu_export.h"
 #include "app/screenshots.h"
+#include "app/second_start.h"
 #include "app/window_registry.h"
 #include "audio/audio_file.h"
 #include "platform/log.h"
@@ -82,9 +83,8 @@ int Program::run() {
         screenshots.start(!m_arguments.request.files.isEmpty());
         return runEventLoop();
     }
-    // Two starts in one moment: the other was first.
-    if (!m_instance.claim())
-        return handOver(m_arguments.request) == HandOver::done ? EXIT_SUCCESS : EXIT_FAILURE;
+    if (!claim())
+        return EXIT_SUCCESS;
     // Read by the workers while the window is being made: the sound need not wait for the picture.
     open(m_arguments.request.files);
     m_app.openWindow(u"main"_s);
@@ -92,6 +92,19 @@ int Program::run() {
         return EXIT_FAILURE;
     runAction(m_arguments.request.action);
     return runEventLoop();
+}
+
+/// False when another instance does what this one was asked to.
+bool Program::claim() {
+    if (m_instance.claim())
+        return true;
+    // Two starts in one moment: the other was first. Nothing here has to end in order yet.
+    m_signals.reset();
+    if (leftToAnother(m_arguments.request))
+        return false;
+    watchSignals();
+    m_instance.claim(); // the other has ended since, or the bus gives the name to nobody
+    return true;
 }
 
 void Program::connectInstance() {
@@ -151,11 +164,16 @@ void Program::connectEnd() {
             m_app.quit();
     });
     connect(&m_tray, &Tray::shownChanged, this, &Program::keepReachable);
-    connect(&m_signals, &SignalWatch::endRequested, &m_app, &HalvaneApp::quit);
+    watchSignals();
     connect(&m_bus, &SessionBus::lost, this, [this] {
         qCInfo(libraryLog, "the session's bus has gone, so the session is over");
         m_app.quit();
     });
+}
+
+void Program::watchSignals() {
+    m_signals = std::make_unique<SignalWatch>();
+    connect(m_signals.get(), &SignalWatch::endRequested, &m_app, &HalvaneApp::quit);
 }
 
 // Without the tray's icon a program without a window could not be reached any more.

@@ -38,10 +38,12 @@ class Program : public QObject {
     int run();
 
   private:
+    bool claim();
     void connectInstance();
     void connectMediaControls();
     void connectGlobalMenu();
     void connectEnd();
+    void watchSignals();
     void followFirstPicture(QQuickWindow* window);
     void open(const QList<QUrl>& files);
     void runAction(const QString& action);
@@ -60,7 +62,7 @@ class Program : public QObject {
     Tray m_tray;
     GlobalMenu m_globalMenu;
     SingleInstance m_instance;
-    SignalWatch m_signals;
+    std::unique_ptr<SignalWatch> m_signals;
     std::unique_ptr<Timer> m_trayGone; ///< gives a tray that went away time to come back
 };
 

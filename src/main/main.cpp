@@ -2,6 +2,7 @@
 // The program, of which nothing is made here but the order of its beginning.
 #include "app/arguments.h"
 #include "app/program.h"
+#include "app/second_start.h"
 #include "platform/journal_log.h"
 #include "platform/log.h"
 #include "views/view_module.h"
@@ -38,16 +39,7 @@ std::optional<int> doneEarly(const Arguments& arguments) {
     case Arguments::Task::play:
         break;
     }
-    switch (handOver(arguments.request)) {
-    case HandOver::nobodyThere:
-        return {};
-    case HandOver::done:
-        return EXIT_SUCCESS;
-    case HandOver::failed:
-        print(stderr, u"halvane: another Halvane runs and does not answer\n"_s);
-        return EXIT_FAILURE;
-    }
-    return {};
+    return leftToAnother(arguments.request) ? std::optional(EXIT_SUCCESS) : std::nullopt;
 }
 
 bool hasDisplay() {

@@ -4,9 +4,13 @@
 #include "platform/application_adaptor.h"
 
 #include <QDBusConnection>
-#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusReply>
+
+#include <future>
+#include <optional>
+#include <thread>
+#include <utility>
 
 namespace halvane {
 
@@ -17,7 +21,6 @@ namespace {
 const auto busName = u"org.halvane.Halvane"_s;
 const auto objectPath = u"/org/halvane/Halvane"_s;
 const auto interfaceName = u"org.freedesktop.Application"_s;
-constexpr int patience = 15000; // milliseconds: the other may be at its own start yet
 
 QVariantMap platformData(const QString& token) {
     if (token.isEmpty())
@@ -37,22 +40,70 @@ QDBusMessage messageFor(const StartRequest& request) {
     return call(u"Activate"_s) << data;
 }
 
-HandOver handOverOn(const QDBusConnection& bus, const StartRequest& request) {
-    if (!bus.isConnected() || !bus.interface()->isServiceRegistered(busName))
-        return HandOver::nobodyThere;
-    const auto answer = bus.call(messageFor(request), QDBus::Block, patience);
-    if (answer.type() == QDBusMessage::ReplyMessage)
-        return HandOver::done;
-    // One that was ending, or was killed a moment ago, goes without an answer.
-    return bus.interface()->isServiceRegistered(busName) ? HandOver::failed : HandOver::nobodyThere;
+/// Connects in a thread of its own, since QtDBus waits without end for a bus that accepts and then
+/// says nothing; none when that has taken too long.
+std::optional<QDBusConnection> connectedWithin(std::chrono::milliseconds patience,
+                                               const QString& name) {
+    std::promise<QDBusConnection> promise;
+    auto connection = promise.get_future();
+    std::thread([name, promise = std::move(promise)]() mutable {
+        promise.set_value(QDBusConnection::connectToBus(QDBusConnection::SessionBus, name));
+    }).detach();
+    if (connection.wait_for(patience) == std::future_status::timeout)
+        return {};
+    return connection.get();
 }
+
+/// One start's conversation with the one that runs.
+class Conversation {
+  public:
+    Conversation(const QDBusConnection& bus, std::chrono::milliseconds patience)
+        : m_bus(bus)
+        , m_patience(int(patience.count())) {}
+
+    HandOver handOver(const StartRequest& request) const {
+        if (const auto runs = otherRuns(); !runs || !*runs)
+            return runs ? HandOver::nobodyThere : withoutBus();
+        if (ask(messageFor(request)).type() == QDBusMessage::ReplyMessage)
+            return HandOver::done;
+        // One that was ending, or was killed a moment ago, goes without an answer.
+        if (const auto runs = otherRuns())
+            return *runs ? HandOver::notAnswered : HandOver::nobodyThere;
+        return withoutBus();
+    }
+
+  private:
+    QDBusMessage ask(const QDBusMessage& message) const {
+        return m_bus.call(message, QDBus::Block, m_patience);
+    }
+
+    /// None when the bus doesn't say.
+    std::optional<bool> otherRuns() const {
+        auto question =
+            QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
+                                           u"org.freedesktop.DBus"_s, u"NameHasOwner"_s);
+        const QDBusReply<bool> answer = ask(question << busName);
+        return answer.isValid() ? std::optional(answer.value()) : std::nullopt;
+    }
+
+    HandOver withoutBus() const {
+        return m_bus.isConnected() ? HandOver::busSilent : HandOver::busLost;
+    }
+
+    QDBusConnection m_bus;
+    int m_patience; // milliseconds
+};
 
 } // namespace
 
-HandOver handOver(const StartRequest& request) {
+HandOver handOver(const StartRequest& request, std::chrono::milliseconds patience) {
     const auto name = u"halvane-hand-over"_s;
+    auto bus = connectedWithin(patience, name);
+    if (!bus)
+        return HandOver::busSilent;
     const auto result =
-        handOverOn(QDBusConnection::connectToBus(QDBusConnection::SessionBus, name), request);
+        bus->isConnected() ? Conversation(*bus, patience).handOver(request) : HandOver::nobodyThere;
+    bus.reset();
     QDBusConnection::disconnectFromBus(name);
     return result;
 }

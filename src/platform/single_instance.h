@@ -6,7 +6,7 @@
 #include <QString>
 #include <QUrl>
 
-#include <memory>
+#include <chrono>
 
 namespace halvane {
 
@@ -20,13 +20,17 @@ struct StartRequest {
 enum class HandOver {
     nobodyThere, ///< no other instance runs
     done,
-    failed, ///< another instance runs and doesn't answer
+    notAnswered, ///< another instance runs and does not answer; it may yet do what it was asked
+    busSilent,   ///< the session's bus does not answer
+    busLost,     ///< the bus went away meanwhile, as it does when the session ends
 };
 
-/// Gives the request to the instance that already runs, all its files in one message, and waits a
-/// moment for it to be taken. Needs a QCoreApplication and leaves no connection behind. Without a
-/// session bus there is nobody.
-HandOver handOver(const StartRequest& request);
+/// Gives the request to the instance that already runs, all its files in one message, and waits for
+/// it to be taken: `patience` for each answer, of which there are four at most. Needs a
+/// QCoreApplication. Without a session bus there is nobody. A bus that is silent from the start
+/// keeps QtDBus waiting for it, also when the process ends in the ordinary way.
+HandOver handOver(const StartRequest& request,
+                  std::chrono::milliseconds patience = std::chrono::seconds(15));
 
 /// The application as org.freedesktop.Application shows it, under the name "org.halvane.Halvane":
 /// other starts of the program and the desktop's launchers reach it here. Main thread.

@@ -352,6 +352,14 @@ TEST_F(DesktopServices, AnotherStartReachesTheRunningProgram) {
                                    u"action Next "_s));
 }
 
+TEST_F(DesktopServices, AStartDoesNotWaitForASilentBus) {
+    qputenv("DBUS_SESSION_BUS_ADDRESS", bus.address().toUtf8());
+    EXPECT_EQ(handOver({}), HandOver::nobodyThere);
+    bus.freeze();
+    EXPECT_EQ(handOver({}, std::chrono::milliseconds(50)), HandOver::busSilent);
+    bus.thaw(); // or QtDBus would wait for it at the end
+}
+
 TEST_F(DesktopServices, AThreadThatMayNotRaiseItselfIsRaisedByRealtimeKit) {
     qputenv("DBUS_SYSTEM_BUS_ADDRESS", bus.address().toUtf8());
     Service kit(bus, u"org.freedesktop.RealtimeKit1"_s);

@@ -23,6 +23,9 @@ class PrivateBus {
     QDBusConnection connect();
     /// Ends the bus as a crash would.
     void kill() { m_daemon->kill(); }
+    /// From now on it accepts connections and says nothing, until it is thawed.
+    void freeze() { m_daemon->freeze(); }
+    void thaw() { m_daemon->thaw(); }
 
   private:
     QTemporaryDir m_folder;

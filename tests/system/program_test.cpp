@@ -161,6 +161,25 @@ TEST_F(Program, HandsItsFilesToTheOneThatRuns) {
     EXPECT_TRUE(heir.answers({u"metadata"_s, u"title"_s}, u"Spaces"_s));
 }
 
+TEST_F(Program, ASecondStartDoesNotOutlastWhatItWaitsFor) {
+    session.makeTrack(u"a.flac"_s, 30, u"Waiting"_s);
+    RunningProgram halvane(session);
+    ASSERT_TRUE(halvane.isReady());
+    const auto monitor = session.listen(
+        u"dbus-monitor"_s, {u"type='method_call',interface='org.freedesktop.Application'"_s});
+    ASSERT_TRUE(waitFor([&] { return monitor->count(u"NameLost"_s) > 0; }));
+    halvane.signal(SIGSTOP);
+    RunningProgram given(session, {u"a.flac"_s});
+    ASSERT_TRUE(waitFor([&] { return monitor->count(u"member=Open"_s) == 1; }));
+    given.terminate();
+    EXPECT_TRUE(waitFor([&] { return !given.isRunning(); }));
+    RunningProgram robbed(session, {u"a.flac"_s});
+    ASSERT_TRUE(waitFor([&] { return monitor->count(u"member=Open"_s) == 2; }));
+    session.bus.kill();
+    EXPECT_EQ(robbed.exitCode(), 1) << "the session is over: no place for a player of its own";
+    EXPECT_TRUE(session.log().contains(u"bus went away"_s)) << session.log().toStdString();
+}
+
 TEST_F(Program, EndsCleanlyWhenItIsAskedTo) {
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
         RunningProgram halvane(session, {u"--log"_s, u"error"_s});

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#include "app/second_start.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace halvane {
+
+namespace {
+
+[[noreturn]] void fail(const char* why) {
+    std::fputs(why, stderr);
+    // What exit() destroys may be waiting for the bus, too.
+    std::_Exit(EXIT_FAILURE);
+}
+
+} // namespace
+
+bool leftToAnother(const StartRequest& request) {
+    switch (handOver(request)) {
+    case HandOver::nobodyThere:
+        return false;
+    case HandOver::done:
+        return true;
+    case HandOver::notAnswered:
+        fail("halvane: another Halvane runs and does not answer; "
+             "if it comes back, it may still do what it was asked\n");
+    case HandOver::busSilent:
+        fail("halvane: the session's bus does not answer, "
+             "so there is no telling whether another Halvane runs\n");
+    case HandOver::busLost:
+        fail("halvane: the session's bus went away before another Halvane had answered\n");
+    }
+    return false;
+}
+
+} // namespace halvane
