@@ -9,6 +9,7 @@
 #include <QGuiApplication>
 #include <QQmlComponent>
 #include <QQmlEngine>
+#include <QQuickItem>
 #include <QQuickWindow>
 #include <QScreen>
 
@@ -25,6 +26,17 @@ QList<QRect> freeAreas() {
     for (const auto* screen : QGuiApplication::screens())
         areas.append(screen->availableGeometry());
     return areas;
+}
+
+/// A popup that closes leaves the keyboard with the window's ground, where no key is heard: back to
+/// what had it in the window's view.
+void takeKeyboardBack(const QQuickWindow& window) {
+    if (window.activeFocusItem() != window.contentItem())
+        return;
+    const auto views = window.contentItem()->childItems();
+    const auto view = std::ranges::find_if(views, &QQuickItem::isFocusScope);
+    if (view != views.end())
+        (*view)->forceActiveFocus(Qt::PopupFocusReason);
 }
 
 } // namespace
@@ -115,6 +127,8 @@ void WindowRegistry::setUp(QQuickWindow& window, const WindowSpec& spec) {
     placeInitially(window, spec);
     if (spec.kind != WindowSpec::Kind::popup)
         m_geometry->follow(&window, spec.id);
+    connect(&window, &QQuickWindow::activeFocusItemChanged, this,
+            [&window] { takeKeyboardBack(window); });
     connect(&window, &QWindow::visibleChanged, this,
             [this, &window] { visibilityChanged(window); });
 }

@@ -54,6 +54,13 @@ class FullScreenTest : public testing::Test {
 };
 
 TEST_F(FullScreenTest, ClosesWithoutTouchingPlayback) {
+    // A popover that was open before must not keep the keyboard.
+    library.setShowFullPlayer(false);
+    ASSERT_TRUE(world.waitFor([&] { return !ui->shows(u"Back to Main Window"_s); }));
+    ASSERT_TRUE(ui->click(u"Equalizer"_s, QAccessible::Button));
+    ASSERT_TRUE(ui->waitsFor(u"Preamp"_s));
+    ui->key(Qt::Key_Escape);
+    ASSERT_TRUE(world.waitFor([&] { return !ui->shows(u"Preamp"_s); }));
     for (const bool byKey : {false, true}) {
         library.setShowFullPlayer(true);
         ASSERT_TRUE(covers());
