@@ -18,12 +18,12 @@ EntryField {
         root.forceActiveFocus(Qt.ShortcutFocusReason)
         root.selectAll()
     }
-    // Esc empties the field first, then leaves it.
+    // Esc empties the field first, then leaves it, to no button, which Space would press.
     Keys.onEscapePressed: {
         if (root.text.length > 0)
             Library.searchText = ""
         else
-            root.nextItemInFocusChain(true).forceActiveFocus(Qt.OtherFocusReason)
+            root.focus = false
     }
 
     Binding on text {

@@ -142,6 +142,10 @@ TEST_F(MainWindowTest, TypingInTheSearchFieldFiltersAndEscClearsIt) {
     EXPECT_TRUE(ui->waitsFor(u"No matches for your search"_s));
     ASSERT_TRUE(ui->click(u"Clear search"_s));
     EXPECT_EQ(library.searchText(), QString());
+    ui->key(Qt::Key_Escape);
+    EXPECT_FALSE(library.isSearchFieldFocused());
+    ui->key(Qt::Key_Space);
+    EXPECT_NE(library.isPlaying(), playing) << "Space is the player's again";
 }
 
 TEST_F(MainWindowTest, AnAlbumIsChosenByAClickAndPlayedByTwo) {
