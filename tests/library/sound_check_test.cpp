@@ -49,7 +49,7 @@ class Meter {
         m_asked.append(path);
         m_mostAtOnce = std::max(m_mostAtOnce, ++m_atOnce);
         const std::stop_callback wake(stop, [this] { m_changed.notify_all(); });
-        m_changed.wait_for(lock, std::chrono::seconds(10),
+        m_changed.wait_for(lock, std::chrono::seconds(30),
                            [&] { return m_permits > 0 || stop.stop_requested(); });
         --m_atOnce;
         if (stop.stop_requested())

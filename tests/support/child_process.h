@@ -35,6 +35,6 @@ class ChildProcess {
 };
 
 /// Runs the event loop until the condition holds; false when it does not within the time.
-bool waitFor(const std::function<bool()>& condition, int milliseconds = 10'000);
+bool waitFor(const std::function<bool()>& condition, int milliseconds = 30'000);
 
 } // namespace halvane::test

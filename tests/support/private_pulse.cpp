@@ -85,7 +85,7 @@ QString PrivateSoundServer::control(const QStringList& arguments) {
     plain.insert(u"LC_ALL"_s, u"C"_s); // its answers are read
     pactl.setProcessEnvironment(plain);
     pactl.start(u"pactl"_s, QStringList{u"--server="_s + address()} + arguments);
-    pactl.waitForFinished(10'000);
+    pactl.waitForFinished(30'000);
     EXPECT_EQ(pactl.exitCode(), 0) << "pactl " << qPrintable(arguments.join(u' ')) << ": "
                                    << pactl.readAllStandardError().constData();
     return QString::fromUtf8(pactl.readAllStandardOutput()).trimmed();
@@ -219,7 +219,7 @@ void PrivatePipeWire::forceRate(int sampleRate) {
     set.setProcessEnvironment(sessionEnvironment());
     set.start(u"pw-metadata"_s,
               {u"-n"_s, u"settings"_s, u"0"_s, u"clock.force-rate"_s, QString::number(sampleRate)});
-    EXPECT_TRUE(set.waitForFinished(10'000) && set.exitCode() == 0);
+    EXPECT_TRUE(set.waitForFinished(30'000) && set.exitCode() == 0);
 }
 
 void PrivatePipeWire::kill() {

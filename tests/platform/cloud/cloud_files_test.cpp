@@ -132,7 +132,7 @@ TEST_F(CloudFilesTest, DownloadsAreAskedOfTheClientWhoseFolderItIs) {
         requestDownloads(folder.filePath(u"run"_s),
                          {u"/sync/mine/歌 one.mp3"_s, u"/sync/other/two.mp3"_s,
                           u"/sync/mine/b/three.mp3.nextcloud"_s, u"/sync/mineral/four.mp3"_s},
-                         std::chrono::seconds(10));
+                         std::chrono::seconds(30));
 
     EXPECT_EQ(asked, 3);
     const auto lines = mine.waitForLines(2);

@@ -62,7 +62,7 @@ void SyncClient::talk(int connection) {
 
 std::vector<QByteArray> SyncClient::waitForLines(std::size_t count) {
     std::unique_lock lock(m_mutex);
-    m_arrived.wait_for(lock, std::chrono::seconds(10), [&] { return m_lines.size() >= count; });
+    m_arrived.wait_for(lock, std::chrono::seconds(30), [&] { return m_lines.size() >= count; });
     return m_lines;
 }
 
