@@ -108,7 +108,8 @@ function(halvane_test name)
         list(APPEND properties ENVIRONMENT
              "TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/tsan.supp")
     elseif(HALVANE_SANITIZE MATCHES "address")
-        set(options "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0")
+        set(options
+            "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0")
         if(ARG_LABELS MATCHES "windows|system")
             # The toolkit and the graphics driver keep memory until the end.
             set(options "ASAN_OPTIONS=detect_leaks=0")

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Importing a library of real files, beside a bare TagLib loop over the same files, and restoring
 // libraries of three sizes. HALVANE_BENCH_LIBRARY names the folder that bench/corpus made.
+#include "../support/event_loop.h"
 #include "../support/real_outside.h"
 #include "../support/remembered_library.h"
 #include "library/library_concerns.h"
@@ -20,6 +21,7 @@
 #include <unistd.h>
 
 using namespace halvane;
+using bench::until;
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -54,12 +56,6 @@ double residentMegabytes() {
         return 0;
     return file.readAll().split(' ')[1].toDouble() * static_cast<double>(::sysconf(_SC_PAGESIZE)) /
            1e6;
-}
-
-template<typename Reached>
-void until(const Reached& reached) {
-    while (!reached())
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }
 
 /// In an event of its own, as a click comes, so that the main thread is watched meanwhile.

@@ -2,6 +2,7 @@
 // restored_library HOME: restores the library kept in HOME, without a window, says how many tracks
 // it has when all its albums are published, and ends. restored_library HOME FOLDER: makes it first,
 // of the files in a folder.
+#include "../support/event_loop.h"
 #include "../support/real_outside.h"
 #include "library/library_concerns.h"
 #include "library/settings_keys.h"
@@ -12,14 +13,9 @@
 #include <cstdio>
 
 using namespace halvane;
+using bench::until;
 
 namespace {
-
-template<typename Reached>
-void until(const Reached& reached) {
-    while (!reached())
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-}
 
 void import(LibraryConcerns& library, const QString& folder) {
     library.importer.importDroppedURLs({QUrl::fromLocalFile(folder)});

@@ -100,7 +100,7 @@ void SpectrumTap::Impl::run() {
     // A little more than the interval, so that no result is refused for coming early.
     constexpr auto period = std::chrono::microseconds(33'400);
     std::unique_lock lock(m_mutex);
-    // Kept over pauses: a block that were taken early would be refused, and never be seen.
+    // Kept over pauses: a block taken early is refused by the analyzer and never seen.
     auto due = SteadyClock::now();
     while (!m_quit) {
         if (!m_running) {
