@@ -4,7 +4,7 @@
 // compared, sample by sample, with the file. A break is a place where it does not go on as the file
 // does. The argument is how many seconds each part lasts (20 by default).
 #include "audio/playback_engine.h"
-#include "library/sound_check.h"
+#include "library/sound/sound_check.h"
 #include "platform/cloud_files.h"
 #include "platform/pulse_output.h"
 #include "platform/pulse_server.h"

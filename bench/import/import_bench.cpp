@@ -5,7 +5,7 @@
 #include "../support/real_outside.h"
 #include "../support/remembered_library.h"
 #include "library/library_concerns.h"
-#include "library/settings_keys.h"
+#include "library/user/settings_keys.h"
 
 #include <QCoreApplication>
 #include <QDir>

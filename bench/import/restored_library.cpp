@@ -5,7 +5,7 @@
 #include "../support/event_loop.h"
 #include "../support/real_outside.h"
 #include "library/library_concerns.h"
-#include "library/settings_keys.h"
+#include "library/user/settings_keys.h"
 
 #include <QCoreApplication>
 #include <QDir>

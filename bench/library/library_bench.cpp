@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // What the library costs the main thread and the workers, at three sizes.
-#include "library/browsing.h"
-#include "library/cover_store.h"
-#include "library/playlists.h"
+#include "library/browsing/browsing.h"
+#include "library/browsing/cover_store.h"
 #include "library/sample_library.h"
 #include "library/transport_fixture.h"
+#include "library/user/playlists.h"
 #include "support/memory_preferences.h"
 
 #include <QCoreApplication>

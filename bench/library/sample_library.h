@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "library/library_store.h"
+#include "library/catalog/library_store.h"
 #include "model/string_pool.h"
 
 #include <random>

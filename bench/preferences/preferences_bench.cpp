@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // What a change of the preferences costs and how that grows with the library, and what loading
 // everything costs. Files are made in the folder that TMPDIR names: it decides what a sync costs.
-#include "library/settings_keys.h"
-#include "library/track_user_data.h"
+#include "library/user/settings_keys.h"
+#include "library/user/track_user_data.h"
 #include "platform/sqlite_preferences.h"
 #include "platform/system_clock.h"
 

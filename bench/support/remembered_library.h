@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "library/settings_keys.h"
+#include "library/user/settings_keys.h"
 #include "metadata/metadata_cache.h"
 #include "platform/preferences.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "library/library_concerns.h"
 
-#include "library/row_ranges.h"
+#include "library/browsing/row_ranges.h"
 #include "platform/notifications.h"
 #include "platform/sleep_inhibitor.h"
 #include "presentation/l10n.h"

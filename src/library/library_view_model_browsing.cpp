@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Browsing, searching and playlists, as the views see them.
+#include "library/catalog/library_texts.h"
 #include "library/library_concerns.h"
-#include "library/library_texts.h"
 #include "library/library_view_model.h"
 
 namespace halvane {

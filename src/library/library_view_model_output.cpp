@@ -2,7 +2,7 @@
 // Where the sound goes, as the views see it.
 #include "library/library_concerns.h"
 #include "library/library_view_model.h"
-#include "library/signal_path.h"
+#include "library/playback/signal_path.h"
 
 #include <algorithm>
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Equalizer, Sound Check, language and look, as the views see them.
-#include "library/equalizer_presets.h"
 #include "library/library_concerns.h"
 #include "library/library_view_model.h"
-#include "library/qt_colors.h"
+#include "library/sound/equalizer_presets.h"
+#include "library/user/qt_colors.h"
 
 namespace halvane {
 

@@ -2,7 +2,7 @@
 // The transport and the queue, as the views see them.
 #include "library/library_concerns.h"
 #include "library/library_view_model.h"
-#include "library/transport_texts.h"
+#include "library/playback/transport_texts.h"
 
 namespace halvane {
 

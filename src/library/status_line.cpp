@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "library/status_line.h"
 
-#include "library/thread_check.h"
+#include "platform/thread_check.h"
 
 using namespace std::chrono_literals;
 

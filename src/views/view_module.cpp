@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "views/view_module.h"
 
-#include "library/cover_store.h"
+#include "library/browsing/cover_store.h"
 #include "library/library_view_model.h"
 #include "views/cover_image_provider.h"
 #include "views/palette.h"

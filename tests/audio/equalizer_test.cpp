@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "audio/engine_test.h"
 #include "audio/equalizer.h"
-#include "library/equalizer_presets.h"
+#include "library/sound/equalizer_presets.h"
 
 #include <algorithm>
 #include <array>

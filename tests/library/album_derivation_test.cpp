@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "library/album_derivation.h"
-#include "library/collation.h"
+#include "library/catalog/album_derivation.h"
+#include "library/catalog/collation.h"
 #include "library/tracks.h"
 #include "presentation/l10n.h"
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "library/browsing.h"
-#include "library/cover_store.h"
-#include "library/library_texts.h"
-#include "library/playlists.h"
-#include "library/sidebar_model.h"
+#include "library/browsing/browsing.h"
+#include "library/browsing/cover_store.h"
+#include "library/browsing/sidebar_model.h"
+#include "library/catalog/library_texts.h"
 #include "library/tracks.h"
+#include "library/user/playlists.h"
 #include "support/memory_preferences.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "library/catalog.h"
-#include "library/library_catalog.h"
+#include "library/catalog/catalog.h"
+#include "library/catalog/library_catalog.h"
 #include "library/tracks.h"
 
 #include <QCoreApplication>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "library/file_availability.h"
+#include "library/tidying/file_availability.h"
 
 namespace halvane::test {
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Importing, restoring and healing, on real files and the whole controller.
 #include "library/library_concerns.h"
-#include "library/settings_keys.h"
 #include "library/tracks.h"
+#include "library/user/settings_keys.h"
 #include "platform/log.h"
 #include "support/audio_material.h"
 #include "support/fake_environment.h"

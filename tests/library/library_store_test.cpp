@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "library/library_store.h"
+#include "library/catalog/library_store.h"
 #include "library/tracks.h"
 
 #include <gtest/gtest.h>

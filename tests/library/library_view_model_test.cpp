@@ -2,9 +2,9 @@
 // The whole controller on real files, the real engine and an output that the test pulls.
 #include "library/library_concerns.h"
 #include "library/library_view_model.h"
-#include "library/play_queue.h"
-#include "library/settings_keys.h"
+#include "library/playback/play_queue.h"
 #include "library/tracks.h"
+#include "library/user/settings_keys.h"
 #include "support/audio_material.h"
 #include "support/fake_environment.h"
 

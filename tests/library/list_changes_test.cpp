@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "library/list_changes.h"
+#include "library/browsing/list_changes.h"
 
 #include <gtest/gtest.h>
 

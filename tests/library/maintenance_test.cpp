@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "library/library_concerns.h"
-#include "library/settings_keys.h"
 #include "library/tracks.h"
+#include "library/user/settings_keys.h"
 #include "support/fake_environment.h"
 
 #include <QCoreApplication>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "library/now_playing.h"
+#include "library/desktop/now_playing.h"
 #include "platform/notifications.h"
 #include "support/child_process.h"
 

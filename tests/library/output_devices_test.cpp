@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "library/output_devices.h"
-#include "library/settings_keys.h"
-#include "library/signal_path.h"
+#include "library/playback/signal_path.h"
+#include "library/sound/output_devices.h"
+#include "library/user/settings_keys.h"
 #include "support/memory_preferences.h"
 
 #include <gtest/gtest.h>

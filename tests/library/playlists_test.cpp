@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "library/playlists.h"
-#include "library/settings_keys.h"
+#include "library/user/playlists.h"
+#include "library/user/settings_keys.h"
 #include "support/memory_preferences.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "library/queue_planner.h"
+#include "library/playback/queue_planner.h"
 
 #include <gtest/gtest.h>
 

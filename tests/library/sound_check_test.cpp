@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "library/settings_keys.h"
-#include "library/sound_check.h"
+#include "library/sound/sound_check.h"
+#include "library/user/settings_keys.h"
 #include "platform/cloud_files.h"
 #include "support/audio_material.h"
 #include "support/child_process.h"

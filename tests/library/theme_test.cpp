@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "library/ambient_color.h"
-#include "library/settings_keys.h"
-#include "library/theme_settings.h"
+#include "library/user/ambient_color.h"
+#include "library/user/settings_keys.h"
+#include "library/user/theme_settings.h"
 #include "presentation/artwork_color.h"
 #include "support/child_process.h"
 #include "support/memory_preferences.h"

@@ -2,7 +2,7 @@
 // Tracks for tests of the library, made in few words.
 #pragma once
 
-#include "library/library_store.h"
+#include "library/catalog/library_store.h"
 
 #include <vector>
 

@@ -3,8 +3,8 @@
 
 #include "library/fake_engine.h"
 #include "library/fake_files.h"
+#include "library/playback/transport.h"
 #include "library/tracks.h"
-#include "library/transport.h"
 #include "support/manual_clock.h"
 
 #include <random>

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "library/browsing/catalog_list_model.h"
+
+namespace halvane {
+
+class CoverStore;
+
+struct AlbumKind {
+    /// Albums may share an id; the spelling tells them apart.
+    static std::pair<QString, QString> keyOf(const Album& album) {
+        return {album.title, album.artist};
+    }
+    static bool looksAlike(const Album& a, const Album& b) { return a == b; }
+};
+
+/// The albums of the album grid. Main thread.
+class AlbumListModel : public CatalogListModel<Album, AlbumKind> {
+    Q_OBJECT
+
+  public:
+    enum Role {
+        AlbumIdRole = Qt::UserRole + 1, ///< albumId: text
+        TitleRole,                      ///< title
+        ArtistRole,                     ///< artist
+        QualityRole,                    ///< quality: text
+        YearRole,                       ///< year: 0 when unknown
+        TrackCountRole,                 ///< trackCount
+        DurationRole,                   ///< duration: text
+        CoverKeyRole,                   ///< coverKey: for the cover store
+        ColorsRole,                     ///< colors: list of three QColor
+    };
+
+    /// The covers must outlive it.
+    explicit AlbumListModel(CoverStore& covers, QObject* parent = nullptr);
+
+    /// Where the first album of an id is shown, -1 when it is not.
+    Q_INVOKABLE int rowOfAlbum(const QString& id) const;
+
+    QVariant data(const QModelIndex& index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+  private:
+    CoverStore& m_covers;
+};
+
+} // namespace halvane

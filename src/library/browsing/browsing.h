@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "library/browsing/album_list_model.h"
+#include "library/browsing/artist_list_model.h"
+#include "library/browsing/track_list_model.h"
+#include "library/catalog/library_catalog.h"
+#include "model/queue_item.h"
+
+namespace halvane {
+
+class Playlists;
+
+/// Whom browsing works with. All of it outlives the browsing.
+struct BrowsingCollaborators {
+    const LibraryStore& store;
+    const LibraryCatalog& catalog;
+    const Playlists& playlists;
+    CoverStore& covers;
+    std::function<const QSet<QString>&()> lovedPaths;
+    std::function<ResolvedLanguage()> language;
+};
+
+/// Where the user is in the library, what is searched for, and the lists that follow from both.
+/// Main thread.
+class Browsing : public QObject {
+    Q_OBJECT
+
+  public:
+    Browsing(BrowsingCollaborators with, RowState rows, QObject* parent = nullptr);
+
+    SidebarItem selectedSidebar() const { return m_sidebar; }
+    LibraryMode mode() const { return m_mode; }
+    const QString& searchText() const { return m_searchText; }
+    const QString& focusedArtist() const { return m_focusedArtist; }     ///< empty: none
+    const QString& selectedAlbumID() const { return m_selectedAlbumID; } ///< empty: none
+    bool showLovedOnly() const { return m_showLovedOnly; }
+    const QUuid& selectedPlaylistID() const { return m_selectedPlaylistID; } ///< null: none
+
+    TrackListModel& visibleTracks() { return m_tracks; }
+    AlbumListModel& visibleAlbums() { return m_albums; }
+    ArtistListModel& visibleArtists() { return m_artists; }
+
+    /// The album whose tracks alone are shown, or null. Good until the catalog changes, as below.
+    const Album* focusedAlbum() const;
+    /// The selected album, else the first; null without albums.
+    const Album* selectedAlbum() const;
+    /// The album whose artwork stands for what plays: the current entry's, or the selected one.
+    const Album* artworkAlbum(const std::optional<QueueItem>& current) const;
+
+    void setSearchText(const QString& text);
+    void setFocusedArtist(const QString& name);
+    void setSelectedAlbumID(const QString& id);
+    void setSelectedPlaylistID(const QUuid& id);
+    void selectBrowseMode(LibraryMode mode);
+    void selectSidebarItem(SidebarItem item);
+    void goHome();
+    void jumpToArtist(const QString& name);
+    void jumpToAlbum(const QueueItem& entry);
+    /// Selects the album of a playing entry, if the library has it.
+    void selectAlbum(const QueueItem& entry);
+
+    // Something that the lists show or follow from has changed.
+    void lovedChanged(const QString& path);
+    void lovedReset();
+    void ratingChanged(const QString& path);
+    void availabilityChanged(const QString& path);
+    void availabilityReset();
+    void currentChanged(const QString& path);
+    void languageChanged();
+
+  Q_SIGNALS:
+    void selectedSidebarChanged();
+    void modeChanged();
+    void searchTextChanged();
+    void focusedArtistChanged();
+    void selectedAlbumIDChanged();
+    void showLovedOnlyChanged();
+    void selectedPlaylistIDChanged();
+    void focusedAlbumChanged();
+    void selectedAlbumChanged();
+    void visibleTrackCountChanged();
+
+  private:
+    /// Rows of the catalog; none stands for all of them.
+    using SourceRows = std::optional<std::vector<quint32>>;
+
+    void enter(LibraryMode mode, SidebarItem sidebar, bool lovedOnly);
+    void refreshRow(const QString& path, const QList<int>& roles);
+    void catalogChanged();
+    void sourceChanged();
+    void refreshTracks();
+    void refreshAlbums();
+    void refreshArtists();
+    SourceRows sourceRows() const;
+    std::vector<quint32> rowsOfPaths(const std::vector<QString>& paths) const;
+    std::vector<quint32> rowsOfAlbum(const QString& id) const;
+    std::vector<quint32> rowsOfArtist(const QString& name) const;
+    const std::shared_ptr<const Catalog>& catalog() const { return m_with.catalog.catalog(); }
+
+    template<typename T>
+    bool assign(T& field, const T& value, void (Browsing::*changed)());
+
+    BrowsingCollaborators m_with;
+    SidebarItem m_sidebar = SidebarItem::library;
+    LibraryMode m_mode = LibraryMode::albums;
+    QString m_searchText;
+    QString m_focusedArtist;
+    QString m_selectedAlbumID;
+    bool m_showLovedOnly = false;
+    QUuid m_selectedPlaylistID;
+
+    QByteArray m_query;  ///< the search text, trimmed and folded; empty: everything
+    SourceRows m_source; ///< what is searched
+    /// The last search's result and its query, to narrow when the query grows; only of this source.
+    std::optional<std::vector<quint32>> m_found;
+    QByteArray m_foundQuery;
+
+    QString m_currentPath; ///< of the row that was last said to play
+    TrackListModel m_tracks;
+    AlbumListModel m_albums;
+    ArtistListModel m_artists;
+};
+
+} // namespace halvane

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+#include "library/browsing/view_state.h"
+
+#include "library/user/settings_keys.h"
+#include "platform/preferences.h"
+#include "platform/thread_check.h"
+
+namespace halvane {
+
+ViewState::ViewState(Preferences& preferences, QObject* parent)
+    : QObject(parent)
+    , m_preferences(preferences) {
+}
+
+void ViewState::restoreNowPlayingPanel() {
+    if (const auto stored = m_preferences.boolean(SettingsKey::showNowPlayingPanel))
+        setShowNowPlayingPanel(*stored);
+}
+
+void ViewState::restoreRemainingTime() {
+    if (const auto stored = m_preferences.boolean(SettingsKey::showRemainingTime))
+        setShowRemainingTime(*stored);
+}
+
+void ViewState::set(bool& flag, bool value, void (ViewState::*changed)()) {
+    assertOwnThread(*this);
+    if (flag == value)
+        return;
+    flag = value;
+    Q_EMIT(this->*changed)();
+}
+
+void ViewState::setShowFullPlayer(bool show) {
+    set(m_showFullPlayer, show, &ViewState::showFullPlayerChanged);
+}
+
+void ViewState::setMiniPlayerOpen(bool open) {
+    set(m_isMiniPlayerOpen, open, &ViewState::isMiniPlayerOpenChanged);
+}
+
+void ViewState::setShowNowPlayingPanel(bool show) {
+    set(m_showNowPlayingPanel, show, &ViewState::showNowPlayingPanelChanged);
+    m_preferences.setBoolean(SettingsKey::showNowPlayingPanel, show);
+}
+
+void ViewState::setShowMaintenance(bool show) {
+    set(m_showMaintenance, show, &ViewState::showMaintenanceChanged);
+}
+
+void ViewState::setQuitting() {
+    set(m_isQuitting, true, &ViewState::isQuittingChanged);
+}
+
+void ViewState::setSearchFieldFocused(bool focused) {
+    set(m_isSearchFieldFocused, focused, &ViewState::isSearchFieldFocusedChanged);
+}
+
+void ViewState::requestSearchFocus() {
+    ++m_searchFocusRequest;
+    Q_EMIT searchFocusRequestChanged();
+}
+
+void ViewState::setShowRemainingTime(bool show) {
+    set(m_showRemainingTime, show, &ViewState::showRemainingTimeChanged);
+    m_preferences.setBoolean(SettingsKey::showRemainingTime, show);
+}
+
+} // namespace halvane

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+// How the album list follows from the track list. Pure; any thread.
+#pragma once
+
+#include "library/catalog/library_columns.h"
+#include "model/album.h"
+#include "model/enums.h"
+
+#include <QStringList>
+
+#include <optional>
+#include <vector>
+
+namespace halvane {
+
+/// What the tracks of one album have in common. All three fields count: spellings that differ only
+/// in letter case are different albums that share an id.
+struct AlbumGroupKey {
+    QString id;
+    QString title;  ///< trimmed, or the text for an unknown album
+    QString artist; ///< trimmed, or the text for an unknown artist
+
+    bool operator==(const AlbumGroupKey&) const = default;
+};
+
+inline size_t qHash(const AlbumGroupKey& key, size_t seed = 0) {
+    return Hasher(seed).add(key.id).add(key.title).add(key.artist).result();
+}
+
+AlbumGroupKey albumGroupKey(const QString& title, const QString& artist, ResolvedLanguage language);
+
+/// The text that occurs most often once trimmed, the earliest of those that occur equally often;
+/// none when all are blank.
+std::optional<QString> mostCommonValue(const QStringList& values);
+
+/// The first one or two distinct format labels, or "Audio".
+QString albumQuality(const TrackRows& tracks);
+
+/// Three colours that follow from the names alone, so that an album without a cover always looks
+/// the same.
+std::vector<Color> albumColors(const QString& title, const QString& artist);
+
+/// The albums, sorted by artist and then title as the user's language sorts, and for each row the
+/// index of its album.
+struct DerivedAlbums {
+    std::vector<Album> albums;
+    std::vector<quint32> albumOfRow;
+};
+
+/// Takes time linear in the number of rows, and n log n in the number of albums.
+DerivedAlbums deriveAlbums(const TrackRows& rows, const LibraryColumns& columns,
+                           ResolvedLanguage language);
+
+} // namespace halvane

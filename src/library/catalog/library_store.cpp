@@ -1,0 +1,171 @@
+// SPDX-License-Identifier: MIT
+#include "library/catalog/library_store.h"
+
+#include "platform/thread_check.h"
+
+#include <algorithm>
+
+namespace halvane {
+
+IndexedRows indexed(const TrackRows& tracks) {
+    IndexedRows indexed;
+    indexed.rows.reserve(tracks.size());
+    indexed.rowOfPath.reserve(static_cast<qsizetype>(tracks.size()));
+    for (const TrackPtr& track : tracks) {
+        if (track->sourceURL) {
+            const QString& path = track->sourceURL->standardizedPath();
+            if (indexed.rowOfPath.contains(path))
+                continue;
+            indexed.rowOfPath.insert(path, static_cast<quint32>(indexed.rows.size()));
+        }
+        indexed.rows.push_back(track);
+    }
+    return indexed;
+}
+
+LibraryStore::LibraryStore(QObject* parent)
+    : QObject(parent)
+    , m_rows(std::make_shared<TrackRows>()) {
+}
+
+std::shared_ptr<const TrackRows> LibraryStore::snapshot() const {
+    assertOwnThread(*this);
+    m_isShared = true;
+    return m_rows;
+}
+
+std::optional<std::size_t> LibraryStore::rowOf(const QString& path) const {
+    const auto found = m_rowOfPath.constFind(path);
+    return found == m_rowOfPath.cend() ? std::nullopt : std::optional<std::size_t>(*found);
+}
+
+TrackPtr LibraryStore::track(const QString& path) const {
+    const auto row = rowOf(path);
+    return row ? (*m_rows)[*row] : nullptr;
+}
+
+TrackPtr LibraryStore::trackWithID(const QUuid& id) const {
+    const auto found = std::find_if(m_rows->cbegin(), m_rows->cend(),
+                                    [&](const TrackPtr& track) { return track->id == id; });
+    return found == m_rows->cend() ? nullptr : *found;
+}
+
+TrackRows& LibraryStore::writableRows() {
+    assertOwnThread(*this);
+    if (m_isShared) {
+        m_rows = std::make_shared<TrackRows>(*m_rows);
+        m_isShared = false;
+    }
+    return *m_rows;
+}
+
+void LibraryStore::changed() {
+    ++m_revision;
+    Q_EMIT tracksChanged();
+}
+
+std::size_t LibraryStore::append(const TrackRows& tracks) {
+    TrackRows& rows = writableRows();
+    const std::size_t before = rows.size();
+    // Grows by halves even when many small batches follow each other.
+    if (rows.capacity() < before + tracks.size())
+        rows.reserve(std::max(before + tracks.size(), before + before / 2));
+    for (const TrackPtr& track : tracks) {
+        if (track->sourceURL) {
+            const QString& path = track->sourceURL->standardizedPath();
+            if (m_rowOfPath.contains(path))
+                continue;
+            m_rowOfPath.insert(path, static_cast<quint32>(rows.size()));
+        }
+        rows.push_back(track);
+    }
+    const std::size_t added = rows.size() - before;
+    if (added > 0)
+        changed();
+    return added;
+}
+
+std::size_t LibraryStore::append(IndexedRows tracks) {
+    assertOwnThread(*this);
+    if (!m_rows->empty())
+        return append(tracks.rows);
+    m_rows = std::make_shared<TrackRows>(std::move(tracks.rows));
+    m_isShared = false;
+    m_rowOfPath = std::move(tracks.rowOfPath);
+    if (!m_rows->empty())
+        changed();
+    return m_rows->size();
+}
+
+void LibraryStore::replace(const TrackRows& tracks) {
+    TrackRows& rows = writableRows();
+    bool isAnyKnown = false;
+    for (const TrackPtr& track : tracks) {
+        if (const auto row = rowOf(track->path())) {
+            rows[*row] = track;
+            isAnyKnown = true;
+        }
+    }
+    if (isAnyKnown)
+        changed();
+}
+
+void LibraryStore::remove(const QSet<QString>& paths) {
+    assertOwnThread(*this);
+    std::vector<bool> goes(m_rows->size());
+    std::size_t gone = 0;
+    for (const QString& path : paths) {
+        const auto found = m_rowOfPath.constFind(path);
+        if (found == m_rowOfPath.cend())
+            continue;
+        goes[*found] = true;
+        ++gone;
+        m_rowOfPath.erase(found);
+    }
+    if (gone == 0)
+        return;
+    // A new list of what stays: no costlier than closing the gaps, and a snapshot keeps the old.
+    auto rows = std::make_shared<TrackRows>();
+    rows->reserve(m_rows->size() - gone);
+    std::vector<quint32> movesTo(m_rows->size());
+    for (std::size_t row = 0; row < goes.size(); ++row) {
+        if (goes[row])
+            continue;
+        movesTo[row] = static_cast<quint32>(rows->size());
+        rows->push_back((*m_rows)[row]);
+    }
+    m_rows = std::move(rows);
+    m_isShared = false;
+    for (quint32& row : m_rowOfPath)
+        row = movesTo[row]; // renumbered rather than hashed again
+    changed();
+}
+
+std::function<LibraryStore::Remainder()>
+LibraryStore::beginRemoval(const QSet<QString>& paths) const {
+    return [paths, before = snapshot(), revision = m_revision] {
+        TrackRows staying;
+        staying.reserve(before->size());
+        for (const TrackPtr& track : *before) {
+            if (!track->sourceURL || !paths.contains(track->sourceURL->standardizedPath()))
+                staying.push_back(track);
+        }
+        IndexedRows made = indexed(staying);
+        return Remainder{std::make_shared<TrackRows>(std::move(made.rows)),
+                         std::move(made.rowOfPath), revision};
+    };
+}
+
+void LibraryStore::finishRemoval(const QSet<QString>& paths, Remainder& remainder) {
+    assertOwnThread(*this);
+    if (remainder.revision != m_revision)
+        return remove(paths);
+    if (remainder.rows->size() == m_rows->size())
+        return;
+    m_rows.swap(remainder.rows);
+    m_rowOfPath.swap(remainder.rowOfPath);
+    m_isShared = false;
+    changed();
+}
+
+} // namespace halvane

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "library/catalog/library_store.h"
+#include "metadata/track_metadata_loader.h"
+
+namespace halvane {
+
+/// Library rows for what was loaded, in its order, each with the size of its file. Any thread.
+TrackRows rowsFromLoaded(std::vector<LoadedItem> loaded);
+
+/// The row of a file that was read again: its id and what the user made of it stay. Any thread.
+TrackPtr rowReadAgain(const Track& known, LoadedItem read);
+
+/// The standardized paths of rows, without those that have no file. Any thread.
+QStringList pathsOf(const TrackRows& rows);
+
+} // namespace halvane

@@ -1,0 +1,189 @@
+// SPDX-License-Identifier: MIT
+#include "library/desktop/now_playing.h"
+
+#include "library/desktop/artwork_export.h"
+#include "platform/notifications.h"
+#include "platform/thread_check.h"
+
+#include <algorithm>
+
+namespace halvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+MediaLoop loopOf(PlaybackRepeatMode mode) {
+    switch (mode) {
+    case PlaybackRepeatMode::off:
+        return MediaLoop::none;
+    case PlaybackRepeatMode::all:
+        return MediaLoop::playlist;
+    case PlaybackRepeatMode::one:
+        return MediaLoop::track;
+    }
+    return MediaLoop::none;
+}
+
+PlaybackRepeatMode repeatModeOf(MediaLoop loop) {
+    switch (loop) {
+    case MediaLoop::none:
+        return PlaybackRepeatMode::off;
+    case MediaLoop::playlist:
+        return PlaybackRepeatMode::all;
+    case MediaLoop::track:
+        return PlaybackRepeatMode::one;
+    }
+    return PlaybackRepeatMode::off;
+}
+
+std::optional<QString> nonEmpty(const QString& path) {
+    return path.isEmpty() ? std::nullopt : std::optional(path);
+}
+
+} // namespace
+
+NowPlaying::NowPlaying(MediaControls& controls, Notifications& notifications, RemotePlayer& player,
+                       std::function<bool()> isApplicationActive, const QString& artworkFolder,
+                       QObject* parent)
+    : QObject(parent)
+    , m_controls(controls)
+    , m_notifications(notifications)
+    , m_player(player)
+    , m_isApplicationActive(std::move(isApplicationActive))
+    , m_artworkFolder(artworkFolder) {
+    m_worker.setMaxThreadCount(1);
+}
+
+NowPlaying::~NowPlaying() {
+    m_worker.clear();
+}
+
+void NowPlaying::setupRemoteCommands() {
+    assertOwnThread(*this);
+    auto& player = m_player;
+    const auto always = [](auto action) {
+        return [action] {
+            action();
+            return CommandResult::success;
+        };
+    };
+    m_controls.setHandlers({
+        .play = always([&player] {
+            if (!player.isPlaying())
+                player.togglePlayback();
+        }),
+        .pause = always([&player] {
+            if (player.isPlaying())
+                player.togglePlayback();
+        }),
+        .togglePlayPause = always([&player] { player.togglePlayback(); }),
+        .stop = always([&player] { player.stopPlayer(true); }),
+        .nextTrack = always([&player] { player.playNext(true); }),
+        .previousTrack = always([&player] { player.playPrevious(); }),
+        .changePlaybackPosition = [this](double s) { return changePlaybackPosition(s); },
+        .openFile = [&player](const QString& path) { player.importFile(path); },
+        .setLoop = [&player](MediaLoop loop) { player.setRepeatMode(repeatModeOf(loop)); },
+        .setShuffle = [&player](bool on) { player.setShuffleEnabled(on); },
+        .setVolume = [&player](double v) { player.setVolume(std::clamp(v, 0.0, 1.0)); },
+        .elapsedSeconds = [&player] { return player.elapsedSeconds(); },
+    });
+    updateModes();
+}
+
+CommandResult NowPlaying::changePlaybackPosition(double seconds) {
+    const double duration = m_player.hasLoadedFile() ? m_player.fileSeconds() : 0;
+    if (!(duration > 0))
+        return CommandResult::commandFailed;
+    m_player.seek(std::clamp(seconds / duration, 0.0, 1.0));
+    return CommandResult::success;
+}
+
+void NowPlaying::updateNowPlayingInfo() {
+    assertOwnThread(*this);
+    const auto* item = m_player.currentItem();
+    if (!item || !m_player.hasLoadedFile()) {
+        m_controls.publish({}, MediaPlaybackState::stopped);
+    } else {
+        const bool isPlaying = m_player.isPlaying();
+        m_controls.publish(NowPlayingInfo{.entry = item->id,
+                                          .title = item->title,
+                                          .artist = item->artist,
+                                          .albumTitle = item->album,
+                                          .genre = item->genre,
+                                          .elapsedSeconds = m_player.elapsedSeconds(),
+                                          .playbackRate = isPlaying ? 1.0 : 0.0,
+                                          .durationSeconds = item->durationSeconds,
+                                          .artworkPath = nowPlayingArtwork(*item),
+                                          .filePath = nonEmpty(item->path())},
+                           isPlaying ? MediaPlaybackState::playing : MediaPlaybackState::paused);
+    }
+    updateModes();
+}
+
+void NowPlaying::positionJumped() {
+    updateNowPlayingInfo();
+    if (m_player.hasLoadedFile())
+        m_controls.seeked(m_player.elapsedSeconds());
+}
+
+void NowPlaying::updateModes() {
+    m_controls.publishModes(loopOf(m_player.repeatMode()), m_player.isShuffleEnabled(),
+                            m_player.volume());
+    const bool loaded = m_player.hasLoadedFile();
+    m_controls.publishCapabilities({.canGoNext = m_player.canGoNext(),
+                                    .canGoPrevious = m_player.canGoPrevious(),
+                                    .canPlay = loaded || m_player.canPlay(),
+                                    .canPause = loaded,
+                                    .canSeek = loaded && m_player.fileSeconds() > 0});
+}
+
+std::optional<QString> NowPlaying::nowPlayingArtwork(const QueueItem& item) {
+    if (m_nowPlayingArtworkCache && m_nowPlayingArtworkCache->path == item.path())
+        return m_nowPlayingArtworkCache->file;
+    resolveArtwork(item);
+    return {};
+}
+
+void NowPlaying::resolveArtwork(const QueueItem& item) {
+    const auto path = item.path();
+    if (m_resolving == path || (!item.coverImageData && !item.coverURL))
+        return;
+    m_resolving = path;
+    m_worker.clear();
+    m_worker.start([this, item, path, folder = m_artworkFolder] {
+        auto file = exportedArtwork(item, folder);
+        QMetaObject::invokeMethod(this, [this, path, file = std::move(file)] {
+            if (m_resolving != path)
+                return; // another track plays by now
+            m_resolving.clear();
+            m_nowPlayingArtworkCache = CachedArtwork{path, file};
+            if (const auto waiting = std::exchange(m_toNotify, {});
+                waiting && waiting->path() == path)
+                post(*waiting, file);
+            if (const auto* current = m_player.currentItem(); current && current->path() == path)
+                updateNowPlayingInfo();
+        });
+    });
+}
+
+void NowPlaying::notifyTrackChange(const QueueItem& item) {
+    assertOwnThread(*this);
+    if (m_isApplicationActive())
+        return;
+    m_toNotify.reset();
+    const auto artwork = nowPlayingArtwork(item);
+    if (m_resolving == item.path() && !m_resolving.isEmpty())
+        m_toNotify = item;
+    else
+        post(item, artwork);
+}
+
+void NowPlaying::post(const QueueItem& item, const std::optional<QString>& image) {
+    m_notifications.post({.identifier = u"nowPlaying"_s,
+                          .title = item.title,
+                          .body = item.artist + u" - "_s + item.album,
+                          .imagePath = image});
+}
+
+} // namespace halvane

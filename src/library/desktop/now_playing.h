@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "library/desktop/remote_player.h"
+#include "platform/media_controls.h"
+
+#include <QObject>
+#include <QString>
+#include <QThreadPool>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace halvane {
+
+class Notifications;
+
+/// Tells the desktop what plays and does what its media controls ask. Main thread; pictures are
+/// read by a worker, and what it found is published when it is there.
+class NowPlaying : public QObject {
+    Q_OBJECT
+
+  public:
+    /// `isApplicationActive` says whether one of our windows has the keyboard. Pictures that lie
+    /// inside audio files are written to `artworkFolder` for the desktop to read. All references
+    /// must outlive this object.
+    NowPlaying(MediaControls& controls, Notifications& notifications, RemotePlayer& player,
+               std::function<bool()> isApplicationActive, const QString& artworkFolder,
+               QObject* parent = nullptr);
+    ~NowPlaying() override;
+
+    /// Registers for what the desktop may ask. Once, at start-up.
+    void setupRemoteCommands();
+    /// Publishes the playing entry as it is now. To be called after every change of the playing
+    /// state, the entry or the position that playing on does not explain.
+    void updateNowPlayingInfo();
+    /// The position jumped: a seek, or anything but playing on, within one entry. Publishes too.
+    void positionJumped();
+    /// Repeat, shuffle, volume or the queue changed.
+    void updateModes();
+    /// Shows the entry as a notification unless the program is in front.
+    void notifyTrackChange(const QueueItem& item);
+
+  private:
+    struct CachedArtwork {
+        QString path; ///< of the track
+        std::optional<QString> file;
+    };
+
+    CommandResult changePlaybackPosition(double seconds);
+    std::optional<QString> nowPlayingArtwork(const QueueItem& item);
+    void resolveArtwork(const QueueItem& item);
+    void post(const QueueItem& item, const std::optional<QString>& image);
+
+    MediaControls& m_controls;
+    Notifications& m_notifications;
+    RemotePlayer& m_player;
+    std::function<bool()> m_isApplicationActive;
+    QString m_artworkFolder;
+    std::optional<CachedArtwork> m_nowPlayingArtworkCache; ///< of the last entry that was asked for
+    QString m_resolving;                 ///< path of the track whose picture a worker looks for
+    std::optional<QueueItem> m_toNotify; ///< waits for that picture
+    QThreadPool m_worker;                ///< last, so that its work has ended before the rest goes
+};
+
+} // namespace halvane

@@ -1,0 +1,259 @@
+// SPDX-License-Identifier: MIT
+#include "library/import/importer.h"
+
+#include "audio/audio_file.h"
+#include "library/catalog/track_rows.h"
+#include "library/import/bookmarks.h"
+#include "library/import/cache_persistence.h"
+#include "library/import/imported_paths.h"
+#include "library/playback/play_queue.h"
+#include "library/status_line.h"
+#include "platform/cloud_files.h"
+#include "platform/file_chooser.h"
+#include "platform/log.h"
+#include "platform/thread_check.h"
+#include "presentation/l10n.h"
+
+#include <QCoreApplication>
+#include <QPointer>
+
+#include <future>
+
+namespace halvane {
+
+namespace {
+
+constexpr double secondsBetweenRebuilds = 1.0;
+constexpr double secondsBeforeProgress = 1.0;
+
+/// Posts to the main thread, where the owner may be gone by then.
+template<typename Call>
+void post(const QPointer<Importer>& owner, Call call) {
+    QMetaObject::invokeMethod(
+        QCoreApplication::instance(),
+        [owner, call = std::move(call)] {
+            if (owner)
+                call();
+        },
+        Qt::QueuedConnection);
+}
+
+} // namespace
+
+Importer::Importer(ImportCollaborators with, QObject* parent)
+    : QObject(parent)
+    , m_with(std::move(with))
+    , m_cancelled(std::make_shared<std::atomic<bool>>(false)) {
+    m_worker.setMaxThreadCount(1);
+}
+
+Importer::~Importer() {
+    *m_cancelled = true;
+    m_worker.waitForDone();
+}
+
+void Importer::chooseAndImportMusic(bool files, bool directories) {
+    const ResolvedLanguage language = m_with.language();
+    FileChooserRequest request;
+    request.title = L10n::text(L10nKey::importMusicFolder, language);
+    request.prompt = request.title;
+    request.message = L10n::text(L10nKey::dragAudioSubtitle, language);
+    request.files = files;
+    request.directories = directories;
+    m_with.fileChooser.choose(request, [weak = QPointer(this)](const QStringList& paths) {
+        QList<QUrl> urls;
+        for (const QString& path : paths)
+            urls.append(QUrl::fromLocalFile(path));
+        if (weak)
+            weak->importDroppedURLs(urls);
+    });
+}
+
+bool Importer::importDroppedProviders(const std::vector<DroppedItem>& items) {
+    struct Drop {
+        DroppedURLCollector collector;
+        std::atomic<std::size_t> unanswered;
+    };
+    if (items.empty())
+        return false;
+    auto drop = std::make_shared<Drop>();
+    drop->unanswered = items.size();
+    for (const DroppedItem& item : items) {
+        item([drop, weak = QPointer(this)](const QVariant& answer) {
+            if (const auto url = TrackMetadataLoader::url(answer))
+                drop->collector.append(*url);
+            if (--drop->unanswered == 0)
+                post(weak, [drop, weak] { weak->importDroppedURLs(drop->collector.urls()); });
+        });
+    }
+    return true;
+}
+
+void Importer::importDroppedURLs(const QList<QUrl>& urls) {
+    assertOwnThread(*this);
+    QStringList roots;
+    for (const QUrl& url : urls)
+        if (url.isLocalFile())
+            roots.append(url.toLocalFile());
+    m_with.bookmarks.persistBookmarks(roots);
+    m_waiting.push_back(roots);
+    if (!m_isRunning)
+        startNext();
+}
+
+/// What the worker needs to find the files of one import, to read them and to hand them over in
+/// portions. All of it in one go: at the program's start the main thread is busy with its first
+/// picture, and every question to it would hold up the first sound by that much.
+struct Importer::Run {
+    QPointer<Importer> owner;
+    QStringList roots;
+    TrackRows queued;
+    MetadataCache cache;
+    std::shared_ptr<ReadingJournal> journal;
+    const CloudFiles* cloudFiles;
+    ResolvedLanguage language;
+    std::shared_ptr<std::atomic<bool>> cancelled;
+
+    void operator()() const {
+        // The main thread is to play the first of them.
+        const auto preparation = std::async(std::launch::async, &AudioFile::prepare);
+        const auto all =
+            TrackMetadataLoader::audioFileURLs({roots.begin(), roots.end()}, cancelled.get());
+        const auto files = notQueued(all);
+        const Found found{all.size(), files.size(),
+                          all.empty() ? QString() : all.front().standardizedPath()};
+        post(owner, [importer = owner, roots = roots, found] { importer->take(roots, found); });
+        if (!files.empty())
+            read(files, preparation);
+    }
+
+    std::vector<FileUrl> notQueued(const std::vector<FileUrl>& files) const {
+        QSet<QString> known;
+        known.reserve(std::ssize(queued) + std::ssize(files));
+        for (const TrackPtr& row : queued)
+            known.insert(row->path());
+        std::vector<FileUrl> fresh;
+        for (const FileUrl& file : files) {
+            if (known.contains(file.standardizedPath()))
+                continue;
+            known.insert(file.standardizedPath()); // roots may overlap
+            fresh.push_back(file);
+        }
+        return fresh;
+    }
+
+    void read(const std::vector<FileUrl>& files, const std::future<void>& preparation) const {
+        TrackMetadataLoader::Accompaniment with;
+        with.journal = journal;
+        with.cancelled = cancelled.get();
+        with.isEvicted = [files = cloudFiles](const QString& path) {
+            return files->blocksWhenOpened(path);
+        };
+        with.progress = [this, all = files.size()](std::size_t done) {
+            const double fraction = static_cast<double>(done) / static_cast<double>(all);
+            post(owner, [importer = owner, fraction] { importer->setProgress(fraction); });
+        };
+        auto index = std::make_shared<const MetadataIndex>(cache.loadIndex());
+        cache.streamItems(files, language, std::move(index), with,
+                          [this, &preparation](std::vector<LoadedItem> next) {
+                              preparation.wait();
+                              handOver(std::move(next));
+                          });
+        if (!*cancelled)
+            post(owner, [importer = owner] { importer->finish(); });
+    }
+
+    /// Few enough rows that the main thread takes them over within a frame.
+    void handOver(std::vector<LoadedItem> loaded) const {
+        if (*cancelled)
+            return; // what was not read any more must not come in bare
+        post(owner, [importer = owner, rows = rowsFromLoaded(std::move(loaded))] {
+            importer->addRows(rows);
+        });
+        // Taking rows over and opening a file are each worth a frame's time: between them the
+        // windows get their turn.
+        post(owner, [importer = owner] { importer->playFirst(); });
+    }
+};
+
+void Importer::startNext() {
+    if (m_waiting.empty()) {
+        Q_EMIT idle();
+        return;
+    }
+    m_with.finishRemoval();
+    m_isRunning = true;
+    m_startedAt = m_with.clock.now();
+    m_rebuiltAt = -secondsBetweenRebuilds;
+    m_added = 0;
+    m_skipped = 0;
+    const QStringList roots = m_waiting.front();
+    m_waiting.pop_front();
+    m_worker.start(Run{this, roots, m_with.queue.records(), m_with.cache, m_with.journal,
+                       &m_with.cloudFiles, m_with.language(), m_cancelled});
+}
+
+void Importer::take(const QStringList& roots, const Found& found) {
+    qCInfo(libraryLog, "import: %ld roots, %ld audio files", static_cast<long>(roots.size()),
+           static_cast<long>(found.files));
+    if (found.files == 0) {
+        m_with.status.show(L10n::text(L10nKey::noSupportedAudio, m_with.language()), true);
+        return end();
+    }
+    m_skipped = static_cast<qint64>(found.files - found.newFiles);
+    if (found.newFiles > 0)
+        return; // which the worker reads now
+    m_with.status.show(L10n::importResult(0, m_skipped, m_with.language()), false);
+    if (const auto row = m_with.queue.rowOfPath(found.firstPath))
+        m_with.play(m_with.queue.idAt(*row));
+    end();
+}
+
+void Importer::addRows(const TrackRows& rows) {
+    if (rows.empty())
+        return;
+    m_with.finishRemoval();
+    const bool isFirst = m_added == 0;
+    m_added += static_cast<qint64>(rows.size());
+    m_with.library.append(rows);
+    const std::size_t first = m_with.queue.append(rows);
+    m_with.importedPaths.add(pathsOf(rows));
+    if (isFirst)
+        m_first = m_with.queue.idAt(first);
+    // Deriving the albums costs as much as the library is large: not for every portion.
+    const double now = m_with.clock.now();
+    if (now - m_rebuiltAt >= secondsBetweenRebuilds) {
+        m_rebuiltAt = now;
+        m_with.rebuildImportedAlbums();
+    }
+}
+
+void Importer::playFirst() {
+    if (const QUuid first = std::exchange(m_first, {}); !first.isNull())
+        m_with.play(first);
+}
+
+void Importer::finish() {
+    m_with.rebuildImportedAlbums();
+    m_with.status.show(L10n::importResult(m_added, m_skipped, m_with.language()), false);
+    m_with.persistence.persistMetadataCache();
+    m_with.importEnded();
+    end();
+}
+
+void Importer::end() {
+    m_isRunning = false;
+    setProgress(-1);
+    startNext();
+}
+
+void Importer::setProgress(double progress) {
+    const bool isShown = m_isRunning && m_with.clock.now() - m_startedAt >= secondsBeforeProgress;
+    const double shown = isShown ? progress : -1;
+    if (shown == m_progress)
+        return;
+    m_progress = shown;
+    Q_EMIT progressChanged();
+}
+
+} // namespace halvane

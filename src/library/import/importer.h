@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "library/catalog/library_store.h"
+#include "library/import/dropped_url_collector.h"
+#include "metadata/metadata_cache.h"
+
+#include <QObject>
+#include <QStringList>
+#include <QThreadPool>
+#include <QVariant>
+
+#include <deque>
+#include <functional>
+
+namespace halvane {
+
+class Bookmarks;
+class CachePersistence;
+class Clock;
+class CloudFiles;
+class FileChooser;
+class ImportedPaths;
+class PlayQueue;
+class ReadingJournal;
+class StatusLine;
+
+/// Whom imports work with. All of it outlives the importer; the functions are called on the main
+/// thread.
+struct ImportCollaborators {
+    LibraryStore& library;
+    PlayQueue& queue;
+    StatusLine& status;
+    Bookmarks& bookmarks;
+    ImportedPaths& importedPaths;
+    CachePersistence& persistence;
+    FileChooser& fileChooser;
+    Clock& clock;
+    const CloudFiles& cloudFiles;
+    MetadataCache cache;
+    std::shared_ptr<ReadingJournal> journal;
+    std::function<ResolvedLanguage()> language;
+    /// Plays an entry of the queue as if the user had asked for it.
+    std::function<void(const QUuid& entry)> play;
+    /// Ends a removal that is under way: what it would take may be what is added.
+    std::function<void()> finishRemoval;
+    /// Tracks came: derive the albums anew.
+    std::function<void()> rebuildImportedAlbums;
+    /// An import is over: look at availability, duplicates and loudness.
+    std::function<void()> importEnded;
+};
+
+/// One item of a drop, asked for its address; it may answer on any thread.
+using DroppedItem = std::function<void(std::function<void(const QVariant&)> answer)>;
+
+/// Brings files into the library and the queue. Searching folders and reading files is a worker's
+/// work, done one import after the other; tracks come in small portions, and what has come is
+/// stored. Main thread.
+class Importer : public QObject {
+    Q_OBJECT
+
+  public:
+    explicit Importer(ImportCollaborators with, QObject* parent = nullptr);
+    /// Ends a running import; what it had brought stays.
+    ~Importer() override;
+
+    /// Shows the desktop's panel and imports what is chosen there.
+    void chooseAndImportMusic(bool files, bool directories);
+    /// The one way in: files and folders by their addresses.
+    void importDroppedURLs(const QList<QUrl>& urls);
+    /// Asks the items of a drop for their addresses and imports them once all have answered;
+    /// whether there were any.
+    bool importDroppedProviders(const std::vector<DroppedItem>& items);
+
+    /// 0...1 for an import that has been running for more than a second, otherwise below 0.
+    double progress() const { return m_progress; }
+    bool isImporting() const { return m_isRunning; }
+
+  Q_SIGNALS:
+    void progressChanged();
+    /// No import runs or waits.
+    void idle();
+
+  private:
+    struct Found {
+        std::size_t files;
+        std::size_t newFiles;
+        QString firstPath;
+    };
+    struct Run;
+
+    void startNext();
+    void take(const QStringList& roots, const Found& found);
+    void addRows(const TrackRows& rows);
+    void playFirst();
+    void finish();
+    void end();
+    void setProgress(double progress);
+
+    ImportCollaborators m_with;
+    std::deque<QStringList> m_waiting;
+    bool m_isRunning = false;
+    double m_progress = -1;
+    double m_startedAt = 0;
+    double m_rebuiltAt = 0;
+    QUuid m_first; ///< the entry that is to be played, null once it is
+    qint64 m_added = 0;
+    qint64 m_skipped = 0;
+    std::shared_ptr<std::atomic<bool>> m_cancelled;
+    QThreadPool m_worker; ///< one thread
+};
+
+} // namespace halvane

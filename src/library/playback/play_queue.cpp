@@ -1,0 +1,339 @@
+// SPDX-License-Identifier: MIT
+#include "library/playback/play_queue.h"
+
+#include "library/browsing/cover_store.h"
+#include "library/browsing/row_ranges.h"
+#include "library/catalog/track_conversion.h"
+#include "platform/thread_check.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace halvane {
+
+namespace {
+
+const QString& pathOf(const Track& record) {
+    return record.sourceURL->standardizedPath(); // entries are made for files only
+}
+
+/// So many entries may move up, one range after the other, while the views wait.
+constexpr std::size_t mostMoves = 1'000'000;
+
+std::vector<RowRange> rowsOfFiles(const PlayQueue::Entries& entries, const QSet<QString>& paths) {
+    std::vector<RowRange> rows;
+    for (std::size_t row = 0; row < entries.size(); ++row) {
+        if (paths.contains(pathOf(*entries[row].record)))
+            addRow(rows, row);
+    }
+    return rows;
+}
+
+std::shared_ptr<PlayQueue::Entries> entriesWithout(const PlayQueue::Entries& entries,
+                                                   const std::vector<RowRange>& gone) {
+    auto staying = std::make_shared<PlayQueue::Entries>();
+    staying->reserve(entries.size());
+    auto from = entries.cbegin();
+    for (const RowRange& range : gone) {
+        const auto to = entries.cbegin() + static_cast<std::ptrdiff_t>(range.first);
+        staying->insert(staying->end(), from, to);
+        from = to + static_cast<std::ptrdiff_t>(range.count);
+    }
+    staying->insert(staying->end(), from, entries.cend());
+    return staying;
+}
+
+/// Where a row is once a range is gone; none when it is in the range.
+std::optional<std::size_t> rowWithout(const RowRange& range, std::size_t row) {
+    if (row < range.first)
+        return row;
+    return row < range.first + range.count ? std::nullopt : std::optional(row - range.count);
+}
+
+} // namespace
+
+PlayQueue::PlayQueue(RowState state, QObject* parent)
+    : QAbstractListModel(parent)
+    , m_state(std::move(state))
+    , m_entries(std::make_shared<Entries>()) {
+}
+
+PlayQueue::Entries& PlayQueue::writableEntries() {
+    assertOwnThread(*this);
+    if (m_isShared) {
+        m_entries = std::make_shared<Entries>(*m_entries);
+        m_isShared = false;
+    }
+    ++m_revision;
+    return *m_entries;
+}
+
+QueueItem PlayQueue::item(std::size_t row) const {
+    QueueItem item = *queueItemFromTrack(record(row));
+    item.id = (*m_entries)[row].id;
+    item.isPlaying = m_current == row;
+    return item;
+}
+
+std::optional<std::size_t> PlayQueue::rowOfID(const QUuid& id) const {
+    const auto found = std::find_if(m_entries->cbegin(), m_entries->cend(),
+                                    [&](const Entry& entry) { return entry.id == id; });
+    return found == m_entries->cend() ? std::nullopt
+                                      : std::optional<std::size_t>(found - m_entries->cbegin());
+}
+
+std::optional<std::size_t> PlayQueue::rowOfPath(const QString& path) const {
+    const auto found =
+        std::find_if(m_entries->cbegin(), m_entries->cend(),
+                     [&](const Entry& entry) { return pathOf(*entry.record) == path; });
+    return found == m_entries->cend() ? std::nullopt
+                                      : std::optional<std::size_t>(found - m_entries->cbegin());
+}
+
+std::optional<QueueItem> PlayQueue::currentItem() const {
+    return m_current ? std::optional(item(*m_current)) : std::nullopt;
+}
+
+QString PlayQueue::currentPath() const {
+    return m_current ? pathOf(record(*m_current)) : QString();
+}
+
+void PlayQueue::setCurrentRow(std::optional<std::size_t> row) {
+    assertOwnThread(*this);
+    if (m_current == row)
+        return;
+    const auto before = std::exchange(m_current, row);
+    for (const auto& changed : {before, row}) {
+        if (changed)
+            emitRow(*changed, {IsCurrentRole});
+    }
+    Q_EMIT currentChanged();
+}
+
+void PlayQueue::setSourceLabel(const std::optional<QString>& label) {
+    if (m_sourceLabel == label)
+        return;
+    m_sourceLabel = label;
+    Q_EMIT sourceLabelChanged();
+}
+
+void PlayQueue::assign(const TrackRows& tracks, const std::optional<QString>& sourceLabel) {
+    assertOwnThread(*this);
+    beginResetModel();
+    m_entries = std::make_shared<Entries>(entriesFor(tracks));
+    m_isShared = false;
+    ++m_revision;
+    const bool hadCurrent = m_current.has_value();
+    m_current.reset();
+    endResetModel();
+    setSourceLabel(sourceLabel);
+    if (hadCurrent)
+        Q_EMIT currentChanged();
+    Q_EMIT entriesChanged();
+}
+
+TrackRows PlayQueue::records() const {
+    TrackRows records;
+    records.reserve(size());
+    for (const Entry& entry : *m_entries)
+        records.push_back(entry.record);
+    return records;
+}
+
+std::vector<PlayQueue::Entry> PlayQueue::entriesFor(const TrackRows& tracks) {
+    std::vector<Entry> entries;
+    entries.reserve(tracks.size());
+    for (const TrackPtr& track : tracks) {
+        if (track->sourceURL)
+            entries.push_back({freshId(), track});
+    }
+    return entries;
+}
+
+std::size_t PlayQueue::append(const TrackRows& tracks) {
+    return append(entriesFor(tracks));
+}
+
+std::size_t PlayQueue::append(std::vector<Entry> entries) {
+    assertOwnThread(*this);
+    const std::size_t first = size();
+    if (entries.empty())
+        return first;
+    beginInsertRows({}, static_cast<int>(first), static_cast<int>(first + entries.size() - 1));
+    Entries& all = writableEntries();
+    if (all.empty()) {
+        all = std::move(entries);
+    } else {
+        if (all.capacity() < first + entries.size())
+            all.reserve(std::max(first + entries.size(), first + first / 2));
+        std::move(entries.begin(), entries.end(), std::back_inserter(all));
+    }
+    endInsertRows();
+    Q_EMIT entriesChanged();
+    return first;
+}
+
+void PlayQueue::remove(const QSet<QString>& paths) {
+    assertOwnThread(*this);
+    Remainder remainder{rowsOfFiles(*m_entries, paths), nullptr};
+    takeOut(remainder);
+}
+
+std::function<PlayQueue::Remainder()> PlayQueue::beginRemoval(const QSet<QString>& paths) const {
+    assertOwnThread(*this);
+    m_isShared = true;
+    return [paths, before = std::shared_ptr<const Entries>(m_entries), revision = m_revision] {
+        std::vector<RowRange> gone = rowsOfFiles(*before, paths);
+        auto entries = entriesWithout(*before, gone);
+        return Remainder{std::move(gone), std::move(entries), revision};
+    };
+}
+
+void PlayQueue::finishRemoval(const QSet<QString>& paths, Remainder& remainder) {
+    assertOwnThread(*this);
+    if (remainder.revision == m_revision)
+        takeOut(remainder);
+    else
+        remove(paths);
+}
+
+void PlayQueue::takeOut(Remainder& remainder) {
+    const std::vector<RowRange>& gone = remainder.gone;
+    if (gone.empty())
+        return;
+    const bool hadCurrent = m_current.has_value();
+    if (gone.size() > mostNarrowRanges || gone.size() * size() > mostMoves) {
+        if (!remainder.entries)
+            remainder.entries = entriesWithout(*m_entries, gone);
+        beginResetModel();
+        for (auto range = gone.crbegin(); range != gone.crend() && m_current; ++range)
+            m_current = rowWithout(*range, *m_current);
+        m_entries.swap(remainder.entries);
+        m_isShared = false;
+        ++m_revision;
+        endResetModel();
+    } else {
+        for (auto range = gone.crbegin(); range != gone.crend(); ++range)
+            takeOutRange(*range);
+    }
+    if (hadCurrent && !m_current)
+        Q_EMIT currentChanged();
+    Q_EMIT entriesChanged();
+}
+
+void PlayQueue::takeOutRange(const RowRange& range) {
+    beginRemoveRows({}, static_cast<int>(range.first),
+                    static_cast<int>(range.first + range.count - 1));
+    Entries& entries = writableEntries();
+    const auto begin = entries.begin() + static_cast<std::ptrdiff_t>(range.first);
+    entries.erase(begin, begin + static_cast<std::ptrdiff_t>(range.count));
+    if (m_current)
+        m_current = rowWithout(range, *m_current);
+    endRemoveRows();
+}
+
+void PlayQueue::replace(const TrackRows& tracks) {
+    assertOwnThread(*this);
+    QHash<QString, TrackPtr> fresh;
+    for (const TrackPtr& track : tracks)
+        fresh.insert(track->path(), track);
+    for (std::size_t row = 0; row < m_entries->size(); ++row) {
+        const auto found = fresh.constFind(pathOf(record(row)));
+        if (found == fresh.cend())
+            continue;
+        writableEntries()[row].record = *found;
+        emitRow(row, {});
+        if (m_current == row)
+            Q_EMIT currentRecordChanged();
+    }
+}
+
+void PlayQueue::move(const QUuid& id, const QUuid& toPositionOf) {
+    assertOwnThread(*this);
+    const auto from = rowOfID(id);
+    const auto to = rowOfID(toPositionOf);
+    if (!from || !to || from == to)
+        return;
+    // Down it lands behind the target, up before it.
+    const int before = static_cast<int>(*to) + (*to > *from ? 1 : 0);
+    beginMoveRows({}, static_cast<int>(*from), static_cast<int>(*from), {}, before);
+    Entries& entries = writableEntries();
+    const auto at = [&](std::size_t row) {
+        return entries.begin() + static_cast<std::ptrdiff_t>(row);
+    };
+    if (*from < *to)
+        std::rotate(at(*from), at(*from + 1), at(*to + 1));
+    else
+        std::rotate(at(*to), at(*from), at(*from + 1));
+    if (m_current == from)
+        m_current = to;
+    else if (m_current && *from < *m_current && *m_current <= *to)
+        --*m_current;
+    else if (m_current && *to <= *m_current && *m_current < *from)
+        ++*m_current;
+    endMoveRows();
+    Q_EMIT entriesChanged();
+}
+
+void PlayQueue::refresh(const QString& path, const QList<int>& roles) {
+    for (std::size_t row = 0; row < m_entries->size(); ++row) {
+        if ((*m_entries)[row].record->path() == path)
+            emitRow(row, roles);
+    }
+}
+
+void PlayQueue::refreshAll(const QList<int>& roles) {
+    if (!m_entries->empty())
+        Q_EMIT dataChanged(index(0), index(rowCount() - 1), roles);
+}
+
+void PlayQueue::emitRow(std::size_t row, const QList<int>& roles) {
+    const QModelIndex changed = index(static_cast<int>(row));
+    Q_EMIT dataChanged(changed, changed, roles);
+}
+
+int PlayQueue::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(m_entries->size());
+}
+
+QVariant PlayQueue::data(const QModelIndex& index, int role) const {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+        return {};
+    const auto row = static_cast<std::size_t>(index.row());
+    const Track& track = record(row);
+    switch (role) {
+    case EntryIdRole:
+        return (*m_entries)[row].id;
+    case Qt::DisplayRole:
+    case TitleRole:
+        return track.title;
+    case ArtistRole:
+        return track.artist;
+    case AlbumRole:
+        return track.album;
+    case DurationRole:
+        return track.duration;
+    case PathRole:
+        return pathOf(track);
+    case IsCurrentRole:
+        return m_current == row;
+    case AvailabilityRole:
+        return QVariant::fromValue(m_state.availability(pathOf(track)));
+    case IsLovedRole:
+        return m_state.isLoved(pathOf(track));
+    case CoverKeyRole:
+        return m_state.covers->keyFor(track.coverImageData, track.coverURL);
+    default:
+        return {};
+    }
+}
+
+QHash<int, QByteArray> PlayQueue::roleNames() const {
+    return {{EntryIdRole, "entryId"},     {TitleRole, "title"},
+            {ArtistRole, "artist"},       {AlbumRole, "album"},
+            {DurationRole, "duration"},   {PathRole, "path"},
+            {IsCurrentRole, "isCurrent"}, {AvailabilityRole, "availability"},
+            {IsLovedRole, "isLoved"},     {CoverKeyRole, "coverKey"}};
+}
+
+} // namespace halvane

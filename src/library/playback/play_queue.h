@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "library/browsing/row_ranges.h"
+#include "library/browsing/row_state.h"
+#include "library/catalog/library_store.h"
+#include "model/queue_item.h"
+
+#include <QAbstractListModel>
+
+namespace halvane {
+
+/// The play queue, its current entry and where it came from. An entry shares its record with the
+/// library, so that a queue of the whole library costs an id and a pointer a track. Also the list
+/// that the views show. Main thread.
+class PlayQueue : public QAbstractListModel {
+    Q_OBJECT
+
+  public:
+    enum Role {
+        EntryIdRole = Qt::UserRole + 1, ///< entryId: QUuid
+        TitleRole,                      ///< title
+        ArtistRole,                     ///< artist
+        AlbumRole,                      ///< album
+        DurationRole,                   ///< duration: text
+        PathRole,                       ///< path: standardized
+        IsCurrentRole,                  ///< isCurrent
+        AvailabilityRole,               ///< availability: TrackAvailability
+        IsLovedRole,                    ///< isLoved
+        CoverKeyRole,                   ///< coverKey: for the cover store
+    };
+
+    struct Entry {
+        QUuid id;
+        TrackPtr record;
+    };
+
+    using Entries = std::vector<Entry>;
+
+    explicit PlayQueue(RowState state, QObject* parent = nullptr);
+
+    std::size_t size() const { return m_entries->size(); }
+    bool isEmpty() const { return m_entries->empty(); }
+    /// The record behind an entry.
+    const Track& record(std::size_t row) const { return *(*m_entries)[row].record; }
+    /// The records behind all entries, for a worker.
+    TrackRows records() const;
+    const QUuid& idAt(std::size_t row) const { return (*m_entries)[row].id; }
+    /// The whole entry, as a value of its own.
+    QueueItem item(std::size_t row) const;
+    std::optional<std::size_t> rowOfID(const QUuid& id) const;
+    /// The first entry of a standardized path.
+    std::optional<std::size_t> rowOfPath(const QString& path) const;
+
+    std::optional<std::size_t> currentRow() const { return m_current; }
+    std::optional<QueueItem> currentItem() const;
+    /// The standardized path of the current entry's file, empty without one.
+    QString currentPath() const;
+    void setCurrentRow(std::optional<std::size_t> row);
+
+    /// What the queue was made from; none for the library.
+    const std::optional<QString>& sourceLabel() const { return m_sourceLabel; }
+
+    /// A new queue of the tracks that have a file, with nothing current.
+    void assign(const TrackRows& tracks, const std::optional<QString>& sourceLabel);
+    /// Appends an entry for each track that has a file; gives the row of the first.
+    std::size_t append(const TrackRows& tracks);
+    /// New entries for the tracks that have a file; a worker may make those of a large library. Any
+    /// thread.
+    static std::vector<Entry> entriesFor(const TrackRows& tracks);
+    /// Appends entries that are made already; gives the row of the first.
+    std::size_t append(std::vector<Entry> entries);
+    /// Takes out the entries of these files.
+    void remove(const QSet<QString>& paths);
+
+    /// What goes, and what stays, of the queue as it was when this was begun.
+    struct Remainder {
+        std::vector<RowRange> gone; ///< ascending
+        std::shared_ptr<Entries> entries;
+        quint64 revision = 0;
+    };
+    /// The work of a removal, for any thread.
+    std::function<Remainder()> beginRemoval(const QSet<QString>& paths) const;
+    /// As remove, at a cost that does not grow with the queue unless it has changed since the
+    /// removal began. What there was instead takes time to free, and comes back for it.
+    void finishRemoval(const QSet<QString>& paths, Remainder& remainder);
+
+    /// Puts fresh records in the place of those with the same paths.
+    void replace(const TrackRows& tracks);
+    /// Moves an entry to the place of another; nothing when either is unknown or both are one.
+    void move(const QUuid& id, const QUuid& toPositionOf);
+
+    /// A track's loved flag or availability changed.
+    void refresh(const QString& path, const QList<int>& roles);
+    /// Any number of files' did.
+    void refreshAll(const QList<int>& roles);
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+  Q_SIGNALS:
+    /// Another entry is current.
+    void currentChanged();
+    /// The record of the current entry's file was read afresh.
+    void currentRecordChanged();
+    /// Entries came, went or moved.
+    void entriesChanged();
+    void sourceLabelChanged();
+
+  private:
+    Entries& writableEntries();
+    void takeOut(Remainder& remainder);
+    void takeOutRange(const RowRange& range);
+    void setSourceLabel(const std::optional<QString>& label);
+    void emitRow(std::size_t row, const QList<int>& roles);
+
+    RowState m_state;
+    std::shared_ptr<Entries> m_entries;
+    mutable bool m_isShared = false; ///< with a worker, so that a change needs a copy
+    quint64 m_revision = 0;          ///< grows with each change of the entries
+    std::optional<std::size_t> m_current;
+    std::optional<QString> m_sourceLabel;
+};
+
+} // namespace halvane

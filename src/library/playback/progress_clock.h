@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "library/playback/transport_engine.h"
+#include "platform/clock.h"
+
+#include <QObject>
+
+namespace halvane {
+
+/// Where playback stands, as it is shown: read from the engine four times a second while a track
+/// plays, and not at all otherwise. Seconds; fractions are 0...1. Main thread.
+class ProgressClock : public QObject {
+    Q_OBJECT
+
+  public:
+    /// The engine and the clock must outlive this.
+    ProgressClock(const TransportEngine& engine, Clock& clock, QObject* parent = nullptr);
+
+    double progress() const { return m_progress; }
+    const QString& elapsedTime() const { return m_elapsedTime; }
+    double elapsedSeconds() const { return m_elapsedSeconds; }
+    bool isScrubbing() const { return m_isScrubbing; }
+
+    /// Starts, or starts again, the quarter-second beat.
+    void start();
+    void stop();
+    bool isRunning() const { return m_beat != nullptr; }
+    /// Reads the engine; nothing while the user drags the slider or no file is loaded.
+    void tick();
+
+    /// Shows a place; ends dragging.
+    void show(double progress, double elapsedSeconds);
+    /// Shows the end of the queue: a full line and the last track's own length text.
+    void showEnd(const QString& duration);
+    /// The slider is dragged to a fraction of a track; the clock keeps off it until the next show.
+    void scrub(double fraction, std::optional<double> durationSeconds);
+
+  Q_SIGNALS:
+    void progressChanged();
+    void elapsedTimeChanged();
+    void elapsedSecondsChanged();
+
+  private:
+    void setProgress(double progress);
+    void setElapsedTime(const QString& text);
+    void setElapsedSeconds(double seconds);
+
+    const TransportEngine& m_engine;
+    Clock& m_clock;
+    double m_progress = 0;
+    QString m_elapsedTime;
+    double m_elapsedSeconds = 0;
+    bool m_isScrubbing = false;
+    std::unique_ptr<Timer> m_beat;
+};
+
+} // namespace halvane

@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: MIT
+#include "library/playback/queue_planner.h"
+
+#include <vector>
+
+namespace halvane {
+
+namespace {
+
+std::optional<std::size_t> firstPlayable(const QueueView& queue, std::size_t from) {
+    for (std::size_t i = from; i < queue.size(); ++i) {
+        if (queue.isPlayable(i))
+            return i;
+    }
+    return std::nullopt;
+}
+
+/// Whether wrapping round may land on an entry: it plays, and not the file that plays now.
+bool isWrapTarget(const QueueView& queue, std::size_t entry) {
+    const auto current = queue.current();
+    return queue.isPlayable(entry) && !(current && queue.isSameFile(entry, *current));
+}
+
+Advance nextInOrder(const QueueView& queue, PlaybackRepeatMode repeat, bool manual) {
+    const auto current = queue.current();
+    if (const auto next = firstPlayable(queue, current ? *current + 1 : 0))
+        return {next, manual};
+    if (manual || repeat == PlaybackRepeatMode::all) {
+        for (std::size_t i = 0; i < queue.size(); ++i) {
+            if (isWrapTarget(queue, i))
+                return {i, manual};
+        }
+    }
+    return {};
+}
+
+} // namespace
+
+Advance shuffledEntry(const QueueView& queue, PlaybackRepeatMode repeat, bool manual,
+                      const RandomIndex& random) {
+    const auto current = queue.current();
+    std::vector<std::size_t> unplayed;
+    std::vector<std::size_t> playable;
+    for (std::size_t i = 0; i < queue.size(); ++i) {
+        if (!queue.isPlayable(i))
+            continue;
+        playable.push_back(i);
+        if (!queue.wasPlayed(i))
+            unplayed.push_back(i);
+    }
+    if (playable.empty())
+        return {};
+    if (!unplayed.empty())
+        return {unplayed[random(unplayed.size())], manual};
+    if (repeat != PlaybackRepeatMode::all && !manual)
+        return {};
+    if (current && playable.size() >= 2)
+        std::erase(playable, *current);
+    return {playable[random(playable.size())], manual, true};
+}
+
+Advance nextEntry(const QueueView& queue, PlayMode mode, bool manual, const RandomIndex& random) {
+    const auto current = queue.current();
+    if (mode.repeat == PlaybackRepeatMode::one && !manual && current && queue.isPlayable(*current))
+        return {current, false};
+    return mode.shuffle ? shuffledEntry(queue, mode.repeat, manual, random)
+                        : nextInOrder(queue, mode.repeat, manual);
+}
+
+Advance previousEntry(const QueueView& queue, PlayMode mode, const RandomIndex& random) {
+    if (mode.shuffle)
+        return shuffledEntry(queue, mode.repeat, true, random);
+    for (std::size_t i = queue.current().value_or(0); i-- > 0;) {
+        if (queue.isPlayable(i))
+            return {i, true};
+    }
+    if (mode.repeat == PlaybackRepeatMode::all) {
+        for (std::size_t i = queue.size(); i-- > 0;) {
+            if (isWrapTarget(queue, i))
+                return {i, true};
+        }
+    }
+    return {};
+}
+
+std::optional<std::size_t> gaplessSuccessor(const QueueView& queue, PlayMode mode) {
+    if (mode.shuffle || mode.repeat == PlaybackRepeatMode::one)
+        return std::nullopt;
+    const auto current = queue.current();
+    auto next = firstPlayable(queue, current ? *current + 1 : 0);
+    if (!next && mode.repeat == PlaybackRepeatMode::all)
+        next = firstPlayable(queue, 0);
+    return next == current ? std::nullopt : next;
+}
+
+std::optional<std::size_t> entryToStart(const QueueView& queue) {
+    const auto current = queue.current();
+    return current && queue.isPlayable(*current) ? current : firstPlayable(queue, 0);
+}
+
+} // namespace halvane

@@ -1,0 +1,163 @@
+// SPDX-License-Identifier: MIT
+#include "library/sound/sound_check.h"
+
+#include "library/user/settings_keys.h"
+#include "platform/cloud_files.h"
+#include "platform/thread_check.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace halvane {
+
+using LoudnessAnalyzer::Measurement;
+
+double soundCheckGain(double rmsDb, double peakDb) {
+    constexpr double targetRmsDb = -16;
+    constexpr double highestPeakDb = -1;
+    const double mostBoost = std::max(0.0, highestPeakDb - peakDb); // never a forced cut
+    return std::min(targetRmsDb - rmsDb, mostBoost);
+}
+
+SoundCheck::SoundCheck(Preferences& preferences, const CloudFiles& cloudFiles,
+                       Collaborators collaborators, QObject* parent)
+    : QObject(parent)
+    , m_preferences(preferences)
+    , m_cloudFiles(cloudFiles)
+    , m_collaborators(std::move(collaborators)) {
+    m_worker.setMaxThreadCount(1);
+    // Runs when nothing else wants the processor, and so never ahead of what is playing.
+    m_worker.setThreadPriority(QThread::IdlePriority);
+}
+
+SoundCheck::~SoundCheck() {
+    cancelScan();
+    m_worker.waitForDone();
+}
+
+void SoundCheck::restore() {
+    assertOwnThread(*this);
+    m_enabled = m_preferences.boolean(SettingsKey::soundCheckEnabled).valueOr(false);
+    m_trackLoudness.restore(m_preferences.numbersMapLater(SettingsKey::trackLoudness), [this] {
+        return m_preferences.numbersMap(SettingsKey::trackLoudness);
+    });
+    Q_EMIT soundCheckEnabledChanged();
+    Q_EMIT trackLoudnessChanged();
+}
+
+void SoundCheck::setSoundCheckEnabled(bool enabled) {
+    assertOwnThread(*this);
+    m_preferences.setBoolean(SettingsKey::soundCheckEnabled, enabled);
+    if (enabled != m_enabled) {
+        m_enabled = enabled;
+        Q_EMIT soundCheckEnabledChanged();
+    }
+    applySoundCheckForCurrentTrack();
+    if (enabled)
+        scanLoudnessIfNeeded();
+    else
+        cancelScan();
+}
+
+void SoundCheck::forget(const QSet<QString>& paths) {
+    assertOwnThread(*this);
+    if (paths.contains(m_measuring))
+        m_measuring.clear();
+    if (!m_waiting.empty())
+        m_gone.unite(paths);
+    NumbersMap& known = m_trackLoudness.get();
+    const auto before = known.size();
+    for (const QString& path : paths)
+        known.remove(path);
+    if (known.size() != before)
+        Q_EMIT trackLoudnessChanged();
+}
+
+std::optional<double> SoundCheck::soundCheckGain(const QString& forPath) const {
+    assertOwnThread(*this);
+    if (!m_enabled)
+        return std::nullopt;
+    const auto found = trackLoudness().constFind(forPath);
+    if (found == trackLoudness().cend() || found->size() != 2)
+        return std::nullopt;
+    const double gain = halvane::soundCheckGain((*found)[0], (*found)[1]);
+    return std::isfinite(gain) ? std::optional(gain) : std::nullopt;
+}
+
+void SoundCheck::applySoundCheck(const std::optional<QString>& forPath) {
+    const auto gain = forPath ? soundCheckGain(*forPath) : std::nullopt;
+    m_collaborators.setTrackGain(std::clamp(gain.value_or(0), -18.0, 12.0));
+}
+
+void SoundCheck::applySoundCheckForCurrentTrack() {
+    applySoundCheck(m_collaborators.currentPath());
+}
+
+void SoundCheck::scanLoudnessIfNeeded() {
+    assertOwnThread(*this);
+    if (!m_enabled)
+        return;
+    auto files = unmeasuredFiles();
+    if (files.empty())
+        return;
+    cancelScan();
+    m_waiting = std::move(files);
+    measureNext();
+}
+
+std::deque<FileUrl> SoundCheck::unmeasuredFiles() const {
+    std::deque<FileUrl> files;
+    m_collaborators.visitFiles([&](const FileUrl& file) {
+        const QString& path = file.standardizedPath();
+        if (!trackLoudness().contains(path) && m_collaborators.isAvailable(path))
+            files.push_back(file);
+    });
+    return files;
+}
+
+void SoundCheck::cancelScan() {
+    ++m_scanGeneration;
+    m_stop.request_stop();
+    m_stop = {};
+    m_waiting.clear();
+    m_gone.clear();
+    m_measuring.clear();
+}
+
+void SoundCheck::measureNext() {
+    while (!m_waiting.empty() && m_gone.contains(m_waiting.front().standardizedPath()))
+        m_waiting.pop_front();
+    if (m_waiting.empty())
+        return;
+    const FileUrl file = m_waiting.front();
+    m_waiting.pop_front();
+    m_measuring = file.standardizedPath();
+    m_worker.start([this, file, generation = m_scanGeneration, stop = m_stop.get_token()] {
+        // Reading a file that is not on this disk would download it, or block until it is there.
+        std::optional<Measurement> measured;
+        if (!stop.stop_requested() && !m_cloudFiles.isEvicted(file.path()) &&
+            !m_cloudFiles.isRemote(file.path()))
+            measured = m_collaborators.measure(file.path(), stop);
+        QMetaObject::invokeMethod(
+            this,
+            [this, file, generation, measured] {
+                if (generation != m_scanGeneration)
+                    return;
+                take(file, measured);
+                measureNext();
+            },
+            Qt::QueuedConnection);
+    });
+}
+
+void SoundCheck::take(const FileUrl& file, const std::optional<Measurement>& measured) {
+    if (!measured || m_measuring != file.standardizedPath())
+        return;
+    const std::vector<double> entry{measured->rmsDb, measured->peakDb};
+    m_trackLoudness.get().insert(file.standardizedPath(), entry);
+    m_preferences.insertNumbers(SettingsKey::trackLoudness, file.standardizedPath(), entry);
+    Q_EMIT trackLoudnessChanged();
+    applySoundCheckForCurrentTrack();
+}
+
+} // namespace halvane

@@ -1,0 +1,193 @@
+// SPDX-License-Identifier: MIT
+#include "library/tidying/availability.h"
+
+#include "library/background.h"
+#include "library/playback/play_queue.h"
+#include "metadata/bounded_parallel.h"
+#include "platform/cloud_files.h"
+#include "platform/thread_check.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+#include <unistd.h>
+
+namespace halvane {
+
+Availability::Availability(AvailabilityCollaborators with, QObject* parent)
+    : QObject(parent)
+    , m_with(std::move(with)) {
+    m_worker.setMaxThreadCount(1);
+}
+
+Availability::~Availability() {
+    m_worker.clear();
+    m_worker.waitForDone();
+}
+
+Availability::Sets Availability::lookAt(const TrackRows& library, const TrackRows& queue,
+                                        const CloudFiles& cloudFiles, const Sets& before) {
+    constexpr std::size_t portion = 512;
+    // Owned by the look: a thread that hangs in a dead mount outlives it.
+    auto paths = std::make_shared<QStringList>();
+    // Nearly all records of the queue are the library's own.
+    QSet<const Track*> known;
+    for (const TrackRows* rows : {&library, &queue}) {
+        for (const TrackPtr& row : *rows) {
+            if (!row->sourceURL || known.contains(row.get()))
+                continue;
+            known.insert(row.get());
+            paths->append(row->path());
+        }
+    }
+
+    const auto count = static_cast<std::size_t>(paths->size());
+    BoundedParallel<Sets>::Options options;
+    options.threads = lookingThreads();
+    const auto portions = BoundedParallel<Sets>::run(
+        (count + portion - 1) / portion,
+        [paths, &cloudFiles](std::size_t index) {
+            Sets sets;
+            const QStringList files =
+                paths->mid(static_cast<qsizetype>(index) * qsizetype{portion}, portion);
+            const auto found = cloudFiles.presences(files);
+            for (qsizetype i = 0; i < files.size(); ++i) {
+                const FilePresence presence = found[static_cast<std::size_t>(i)];
+                if (presence == FilePresence::evicted)
+                    sets.inCloud.insert(files[i]);
+                else if (presence == FilePresence::gone)
+                    sets.missing.insert(files[i]);
+            }
+            return sets;
+        },
+        options);
+    Sets all;
+    for (std::size_t p = 0; p < portions.size(); ++p) {
+        if (portions[p]) {
+            all.inCloud.unite(portions[p]->inCloud);
+            all.missing.unite(portions[p]->missing);
+            continue;
+        }
+        for (const QString& path :
+             paths->mid(static_cast<qsizetype>(p) * qsizetype{portion}, portion)) {
+            if (before.inCloud.contains(path))
+                all.inCloud.insert(path);
+            else if (before.missing.contains(path))
+                all.missing.insert(path);
+        }
+    }
+    return all;
+}
+
+void Availability::refreshAvailability() {
+    assertOwnThread(*this);
+    const quint64 look = ++m_look;
+    const quint64 generation = ++m_generation;
+    m_worker.clear();
+    if (m_with.library.size() == 0 && m_with.queue.isEmpty()) {
+        publish({});
+        return;
+    }
+    runInBackground(
+        m_worker, this,
+        [library = m_with.library.snapshot(), queue = m_with.queue.records(),
+         cloudFiles = &m_with.cloudFiles, before = m_sets] {
+            yieldToTheWindow();
+            return lookAt(*library, queue, *cloudFiles, before);
+        },
+        [this, look, generation](Sets sets) {
+            if (look == m_look)
+                land(generation, std::move(sets));
+        });
+}
+
+void Availability::land(quint64 generation, Sets sets) {
+    if (generation != m_generation) {
+        // Overtaken by a mark: look again.
+        refreshAvailability();
+        return;
+    }
+    publish(std::move(sets));
+    m_with.healIncompleteMetadata();
+    Q_EMIT refreshed();
+}
+
+void Availability::publish(Sets sets) {
+    const bool cloudChanged = sets.inCloud != m_sets.inCloud;
+    const bool missingChanged = sets.missing != m_sets.missing;
+    const auto all = [](const Sets& of) { return of.inCloud | of.missing; };
+    QSet<QString> changed = all(sets) | all(m_sets);
+    changed -= sets.inCloud & m_sets.inCloud;
+    changed -= sets.missing & m_sets.missing;
+    m_sets = std::move(sets);
+    if (cloudChanged)
+        Q_EMIT cloudPendingPathsChanged();
+    if (missingChanged)
+        Q_EMIT unavailablePathsChanged();
+    if (!changed.isEmpty())
+        Q_EMIT statesChanged(changed);
+}
+
+void Availability::forget(const QSet<QString>& paths) {
+    ++m_generation;
+    Sets sets = m_sets;
+    sets.inCloud.subtract(paths);
+    sets.missing.subtract(paths);
+    publish(std::move(sets));
+}
+
+TrackAvailability Availability::state(const QString& path) const {
+    if (m_sets.inCloud.contains(path))
+        return TrackAvailability::inCloud;
+    return m_sets.missing.contains(path) ? TrackAvailability::missing
+                                         : TrackAvailability::available;
+}
+
+bool Availability::isCloudEvicted(const QString& path) const {
+    return m_with.cloudFiles.isEvicted(path);
+}
+
+bool Availability::isReadable(const QString& path) const {
+    return ::access(path.toUtf8().constData(), R_OK) == 0;
+}
+
+void Availability::markAvailable(const QString& path) {
+    setState(path, TrackAvailability::available);
+}
+
+void Availability::markInCloud(const QString& path) {
+    setState(path, TrackAvailability::inCloud);
+}
+
+void Availability::markUnavailable(const QString& path) {
+    setState(path, isCloudEvicted(path) ? TrackAvailability::inCloud : TrackAvailability::missing);
+}
+
+/// Changes the sets in place: a whole drive's files may be found missing one by one.
+void Availability::setState(const QString& path, TrackAvailability state) {
+    assertOwnThread(*this);
+    ++m_generation;
+    const auto update = [&](QSet<QString>& set, bool holds) {
+        if (set.contains(path) == holds)
+            return false;
+        if (holds)
+            set.insert(path);
+        else
+            set.remove(path);
+        return true;
+    };
+    const bool cloudChanged = update(m_sets.inCloud, state == TrackAvailability::inCloud);
+    const bool missingChanged = update(m_sets.missing, state == TrackAvailability::missing);
+    if (cloudChanged)
+        Q_EMIT cloudPendingPathsChanged();
+    if (missingChanged)
+        Q_EMIT unavailablePathsChanged();
+    if (cloudChanged || missingChanged)
+        Q_EMIT statesChanged({path});
+}
+
+void Availability::startCloudDownloads(const QSet<QString>& paths) {
+    m_with.startCloudDownloads(paths);
+}
+
+} // namespace halvane

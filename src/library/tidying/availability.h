@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "library/catalog/library_store.h"
+#include "library/tidying/file_availability.h"
+
+#include <QObject>
+#include <QThreadPool>
+
+#include <functional>
+
+namespace halvane {
+
+class CloudFiles;
+class PlayQueue;
+
+/// Whom the check of the files works with. All of it outlives it; the functions are called on the
+/// main thread.
+struct AvailabilityCollaborators {
+    const LibraryStore& library;
+    const PlayQueue& queue;
+    const CloudFiles& cloudFiles;
+    std::function<void(const QSet<QString>& paths)> startCloudDownloads;
+    /// Files may have come back: read what could not be read of them.
+    std::function<void()> healIncompleteMetadata;
+};
+
+/// Which files of the library and the queue can't be played now, and why. Looking at the disk is a
+/// worker's work; only the newest look counts. A disk that does not answer leaves its files as they
+/// were. Main thread.
+class Availability : public QObject, public FileAvailability {
+    Q_OBJECT
+
+  public:
+    explicit Availability(AvailabilityCollaborators with, QObject* parent = nullptr);
+    ~Availability() override;
+
+    /// Paths of files that live in the cloud and are not downloaded.
+    const QSet<QString>& cloudPendingPaths() const { return m_sets.inCloud; }
+    /// Paths of files that are gone.
+    const QSet<QString>& unavailablePaths() const { return m_sets.missing; }
+
+    void refreshAvailability();
+    /// The paths left the library.
+    void forget(const QSet<QString>& paths);
+
+    TrackAvailability state(const QString& path) const override;
+    bool isCloudEvicted(const QString& path) const override;
+    bool isReadable(const QString& path) const override;
+    void markAvailable(const QString& path) override;
+    void markInCloud(const QString& path) override;
+    void markUnavailable(const QString& path) override;
+    void startCloudDownloads(const QSet<QString>& paths) override;
+
+  Q_SIGNALS:
+    void cloudPendingPathsChanged();
+    void unavailablePathsChanged();
+    /// Along with one or both of these: whose state is another now.
+    void statesChanged(const QSet<QString>& paths);
+    /// The newest look at the disk has been taken over.
+    void refreshed();
+
+  private:
+    struct Sets {
+        QSet<QString> inCloud;
+        QSet<QString> missing;
+    };
+    static Sets lookAt(const TrackRows& library, const TrackRows& queue,
+                       const CloudFiles& cloudFiles, const Sets& before);
+    void land(quint64 generation, Sets sets);
+    void publish(Sets sets);
+    void setState(const QString& path, TrackAvailability state);
+
+    AvailabilityCollaborators m_with;
+    Sets m_sets;
+    quint64 m_generation = 0; ///< of the newest refresh or mark
+    quint64 m_look = 0;       ///< the newest refresh, whose result alone counts
+    QThreadPool m_worker;
+};
+
+} // namespace halvane

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "library/catalog/library_store.h"
+
+#include <QAbstractListModel>
+
+namespace halvane {
+
+/// Tracks that need attention, as the maintenance window lists them. Main thread.
+class MaintenanceListModel : public QAbstractListModel {
+    Q_OBJECT
+
+  public:
+    enum Role {
+        TitleRole = Qt::UserRole + 1, ///< title
+        ArtistRole,                   ///< artist
+        PathRole,                     ///< path: standardized
+    };
+
+    using QAbstractListModel::QAbstractListModel;
+
+    void setTracks(TrackRows tracks);
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+  private:
+    TrackRows m_tracks;
+};
+
+} // namespace halvane

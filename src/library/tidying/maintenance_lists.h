@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "library/tidying/maintenance_list_model.h"
+
+namespace halvane {
+
+class Availability;
+class Duplicates;
+
+/// The three lists of the maintenance window, in library order. Changes that come one after the
+/// other, such as a drive's files found missing one by one, are taken over together in the next
+/// turn of the event loop. Main thread.
+class MaintenanceLists : public QObject {
+    Q_OBJECT
+
+  public:
+    /// All three must outlive it.
+    MaintenanceLists(const LibraryStore& store, const Availability& availability,
+                     const Duplicates& duplicates, QObject* parent = nullptr);
+
+    MaintenanceListModel& cloudPendingTracks() { return m_cloudPending; }
+    MaintenanceListModel& missingTracks() { return m_missing; }
+    /// The tracks of every duplicate group, group by group.
+    MaintenanceListModel& duplicateTracks() { return m_duplicates; }
+
+  private:
+    void scheduleRefresh();
+    void refresh();
+    TrackRows tracksOf(const QSet<QString>& paths) const;
+
+    const LibraryStore& m_store;
+    const Availability& m_availability;
+    const Duplicates& m_duplicateGroups;
+    bool m_isScheduled = false;
+    MaintenanceListModel m_cloudPending;
+    MaintenanceListModel m_missing;
+    MaintenanceListModel m_duplicates;
+};
+
+} // namespace halvane

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "library/user/ambient_color.h"
+#include "model/enums.h"
+#include "presentation/app_theme.h"
+
+#include <QObject>
+
+namespace halvane {
+
+class Preferences;
+
+/// How the program looks: the user's choices of accent, corners, background and spectrum colour,
+/// and the style that follows from them. Every choice is stored at once. Main thread.
+class ThemeSettings : public QObject {
+    Q_OBJECT
+
+  public:
+    /// Both references must outlive it.
+    ThemeSettings(Preferences& preferences, const AmbientColor& ambient, QObject* parent = nullptr);
+
+    /// Takes the spectrum's colour from the preferences.
+    void restoreSpectrum();
+    /// Takes everything else from the preferences, and applies it once.
+    void restoreTheme();
+
+    SpectrumTintMode themeAccentMode() const { return m_accentMode; }
+    const Color& customThemeAccent() const { return m_customAccent; }
+    CornerStyle themeCornerStyle() const { return m_cornerStyle; }
+    BackgroundStyle themeBackgroundStyle() const { return m_backgroundStyle; }
+    SpectrumTintMode spectrumTintMode() const { return m_spectrumMode; }
+    const Color& customSpectrumColor() const { return m_customSpectrum; }
+
+    void setThemeAccentMode(SpectrumTintMode mode);
+    /// Colours are stored without their opacity, and not at all when they are not made of finite
+    /// numbers.
+    void setCustomThemeAccent(const Color& color);
+    void setThemeCornerStyle(CornerStyle style);
+    void setThemeBackgroundStyle(BackgroundStyle style);
+    void setSpectrumTintMode(SpectrumTintMode mode);
+    void setCustomSpectrumColor(const Color& color);
+
+    /// What the windows are drawn with now.
+    const AppTheme::Style& style() const { return m_style; }
+    Color resolvedThemeAccent() const;
+    Color spectrumTint() const;
+    double ambientBackgroundBoost() const;
+
+  Q_SIGNALS:
+    /// A choice was made, or the style has changed with the artwork.
+    void themeChanged();
+    /// The spectrum's colour, or the choice behind it, may have changed.
+    void spectrumTintChanged();
+
+  private:
+    void applyTheme();
+    void ambientColorChanged();
+
+    Preferences& m_preferences;
+    const AmbientColor& m_ambient;
+    SpectrumTintMode m_accentMode = SpectrumTintMode::mint;
+    Color m_customAccent = AppTheme::defaultAccent;
+    CornerStyle m_cornerStyle = CornerStyle::standard;
+    BackgroundStyle m_backgroundStyle = BackgroundStyle::dark;
+    SpectrumTintMode m_spectrumMode = SpectrumTintMode::ambient;
+    Color m_customSpectrum = AppTheme::defaultAccent;
+    AppTheme::Style m_style;
+};
+
+} // namespace halvane

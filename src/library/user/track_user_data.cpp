@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: MIT
+#include "library/user/track_user_data.h"
+
+#include "library/user/settings_keys.h"
+#include "platform/thread_check.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace halvane {
+
+namespace {
+
+constexpr int mostStars = 5;
+
+} // namespace
+
+TrackUserData::TrackUserData(Preferences& preferences, QObject* parent)
+    : QObject(parent)
+    , m_preferences(preferences) {
+}
+
+void TrackUserData::restore() {
+    assertOwnThread(*this);
+    // What is taken over is what is stored, so that there is nothing to write back, except where a
+    // list names a track twice.
+    if (const auto loved = m_preferences.strings(SettingsKey::lovedPaths)) {
+        m_lovedPaths = QSet<QString>(loved->cbegin(), loved->cend());
+        if (m_lovedPaths.size() != loved->size())
+            m_preferences.setStrings(SettingsKey::lovedPaths, m_lovedPaths.values());
+    }
+    const auto restore = [this](LateValue<IntegerMap>& map, const QString& key) {
+        map.restore(m_preferences.integerMapLater(key),
+                    [this, key] { return m_preferences.integerMap(key); });
+    };
+    restore(m_trackRatings, SettingsKey::trackRatings);
+    restore(m_playCounts, SettingsKey::playCounts);
+    Q_EMIT reset();
+}
+
+void TrackUserData::toggleLoved(const QString& path) {
+    assertOwnThread(*this);
+    if (path.isEmpty())
+        return;
+    if (m_lovedPaths.remove(path)) {
+        m_preferences.removeString(SettingsKey::lovedPaths, path);
+    } else {
+        m_lovedPaths.insert(path);
+        m_preferences.insertString(SettingsKey::lovedPaths, path);
+    }
+    Q_EMIT lovedChanged(path);
+}
+
+void TrackUserData::setRating(int rating, const QString& path) {
+    assertOwnThread(*this);
+    const int stars = std::clamp(rating, 0, mostStars);
+    if (path.isEmpty() || stars == this->rating(path))
+        return;
+    if (stars == 0) {
+        m_trackRatings.get().remove(path);
+        m_preferences.removeEntries({SettingsKey::trackRatings}, {path});
+    } else {
+        m_trackRatings.get().insert(path, stars);
+        m_preferences.insertInteger(SettingsKey::trackRatings, path, stars);
+    }
+    Q_EMIT ratingChanged(path);
+}
+
+void TrackUserData::countPlay(const QString& path) {
+    assertOwnThread(*this);
+    if (path.isEmpty())
+        return;
+    qint64& count = m_playCounts.get()[path];
+    if (count == std::numeric_limits<qint64>::max())
+        return; // only a stored value can be there; stays
+    ++count;
+    m_preferences.insertInteger(SettingsKey::playCounts, path, count);
+    Q_EMIT playCountChanged(path);
+}
+
+void TrackUserData::forget(const QSet<QString>& paths) {
+    assertOwnThread(*this);
+    IntegerMap& ratings = m_trackRatings.get();
+    IntegerMap& counts = m_playCounts.get();
+    for (const QString& path : paths) {
+        m_lovedPaths.remove(path);
+        ratings.remove(path);
+        counts.remove(path);
+    }
+}
+
+} // namespace halvane

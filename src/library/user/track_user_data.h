@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "library/user/late_value.h"
+
+#include <QObject>
+#include <QSet>
+
+namespace halvane {
+
+/// What the user has made of each track: loved or not, a rating, a count of plays. Keyed by
+/// standardized path; a track that is not in a map has rating 0 and no plays. Every change is
+/// stored at once, as the one entry that changed. Main thread.
+class TrackUserData : public QObject {
+    Q_OBJECT
+
+  public:
+    /// Empty until restore. The preferences must outlive it.
+    explicit TrackUserData(Preferences& preferences, QObject* parent = nullptr);
+
+    /// Takes everything from the preferences, long maps when they are first needed; a map that is
+    /// not one is left alone.
+    void restore();
+
+    const QSet<QString>& lovedPaths() const { return m_lovedPaths; }
+    const IntegerMap& trackRatings() const { return m_trackRatings.get(); }
+    const IntegerMap& playCounts() const { return m_playCounts.get(); }
+
+    bool isLoved(const QString& path) const { return m_lovedPaths.contains(path); }
+    qint64 rating(const QString& path) const { return trackRatings().value(path); }
+    qint64 playCount(const QString& path) const { return playCounts().value(path); }
+
+    /// Loves a track, or no longer. Nothing without a path.
+    void toggleLoved(const QString& path);
+    /// Whole stars: at most 5 are stored, fewer than 1 take the rating away. Nothing without a
+    /// path.
+    void setRating(int rating, const QString& path);
+    /// Adds one play. Nothing without a path.
+    void countPlay(const QString& path);
+    /// Tracks left the library, and the preferences with it. No list shows them any more, so that
+    /// nobody is told.
+    void forget(const QSet<QString>& paths);
+
+  Q_SIGNALS:
+    void lovedChanged(const QString& path);
+    void ratingChanged(const QString& path);
+    void playCountChanged(const QString& path);
+    /// Everything at once: restored.
+    void reset();
+
+  private:
+    Preferences& m_preferences;
+    QSet<QString> m_lovedPaths;
+    LateValue<IntegerMap> m_trackRatings;
+    LateValue<IntegerMap> m_playCounts;
+};
+
+} // namespace halvane
