@@ -5,9 +5,9 @@
 // does. The argument is how many seconds each part lasts (20 by default).
 #include "audio/playback_engine.h"
 #include "library/sound/sound_check.h"
-#include "platform/cloud_files.h"
-#include "platform/pulse_output.h"
-#include "platform/pulse_server.h"
+#include "platform/cloud/cloud_files.h"
+#include "platform/sound/pulse_output.h"
+#include "platform/sound/pulse_server.h"
 #include "platform/system_clock.h"
 #include "support/audio_material.h"
 #include "support/memory_preferences.h"

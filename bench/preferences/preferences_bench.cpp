@@ -3,7 +3,7 @@
 // everything costs. Files are made in the folder that TMPDIR names: it decides what a sync costs.
 #include "library/user/settings_keys.h"
 #include "library/user/track_user_data.h"
-#include "platform/sqlite_preferences.h"
+#include "platform/preferences/sqlite_preferences.h"
 #include "platform/system_clock.h"
 
 #include <QCoreApplication>

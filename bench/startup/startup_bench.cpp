@@ -3,7 +3,7 @@
 // and until that no longer changes, with libraries of several sizes. To be run on a display of its
 // own: tools/private-desktop bench_startup
 #include "../support/remembered_library.h"
-#include "platform/sqlite_preferences.h"
+#include "platform/preferences/sqlite_preferences.h"
 #include "platform/system_clock.h"
 
 #include <QCoreApplication>

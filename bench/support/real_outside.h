@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/desktop_cloud_files.h"
-#include "platform/sqlite_preferences.h"
+#include "platform/cloud/desktop_cloud_files.h"
+#include "platform/preferences/sqlite_preferences.h"
 #include "support/fake_environment.h"
 
 namespace halvane::bench {

@@ -3,7 +3,7 @@
 
 #include "library/user/settings_keys.h"
 #include "metadata/metadata_cache.h"
-#include "platform/preferences.h"
+#include "platform/preferences/preferences.h"
 
 #include <QDir>
 #include <QFile>

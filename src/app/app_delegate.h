@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/menu_model.h"
+#include "platform/tray/menu_model.h"
 
 #include <QPointer>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/single_instance.h"
+#include "platform/session/single_instance.h"
 
 #include <QString>
 #include <QStringList>

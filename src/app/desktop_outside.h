@@ -3,15 +3,15 @@
 
 #include "app/quick_file_chooser.h"
 #include "library/environment.h"
-#include "platform/dbus_notifications.h"
-#include "platform/dbus_sleep_inhibitor.h"
-#include "platform/desktop_cloud_files.h"
-#include "platform/mpris_controls.h"
-#include "platform/portal_file_chooser.h"
-#include "platform/sqlite_preferences.h"
+#include "platform/cloud/desktop_cloud_files.h"
+#include "platform/mpris/mpris_controls.h"
+#include "platform/preferences/sqlite_preferences.h"
+#include "platform/session/dbus_notifications.h"
+#include "platform/session/dbus_sleep_inhibitor.h"
+#include "platform/session/portal_file_chooser.h"
+#include "platform/session/system_languages.h"
+#include "platform/sound/system_sound.h"
 #include "platform/system_clock.h"
-#include "platform/system_languages.h"
-#include "platform/system_sound.h"
 
 namespace halvane {
 

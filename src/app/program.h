@@ -7,9 +7,9 @@
 #include "app/signal_watch.h"
 #include "app/tray.h"
 #include "library/library_view_model.h"
-#include "platform/global_menu.h"
-#include "platform/session_bus.h"
-#include "platform/single_instance.h"
+#include "platform/session/session_bus.h"
+#include "platform/session/single_instance.h"
+#include "platform/tray/global_menu.h"
 
 #include <QObject>
 #include <QQmlEngine>

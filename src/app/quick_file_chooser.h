@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/file_chooser.h"
+#include "platform/session/file_chooser.h"
 
 #include <QObject>
 #include <QUrl>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/color_scheme.h"
-#include "platform/tray_icon.h"
+#include "platform/session/color_scheme.h"
+#include "platform/tray/tray_icon.h"
 
 #include <QObject>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/tray_icon.h"
+#include "platform/tray/tray_icon.h"
 
 #include <QColor>
 #include <QImage>

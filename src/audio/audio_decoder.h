@@ -3,7 +3,7 @@
 
 #include "audio/libav.h"
 #include "audio/sample_convert.h"
-#include "platform/sound_output.h"
+#include "platform/sound/sound_output.h"
 
 #include <cstdint>
 #include <optional>

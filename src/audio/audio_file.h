@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/sound_output.h"
+#include "platform/sound/sound_output.h"
 
 #include <QString>
 

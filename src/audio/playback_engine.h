@@ -7,7 +7,7 @@
 #include "audio/spectrum_model.h"
 #include "audio/spectrum_tap.h"
 #include "platform/clock.h"
-#include "platform/sound_output.h"
+#include "platform/sound/sound_output.h"
 
 #include <QObject>
 #include <QString>

@@ -5,7 +5,7 @@
 #include "audio/heard_timeline.h"
 #include "audio/render_graph.h"
 #include "platform/clock.h"
-#include "platform/sound_output.h"
+#include "platform/sound/sound_output.h"
 
 #include <QObject>
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "audio/sample_ring.h"
-#include "platform/sound_output.h"
+#include "platform/sound/sound_output.h"
 
 #include <atomic>
 #include <cstdint>

@@ -2,8 +2,8 @@
 #include "library/library_concerns.h"
 
 #include "library/browsing/row_ranges.h"
-#include "platform/notifications.h"
-#include "platform/sleep_inhibitor.h"
+#include "platform/session/notifications.h"
+#include "platform/session/sleep_inhibitor.h"
 #include "presentation/l10n.h"
 
 #include <QGuiApplication>

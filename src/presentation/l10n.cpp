@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "presentation/l10n.h"
 
-#include "platform/preferred_languages.h"
+#include "platform/session/preferred_languages.h"
 
 #include <array>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "audio/playback_engine.h"
 #include "platform/heard_frames.h"
+#include "platform/sound/system_sound.h"
 #include "platform/system_clock.h"
-#include "platform/system_sound.h"
 #include "support/audio_material.h"
 #include "support/private_pulse.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The whole controller on the desktop's own look at cloud files, with files whose opening blocks.
 #include "library/library_concerns.h"
-#include "platform/desktop_cloud_files.h"
+#include "platform/cloud/desktop_cloud_files.h"
 #include "support/audio_material.h"
 #include "support/fake_environment.h"
 #include "support/held_file.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "library/desktop/now_playing.h"
-#include "platform/notifications.h"
+#include "platform/session/notifications.h"
 #include "support/child_process.h"
 
 #include <QBuffer>

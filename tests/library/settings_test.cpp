@@ -5,7 +5,7 @@
 #include "library/user/settings_keys.h"
 #include "library/user/settings_values.h"
 #include "library/user/track_user_data.h"
-#include "platform/preferred_languages.h"
+#include "platform/session/preferred_languages.h"
 #include "presentation/l10n.h"
 #include "support/memory_preferences.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "library/sound/sound_check.h"
 #include "library/user/settings_keys.h"
-#include "platform/cloud_files.h"
+#include "platform/cloud/cloud_files.h"
 #include "support/audio_material.h"
 #include "support/child_process.h"
 #include "support/memory_preferences.h"

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "platform/dbus_notifications.h"
-#include "platform/dbus_sleep_inhibitor.h"
-#include "platform/portal_file_chooser.h"
-#include "platform/session_bus.h"
-#include "platform/single_instance.h"
-#include "platform/thread_priority.h"
+#include "platform/session/dbus_notifications.h"
+#include "platform/session/dbus_sleep_inhibitor.h"
+#include "platform/session/portal_file_chooser.h"
+#include "platform/session/session_bus.h"
+#include "platform/session/single_instance.h"
+#include "platform/sound/thread_priority.h"
 #include "support/private_bus.h"
 
 #include <QCoreApplication>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/heard_clock.h"
+#include "platform/sound/heard_clock.h"
 
 #include <gtest/gtest.h>
 

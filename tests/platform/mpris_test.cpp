@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/mpris_controls.h"
+#include "platform/mpris/mpris_controls.h"
 #include "support/private_bus.h"
 
 #include <QDBusArgument>

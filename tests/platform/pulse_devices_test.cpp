@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "platform/pulse_format.h"
+#include "platform/sound/pulse_format.h"
+#include "platform/sound/system_sound.h"
 #include "platform/system_clock.h"
-#include "platform/system_sound.h"
 #include "support/private_pulse.h"
 
 #include <gtest/gtest.h>

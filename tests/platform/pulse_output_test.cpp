@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/heard_frames.h"
+#include "platform/sound/system_sound.h"
+#include "platform/sound/thread_priority.h"
 #include "platform/system_clock.h"
-#include "platform/system_sound.h"
-#include "platform/thread_priority.h"
 #include "support/private_pulse.h"
 
 #include <QDir>

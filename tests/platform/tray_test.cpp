@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "platform/dbus_menu_types.h"
-#include "platform/global_menu.h"
-#include "platform/tray_icon.h"
+#include "platform/tray/dbus_menu_types.h"
+#include "platform/tray/global_menu.h"
+#include "platform/tray/tray_icon.h"
 #include "support/private_bus.h"
 
 #include <QDBusArgument>

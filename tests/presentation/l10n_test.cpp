@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/preferred_languages.h"
+#include "platform/session/preferred_languages.h"
 #include "presentation/l10n.h"
 #include "presentation/strings.h"
 

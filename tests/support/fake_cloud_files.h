@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/cloud_files.h"
+#include "platform/cloud/cloud_files.h"
 
 #include <QFile>
 #include <QSet>

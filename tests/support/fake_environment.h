@@ -2,12 +2,12 @@
 #pragma once
 
 #include "library/environment.h"
-#include "platform/audio_devices.h"
-#include "platform/file_chooser.h"
-#include "platform/media_controls.h"
-#include "platform/notifications.h"
-#include "platform/preferred_languages.h"
-#include "platform/sleep_inhibitor.h"
+#include "platform/mpris/media_controls.h"
+#include "platform/session/file_chooser.h"
+#include "platform/session/notifications.h"
+#include "platform/session/preferred_languages.h"
+#include "platform/session/sleep_inhibitor.h"
+#include "platform/sound/audio_devices.h"
 #include "support/fake_cloud_files.h"
 #include "support/manual_clock.h"
 #include "support/memory_preferences.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/value_preferences.h"
+#include "platform/preferences/value_preferences.h"
 
 #include <QHash>
 

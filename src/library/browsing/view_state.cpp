@@ -2,7 +2,7 @@
 #include "library/browsing/view_state.h"
 
 #include "library/user/settings_keys.h"
-#include "platform/preferences.h"
+#include "platform/preferences/preferences.h"
 #include "platform/thread_check.h"
 
 namespace halvane {

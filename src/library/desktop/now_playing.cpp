@@ -2,7 +2,7 @@
 #include "library/desktop/now_playing.h"
 
 #include "library/desktop/artwork_export.h"
-#include "platform/notifications.h"
+#include "platform/session/notifications.h"
 #include "platform/thread_check.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "library/desktop/remote_player.h"
-#include "platform/media_controls.h"
+#include "platform/mpris/media_controls.h"
 
 #include <QObject>
 #include <QString>

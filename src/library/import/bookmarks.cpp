@@ -5,7 +5,7 @@
 #include "library/user/settings_keys.h"
 #include "model/file_url.h"
 #include "platform/log.h"
-#include "platform/preferences.h"
+#include "platform/preferences/preferences.h"
 #include "platform/thread_check.h"
 
 #include <unistd.h>

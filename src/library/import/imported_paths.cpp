@@ -2,7 +2,7 @@
 #include "library/import/imported_paths.h"
 
 #include "library/user/settings_keys.h"
-#include "platform/preferences.h"
+#include "platform/preferences/preferences.h"
 
 #include <algorithm>
 

@@ -8,9 +8,9 @@
 #include "library/import/imported_paths.h"
 #include "library/playback/play_queue.h"
 #include "library/status_line.h"
-#include "platform/cloud_files.h"
-#include "platform/file_chooser.h"
+#include "platform/cloud/cloud_files.h"
 #include "platform/log.h"
+#include "platform/session/file_chooser.h"
 #include "platform/thread_check.h"
 #include "presentation/l10n.h"
 

@@ -5,7 +5,7 @@
 #include "library/catalog/track_rows.h"
 #include "library/import/cache_persistence.h"
 #include "library/playback/play_queue.h"
-#include "platform/cloud_files.h"
+#include "platform/cloud/cloud_files.h"
 #include "platform/thread_check.h"
 
 #include <QFileInfo>

@@ -7,7 +7,7 @@
 #include "library/import/cache_persistence.h"
 #include "library/import/imported_paths.h"
 #include "metadata/file_dates.h"
-#include "platform/cloud_files.h"
+#include "platform/cloud/cloud_files.h"
 #include "platform/thread_check.h"
 
 #include <algorithm>

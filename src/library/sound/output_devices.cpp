@@ -3,7 +3,7 @@
 
 #include "library/user/settings_keys.h"
 #include "platform/log.h"
-#include "platform/preferences.h"
+#include "platform/preferences/preferences.h"
 #include "platform/thread_check.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/audio_devices.h"
+#include "platform/sound/audio_devices.h"
 
 #include <QObject>
 #include <QString>

@@ -2,7 +2,7 @@
 #include "library/sound/sound_check.h"
 
 #include "library/user/settings_keys.h"
-#include "platform/cloud_files.h"
+#include "platform/cloud/cloud_files.h"
 #include "platform/thread_check.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "library/tidying/cloud_downloads.h"
 
-#include "platform/cloud_files.h"
+#include "platform/cloud/cloud_files.h"
 #include "platform/thread_check.h"
 
 namespace halvane {

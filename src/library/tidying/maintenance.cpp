@@ -9,7 +9,7 @@
 #include "library/user/playlists.h"
 #include "library/user/settings_keys.h"
 #include "library/user/track_user_data.h"
-#include "platform/preferences.h"
+#include "platform/preferences/preferences.h"
 #include "platform/thread_check.h"
 #include "presentation/l10n.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/preferences.h"
+#include "platform/preferences/preferences.h"
 
 #include <functional>
 #include <utility>

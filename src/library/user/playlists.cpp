@@ -2,7 +2,7 @@
 #include "library/user/playlists.h"
 
 #include "library/user/settings_keys.h"
-#include "platform/preferences.h"
+#include "platform/preferences/preferences.h"
 #include "platform/thread_check.h"
 
 #include <QJsonArray>

@@ -5,7 +5,7 @@
 
 #include "model/color.h"
 #include "model/raw_value.h"
-#include "platform/preferences.h"
+#include "platform/preferences/preferences.h"
 
 #include <QSet>
 

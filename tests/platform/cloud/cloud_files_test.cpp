@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "platform/desktop_cloud_files.h"
-#include "platform/sync_client_files.h"
-#include "platform/sync_client_socket.h"
+#include "platform/cloud/desktop_cloud_files.h"
+#include "platform/cloud/sync_client_files.h"
+#include "platform/cloud/sync_client_socket.h"
 #include "sync_client.h"
 
 #include <QDir>

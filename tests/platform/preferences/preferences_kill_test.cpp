@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "numbered_change.h"
-#include "platform/sqlite_preferences.h"
+#include "platform/preferences/sqlite_preferences.h"
 #include "support/manual_clock.h"
 #include "support/memory_preferences.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/sqlite_preferences.h"
+#include "platform/preferences/sqlite_preferences.h"
 #include "support/child_process.h"
 #include "support/manual_clock.h"
 #include "support/small_disk.h"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "numbered_change.h"
-#include "platform/number_list_text.h"
-#include "platform/preferences_backup.h"
-#include "platform/sqlite_preferences.h"
+#include "platform/preferences/number_list_text.h"
+#include "platform/preferences/preferences_backup.h"
+#include "platform/preferences/sqlite_preferences.h"
 #include "support/manual_clock.h"
 #include "support/memory_preferences.h"
 

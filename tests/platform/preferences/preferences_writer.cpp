@@ -3,7 +3,7 @@
 // Makes numbered changes without end, from number FIRST on, and writes the number of each to
 // standard output when it is stored.
 #include "numbered_change.h"
-#include "platform/sqlite_preferences.h"
+#include "platform/preferences/sqlite_preferences.h"
 #include "support/manual_clock.h"
 
 #include <QCoreApplication>

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/cloud/cloud_files.h"
+#include "platform/cloud/mount_table.h"
+
+#include <QThreadPool>
+
+namespace halvane {
+
+/// The cloud files of a Linux desktop: hidden dot-name placeholders, and the suffix and attribute
+/// placeholders of sync clients, which are asked for downloads over their local sockets.
+class DesktopCloudFiles final : public CloudFiles {
+  public:
+    /// `runtimeFolder` holds the clients' sockets ($XDG_RUNTIME_DIR).
+    explicit DesktopCloudFiles(const QString& runtimeFolder);
+    /// Waits for a request under way, which is bounded.
+    ~DesktopCloudFiles() override;
+
+    FilePresence presence(const QString& path) const override;
+    bool blocksWhenOpened(const QString& path) const override;
+    std::vector<FilePresence> presences(const QStringList& paths) const override;
+    void startDownloading(const QStringList& paths) override;
+    bool isRemote(const QString& path) const override;
+
+  private:
+    MountTable* onDemandMounts() const;
+
+    QString m_runtimeFolder;
+    mutable MountTable m_mounts;
+    QThreadPool m_requests; ///< one at a time, so that they reach a client in order
+};
+
+} // namespace halvane

@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: MIT
+// The two interfaces of the MPRIS object as the bus sees them. Internal to MprisControls.
+#pragma once
+
+#include "platform/mpris/mpris_state.h"
+
+#include <QDBusAbstractAdaptor>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+
+namespace halvane {
+
+/// What both interfaces work on.
+struct MprisShared {
+    MprisState state;
+    MediaCommandHandlers handlers;
+    WindowCommandHandlers windows;
+    QString connection; ///< its name
+};
+
+class MprisRootAdaptor final : public QDBusAbstractAdaptor {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.mpris.MediaPlayer2")
+    Q_PROPERTY(bool CanQuit READ yes)
+    Q_PROPERTY(bool Fullscreen READ fullScreen WRITE setFullScreen)
+    Q_PROPERTY(bool CanSetFullscreen READ yes)
+    Q_PROPERTY(bool CanRaise READ yes)
+    Q_PROPERTY(bool HasTrackList READ no)
+    Q_PROPERTY(QString Identity READ identity)
+    Q_PROPERTY(QString DesktopEntry READ desktopEntry)
+    Q_PROPERTY(QStringList SupportedUriSchemes READ uriSchemes)
+    Q_PROPERTY(QStringList SupportedMimeTypes READ mimeTypes)
+
+  public:
+    MprisRootAdaptor(QObject* object, MprisShared& shared)
+        : QDBusAbstractAdaptor(object)
+        , m_shared(shared) {}
+
+    bool yes() const { return true; }
+    bool no() const { return false; }
+    bool fullScreen() const { return m_shared.state.fullScreen; }
+    void setFullScreen(bool fullScreen);
+    QString identity() const;
+    QString desktopEntry() const;
+    QStringList uriSchemes() const;
+    QStringList mimeTypes() const { return mprisMimeTypes(); }
+
+  public Q_SLOTS:
+    void Raise();
+    void Quit();
+
+  private:
+    MprisShared& m_shared;
+};
+
+class MprisPlayerAdaptor final : public QDBusAbstractAdaptor {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.mpris.MediaPlayer2.Player")
+    Q_PROPERTY(QString PlaybackStatus READ playbackStatus)
+    Q_PROPERTY(QString LoopStatus READ loopStatus WRITE setLoopStatus)
+    Q_PROPERTY(double Rate READ rate WRITE setRate)
+    Q_PROPERTY(bool Shuffle READ shuffle WRITE setShuffle)
+    Q_PROPERTY(QVariantMap Metadata READ metadata)
+    Q_PROPERTY(double Volume READ volume WRITE setVolume)
+    Q_PROPERTY(qlonglong Position READ position)
+    Q_PROPERTY(double MinimumRate READ rate)
+    Q_PROPERTY(double MaximumRate READ rate)
+    Q_PROPERTY(bool CanGoNext READ canGoNext)
+    Q_PROPERTY(bool CanGoPrevious READ canGoPrevious)
+    Q_PROPERTY(bool CanPlay READ canPlay)
+    Q_PROPERTY(bool CanPause READ canPause)
+    Q_PROPERTY(bool CanSeek READ canSeek)
+    Q_PROPERTY(bool CanControl READ canControl)
+
+  public:
+    MprisPlayerAdaptor(QObject* object, MprisShared& shared)
+        : QDBusAbstractAdaptor(object)
+        , m_shared(shared) {}
+
+    QString playbackStatus() const { return mprisPlaybackStatus(m_shared.state.playback); }
+    QString loopStatus() const { return mprisLoopStatus(m_shared.state.loop); }
+    void setLoopStatus(const QString& status);
+    double rate() const { return 1.0; }
+    void setRate(double rate);
+    bool shuffle() const { return m_shared.state.shuffle; }
+    void setShuffle(bool shuffle);
+    QVariantMap metadata() const { return mprisMetadata(m_shared.state.info); }
+    double volume() const { return m_shared.state.volume; }
+    void setVolume(double volume);
+    qlonglong position() const;
+    bool canGoNext() const { return m_shared.state.capabilities.canGoNext; }
+    bool canGoPrevious() const { return m_shared.state.capabilities.canGoPrevious; }
+    bool canPlay() const { return m_shared.state.capabilities.canPlay; }
+    bool canPause() const { return m_shared.state.capabilities.canPause; }
+    bool canSeek() const { return m_shared.state.capabilities.canSeek; }
+    bool canControl() const { return true; }
+
+  public Q_SLOTS:
+    void Next();
+    void Previous();
+    void Pause();
+    void PlayPause();
+    void Stop();
+    void Play();
+    void Seek(qlonglong Offset);
+    void SetPosition(const QDBusObjectPath& TrackId, qlonglong Position);
+    void OpenUri(const QString& Uri, const QDBusMessage& message);
+
+  Q_SIGNALS:
+    void Seeked(qlonglong Position);
+
+  private:
+    MprisShared& m_shared;
+};
+
+} // namespace halvane

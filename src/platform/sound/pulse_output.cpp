@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: MIT
+#include "platform/sound/pulse_output.h"
+
+#include "platform/log.h"
+
+#include <pulse/def.h>
+#include <pulse/error.h>
+
+namespace halvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// A device that takes streams and ends them at once must not be tried for ever.
+constexpr std::size_t mostFailures = 3;
+constexpr double failureMemory = 5; // s
+
+} // namespace
+
+PulseOutput::PulseOutput(PulseServer& server, Clock& clock, QObject* parent)
+    : QObject(parent)
+    , m_server(server)
+    , m_clock(clock) {
+    connect(&server, &PulseServer::sinksChanged, this, &PulseOutput::checkSampleRate);
+    m_sampleRate = deviceSampleRate();
+}
+
+PulseOutput::~PulseOutput() {
+    close();
+}
+
+std::optional<QString> PulseOutput::open(const StreamFormat& format, RenderSource& source) {
+    close();
+    if (!m_server.isReady())
+        return u"the sound server does not answer"_s;
+    std::erase_if(m_failures,
+                  [now = m_clock.now()](double at) { return now - at > failureMemory; });
+    if (m_failures.size() >= mostFailures) {
+        m_failures.clear();
+        return m_lastFailure;
+    }
+    m_heard.reset(format.sampleRate);
+    // A chosen device that is not there yet, just after the server came back, is no reason to
+    // stay silent.
+    const QString sink = m_server.sink(m_chosenSink) ? m_chosenSink : QString();
+    auto result = PulseStream::open(m_server, m_clock, format, sink, source, m_heard, events());
+    if (!result.stream)
+        return result.error;
+    m_stream = std::move(result.stream);
+    return {};
+}
+
+/// Brings the stream's news from the audio thread to this one.
+PulseStream::Events PulseOutput::events() {
+    const auto generation = ++m_generation;
+    const auto post = [this, generation](auto&& action) {
+        QMetaObject::invokeMethod(
+            this,
+            [this, generation, action] {
+                if (generation == m_generation)
+                    action();
+            },
+            Qt::QueuedConnection);
+    };
+    return {[this, post](int error) { post([this, error] { streamFailed(error); }); },
+            [this, post](std::uint32_t sink) { post([this, sink] { streamPlaced(sink); }); },
+            [this, post](bool silence) {
+                post([this, silence] {
+                    if (onPauseRequest)
+                        onPauseRequest(silence);
+                });
+            },
+            [this, post] { post([this] { streamRanDry(); }); }};
+}
+
+void PulseOutput::close() {
+    m_stream.reset();
+    ++m_generation;
+    m_lost = false;
+    m_running = false;
+    m_streamSink.reset();
+}
+
+std::optional<QString> PulseOutput::start() {
+    if (!isOpen())
+        return u"no stream is open"_s;
+    m_running = true;
+    m_stream->start();
+    return {};
+}
+
+void PulseOutput::pause() {
+    m_running = false;
+    if (isOpen())
+        m_stream->pause();
+}
+
+void PulseOutput::flush() {
+    if (isOpen())
+        m_stream->flush();
+    else if (m_stream)
+        m_heard.skipToRendered();
+}
+
+void PulseOutput::streamFailed(int error) {
+    m_lost = true;
+    // With the server gone as well there is nothing to open it on: whoever waits for the server
+    // sees to that.
+    if (!m_server.isReady())
+        return;
+    m_lastFailure = QString::fromUtf8(pa_strerror(error));
+    m_failures.push_back(m_clock.now());
+    qCWarning(libraryLog, "the sound server ended the stream: %ls", qUtf16Printable(m_lastFailure));
+    if (error == PA_ERR_NOENTITY)
+        m_chosenSink.clear(); // it went away on the way there
+    if (onConfigurationChange)
+        onConfigurationChange();
+}
+
+void PulseOutput::streamPlaced(std::uint32_t sink) {
+    m_streamSink = sink;
+    checkSampleRate();
+}
+
+void PulseOutput::streamRanDry() {
+    ++m_holes;
+    qCWarning(libraryLog, "the sound came too late for the server: hole %d", m_holes);
+}
+
+int PulseOutput::deviceSampleRate() const {
+    const PulseSink* sink = nullptr;
+    if (m_streamSink)
+        sink = m_server.sink(*m_streamSink);
+    if (!sink)
+        sink = m_server.sink(m_chosenSink);
+    if (!sink)
+        sink = m_server.sink(m_server.sinks().defaultSink);
+    return sink ? sink->sampleRate : 0;
+}
+
+void PulseOutput::checkSampleRate() {
+    const int rate = deviceSampleRate();
+    if (std::exchange(m_sampleRate, rate) != rate && onDeviceSampleRateChange)
+        onDeviceSampleRateChange();
+}
+
+std::optional<QString> PulseOutput::setDevice(std::optional<std::uint32_t> id) {
+    if (!id) {
+        m_chosenSink.clear();
+        return {};
+    }
+    const PulseSink* sink = m_server.sink(*id);
+    if (!sink)
+        return u"there is no output device %1"_s.arg(*id);
+    m_chosenSink = sink->name;
+    return {};
+}
+
+} // namespace halvane

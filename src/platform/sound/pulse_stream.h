@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/sound/heard_clock.h"
+#include "platform/sound/pulse_server.h"
+#include "platform/sound/sound_output.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+struct pa_defer_event;
+struct pa_mainloop_api;
+struct pa_operation;
+struct pa_stream;
+
+namespace halvane {
+
+/// One playback stream on the server, from its making to its end. Operations on the main thread;
+/// the source is pulled, and the clock of what is heard kept, on the audio thread.
+class PulseStream {
+  public:
+    /// Called on the audio thread.
+    struct Events {
+        std::function<void(int error)> failed;          ///< libpulse's code; nothing more comes
+        std::function<void(std::uint32_t sink)> placed; ///< made on, or moved to, this sink
+        std::function<void(bool silence)> asked; ///< to be silent for another's sake, or no longer
+        std::function<void()> ranDry;            ///< the sound has a hole: it came too late
+    };
+    struct Result {
+        std::unique_ptr<PulseStream> stream;
+        QString error; ///< without a stream
+    };
+
+    /// Asks for a stream on a sink (empty: where the server sees fit), standing still at first.
+    /// Everything handed in must outlive it.
+    static Result open(PulseServer& server, const Clock& clock, const StreamFormat& format,
+                       const QString& sink, RenderSource& source, HeardClock& heard, Events events);
+    /// After it nothing is called any more.
+    ~PulseStream();
+
+    void start();
+    void pause();
+    void flush();
+
+  private:
+    PulseStream(PulseServer& server, const Clock& clock, const StreamFormat& format,
+                RenderSource& source, HeardClock& heard, Events events);
+    bool connect(const StreamFormat& format, const QString& sink);
+
+    // Audio thread
+    void stateChanged();
+    void pull();
+    void requestTiming();
+    void timingTold();
+    void suspendedChanged();
+    void soonAgain();
+
+    PulseServer& m_server;
+    const Clock& m_clock;
+    RenderSource& m_source;
+    HeardClock& m_heard;
+    const Events m_events;
+    const std::size_t m_frameBytes;
+    const double m_sampleRate;
+
+    // Under the server's lock
+    pa_stream* m_stream = nullptr;
+    bool m_running = false;
+    pa_mainloop_api* m_api = nullptr;
+    pa_defer_event* m_wake = nullptr; ///< has the audio thread pull
+    pa_operation* m_timing = nullptr; ///< a question for the timing that is under way
+    double m_nextTiming = 0;          ///< when to ask next
+    int m_reports = 0;                ///< since the sound last began or moved
+};
+
+} // namespace halvane
