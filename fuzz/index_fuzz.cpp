@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Loads the input as the library's index, and saves and loads again what was in it.
-#include "metadata/metadata_cache.h"
+#include "metadata/cache/metadata_cache.h"
 #include "scratch_file.h"
 
 #include <QFile>

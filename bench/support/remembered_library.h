@@ -2,7 +2,7 @@
 #pragma once
 
 #include "library/user/settings_keys.h"
-#include "metadata/metadata_cache.h"
+#include "metadata/cache/metadata_cache.h"
 #include "platform/preferences/preferences.h"
 
 #include <QDir>

@@ -39,7 +39,7 @@
 #include "library/user/playlists.h"
 #include "library/user/theme_settings.h"
 #include "library/user/track_user_data.h"
-#include "metadata/reading_journal.h"
+#include "metadata/parallel/reading_journal.h"
 
 #include <QThreadPool>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "metadata/file_dates.h"
 
-#include "metadata/bounded_parallel.h"
+#include "metadata/parallel/bounded_parallel.h"
 
 #include <sys/stat.h>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The texts that describe a track's stream, length and size.
 #include "metadata/file_dates.h"
-#include "metadata/tag_fields.h"
+#include "metadata/readers/tag_fields.h"
 #include "metadata/track_metadata_loader.h"
 #include "model/file_size.h"
 

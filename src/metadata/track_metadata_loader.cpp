@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "metadata/track_metadata_loader.h"
 
-#include "metadata/bounded_parallel.h"
-#include "metadata/embedded_picture.h"
-#include "metadata/file_reader.h"
 #include "metadata/folder_names.h"
-#include "metadata/reading_effort.h"
-#include "metadata/reading_journal.h"
+#include "metadata/parallel/bounded_parallel.h"
+#include "metadata/parallel/reading_effort.h"
+#include "metadata/parallel/reading_journal.h"
+#include "metadata/readers/embedded_picture.h"
+#include "metadata/readers/file_reader.h"
 #include "model/string_pool.h"
 #include "presentation/l10n.h"
 

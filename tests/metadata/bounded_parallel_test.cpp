@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "metadata/bounded_parallel.h"
+#include "metadata/parallel/bounded_parallel.h"
 
 #include <gtest/gtest.h>
 

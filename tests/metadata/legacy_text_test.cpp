@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "metadata/legacy_text.h"
+#include "metadata/readers/legacy_text.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "metadata/metadata_cache.h"
+#include "metadata/cache/metadata_cache.h"
 #include "support/small_disk.h"
 
 #include <QDir>

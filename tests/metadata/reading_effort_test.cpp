@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Work that a file makes, told from time that passes while a disk is waited for.
-#include "metadata/bounded_file.h"
-#include "metadata/reading_effort.h"
+#include "metadata/parallel/reading_effort.h"
+#include "metadata/readers/bounded_file.h"
 
 #include <QTemporaryFile>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "metadata/reading_journal.h"
+#include "metadata/parallel/reading_journal.h"
 
 #include <QFile>
 #include <QTemporaryDir>

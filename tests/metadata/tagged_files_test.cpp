@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Files that other programs have written, and files that are wrong on purpose.
-#include "metadata/file_reader.h"
+#include "metadata/readers/file_reader.h"
 #include "metadata/track_metadata_loader.h"
 
 #include <QFile>

@@ -3,8 +3,8 @@
 
 #include "library/background.h"
 #include "library/catalog/library_catalog.h"
-#include "metadata/bounded_parallel.h"
 #include "metadata/file_dates.h"
+#include "metadata/parallel/bounded_parallel.h"
 
 #include <algorithm>
 

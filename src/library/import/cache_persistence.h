@@ -2,7 +2,7 @@
 #pragma once
 
 #include "library/catalog/library_store.h"
-#include "metadata/metadata_cache.h"
+#include "metadata/cache/metadata_cache.h"
 
 #include <QObject>
 #include <QThreadPool>

@@ -3,7 +3,7 @@
 
 #include "library/catalog/library_store.h"
 #include "library/import/dropped_url_collector.h"
-#include "metadata/metadata_cache.h"
+#include "metadata/cache/metadata_cache.h"
 
 #include <QObject>
 #include <QStringList>

@@ -2,7 +2,7 @@
 #include "library/import/remembered_library.h"
 
 #include "library/catalog/track_conversion.h"
-#include "metadata/bounded_parallel.h"
+#include "metadata/parallel/bounded_parallel.h"
 
 #include <future>
 #include <iterator>

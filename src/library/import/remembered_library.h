@@ -2,7 +2,7 @@
 #pragma once
 
 #include "library/catalog/library_store.h"
-#include "metadata/metadata_index.h"
+#include "metadata/cache/metadata_index.h"
 
 #include <QStringList>
 

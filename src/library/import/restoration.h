@@ -3,7 +3,7 @@
 
 #include "library/import/remembered_library.h"
 #include "library/playback/play_queue.h"
-#include "metadata/metadata_cache.h"
+#include "metadata/cache/metadata_cache.h"
 
 #include <QObject>
 #include <QThreadPool>

@@ -3,7 +3,7 @@
 
 #include "library/background.h"
 #include "library/playback/play_queue.h"
-#include "metadata/bounded_parallel.h"
+#include "metadata/parallel/bounded_parallel.h"
 #include "platform/cloud/cloud_files.h"
 #include "platform/thread_check.h"
 

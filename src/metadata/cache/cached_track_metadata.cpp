@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: MIT
+#include "metadata/cache/cached_track_metadata.h"
+
+#include "metadata/cache/cached_picture.h"
+#include "metadata/file_dates.h"
+
+#include <QCryptographicHash>
+
+#include <charconv>
+
+namespace halvane {
+
+using namespace Qt::StringLiterals;
+
+CachedTrackMetadata::CachedTrackMetadata(const QueueItem& item, const QString& trackPath)
+    : path(trackPath)
+    , modificationDate(item.readDate != 0 ? item.readDate : fileFacts(trackPath).modificationDate)
+    , title(item.title)
+    , artist(item.artist)
+    , album(item.album)
+    , genre(item.genre)
+    , year(item.year)
+    , duration(item.duration)
+    , durationSeconds(item.durationSeconds)
+    , quality(item.quality)
+    , sampleRate(item.sampleRate)
+    , bitDepth(item.bitDepth)
+    , coverURL(item.coverURL)
+    , hasEmbeddedArtwork(item.coverImageData.has_value()) {
+}
+
+QueueItem CachedTrackMetadata::item(const QString& cacheDirectory, const FileUrl& file) const {
+    QueueItem item;
+    item.title = title;
+    item.artist = artist;
+    item.album = album;
+    item.genre = genre;
+    item.year = year;
+    item.duration = duration;
+    item.durationSeconds = durationSeconds;
+    item.quality = quality;
+    item.sampleRate = sampleRate;
+    item.bitDepth = bitDepth;
+    item.coverURL = coverURL;
+    item.sourceURL = file.path() == path ? file : FileUrl(path);
+    item.readDate = modificationDate;
+    if (hasEmbeddedArtwork)
+        item.coverImageData = Artwork(std::make_shared<CachedPicture>(cacheDirectory, path));
+    return item;
+}
+
+QString artworkPath(const QString& cacheDirectory, const QString& trackPath) {
+    const QByteArray digest =
+        QCryptographicHash::hash(trackPath.toUtf8(), QCryptographicHash::Sha256).toHex();
+    return cacheDirectory + u"/Artwork/"_s + QString::fromLatin1(digest);
+}
+
+namespace {
+
+void appendText(QByteArray& json, const QString& text) {
+    static constexpr char hex[] = "0123456789abcdef";
+    json += '"';
+    const QByteArray bytes = text.toUtf8();
+    for (const char c : bytes) {
+        if (c == '"' || c == '\\') {
+            json += '\\';
+            json += c;
+        } else if (static_cast<unsigned char>(c) < 0x20) {
+            json += "\\u00";
+            json += hex[c >> 4];
+            json += hex[c & 15];
+        } else {
+            json += c;
+        }
+    }
+    json += '"';
+}
+
+void appendKey(QByteArray& json, const char* key) {
+    json += json.endsWith('{') ? "\"" : ",\"";
+    json += key;
+    json += "\":";
+}
+
+void appendText(QByteArray& json, const char* key, const QString& text) {
+    appendKey(json, key);
+    appendText(json, text);
+}
+
+/// The shortest digits that read back as the same number.
+template<typename Number>
+void appendNumber(QByteArray& json, const char* key, Number value) {
+    char digits[32];
+    const auto end = std::to_chars(digits, digits + sizeof digits, value).ptr;
+    appendKey(json, key);
+    json.append(digits, end - digits);
+}
+
+} // namespace
+
+void appendJson(QByteArray& json, const CachedTrackMetadata& record) {
+    json += '{';
+    appendText(json, "path", record.path);
+    appendNumber(json, "modificationDate", record.modificationDate);
+    appendText(json, "title", record.title);
+    appendText(json, "artist", record.artist);
+    appendText(json, "album", record.album);
+    appendText(json, "genre", record.genre);
+    appendNumber(json, "year", record.year);
+    appendText(json, "duration", record.duration);
+    if (record.durationSeconds)
+        appendNumber(json, "durationSeconds", *record.durationSeconds);
+    appendText(json, "quality", record.quality);
+    appendText(json, "sampleRate", record.sampleRate);
+    appendText(json, "bitDepth", record.bitDepth);
+    if (record.coverURL)
+        appendText(json, "coverURLPath", record.coverURL->path());
+    appendKey(json, "hasEmbeddedArtwork");
+    json += record.hasEmbeddedArtwork ? "true}" : "false}";
+}
+
+} // namespace halvane

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "metadata/cache/metadata_index.h"
+#include "metadata/track_metadata_loader.h"
+
+#include <functional>
+#include <memory>
+
+namespace halvane {
+
+/// What was read of the library's files, on disk: "library-cache.json" and, in "Artwork", a file
+/// for each embedded picture. Holds nothing in memory between calls. All operations block on the
+/// disk and may run on any thread but the main one; only one save at a time. No failure is
+/// reported: an unreadable index is an empty cache, a failed write leaves the old file.
+class MetadataCache {
+  public:
+    /// `directory` is made when something is first saved.
+    explicit MetadataCache(const QString& directory)
+        : m_directory(directory) {}
+
+    const QString& cacheDirectory() const { return m_directory; }
+    void ensureDirectoriesExist() const;
+    /// Where a track's embedded picture is kept: a name made of the SHA-256 of its path.
+    FileUrl artworkFileURL(const QString& forPath) const;
+    /// Seconds since 2001-01-01 UTC, 0 when it can't be read.
+    static double modificationDate(const QString& atPath);
+
+    /// Records by path.
+    MetadataIndex loadIndex() const;
+
+    /// Replaces the index by one of exactly these items. Items without a file are left out; of
+    /// several with one path the last counts. A picture that is already kept is not written again.
+    void save(const std::vector<QueueItem>& items) const;
+    /// The same for items that are made one by one, so that never all of them are in memory.
+    void save(std::size_t count, const std::function<QueueItem(std::size_t)>& itemAt) const;
+
+    /// The items of files, in the order of the input: from the index where the file's date is that
+    /// of its record, otherwise read afresh. A file that is gone is known by its record; without
+    /// one it yields nothing. Opens no file and reads no picture of a known, unchanged track.
+    std::vector<QueueItem> queueItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
+                                      const TrackMetadataLoader::Accompaniment& with = {}) const;
+    /// The same by an index that is loaded already, with the sizes of the files, which are learnt
+    /// on the way.
+    std::vector<LoadedItem> loadItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
+                                      const MetadataIndex& index,
+                                      const TrackMetadataLoader::Accompaniment& with = {}) const;
+    /// The same, handed over in portions while later files are looked at.
+    void streamItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
+                     std::shared_ptr<const MetadataIndex> index,
+                     TrackMetadataLoader::Accompaniment with,
+                     const TrackMetadataLoader::TakeItems& take) const;
+
+  private:
+    QString m_directory;
+};
+
+} // namespace halvane

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "metadata/cache/cached_track_metadata.h"
+
+#include <QHash>
+
+#include <vector>
+
+namespace halvane {
+
+/// The records of an index as they were read, found by path. Never changed once read; any thread.
+class MetadataIndex {
+  public:
+    MetadataIndex() = default;
+    /// Of two records with one path the later one stands.
+    explicit MetadataIndex(std::vector<std::vector<CachedTrackMetadata>> portions);
+    // Moving leaves the records where they are; a copy would point into the original.
+    MetadataIndex(MetadataIndex&&) = default;
+    MetadataIndex& operator=(MetadataIndex&&) = default;
+
+    /// How many paths it knows.
+    qsizetype size() const { return m_byPath.size(); }
+    /// The record of a standardized path, or null.
+    const CachedTrackMetadata* find(const QString& path) const { return m_byPath.value(path); }
+    const QHash<QString, const CachedTrackMetadata*>& records() const { return m_byPath; }
+
+  private:
+    std::vector<std::vector<CachedTrackMetadata>> m_portions;
+    QHash<QString, const CachedTrackMetadata*> m_byPath;
+};
+
+/// Decodes an index: a JSON array of records. Empty when it is no such array, or a record lacks a
+/// key that it must have or holds a value of another kind. Unknown keys are ignored. Equal texts
+/// mostly share their memory. A long index is decoded on several threads.
+MetadataIndex decodeIndex(const QString& file);
+
+} // namespace halvane

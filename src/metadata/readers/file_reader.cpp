@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#include "metadata/readers/file_reader.h"
+
+#include "metadata/readers/container.h"
+#include "metadata/readers/libav_reader.h"
+#include "metadata/readers/raw_aac_reader.h"
+#include "metadata/readers/taglib_reader.h"
+
+#include <QFileInfo>
+
+#include <cmath>
+#include <exception>
+
+namespace halvane {
+
+namespace {
+
+/// Stream facts that a hostile header could have made up are worse than none.
+bool isCredible(const StreamFacts& facts) {
+    constexpr double longest = 366.0 * 24 * 3600;
+    return std::isfinite(facts.seconds) && facts.seconds >= 0 && facts.seconds < longest &&
+           facts.sampleRate >= 0 && facts.sampleRate < 1e7 && facts.bitsPerSample >= 0 &&
+           facts.bitsPerSample <= 64;
+}
+
+FileMetadata readMetadata(BoundedFile& file, const ContainerFacts& facts) {
+    if (facts.container == Container::caf || facts.container == Container::other)
+        return readWithLibav(file, facts.container);
+    FileMetadata metadata = readWithTagLib(file, facts);
+    if (facts.container == Container::adts || facts.container == Container::adif)
+        metadata.stream = readRawAac(file, facts);
+    if (metadata.stream.isComplete() || file.isExhausted())
+        return metadata;
+    // Fragmented MP4, odd encodings in WAV and AIFF, files under a wrong name.
+    FileMetadata second = readWithLibav(file, facts.container);
+    if (second.stream.isComplete())
+        metadata.stream = second.stream;
+    return metadata;
+}
+
+} // namespace
+
+AudioFileReading readAudioFile(const QString& path, const ReadingLimits& limits) {
+    AudioFileReading reading;
+    BoundedFile file(path, limits);
+    reading.isGone = file.isGone();
+    if (!file.isOpen())
+        return reading;
+    reading.fileSize = file.size();
+    reading.modificationDate = file.modificationDate();
+    if (file.size() == 0)
+        return reading;
+    try {
+        const auto facts = detectContainer(file, QFileInfo(path).suffix().toLower());
+        reading.metadata = readMetadata(file, facts);
+    } catch (const std::exception&) {
+        // A parser ran out of memory or of range: the file yields what its name says.
+        reading.metadata = {};
+    }
+    if (!isCredible(reading.metadata.stream))
+        reading.metadata.stream = {};
+    reading.isLate = file.isLate();
+    return reading;
+}
+
+} // namespace halvane

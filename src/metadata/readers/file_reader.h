@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "metadata/readers/bounded_file.h"
+#include "metadata/readers/tag_fields.h"
+
+namespace halvane {
+
+struct AudioFileReading {
+    FileMetadata metadata;
+    qint64 fileSize = -1;        ///< bytes; -1 when the file can't be opened
+    double modificationDate = 0; ///< seconds since 2001-01-01 UTC
+    bool isLate = false;         ///< the file took too much work and was given up
+    bool isGone = false;         ///< there is no such file
+};
+
+/// Reads the tags and stream facts of one audio file with the reader that its bytes call for.
+/// Never fails: what can't be read stays empty. Any thread.
+AudioFileReading readAudioFile(const QString& path, const ReadingLimits& limits = {});
+
+} // namespace halvane

@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+#include "metadata/readers/id3v2_walk.h"
+
+#include "metadata/readers/byte_order.h"
+
+#include <QStringDecoder>
+
+namespace halvane {
+
+namespace {
+
+/// TagLib gives frames of ID3v2.2 the names of their successors.
+QByteArray modernName(const QByteArray& id) {
+    constexpr const char* pairs[][2] = {
+        {"TT2", "TIT2"}, {"TP1", "TPE1"}, {"TAL", "TALB"}, {"TCO", "TCON"}, {"TYE", "TDRC"}};
+    for (const auto& pair : pairs)
+        if (id == pair[0])
+            return pair[1];
+    return id == "TYER" ? QByteArray("TDRC") : id;
+}
+
+} // namespace
+
+Id3v2Walk::Id3v2Walk(BoundedFile& file, qint64 offset)
+    : m_file(file) {
+    const QByteArray header = file.read(offset, 10);
+    if (header.size() < 10 || !header.startsWith("ID3"))
+        return;
+    m_version = header[3];
+    m_size = synchsafe32(header.constData() + 6);
+    m_position = offset + 10;
+    m_end = m_position + m_size;
+}
+
+std::optional<Id3v2Walk::Frame> Id3v2Walk::next() {
+    const qint64 headerSize = m_version < 3 ? 6 : 10;
+    if (m_position + headerSize > m_end)
+        return std::nullopt;
+    char header[10];
+    if (m_file.read(m_position, headerSize, header) != headerSize || header[0] == 0)
+        return std::nullopt;
+    Frame frame{QByteArray(header, m_version < 3 ? 3 : 4), m_position + headerSize, 0};
+    if (m_version < 3)
+        frame.size = bigEndian32(header + 2) & 0xffffff;
+    else
+        frame.size = m_version == 3 ? bigEndian32(header + 4) : synchsafe32(header + 4);
+    m_position = frame.offset + frame.size;
+    return frame;
+}
+
+bool id3v2IsOvercrowded(BoundedFile& file, qint64 offset) {
+    constexpr qint64 smallTag = 256 << 10; // too small to hold enough frames to matter
+    constexpr int mostFrames = 10'000;
+    Id3v2Walk walk(file, offset);
+    if (walk.tagSize() <= smallTag)
+        return false;
+    for (int frames = 0; walk.next(); ++frames)
+        if (frames > mostFrames)
+            return true;
+    return file.isExhausted();
+}
+
+QString utf16TextWithoutMark(BoundedFile& file, qint64 tagOffset, const QByteArray& frameId) {
+    constexpr qint64 longestText = 64 << 10;
+    Id3v2Walk walk(file, tagOffset);
+    while (const auto frame = walk.next()) {
+        if (modernName(frame->id) != frameId || frame->size > longestText)
+            continue;
+        const QByteArray bytes = file.read(frame->offset, frame->size);
+        if (bytes.size() < 3 || bytes[0] != 1)
+            continue;
+        const QByteArray text = bytes.mid(1, (bytes.size() - 1) / 2 * 2);
+        // Little-endian is what such writers used; text whose first halves are zero is the other.
+        qsizetype zeroFirst = 0;
+        qsizetype zeroSecond = 0;
+        for (qsizetype i = 0; i < text.size(); i += 2) {
+            zeroFirst += text[i] == 0;
+            zeroSecond += text[i + 1] == 0;
+        }
+        QStringDecoder decode(zeroFirst > zeroSecond ? QStringDecoder::Utf16BE
+                                                     : QStringDecoder::Utf16LE);
+        const QString decoded = decode(text);
+        return decoded.left(decoded.indexOf(QChar::Null));
+    }
+    return {};
+}
+
+} // namespace halvane

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "metadata/readers/bounded_file.h"
+
+#include <optional>
+
+namespace halvane {
+
+/// Steps over the frames of an ID3v2 tag without reading what is in them: for what has to be known
+/// before TagLib takes the tag apart, and for what it leaves out. One thread.
+class Id3v2Walk {
+  public:
+    struct Frame {
+        QByteArray id; ///< of three letters in ID3v2.2, otherwise of four
+        qint64 offset; ///< of the frame's content
+        qint64 size;
+    };
+
+    /// `offset` is where the tag begins in the file.
+    Id3v2Walk(BoundedFile& file, qint64 offset);
+    /// Size of the tag behind its header; 0 where there is no tag.
+    qint64 tagSize() const { return m_size; }
+    std::optional<Frame> next();
+
+  private:
+    BoundedFile& m_file;
+    qint64 m_size = 0;
+    qint64 m_position = 0;
+    qint64 m_end = 0;
+    int m_version = 0;
+};
+
+/// Whether the tag holds more frames than any real one, so that to read it would cost much memory.
+bool id3v2IsOvercrowded(BoundedFile& file, qint64 offset);
+
+/// The text of a frame in UTF-16 that lacks the byte-order mark its encoding asks for; TagLib
+/// drops such texts. Empty where there is none.
+QString utf16TextWithoutMark(BoundedFile& file, qint64 tagOffset, const QByteArray& frameId);
+
+} // namespace halvane

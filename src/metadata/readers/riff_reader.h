@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "metadata/readers/container.h"
+#include "metadata/readers/tag_fields.h"
+
+namespace halvane {
+
+/// Tags and stream facts of WAV and AIFF files, both made of chunks. TagLib finds the chunks and
+/// reads the tags in them; the few bytes that describe the stream are read here, because TagLib
+/// keeps back the text chunks of AIFF and lengths in frames. Any thread.
+FileMetadata readRiff(BoundedFile& file, Container container);
+
+} // namespace halvane

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+// Takes the tags that TagLib parsed over into the common fields. Any thread.
+#pragma once
+
+#include "metadata/readers/bounded_file.h"
+#include "metadata/readers/tag_fields.h"
+
+#include <taglib/tbytevector.h>
+#include <taglib/tstring.h>
+
+namespace TagLib {
+class Tag;
+namespace APE {
+class Tag;
+}
+namespace FLAC {
+class Picture;
+}
+namespace ID3v1 {
+class Tag;
+}
+namespace ID3v2 {
+class Tag;
+}
+namespace MP4 {
+class Tag;
+}
+namespace Ogg {
+class XiphComment;
+}
+namespace RIFF::Info {
+class Tag;
+}
+} // namespace TagLib
+
+namespace halvane {
+
+QString fromTagLib(const TagLib::String& text);
+
+/// Has TagLib read fields of unsure encoding by decodeLegacyText. Called before any file is read;
+/// may be called again.
+void installLegacyTextReading();
+
+void addId3v1(TagFields& fields, const TagLib::ID3v1::Tag& tag);
+/// `tagOffset` is where the tag begins in the file, for what TagLib drops.
+void addId3v2(TagFields& fields, const TagLib::ID3v2::Tag& tag, BoundedFile& file,
+              qint64 tagOffset);
+void addApe(TagFields& fields, const TagLib::APE::Tag& tag);
+void addVorbis(TagFields& fields, TagLib::Ogg::XiphComment& tag);
+void addPicture(TagFields& fields, const TagLib::FLAC::Picture& picture);
+void addMp4(TagFields& fields, const TagLib::MP4::Tag& tag);
+void addRiffInfo(TagFields& fields, const TagLib::RIFF::Info::Tag& tag);
+
+} // namespace halvane
