@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Opens a file made of the input, plays some of it, seeks, and plays some more.
-#include "audio/audio_file.h"
+#include "audio/files/audio_file.h"
 #include "scratch_file.h"
 
 #include <QLoggingCategory>

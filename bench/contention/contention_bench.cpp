@@ -3,7 +3,7 @@
 // two more processes that want the processor, and with the scan as well; what the sink played is
 // compared, sample by sample, with the file. A break is a place where it does not go on as the file
 // does. The argument is how many seconds each part lasts (20 by default).
-#include "audio/playback_engine.h"
+#include "audio/graph/playback_engine.h"
 #include "library/sound/sound_check.h"
 #include "platform/cloud/cloud_files.h"
 #include "platform/sound/pulse_output.h"

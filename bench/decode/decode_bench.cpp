@@ -3,7 +3,7 @@
 //   --benchmark_enable_random_interleaving=true --benchmark_repetitions=9
 //   --benchmark_report_aggregates_only=true
 // and compare medians.
-#include "audio/audio_file.h"
+#include "audio/files/audio_file.h"
 #include "support/bench_audio.h"
 
 #include <benchmark/benchmark.h>

@@ -4,7 +4,7 @@
 //   --benchmark_enable_random_interleaving=true --benchmark_repetitions=9
 //   --benchmark_report_aggregates_only=true
 // and compare medians. loudgain is left out where it is not installed.
-#include "audio/loudness_analyzer.h"
+#include "audio/analysis/loudness_analyzer.h"
 #include "support/bench_audio.h"
 
 #include <QProcess>

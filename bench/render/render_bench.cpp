@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "audio/decoder_thread.h"
-#include "audio/equalizer.h"
-#include "audio/equalizer_kernel.h"
-#include "audio/render_graph.h"
-#include "audio/spectrum_model.h"
-#include "audio/spectrum_tap.h"
+#include "audio/analysis/spectrum_model.h"
+#include "audio/analysis/spectrum_tap.h"
+#include "audio/graph/decoder_thread.h"
+#include "audio/graph/equalizer.h"
+#include "audio/graph/equalizer_kernel.h"
+#include "audio/graph/render_graph.h"
 
 #include <benchmark/benchmark.h>
 

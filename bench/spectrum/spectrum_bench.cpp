@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What one spectrum costs, and what the tap costs the audio thread.
-#include "audio/spectrum_analyzer.h"
-#include "audio/tap_buffer.h"
+#include "audio/analysis/spectrum_analyzer.h"
+#include "audio/analysis/tap_buffer.h"
 
 #include <benchmark/benchmark.h>
 

@@ -8,7 +8,7 @@
 #include "app/screenshots.h"
 #include "app/second_start.h"
 #include "app/window_registry.h"
-#include "audio/audio_file.h"
+#include "audio/files/audio_file.h"
 #include "platform/log.h"
 
 #include <QGuiApplication>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "audio/playback_engine.h"
+#include "audio/graph/playback_engine.h"
 #include "library/browsing/browsing.h"
 #include "library/browsing/cover_store.h"
 #include "library/browsing/sidebar_model.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "audio/spectrum_model.h"
+#include "audio/analysis/spectrum_model.h"
 #include "library/environment.h"
 #include "model/album.h"
 #include "model/enums.h"

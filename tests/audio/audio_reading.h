@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "audio/audio_file.h"
+#include "audio/files/audio_file.h"
 #include "support/audio_material.h"
 
 #include <gtest/gtest.h>

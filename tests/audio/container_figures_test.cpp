@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "audio/container_figures.h"
+#include "audio/files/container_figures.h"
 
 #include <QBuffer>
 #include <QtEndian>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "audio/playback_engine.h"
+#include "audio/graph/playback_engine.h"
 #include "support/audio_material.h"
 #include "support/child_process.h"
 #include "support/manual_clock.h"

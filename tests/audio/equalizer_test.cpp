@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "audio/engine_test.h"
-#include "audio/equalizer.h"
+#include "audio/graph/equalizer.h"
 #include "library/sound/equalizer_presets.h"
 
 #include <algorithm>

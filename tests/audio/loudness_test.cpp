@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "audio/loudness_analyzer.h"
-#include "audio/loudness_meter.h"
+#include "audio/analysis/loudness_analyzer.h"
+#include "audio/analysis/loudness_meter.h"
 #include "audio_reading.h"
 
 #include <QFile>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "audio/engine_test.h"
-#include "audio/latest_value.h"
+#include "audio/graph/latest_value.h"
 
 #include <array>
 #include <atomic>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "audio/playback_engine.h"
+#include "audio/graph/playback_engine.h"
 #include "platform/heard_frames.h"
 #include "platform/sound/system_sound.h"
 #include "platform/system_clock.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "audio/sample_ring.h"
+#include "audio/graph/sample_ring.h"
 
 #include <gtest/gtest.h>
 

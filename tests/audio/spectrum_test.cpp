@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "audio/spectrum_analyzer.h"
-#include "audio/spectrum_tap.h"
-#include "audio/tap_buffer.h"
+#include "audio/analysis/spectrum_analyzer.h"
+#include "audio/analysis/spectrum_tap.h"
+#include "audio/analysis/tap_buffer.h"
 #include "support/child_process.h"
 #include "support/offline_output.h"
 

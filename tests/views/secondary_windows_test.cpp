@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Tidy-up, settings and help, worked with mouse and keyboard.
-#include "audio/spectrum_model.h"
+#include "audio/analysis/spectrum_model.h"
 #include "library/library_concerns.h"
 #include "views/window_driver.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "library/desktop/remote_player_adapter.h"
 
-#include "audio/playback_engine.h"
+#include "audio/graph/playback_engine.h"
 
 namespace halvane {
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "library/import/importer.h"
 
-#include "audio/audio_file.h"
+#include "audio/files/audio_file.h"
 #include "library/catalog/track_rows.h"
 #include "library/import/bookmarks.h"
 #include "library/import/cache_persistence.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "audio/playback_engine.h"
+#include "audio/graph/playback_engine.h"
 #include "library/playback/transport_engine.h"
 
 namespace halvane {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "audio/loudness_analyzer.h"
+#include "audio/analysis/loudness_analyzer.h"
 #include "library/user/late_value.h"
 #include "model/file_url.h"
 

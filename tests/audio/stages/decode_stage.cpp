@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "audio/audio_file.h"
+#include "audio/files/audio_file.h"
 #include "audio/stages/raw_stream.h"
 
 #include <vector>

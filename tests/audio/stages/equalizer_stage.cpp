@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "audio/equalizer.h"
+#include "audio/graph/equalizer.h"
 #include "audio/stages/raw_stream.h"
 
 // Equalizes standard input to standard output.

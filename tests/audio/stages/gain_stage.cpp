@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "audio/gain_stage.h"
+#include "audio/graph/gain_stage.h"
 
-#include "audio/decibels.h"
+#include "audio/graph/decibels.h"
 #include "audio/stages/raw_stream.h"
 
 // Ramps standard input from no gain to the one asked for, to standard output.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "audio/spectrum_analyzer.h"
+#include "audio/analysis/spectrum_analyzer.h"
 #include "audio/stages/raw_stream.h"
 
 // Prints, for each thirtieth of a second of standard input, the level and the 48 band heights.

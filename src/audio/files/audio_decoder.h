@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "audio/files/libav.h"
+#include "audio/files/sample_convert.h"
+#include "platform/sound/sound_output.h"
+
+#include <cstdint>
+#include <optional>
+
+namespace halvane {
+
+/// One file's sound, block by block as the decoder gives it, encoder delay and padding included.
+/// Positions are frames on that raw timeline, on which the first packet begins at 0. One thread at
+/// a time.
+class AudioDecoder {
+  public:
+    /// Opens a file and decodes its first block. On failure gives an error text for the user.
+    [[nodiscard]] std::optional<QString> open(const QString& path);
+
+    const StreamFormat& format() const { return m_format; }
+    const AVFormatContext& container() const { return *m_container; }
+    const AVStream& stream() const { return *m_stream; }
+    /// Where the first packet lies in the file, in bytes.
+    std::int64_t firstPacketPosition() const { return m_firstPacketPosition; }
+
+    /// The present block: [blockStart, blockEnd), empty where there is none.
+    std::int64_t blockStart() const { return m_blockStart; }
+    std::int64_t blockEnd() const { return m_blockStart + m_frame->nb_samples; }
+    /// Writes frames of the present block, from raw frame `from` on, as interleaved floats.
+    void copy(std::int64_t from, std::size_t frames, float* out) const noexcept;
+
+    /// Decodes the next block; damaged ones are passed over. False at the end of what can be read.
+    bool next();
+    /// Goes to a block that holds `frame` or begins before it, far enough in front for every sample
+    /// from `frame` on to come out as in one pass from the start. False when nothing is there.
+    bool seek(std::int64_t frame);
+    /// The end of the last packet, found without decoding. May leave the decoder at the end,
+    /// without a block: seek next.
+    std::int64_t countFrames();
+    /// The end of the last block, found by decoding from `near` on; none when nothing is there to
+    /// be decoded. Leaves the decoder at the end.
+    std::optional<std::int64_t> decodedEnd(std::int64_t near);
+    /// What stopped reading, where that was not the end of the file.
+    const std::optional<QString>& readError() const { return m_readError; }
+
+    /// A time of the stream as a raw frame, rounded to the nearest.
+    std::int64_t toFrames(std::int64_t streamTime) const;
+
+  private:
+    std::optional<QString> openContainer(const QString& path);
+    std::optional<QString> openDecoder(const AVCodec* codec);
+    std::optional<QString> decodeFirstBlock();
+    bool readPacket();
+    bool isUsable() const;
+    void place();
+    bool seekBefore(std::int64_t frame);
+    std::optional<std::int64_t> indexFrames();
+
+    QString m_path;
+    libav::Owned<AVFormatContext> m_container;
+    AVStream* m_stream = nullptr; ///< of m_container
+    libav::Owned<AVCodecContext> m_codec;
+    libav::Owned<AVPacket> m_packet;
+    libav::Owned<AVFrame> m_frame; ///< the present block
+    StreamFormat m_format;
+    SampleBlock m_layout; ///< of the present block; its planes are m_frame's
+    std::int64_t m_firstPacketPosition = 0;
+    std::int64_t m_origin = 0;         ///< stream time of the first packet
+    std::int64_t m_packetDuration = 0; ///< of the first packet, in stream time
+    bool m_isIndexed = false;          ///< the container's index is as complete as it gets
+    std::int64_t m_blockStart = 0;
+    std::optional<std::int64_t> m_expectedStart; ///< of the next block; none after a seek
+    std::optional<QString> m_readError;
+};
+
+} // namespace halvane

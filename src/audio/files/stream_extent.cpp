@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: MIT
+#include "audio/files/stream_extent.h"
+
+#include "audio/files/audio_decoder.h"
+#include "audio/files/container_figures.h"
+
+#include <QFile>
+
+#include <algorithm>
+#include <string_view>
+
+namespace halvane {
+
+using namespace libav;
+
+namespace {
+
+/// What a layer III decoder adds in front of the sound, besides the encoder's delay.
+constexpr std::int64_t mp3DecoderDelay = 528 + 1;
+/// What encoders of raw AAC streams put in front by convention; the stream itself does not say.
+constexpr std::int64_t adtsDelay = 1024;
+
+bool isContainer(const AudioDecoder& decoder, std::string_view name) {
+    return std::string_view(decoder.container().iformat->name).starts_with(name);
+}
+
+std::int64_t scaled(std::int64_t ticks, std::int64_t ticksPerSecond, int sampleRate) {
+    return av_rescale(ticks, sampleRate, ticksPerSecond);
+}
+
+/// The whole raw timeline: what the container states, or the count where it states nothing or
+/// libavformat has only guessed from the bit rate.
+std::int64_t rawLength(AudioDecoder& decoder) {
+    const AVStream& stream = decoder.stream();
+    const bool isGuess =
+        decoder.container().duration_estimation_method == AVFMT_DURATION_FROM_BITRATE &&
+        (isContainer(decoder, "mp3") || isContainer(decoder, "aac") ||
+         isContainer(decoder, "loas"));
+    if (isGuess || stream.duration == AV_NOPTS_VALUE || stream.duration <= 0)
+        return decoder.countFrames();
+    return av_rescale_q(stream.duration, stream.time_base, {1, decoder.format().sampleRate});
+}
+
+/// Frames that fit into the file behind the start of the sound; none for compressed sound.
+std::optional<std::int64_t> framesOnDisk(const AudioDecoder& decoder) {
+    const AVCodecParameters& codec = *decoder.stream().codecpar;
+    const int bits = av_get_exact_bits_per_sample(codec.codec_id);
+    if (bits < 8 || codec.ch_layout.nb_channels < 1)
+        return std::nullopt;
+    const std::int64_t size = avio_size(decoder.container().pb);
+    return (size - decoder.firstPacketPosition()) / (bits / 8 * codec.ch_layout.nb_channels);
+}
+
+StreamExtent mp3Extent(AudioDecoder& decoder, QFile& file) {
+    constexpr std::int64_t longestFrame = 2881;
+    const std::int64_t first = decoder.firstPacketPosition();
+    const std::int64_t from = std::max<std::int64_t>(first - longestFrame, 0);
+    QByteArray head;
+    if (file.seek(from))
+        head = file.read(first - from);
+    const std::int64_t raw = rawLength(decoder);
+    const auto padding = mp3Padding(head);
+    if (!padding)
+        return {0, raw};
+    const std::int64_t delay = padding->delay + mp3DecoderDelay;
+    const std::int64_t end = std::min(raw - padding->padding + mp3DecoderDelay, raw);
+    return {delay, end - delay};
+}
+
+StreamExtent mp4FileExtent(AudioDecoder& decoder, QFile& file) {
+    const int rate = decoder.format().sampleRate;
+    const AVDictionaryEntry* tag =
+        av_dict_get(decoder.container().metadata, "iTunSMPB", nullptr, 0);
+    const std::int64_t raw = rawLength(decoder);
+    if (const auto extent = tag ? gaplessTag(tag->value) : std::nullopt;
+        extent && extent->delay + extent->length <= raw)
+        return {extent->delay, extent->length};
+    if (const auto extent = mp4Extent(file, static_cast<std::uint32_t>(decoder.stream().id)))
+        return {scaled(extent->delay, extent->ticksPerSecond, rate),
+                scaled(extent->length, extent->ticksPerSecond, rate)};
+    return {0, raw};
+}
+
+StreamExtent cafExtent(AudioDecoder& decoder, QFile& file) {
+    const std::int64_t raw = rawLength(decoder);
+    const auto table = cafPacketTable(file);
+    if (!table)
+        return {0, raw};
+    // Some writers state whole packets; only the last packet itself tells how full it is.
+    const std::int64_t end = decoder.decodedEnd(raw - 1).value_or(raw);
+    const std::int64_t delay = table->primingFrames;
+    return {delay, std::min(table->validFrames, end - delay)};
+}
+
+} // namespace
+
+StreamExtent findExtent(AudioDecoder& decoder, const QString& path) {
+    QFile file(path);
+    const bool isOpen = file.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    StreamExtent extent;
+    if (isOpen && isContainer(decoder, "mp3"))
+        extent = mp3Extent(decoder, file);
+    else if (isOpen && isContainer(decoder, "mov"))
+        extent = mp4FileExtent(decoder, file);
+    else if (isOpen && isContainer(decoder, "caf"))
+        extent = cafExtent(decoder, file);
+    else if (isContainer(decoder, "aac"))
+        extent = {adtsDelay, rawLength(decoder) - adtsDelay};
+    else
+        extent = {0, rawLength(decoder)};
+
+    if (const auto available = framesOnDisk(decoder))
+        extent.length = std::min(extent.length, *available - extent.delay);
+    extent.length = std::max<std::int64_t>(extent.length, 0);
+    return extent;
+}
+
+} // namespace halvane

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "audio/graph/equalizer.h"
+
+#include <vector>
+
+namespace halvane {
+
+class RenderGraph;
+
+/// What the user has set the audio graph to, kept from file to file and within its limits. Main
+/// thread.
+class GraphSettings {
+  public:
+    /// The graph must outlive this.
+    explicit GraphSettings(RenderGraph& graph);
+
+    /// The graph is about to play at this rate in Hz, for which its filters are made anew.
+    void setSampleRate(int sampleRate);
+    /// Gains and preamp in dB, each clamped to -12...+12; missing gains keep their bands.
+    void setEQ(bool enabled, const std::vector<double>& gains, double preamp);
+    /// In dB, clamped to -18...+12.
+    void setTrackGain(double dB);
+    /// 0...1, clamped.
+    void setVolume(double volume);
+
+  private:
+    void applyEQ();
+    void applyGain();
+
+    RenderGraph& m_graph;
+    int m_sampleRate = 0; ///< none yet
+    EqualizerValues m_equalizer;
+    double m_trackGain = 0;
+    double m_volume = 0.72;
+};
+
+} // namespace halvane
