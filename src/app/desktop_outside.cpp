@@ -2,7 +2,7 @@
 #include "app/desktop_outside.h"
 
 #include "app/folders.h"
-#include "app/window_registry.h"
+#include "app/windows/window_registry.h"
 
 #include <QGuiApplication>
 #include <QWindow>

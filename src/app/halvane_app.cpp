@@ -2,10 +2,10 @@
 #include "app/halvane_app.h"
 
 #include "app/app_delegate.h"
-#include "app/commands.h"
-#include "app/frame_watch.h"
-#include "app/mini_window_placement.h"
-#include "app/window_registry.h"
+#include "app/commands/commands.h"
+#include "app/windows/frame_watch.h"
+#include "app/windows/mini_window_placement.h"
+#include "app/windows/window_registry.h"
 #include "library/library_view_model.h"
 
 #include <QGuiApplication>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "app/command.h"
+#include "app/commands/command.h"
 
 #include <QObject>
 #include <QQmlListProperty>

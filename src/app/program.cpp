@@ -2,12 +2,12 @@
 #include "app/program.h"
 
 #include "app/app_delegate.h"
-#include "app/commands.h"
+#include "app/commands/commands.h"
+#include "app/commands/menu_export.h"
 #include "app/folders.h"
-#include "app/menu_export.h"
 #include "app/screenshots.h"
 #include "app/second_start.h"
-#include "app/window_registry.h"
+#include "app/windows/window_registry.h"
 #include "audio/files/audio_file.h"
 #include "platform/log.h"
 

@@ -2,7 +2,7 @@
 #include "app/screenshots.h"
 
 #include "app/halvane_app.h"
-#include "app/window_registry.h"
+#include "app/windows/window_registry.h"
 #include "library/library_view_model.h"
 #include "platform/log.h"
 #include "presentation/l10n.h"

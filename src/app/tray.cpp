@@ -4,8 +4,8 @@
 #include "app/app_delegate.h"
 #include "app/halvane_app.h"
 #include "app/waveform_icon.h"
-#include "app/window_placement.h"
-#include "app/window_registry.h"
+#include "app/windows/window_placement.h"
+#include "app/windows/window_registry.h"
 #include "library/library_view_model.h"
 
 #include <QGuiApplication>

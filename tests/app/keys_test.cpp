@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "app/app_delegate.h"
-#include "app/commands.h"
+#include "app/commands/commands.h"
 #include "gallery/fake_outside.h"
 #include "library/library_view_model.h"
 #include "support/child_process.h"

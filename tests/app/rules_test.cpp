@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "app/app_delegate.h"
 #include "app/arguments.h"
-#include "app/command_table.h"
-#include "app/edge_resizer.h"
+#include "app/commands/command_table.h"
 #include "app/waveform_icon.h"
-#include "app/window_placement.h"
+#include "app/windows/edge_resizer.h"
+#include "app/windows/window_placement.h"
 
 #include <QKeySequence>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "app/window_specs.h"
+#include "app/windows/window_specs.h"
 
 #include <QHash>
 #include <QObject>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "app/window_geometry.h"
+#include "app/windows/window_geometry.h"
 
 #include <QWindow>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "app/mini_window_placement.h"
+#include "app/windows/mini_window_placement.h"
 
-#include "app/window_placement.h"
-#include "app/window_registry.h"
+#include "app/windows/window_placement.h"
+#include "app/windows/window_registry.h"
 
 #include <QGuiApplication>
 #include <QQuickWindow>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "app/command.h"
-#include "app/command_table.h"
+#include "app/commands/command.h"
+#include "app/commands/command_table.h"
 
 #include <QHash>
 #include <QObject>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "app/menu_export.h"
+#include "app/commands/menu_export.h"
 
-#include "app/commands.h"
+#include "app/commands/commands.h"
 
 namespace halvane {
 

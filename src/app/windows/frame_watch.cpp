@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "app/frame_watch.h"
+#include "app/windows/frame_watch.h"
 
 #include <QEvent>
 #include <QWindow>

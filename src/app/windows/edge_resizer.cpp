@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "app/edge_resizer.h"
+#include "app/windows/edge_resizer.h"
 
 #include <QGuiApplication>
 #include <QMouseEvent>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "app/commands.h"
+#include "app/commands/commands.h"
 
 #include "library/library_view_model.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "app/command_table.h"
+#include "app/commands/command_table.h"
 
 #include "presentation/l10n.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "app/window_placement.h"
+#include "app/windows/window_placement.h"
 
 #include <algorithm>
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "app/window_registry.h"
+#include "app/windows/window_registry.h"
 
-#include "app/edge_resizer.h"
-#include "app/window_geometry.h"
-#include "app/window_placement.h"
+#include "app/windows/edge_resizer.h"
+#include "app/windows/window_geometry.h"
+#include "app/windows/window_placement.h"
 #include "platform/log.h"
 
 #include <QGuiApplication>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "app/window_specs.h"
+#include "app/windows/window_specs.h"
 
 #include "presentation/l10n.h"
 
