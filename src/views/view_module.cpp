@@ -3,7 +3,7 @@
 
 #include "library/browsing/cover_store.h"
 #include "library/library_view_model.h"
-#include "views/cover_image_provider.h"
+#include "views/library/cover_image_provider.h"
 #include "views/palette.h"
 
 #include <QGuiApplication>

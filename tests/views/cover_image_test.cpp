@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "views/cover_image_provider.h"
+#include "views/library/cover_image_provider.h"
 
 #include <QImage>
 #include <QSemaphore>

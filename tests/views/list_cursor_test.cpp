@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "views/list_cursor.h"
+#include "views/library/list_cursor.h"
 
 #include <QStandardItemModel>
 

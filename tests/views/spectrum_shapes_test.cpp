@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "views/spectrum_shapes.h"
+#include "views/playing/spectrum_shapes.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "presentation/symbols.h"
 
-#include <QDir>
+#include <QDirIterator>
+#include <QFile>
 #include <QRegularExpression>
 
 #include <gtest/gtest.h>
@@ -16,21 +17,20 @@ TEST(Symbols, EveryNameInTheViewsHasAGlyph) {
     static const QRegularExpression named(uR"re(symbol: [^\n]*|"([a-z0-9]+(?:\.[a-z0-9]+)+)")re"_s);
     static const QRegularExpression quoted(uR"re("([a-z0-9.]+)")re"_s);
     int found = 0;
-    for (const QString& folder : {u"/"_s, u"/controls/"_s}) {
-        QDir views(QStringLiteral(HALVANE_VIEWS_FOLDER) + folder);
-        for (const QString& name : views.entryList({u"*.qml"_s})) {
-            QFile file(views.filePath(name));
-            ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-            const QString text = QString::fromUtf8(file.readAll());
-            auto lines = named.globalMatch(text);
-            while (lines.hasNext()) {
-                auto names = quoted.globalMatch(lines.next().captured());
-                while (names.hasNext()) {
-                    const QString symbol = names.next().captured(1);
-                    EXPECT_FALSE(symbolGlyph(symbol).isEmpty())
-                        << qPrintable(symbol) << " in " << qPrintable(name);
-                    ++found;
-                }
+    QDirIterator views(QStringLiteral(HALVANE_VIEWS_FOLDER), {u"*.qml"_s}, QDir::Files,
+                       QDirIterator::Subdirectories);
+    while (views.hasNext()) {
+        QFile file(views.next());
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        const QString text = QString::fromUtf8(file.readAll());
+        auto lines = named.globalMatch(text);
+        while (lines.hasNext()) {
+            auto names = quoted.globalMatch(lines.next().captured());
+            while (names.hasNext()) {
+                const QString symbol = names.next().captured(1);
+                EXPECT_FALSE(symbolGlyph(symbol).isEmpty())
+                    << qPrintable(symbol) << " in " << qPrintable(file.fileName());
+                ++found;
             }
         }
     }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "views/spectrum_items.h"
+#include "views/playing/spectrum_items.h"
 
-#include "views/spectrum_shapes.h"
+#include "views/playing/spectrum_shapes.h"
 
 #include <QQuickWindow>
 #include <QSGGeometryNode>
