@@ -2,8 +2,8 @@
 // What the library costs the main thread and the workers, at three sizes.
 #include "library/browsing/browsing.h"
 #include "library/browsing/cover_store.h"
+#include "library/playback/transport_fixture.h"
 #include "library/sample_library.h"
-#include "library/transport_fixture.h"
 #include "library/user/playlists.h"
 #include "support/memory_preferences.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "library/playback/transport.h"
+#include "library/playback/transport_fixture.h"
 #include "library/playback/transport_texts.h"
-#include "library/transport_fixture.h"
 
 #include <gtest/gtest.h>
 

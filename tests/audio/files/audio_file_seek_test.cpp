@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "audio_reading.h"
+#include "audio/files/audio_reading.h"
 
 #include <algorithm>
 #include <random>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "library/fake_engine.h"
-#include "library/fake_files.h"
+#include "library/import/fake_files.h"
+#include "library/playback/fake_engine.h"
 #include "library/playback/transport.h"
 #include "library/tracks.h"
 #include "support/manual_clock.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/heard_frames.h"
+#include "platform/sound/heard_frames.h"
 #include "platform/sound/system_sound.h"
 #include "platform/sound/thread_priority.h"
 #include "platform/system_clock.h"

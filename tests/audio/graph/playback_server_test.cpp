@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "audio/graph/playback_engine.h"
-#include "platform/heard_frames.h"
+#include "platform/sound/heard_frames.h"
 #include "platform/sound/system_sound.h"
 #include "platform/system_clock.h"
 #include "support/audio_material.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "audio/analysis/loudness_analyzer.h"
 #include "audio/analysis/loudness_meter.h"
-#include "audio_reading.h"
+#include "audio/files/audio_reading.h"
 
 #include <QFile>
 #include <QProcess>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "audio/audio_reading.h"
-#include "audio/engine_test.h"
+#include "audio/files/audio_reading.h"
+#include "audio/graph/engine_test.h"
 
 #include <QFile>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "library/transport_fixture.h"
+#include "library/playback/transport_fixture.h"
 
 #include <utility>
 

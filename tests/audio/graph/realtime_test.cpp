@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "audio/analysis/spectrum_model.h"
-#include "audio/engine_test.h"
+#include "audio/graph/engine_test.h"
 #include "support/realtime_trap.h"
 
 #include <fstream>

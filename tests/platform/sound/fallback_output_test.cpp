@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "platform/heard_frames.h"
 #include "platform/sound/fallback_output.h"
+#include "platform/sound/heard_frames.h"
 #include "support/manual_clock.h"
 #include "support/offline_output.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "audio/engine_test.h"
+#include "audio/graph/engine_test.h"
 #include "audio/graph/latest_value.h"
 
 #include <array>

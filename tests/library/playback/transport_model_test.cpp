@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Random sequences of every operation against a reference that states the rules in the plainest
 // way, and against invariants that hold whatever happens.
-#include "library/transport_reference.h"
+#include "library/playback/transport_reference.h"
 
 #include <gtest/gtest.h>
 
