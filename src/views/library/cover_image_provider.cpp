@@ -67,7 +67,6 @@ QImage coverWithCorners(const QImage& picture, const QSize& size, double radius)
 CoverImageProvider::CoverImageProvider(Source source)
     : m_source(std::move(source)) {
     m_workers.setMaxThreadCount(workerCount);
-    m_workers.setThreadPriority(QThread::LowPriority);
 }
 
 CoverImageProvider::~CoverImageProvider() {
