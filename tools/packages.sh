@@ -22,6 +22,23 @@ install_packages() {
         as_root=(sudo)
     fi
     echo "Installing ${#missing[@]} packages: ${missing[*]}" >&2
-    local apt=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -qq -y)
-    { "${apt[@]}" update && "${apt[@]}" install --no-install-recommends "${missing[@]}"; } >&2
+    local apt=("${as_root[@]}" env LC_ALL=C DEBIAN_FRONTEND=noninteractive apt-get -qq -y)
+    with_the_lock "${apt[@]}" update
+    with_the_lock "${apt[@]}" install --no-install-recommends "${missing[@]}"
+}
+
+# with_the_lock COMMAND...: runs apt, again and again for two minutes while another program holds one
+# of its locks. (Its own DPkg::Lock::Timeout does not cover the lock of the lists.)
+with_the_lock() {
+    local errors end=$((SECONDS + 120)) said=
+    until errors=$("$@" 3>&1 >&2 2>&3 3>&-); do
+        if [[ $errors != *"Could not get lock"* || $SECONDS -ge $end ]]; then
+            printf '%s\n' "$errors" >&2
+            return 1
+        fi
+        [[ $said ]] || echo "Another program is installing packages; waiting for it" >&2
+        said=yes
+        sleep 2
+    done
+    [[ -z $errors ]] || printf '%s\n' "$errors" >&2
 }
