@@ -25,13 +25,13 @@ class WindowRegistry;
 /// and switch between windows. One a process; the views see it as a singleton. Main thread.
 ///
 /// Windows are named "main", "mini", "help", "settings" and "panel" (the small player beside the
-/// tray icon); each exists at most once. The views' module holds one file a window (MainWindow.qml,
-/// MiniWindow.qml, HelpWindow.qml, SettingsWindow.qml, PanelWindow.qml) whose root is a Window with
-/// `visible` left alone. A window is made when it is first opened and from then on shown and
-/// hidden, so `onVisibleChanged` tells a view when it appears and disappears. Title, flags, default
-/// and least size, the remembered place, and edges that resize are set here; the size of a window
-/// that follows its content is the view's. A view moves its window by calling
-/// `Window.window.startSystemMove()` once a drag has passed the drag threshold.
+/// tray icon); each exists at most once. The views' module holds one file a window
+/// (windows/MainWindow.qml, MiniWindow.qml, HelpWindow.qml, SettingsWindow.qml, PanelWindow.qml)
+/// whose root is a Window with `visible` left alone. A window is made when it is first opened and
+/// from then on shown and hidden, so `onVisibleChanged` tells a view when it appears and
+/// disappears. Title, flags, default and least size, the remembered place, and edges that resize
+/// are set here; the size of a window that follows its content is the view's. A view moves its
+/// window by calling `Window.window.startSystemMove()` once a drag has passed the drag threshold.
 class HalvaneApp : public QObject {
     Q_OBJECT
     Q_MOC_INCLUDE("library/library_view_model.h")

@@ -46,7 +46,7 @@ QuickFileChooser::QuickFileChooser(QQmlEngine& engine, const QUrl& viewsRoot)
 
 QQuickWindow* QuickFileChooser::openWindowFor(const FileChooserRequest& request,
                                               QWindow* inFront) const {
-    QQmlComponent component(&m_engine, m_viewsRoot.resolved(QUrl(u"ToolkitWindow.qml"_s)));
+    QQmlComponent component(&m_engine, m_viewsRoot.resolved(QUrl(u"windows/ToolkitWindow.qml"_s)));
     auto* window = qobject_cast<QQuickWindow*>(component.create());
     Q_ASSERT(window);
     window->setTitle(request.title);
@@ -65,7 +65,7 @@ void QuickFileChooser::choose(const FileChooserRequest& request,
         window && window->width() >= leastRoom.width() && window->height() >= leastRoom.height();
     if (!hasRoom)
         window = openWindowFor(request, window);
-    const auto file = request.files ? u"FilesDialog.qml"_s : u"FolderDialog.qml"_s;
+    const auto file = request.files ? u"windows/FilesDialog.qml"_s : u"windows/FolderDialog.qml"_s;
     QQmlComponent component(&m_engine, m_viewsRoot.resolved(QUrl(file)));
     auto* dialog = component.createWithInitialProperties(
         {{u"title"_s, request.title},

@@ -13,22 +13,22 @@ const std::vector<WindowSpec>& windowSpecs() {
     using Kind = WindowSpec::Kind;
     const auto english = [](L10nKey key) { return L10n::text(key, ResolvedLanguage::english); };
     static const std::vector<WindowSpec> specs{
-        {u"main"_s, u"Halvane"_s, u"MainWindow.qml"_s, Kind::hiddenTitleBar, QSize(1360, 720),
-         QSize(980, 600)},
+        {u"main"_s, u"Halvane"_s, u"windows/MainWindow.qml"_s, Kind::hiddenTitleBar,
+         QSize(1360, 720), QSize(980, 600)},
         {u"mini"_s,
          english(L10nKey::miniPlayer),
-         u"MiniWindow.qml"_s,
+         u"windows/MiniWindow.qml"_s,
          Kind::hiddenTitleBar,
          {},
          {}},
-        {u"help"_s, english(L10nKey::helpTitle), u"HelpWindow.qml"_s, Kind::normal, {}, {}},
+        {u"help"_s, english(L10nKey::helpTitle), u"windows/HelpWindow.qml"_s, Kind::normal, {}, {}},
         {u"settings"_s,
          english(L10nKey::settingsLabel),
-         u"SettingsWindow.qml"_s,
+         u"windows/SettingsWindow.qml"_s,
          Kind::normal,
          {},
          {}},
-        {u"panel"_s, u"Halvane"_s, u"PanelWindow.qml"_s, Kind::popup, {}, {}},
+        {u"panel"_s, u"Halvane"_s, u"windows/PanelWindow.qml"_s, Kind::popup, {}, {}},
     };
     return specs;
 }

@@ -111,7 +111,7 @@ FocusScope {
         visible: active
         focus: Library.showFullPlayer
         opacity: Library.showFullPlayer ? 1 : 0
-        source: "FullScreenPlayerView.qml"
+        source: "../playing/FullScreenPlayerView.qml"
         onLoaded: (fullPlayer.item as Item).focus = true
         Behavior on opacity {
             NumberAnimation { duration: Theme.panelSlide; easing.type: Easing.InOutQuad }
