@@ -80,8 +80,9 @@ endfunction()
 #              [TIMEOUT seconds])
 # A GoogleTest program whose tests are each known to ctest. Tests that use the same resource, such
 # as the keyboard focus of the display, do not run side by side; SERIAL ones run alone. Those without
-# a label that names a real part of the desktop are "headless". The target LABEL_tests builds those
-# with a label that the sanitizers run.
+# a label that names a real part of the desktop are "headless". Those that wait for another program,
+# which waits for the machine in turn, have the label "waits" as well, and may be tried again. The
+# target LABEL_tests builds those with a label that the sanitizers run.
 function(halvane_test name)
     cmake_parse_arguments(ARG "SERIAL" "TIMEOUT" "SOURCES;LINK;LABELS;USES" ${ARGN})
     if(NOT ARG_TIMEOUT)
@@ -116,7 +117,9 @@ function(halvane_test name)
         endif()
         list(APPEND properties ENVIRONMENT "${options}")
     endif()
-    list(APPEND properties LABELS "${ARG_LABELS}")
+    # In one word, in which ctest's patterns find each: of a list only the first would become a label.
+    list(JOIN ARG_LABELS "," labels)
+    list(APPEND properties LABELS "${labels}")
     if(ARG_USES)
         list(APPEND properties RESOURCE_LOCK "${ARG_USES}")
     endif()
