@@ -86,7 +86,7 @@ QtObject {
     readonly property font caption: AppPalette.font(11, 500)
     readonly property font captionStrong: AppPalette.font(11, 600, 0.2)
     readonly property font badge: AppPalette.font(10, 600)
-    readonly property font keys: Qt.font({ family: "monospace", pixelSize: 12, weight: Font.DemiBold })
+    readonly property font keys: AppPalette.fixedWidthFont(12, 600)
 
     // A card with a little of a colour in it.
     function tinted(color: color, amount: real): color {

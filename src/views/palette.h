@@ -52,6 +52,14 @@ class AppPalette : public QObject {
         return result;
     }
 
+    /// The same with every letter as wide as the next, for key caps. Not whatever the desktop takes
+    /// for "monospace", which is another one on each.
+    Q_INVOKABLE QFont fixedWidthFont(int pixels, int weight) const {
+        QFont result = font(pixels, weight);
+        result.setFamily(QStringLiteral("DejaVu Sans Mono"));
+        return result;
+    }
+
     /// Styles and modes are the model's enumerations as numbers.
     Q_INVOKABLE QColor accent(int mode, const QColor& ambient, const QColor& custom) const {
         return shown(
