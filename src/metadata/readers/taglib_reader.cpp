@@ -36,7 +36,7 @@ FileMetadata readMpeg(BoundedFile& file, const ContainerFacts& facts) {
     FileMetadata result;
     TagLibStream stream(file);
     const bool isMpeg = facts.container == Container::mpeg;
-    TagLib::MPEG::File mpeg(&stream, frameFactory(), isMpeg);
+    auto mpeg = taglib::open<TagLib::MPEG::File>(stream, frameFactory(), isMpeg);
     if (auto* tag = mpeg.ID3v1Tag(); tag && mpeg.hasID3v1Tag())
         addId3v1(result.tags, *tag);
     if (auto* tag = mpeg.APETag(); tag && mpeg.hasAPETag())
@@ -56,7 +56,7 @@ FileMetadata readMpeg(BoundedFile& file, const ContainerFacts& facts) {
 FileMetadata readFlac(BoundedFile& file) {
     FileMetadata result;
     TagLibStream stream(file);
-    TagLib::FLAC::File flac(&stream, frameFactory());
+    auto flac = taglib::open<TagLib::FLAC::File>(stream, frameFactory(), true);
     if (auto* tag = flac.ID3v1Tag(); tag && flac.hasID3v1Tag())
         addId3v1(result.tags, *tag);
     if (auto* tag = flac.ID3v2Tag(); tag && flac.hasID3v2Tag())

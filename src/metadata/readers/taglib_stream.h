@@ -2,8 +2,7 @@
 #pragma once
 
 #include "metadata/readers/bounded_file.h"
-
-#include <taglib/tiostream.h>
+#include "metadata/readers/taglib_version.h"
 
 namespace halvane {
 
@@ -15,20 +14,20 @@ class TagLibStream final : public TagLib::IOStream {
         : m_file(file) {}
 
     TagLib::FileName name() const override { return m_file.name().constData(); }
-    TagLib::ByteVector readBlock(unsigned long length) override;
+    TagLib::ByteVector readBlock(taglib::Length length) override;
     void writeBlock(const TagLib::ByteVector&) override {}
-    void insert(const TagLib::ByteVector&, unsigned long, unsigned long) override {}
-    void removeBlock(unsigned long, unsigned long) override {}
+    void insert(const TagLib::ByteVector&, taglib::Start, taglib::Length) override {}
+    void removeBlock(taglib::Start, taglib::Length) override {}
     bool readOnly() const override { return true; }
     bool isOpen() const override { return m_file.isOpen(); }
-    void seek(long offset, Position from) override;
-    long tell() const override { return m_position; }
-    long length() override { return m_file.size(); }
-    void truncate(long) override {}
+    void seek(taglib::Offset offset, Position from) override;
+    taglib::Offset tell() const override { return m_position; }
+    taglib::Offset length() override { return m_file.size(); }
+    void truncate(taglib::Offset) override {}
 
   private:
     BoundedFile& m_file;
-    long m_position = 0;
+    taglib::Offset m_position = 0;
 };
 
 } // namespace halvane
