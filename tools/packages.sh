@@ -1,14 +1,23 @@
 # SPDX-License-Identifier: MIT
 # Sourced by ./run and ./check: installs what packages.txt lists for the given purposes.
 
+# first_available NAME...: the first package that apt knows, or else the last, for apt to complain of.
+first_available() {
+    local name
+    for name; do
+        [[ -z $(apt-cache show "$name" 2>/dev/null) ]] || break
+    done
+    echo "$name"
+}
+
 # install_packages PURPOSE... (build, run, test)
 install_packages() {
-    local wanted=() missing=() purpose name
+    local wanted=() missing=() chosen=() purpose name
     while read -r purpose name; do
         [[ " $* " == *" $purpose "* ]] && wanted+=("$name")
     done < <(grep -Ev '^(#|$)' packages.txt)
     for name in "${wanted[@]}"; do
-        dpkg-query -W -f='${db:Status-Status}' "$name" 2>/dev/null | grep -qx installed ||
+        [[ $(dpkg-query -W -f='<${db:Status-Status}>' ${name//|/ } 2>/dev/null) == *'<installed>'* ]] ||
             missing+=("$name")
     done
     [[ ${#missing[@]} -eq 0 ]] && return 0
@@ -24,7 +33,10 @@ install_packages() {
     echo "Installing ${#missing[@]} packages: ${missing[*]}" >&2
     local apt=("${as_root[@]}" env LC_ALL=C DEBIAN_FRONTEND=noninteractive apt-get -qq -y)
     with_the_lock "${apt[@]}" update
-    with_the_lock "${apt[@]}" install --no-install-recommends "${missing[@]}"
+    for name in "${missing[@]}"; do
+        chosen+=("$(first_available ${name//|/ })")
+    done
+    with_the_lock "${apt[@]}" install --no-install-recommends "${chosen[@]}"
 }
 
 # with_the_lock COMMAND...: runs apt, again and again for two minutes while another program holds one
