@@ -30,8 +30,6 @@ DragHandler {
 
     // Made when a drag begins: a table has many rows, and few are ever dragged.
     readonly property Component label: Rectangle {
-        readonly property list<string> paths: root.paths
-
         x: root.centroid.scenePosition.x + 10
         y: root.centroid.scenePosition.y + 6
         width: Math.min(words.implicitWidth + 40, 260)
@@ -40,6 +38,7 @@ DragHandler {
         color: Theme.panelRaised
         border.color: Theme.accent
         Drag.active: root.active
+        Drag.source: root
         Drag.keys: ["halvane/tracks"]
         Drag.hotSpot: Qt.point(-10, -6)
 

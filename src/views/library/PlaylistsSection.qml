@@ -74,7 +74,8 @@ Column {
                 anchors.fill: parent
                 keys: ["halvane/tracks"]
                 onDropped: drop => {
-                    Library.addTrackPaths(drop.source.paths, row.playlistId)
+                    const drag = drop.source as TrackDrag
+                    Library.addTrackPaths(drag.paths, row.playlistId)
                     drop.accept()
                 }
                 Rectangle {

@@ -33,7 +33,6 @@ Popover {
         }
         Row {
             Layout.alignment: Qt.AlignHCenter
-            height: 130
             spacing: 6
             Repeater {
                 model: ["31", "63", "125", "250", "500", "1K", "2K", "4K", "8K", "16K"]

@@ -47,7 +47,6 @@ Rectangle {
             Layout.fillWidth: true
             Layout.maximumWidth: 116
             visible: root.width > 1080
-            height: 36
             isPlaying: Library.isPlaying
             tint: Library.spectrumTint
         }
