@@ -6,6 +6,7 @@
 #include "../support/remembered_library.h"
 #include "library/library_concerns.h"
 #include "library/user/settings_keys.h"
+#include "platform/preferences/preferences_database.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -16,6 +17,7 @@
 #include <taglib/fileref.h>
 #include <taglib/tpropertymap.h>
 
+#include <array>
 #include <malloc.h>
 #include <thread>
 #include <unistd.h>
@@ -194,9 +196,13 @@ void removeATenth(benchmark::State& state) {
         IntegerMap numbers;
         for (const QString& path : std::as_const(remembered.paths))
             numbers.insert(path, 3);
-        remembered.outside.preferences().setIntegerMap(SettingsKey::trackRatings, numbers);
-        remembered.outside.preferences().setIntegerMap(SettingsKey::playCounts, numbers);
-        remembered.outside.preferences().setStrings(SettingsKey::lovedPaths, remembered.paths);
+        const std::array changes{
+            PreferenceChange{SettingsKey::trackRatings, PreferenceChange::Set{numbers}},
+            PreferenceChange{SettingsKey::playCounts, PreferenceChange::Set{numbers}},
+            PreferenceChange{SettingsKey::lovedPaths, PreferenceChange::Set{remembered.paths}},
+        };
+        PreferencesDatabase(remembered.outside.preferencesFile(), 1000).apply(changes);
+        remembered.outside.reopenPreferences();
         auto owned = std::make_unique<LibraryConcerns>(remembered.outside);
         LibraryConcerns& library = *owned;
         library.userData.restore();

@@ -36,7 +36,8 @@ int main(int argc, char** argv) {
         std::printf("%zu\n", library.store.size());
         return 0;
     }
-    const auto paths = outside.preferences().strings(SettingsKey::importedAudioPaths).valueOr({});
+    const auto paths =
+        outside.preferences().strings(SettingsKey::importedAudioPaths).value_or(QStringList());
     const auto size = static_cast<std::size_t>(paths.size());
     library.restoration.restoreImportedAudio();
     until([&] { return library.catalog.catalog()->rows->size() == size; });

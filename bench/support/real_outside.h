@@ -20,6 +20,7 @@ struct RealOutside {
     explicit RealOutside(const QString& folder)
         : home(folder) {}
 
+    QString preferencesFile() const { return home + QStringLiteral("/preferences.sqlite"); }
     QString dataFolder() const { return home + QStringLiteral("/data"); }
     SqlitePreferences& preferences() { return *stored; }
     /// As a new start of the program finds them.
@@ -40,8 +41,7 @@ struct RealOutside {
 
   private:
     std::unique_ptr<SqlitePreferences> openPreferences() {
-        return std::make_unique<SqlitePreferences>(home + QStringLiteral("/preferences.sqlite"),
-                                                   fakes.clock);
+        return std::make_unique<SqlitePreferences>(preferencesFile(), fakes.clock);
     }
 };
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/preferences/value_preferences.h"
+#include "platform/preferences/preferences.h"
 
 #include <QHash>
 
@@ -9,14 +9,14 @@ namespace halvane::test {
 
 /// Preferences that live as long as the object. Counts the changes, so that a test can tell a
 /// written value from one that merely stayed.
-class MemoryPreferences final : public ValuePreferences {
+class MemoryPreferences final : public Preferences {
   public:
     /// How often a key was written or removed.
     int changes(const QString& key) const { return m_changes.value(key); }
     bool contains(const QString& key) const { return m_values.contains(key); }
 
   protected:
-    std::optional<PreferenceValue> value(const QString& key) const override {
+    std::optional<PreferenceValue> value(const QString& key) override {
         const auto found = m_values.constFind(key);
         return found == m_values.cend() ? std::nullopt : std::optional(*found);
     }

@@ -29,7 +29,7 @@ Bookmarks::Answer Bookmarks::ask(const QByteArray& path) {
 void Bookmarks::restoreBookmarkAccess() {
     assertOwnThread(*this);
     const auto blobs =
-        m_preferences.blobs(SettingsKey::securityBookmarks).valueOr(std::vector<QByteArray>());
+        m_preferences.blobs(SettingsKey::securityBookmarks).value_or(std::vector<QByteArray>());
     if (blobs.empty()) {
         qCInfo(libraryLog, "bookmark restore: none stored");
         return;
@@ -85,7 +85,7 @@ void Bookmarks::persistBookmarks(const QStringList& forGrantedRoots) {
 
 void Bookmarks::finishPersisting(const QStringList& roots, const std::vector<Answer>& answers) {
     auto blobs =
-        m_preferences.blobs(SettingsKey::securityBookmarks).valueOr(std::vector<QByteArray>());
+        m_preferences.blobs(SettingsKey::securityBookmarks).value_or(std::vector<QByteArray>());
     QSet<QByteArray> known(blobs.cbegin(), blobs.cend());
     const auto before = blobs.size();
     for (qsizetype i = 0; i < roots.size(); ++i) {

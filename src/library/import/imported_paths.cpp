@@ -16,16 +16,14 @@ constexpr std::size_t writtenWhole = 256;
 } // namespace
 
 QStringList ImportedPaths::stored() const {
-    return m_preferences.strings(SettingsKey::importedAudioPaths).valueOr(QStringList());
+    return m_preferences.strings(SettingsKey::importedAudioPaths).value_or(QStringList());
 }
 
 std::function<std::optional<QStringList>()> ImportedPaths::restore() {
     m_isRestoring = true;
-    return [later = m_preferences.stringsLater(
-                SettingsKey::importedAudioPaths)]() -> std::optional<QStringList> {
-        const auto found = later();
-        return found ? std::optional(found->valueOr({})) : std::nullopt;
-    };
+    if (auto later = m_preferences.stringsLater(SettingsKey::importedAudioPaths))
+        return later;
+    return [paths = stored()] { return std::optional(paths); };
 }
 
 void ImportedPaths::add(const QStringList& paths) {

@@ -37,7 +37,7 @@ SoundCheck::~SoundCheck() {
 
 void SoundCheck::restore() {
     assertOwnThread(*this);
-    m_enabled = m_preferences.boolean(SettingsKey::soundCheckEnabled).valueOr(false);
+    m_enabled = m_preferences.boolean(SettingsKey::soundCheckEnabled).value_or(false);
     m_trackLoudness.restore(m_preferences.numbersMapLater(SettingsKey::trackLoudness), [this] {
         return m_preferences.numbersMap(SettingsKey::trackLoudness);
     });

@@ -3,19 +3,18 @@
 
 #include "platform/preferences/preferences.h"
 
-#include <functional>
 #include <utility>
 
 namespace halvane {
 
-/// A stored value that is taken over when it is first needed, by when it has mostly been read. One
-/// thread.
+/// A long stored value that is taken over when it is first needed; by then it has mostly been read
+/// ahead. One thread.
 template<typename T>
 class LateValue {
   public:
-    /// Takes the value from `later` or, where that fails, from `now`; one that is not there or not
-    /// of the kind leaves what there is.
-    void restore(Later<T> later, std::function<Stored<T>()> now) {
+    /// Takes the value from `later` or, where that is null or gives none, from `now`. None from
+    /// both leaves what there is.
+    void restore(Later<T> later, std::function<std::optional<T>()> now) {
         m_later = std::move(later);
         m_now = std::move(now);
     }
@@ -31,18 +30,19 @@ class LateValue {
 
   private:
     void settle() const {
-        if (!m_later)
+        if (!m_now)
             return;
-        auto stored = std::exchange(m_later, nullptr)();
-        if (!stored)
-            stored = m_now();
-        if (*stored)
-            m_value = **stored;
+        auto found = m_later ? std::exchange(m_later, nullptr)() : std::nullopt;
+        const auto now = std::exchange(m_now, nullptr);
+        if (!found)
+            found = now();
+        if (found)
+            m_value = *std::move(found);
     }
 
     mutable T m_value;
-    mutable Later<T> m_later; ///< null once it is taken
-    std::function<Stored<T>()> m_now;
+    mutable Later<T> m_later;
+    mutable std::function<std::optional<T>()> m_now; ///< null once the value is taken
 };
 
 } // namespace halvane

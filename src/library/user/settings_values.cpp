@@ -9,7 +9,7 @@ namespace halvane {
 namespace {
 
 // The numbers, when there are just that many and all of them are finite.
-std::optional<std::vector<double>> finite(const Stored<std::vector<double>>& stored,
+std::optional<std::vector<double>> finite(const std::optional<std::vector<double>>& stored,
                                           std::size_t count) {
     if (!stored || stored->size() != count ||
         !std::all_of(stored->begin(), stored->end(), [](double v) { return std::isfinite(v); }))
@@ -19,13 +19,13 @@ std::optional<std::vector<double>> finite(const Stored<std::vector<double>>& sto
 
 } // namespace
 
-std::optional<double> storedVolume(const Stored<double>& stored) {
+std::optional<double> storedVolume(const std::optional<double>& stored) {
     if (!stored)
         return std::nullopt;
     return *stored > 0 ? std::min(*stored, 1.0) : 0.0;
 }
 
-std::optional<Color> storedColor(const Stored<std::vector<double>>& stored) {
+std::optional<Color> storedColor(const std::optional<std::vector<double>>& stored) {
     const auto numbers = finite(stored, 3);
     return numbers ? std::optional(Color{(*numbers)[0], (*numbers)[1], (*numbers)[2], 1})
                    : std::nullopt;
@@ -35,11 +35,11 @@ std::optional<std::vector<double>> colorNumbers(const Color& color) {
     return finite(std::vector{color.red, color.green, color.blue}, 3);
 }
 
-std::optional<std::vector<double>> storedGains(const Stored<std::vector<double>>& stored) {
+std::optional<std::vector<double>> storedGains(const std::optional<std::vector<double>>& stored) {
     return finite(stored, 10);
 }
 
-std::optional<double> storedNumber(const Stored<double>& stored) {
+std::optional<double> storedNumber(const std::optional<double>& stored) {
     return stored && std::isfinite(*stored) ? std::optional(*stored) : std::nullopt;
 }
 

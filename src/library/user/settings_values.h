@@ -13,24 +13,24 @@ namespace halvane {
 
 /// A case by its stored name.
 template<typename Enum>
-std::optional<Enum> storedEnum(const Stored<QString>& stored) {
+std::optional<Enum> storedEnum(const std::optional<QString>& stored) {
     return stored ? fromRawValue<Enum>(*stored) : std::nullopt;
 }
 
 /// A volume, cut to 0...1; what is not above 0, not-a-number included, is 0.
-std::optional<double> storedVolume(const Stored<double>& stored);
+std::optional<double> storedVolume(const std::optional<double>& stored);
 
 /// A colour of three finite numbers, exactly as they were written, and opaque.
-std::optional<Color> storedColor(const Stored<std::vector<double>>& stored);
+std::optional<Color> storedColor(const std::optional<std::vector<double>>& stored);
 
 /// The numbers under which a colour is stored, without its opacity; none for a colour that is not
 /// made of finite numbers.
 std::optional<std::vector<double>> colorNumbers(const Color& color);
 
 /// The gains of the equalizer's ten bands in dB, all finite.
-std::optional<std::vector<double>> storedGains(const Stored<std::vector<double>>& stored);
+std::optional<std::vector<double>> storedGains(const std::optional<std::vector<double>>& stored);
 
 /// A finite number.
-std::optional<double> storedNumber(const Stored<double>& stored);
+std::optional<double> storedNumber(const std::optional<double>& stored);
 
 } // namespace halvane

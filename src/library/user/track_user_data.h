@@ -18,8 +18,8 @@ class TrackUserData : public QObject {
     /// Empty until restore. The preferences must outlive it.
     explicit TrackUserData(Preferences& preferences, QObject* parent = nullptr);
 
-    /// Takes everything from the preferences, long maps when they are first needed; a map that is
-    /// not one is left alone.
+    /// Takes everything from the preferences, the long maps when they are first needed. A stored
+    /// value that is no map is left alone.
     void restore();
 
     const QSet<QString>& lovedPaths() const { return m_lovedPaths; }

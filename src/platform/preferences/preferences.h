@@ -1,98 +1,104 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QByteArray>
-#include <QHash>
-#include <QSet>
-#include <QString>
-#include <QStringList>
+#include "platform/preferences/preference_value.h"
 
 #include <functional>
-#include <optional>
-#include <variant>
-#include <vector>
 
 namespace halvane {
 
-using IntegerMap = QHash<QString, qint64>;
-using NumbersMap = QHash<QString, std::vector<double>>;
-
-/// What is stored under a key is of another kind than asked for.
-struct OtherKind {};
-/// Nothing is stored under a key.
-struct Absent {};
-
-/// What a typed getter finds: the value, nothing, or a value of another kind.
-template<typename T>
-class Stored {
-  public:
-    Stored(Absent) {}
-    Stored(OtherKind)
-        : m_other(true) {}
-    Stored(T value)
-        : m_value(std::move(value)) {}
-
-    bool isAbsent() const { return !m_value && !m_other; }
-    bool isOtherKind() const { return m_other; }
-    explicit operator bool() const { return m_value.has_value(); }
-    const T& operator*() const { return *m_value; }
-    const T* operator->() const { return &*m_value; }
-    T valueOr(T fallback) const { return m_value ? *m_value : std::move(fallback); }
-
-  private:
-    std::optional<T> m_value;
-    bool m_other = false;
-};
-
 /// A stored value that may still be being read; waits for it.
 template<typename T>
-using Later = std::function<std::optional<Stored<T>>()>;
+using Later = std::function<std::optional<T>()>;
 
-/// The user's preferences: a flat map from key to a typed value. A setter returns when the change
-/// is durable. Main thread. Failures are logged, never shown: the program goes on with what it has
-/// in memory.
+/// The user's preferences: a flat map from key to a typed value. A getter gives none where nothing
+/// is stored or where the stored value is of another kind. A setter returns when the change is
+/// durable. Failures are logged, never shown: the program goes on with what it has in memory. Main
+/// thread.
 class Preferences {
   public:
     virtual ~Preferences() = default;
 
-    virtual Stored<bool> boolean(const QString& key) const = 0;
-    virtual Stored<double> number(const QString& key) const = 0;
-    virtual Stored<QString> string(const QString& key) const = 0;
-    virtual Stored<std::vector<double>> numbers(const QString& key) const = 0;
-    virtual Stored<QStringList> strings(const QString& key) const = 0;
-    virtual Stored<std::vector<QByteArray>> blobs(const QString& key) const = 0;
-    virtual Stored<QByteArray> blob(const QString& key) const = 0;
-    virtual Stored<IntegerMap> integerMap(const QString& key) const = 0;
-    virtual Stored<NumbersMap> numbersMap(const QString& key) const = 0;
+    std::optional<bool> boolean(const QString& key) { return typed<bool>(value(key)); }
+    std::optional<double> number(const QString& key) { return typed<double>(value(key)); }
+    std::optional<QString> string(const QString& key) { return typed<QString>(value(key)); }
+    std::optional<std::vector<double>> numbers(const QString& key) {
+        return typed<std::vector<double>>(value(key));
+    }
+    std::optional<QStringList> strings(const QString& key) {
+        return typed<QStringList>(value(key));
+    }
+    std::optional<std::vector<QByteArray>> blobs(const QString& key) {
+        return typed<std::vector<QByteArray>>(value(key));
+    }
+    std::optional<QByteArray> blob(const QString& key) { return typed<QByteArray>(value(key)); }
+    std::optional<IntegerMap> integerMap(const QString& key) {
+        return typed<IntegerMap>(value(key));
+    }
+    std::optional<NumbersMap> numbersMap(const QString& key) {
+        return typed<NumbersMap>(value(key));
+    }
 
-    virtual void setBoolean(const QString& key, bool value) = 0;
-    virtual void setNumber(const QString& key, double value) = 0;
-    virtual void setString(const QString& key, const QString& value) = 0;
-    virtual void setNumbers(const QString& key, const std::vector<double>& value) = 0;
-    virtual void setStrings(const QString& key, const QStringList& value) = 0;
-    virtual void setBlobs(const QString& key, const std::vector<QByteArray>& value) = 0;
-    virtual void setBlob(const QString& key, const QByteArray& value) = 0;
-    virtual void setIntegerMap(const QString& key, const IntegerMap& value) = 0;
-    virtual void setNumbersMap(const QString& key, const NumbersMap& value) = 0;
-    virtual void remove(const QString& key) = 0;
+    void setBoolean(const QString& key, bool value) { set(key, value); }
+    void setNumber(const QString& key, double value) { set(key, value); }
+    void setString(const QString& key, const QString& value) { set(key, value); }
+    void setNumbers(const QString& key, const std::vector<double>& value) { set(key, value); }
+    /// The whole list is written: for short lists.
+    void setStrings(const QString& key, const QStringList& value) { set(key, value); }
+    void setBlobs(const QString& key, const std::vector<QByteArray>& value) { set(key, value); }
+    void setBlob(const QString& key, const QByteArray& value) { set(key, value); }
+    void remove(const QString& key) { change({key, PreferenceChange::Remove{}}); }
 
-    // Changes of one entry, whose cost does not grow with the collection. A key that is absent or
-    // of another kind becomes a collection that holds just what is inserted.
-    virtual void insertString(const QString& key, const QString& value) = 0;
+    // The cost of these changes does not grow with the collection. A key that is absent or of
+    // another kind becomes a collection of just what is inserted.
+    void insertString(const QString& key, const QString& value) { insertStrings(key, {value}); }
     /// Appends the values that are not there yet, in one change.
-    virtual void insertStrings(const QString& key, const QStringList& values) = 0;
-    virtual void removeString(const QString& key, const QString& value) = 0;
-    virtual void insertInteger(const QString& key, const QString& entry, qint64 value) = 0;
-    virtual void insertNumbers(const QString& key, const QString& entry,
-                               const std::vector<double>& value) = 0;
+    void insertStrings(const QString& key, const QStringList& values) {
+        change({key, PreferenceChange::InsertStrings{values}});
+    }
+    void removeString(const QString& key, const QString& value) {
+        change({key, PreferenceChange::RemoveEntries{{value}}});
+    }
+    void insertInteger(const QString& key, const QString& entry, qint64 value) {
+        change({key, PreferenceChange::InsertInteger{entry, value}});
+    }
+    void insertNumbers(const QString& key, const QString& entry, const std::vector<double>& value) {
+        change({key, PreferenceChange::InsertNumbers{entry, value}});
+    }
     /// Takes the entries out of string lists and maps of either kind, in one change.
-    virtual void removeEntries(const QStringList& keys, const QSet<QString>& entries) = 0;
+    virtual void removeEntries(const QStringList& keys, const QSet<QString>& entries) {
+        for (const QString& key : keys)
+            change({key, PreferenceChange::RemoveEntries{entries}});
+    }
 
-    // Values that may be long, without waiting for them here: what comes back gives the value as it
-    // is stored now, once, on whatever thread it is called. None when that failed: then ask again.
-    virtual Later<QStringList> stringsLater(const QString& key) const = 0;
-    virtual Later<IntegerMap> integerMapLater(const QString& key) const = 0;
-    virtual Later<NumbersMap> numbersMapLater(const QString& key) const = 0;
+    // Values that may be long, without waiting for them here: the function gives the value as it is
+    // stored now. It may be called once, on any thread. It is null where the value is not being
+    // read ahead, and gives none where that failed: the getter tells in both cases.
+    Later<QStringList> stringsLater(const QString& key) { return later<QStringList>(key); }
+    Later<IntegerMap> integerMapLater(const QString& key) { return later<IntegerMap>(key); }
+    Later<NumbersMap> numbersMapLater(const QString& key) { return later<NumbersMap>(key); }
+
+  protected:
+    /// The value under a key; none when there is none.
+    virtual std::optional<PreferenceValue> value(const QString& key) = 0;
+    /// The same when it has been read ahead, on any thread.
+    virtual Later<PreferenceValue> valueLater(const QString& /*key*/) { return {}; }
+    virtual void change(PreferenceChange change) = 0;
+
+  private:
+    template<typename T>
+    static std::optional<T> typed(std::optional<PreferenceValue> value) {
+        T* found = value ? std::get_if<T>(&*value) : nullptr;
+        return found ? std::optional(std::move(*found)) : std::nullopt;
+    }
+    template<typename T>
+    Later<T> later(const QString& key) {
+        auto read = valueLater(key);
+        return read ? Later<T>([read = std::move(read)] { return typed<T>(read()); }) : Later<T>();
+    }
+    void set(const QString& key, PreferenceValue value) {
+        change({key, PreferenceChange::Set{std::move(value)}});
+    }
 };
 
 } // namespace halvane

@@ -1,12 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/preferences/preferences_database.h"
 
-#include "platform/preferences/list_edit.h"
 #include "platform/preferences/number_list_text.h"
 
 #include <sqlite3.h>
-
-#include <algorithm>
 
 namespace halvane {
 
@@ -68,8 +65,9 @@ CREATE VIEW setting AS
         FROM preference JOIN numbers_entry ON preference = id;
 )sql";
 
-// What is on its way out, and what of it came back, which no entry says of all that is under the
-// key; a file of an earlier day has no such tables.
+// What is on its way out of the lists and maps. Earlier versions noted in `spared` which entries
+// had come back meanwhile, with no entry where that held for all under the key. They had neither
+// table at first.
 constexpr const char* removalTables = R"sql(
 CREATE TABLE IF NOT EXISTS removal (
     id INTEGER PRIMARY KEY,
@@ -113,7 +111,7 @@ PreferencesDatabase::PreferencesDatabase(const QString& path, int busyMillisecon
     m_connection.execute("PRAGMA journal_mode = WAL");
     m_connection.execute("PRAGMA synchronous = FULL"); // each commit reaches the disk
     m_connection.execute("PRAGMA foreign_keys = ON");
-    // What is committed moves to the file proper in small steps: each is part of some commit.
+    // The log moves to the file proper in small steps, each as part of a commit.
     sqlite3_wal_autocheckpoint(m_connection.handle(), pagesOfACheckpoint);
     if (isNew)
         createSchema(m_connection);
@@ -154,7 +152,7 @@ struct PreferencesDatabase::Apply {
         const qint64 id = database.rowOfKind(key, QStringList());
         qint64 position = lastPosition(id);
         for (const auto& text : insert.values)
-            appendIfNew(id, position += listSpacing, text);
+            appendIfNew(id, ++position, text);
     }
     void operator()(const PreferenceChange::InsertInteger& insert) {
         put(database.rowOfKind(key, IntegerMap()), insert.entry, insert.value);
@@ -163,11 +161,11 @@ struct PreferencesDatabase::Apply {
         put(database.rowOfKind(key, NumbersMap()), insert.entry, insert.value);
     }
     void operator()(const PreferenceChange::RemoveEntries& remove) {
-        database.takeOut(key, ordered(remove.entries));
+        database.deleteEntries(key, ordered(remove.entries));
     }
 
   private:
-    void write(OtherKind) {}
+    void write(std::monostate) {}
     void write(bool value) { writeScalar<bool>(qint64(value)); }
     void write(double value) { writeScalar<double>(value); }
     void write(const QString& value) { writeScalar<QString>(value); }
@@ -182,49 +180,30 @@ struct PreferencesDatabase::Apply {
             .run();
     }
 
-    // Short lists of numbers and blobs are written whole.
-    template<typename Item>
-    void writeList(const std::vector<Item>& items, const char* clear, const char* insert) {
-        const qint64 id = database.rowOfKind(key, std::vector<Item>());
-        const PreferenceValue stored = *database.value(key);
-        if (std::get<std::vector<Item>>(stored) == items)
+    // Lists are written whole: long ones change by insertions and removals only.
+    template<typename List>
+    void writeList(const List& items, const char* clear, const char* insert) {
+        const qint64 id = database.rowOfKind(key, List());
+        if (std::get<List>(*database.value(key)) == items)
             return;
         connection.query(clear).bind(1, id).run();
-        for (std::size_t i = 0; i < items.size(); ++i)
-            connection.query(insert).bind(1, id).bind(2, qint64(i)).bind(3, items[i]).run();
+        qint64 position = 0;
+        for (const auto& item : items)
+            connection.query(insert).bind(1, id).bind(2, ++position).bind(3, item).run();
     }
     void write(const std::vector<double>& items) {
         writeList(items, "DELETE FROM number_item WHERE preference = ?1",
                   "INSERT INTO number_item VALUES (?1, ?2, ?3)");
+    }
+    void write(const QStringList& items) {
+        writeList(items, "DELETE FROM string_item WHERE preference = ?1",
+                  "INSERT INTO string_item VALUES (?1, ?2, ?3)");
     }
     void write(const std::vector<QByteArray>& items) {
         writeList(items, "DELETE FROM data_item WHERE preference = ?1",
                   "INSERT INTO data_item VALUES (?1, ?2, ?3)");
     }
 
-    void write(const QStringList& wanted) {
-        const qint64 id = database.rowOfKind(key, QStringList());
-        std::vector<PlacedText> stored;
-        {
-            auto query = connection.query(
-                "SELECT position, value FROM string_item WHERE preference = ?1 ORDER BY position");
-            query.bind(1, id);
-            while (query.next())
-                stored.push_back({query.integer(0), query.text(1)});
-        }
-        const ListEdit edit = planListEdit(stored, wanted);
-        for (const qint64 position : edit.removed)
-            connection.query("DELETE FROM string_item WHERE preference = ?1 AND position = ?2")
-                .bind(1, id)
-                .bind(2, position)
-                .run();
-        for (const auto& placed : edit.inserted)
-            connection.query("INSERT INTO string_item VALUES (?1, ?2, ?3)")
-                .bind(1, id)
-                .bind(2, placed.position)
-                .bind(3, placed.text)
-                .run();
-    }
     qint64 lastPosition(qint64 id) {
         auto query =
             connection.query("SELECT max(position) FROM string_item WHERE preference = ?1");
@@ -232,8 +211,7 @@ struct PreferencesDatabase::Apply {
         return query.next() ? query.integer(0) : 0; // NULL of an empty list is 0
     }
     void appendIfNew(qint64 id, qint64 position, const QString& text) {
-        // Two statements: one that reads the table which it writes to would gather what it writes
-        // in a table of its own first.
+        // Two statements: SQLite would gather the rows of INSERT ... SELECT in a temporary table.
         const QByteArray utf8 = text.toUtf8();
         if (connection.query("SELECT 1 FROM string_item WHERE preference = ?1 AND value = ?2")
                 .bind(1, id)
@@ -248,25 +226,14 @@ struct PreferencesDatabase::Apply {
     }
 
     template<typename Map>
-    void writeMap(const Map& wanted, const char* remove) {
+    void writeMap(const Map& entries) {
+        database.remove(key);
         const qint64 id = database.rowOfKind(key, Map());
-        const PreferenceValue value = *database.value(key);
-        const Map* stored = std::get_if<Map>(&value);
-        if (!stored) { // an entry that can't be read: none of them is kept
-            database.remove(key);
-            return writeMap(wanted, remove);
-        }
-        for (auto entry = stored->cbegin(); entry != stored->cend(); ++entry)
-            if (!wanted.contains(entry.key()))
-                connection.query(remove).bind(1, id).bind(2, entry.key()).run();
-        for (auto entry = wanted.cbegin(); entry != wanted.cend(); ++entry) {
-            const auto found = stored->constFind(entry.key());
-            if (found == stored->cend() || *found != *entry)
-                put(id, entry.key(), *entry);
-        }
+        for (auto entry = entries.cbegin(); entry != entries.cend(); ++entry)
+            put(id, entry.key(), *entry);
     }
-    void write(const IntegerMap& wanted) { writeMap(wanted, deleteInteger); }
-    void write(const NumbersMap& wanted) { writeMap(wanted, deleteNumbers); }
+    void write(const IntegerMap& entries) { writeMap(entries); }
+    void write(const NumbersMap& entries) { writeMap(entries); }
 
     void put(qint64 id, const QString& name, qint64 value) {
         connection
@@ -288,17 +255,17 @@ struct PreferencesDatabase::Apply {
     }
 };
 
-std::vector<PreferencesRemoval>
-PreferencesDatabase::apply(std::span<const PreferenceChange> changes,
-                           std::vector<PreferencesRemoval> unfinished) {
+void PreferencesDatabase::apply(std::span<const PreferenceChange> changes,
+                                std::span<const PreferencesRemoval> removals) {
     SqliteTransaction transaction(m_connection);
-    for (const auto& change : changes) {
-        for (PreferencesRemoval& removal : unfinished)
-            spare(change, removal);
-        std::visit(Apply{*this, m_connection, change.key}, change.what);
+    for (const auto& removal : removals) {
+        for (const auto& part : removal.parts)
+            deleteEntries(part.key, ordered(part.entries));
+        endRemoval(removal.id);
     }
+    for (const auto& change : changes)
+        std::visit(Apply{*this, m_connection, change.key}, change.what);
     transaction.commit();
-    return unfinished;
 }
 
 void PreferencesDatabase::commitLazily() {

@@ -2,30 +2,32 @@
 #pragma once
 
 #include "platform/preferences/preferences_reader.h"
-#include "platform/preferences/value_preferences.h"
 
 #include <span>
 
 namespace halvane {
 
-/// Entries that leave several string lists and maps.
+/// Many entries that leave several string lists and maps, as noted in the file.
 struct PreferencesRemoval {
-    qint64 id = 0; ///< of the note in the file
-    QStringList keys;
-    QSet<QString> entries;
-    QHash<QString, QSet<QString>> spared; ///< by key: entries that came back, and stay
+    qint64 id = 0; ///< of the note
+    /// One for each list or map.
+    struct Part {
+        QString key;
+        QSet<QString> entries;
+    };
+    std::vector<Part> parts;
 };
 
-/// The preferences file: one row a key with its kind and, for a single value, the value; one row an
-/// item of a list or entry of a map, in the table of their type. Not thread-safe. Throws
-/// SqliteError; one that says isDamage means that the file is not, or no longer, a preferences file
-/// of this version.
+/// The preferences file: one row for each key with its kind and, for a single value, the value; one
+/// row for each item of a list and each entry of a map, in the table of their type. Not
+/// thread-safe. Throws SqliteError; one that says isDamage means that the file is not, or no
+/// longer, a preferences file of this version.
 class PreferencesDatabase {
   public:
     /// The file's format; a file with a higher number was written by a newer program.
     static constexpr int version = 1;
 
-    /// Opens the file, or creates it. A call that finds it locked waits so long at most.
+    /// Opens the file, or creates it. A call that finds the file locked waits this long at most.
     PreferencesDatabase(const QString& path, int busyMilliseconds);
 
     /// How long a call that finds the file locked waits at most.
@@ -35,43 +37,37 @@ class PreferencesDatabase {
     /// The keys of lists of strings and of maps, which may be long.
     QStringList longValues() { return m_reader.longValues(); }
 
-    /// Makes all the changes, or none. They are on the disk when this returns; what is already so
-    /// is not written. What they bring back is spared by the removals that are noted and not done;
-    /// gives those as they are now.
-    std::vector<PreferencesRemoval> apply(std::span<const PreferenceChange> changes,
-                                          std::vector<PreferencesRemoval> unfinished = {});
+    /// Finishes the removals and then makes all the changes, or does nothing. All is on the disk
+    /// when this returns. A value that is stored already is not written.
+    void apply(std::span<const PreferenceChange> changes,
+               std::span<const PreferencesRemoval> removals = {});
 
-    /// Notes down that entries leave, which is a small change however many they are; the note is on
-    /// the disk when this returns, the entries themselves are still in their lists and maps.
+    /// Notes that entries leave. That is one small change however many they are, and it is on the
+    /// disk when this returns; the entries are still in their lists and maps.
     PreferencesRemoval noteRemoval(const QStringList& keys, const QSet<QString>& entries);
-    /// What was noted down and is not done yet.
+    /// The removals that are noted and not finished.
     std::vector<PreferencesRemoval> notedRemovals();
-    /// Entries as UTF-8 in the order of the tables, in which each page is met but once.
+    /// Entries as UTF-8 in the order of the tables. Who goes by it meets each page once.
     static std::vector<QByteArray> ordered(const QSet<QString>& entries);
-    /// Takes some of a removal's entries, so ordered, out of its lists and maps.
-    void carryOut(const PreferencesRemoval& removal, std::span<const QByteArray> some);
-    /// Takes the note away, its entries having left.
+    /// Takes entries, in that order, out of a list or map.
+    void takeOut(const QString& key, std::span<const QByteArray> entries);
+    /// Takes the note away once the entries have left.
     void endRemoval(qint64 id);
-    /// From now on commits are on the disk only when a later one or the end of the program puts
-    /// them there. They get there in order.
+    /// From now on a commit reaches the disk with a later one, or when the program ends. Commits
+    /// reach it in their order.
     void commitLazily();
 
   private:
     struct Apply;
 
     static constexpr int pagesOfACheckpoint = 200;
-    static constexpr const char* deleteInteger =
-        "DELETE FROM integer_entry WHERE preference = ?1 AND name = ?2";
-    static constexpr const char* deleteNumbers =
-        "DELETE FROM numbers_entry WHERE preference = ?1 AND name = ?2";
 
     /// The id of a key's row of a kind; a row of another kind makes way, with all it holds.
     qint64 rowOfKind(const QString& key, const PreferenceValue& emptyValue);
     void remove(const QString& key);
-    void spare(const PreferenceChange& change, PreferencesRemoval& removal);
-    void takeOut(const QString& key, std::span<const QByteArray> entries);
-    void takeOutOfList(qint64 id, std::span<const QByteArray> entries);
-    void takeOutOfMap(qint64 id, std::span<const QByteArray> entries, const char* sql);
+    void deleteEntries(const QString& key, std::span<const QByteArray> entries);
+    void deleteFromList(qint64 id, std::span<const QByteArray> entries);
+    void deleteFromMap(qint64 id, std::span<const QByteArray> entries, const char* sql);
 
     SqliteConnection m_connection;
     PreferencesReader m_reader{m_connection};

@@ -1,53 +1,43 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/preferences/value_preferences.h"
+#include "platform/preferences/preference_value.h"
 
-#include <condition_variable>
-#include <deque>
+#include <atomic>
 #include <functional>
+#include <future>
+#include <map>
 #include <memory>
-#include <mutex>
 #include <thread>
 
 namespace halvane {
 
 /// Reads the long values of a preferences file on a thread of its own while the program starts, so
-/// that it finds them read when it comes to need them. Each is handed out once. Main thread.
+/// that they are there when they are needed. Main thread.
 class PreferencesPrefetch {
   public:
     /// Begins with the values of these keys, in this order.
     PreferencesPrefetch(const QString& path, const QStringList& keys);
-    /// Gives up what is not read yet.
-    ~PreferencesPrefetch();
 
-    /// The value of a key, waited for if it is just being read; none when there is none to be had
-    /// here, or when it is quicker to read it oneself.
+    /// The value of a key, once. Waits for it while it is being read. None when there is no such
+    /// value here, or when its turn has not come: then it is quicker to read it oneself.
     std::optional<PreferenceValue> take(const QString& key);
-    /// The same, to be waited for on any thread, whenever it comes; none when reading failed. A
-    /// null function when there is no such value here.
+    /// The same for another thread; a null function when there is no such value here. The function
+    /// may be called once and waits until the value is read. It gives none where reading failed or
+    /// was given up.
     std::function<std::optional<PreferenceValue>()> takeLater(const QString& key);
-    /// The value is about to change: what was read of it is not handed out any more.
-    void forget(const QString& key);
+    /// The value is about to change: it is not handed out any more.
+    void forget(const QString& key) { m_values.erase(key); }
 
   private:
     struct Value {
-        enum class State { waiting, reading, read, failed } state = State::waiting;
-        PreferenceValue value;
+        std::future<PreferenceValue> read;
+        std::shared_ptr<std::atomic<bool>> isClaimed; ///< by whoever reads it
     };
-    /// What the reading thread and the others share. Guarded by `mutex`.
-    struct Shared {
-        std::mutex mutex;
-        std::condition_variable changed;
-        std::deque<std::pair<QString, std::shared_ptr<Value>>> values; ///< still to be read
-        bool isStopped = false;
-    };
-    static void read(const QString& path, Shared& shared);
-    static std::optional<PreferenceValue> wait(Shared& shared, Value& value);
+    static std::optional<PreferenceValue> wait(Value& value);
 
-    std::shared_ptr<Shared> m_shared;
-    QHash<QString, std::shared_ptr<Value>> m_values; ///< not handed out yet
-    std::thread m_thread;
+    std::map<QString, Value> m_values; ///< not handed out yet
+    std::jthread m_thread;             ///< gives up when this goes
 };
 
 } // namespace halvane

@@ -18,7 +18,7 @@ constexpr std::array<const char*, std::variant_size_v<PreferenceValue>> kindName
     "",          "boolean", "number",      "string",         "number list", "string list",
     "data list", "data",    "integer map", "number list map"};
 
-// A single value in whatever kind it is: the file may have been edited by hand.
+// A single value. The file may have been edited by hand, so its column may be of any type.
 PreferenceValue scalar(const SqliteQuery& query, int column, const QString& kind) {
     const int type = query.type(column);
     const bool numeric = type == SQLITE_INTEGER || type == SQLITE_FLOAT;
@@ -30,10 +30,10 @@ PreferenceValue scalar(const SqliteQuery& query, int column, const QString& kind
         return query.text(column);
     if (kind == "data"_L1 && type == SQLITE_BLOB)
         return query.blob(column);
-    return OtherKind();
+    return std::monostate();
 }
 
-// Makes room once: a map that grows entry by entry is built over and over.
+// Makes room once: a map that grows entry by entry is built again and again.
 template<typename Map, typename Entries>
 void fill(Map& map, Entries& entries) {
     map.reserve(static_cast<qsizetype>(entries.size()));
@@ -49,7 +49,7 @@ QString PreferencesReader::kindName(const PreferenceValue& value) {
 
 PreferenceValue PreferencesReader::emptyValue(const QString& kindName) {
     static const std::array<PreferenceValue, std::variant_size_v<PreferenceValue>> empty{
-        OtherKind(),
+        std::monostate(),
         false,
         0.0,
         QString(),
@@ -62,7 +62,7 @@ PreferenceValue PreferencesReader::emptyValue(const QString& kindName) {
     for (std::size_t i = 1; i < kindNames.size(); ++i)
         if (kindName == QLatin1StringView(kindNames[i]))
             return empty[i];
-    return OtherKind();
+    return std::monostate();
 }
 
 QStringList PreferencesReader::longValues() {
@@ -134,7 +134,7 @@ PreferenceValue PreferencesReader::read(const Row& row, const Text& text) {
                      entries.emplace_back(text(query), *std::move(list));
              });
         if (!isReadable)
-            return OtherKind();
+            return std::monostate();
         fill(*lists, entries);
     } else {
         return row.value;

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/preferences/preference_value.h"
 #include "platform/preferences/shared_names.h"
 #include "platform/preferences/sqlite_connection.h"
-#include "platform/preferences/value_preferences.h"
 
 namespace halvane {
 
@@ -15,7 +15,7 @@ class PreferencesReader {
     struct Row {
         qint64 id;
         QString kind;
-        PreferenceValue value; ///< OtherKind for a list or a map
+        PreferenceValue value; ///< monostate for a list or a map
     };
 
     explicit PreferencesReader(SqliteConnection& connection)
@@ -23,14 +23,14 @@ class PreferencesReader {
 
     std::optional<Row> row(const QString& key);
     std::optional<PreferenceValue> value(const QString& key);
-    /// The same, with texts that lists and maps have in common shared among them. Costs memory as
-    /// long as this lives.
+    /// The same; texts that lists and maps have in common are shared among them.
     std::optional<PreferenceValue> value(const QString& key, SharedNames& names);
-    /// The keys of what may be long: first the lists of strings, then the maps.
+    /// The keys of values that may be long, those first that are needed first: lists of strings,
+    /// then maps.
     QStringList longValues();
 
-    /// The name under which a kind is stored, and the kind's empty value by that name; OtherKind
-    /// for an unknown one.
+    /// The name under which a kind is stored, and the kind's empty value by that name. An unknown
+    /// name gives std::monostate.
     static QString kindName(const PreferenceValue& value);
     static PreferenceValue emptyValue(const QString& kindName);
 

@@ -10,9 +10,26 @@ namespace halvane {
 namespace {
 
 constexpr int patience = 250;        ///< ms that another process's lock is waited for
-constexpr std::size_t portion = 200; ///< what takes a few milliseconds
+constexpr std::size_t portion = 500; ///< entries that are taken out within a few milliseconds
+
+bool crosses(const PreferenceChange& change, const PreferencesRemoval::Part& part) {
+    if (change.key != part.key)
+        return false;
+    const QStringList entries = entriesPutIn(change);
+    return replacesAll(change) ||
+           std::any_of(entries.cbegin(), entries.cend(),
+                       [&](const QString& entry) { return part.entries.contains(entry); });
+}
 
 } // namespace
+
+void applyRemovals(std::span<const PreferencesRemoval> removals, const QString& key,
+                   std::optional<PreferenceValue>& value) {
+    for (const auto& removal : removals)
+        for (const auto& part : removal.parts)
+            if (part.key == key)
+                applyChange({key, PreferenceChange::RemoveEntries{part.entries}}, value);
+}
 
 PreferencesRemovals::PreferencesRemovals(const QString& path)
     : m_path(path) {
@@ -20,87 +37,74 @@ PreferencesRemovals::PreferencesRemovals(const QString& path)
 }
 
 PreferencesRemovals::~PreferencesRemovals() {
-    pause();
+    stop();
 }
 
 void PreferencesRemovals::begin(PreferencesRemoval removal) {
-    pause();
-    m_removals.push_back(std::move(removal));
-    resume();
+    const auto begun = std::make_shared<Begun>();
+    begun->removal = std::move(removal);
+    m_begun.push_back(begun);
+    m_worker.start([this, begun] { carryOut(*begun); });
 }
 
-void PreferencesRemovals::applyTo(const QString& key, std::optional<PreferenceValue>& value) {
-    for (const auto& removal : m_removals) {
-        if (!removal.keys.contains(key))
-            continue;
-        QSet<QString> going = removal.entries;
-        if (const auto spared = removal.spared.constFind(key); spared != removal.spared.cend())
-            going.subtract(*spared);
-        applyChange({key, PreferenceChange::RemoveEntries{std::move(going)}}, value);
-    }
+std::vector<PreferencesRemoval> PreferencesRemovals::unfinished() {
+    std::erase_if(m_begun, [](const auto& begun) { return begun->isFinished.load(); });
+    std::vector<PreferencesRemoval> removals;
+    for (const auto& begun : m_begun)
+        removals.push_back(begun->removal);
+    return removals;
 }
 
-void PreferencesRemovals::pause() {
-    if (m_removals.empty())
-        return;
-    m_stop = true;
+bool PreferencesRemovals::areCrossedBy(std::span<const PreferenceChange> changes) {
+    for (const auto& removal : unfinished())
+        for (const auto& part : removal.parts)
+            for (const auto& change : changes)
+                if (crosses(change, part))
+                    return true;
+    return false;
+}
+
+std::unique_lock<std::mutex> PreferencesRemovals::holdUp() {
+    m_isHeldUp = true;
+    std::unique_lock lock(m_writing);
+    m_isHeldUp = false;
+    m_isHeldUp.notify_one();
+    return lock;
+}
+
+void PreferencesRemovals::finish() {
     m_worker.waitForDone();
-    m_stop = false;
-    const auto done = static_cast<std::ptrdiff_t>(m_done.exchange(0));
-    m_removals.erase(m_removals.begin(), m_removals.begin() + done);
 }
 
-void PreferencesRemovals::resume() {
-    if (!m_removals.empty())
-        m_worker.start([this] { work(); });
-}
-
-bool PreferencesRemovals::finish() {
+void PreferencesRemovals::stop() {
+    m_isStopped = true;
     m_worker.waitForDone();
-    pause();
-    return m_removals.empty();
+    m_isStopped = false;
 }
 
-void PreferencesRemovals::finishOn(QHash<QString, PreferenceValue>& values) {
-    pause();
-    for (auto entry = values.begin(); entry != values.end(); ++entry) {
-        std::optional<PreferenceValue> value(std::move(*entry));
-        applyTo(entry.key(), value);
-        *entry = *std::move(value);
-    }
-    m_removals.clear();
-    m_entries.clear();
-    m_entriesDone = 0;
-}
-
-void PreferencesRemovals::work() {
+// Runs on the worker.
+void PreferencesRemovals::carryOut(Begun& begun) {
     try {
         PreferencesDatabase database(m_path, patience);
         database.commitLazily();
-        while (!m_stop && m_done < m_removals.size())
-            carryOut(database, m_removals[m_done]);
+        for (const auto& part : begun.removal.parts) {
+            const auto entries = PreferencesDatabase::ordered(part.entries);
+            for (std::size_t done = 0; done < entries.size(); done += portion) {
+                m_isHeldUp.wait(true); // a free mutex alone would rarely let the other in
+                const std::lock_guard lock(m_writing);
+                if (m_isStopped)
+                    return;
+                const auto rest = std::span(entries).subspan(done);
+                database.takeOut(part.key, rest.first(std::min(rest.size(), portion)));
+            }
+        }
+        const std::lock_guard lock(m_writing);
+        database.endRemoval(begun.removal.id);
+        begun.isFinished = true;
     } catch (const SqliteError& error) {
-        // The note stays: the next start, if nothing before, takes it up again.
+        // The note stays until a change crosses it or the program starts again.
         qCWarning(libraryLog, "preferences not tidied yet: %s", error.what());
     }
-}
-
-void PreferencesRemovals::carryOut(PreferencesDatabase& database,
-                                   const PreferencesRemoval& removal) {
-    if (m_entries.empty())
-        m_entries = PreferencesDatabase::ordered(removal.entries);
-    while (m_entriesDone < m_entries.size()) {
-        if (m_stop)
-            return;
-        const auto some = std::span(m_entries).subspan(m_entriesDone);
-        const std::size_t count = std::min(some.size(), portion);
-        database.carryOut(removal, some.first(count));
-        m_entriesDone += count;
-    }
-    database.endRemoval(removal.id);
-    m_entries.clear();
-    m_entriesDone = 0;
-    ++m_done;
 }
 
 } // namespace halvane

@@ -6,46 +6,54 @@
 #include <QThreadPool>
 
 #include <atomic>
+#include <memory>
+#include <mutex>
 
 namespace halvane {
 
-/// Takes entries that were noted down for removal out of a preferences file's lists and maps, on a
-/// thread of its own and a few at a time. What is not done when the program ends is done when it
-/// starts again. Main thread.
+/// What the value of a key becomes once the removals are finished.
+void applyRemovals(std::span<const PreferencesRemoval> removals, const QString& key,
+                   std::optional<PreferenceValue>& value);
+
+/// Carries out removals that are noted in a preferences file, on a thread of its own and a few
+/// entries at a time, so that changes can come in between. A removal that is not finished when the
+/// program ends is finished when it starts again. Main thread.
 class PreferencesRemovals {
   public:
     explicit PreferencesRemovals(const QString& path);
-    /// Leaves what is not done.
+    /// Leaves what is not finished.
     ~PreferencesRemovals();
 
     void begin(PreferencesRemoval removal);
-    /// What is not done, while nothing is done; and in its place the same with more that is spared.
-    const std::vector<PreferencesRemoval>& unfinished() const { return m_removals; }
-    void setUnfinished(std::vector<PreferencesRemoval> removals) {
-        m_removals = std::move(removals);
-    }
-    /// What a value becomes once all is done.
-    void applyTo(const QString& key, std::optional<PreferenceValue>& value);
+    std::vector<PreferencesRemoval> unfinished();
+    /// Whether the changes would put in again what is on its way out. The removals must be over
+    /// before such changes are made.
+    bool areCrossedBy(std::span<const PreferenceChange> changes);
 
-    /// Holds the work up, so that nothing but the main thread writes to the file.
-    void pause();
-    void resume();
-    /// Waits until all is done; false when something is in the way of it.
-    bool finish();
-    /// Does the same to values that take the file's place, and forgets it.
-    void finishOn(QHash<QString, PreferenceValue>& values);
+    /// While the lock is held, nothing is written to the file here.
+    std::unique_lock<std::mutex> holdUp();
+    /// Waits until everything is finished or something is in the way.
+    void finish();
+    /// Stops at once. What is unfinished stays so.
+    void stop();
+    /// Forgets what is unfinished, after stop.
+    void clear() { m_begun.clear(); }
 
   private:
-    void work();
-    void carryOut(PreferencesDatabase& database, const PreferencesRemoval& removal);
+    struct Begun {
+        PreferencesRemoval removal;
+        std::atomic<bool> isFinished = false; ///< set by the worker
+    };
+    void carryOut(Begun& begun);
 
     QString m_path;
-    std::vector<PreferencesRemoval> m_removals;
-    std::atomic<std::size_t> m_done = 0; ///< of them, from the first
-    std::vector<QByteArray> m_entries;   ///< of the next, in order; the worker's while it works
-    std::size_t m_entriesDone = 0;       ///< of these
-    std::atomic<bool> m_stop = false;
+    std::vector<std::shared_ptr<Begun>> m_begun;
     QThreadPool m_worker;
+
+    // Shared with the worker.
+    std::atomic<bool> m_isStopped = false;
+    std::atomic<bool> m_isHeldUp = false; ///< the main thread waits for m_writing
+    std::mutex m_writing;                 ///< held while a portion is written
 };
 
 } // namespace halvane

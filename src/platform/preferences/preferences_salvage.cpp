@@ -28,6 +28,12 @@ namespace fs = std::filesystem;
 const QString logSuffix = u"-wal"_s;
 const QString sharedSuffix = u"-shm"_s;
 
+// In the place of what was cut off a file SQLite reads zeros, without an error.
+bool isWholeText(const SqliteQuery& query, int column) {
+    return query.type(column) == SQLITE_TEXT &&
+           query.utf8(column).find('\0') == std::string_view::npos;
+}
+
 // Reads a damaged file's tables into values.
 class Reader {
   public:
@@ -100,17 +106,21 @@ void Reader::readItems() {
          "SELECT * FROM number_item ORDER BY preference DESC, position DESC",
          [&](SqliteQuery& q) { numbers[q.integer(0)][q.integer(1)] = q.number(2); });
     scan("SELECT * FROM string_item ORDER BY preference, position",
-         "SELECT * FROM string_item ORDER BY preference DESC, position DESC",
-         [&](SqliteQuery& q) { strings[q.integer(0)][q.integer(1)] = q.text(2); });
+         "SELECT * FROM string_item ORDER BY preference DESC, position DESC", [&](SqliteQuery& q) {
+             if (isWholeText(q, 2))
+                 strings[q.integer(0)][q.integer(1)] = q.text(2);
+         });
     scan("SELECT * FROM data_item ORDER BY preference, position",
          "SELECT * FROM data_item ORDER BY preference DESC, position DESC",
          [&](SqliteQuery& q) { blobs[q.integer(0)][q.integer(1)] = q.blob(2); });
     scan("SELECT * FROM integer_entry ORDER BY preference, name",
-         "SELECT * FROM integer_entry ORDER BY preference DESC, name DESC",
-         [&](SqliteQuery& q) { collection<IntegerMap>(q.integer(0))[q.text(1)] = q.integer(2); });
+         "SELECT * FROM integer_entry ORDER BY preference DESC, name DESC", [&](SqliteQuery& q) {
+             if (isWholeText(q, 1))
+                 collection<IntegerMap>(q.integer(0))[q.text(1)] = q.integer(2);
+         });
     scan("SELECT * FROM numbers_entry ORDER BY preference, name",
          "SELECT * FROM numbers_entry ORDER BY preference DESC, name DESC", [&](SqliteQuery& q) {
-             if (auto list = numberListFromText(q.utf8(2)))
+             if (auto list = numberListFromText(q.utf8(2)); list && isWholeText(q, 1))
                  collection<NumbersMap>(q.integer(0))[q.text(1)] = *std::move(list);
          });
     for (const auto& [id, items] : numbers)
@@ -142,7 +152,7 @@ SalvagedPreferences Reader::read() {
     result.isComplete = m_isComplete;
     for (const auto& [id, value] : m_values) {
         const auto key = m_keys.find(id);
-        if (key != m_keys.end() && !std::holds_alternative<OtherKind>(value))
+        if (key != m_keys.end() && !std::holds_alternative<std::monostate>(value))
             result.values.insert(key->second, value);
     }
     return result;

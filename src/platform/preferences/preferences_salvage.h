@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/preferences/value_preferences.h"
+#include "platform/preferences/preference_value.h"
 
 #include <QHash>
 

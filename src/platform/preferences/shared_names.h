@@ -5,34 +5,40 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace halvane {
 
-/// Texts that several ordered lists have in common, so that each is made and kept once: the lists
-/// are run through one after the other, each beside the union of those before it. Names that are
-/// out of order are not shared. One thread.
+/// Lets lists that hold the same texts share them, so that each text is made and kept once. A list
+/// is compared with the longest list before it; both must ascend by UTF-8 where they are to share.
+/// One thread.
 class SharedNames {
   public:
     /// The next text of a list, by its UTF-8.
-    QString take(std::string_view utf8);
+    QString take(std::string_view utf8) {
+        while (m_next < m_longest.size() && m_longest[m_next].first < utf8)
+            ++m_next;
+        const bool isShared = m_next < m_longest.size() && m_longest[m_next].first == utf8;
+        m_current.emplace_back(
+            utf8, isShared ? m_longest[m_next].second
+                           : QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size())));
+        return m_current.back().second;
+    }
     /// The list is at its end; the next one begins.
-    void endList();
+    void endList() {
+        if (m_current.size() > m_longest.size())
+            m_longest.swap(m_current);
+        m_current.clear();
+        m_next = 0;
+    }
 
   private:
-    /// Texts in ascending order of their UTF-8, which is kept beside them, end to end.
-    struct Names {
-        std::string bytes;
-        std::vector<std::size_t> ends;
-        std::vector<QString> texts;
+    using Names = std::vector<std::pair<std::string, QString>>;
 
-        std::string_view at(std::size_t index) const;
-        void add(std::string_view utf8, const QString& text);
-    };
-
-    Names m_known;          ///< the union of the lists before
-    Names m_union;          ///< the same with what was taken of this one, as far as it has come
-    std::size_t m_next = 0; ///< of the known ones
+    Names m_longest;
+    Names m_current;
+    std::size_t m_next = 0; ///< of the longest
 };
 
 } // namespace halvane

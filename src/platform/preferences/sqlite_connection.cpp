@@ -58,13 +58,6 @@ SqliteQuery& SqliteQuery::bindUtf8(int parameter, const QByteArray& text) {
     return *this;
 }
 
-SqliteQuery& SqliteQuery::bindKept(int parameter, const QByteArray& utf8) {
-    check(sqlite3_bind_text64(m_statement, parameter, utf8.constData(),
-                              static_cast<sqlite3_uint64>(utf8.size()), SQLITE_STATIC, SQLITE_UTF8),
-          m_statement);
-    return *this;
-}
-
 SqliteQuery& SqliteQuery::bind(int parameter, const QByteArray& value) {
     check(sqlite3_bind_blob64(m_statement, parameter, value.constData(),
                               static_cast<sqlite3_uint64>(value.size()), SQLITE_TRANSIENT),

@@ -47,7 +47,6 @@ class SqliteQuery {
     SqliteQuery& bind(int parameter, const QString& value);
     SqliteQuery& bind(int parameter, const QByteArray& value);
     SqliteQuery& bindUtf8(int parameter, const QByteArray& text);
-    SqliteQuery& bindKept(int parameter, const QByteArray& utf8); ///< which outlives the run
 
     /// Moves to the next row; false after the last.
     bool next();
@@ -69,7 +68,7 @@ class SqliteQuery {
 /// One open database. Not thread-safe: one thread at a time. Throws SqliteError.
 class SqliteConnection {
   public:
-    /// Flags are SQLite's own. A call that finds the database locked waits so long at most.
+    /// Flags are SQLite's own. A call that finds the database locked waits this long at most.
     SqliteConnection(const QString& path, int flags, int busyMilliseconds);
     ~SqliteConnection();
     SqliteConnection(const SqliteConnection&) = delete;
@@ -77,7 +76,8 @@ class SqliteConnection {
 
     void setPatience(int busyMilliseconds);
     void execute(const char* sql);
-    /// Prepares a statement once for every address that is given; the text must live for ever.
+    /// Prepares a statement once for each address of a text, which must live as long as the
+    /// program.
     SqliteQuery query(const char* sql);
     /// The one number that a pragma or query gives.
     qint64 single(const char* sql);

@@ -47,7 +47,7 @@ class OutputDevicesTest : public testing::Test {
         devices.list = {speakers, dac};
         devices.preferred = speakers.id;
     }
-    QString stored() const { return preferences.string(key).valueOr(QString()); }
+    QString stored() { return preferences.string(key).value_or(QString()); }
 
     const QString key = SettingsKey::outputDeviceName;
     FakeDevices devices;

@@ -107,8 +107,8 @@ class SoundCheckTest : public testing::Test {
             },
             patienceMs);
     }
-    NumbersMap stored() const {
-        return preferences.numbersMap(SettingsKey::trackLoudness).valueOr({});
+    NumbersMap stored() {
+        return preferences.numbersMap(SettingsKey::trackLoudness).value_or(NumbersMap());
     }
 
     MemoryPreferences preferences;
@@ -161,10 +161,10 @@ TEST_F(SoundCheckTest, AppliesAResultWhileItsTrackPlays) {
 }
 
 TEST_F(SoundCheckTest, ClampsTheGainItApplies) {
-    preferences.setNumbersMap(SettingsKey::trackLoudness, {{u"/silent"_s, {-180, -180}},
-                                                           {u"/loud"_s, {4, 6}},
-                                                           {u"/three"_s, {-10, 0, 1}},
-                                                           {u"/a"_s, {-10, 0}}});
+    preferences.insertNumbers(SettingsKey::trackLoudness, u"/silent"_s, {-180, -180});
+    preferences.insertNumbers(SettingsKey::trackLoudness, u"/loud"_s, {4, 6});
+    preferences.insertNumbers(SettingsKey::trackLoudness, u"/three"_s, {-10, 0, 1});
+    preferences.insertNumbers(SettingsKey::trackLoudness, u"/a"_s, {-10, 0});
     preferences.setBoolean(SettingsKey::soundCheckEnabled, true);
     files = {u"/three"_s, u"/a"_s};
     const auto check = make();

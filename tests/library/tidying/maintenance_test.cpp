@@ -229,9 +229,7 @@ class ManyTracksTest : public MaintenanceTest {
         return some;
     }
     QString lovedBadge() const { return library.sidebar.sidebarBadge(SidebarItem::loved); }
-    QStringList stored() const {
-        return *outside.preferences.strings(SettingsKey::importedAudioPaths);
-    }
+    QStringList stored() { return *outside.preferences.strings(SettingsKey::importedAudioPaths); }
 
     QStringList paths;
 };

@@ -22,17 +22,17 @@ using namespace Qt::StringLiterals;
 const double infinity = std::numeric_limits<double>::infinity();
 
 TEST(SettingsValuesTest, OnlyUsableValuesAreTaken) {
-    const std::pair<Stored<double>, std::optional<double>> volumes[] = {
+    const std::pair<std::optional<double>, std::optional<double>> volumes[] = {
         {1.7, 1.0},       {-0.3, 0.0},     {std::nan(""), 0.0}, {0.25, 0.25},
-        {-infinity, 0.0}, {infinity, 1.0}, {Absent(), {}},      {OtherKind(), {}},
+        {-infinity, 0.0}, {infinity, 1.0}, {std::nullopt, {}},
     };
     for (const auto& [stored, expected] : volumes)
         EXPECT_EQ(storedVolume(stored), expected);
 
     using Modes = PlaybackRepeatMode;
     EXPECT_EQ(storedEnum<Modes>(u"all"_s), Modes::all);
-    for (const auto& stored : {Stored<QString>(u"ALL"_s), Stored<QString>(u""_s),
-                               Stored<QString>(u"1"_s), Stored<QString>(OtherKind())})
+    for (const std::optional<QString>& stored : {std::optional(u"ALL"_s), std::optional(u""_s),
+                                                 std::optional(u"1"_s), std::optional<QString>()})
         EXPECT_EQ(storedEnum<Modes>(stored), std::nullopt);
 
     EXPECT_EQ(storedColor(std::vector{0.2, 0.4, 0.6}), (Color{0.2, 0.4, 0.6, 1}));
@@ -81,7 +81,7 @@ TEST_F(TrackUserDataTest, ChangesAreStoredByTheEntryAndReadBack) {
 
 TEST_F(TrackUserDataTest, ALovedPathStoredTwiceIsOneAndMapsOfAnotherKindAreLeftAlone) {
     preferences.setStrings(SettingsKey::lovedPaths, {path, path});
-    preferences.setNumbersMap(SettingsKey::trackRatings, {{path, {1}}});
+    preferences.insertNumbers(SettingsKey::trackRatings, path, {1});
     TrackUserData data(preferences);
     data.restore();
     EXPECT_EQ(data.lovedPaths(), QSet{path});
@@ -92,7 +92,7 @@ TEST_F(TrackUserDataTest, ALovedPathStoredTwiceIsOneAndMapsOfAnotherKindAreLeftA
 
 TEST_F(TrackUserDataTest, APlayCountAtItsEndStays) {
     const qint64 most = std::numeric_limits<qint64>::max();
-    preferences.setIntegerMap(SettingsKey::playCounts, {{path, most}});
+    preferences.insertInteger(SettingsKey::playCounts, path, most);
     TrackUserData data(preferences);
     data.restore();
     data.countPlay(path);
@@ -164,7 +164,7 @@ TEST_F(EqualizerSettingsTest, ABuiltInPresetAppliesUntilAFaderMoves) {
     equalizer.setEqGain(9, 15); // as given: the engine clamps
     EXPECT_EQ(applied.gains.back(), 15);
     EXPECT_EQ(title(), u"Custom"_s);
-    EXPECT_TRUE(preferences.string(SettingsKey::eqPresetID).isAbsent());
+    EXPECT_FALSE(preferences.string(SettingsKey::eqPresetID));
     EXPECT_EQ(preferences.numbers(SettingsKey::eqGains)->back(), 15);
 }
 
@@ -201,7 +201,7 @@ TEST_F(EqualizerSettingsTest, UserPresetsKeepThePreampAndTheirTrimmedName) {
 TEST_F(EqualizerSettingsTest, RestoresWhatIsUsableAndKeepsThePreset) {
     preferences.setNumbers(SettingsKey::eqGains, rock());
     preferences.setNumber(SettingsKey::eqPreamp, -20);
-    preferences.setNumbersMap(SettingsKey::eqUserPresets, {{u"Short"_s, std::vector<double>(10)}});
+    preferences.insertNumbers(SettingsKey::eqUserPresets, u"Short"_s, std::vector<double>(10));
     preferences.setString(SettingsKey::eqPresetID, u"builtin:rock"_s);
     preferences.setBoolean(SettingsKey::eqEnabled, true);
     equalizer.restore();
@@ -220,7 +220,7 @@ TEST_F(EqualizerSettingsTest, RestoresWhatIsUsableAndKeepsThePreset) {
 TEST_F(EqualizerSettingsTest, MalformedValuesLeaveTheDefaultsAndStayStored) {
     preferences.setNumbers(SettingsKey::eqGains, std::vector<double>(9, 1.0));
     preferences.setString(SettingsKey::eqPreamp, u"loud"_s);
-    preferences.setIntegerMap(SettingsKey::eqUserPresets, {{u"a"_s, 1}});
+    preferences.insertInteger(SettingsKey::eqUserPresets, u"a"_s, 1);
     preferences.setString(SettingsKey::eqEnabled, u"yes"_s);
     equalizer.restore();
     EXPECT_EQ(equalizer.eqGains(), std::vector<double>(10, 0.0));

@@ -46,7 +46,7 @@ QStringList edited(QStringList list, Dice& dice) {
     return list;
 }
 
-// So many that they are removed behind the program's back.
+// So many that a worker takes them out of the file.
 QSet<QString> manyWith(const QString& name) {
     QSet<QString> entries{name};
     for (int i = 0; i < 300; ++i)
@@ -73,13 +73,12 @@ void makeNumberedChange(Preferences& preferences, quint64 number) {
     case 5:
         return preferences.setBlobs(key, {dice.name().toUtf8(), QByteArray("\0x", 2), {}});
     case 6:
-        return preferences.setStrings(u"strings"_s,
-                                      edited(preferences.strings(u"strings"_s).valueOr({}), dice));
+        return preferences.setStrings(
+            u"strings"_s, edited(preferences.strings(u"strings"_s).value_or(QStringList()), dice));
     case 7:
-        return preferences.setIntegerMap(u"integers"_s,
-                                         {{dice.name(), dice.roll(9)}, {dice.name(), -1}});
+        return preferences.insertInteger(u"integers"_s, dice.name(), dice.roll(9));
     case 8:
-        return preferences.setNumbersMap(u"lists"_s, {{dice.name(), dice.numbers(3)}});
+        return preferences.insertNumbers(u"lists"_s, dice.name(), dice.numbers(3));
     case 9:
         return preferences.remove(keys[dice.roll(20) == 0 ? 4 : dice.roll(2)]);
     case 10:
@@ -100,7 +99,7 @@ void makeNumberedChange(Preferences& preferences, quint64 number) {
     }
 }
 
-QString numberedContents(const Preferences& preferences) {
+QString numberedContents(Preferences& preferences) {
     QStringList lines;
     const auto list = [](const std::vector<double>& numbers) {
         QStringList texts;

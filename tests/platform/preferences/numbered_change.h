@@ -10,6 +10,6 @@ namespace halvane::test {
 void makeNumberedChange(Preferences& preferences, quint64 number);
 
 /// Everything under the keys of those changes, as text; equal texts mean equal contents.
-QString numberedContents(const Preferences& preferences);
+QString numberedContents(Preferences& preferences);
 
 } // namespace halvane::test

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/preferences/sqlite_connection.h"
+#include "platform/preferences/preferences_database.h"
 #include "platform/preferences/sqlite_preferences.h"
 #include "support/manual_clock.h"
 
@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
+#include <array>
 #include <functional>
 #include <random>
 
@@ -24,17 +25,19 @@ QString trackPath(int i) {
     return u"/music/some artist/some album/%1.flac"_s.arg(i, 5, 10, QChar(u'0'));
 }
 
-void fill(const QString& path, ManualClock& clock) {
-    SqlitePreferences preferences(path, clock);
-    preferences.setNumber(u"volume"_s, 0.5);
+void fill(const QString& path) {
     IntegerMap counts;
     QStringList loved;
     for (int i = 0; i < tracks; ++i) {
         counts.insert(trackPath(i), i);
         loved.append(trackPath(i));
     }
-    preferences.setIntegerMap(u"counts"_s, counts);
-    preferences.setStrings(u"loved"_s, loved);
+    const std::array changes{
+        PreferenceChange{u"volume"_s, PreferenceChange::Set{0.5}},
+        PreferenceChange{u"counts"_s, PreferenceChange::Set{counts}},
+        PreferenceChange{u"loved"_s, PreferenceChange::Set{loved}},
+    };
+    PreferencesDatabase(path, 0).apply(changes);
 }
 
 QByteArray contents(const QString& path) {
@@ -77,16 +80,17 @@ class PreferencesDamageTest : public testing::TestWithParam<Damage> {
 };
 
 TEST_P(PreferencesDamageTest, WhatCanBeReadIsKeptAndTheFileIsSetAside) {
-    fill(path, clock);
+    fill(path);
     GetParam().inflict(path);
     const QByteArray damaged = contents(path);
     {
         SqlitePreferences preferences(path, clock);
-        const auto counts = preferences.integerMap(u"counts"_s).valueOr({});
+        const auto counts = preferences.integerMap(u"counts"_s).value_or(IntegerMap());
         EXPECT_GE(counts.size(), GetParam().leastCounts);
         for (auto entry = counts.cbegin(); entry != counts.cend(); ++entry)
             ASSERT_EQ(entry.key(), trackPath(static_cast<int>(*entry)));
-        EXPECT_GE(preferences.strings(u"loved"_s).valueOr({}).size(), GetParam().leastCounts);
+        EXPECT_GE(preferences.strings(u"loved"_s).value_or(QStringList()).size(),
+                  GetParam().leastCounts);
         preferences.setNumber(u"volume"_s, 0.25);
         preferences.insertInteger(u"counts"_s, u"/new"_s, 1);
         EXPECT_TRUE(preferences.isStored());
@@ -94,26 +98,26 @@ TEST_P(PreferencesDamageTest, WhatCanBeReadIsKeptAndTheFileIsSetAside) {
     ASSERT_EQ(setAside().size(), 1);
     EXPECT_EQ(contents(folder.filePath(setAside().first())), damaged);
 
-    const SqlitePreferences again(path, clock);
+    SqlitePreferences again(path, clock);
     EXPECT_EQ(*again.number(u"volume"_s), 0.25);
     EXPECT_EQ(again.integerMap(u"counts"_s)->value(u"/new"_s), 1);
     EXPECT_EQ(setAside().size(), 1);
 }
 
 TEST_P(PreferencesDamageTest, ABackupGivesWhatTheFileHasLost) {
-    fill(path, clock);
+    fill(path);
     {
         SqlitePreferences preferences(path, clock);
         clock.advance(std::chrono::minutes(2));
         preferences.waitForBackup();
     }
     GetParam().inflict(path);
-    const SqlitePreferences preferences(path, clock);
+    SqlitePreferences preferences(path, clock);
     const auto counts = preferences.integerMap(u"counts"_s);
     ASSERT_TRUE(counts);
     EXPECT_EQ(counts->size(), tracks);
-    EXPECT_EQ(preferences.strings(u"loved"_s).valueOr({}).size(), tracks);
-    EXPECT_EQ(preferences.number(u"volume"_s).valueOr(0), 0.5);
+    EXPECT_EQ(preferences.strings(u"loved"_s).value_or(QStringList()).size(), tracks);
+    EXPECT_EQ(preferences.number(u"volume"_s).value_or(0), 0.5);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -156,14 +160,14 @@ TEST(PreferencesEmptiedTest, AnEmptiedFileIsFilledFromTheBackup) {
     const QTemporaryDir folder;
     const QString path = folder.filePath(u"preferences.sqlite"_s);
     ManualClock clock;
-    fill(path, clock);
+    fill(path);
     {
         SqlitePreferences preferences(path, clock);
         clock.advance(std::chrono::minutes(2));
         preferences.waitForBackup();
     }
     overwrite(path, {});
-    EXPECT_EQ(SqlitePreferences(path, clock).number(u"volume"_s).valueOr(0), 0.5);
+    EXPECT_EQ(SqlitePreferences(path, clock).number(u"volume"_s).value_or(0), 0.5);
 }
 
 } // namespace

@@ -54,7 +54,7 @@ TEST(PreferencesKillTest, NothingAcknowledgedIsLost) {
             makeNumberedChange(expected, acknowledged++);
 
         ManualClock clock;
-        const SqlitePreferences preferences(path, clock);
+        SqlitePreferences preferences(path, clock);
         const QString found = numberedContents(preferences);
         if (found != numberedContents(expected)) {
             // The change that was under way may have been made too, and no other.

@@ -45,11 +45,12 @@ struct PreferencesOutageTest : testing::Test {
     void SetUp() override {
         SqlitePreferences preferences(path, clock);
         preferences.setNumber(u"volume"_s, 0.5);
-        preferences.setIntegerMap(u"counts"_s, {{u"/a"_s, 7}, {u"/b"_s, 8}});
+        preferences.insertInteger(u"counts"_s, u"/a"_s, 7);
+        preferences.insertInteger(u"counts"_s, u"/b"_s, 8);
     }
 
     // While the file can't be written, and after.
-    static void expectChanges(const Preferences& preferences) {
+    static void expectChanges(Preferences& preferences) {
         EXPECT_EQ(*preferences.number(u"volume"_s), 0.75);
         const IntegerMap counts{{u"/a"_s, 8}, {u"/b"_s, 8}};
         EXPECT_EQ(*preferences.integerMap(u"counts"_s), counts);
@@ -61,7 +62,7 @@ struct PreferencesOutageTest : testing::Test {
     }
     void expectChangesStored() const {
         ManualClock still;
-        const SqlitePreferences preferences(path, still);
+        SqlitePreferences preferences(path, still);
         EXPECT_TRUE(preferences.isStored());
         expectChanges(preferences);
     }
@@ -86,7 +87,7 @@ TEST_F(PreferencesOutageTest, AFileThatIsWhollyLockedIsReadAllTheSame) {
         const LockHolder other(path, "PRAGMA locking_mode = EXCLUSIVE; BEGIN IMMEDIATE; "
                                      "UPDATE preference SET kind = kind; ");
         preferences = std::make_unique<SqlitePreferences>(path, clock);
-        EXPECT_EQ(preferences->number(u"volume"_s).valueOr(0), 0.5);
+        EXPECT_EQ(preferences->number(u"volume"_s).value_or(0), 0.5);
         makeChanges(*preferences);
         EXPECT_FALSE(preferences->isStored());
         expectChanges(*preferences);
@@ -101,17 +102,18 @@ TEST_F(PreferencesOutageTest, AFileThatIsWhollyLockedIsReadAllTheSame) {
     expectChangesStored();
 }
 
-TEST_F(PreferencesOutageTest, WhatIsPutInAgainIsSparedByARemovalThatIsHeldUp) {
+TEST_F(PreferencesOutageTest, WhatIsPutInAgainDuringARemovalThatIsHeldUpStays) {
     {
         SqlitePreferences preferences(path, clock);
         preferences.setStrings(u"paths"_s, {u"/a"_s, u"/b"_s, u"/c"_s});
-        preferences.setIntegerMap(u"ratings"_s, {{u"/a"_s, 1}, {u"/c"_s, 3}});
+        preferences.insertInteger(u"ratings"_s, u"/a"_s, 1);
+        preferences.insertInteger(u"ratings"_s, u"/c"_s, 3);
     }
     // As a program that was killed in the middle of a removal leaves it.
     QProcess::execute(u"sqlite3"_s, {path, u"INSERT INTO removal (keys, entries) VALUES "
                                            "('[\"counts\",\"paths\",\"ratings\"]', "
                                            "'[\"/a\",\"/b\"]')"_s});
-    const auto expectPutIn = [](const Preferences& preferences) {
+    const auto expectPutIn = [](Preferences& preferences) {
         EXPECT_EQ(*preferences.integerMap(u"counts"_s), (IntegerMap{{u"/a"_s, 9}}));
         EXPECT_EQ(*preferences.strings(u"paths"_s), (QStringList{u"/c"_s, u"/a"_s}));
         EXPECT_EQ(*preferences.integerMap(u"ratings"_s), (IntegerMap{{u"/b"_s, 2}}));
@@ -124,7 +126,8 @@ TEST_F(PreferencesOutageTest, WhatIsPutInAgainIsSparedByARemovalThatIsHeldUp) {
             EXPECT_EQ(*preferences->strings(u"paths"_s), QStringList{u"/c"_s});
             preferences->insertInteger(u"counts"_s, u"/a"_s, 9);
             preferences->insertString(u"paths"_s, u"/a"_s);
-            preferences->setIntegerMap(u"ratings"_s, {{u"/b"_s, 2}});
+            preferences->remove(u"ratings"_s);
+            preferences->insertInteger(u"ratings"_s, u"/b"_s, 2);
             EXPECT_FALSE(preferences->isStored());
             expectPutIn(*preferences);
         }
@@ -133,7 +136,8 @@ TEST_F(PreferencesOutageTest, WhatIsPutInAgainIsSparedByARemovalThatIsHeldUp) {
         preferences->waitForRemovals();
         expectPutIn(*preferences);
     }
-    expectPutIn(SqlitePreferences(path, clock));
+    SqlitePreferences again(path, clock);
+    expectPutIn(again);
 }
 
 TEST_F(PreferencesOutageTest, AFullDiskLosesNothing) {
@@ -154,7 +158,7 @@ TEST_F(PreferencesOutageTest, ADamagedFileOnAFullDiskStaysUntilThereIsRoom) {
     disk.fillUp();
     const QStringList damaged{u"preferences.set-aside-*.sqlite"_s};
     SqlitePreferences preferences(path, clock);
-    EXPECT_EQ(preferences.number(u"volume"_s).valueOr(0), 0.5);
+    EXPECT_EQ(preferences.number(u"volume"_s).value_or(0), 0.5);
     makeChanges(preferences);
     EXPECT_FALSE(preferences.isStored());
     EXPECT_EQ(QDir(folder.path()).entryList(damaged).size(), 0);
@@ -169,7 +173,7 @@ TEST_F(PreferencesOutageTest, AReadOnlyFolderIsRead) {
     disk.setReadOnly(true);
     {
         SqlitePreferences preferences(path, clock);
-        EXPECT_EQ(preferences.number(u"volume"_s).valueOr(0), 0.5);
+        EXPECT_EQ(preferences.number(u"volume"_s).value_or(0), 0.5);
         makeChanges(preferences);
         EXPECT_FALSE(preferences.isStored());
         expectChanges(preferences);
@@ -181,7 +185,7 @@ TEST_F(PreferencesOutageTest, AReadOnlyFolderIsRead) {
 TEST_F(PreferencesOutageTest, WithoutAFolderItIsAllInMemory) {
     SqlitePreferences preferences(u"/dev/null/preferences.sqlite"_s, clock);
     preferences.setNumber(u"volume"_s, 0.25);
-    EXPECT_EQ(preferences.number(u"volume"_s).valueOr(0), 0.25);
+    EXPECT_EQ(preferences.number(u"volume"_s).value_or(0), 0.25);
     EXPECT_FALSE(preferences.isStored());
 }
 
