@@ -4,6 +4,7 @@
 #include "audio/analysis/spectrum_analyzer.h"
 #include "audio/analysis/spectrum_model.h"
 #include "audio/analysis/tap_buffer.h"
+#include "platform/mailbox.h"
 
 #include <array>
 #include <atomic>
@@ -70,9 +71,8 @@ class SpectrumTap::Impl {
     StreamFormat m_format;
     std::unique_ptr<TapBuffer> m_buffer;
 
-    /// A result is on its way to the main thread. Shared with that result, which may arrive when
-    /// the tap is gone.
-    std::shared_ptr<std::atomic<bool>> m_isShowing = std::make_shared<std::atomic<bool>>(false);
+    Mailbox m_results;
+    std::atomic<bool> m_isShowing = false; ///< a result is on its way to the main thread
 
     std::mutex m_mutex; ///< guards what follows, between the main and the analysis thread
     std::condition_variable m_wake;
@@ -118,21 +118,18 @@ void SpectrumTap::Impl::run() {
 }
 
 void SpectrumTap::Impl::analyse(SteadyClock::time_point now) {
-    if (!m_buffer || m_isShowing->load(std::memory_order_acquire))
+    if (!m_buffer || m_isShowing.load(std::memory_order_acquire))
         return;
     const auto samples = m_buffer->newest(m_output.framesHeard(), m_block);
     const double seconds = std::chrono::duration<double>(now.time_since_epoch()).count();
     const auto result = m_analyzer.processIfDue(samples, m_format.sampleRate, seconds);
     if (!result)
         return;
-    m_isShowing->store(true, std::memory_order_release);
-    QMetaObject::invokeMethod(
-        &m_model,
-        [isShowing = m_isShowing, &model = m_model, result = *result] {
-            isShowing->store(false, std::memory_order_release);
-            model.publish(result);
-        },
-        Qt::QueuedConnection);
+    m_isShowing.store(true, std::memory_order_release);
+    m_results.address().post([this, result = *result] {
+        m_isShowing.store(false, std::memory_order_release);
+        m_model.publish(result);
+    });
 }
 
 SpectrumTap::SpectrumTap(SpectrumModel& model, const SoundOutput& output)

@@ -2,23 +2,22 @@
 #pragma once
 
 #include "audio/files/audio_file.h"
+#include "platform/serial_worker.h"
 
 #include <QObject>
-#include <QThreadPool>
 
 #include <functional>
 
 namespace halvane {
 
-/// Opens one file at a time on a thread of its own: a slow disk, or a long MP3 that does not tell
-/// its length, would hold the main thread up. Main thread.
+/// Opens a file on a thread of its own: a slow disk, or a long MP3 that does not tell its length,
+/// would hold the main thread up. One that hangs holds up neither the next file nor the end of
+/// this. Main thread.
 class FileOpener : public QObject {
   public:
     using Done = std::function<void(AudioFile::Opened)>;
 
     explicit FileOpener(QObject* parent = nullptr);
-    /// Waits for the file that is being opened.
-    ~FileOpener() override;
 
     /// `done` gets the outcome, from the event loop, unless this is called again or cancelled by
     /// then.
@@ -28,9 +27,8 @@ class FileOpener : public QObject {
     bool isOpening() const { return static_cast<bool>(m_done); }
 
   private:
-    QThreadPool m_worker;
-    Done m_done;              ///< of the present request
-    quint64 m_generation = 0; ///< of the present request; outcomes of earlier ones are dropped
+    Done m_done; ///< of the present request
+    SerialWorker m_worker;
 };
 
 } // namespace halvane

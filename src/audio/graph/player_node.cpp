@@ -33,9 +33,8 @@ PlayerNode::PlayerNode(SoundOutput& output, Clock& clock, SpectrumTap* tap, QObj
     , m_output(output)
     , m_clock(clock)
     , m_tap(tap)
-    , m_decoder([this](std::uint64_t id, std::int64_t frames) {
-        QMetaObject::invokeMethod(
-            this, [this, id, frames] { segmentCutShort(id, frames); }, Qt::QueuedConnection);
+    , m_decoder([this, news = m_news.address()](std::uint64_t id, std::int64_t frames) {
+        news.post([this, id, frames] { segmentCutShort(id, frames); });
     })
     , m_graph(m_decoder, tap) {
 }

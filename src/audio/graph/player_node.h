@@ -5,6 +5,7 @@
 #include "audio/graph/heard_timeline.h"
 #include "audio/graph/render_graph.h"
 #include "platform/clock.h"
+#include "platform/mailbox.h"
 #include "platform/sound/sound_output.h"
 
 #include <QObject>
@@ -88,6 +89,7 @@ class PlayerNode : public QObject {
     bool m_endReached = false; ///< of the last segment
     std::unique_ptr<Timer> m_timer;
 
+    Mailbox m_news; ///< from the decoder
     DecoderThread m_decoder;
     RenderGraph m_graph;
 };

@@ -54,14 +54,11 @@ std::optional<QString> PulseOutput::open(const StreamFormat& format, RenderSourc
 /// Brings the stream's news from the audio thread to this one.
 PulseStream::Events PulseOutput::events() {
     const auto generation = ++m_generation;
-    const auto post = [this, generation](auto&& action) {
-        QMetaObject::invokeMethod(
-            this,
-            [this, generation, action] {
-                if (generation == m_generation)
-                    action();
-            },
-            Qt::QueuedConnection);
+    const auto post = [this, generation, news = m_news.address()](auto&& action) {
+        news.post([this, generation, action] {
+            if (generation == m_generation)
+                action();
+        });
     };
     return {[this, post](int error) { post([this, error] { streamFailed(error); }); },
             [this, post](std::uint32_t sink) { post([this, sink] { streamPlaced(sink); }); },

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/clock.h"
+#include "platform/mailbox.h"
 #include "platform/sound/heard_clock.h"
 #include "platform/sound/pulse_stream.h"
 #include "platform/sound/sound_output.h"
@@ -46,6 +47,7 @@ class PulseOutput final : public QObject, public SoundOutput {
     Clock& m_clock;
     HeardClock m_heard;
 
+    Mailbox m_news;                        ///< from the audio thread
     std::unique_ptr<PulseStream> m_stream; ///< between open and close, also when it has been lost
     std::uint64_t m_generation = 0;        ///< of the stream; news of an older one is dropped
     bool m_lost = false;
