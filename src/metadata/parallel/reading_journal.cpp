@@ -100,14 +100,24 @@ ReadingJournal::Verdict ReadingJournal::verdict(const QString& path) const {
 
 void ReadingJournal::condemn(const QString& path) {
     const std::lock_guard lock(m_mutex);
+    if (m_isClosed)
+        return;
     note(path, Verdict::condemned);
     store();
 }
 
 void ReadingJournal::acquit(const QString& path) {
     const std::lock_guard lock(m_mutex);
-    if (m_troubles.remove(path))
+    if (m_troubles.remove(path) && !m_isClosed)
         store();
+}
+
+void ReadingJournal::close() {
+    const std::lock_guard lock(m_mutex);
+    m_isClosed = true;
+    for (std::size_t i = 0; i < slots; ++i)
+        if (m_isTaken[i])
+            setMark(slot(i), freeMark);
 }
 
 ReadingJournal::Entry::Entry(ReadingJournal& journal, const QString& path, bool isAlone)
@@ -116,14 +126,12 @@ ReadingJournal::Entry::Entry(ReadingJournal& journal, const QString& path, bool 
     const QByteArray bytes = path.toUtf8();
     if (!journal.m_map || static_cast<std::size_t>(bytes.size()) > slotBytes - headerBytes)
         return;
-    {
-        const std::lock_guard lock(journal.m_mutex);
-        const auto free = std::find(journal.m_isTaken.begin(), journal.m_isTaken.end(), false);
-        if (free == journal.m_isTaken.end())
-            return;
-        *free = true;
-        m_slot = static_cast<std::size_t>(free - journal.m_isTaken.begin());
-    }
+    const std::lock_guard lock(journal.m_mutex);
+    const auto free = std::find(journal.m_isTaken.begin(), journal.m_isTaken.end(), false);
+    if (journal.m_isClosed || free == journal.m_isTaken.end())
+        return;
+    *free = true;
+    m_slot = static_cast<std::size_t>(free - journal.m_isTaken.begin());
     char* target = journal.slot(m_slot);
     const auto length = static_cast<quint16>(bytes.size());
     std::memcpy(target + 1, &length, sizeof length);
@@ -134,9 +142,10 @@ ReadingJournal::Entry::Entry(ReadingJournal& journal, const QString& path, bool 
 ReadingJournal::Entry::~Entry() {
     if (m_slot == slots)
         return;
-    setMark(m_journal.slot(m_slot), freeMark);
     const std::lock_guard lock(m_journal.m_mutex);
     m_journal.m_isTaken[m_slot] = false;
+    if (!m_journal.m_isClosed) // another journal may have the slot by now
+        setMark(m_journal.slot(m_slot), freeMark);
 }
 
 // One line a file: verdict, date, size, percent-encoded path.

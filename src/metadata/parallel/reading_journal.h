@@ -44,6 +44,9 @@ class ReadingJournal {
     void condemn(const QString& path);
     /// A suspect was read without harm.
     void acquit(const QString& path);
+    /// The program ends in order, so that files which are still being read have harmed nobody. From
+    /// now on nothing is remembered.
+    void close();
 
   private:
     static constexpr std::size_t slots = 32;
@@ -66,7 +69,8 @@ class ReadingJournal {
     char* m_map = nullptr; ///< slots: a mark, the length of the path, the path
     std::array<bool, slots> m_isTaken{};
     QHash<QString, Trouble> m_troubles;
-    mutable std::mutex m_mutex; ///< guards all of the above but the bytes of a taken slot
+    bool m_isClosed = false;
+    mutable std::mutex m_mutex; ///< guards all of the above
 };
 
 } // namespace halvane

@@ -71,6 +71,18 @@ TEST_F(ReadingJournalTest, ForgetsFilesThatWereReadToTheEnd) {
     EXPECT_EQ(ReadingJournal(folder.path()).verdict(path), Verdict::sound);
 }
 
+TEST_F(ReadingJournalTest, AnOrderlyEndAccusesNobody) {
+    const QString path = file(u"a.mp3"_s);
+    ReadingJournal journal(folder.path());
+    {
+        const ReadingJournal::Entry entry(journal, path, true);
+        journal.close();
+        EXPECT_EQ(ReadingJournal(folder.path()).verdict(path), Verdict::sound);
+    }
+    const ReadingJournal::Entry late(journal, path, true);
+    EXPECT_EQ(ReadingJournal(folder.path()).verdict(path), Verdict::sound);
+}
+
 TEST_F(ReadingJournalTest, DoesWithoutAFolder) {
     ReadingJournal journal(u"/dev/null/none"_s);
     const ReadingJournal::Entry entry(journal, u"/m/a.mp3"_s, false);
