@@ -95,7 +95,7 @@ int play(const Burden& burden, int seconds, const QString& path,
     const QTemporaryDir folder;
     const QStringList library = linksTo(path, folder.path(), 5'000);
     MemoryPreferences preferences;
-    const LocalFiles cloud;
+    const auto cloud = std::make_shared<LocalFiles>();
     SoundCheck::Collaborators with;
     with.visitFiles = [&](const std::function<void(const FileUrl&)>& visit) {
         for (const QString& file : library)

@@ -13,7 +13,7 @@ struct RealOutside {
     test::FakeEnvironment fakes;
     QString home;
     std::unique_ptr<SqlitePreferences> stored = openPreferences();
-    DesktopCloudFiles cloudFiles{home};
+    std::shared_ptr<DesktopCloudFiles> cloudFiles = std::make_shared<DesktopCloudFiles>(home);
 
     RealOutside()
         : home(fakes.folder.path()) {}

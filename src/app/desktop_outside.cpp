@@ -30,7 +30,7 @@ DesktopOutside::DesktopOutside(const QString& bus, QQmlEngine& engine, const QUr
     , m_notifications(bus)
     , m_toolkitChooser(engine, viewsRoot)
     , m_fileChooser(bus, windowInFront, m_toolkitChooser)
-    , m_cloudFiles(qEnvironmentVariable("XDG_RUNTIME_DIR"))
+    , m_cloudFiles(std::make_shared<DesktopCloudFiles>(qEnvironmentVariable("XDG_RUNTIME_DIR")))
     , m_sleepInhibitor(bus) {
 }
 

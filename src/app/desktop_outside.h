@@ -32,7 +32,7 @@ class DesktopOutside {
     DBusNotifications m_notifications;
     QuickFileChooser m_toolkitChooser;
     PortalFileChooser m_fileChooser;
-    DesktopCloudFiles m_cloudFiles;
+    std::shared_ptr<DesktopCloudFiles> m_cloudFiles;
     SystemLanguages m_languages;
     DBusSleepInhibitor m_sleepInhibitor;
 };

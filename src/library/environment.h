@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <future>
+#include <memory>
 
 namespace halvane {
 
@@ -30,7 +31,7 @@ struct Environment {
     MediaControls& mediaControls;
     Notifications& notifications;
     FileChooser& fileChooser;
-    CloudFiles& cloudFiles;
+    std::shared_ptr<CloudFiles> cloudFiles; ///< shared with looks at disks that do not answer
     PreferredLanguages& languages;
     SleepInhibitor& sleepInhibitor;
     QString dataFolder;  ///< where the metadata cache lives

@@ -38,7 +38,7 @@ LibraryConcerns::LibraryConcerns(const Environment& environment)
     , status(outside.clock)
     , progress(transportEngine, outside.clock)
     , queue(rowState())
-    , downloads({outside.clock, outside.cloudFiles, [this] { availability.refreshAvailability(); },
+    , downloads({outside.clock, *outside.cloudFiles, [this] { availability.refreshAvailability(); },
                  [this] { return !availability.cloudPendingPaths().isEmpty(); }})
     , availability({store, queue, outside.cloudFiles,
                     [this](const QSet<QString>& paths) { downloads.startCloudDownloads(paths); },
@@ -64,7 +64,6 @@ LibraryConcerns::LibraryConcerns(const Environment& environment)
     , sidebar([this](SidebarItem item) { return sidebarCount(item); })
     , maintenanceLists(store, availability, duplicates)
     , collections({store, catalog, playlists, availability, browsing, queue, transport})
-    , ambient(workers)
     , theme(outside.preferences, ambient)
     , remote(transport, queue, engine)
     , nowPlaying(outside.mediaControls, outside.notifications, remote, isApplicationActive,
@@ -79,8 +78,7 @@ LibraryConcerns::LibraryConcerns(const Environment& environment)
 }
 
 LibraryConcerns::~LibraryConcerns() {
-    workers.clear();
-    workers.waitForDone();
+    journal->close();
 }
 
 void LibraryConcerns::start() {

@@ -41,8 +41,6 @@
 #include "library/user/track_user_data.h"
 #include "metadata/parallel/reading_journal.h"
 
-#include <QThreadPool>
-
 namespace halvane {
 
 /// The library's concerns, each in a class of its own, in the order in which they are made, and
@@ -53,13 +51,13 @@ class LibraryConcerns : public QObject {
   public:
     /// Makes everything, with nothing restored and nothing playing.
     explicit LibraryConcerns(const Environment& environment);
+    /// Waits for a save of the index, and for nothing else.
     ~LibraryConcerns() override;
 
     /// Restores what is remembered and begins to listen to the outside. Once.
     void start();
 
     Environment outside;
-    QThreadPool workers; ///< short work whose results may be dropped
 
     // What the user has chosen and said.
     LanguageSetting language;

@@ -48,12 +48,12 @@ bool isText(QByteArrayView name) {
 
 class Walk {
   public:
-    explicit Walk(const std::atomic<bool>* cancelled)
-        : m_cancelled(cancelled) {}
+    explicit Walk(std::stop_token stop)
+        : m_stop(std::move(stop)) {}
 
     void addFolder(const QByteArray& root) {
         m_pending.push_back(root);
-        while (!m_pending.empty() && !(m_cancelled && *m_cancelled)) {
+        while (!m_pending.empty() && !m_stop.stop_requested()) {
             const QByteArray folder = std::move(m_pending.back());
             m_pending.pop_back();
             readFolder(folder);
@@ -105,7 +105,7 @@ class Walk {
         (isFolder ? m_pending : m_files).push_back(path);
     }
 
-    const std::atomic<bool>* m_cancelled;
+    const std::stop_token m_stop;
     std::vector<QByteArray> m_pending; ///< folders still to be read
     std::vector<QByteArray> m_files;
     std::set<std::pair<dev_t, ino_t>> m_visited;
@@ -117,8 +117,7 @@ bool isPlayable(const QString& fileName) {
     return hasPlayableExtension(fileName.toUtf8());
 }
 
-std::vector<FileUrl> audioFileURLs(const std::vector<QString>& roots,
-                                   const std::atomic<bool>* cancelled) {
+std::vector<FileUrl> audioFileURLs(const std::vector<QString>& roots, const std::stop_token& stop) {
     std::vector<FileUrl> urls;
     for (const QString& root : roots) {
         const QByteArray path = root.toUtf8();
@@ -130,7 +129,7 @@ std::vector<FileUrl> audioFileURLs(const std::vector<QString>& roots,
                 urls.emplace_back(root);
             continue;
         }
-        Walk walk(cancelled);
+        Walk walk(stop);
         walk.addFolder(path);
         for (const QByteArray& file : walk.files())
             urls.emplace_back(QString::fromUtf8(file));

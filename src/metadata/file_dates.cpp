@@ -14,14 +14,13 @@ FileFacts fileFacts(const QString& path) {
     return {true, referenceDate(facts.st_mtim), facts.st_size};
 }
 
-std::vector<FileFacts> fileFacts(const std::vector<FileUrl>& files,
-                                 const std::function<bool()>& isCancelled) {
+std::vector<FileFacts> fileFacts(const std::vector<FileUrl>& files, const std::stop_token& stop) {
     constexpr std::size_t portion = 512;
     // Owned by the look: a thread that hangs in a dead mount outlives it.
     const auto inputs = std::make_shared<const std::vector<FileUrl>>(files);
     BoundedParallel<std::vector<FileFacts>>::Options options;
     options.threads = lookingThreads();
-    options.isCancelled = isCancelled;
+    options.isCancelled = [&stop] { return stop.stop_requested(); };
     const auto portions = BoundedParallel<std::vector<FileFacts>>::run(
         (files.size() + portion - 1) / portion,
         [inputs](std::size_t index) {

@@ -4,7 +4,7 @@
 #include "model/file_url.h"
 
 #include <ctime>
-#include <functional>
+#include <stop_token>
 #include <vector>
 
 namespace halvane {
@@ -31,7 +31,6 @@ FileFacts fileFacts(const QString& path);
 
 /// The same of many files, on several threads. A disk that does not answer leaves its files without
 /// facts, as if they were gone; so does an end before time.
-std::vector<FileFacts> fileFacts(const std::vector<FileUrl>& files,
-                                 const std::function<bool()>& isCancelled);
+std::vector<FileFacts> fileFacts(const std::vector<FileUrl>& files, const std::stop_token& stop);
 
 } // namespace halvane

@@ -169,7 +169,7 @@ void streamItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
     constexpr Parallel::Portions portions{32, 256};
     // Shared with the threads, of which a stuck one may outlive this call.
     auto reader = std::make_shared<Reader>(urls, language, with);
-    const auto isCancelled = [&with] { return with.cancelled && *with.cancelled; };
+    const auto isCancelled = [&with] { return with.stop.stop_requested(); };
     StringPool pool;
 
     const auto readRange = [&](std::size_t begin, std::size_t end, std::size_t threads) {

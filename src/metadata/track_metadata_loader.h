@@ -12,10 +12,10 @@
 #include <QString>
 #include <QVariant>
 
-#include <atomic>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <vector>
 
 class QUrl;
@@ -42,14 +42,14 @@ bool isPlayable(const QString& fileName);
 /// unreadable folders and names that are not valid UTF-8 are left out; links are followed, each
 /// folder is walked once. Duplicates across overlapping roots are kept.
 std::vector<FileUrl> audioFileURLs(const std::vector<QString>& roots,
-                                   const std::atomic<bool>* cancelled = nullptr);
+                                   const std::stop_token& stop = {});
 
 /// What accompanies the reading of many files. All members may be left out.
 struct Accompaniment {
-    std::shared_ptr<ReadingJournal> journal;      ///< remembers files that crash or hang readers
-    const std::atomic<bool>* cancelled = nullptr; ///< when set, the files not yet read stay bare
+    std::shared_ptr<ReadingJournal> journal; ///< remembers files that crash or hang readers
+    std::stop_token stop;                    ///< on request the files not yet read stay bare
     /// Whether opening a file would block until it is downloaded: then it yields what its name
-    /// says. Called on many threads.
+    /// says. Called on many threads, and must own what it uses.
     std::function<bool(const QString& path)> isEvicted;
     /// What is known of a file, which then need not be opened. Called on many threads, and must own
     /// what it uses.

@@ -111,7 +111,7 @@ struct FakeOutside {
     QuietControls controls;
     QuietNotifications notifications;
     SilentChooser chooser;
-    FakeCloudFiles cloud;
+    std::shared_ptr<FakeCloudFiles> cloud = std::make_shared<FakeCloudFiles>();
     OneLanguage languages;
     NoInhibitor inhibitor;
 

@@ -113,7 +113,7 @@ void GalleryWorld::furnish() {
             library.playAlbum(index.data(albumRole).toString());
     }
     QFile::remove(pathOf(missingTrack));
-    m_outside.cloud.setEvicted({pathOf(evictedTrack)});
+    m_outside.cloud->setEvicted({pathOf(evictedTrack)});
 }
 
 } // namespace halvane::test

@@ -21,13 +21,22 @@ class FakeCloudFiles final : public CloudFiles {
     }
 
     QStringList downloading; ///< what was asked for; main thread
-    /// Called before a file is opened for import, on many threads; to be changed only while no
-    /// worker looks.
-    std::function<void(const QString& path)> beforeOpening;
+    using BeforeOpening = std::function<void(const QString& path)>;
+    /// Called before a file is opened for import, on many threads; it must own what it uses. Any
+    /// thread.
+    void setBeforeOpening(BeforeOpening call) {
+        const std::scoped_lock lock(m_mutex);
+        m_beforeOpening = std::move(call);
+    }
 
     bool blocksWhenOpened(const QString& path) const override {
-        if (beforeOpening)
-            beforeOpening(path);
+        BeforeOpening call;
+        {
+            const std::scoped_lock lock(m_mutex);
+            call = m_beforeOpening;
+        }
+        if (call)
+            call(path);
         return isEvicted(path);
     }
     FilePresence presence(const QString& path) const override {
@@ -43,7 +52,8 @@ class FakeCloudFiles final : public CloudFiles {
 
   private:
     mutable std::mutex m_mutex;
-    QSet<QString> m_evicted; ///< guarded by the mutex
+    QSet<QString> m_evicted; ///< guarded by the mutex, as what follows
+    BeforeOpening m_beforeOpening;
 };
 
 } // namespace halvane::test

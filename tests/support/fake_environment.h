@@ -99,14 +99,14 @@ struct FakeEnvironment {
     FakeMediaControls mediaControls;
     FakeNotifications notifications;
     FakeFileChooser fileChooser;
-    FakeCloudFiles cloudFiles;
+    std::shared_ptr<FakeCloudFiles> cloudFiles = std::make_shared<FakeCloudFiles>();
     FakeLanguages languages;
     FakeSleepInhibitor sleepInhibitor;
     QTemporaryDir folder;
 
     operator Environment() { return with(cloudFiles); }
     /// With another look at the cloud.
-    Environment with(CloudFiles& cloud) {
+    Environment with(std::shared_ptr<CloudFiles> cloud) {
         return {clock,
                 preferences,
                 output,
@@ -114,7 +114,7 @@ struct FakeEnvironment {
                 mediaControls,
                 notifications,
                 fileChooser,
-                cloud,
+                std::move(cloud),
                 languages,
                 sleepInhibitor,
                 folder.filePath(QStringLiteral("data")),

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "library/catalog/library_catalog.h"
 
-#include "library/background.h"
 #include "platform/thread_check.h"
 
 #include <utility>
@@ -21,30 +20,17 @@ LibraryCatalog::LibraryCatalog(const LibraryStore& store,
     , m_store(store)
     , m_language(std::move(language))
     , m_catalog(buildCatalog(std::make_shared<const TrackRows>(), ResolvedLanguage::english)) {
-    m_worker.setMaxThreadCount(1);
-}
-
-LibraryCatalog::~LibraryCatalog() {
-    m_worker.clear();
-    m_worker.waitForDone();
 }
 
 void LibraryCatalog::rebuildImportedAlbums() {
     assertOwnThread(*this);
-    ++m_generation;
-    m_worker.clear(); // what waits has been overtaken
+    m_worker.cancel(); // what was asked for before has been overtaken
     auto rows = m_store.snapshot();
     const ResolvedLanguage language = m_language();
     if (rows->size() <= derivedInPlace)
         return publish(buildCatalog(std::move(rows), language));
-    m_worker.start([this, rows, language, generation = m_generation] {
-        yieldToTheWindow();
-        auto catalog = buildCatalog(rows, language);
-        QMetaObject::invokeMethod(this, [this, catalog, generation] {
-            if (generation == m_generation)
-                publish(catalog);
-        });
-    });
+    m_worker.run([rows, language] { return buildCatalog(rows, language); },
+                 [this](std::shared_ptr<const Catalog> catalog) { publish(std::move(catalog)); });
 }
 
 void LibraryCatalog::whenCurrent(QObject* context, std::function<void()> then) {
@@ -59,8 +45,9 @@ void LibraryCatalog::whenCurrent(QObject* context, std::function<void()> then) {
 void LibraryCatalog::publish(std::shared_ptr<const Catalog> catalog) {
     const auto before = std::exchange(m_catalog, std::move(catalog));
     Q_EMIT catalogChanged();
+    // A large one takes long to free; the lists have let go of it.
     if (before->rows->size() > derivedInPlace)
-        m_worker.start([before] {}); // a large one takes long to free; the lists have let go of it
+        m_worker.start([before](const auto&) {});
 }
 
 } // namespace halvane

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "library/catalog/catalog.h"
+#include "platform/serial_worker.h"
 
 #include <QObject>
-#include <QThreadPool>
 
 #include <functional>
 
@@ -20,7 +20,6 @@ class LibraryCatalog : public QObject {
     /// The store must outlive it.
     LibraryCatalog(const LibraryStore& store, std::function<ResolvedLanguage()> language,
                    QObject* parent = nullptr);
-    ~LibraryCatalog() override;
 
     /// What is published now; never null.
     const std::shared_ptr<const Catalog>& catalog() const { return m_catalog; }
@@ -43,8 +42,7 @@ class LibraryCatalog : public QObject {
     const LibraryStore& m_store;
     std::function<ResolvedLanguage()> m_language;
     std::shared_ptr<const Catalog> m_catalog;
-    quint64 m_generation = 0; ///< of the newest derivation that was asked for
-    QThreadPool m_worker;     ///< one thread; last, so that its work has ended before the rest goes
+    SerialWorker m_worker{SerialWorker::Priority::low};
 };
 
 } // namespace halvane

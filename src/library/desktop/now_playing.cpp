@@ -52,11 +52,6 @@ NowPlaying::NowPlaying(MediaControls& controls, Notifications& notifications, Re
     , m_player(player)
     , m_isApplicationActive(std::move(isApplicationActive))
     , m_artworkFolder(artworkFolder) {
-    m_worker.setMaxThreadCount(1);
-}
-
-NowPlaying::~NowPlaying() {
-    m_worker.clear();
 }
 
 void NowPlaying::setupRemoteCommands() {
@@ -150,21 +145,18 @@ void NowPlaying::resolveArtwork(const QueueItem& item) {
     if (m_resolving == path || (!item.coverImageData && !item.coverURL))
         return;
     m_resolving = path;
-    m_worker.clear();
-    m_worker.start([this, item, path, folder = m_artworkFolder] {
-        auto file = exportedArtwork(item, folder);
-        QMetaObject::invokeMethod(this, [this, path, file = std::move(file)] {
-            if (m_resolving != path)
-                return; // another track plays by now
-            m_resolving.clear();
-            m_nowPlayingArtworkCache = CachedArtwork{path, file};
-            if (const auto waiting = std::exchange(m_toNotify, {});
-                waiting && waiting->path() == path)
-                post(*waiting, file);
-            if (const auto* current = m_player.currentItem(); current && current->path() == path)
-                updateNowPlayingInfo();
-        });
-    });
+    m_worker.leaveBehind(); // the picture before may lie on a disk that does not answer
+    m_worker.run([item, folder = m_artworkFolder] { return exportedArtwork(item, folder); },
+                 [this, path](const std::optional<QString>& file) { resolved(path, file); });
+}
+
+void NowPlaying::resolved(const QString& path, const std::optional<QString>& file) {
+    m_resolving.clear();
+    m_nowPlayingArtworkCache = CachedArtwork{path, file};
+    if (const auto waiting = std::exchange(m_toNotify, {}); waiting && waiting->path() == path)
+        post(*waiting, file);
+    if (const auto* current = m_player.currentItem(); current && current->path() == path)
+        updateNowPlayingInfo();
 }
 
 void NowPlaying::notifyTrackChange(const QueueItem& item) {

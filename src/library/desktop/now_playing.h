@@ -3,10 +3,10 @@
 
 #include "library/desktop/remote_player.h"
 #include "platform/mpris/media_controls.h"
+#include "platform/serial_worker.h"
 
 #include <QObject>
 #include <QString>
-#include <QThreadPool>
 
 #include <functional>
 #include <memory>
@@ -28,7 +28,6 @@ class NowPlaying : public QObject {
     NowPlaying(MediaControls& controls, Notifications& notifications, RemotePlayer& player,
                std::function<bool()> isApplicationActive, const QString& artworkFolder,
                QObject* parent = nullptr);
-    ~NowPlaying() override;
 
     /// Registers for what the desktop may ask. Once, at start-up.
     void setupRemoteCommands();
@@ -51,6 +50,7 @@ class NowPlaying : public QObject {
     CommandResult changePlaybackPosition(double seconds);
     std::optional<QString> nowPlayingArtwork(const QueueItem& item);
     void resolveArtwork(const QueueItem& item);
+    void resolved(const QString& path, const std::optional<QString>& file);
     void post(const QueueItem& item, const std::optional<QString>& image);
 
     MediaControls& m_controls;
@@ -61,7 +61,7 @@ class NowPlaying : public QObject {
     std::optional<CachedArtwork> m_nowPlayingArtworkCache; ///< of the last entry that was asked for
     QString m_resolving;                 ///< path of the track whose picture a worker looks for
     std::optional<QueueItem> m_toNotify; ///< waits for that picture
-    QThreadPool m_worker;                ///< last, so that its work has ended before the rest goes
+    SerialWorker m_worker;
 };
 
 } // namespace halvane

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "library/import/bookmarks.h"
 
-#include "library/background.h"
 #include "library/user/settings_keys.h"
 #include "model/file_url.h"
 #include "platform/log.h"
@@ -15,11 +14,6 @@ namespace halvane {
 Bookmarks::Bookmarks(Preferences& preferences, QObject* parent)
     : QObject(parent)
     , m_preferences(preferences) {
-    m_worker.setMaxThreadCount(1);
-}
-
-Bookmarks::~Bookmarks() {
-    m_worker.waitForDone();
 }
 
 Bookmarks::Answer Bookmarks::ask(const QByteArray& path) {
@@ -34,8 +28,7 @@ void Bookmarks::restoreBookmarkAccess() {
         qCInfo(libraryLog, "bookmark restore: none stored");
         return;
     }
-    runInBackground(
-        m_worker, this,
+    m_worker.run(
         [blobs] {
             std::vector<Answer> answers;
             for (const QByteArray& blob : blobs)
@@ -70,8 +63,7 @@ void Bookmarks::finishRestoring(const std::vector<QByteArray>& blobs,
 
 void Bookmarks::persistBookmarks(const QStringList& forGrantedRoots) {
     assertOwnThread(*this);
-    runInBackground(
-        m_worker, this,
+    m_worker.run(
         [forGrantedRoots] {
             std::vector<Answer> answers;
             for (const QString& root : forGrantedRoots)

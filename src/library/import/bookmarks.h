@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/serial_worker.h"
+
 #include <QObject>
 #include <QSet>
 #include <QStringList>
-#include <QThreadPool>
 
 namespace halvane {
 
@@ -19,7 +20,6 @@ class Bookmarks : public QObject {
   public:
     /// The preferences must outlive it.
     explicit Bookmarks(Preferences& preferences, QObject* parent = nullptr);
-    ~Bookmarks() override;
 
     /// Starts access to what is stored, forgets what is gone, and says so in the log.
     void restoreBookmarkAccess();
@@ -44,7 +44,7 @@ class Bookmarks : public QObject {
 
     Preferences& m_preferences;
     QSet<QString> m_accessed;
-    QThreadPool m_worker; ///< one thread: what is asked first is stored first
+    SerialWorker m_worker; ///< what is asked first is stored first
 };
 
 } // namespace halvane

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "library/import/cache_persistence.h"
 
-#include "library/background.h"
 #include "library/catalog/track_conversion.h"
 #include "platform/thread_check.h"
 
@@ -12,11 +11,10 @@ CachePersistence::CachePersistence(const LibraryStore& library, const MetadataCa
     : QObject(parent)
     , m_library(library)
     , m_cache(cache) {
-    m_worker.setMaxThreadCount(1);
 }
 
 CachePersistence::~CachePersistence() {
-    m_worker.waitForDone();
+    m_worker.finish();
 }
 
 void CachePersistence::persistMetadataCache() {
@@ -35,10 +33,8 @@ void CachePersistence::release() {
 void CachePersistence::begin() {
     m_isWanted = false;
     m_isSaving = true;
-    runInBackground(
-        m_worker, this,
+    m_worker.run(
         [cache = m_cache, rows = m_library.snapshot()] {
-            yieldToTheWindow();
             cache.save(rows->size(), [&rows](std::size_t row) {
                 return queueItemFromTrack(*(*rows)[row]).value_or(QueueItem());
             });

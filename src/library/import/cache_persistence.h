@@ -3,9 +3,9 @@
 
 #include "library/catalog/library_store.h"
 #include "metadata/cache/metadata_cache.h"
+#include "platform/serial_worker.h"
 
 #include <QObject>
-#include <QThreadPool>
 
 namespace halvane {
 
@@ -39,7 +39,7 @@ class CachePersistence : public QObject {
     bool m_isSaving = false;
     bool m_isWanted = false;
     bool m_isHeld = false;
-    QThreadPool m_worker;
+    SerialWorker m_worker{SerialWorker::Priority::low};
 };
 
 } // namespace halvane

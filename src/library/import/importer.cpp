@@ -14,7 +14,6 @@
 #include "platform/thread_check.h"
 #include "presentation/l10n.h"
 
-#include <QCoreApplication>
 #include <QPointer>
 
 #include <future>
@@ -26,30 +25,11 @@ namespace {
 constexpr double secondsBetweenRebuilds = 1.0;
 constexpr double secondsBeforeProgress = 1.0;
 
-/// Posts to the main thread, where the owner may be gone by then.
-template<typename Call>
-void post(const QPointer<Importer>& owner, Call call) {
-    QMetaObject::invokeMethod(
-        QCoreApplication::instance(),
-        [owner, call = std::move(call)] {
-            if (owner)
-                call();
-        },
-        Qt::QueuedConnection);
-}
-
 } // namespace
 
 Importer::Importer(ImportCollaborators with, QObject* parent)
     : QObject(parent)
-    , m_with(std::move(with))
-    , m_cancelled(std::make_shared<std::atomic<bool>>(false)) {
-    m_worker.setMaxThreadCount(1);
-}
-
-Importer::~Importer() {
-    *m_cancelled = true;
-    m_worker.waitForDone();
+    , m_with(std::move(with)) {
 }
 
 void Importer::chooseAndImportMusic(bool files, bool directories) {
@@ -79,11 +59,11 @@ bool Importer::importDroppedProviders(const std::vector<DroppedItem>& items) {
     auto drop = std::make_shared<Drop>();
     drop->unanswered = items.size();
     for (const DroppedItem& item : items) {
-        item([drop, weak = QPointer(this)](const QVariant& answer) {
+        item([drop, drops = m_drops.address(), this](const QVariant& answer) {
             if (const auto url = TrackMetadataLoader::url(answer))
                 drop->collector.append(*url);
             if (--drop->unanswered == 0)
-                post(weak, [drop, weak] { weak->importDroppedURLs(drop->collector.urls()); });
+                drops.post([drop, this] { importDroppedURLs(drop->collector.urls()); });
         });
     }
     return true;
@@ -105,26 +85,25 @@ void Importer::importDroppedURLs(const QList<QUrl>& urls) {
 /// portions. All of it in one go: at the program's start the main thread is busy with its first
 /// picture, and every question to it would hold up the first sound by that much.
 struct Importer::Run {
-    QPointer<Importer> owner;
+    Importer* importer; ///< for what is posted
     QStringList roots;
     TrackRows queued;
     MetadataCache cache;
     std::shared_ptr<ReadingJournal> journal;
-    const CloudFiles* cloudFiles;
+    std::shared_ptr<const CloudFiles> cloudFiles;
     ResolvedLanguage language;
-    std::shared_ptr<std::atomic<bool>> cancelled;
 
-    void operator()() const {
+    void operator()(const SerialWorker::Job& job) const {
         // The main thread is to play the first of them.
         const auto preparation = std::async(std::launch::async, &AudioFile::prepare);
         const auto all =
-            TrackMetadataLoader::audioFileURLs({roots.begin(), roots.end()}, cancelled.get());
+            TrackMetadataLoader::audioFileURLs({roots.begin(), roots.end()}, job.token());
         const auto files = notQueued(all);
         const Found found{all.size(), files.size(),
                           all.empty() ? QString() : all.front().standardizedPath()};
-        post(owner, [importer = owner, roots = roots, found] { importer->take(roots, found); });
+        job.post([importer = importer, roots = roots, found] { importer->take(roots, found); });
         if (!files.empty())
-            read(files, preparation);
+            read(job, files, preparation);
     }
 
     std::vector<FileUrl> notQueued(const std::vector<FileUrl>& files) const {
@@ -142,37 +121,35 @@ struct Importer::Run {
         return fresh;
     }
 
-    void read(const std::vector<FileUrl>& files, const std::future<void>& preparation) const {
+    void read(const SerialWorker::Job& job, const std::vector<FileUrl>& files,
+              const std::future<void>& preparation) const {
         TrackMetadataLoader::Accompaniment with;
         with.journal = journal;
-        with.cancelled = cancelled.get();
+        with.stop = job.token();
         with.isEvicted = [files = cloudFiles](const QString& path) {
             return files->blocksWhenOpened(path);
         };
-        with.progress = [this, all = files.size()](std::size_t done) {
-            const double fraction = static_cast<double>(done) / static_cast<double>(all);
-            post(owner, [importer = owner, fraction] { importer->setProgress(fraction); });
+        with.progress = [&](std::size_t done) {
+            const double fraction = static_cast<double>(done) / static_cast<double>(files.size());
+            job.post([importer = importer, fraction] { importer->setProgress(fraction); });
         };
         auto index = std::make_shared<const MetadataIndex>(cache.loadIndex());
         cache.streamItems(files, language, std::move(index), with,
-                          [this, &preparation](std::vector<LoadedItem> next) {
+                          [&](std::vector<LoadedItem> next) {
                               preparation.wait();
-                              handOver(std::move(next));
+                              handOver(job, std::move(next));
                           });
-        if (!*cancelled)
-            post(owner, [importer = owner] { importer->finish(); });
+        job.post([importer = importer] { importer->finish(); });
     }
 
     /// Few enough rows that the main thread takes them over within a frame.
-    void handOver(std::vector<LoadedItem> loaded) const {
-        if (*cancelled)
-            return; // what was not read any more must not come in bare
-        post(owner, [importer = owner, rows = rowsFromLoaded(std::move(loaded))] {
+    void handOver(const SerialWorker::Job& job, std::vector<LoadedItem> loaded) const {
+        job.post([importer = importer, rows = rowsFromLoaded(std::move(loaded))] {
             importer->addRows(rows);
         });
         // Taking rows over and opening a file are each worth a frame's time: between them the
         // windows get their turn.
-        post(owner, [importer = owner] { importer->playFirst(); });
+        job.post([importer = importer] { importer->playFirst(); });
     }
 };
 
@@ -190,7 +167,7 @@ void Importer::startNext() {
     const QStringList roots = m_waiting.front();
     m_waiting.pop_front();
     m_worker.start(Run{this, roots, m_with.queue.records(), m_with.cache, m_with.journal,
-                       &m_with.cloudFiles, m_with.language(), m_cancelled});
+                       m_with.cloudFiles, m_with.language()});
 }
 
 void Importer::take(const QStringList& roots, const Found& found) {

@@ -4,10 +4,10 @@
 #include "library/catalog/library_store.h"
 #include "library/import/dropped_url_collector.h"
 #include "metadata/cache/metadata_cache.h"
+#include "platform/serial_worker.h"
 
 #include <QObject>
 #include <QStringList>
-#include <QThreadPool>
 #include <QVariant>
 
 #include <deque>
@@ -36,7 +36,7 @@ struct ImportCollaborators {
     CachePersistence& persistence;
     FileChooser& fileChooser;
     Clock& clock;
-    const CloudFiles& cloudFiles;
+    std::shared_ptr<const CloudFiles> cloudFiles;
     MetadataCache cache;
     std::shared_ptr<ReadingJournal> journal;
     std::function<ResolvedLanguage()> language;
@@ -60,9 +60,8 @@ class Importer : public QObject {
     Q_OBJECT
 
   public:
+    /// When it goes, a running import ends; what that had brought stays.
     explicit Importer(ImportCollaborators with, QObject* parent = nullptr);
-    /// Ends a running import; what it had brought stays.
-    ~Importer() override;
 
     /// Shows the desktop's panel and imports what is chosen there.
     void chooseAndImportMusic(bool files, bool directories);
@@ -106,8 +105,8 @@ class Importer : public QObject {
     QUuid m_first; ///< the entry that is to be played, null once it is
     qint64 m_added = 0;
     qint64 m_skipped = 0;
-    std::shared_ptr<std::atomic<bool>> m_cancelled;
-    QThreadPool m_worker; ///< one thread
+    Mailbox m_drops; ///< for the items of drops, which answer on any thread
+    SerialWorker m_worker;
 };
 
 } // namespace halvane

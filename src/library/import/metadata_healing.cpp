@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "library/import/metadata_healing.h"
 
-#include "library/background.h"
 #include "library/catalog/track_rows.h"
 #include "library/import/cache_persistence.h"
 #include "library/playback/play_queue.h"
@@ -14,14 +13,7 @@ namespace halvane {
 
 MetadataHealing::MetadataHealing(HealingCollaborators with, QObject* parent)
     : QObject(parent)
-    , m_with(std::move(with))
-    , m_cancelled(std::make_shared<std::atomic<bool>>(false)) {
-    m_worker.setMaxThreadCount(1);
-}
-
-MetadataHealing::~MetadataHealing() {
-    *m_cancelled = true;
-    m_worker.waitForDone();
+    , m_with(std::move(with)) {
 }
 
 void MetadataHealing::healIncompleteMetadata() {
@@ -29,10 +21,9 @@ void MetadataHealing::healIncompleteMetadata() {
     if (m_isRunning)
         return; // every refresh asks again
     m_isRunning = true;
-    runInBackground(
-        m_worker, this,
-        [rows = m_with.library.snapshot(), attempts = m_attempts, cloudFiles = &m_with.cloudFiles,
-         journal = m_with.journal, language = m_with.language(), cancelled = m_cancelled] {
+    m_worker.run(
+        [rows = m_with.library.snapshot(), attempts = m_attempts, cloudFiles = m_with.cloudFiles,
+         journal = m_with.journal, language = m_with.language()](const SerialWorker::Job& job) {
             Pass pass;
             std::vector<FileUrl> incomplete;
             for (const TrackPtr& row : *rows) {
@@ -44,15 +35,14 @@ void MetadataHealing::healIncompleteMetadata() {
             }
             TrackMetadataLoader::Accompaniment with;
             with.journal = journal;
-            with.cancelled = cancelled.get();
+            with.stop = job.token();
             pass.items = TrackMetadataLoader::loadItems(incomplete, language, with);
             return pass;
         },
         [this](const Pass& pass) {
             m_isRunning = false;
             m_attempts.unite(pass.attempted);
-            if (!*m_cancelled)
-                applyHealedMetadata(pass.items);
+            applyHealedMetadata(pass.items);
             Q_EMIT finished();
         });
 }

@@ -3,9 +3,9 @@
 
 #include "library/catalog/library_store.h"
 #include "metadata/track_metadata_loader.h"
+#include "platform/serial_worker.h"
 
 #include <QObject>
-#include <QThreadPool>
 
 #include <functional>
 
@@ -20,7 +20,7 @@ struct HealingCollaborators {
     LibraryStore& library;
     PlayQueue& queue;
     CachePersistence& persistence;
-    const CloudFiles& cloudFiles;
+    std::shared_ptr<const CloudFiles> cloudFiles;
     std::shared_ptr<ReadingJournal> journal;
     std::function<ResolvedLanguage()> language;
     std::function<void()> rebuildImportedAlbums;
@@ -34,7 +34,6 @@ class MetadataHealing : public QObject {
 
   public:
     explicit MetadataHealing(HealingCollaborators with, QObject* parent = nullptr);
-    ~MetadataHealing() override;
 
     void healIncompleteMetadata();
     /// Puts what was read into the tracks of the same paths; their ids and what the user made of
@@ -56,8 +55,7 @@ class MetadataHealing : public QObject {
     HealingCollaborators m_with;
     QSet<QString> m_attempts;
     bool m_isRunning = false;
-    std::shared_ptr<std::atomic<bool>> m_cancelled;
-    QThreadPool m_worker;
+    SerialWorker m_worker;
 };
 
 } // namespace halvane

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "library/import/restoration.h"
 
-#include "library/background.h"
 #include "library/catalog/library_catalog.h"
 #include "library/catalog/track_rows.h"
 #include "library/import/cache_persistence.h"
@@ -35,14 +34,7 @@ TrackRows portionOf(TrackRows& rows) {
 
 Restoration::Restoration(RestorationCollaborators with, QObject* parent)
     : QObject(parent)
-    , m_with(std::move(with))
-    , m_cancelled(std::make_shared<std::atomic<bool>>(false)) {
-    m_worker.setMaxThreadCount(1);
-}
-
-Restoration::~Restoration() {
-    *m_cancelled = true;
-    m_worker.waitForDone();
+    , m_with(std::move(with)) {
 }
 
 void Restoration::restoreImportedAudio() {
@@ -55,11 +47,9 @@ void Restoration::restoreImportedAudio() {
 void Restoration::remember(const StoredPaths& stored) {
     // The index is kept until the rows are on their way to the main thread: to free it takes time.
     const auto index = std::make_shared<std::shared_ptr<const MetadataIndex>>();
-    runInBackground(
-        m_worker, this,
+    m_worker.run(
         [stored, index, cache = m_with.cache,
          firstPicture = m_with.firstPicture]() -> std::optional<Remembered> {
-            yieldToTheWindow();
             if (firstPicture.valid())
                 firstPicture.wait_for(longestWaitForPicture);
             *index = std::make_shared<const MetadataIndex>(cache.loadIndex());
@@ -75,8 +65,6 @@ void Restoration::remember(const StoredPaths& stored) {
             return remembered;
         },
         [this](std::optional<Remembered> remembered) {
-            if (*m_cancelled)
-                return;
             if (remembered)
                 publish(*std::move(remembered));
             else // could not be read ahead of need
@@ -107,23 +95,18 @@ void Restoration::publish(Remembered remembered) {
 }
 
 void Restoration::check(TrackRows known, std::vector<FileUrl> unknown, bool isCacheCurrent) {
-    runInBackground(
-        m_worker, this,
+    m_worker.run(
         [known = std::move(known), unknown = std::move(unknown),
-         with = Reading{m_with.journal, &m_with.cloudFiles, m_with.language(), m_cancelled}] {
-            yieldToTheWindow();
-            return fresh(known, unknown, with);
-        },
+         with = Reading{m_with.journal, m_with.cloudFiles, m_with.language()}](
+            const SerialWorker::Job& job) { return fresh(known, unknown, with, job.token()); },
         [this, isCacheCurrent](Fresh fresh) {
-            if (*m_cancelled)
-                return;
             const bool isUnchanged = fresh.changed.empty() && fresh.added.empty();
             takeOver(std::move(fresh), isCacheCurrent && isUnchanged);
         });
 }
 
 Restoration::Fresh Restoration::fresh(const TrackRows& known, std::vector<FileUrl> unknown,
-                                      const Reading& with) {
+                                      const Reading& with, const std::stop_token& stop) {
     std::vector<const Track*> tracks;
     std::vector<FileUrl> files;
     tracks.reserve(known.size());
@@ -135,28 +118,26 @@ Restoration::Fresh Restoration::fresh(const TrackRows& known, std::vector<FileUr
         }
     }
     std::move(unknown.begin(), unknown.end(), std::back_inserter(files));
-    const std::vector<FileFacts> facts =
-        fileFacts(files, [&with] { return with.cancelled->load(); });
+    const std::vector<FileFacts> facts = fileFacts(files, stop);
 
     // What is gone is known by its record; without one it is not known at all.
     std::vector<FileUrl> toRead;
     std::vector<const Track*> changed;
     for (std::size_t i = 0; i < files.size(); ++i) {
-        if (!facts[i].exists)
-            continue;
-        if (i < tracks.size()) {
-            if (tracks[i]->readDate == facts[i].modificationDate) {
-                tracks[i]->fileSize.learn(facts[i].size);
-                continue;
-            }
-            changed.push_back(tracks[i]);
+        const Track* track = i < tracks.size() ? tracks[i] : nullptr;
+        if (track && (!facts[i].exists || track->readDate == facts[i].modificationDate)) {
+            if (facts[i].exists)
+                track->fileSize.learn(facts[i].size);
+        } else if (facts[i].exists) {
+            toRead.push_back(files[i]);
+            if (track)
+                changed.push_back(track);
         }
-        toRead.push_back(files[i]);
     }
 
     TrackMetadataLoader::Accompaniment beside;
     beside.journal = with.journal;
-    beside.cancelled = with.cancelled.get();
+    beside.stop = stop;
     beside.isEvicted = [cloud = with.cloudFiles](const QString& path) {
         return cloud->blocksWhenOpened(path);
     };

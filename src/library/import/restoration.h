@@ -4,9 +4,9 @@
 #include "library/import/remembered_library.h"
 #include "library/playback/play_queue.h"
 #include "metadata/cache/metadata_cache.h"
+#include "platform/serial_worker.h"
 
 #include <QObject>
-#include <QThreadPool>
 
 #include <functional>
 #include <future>
@@ -27,7 +27,7 @@ struct RestorationCollaborators {
     PlayQueue& queue;
     ImportedPaths& importedPaths;
     CachePersistence& persistence;
-    const CloudFiles& cloudFiles;
+    std::shared_ptr<const CloudFiles> cloudFiles;
     MetadataCache cache;
     std::shared_ptr<ReadingJournal> journal;
     std::shared_future<void> firstPicture; ///< as in the environment
@@ -46,7 +46,6 @@ class Restoration : public QObject {
 
   public:
     explicit Restoration(RestorationCollaborators with, QObject* parent = nullptr);
-    ~Restoration() override;
 
     void restoreImportedAudio();
     /// From then until finished().
@@ -67,9 +66,8 @@ class Restoration : public QObject {
     /// What the worker needs to read files.
     struct Reading {
         std::shared_ptr<ReadingJournal> journal;
-        const CloudFiles* cloudFiles;
+        std::shared_ptr<const CloudFiles> cloudFiles;
         ResolvedLanguage language;
-        std::shared_ptr<std::atomic<bool>> cancelled;
     };
     /// What was read, last first.
     struct Fresh {
@@ -80,14 +78,14 @@ class Restoration : public QObject {
     void remember(const StoredPaths& stored);
     void publish(Remembered remembered);
     void check(TrackRows known, std::vector<FileUrl> unknown, bool isCacheCurrent);
-    static Fresh fresh(const TrackRows& known, std::vector<FileUrl> unknown, const Reading& with);
+    static Fresh fresh(const TrackRows& known, std::vector<FileUrl> unknown, const Reading& with,
+                       const std::stop_token& stop);
     void takeOver(Fresh fresh, bool isCacheCurrent);
     void finish(bool isCacheCurrent);
 
     RestorationCollaborators m_with;
     bool m_isRunning = false;
-    std::shared_ptr<std::atomic<bool>> m_cancelled;
-    QThreadPool m_worker;
+    SerialWorker m_worker{SerialWorker::Priority::low};
 };
 
 } // namespace halvane

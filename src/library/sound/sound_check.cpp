@@ -19,20 +19,12 @@ double soundCheckGain(double rmsDb, double peakDb) {
     return std::min(targetRmsDb - rmsDb, mostBoost);
 }
 
-SoundCheck::SoundCheck(Preferences& preferences, const CloudFiles& cloudFiles,
+SoundCheck::SoundCheck(Preferences& preferences, std::shared_ptr<const CloudFiles> cloudFiles,
                        Collaborators collaborators, QObject* parent)
     : QObject(parent)
     , m_preferences(preferences)
-    , m_cloudFiles(cloudFiles)
+    , m_cloudFiles(std::move(cloudFiles))
     , m_collaborators(std::move(collaborators)) {
-    m_worker.setMaxThreadCount(1);
-    // Runs when nothing else wants the processor, and so never ahead of what is playing.
-    m_worker.setThreadPriority(QThread::IdlePriority);
-}
-
-SoundCheck::~SoundCheck() {
-    cancelScan();
-    m_worker.waitForDone();
 }
 
 void SoundCheck::restore() {
@@ -116,9 +108,7 @@ std::deque<FileUrl> SoundCheck::unmeasuredFiles() const {
 }
 
 void SoundCheck::cancelScan() {
-    ++m_scanGeneration;
-    m_stop.request_stop();
-    m_stop = {};
+    m_worker.cancel();
     m_waiting.clear();
     m_gone.clear();
     m_measuring.clear();
@@ -132,22 +122,20 @@ void SoundCheck::measureNext() {
     const FileUrl file = m_waiting.front();
     m_waiting.pop_front();
     m_measuring = file.standardizedPath();
-    m_worker.start([this, file, generation = m_scanGeneration, stop = m_stop.get_token()] {
-        // Reading a file that is not on this disk would download it, or block until it is there.
-        std::optional<Measurement> measured;
-        if (!stop.stop_requested() && !m_cloudFiles.isEvicted(file.path()) &&
-            !m_cloudFiles.isRemote(file.path()))
-            measured = m_collaborators.measure(file.path(), stop);
-        QMetaObject::invokeMethod(
-            this,
-            [this, file, generation, measured] {
-                if (generation != m_scanGeneration)
-                    return;
-                take(file, measured);
-                measureNext();
-            },
-            Qt::QueuedConnection);
-    });
+    m_worker.run(
+        [path = file.path(), cloud = m_cloudFiles,
+         measure = m_collaborators.measure](const SerialWorker::Job& job) {
+            // Reading a file that is not on this disk would download it, or block until it is
+            // there.
+            std::optional<Measurement> measured;
+            if (!job.isCancelled() && !cloud->isEvicted(path) && !cloud->isRemote(path))
+                measured = measure(path, job.token());
+            return measured;
+        },
+        [this, file](const std::optional<Measurement>& measured) {
+            take(file, measured);
+            measureNext();
+        });
 }
 
 void SoundCheck::take(const FileUrl& file, const std::optional<Measurement>& measured) {

@@ -4,10 +4,10 @@
 #include "audio/analysis/loudness_analyzer.h"
 #include "library/user/late_value.h"
 #include "model/file_url.h"
+#include "platform/serial_worker.h"
 
 #include <QObject>
 #include <QSet>
-#include <QThreadPool>
 
 #include <deque>
 #include <functional>
@@ -41,17 +41,16 @@ class SoundCheck : public QObject {
         std::function<std::optional<QString>()> currentPath;
         /// Sets the per-track gain in dB.
         std::function<void(double dB)> setTrackGain;
-        /// Measures one file; runs on a worker thread.
+        /// Measures one file; runs on a worker thread, and must own what it uses.
         std::function<std::optional<LoudnessAnalyzer::Measurement>(const QString& path,
                                                                    std::stop_token stop)>
             measure = LoudnessAnalyzer::measure;
     };
 
-    /// Starts switched off and without results, until restore. Both references must outlive it.
-    SoundCheck(Preferences& preferences, const CloudFiles& cloudFiles, Collaborators collaborators,
-               QObject* parent = nullptr);
-    /// Ends a running scan.
-    ~SoundCheck() override;
+    /// Starts switched off and without results, until restore. The preferences must outlive it.
+    /// When it goes, a running scan ends.
+    SoundCheck(Preferences& preferences, std::shared_ptr<const CloudFiles> cloudFiles,
+               Collaborators collaborators, QObject* parent = nullptr);
 
     /// Takes the switch from the preferences, and the results when they are first needed. Applies
     /// nothing and scans nothing.
@@ -90,7 +89,7 @@ class SoundCheck : public QObject {
     void take(const FileUrl& file, const std::optional<LoudnessAnalyzer::Measurement>& measured);
 
     Preferences& m_preferences;
-    const CloudFiles& m_cloudFiles;
+    const std::shared_ptr<const CloudFiles> m_cloudFiles;
     Collaborators m_collaborators;
     bool m_enabled = false;
     LateValue<NumbersMap> m_trackLoudness;
@@ -99,9 +98,8 @@ class SoundCheck : public QObject {
     std::deque<FileUrl> m_waiting;
     QSet<QString> m_gone; ///< standardized paths of those among them that have left the library
     QString m_measuring;  ///< standardized path; empty: none, or it left the library meanwhile
-    std::stop_source m_stop;
-    quint64 m_scanGeneration = 0; ///< tells a result of a cancelled scan
-    QThreadPool m_worker;         ///< of one thread
+    /// Never ahead of what is playing.
+    SerialWorker m_worker{SerialWorker::Priority::idle};
 };
 
 } // namespace halvane

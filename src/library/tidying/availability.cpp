@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "library/tidying/availability.h"
 
-#include "library/background.h"
 #include "library/playback/play_queue.h"
 #include "metadata/parallel/bounded_parallel.h"
 #include "platform/cloud/cloud_files.h"
@@ -17,16 +16,11 @@ namespace halvane {
 Availability::Availability(AvailabilityCollaborators with, QObject* parent)
     : QObject(parent)
     , m_with(std::move(with)) {
-    m_worker.setMaxThreadCount(1);
-}
-
-Availability::~Availability() {
-    m_worker.clear();
-    m_worker.waitForDone();
 }
 
 Availability::Sets Availability::lookAt(const TrackRows& library, const TrackRows& queue,
-                                        const CloudFiles& cloudFiles, const Sets& before) {
+                                        const std::shared_ptr<const CloudFiles>& cloudFiles,
+                                        const Sets& before) {
     constexpr std::size_t portion = 512;
     // Owned by the look: a thread that hangs in a dead mount outlives it.
     auto paths = std::make_shared<QStringList>();
@@ -46,11 +40,11 @@ Availability::Sets Availability::lookAt(const TrackRows& library, const TrackRow
     options.threads = lookingThreads();
     const auto portions = BoundedParallel<Sets>::run(
         (count + portion - 1) / portion,
-        [paths, &cloudFiles](std::size_t index) {
+        [paths, cloudFiles](std::size_t index) {
             Sets sets;
             const QStringList files =
                 paths->mid(static_cast<qsizetype>(index) * qsizetype{portion}, portion);
-            const auto found = cloudFiles.presences(files);
+            const auto found = cloudFiles->presences(files);
             for (qsizetype i = 0; i < files.size(); ++i) {
                 const FilePresence presence = found[static_cast<std::size_t>(i)];
                 if (presence == FilePresence::evicted)
@@ -81,24 +75,16 @@ Availability::Sets Availability::lookAt(const TrackRows& library, const TrackRow
 
 void Availability::refreshAvailability() {
     assertOwnThread(*this);
-    const quint64 look = ++m_look;
     const quint64 generation = ++m_generation;
-    m_worker.clear();
+    m_worker.cancel(); // only the newest look counts
     if (m_with.library.size() == 0 && m_with.queue.isEmpty()) {
         publish({});
         return;
     }
-    runInBackground(
-        m_worker, this,
-        [library = m_with.library.snapshot(), queue = m_with.queue.records(),
-         cloudFiles = &m_with.cloudFiles, before = m_sets] {
-            yieldToTheWindow();
-            return lookAt(*library, queue, *cloudFiles, before);
-        },
-        [this, look, generation](Sets sets) {
-            if (look == m_look)
-                land(generation, std::move(sets));
-        });
+    m_worker.run([library = m_with.library.snapshot(), queue = m_with.queue.records(),
+                  cloudFiles = m_with.cloudFiles,
+                  before = m_sets] { return lookAt(*library, queue, cloudFiles, before); },
+                 [this, generation](Sets sets) { land(generation, std::move(sets)); });
 }
 
 void Availability::land(quint64 generation, Sets sets) {
@@ -144,7 +130,7 @@ TrackAvailability Availability::state(const QString& path) const {
 }
 
 bool Availability::isCloudEvicted(const QString& path) const {
-    return m_with.cloudFiles.isEvicted(path);
+    return m_with.cloudFiles->isEvicted(path);
 }
 
 bool Availability::isReadable(const QString& path) const {

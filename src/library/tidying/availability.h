@@ -3,9 +3,9 @@
 
 #include "library/catalog/library_store.h"
 #include "library/tidying/file_availability.h"
+#include "platform/serial_worker.h"
 
 #include <QObject>
-#include <QThreadPool>
 
 #include <functional>
 
@@ -19,7 +19,7 @@ class PlayQueue;
 struct AvailabilityCollaborators {
     const LibraryStore& library;
     const PlayQueue& queue;
-    const CloudFiles& cloudFiles;
+    std::shared_ptr<const CloudFiles> cloudFiles;
     std::function<void(const QSet<QString>& paths)> startCloudDownloads;
     /// Files may have come back: read what could not be read of them.
     std::function<void()> healIncompleteMetadata;
@@ -33,7 +33,6 @@ class Availability : public QObject, public FileAvailability {
 
   public:
     explicit Availability(AvailabilityCollaborators with, QObject* parent = nullptr);
-    ~Availability() override;
 
     /// Paths of files that live in the cloud and are not downloaded.
     const QSet<QString>& cloudPendingPaths() const { return m_sets.inCloud; }
@@ -66,7 +65,7 @@ class Availability : public QObject, public FileAvailability {
         QSet<QString> missing;
     };
     static Sets lookAt(const TrackRows& library, const TrackRows& queue,
-                       const CloudFiles& cloudFiles, const Sets& before);
+                       const std::shared_ptr<const CloudFiles>& cloudFiles, const Sets& before);
     void land(quint64 generation, Sets sets);
     void publish(Sets sets);
     void setState(const QString& path, TrackAvailability state);
@@ -74,8 +73,7 @@ class Availability : public QObject, public FileAvailability {
     AvailabilityCollaborators m_with;
     Sets m_sets;
     quint64 m_generation = 0; ///< of the newest refresh or mark
-    quint64 m_look = 0;       ///< the newest refresh, whose result alone counts
-    QThreadPool m_worker;
+    SerialWorker m_worker{SerialWorker::Priority::low};
 };
 
 } // namespace halvane

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "library/tidying/duplicates.h"
 
-#include "library/background.h"
 #include "platform/thread_check.h"
 
 #include <algorithm>
@@ -69,12 +68,6 @@ QSet<QString> superfluousCopies(const std::vector<TrackRows>& groups,
 Duplicates::Duplicates(const LibraryStore& library, QObject* parent)
     : QObject(parent)
     , m_library(library) {
-    m_worker.setMaxThreadCount(1);
-}
-
-Duplicates::~Duplicates() {
-    m_worker.clear();
-    m_worker.waitForDone();
 }
 
 void Duplicates::refresh() {
@@ -91,20 +84,15 @@ void Duplicates::find(std::function<void(const std::vector<TrackRows>& groups)> 
             found(m_groups);
         return;
     }
-    runInBackground(
-        m_worker, this,
-        [rows = m_library.snapshot()] {
-            yieldToTheWindow();
-            return duplicateTrackGroups(*rows);
-        },
-        [this, generation, revision, found](std::vector<TrackRows> groups) {
-            if (generation == m_generation)
-                publish(std::move(groups), revision);
-            if (found && areCurrent())
-                found(m_groups);
-            else if (found) // a track that has gone must not be the copy that is kept
-                find(found);
-        });
+    m_worker.run([rows = m_library.snapshot()] { return duplicateTrackGroups(*rows); },
+                 [this, generation, revision, found](std::vector<TrackRows> groups) {
+                     if (generation == m_generation)
+                         publish(std::move(groups), revision);
+                     if (found && areCurrent())
+                         found(m_groups);
+                     else if (found) // a track that has gone must not be the copy that is kept
+                         find(found);
+                 });
 }
 
 void Duplicates::forget(const QSet<QString>& paths) {

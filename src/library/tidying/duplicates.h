@@ -2,9 +2,9 @@
 #pragma once
 
 #include "library/catalog/library_store.h"
+#include "platform/serial_worker.h"
 
 #include <QObject>
-#include <QThreadPool>
 
 #include <functional>
 
@@ -26,7 +26,6 @@ class Duplicates : public QObject {
   public:
     /// The store must outlive it.
     explicit Duplicates(const LibraryStore& library, QObject* parent = nullptr);
-    ~Duplicates() override;
 
     /// As of the last search.
     const std::vector<TrackRows>& groups() const { return m_groups; }
@@ -54,7 +53,7 @@ class Duplicates : public QObject {
     std::vector<TrackRows> m_groups;
     quint64 m_generation = 0; ///< of the newest search, whose result alone counts
     quint64 m_revision = 0;   ///< of the library whose groups these are
-    QThreadPool m_worker;
+    SerialWorker m_worker{SerialWorker::Priority::low};
 };
 
 } // namespace halvane

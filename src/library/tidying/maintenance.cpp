@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "library/tidying/maintenance.h"
 
-#include "library/background.h"
 #include "library/status_line.h"
 #include "library/tidying/availability.h"
 #include "library/tidying/cloud_downloads.h"
@@ -36,7 +35,6 @@ std::vector<QSet<QString>> portionsOf(const QSet<QString>& paths) {
 Maintenance::Maintenance(MaintenanceCollaborators with, QObject* parent)
     : QObject(parent)
     , m_with(std::move(with)) {
-    m_worker.setMaxThreadCount(1);
     connect(&m_with.availability, &Availability::cloudPendingPathsChanged, this, [this] {
         m_with.downloads.pendingChanged();
         Q_EMIT maintenanceActionCountChanged();
@@ -72,8 +70,7 @@ void Maintenance::removeTracks(const QSet<QString>& withPaths) {
 }
 
 void Maintenance::beginRemoval(const QSet<QString>& paths) {
-    runInBackground(
-        m_worker, this,
+    m_worker.run(
         [paths, library = m_with.library.beginRemoval(paths),
          queue = m_with.queue.beginRemoval(paths)] {
             return std::make_shared<Remainder>(Remainder{library(), queue(), portionsOf(paths)});
@@ -114,7 +111,7 @@ void Maintenance::finishRemoval() {
 void Maintenance::endRemoval() {
     ++m_generation;
     if (m_remainder) // with what there was before, which takes long to free
-        m_worker.start([remainder = std::exchange(m_remainder, nullptr)] {});
+        m_worker.start([remainder = std::exchange(m_remainder, nullptr)](const auto&) {});
 }
 
 void Maintenance::removeFromLibrary(const QSet<QString>& paths) {

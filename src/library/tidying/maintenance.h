@@ -2,8 +2,7 @@
 #pragma once
 
 #include "library/playback/play_queue.h"
-
-#include <QThreadPool>
+#include "platform/serial_worker.h"
 
 #include <deque>
 
@@ -86,7 +85,7 @@ class Maintenance : public QObject {
     std::deque<std::function<void()>> m_steps; ///< of the removal under way
     quint64 m_generation = 0;                  ///< of it
     std::shared_ptr<Remainder> m_remainder;    ///< of it, once it is worked out; else null
-    QThreadPool m_worker;
+    SerialWorker m_worker;
 };
 
 } // namespace halvane

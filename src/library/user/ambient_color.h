@@ -4,24 +4,22 @@
 #include "model/artwork.h"
 #include "model/color.h"
 #include "model/file_url.h"
+#include "platform/serial_worker.h"
 
 #include <QObject>
 
 #include <optional>
 
-class QThreadPool;
-
 namespace halvane {
 
 /// The colour of what is playing, taken from its artwork on a worker. Of several requests only the
-/// latest lands, in whatever order they finish. Main thread.
+/// latest lands, and it waits for none before it. Main thread.
 class AmbientColor : public QObject {
     Q_OBJECT
 
   public:
-    /// The default accent until the first request lands. The pool runs the work and must outlive
-    /// this object; the work may outlive it.
-    explicit AmbientColor(QThreadPool& workers, QObject* parent = nullptr);
+    /// The default accent until the first request lands.
+    explicit AmbientColor(QObject* parent = nullptr);
 
     const Color& ambientColor() const { return m_color; }
 
@@ -36,11 +34,8 @@ class AmbientColor : public QObject {
     void ambientColorChanged();
 
   private:
-    void land(quint64 generation, const Color& color);
-
-    QThreadPool& m_workers;
     Color m_color;
-    quint64 m_generation = 0; ///< of the latest request
+    SerialWorker m_worker;
 };
 
 } // namespace halvane

@@ -82,8 +82,7 @@ std::vector<LoadedItem>
 MetadataCache::loadItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
                          const MetadataIndex& index,
                          const TrackMetadataLoader::Accompaniment& with) const {
-    const std::vector<FileFacts> facts =
-        fileFacts(urls, [&with] { return with.cancelled && *with.cancelled; });
+    const std::vector<FileFacts> facts = fileFacts(urls, with.stop);
 
     std::vector<LoadedItem> items(urls.size());
     std::vector<FileUrl> misses;

@@ -19,12 +19,6 @@ QStringView folderOf(QStringView path) {
 
 DesktopCloudFiles::DesktopCloudFiles(const QString& runtimeFolder)
     : m_runtimeFolder(runtimeFolder) {
-    m_requests.setMaxThreadCount(1);
-}
-
-DesktopCloudFiles::~DesktopCloudFiles() {
-    m_requests.clear();
-    m_requests.waitForDone();
 }
 
 FilePresence DesktopCloudFiles::presence(const QString& path) const {
@@ -60,7 +54,7 @@ MountTable* DesktopCloudFiles::onDemandMounts() const {
 void DesktopCloudFiles::startDownloading(const QStringList& paths) {
     if (m_runtimeFolder.isEmpty() || paths.isEmpty())
         return;
-    m_requests.start([folder = m_runtimeFolder, paths] {
+    m_requests.start([folder = m_runtimeFolder, paths](const auto&) {
         // A client knows its placeholder by the name that it has on the disk.
         QStringList onDisk;
         for (const QString& path : paths)

@@ -3,8 +3,7 @@
 
 #include "platform/cloud/cloud_files.h"
 #include "platform/cloud/mount_table.h"
-
-#include <QThreadPool>
+#include "platform/serial_worker.h"
 
 namespace halvane {
 
@@ -14,8 +13,6 @@ class DesktopCloudFiles final : public CloudFiles {
   public:
     /// `runtimeFolder` holds the clients' sockets ($XDG_RUNTIME_DIR).
     explicit DesktopCloudFiles(const QString& runtimeFolder);
-    /// Waits for a request under way, which is bounded.
-    ~DesktopCloudFiles() override;
 
     FilePresence presence(const QString& path) const override;
     bool blocksWhenOpened(const QString& path) const override;
@@ -28,7 +25,7 @@ class DesktopCloudFiles final : public CloudFiles {
 
     QString m_runtimeFolder;
     mutable MountTable m_mounts;
-    QThreadPool m_requests; ///< one at a time, so that they reach a client in order
+    SerialWorker m_requests; ///< which so reach a client in order
 };
 
 } // namespace halvane

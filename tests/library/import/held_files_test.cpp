@@ -95,7 +95,8 @@ class HeldFilesTest : public testing::Test {
     }
 
     FakeEnvironment outside;
-    DesktopCloudFiles cloud{outside.folder.path()};
+    std::shared_ptr<DesktopCloudFiles> cloud =
+        std::make_shared<DesktopCloudFiles>(outside.folder.path());
     QTemporaryDir music;
     std::unique_ptr<LibraryConcerns> library;
     int healings = 0;

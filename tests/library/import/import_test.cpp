@@ -252,11 +252,11 @@ TEST_F(ImportTest, ALostIndexCostsNothingButTime) {
 TEST_F(ImportTest, QuittingInTheMiddleLosesNothingThatCame) {
     for (int i = 10; i < 50; ++i)
         wave(u"%1.wav"_s.arg(i));
-    std::binary_semaphore last(0);
-    outside.cloudFiles.beforeOpening = [&](const QString& path) {
+    const auto last = std::make_shared<std::binary_semaphore>(0);
+    outside.cloudFiles->setBeforeOpening([last](const QString& path) {
         if (path.endsWith(u"49.wav"_s))
-            last.acquire();
-    };
+            last->acquire();
+    });
     library->importer.importDroppedURLs({QUrl::fromLocalFile(music.path())});
     until([&] { return library->store.size() > 0; });
     EXPECT_LT(library->importer.progress(), 0) << "shown from the first second on";
@@ -264,11 +264,11 @@ TEST_F(ImportTest, QuittingInTheMiddleLosesNothingThatCame) {
     until([&] { return library->importer.progress() > 0; });
     EXPECT_LT(library->importer.progress(), 1);
     const std::size_t came = library->store.size();
-    last.release();
-    library.reset();
-    outside.cloudFiles.beforeOpening = nullptr;
+    library.reset(); // does not wait for the last
+    outside.cloudFiles->setBeforeOpening(nullptr);
     start();
     EXPECT_EQ(library->store.size(), came);
+    last->release();
 }
 
 TEST_F(ImportTest, ReadsAgainOnceWhatCouldNotBeRead) {

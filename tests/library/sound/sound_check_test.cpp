@@ -90,8 +90,8 @@ class SoundCheckTest : public testing::Test {
         with.isAvailable = [this](const QString& path) { return !unavailable.contains(path); };
         with.currentPath = [this] { return current; };
         with.setTrackGain = [this](double dB) { gains.append(dB); };
-        with.measure = [this](const QString& path, std::stop_token stop) {
-            return meter.measure(path, std::move(stop));
+        with.measure = [meter = meter](const QString& path, std::stop_token stop) {
+            return meter->measure(path, std::move(stop));
         };
         auto made = std::make_unique<SoundCheck>(preferences, cloud, with);
         made->restore();
@@ -112,8 +112,9 @@ class SoundCheckTest : public testing::Test {
     }
 
     MemoryPreferences preferences;
-    NoCloud cloud;
-    Meter meter;
+    // Shared with a file that is still being measured when the test ends.
+    std::shared_ptr<NoCloud> cloud = std::make_shared<NoCloud>();
+    std::shared_ptr<Meter> meter = std::make_shared<Meter>();
     QStringList files{u"/a"_s, u"/b"_s, u"/c"_s};
     QSet<QString> unavailable;
     std::optional<QString> current;
@@ -123,22 +124,22 @@ class SoundCheckTest : public testing::Test {
 TEST_F(SoundCheckTest, ScansOneFileAtATimeInOrderAndKeepsEachResult) {
     files = {u"/a"_s, u"/gone"_s, u"/b"_s, u"/evicted"_s, u"/remote"_s, u"/broken"_s, u"/./c"_s};
     unavailable = {u"/gone"_s};
-    cloud.evicted = {u"/evicted"_s};
-    cloud.remote = {u"/remote"_s};
-    meter.breakFile(u"/broken"_s);
+    cloud->evicted = {u"/evicted"_s};
+    cloud->remote = {u"/remote"_s};
+    meter->breakFile(u"/broken"_s);
     const auto check = make();
     check->scanLoudnessIfNeeded(); // switched off
-    EXPECT_TRUE(meter.asked().isEmpty());
+    EXPECT_TRUE(meter->asked().isEmpty());
 
     check->setSoundCheckEnabled(true);
-    meter.let(1);
+    meter->let(1);
     ASSERT_TRUE(measured(*check, {u"/a"_s}));
     EXPECT_EQ(stored().size(), 1);
     EXPECT_EQ(stored().value(u"/a"_s), (std::vector<double>{-10, 0}));
-    meter.let(3);
+    meter->let(3);
     ASSERT_TRUE(measured(*check, {u"/b"_s, u"/c"_s}));
-    EXPECT_EQ(meter.asked(), (QStringList{u"/a"_s, u"/b"_s, u"/broken"_s, u"/./c"_s}));
-    EXPECT_EQ(meter.mostAtOnce(), 1);
+    EXPECT_EQ(meter->asked(), (QStringList{u"/a"_s, u"/b"_s, u"/broken"_s, u"/./c"_s}));
+    EXPECT_EQ(meter->mostAtOnce(), 1);
     EXPECT_EQ(preferences.changes(SettingsKey::trackLoudness), 3); // an entry each
     EXPECT_EQ(stored(), check->trackLoudness());
 }
@@ -148,7 +149,7 @@ TEST_F(SoundCheckTest, AppliesAResultWhileItsTrackPlays) {
     const auto check = make();
     check->setSoundCheckEnabled(true);
     EXPECT_EQ(gains.last(), 0);
-    meter.let(2);
+    meter->let(2);
     ASSERT_TRUE(measured(*check, {u"/b"_s}));
     EXPECT_EQ(gains.last(), -6);
     check->setSoundCheckEnabled(false);
@@ -177,54 +178,54 @@ TEST_F(SoundCheckTest, ClampsTheGainItApplies) {
     }
     EXPECT_FALSE(check->soundCheckGain(u"/three"_s)); // counts as unmeasured
     check->scanLoudnessIfNeeded();                    // and is not measured again
-    EXPECT_TRUE(meter.asked().isEmpty());
+    EXPECT_TRUE(meter->asked().isEmpty());
 }
 
 TEST_F(SoundCheckTest, SwitchingOffEndsTheScanAndDropsItsResult) {
     const auto check = make();
     check->setSoundCheckEnabled(true);
-    ASSERT_TRUE(waitFor([&] { return meter.asked().size() == 1; }));
+    ASSERT_TRUE(waitFor([&] { return meter->asked().size() == 1; }));
     check->setSoundCheckEnabled(false);
-    meter.let(10);
+    meter->let(10);
     check->setSoundCheckEnabled(true); // begins anew
     ASSERT_TRUE(measured(*check, files));
-    EXPECT_EQ(meter.asked(), (QStringList{u"/a"_s, u"/a"_s, u"/b"_s, u"/c"_s}));
+    EXPECT_EQ(meter->asked(), (QStringList{u"/a"_s, u"/a"_s, u"/b"_s, u"/c"_s}));
     EXPECT_EQ(preferences.changes(SettingsKey::trackLoudness), 3);
 }
 
 TEST_F(SoundCheckTest, NewFilesRestartTheScanAndNoneLeaveItAlone) {
     const auto check = make();
     check->setSoundCheckEnabled(true);
-    ASSERT_TRUE(waitFor([&] { return meter.asked().size() == 1; }));
+    ASSERT_TRUE(waitFor([&] { return meter->asked().size() == 1; }));
     const QStringList all = std::exchange(files, {});
     check->scanLoudnessIfNeeded(); // nothing to measure: the scan that runs goes on
-    meter.let(1);
+    meter->let(1);
     ASSERT_TRUE(measured(*check, {u"/a"_s}));
     files = all + QStringList{u"/d"_s};
     check->scanLoudnessIfNeeded();
-    meter.let(10);
+    meter->let(10);
     ASSERT_TRUE(measured(*check, files));
-    EXPECT_EQ(meter.asked().count(u"/a"_s), 1);
+    EXPECT_EQ(meter->asked().count(u"/a"_s), 1);
 }
 
 TEST_F(SoundCheckTest, ForgetsFilesThatLeftTheLibraryEvenWhileTheyAreMeasured) {
     files.append(u"/d"_s);
     const auto check = make();
     check->setSoundCheckEnabled(true);
-    meter.let(1);
+    meter->let(1);
     ASSERT_TRUE(measured(*check, {u"/a"_s}));
-    ASSERT_TRUE(waitFor([&] { return meter.asked().size() == 2; }));
+    ASSERT_TRUE(waitFor([&] { return meter->asked().size() == 2; }));
     check->forget({u"/a"_s, u"/b"_s, u"/c"_s});
-    meter.let(10);
+    meter->let(10);
     ASSERT_TRUE(measured(*check, {u"/d"_s}));
     EXPECT_EQ(check->trackLoudness().keys(), QStringList{u"/d"_s});
-    EXPECT_FALSE(meter.asked().contains(u"/c"_s));
+    EXPECT_FALSE(meter->asked().contains(u"/c"_s));
 }
 
 TEST_F(SoundCheckTest, EndsWhileAFileIsBeingMeasured) {
     auto check = make();
     check->setSoundCheckEnabled(true);
-    ASSERT_TRUE(waitFor([&] { return meter.asked().size() == 1; }));
+    ASSERT_TRUE(waitFor([&] { return meter->asked().size() == 1; }));
     check.reset(); // does not wait for the whole file
     EXPECT_TRUE(stored().isEmpty());
 }

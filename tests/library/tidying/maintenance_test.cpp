@@ -51,7 +51,7 @@ TEST_F(MaintenanceTest, TellsWhatIsMissingAndWhatIsInTheCloud) {
     const QString there = touch(u"there.mp3"_s);
     const QString gone = folder.filePath(u"gone.mp3"_s);
     const QString away = folder.filePath(u"away.mp3"_s);
-    outside.cloudFiles.setEvicted({away});
+    outside.cloudFiles->setEvicted({away});
     add({there, gone, away});
     // Playing one album leaves the rest of the library as it is.
     library.queue.assign({library.store.track(there)}, u"album"_s);
@@ -63,7 +63,7 @@ TEST_F(MaintenanceTest, TellsWhatIsMissingAndWhatIsInTheCloud) {
     EXPECT_EQ(library.maintenance.maintenanceActionCount(), 2);
 
     touch(u"gone.mp3"_s);
-    outside.cloudFiles.setEvicted({});
+    outside.cloudFiles->setEvicted({});
     touch(u"away.mp3"_s);
     refreshed();
     EXPECT_EQ(library.maintenance.maintenanceActionCount(), 0);
@@ -103,10 +103,10 @@ TEST_F(MaintenanceTest, OnlyTheNewestLookCounts) {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     EXPECT_EQ(library.availability.state(path), TrackAvailability::available);
 
-    outside.cloudFiles.setEvicted({path});
+    outside.cloudFiles->setEvicted({path});
     library.availability.markUnavailable(path);
     EXPECT_EQ(library.availability.state(path), TrackAvailability::inCloud);
-    outside.cloudFiles.setEvicted({});
+    outside.cloudFiles->setEvicted({});
     library.availability.markUnavailable(path);
     EXPECT_EQ(library.availability.state(path), TrackAvailability::missing);
 }
@@ -116,10 +116,10 @@ TEST_F(MaintenanceTest, WatchesDownloadsForHalfAnHourAtMost) {
     library.maintenance.downloadAllCloudTracks();
     EXPECT_EQ(library.status.text(), QString());
     add({path});
-    outside.cloudFiles.setEvicted({path});
+    outside.cloudFiles->setEvicted({path});
     refreshed();
     library.maintenance.downloadAllCloudTracks();
-    EXPECT_EQ(outside.cloudFiles.downloading, QStringList{path});
+    EXPECT_EQ(outside.cloudFiles->downloading, QStringList{path});
     EXPECT_EQ(library.status.text(),
               u"Downloading 1 track from iCloud - it will be playable shortly"_s);
     EXPECT_TRUE(library.downloads.cloudDownloadInFlight());
@@ -133,7 +133,7 @@ TEST_F(MaintenanceTest, WatchesDownloadsForHalfAnHourAtMost) {
     library.maintenance.downloadAllCloudTracks();
     refreshed();
     EXPECT_TRUE(library.downloads.cloudDownloadInFlight());
-    outside.cloudFiles.setEvicted({});
+    outside.cloudFiles->setEvicted({});
     touch(u"a.mp3"_s);
     refreshed();
     EXPECT_FALSE(library.downloads.cloudDownloadInFlight());
