@@ -5,6 +5,7 @@
 #include "library/playback/transport_fixture.h"
 #include "library/sample_library.h"
 #include "library/user/playlists.h"
+#include "library/user/track_user_data.h"
 #include "support/memory_preferences.h"
 
 #include <QCoreApplication>
@@ -46,7 +47,8 @@ struct Window {
     Playlists playlists{preferences};
     CoverStore covers;
     LibraryStore store;
-    LibraryCatalog catalog{store, [] { return ResolvedLanguage::english; }};
+    const TrackUserData userData{preferences};
+    LibraryCatalog catalog{store, userData, [] { return ResolvedLanguage::english; }};
     QSet<QString> loved;
     Browsing browsing{{store, catalog, playlists, covers,
                        [this]() -> const QSet<QString>& { return loved; },

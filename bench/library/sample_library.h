@@ -60,7 +60,7 @@ inline TrackRows sampleLibrary(std::size_t size) {
         track.duration = u"3:20"_s;
         track.sampleRate = u"44.1 kHz"_s;
         track.bitDepth = u"16-bit"_s;
-        track.fileSize = FileSize(23'400'000);
+        track.fileSize = 23'400'000;
         rows.push_back(makeRow(std::move(track)));
     }
     return rows;

@@ -24,9 +24,7 @@ LibraryConcerns::LibraryConcerns(const Environment& environment)
     , userData(outside.preferences)
     , playlists(outside.preferences)
     , views(outside.preferences)
-    , catalog(store, [this] { return resolvedLanguage(); })
-    , size(catalog)
-    , lovedCount(store, catalog, userData)
+    , catalog(store, userData, [this] { return resolvedLanguage(); })
     , cache(outside.dataFolder)
     , journal(std::make_shared<ReadingJournal>(outside.cacheFolder))
     , importedPaths(outside.preferences, store)
@@ -198,11 +196,7 @@ RestorationCollaborators LibraryConcerns::restorationCollaborators() {
         .journal = journal,
         .firstPicture = outside.firstPicture,
         .language = [this] { return resolvedLanguage(); },
-        .restored =
-            [this] {
-                size.measure();
-                catalog.whenCurrent(this, [this] { libraryGrew(); });
-            },
+        .restored = [this] { catalog.whenCurrent(this, [this] { libraryGrew(); }); },
     };
 }
 
@@ -257,7 +251,7 @@ std::size_t LibraryConcerns::sidebarCount(SidebarItem item) const {
     case SidebarItem::tracks:
         return now.rows->size();
     case SidebarItem::loved:
-        return lovedCount.count();
+        return catalog.lovedCount();
     }
     return 0;
 }
@@ -279,11 +273,7 @@ void LibraryConcerns::connectRows() {
     connect(&queue, &PlayQueue::currentChanged, this,
             [this] { browsing.currentChanged(queue.currentPath()); });
     connect(&catalog, &LibraryCatalog::catalogChanged, &sidebar, &SidebarModel::refresh);
-    connect(&catalog, &LibraryCatalog::catalogChanged, this, [this] {
-        if (!restoration.isRunning()) // which learns the sizes on its way
-            size.measure();
-    });
-    connect(&lovedCount, &LovedCount::changed, &sidebar, &SidebarModel::refresh);
+    connect(&catalog, &LibraryCatalog::lovedCountChanged, &sidebar, &SidebarModel::refresh);
     connect(&availability, &Availability::statesChanged, this,
             &LibraryConcerns::availabilityChanged);
 }

@@ -7,8 +7,6 @@
 #include "library/browsing/sidebar_model.h"
 #include "library/browsing/view_state.h"
 #include "library/catalog/library_catalog.h"
-#include "library/catalog/library_size.h"
-#include "library/catalog/loved_count.h"
 #include "library/desktop/now_playing.h"
 #include "library/desktop/remote_player_adapter.h"
 #include "library/environment.h"
@@ -69,8 +67,6 @@ class LibraryConcerns : public QObject {
     CoverStore covers;
     LibraryStore store;
     LibraryCatalog catalog;
-    LibrarySize size;
-    LovedCount lovedCount;
     MetadataCache cache;
     std::shared_ptr<ReadingJournal> journal; ///< of files that crash or hang their readers
     ImportedPaths importedPaths;

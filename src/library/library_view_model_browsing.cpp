@@ -30,7 +30,6 @@ void LibraryViewModel::forwardBrowsing() {
     const LibraryCatalog* catalog = &m_concerns->catalog;
     connect(catalog, &LibraryCatalog::catalogChanged, this, &Self::trackCountChanged);
     connect(catalog, &LibraryCatalog::catalogChanged, this, &Self::librarySummaryChanged);
-    connect(&m_concerns->size, &LibrarySize::totalBytesChanged, this, &Self::librarySummaryChanged);
     connect(&m_concerns->userData, &TrackUserData::lovedChanged, this,
             &Self::isCurrentTrackLovedChanged);
     connect(&m_concerns->userData, &TrackUserData::reset, this, &Self::isCurrentTrackLovedChanged);
@@ -97,8 +96,8 @@ int LibraryViewModel::trackCount() const {
 }
 QString LibraryViewModel::librarySummary() const {
     const Catalog& now = *m_concerns->catalog.catalog();
-    return halvane::librarySummary(now.rows->size(), now.albums.size(),
-                                   m_concerns->size.totalBytes(), resolvedLanguage());
+    return halvane::librarySummary(now.rows->size(), now.albums.size(), now.totalBytes,
+                                   resolvedLanguage());
 }
 
 namespace {

@@ -56,6 +56,7 @@ QueueItem itemFrom(const FileUrl& url, const AudioFileReading& reading,
     QueueItem item;
     item.sourceURL = url;
     item.readDate = reading.modificationDate;
+    item.fileSize = reading.fileSize;
     item.title = tags.title().isEmpty() ? name.base : tags.title();
     item.album = tags.album().isEmpty() ? folderAlbumName(url, language) : tags.album();
     item.artist = tags.artist();
@@ -111,8 +112,8 @@ class Reader {
         AudioFileReading reading;
         if (!(m_isEvicted && m_isEvicted(url.path())) && !isCondemned(url.path()))
             reading = readNoted(index, isAlone);
-        return {itemFrom(url, reading, m_covers.cover(folderOf(url.path())), m_language),
-                reading.fileSize, false, reading.isGone};
+        return {itemFrom(url, reading, m_covers.cover(folderOf(url.path())), m_language), false,
+                reading.isGone};
     }
     bool isSuspect(std::size_t index) const {
         return m_journal &&

@@ -24,10 +24,9 @@ namespace halvane {
 
 class ReadingJournal;
 
-/// What reading a file yields, and how large the file is.
+/// What reading a file yields.
 struct LoadedItem {
     QueueItem item;
-    qint64 fileSize = -1;     ///< bytes; -1 when not known
     bool isFromCache = false; ///< the file was not opened
     bool isGone = false;      ///< there is no file, so that the item is what its name says
 };
@@ -65,7 +64,7 @@ inline constexpr int concurrentFiles = 8;
 /// too long is given up and yields what its name says.
 std::vector<QueueItem> queueItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
                                   const Accompaniment& with = {});
-/// The same with the sizes of the files, which are learnt on the way.
+/// The same, and where each came from.
 std::vector<LoadedItem> loadItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
                                   const Accompaniment& with = {});
 

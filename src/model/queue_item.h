@@ -43,6 +43,7 @@ struct QueueItem {
     std::optional<FileUrl> sourceURL;
     /// The file's date when this was read from it, in seconds since 2001-01-01 UTC; 0 = not known.
     double readDate = 0;
+    qint64 fileSize = -1;   ///< the file's, in bytes, when this was read from it; -1 = not known
     bool isPlaying = false; ///< set on the entry that is current
 
     /// The standardized path of the file, empty without one.

@@ -22,12 +22,12 @@ struct Track {
     QString artist;
     QString album;
     QString genre;
-    qint64 year = 0;    ///< 0 = unknown
-    QString duration;   ///< display text
-    QString format;     ///< quality label
-    QString sampleRate; ///< display text
-    QString bitDepth;   ///< display text
-    FileSize fileSize;
+    qint64 year = 0;      ///< 0 = unknown
+    QString duration;     ///< display text
+    QString format;       ///< quality label
+    QString sampleRate;   ///< display text
+    QString bitDepth;     ///< display text
+    qint64 fileSize = -1; ///< bytes; -1 = not known
     qint64 rating = 0;
     qint64 plays = 0;
     bool loved = false;
@@ -42,9 +42,7 @@ struct Track {
     QString path() const { return sourceURL ? sourceURL->standardizedPath() : QString(); }
 
     /// Display text of the file's size, empty while it is not known.
-    QString size() const {
-        return fileSize.isKnown() ? byteCountText(fileSize.bytes()) : QString();
-    }
+    QString size() const { return fileSize < 0 ? QString() : byteCountText(fileSize); }
 
     bool operator==(const Track&) const = default;
 };

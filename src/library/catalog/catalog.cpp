@@ -68,7 +68,8 @@ const CatalogArtist* Catalog::artistNamed(const QString& name) const {
 }
 
 std::shared_ptr<const Catalog> buildCatalog(std::shared_ptr<const TrackRows> rows,
-                                            ResolvedLanguage language) {
+                                            ResolvedLanguage language,
+                                            const QSet<QString>& lovedPaths) {
     auto catalog = std::make_shared<Catalog>();
     catalog->rows = std::move(rows);
     catalog->columns = columnsOf(*catalog->rows);
@@ -78,8 +79,12 @@ std::shared_ptr<const Catalog> buildCatalog(std::shared_ptr<const TrackRows> row
     catalog->artists = artistsOf(*catalog);
 
     catalog->titles.reserve(catalog->rows->size(), catalog->rows->size() * 24);
-    for (const TrackPtr& row : *catalog->rows)
+    for (const TrackPtr& row : *catalog->rows) {
         catalog->titles.add(row->title);
+        catalog->totalBytes += std::max(row->fileSize, qint64(0));
+        if (!lovedPaths.isEmpty() && lovedPaths.contains(row->path()))
+            ++catalog->lovedCount;
+    }
     catalog->artistTexts = foldedColumn(catalog->columns.artist);
     catalog->albumTexts = foldedColumn(catalog->columns.album);
     catalog->genreTexts = foldedColumn(catalog->columns.genre);

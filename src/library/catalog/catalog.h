@@ -27,6 +27,8 @@ struct Catalog {
     std::vector<Album> albums;          ///< by artist, then title
     std::vector<quint32> albumOfRow;    ///< for each row
     std::vector<CatalogArtist> artists; ///< by name, in code point order
+    qint64 totalBytes = 0;              ///< of all files whose size is known
+    std::size_t lovedCount = 0;         ///< of the rows, when this was built
 
     FoldedTexts titles;      ///< for each row
     FoldedTexts artistTexts; ///< for each text of the artist column, and so on
@@ -42,7 +44,8 @@ struct Catalog {
 };
 
 std::shared_ptr<const Catalog> buildCatalog(std::shared_ptr<const TrackRows> rows,
-                                            ResolvedLanguage language);
+                                            ResolvedLanguage language,
+                                            const QSet<QString>& lovedPaths = {});
 
 /// The rows, ascending, of which title, artist, album, genre or format contains the folded query,
 /// which is not empty. `within` limits the search to some rows, ascending; null means all.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "library/catalog/library_catalog.h"
 
+#include "library/user/track_user_data.h"
 #include "platform/thread_check.h"
 
 #include <utility>
@@ -14,22 +15,27 @@ constexpr std::size_t derivedInPlace = 2000;
 
 } // namespace
 
-LibraryCatalog::LibraryCatalog(const LibraryStore& store,
+LibraryCatalog::LibraryCatalog(const LibraryStore& store, const TrackUserData& userData,
                                std::function<ResolvedLanguage()> language, QObject* parent)
     : QObject(parent)
     , m_store(store)
+    , m_userData(userData)
     , m_language(std::move(language))
     , m_catalog(buildCatalog(std::make_shared<const TrackRows>(), ResolvedLanguage::english)) {
+    connect(&userData, &TrackUserData::reset, this, &LibraryCatalog::rebuildImportedAlbums);
+    connect(&userData, &TrackUserData::lovedChanged, this, &LibraryCatalog::followLoved);
 }
 
 void LibraryCatalog::rebuildImportedAlbums() {
     assertOwnThread(*this);
     m_worker.cancel(); // what was asked for before has been overtaken
+    m_lovedSince = 0;
     auto rows = m_store.snapshot();
     const ResolvedLanguage language = m_language();
+    const QSet<QString>& loved = m_userData.lovedPaths();
     if (rows->size() <= derivedInPlace)
-        return publish(buildCatalog(std::move(rows), language));
-    m_worker.run([rows, language] { return buildCatalog(rows, language); },
+        return publish(buildCatalog(std::move(rows), language, loved));
+    m_worker.run([rows, language, loved] { return buildCatalog(rows, language, loved); },
                  [this](std::shared_ptr<const Catalog> catalog) { publish(std::move(catalog)); });
 }
 
@@ -42,8 +48,20 @@ void LibraryCatalog::whenCurrent(QObject* context, std::function<void()> then) {
                 Qt::SingleShotConnection);
 }
 
+/// The rows of the derivation under way are those of the store: whoever changes these asks for
+/// another one.
+void LibraryCatalog::followLoved(const QString& path) {
+    if (!m_store.rowOf(path))
+        return;
+    const std::ptrdiff_t change = m_userData.isLoved(path) ? 1 : -1;
+    m_lovedSince += change;
+    m_lovedCount += static_cast<std::size_t>(change);
+    Q_EMIT lovedCountChanged();
+}
+
 void LibraryCatalog::publish(std::shared_ptr<const Catalog> catalog) {
     const auto before = std::exchange(m_catalog, std::move(catalog));
+    m_lovedCount = m_catalog->lovedCount + static_cast<std::size_t>(m_lovedSince);
     Q_EMIT catalogChanged();
     // A large one takes long to free; the lists have let go of it.
     if (before->rows->size() > derivedInPlace)

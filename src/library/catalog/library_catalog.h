@@ -10,6 +10,8 @@
 
 namespace halvane {
 
+class TrackUserData;
+
 /// Publishes what is derived from the tracks: albums, artists and search texts, always whole and
 /// consistent with each other. A small library is derived at once, a large one by a worker; a
 /// result that has been overtaken is dropped. Main thread; a catalog may be read on any.
@@ -17,12 +19,14 @@ class LibraryCatalog : public QObject {
     Q_OBJECT
 
   public:
-    /// The store must outlive it.
-    LibraryCatalog(const LibraryStore& store, std::function<ResolvedLanguage()> language,
-                   QObject* parent = nullptr);
+    /// The store and what the user has said must outlive it.
+    LibraryCatalog(const LibraryStore& store, const TrackUserData& userData,
+                   std::function<ResolvedLanguage()> language, QObject* parent = nullptr);
 
     /// What is published now; never null.
     const std::shared_ptr<const Catalog>& catalog() const { return m_catalog; }
+    /// How many rows of the published catalog are loved now.
+    std::size_t lovedCount() const { return m_lovedCount; }
     /// Whether the published catalog is of the store's rows as they are now.
     bool isCurrent() const { return m_catalog->rows.get() == &m_store.rows(); }
 
@@ -35,13 +39,19 @@ class LibraryCatalog : public QObject {
 
   Q_SIGNALS:
     void catalogChanged();
+    /// Without another catalog: one track is loved, or no longer.
+    void lovedCountChanged();
 
   private:
     void publish(std::shared_ptr<const Catalog> catalog);
+    void followLoved(const QString& path);
 
     const LibraryStore& m_store;
+    const TrackUserData& m_userData;
     std::function<ResolvedLanguage()> m_language;
     std::shared_ptr<const Catalog> m_catalog;
+    std::size_t m_lovedCount = 0;
+    std::ptrdiff_t m_lovedSince = 0; ///< tracks loved since the newest derivation began
     SerialWorker m_worker{SerialWorker::Priority::low};
 };
 

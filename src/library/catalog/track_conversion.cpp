@@ -20,6 +20,7 @@ std::optional<QueueItem> queueItemFromTrack(const Track& track) {
     item.coverURL = track.coverURL;
     item.durationSeconds = track.durationSeconds;
     item.readDate = track.readDate;
+    item.fileSize = track.fileSize;
     item.sourceURL = track.sourceURL;
     return item;
 }
@@ -35,7 +36,7 @@ Track trackFromQueueItem(QueueItem item, const TrackExtras& extras) {
     track.format = std::move(item.quality);
     track.sampleRate = std::move(item.sampleRate);
     track.bitDepth = std::move(item.bitDepth);
-    track.fileSize = FileSize(extras.fileSize);
+    track.fileSize = item.fileSize;
     track.rating = extras.rating;
     track.plays = extras.plays;
     track.loved = extras.loved;

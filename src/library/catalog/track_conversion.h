@@ -14,7 +14,6 @@ std::optional<QueueItem> queueItemFromTrack(const Track& track);
 
 /// What a library track carries beyond the record of its file.
 struct TrackExtras {
-    qint64 fileSize = FileSize::unknown; ///< bytes
     qint64 rating = 0;
     qint64 plays = 0;
     bool loved = false;

@@ -8,18 +8,14 @@ namespace halvane {
 TrackRows rowsFromLoaded(std::vector<LoadedItem> loaded) {
     TrackRows rows;
     rows.reserve(loaded.size());
-    for (LoadedItem& file : loaded) {
-        const TrackExtras extras{.fileSize = file.fileSize};
-        rows.push_back(makeRow(trackFromQueueItem(std::move(file.item), extras)));
-    }
+    for (LoadedItem& file : loaded)
+        rows.push_back(makeRow(trackFromQueueItem(std::move(file.item), {})));
     return rows;
 }
 
 TrackPtr rowReadAgain(const Track& known, LoadedItem read) {
-    Track track = trackFromQueueItem(std::move(read.item), {.fileSize = read.fileSize,
-                                                            .rating = known.rating,
-                                                            .plays = known.plays,
-                                                            .loved = known.loved});
+    Track track = trackFromQueueItem(
+        std::move(read.item), {.rating = known.rating, .plays = known.plays, .loved = known.loved});
     track.id = known.id;
     return makeRow(std::move(track));
 }

@@ -6,7 +6,7 @@
 
 namespace halvane {
 
-/// Library rows for what was loaded, in its order, each with the size of its file. Any thread.
+/// Library rows for what was loaded, in its order. Any thread.
 TrackRows rowsFromLoaded(std::vector<LoadedItem> loaded);
 
 /// The row of a file that was read again: its id and what the user made of it stay. Any thread.

@@ -30,6 +30,11 @@ TrackRows portionOf(TrackRows& rows) {
     return portion;
 }
 
+TrackPtr withSize(Track track, qint64 bytes) {
+    track.fileSize = bytes;
+    return makeRow(std::move(track));
+}
+
 } // namespace
 
 Restoration::Restoration(RestorationCollaborators with, QObject* parent)
@@ -123,11 +128,13 @@ Restoration::Fresh Restoration::fresh(const TrackRows& known, std::vector<FileUr
     // What is gone is known by its record; without one it is not known at all.
     std::vector<FileUrl> toRead;
     std::vector<const Track*> changed;
+    Fresh fresh;
     for (std::size_t i = 0; i < files.size(); ++i) {
         const Track* track = i < tracks.size() ? tracks[i] : nullptr;
         if (track && (!facts[i].exists || track->readDate == facts[i].modificationDate)) {
-            if (facts[i].exists)
-                track->fileSize.learn(facts[i].size);
+            const qint64 size = facts[i].exists ? facts[i].size : -1;
+            if (track->fileSize != size)
+                fresh.changed.push_back(withSize(*track, size));
         } else if (facts[i].exists) {
             toRead.push_back(files[i]);
             if (track)
@@ -142,11 +149,10 @@ Restoration::Fresh Restoration::fresh(const TrackRows& known, std::vector<FileUr
         return cloud->blocksWhenOpened(path);
     };
     auto read = TrackMetadataLoader::loadItems(toRead, with.language, beside);
-    Fresh fresh;
     for (std::size_t i = 0; i < changed.size(); ++i) {
         // What can't be opened now, such as a file that is in the cloud, stays as it is known; its
         // date still differs at the next start.
-        if (read[i].fileSize >= 0)
+        if (read[i].item.fileSize >= 0)
             fresh.changed.push_back(rowReadAgain(*changed[i], std::move(read[i])));
     }
     read.erase(read.begin(), read.begin() + static_cast<std::ptrdiff_t>(changed.size()));

@@ -15,6 +15,7 @@ using namespace Qt::StringLiterals;
 CachedTrackMetadata::CachedTrackMetadata(const QueueItem& item, const QString& trackPath)
     : path(trackPath)
     , modificationDate(item.readDate != 0 ? item.readDate : fileFacts(trackPath).modificationDate)
+    , fileSize(item.fileSize)
     , title(item.title)
     , artist(item.artist)
     , album(item.album)
@@ -44,6 +45,7 @@ QueueItem CachedTrackMetadata::item(const QString& cacheDirectory, const FileUrl
     item.coverURL = coverURL;
     item.sourceURL = file.path() == path ? file : FileUrl(path);
     item.readDate = modificationDate;
+    item.fileSize = fileSize;
     if (hasEmbeddedArtwork)
         item.coverImageData = Artwork(std::make_shared<CachedPicture>(cacheDirectory, path));
     return item;
@@ -102,6 +104,8 @@ void appendJson(QByteArray& json, const CachedTrackMetadata& record) {
     json += '{';
     appendText(json, "path", record.path);
     appendNumber(json, "modificationDate", record.modificationDate);
+    if (record.fileSize >= 0)
+        appendNumber(json, "fileSize", record.fileSize);
     appendText(json, "title", record.title);
     appendText(json, "artist", record.artist);
     appendText(json, "album", record.album);

@@ -18,6 +18,14 @@ QString indexFile(const QString& directory) {
     return directory + u"/library-cache.json"_s;
 }
 
+LoadedItem known(const CachedTrackMetadata& record, const QString& directory, const FileUrl& file,
+                 const FileFacts& facts) {
+    QueueItem item = record.item(directory, file);
+    if (facts.exists)
+        item.fileSize = facts.size;
+    return {std::move(item), true};
+}
+
 } // namespace
 
 void MetadataCache::ensureDirectoriesExist() const {
@@ -90,8 +98,7 @@ MetadataCache::loadItems(const std::vector<FileUrl>& urls, ResolvedLanguage lang
     for (std::size_t i = 0; i < urls.size(); ++i) {
         const CachedTrackMetadata* record = index.find(urls[i].standardizedPath());
         if (record && (!facts[i].exists || record->modificationDate == facts[i].modificationDate)) {
-            items[i] = {record->item(m_directory, urls[i]), facts[i].exists ? facts[i].size : -1,
-                        true};
+            items[i] = known(*record, m_directory, urls[i], facts[i]);
         } else if (facts[i].exists) {
             misses.push_back(urls[i]);
             positions.push_back(i);
@@ -117,7 +124,7 @@ void MetadataCache::streamItems(const std::vector<FileUrl>& urls, ResolvedLangua
         const FileFacts facts = fileFacts(url.path());
         if (facts.exists && record->modificationDate != facts.modificationDate)
             return std::nullopt;
-        return LoadedItem{record->item(directory, url), facts.exists ? facts.size : -1, true};
+        return known(*record, directory, url, facts);
     };
     TrackMetadataLoader::streamItems(urls, language, with, [&take](std::vector<LoadedItem> next) {
         std::erase_if(next, [](const LoadedItem& item) { return item.isGone; });

@@ -40,8 +40,7 @@ class MetadataCache {
     /// one it yields nothing. Opens no file and reads no picture of a known, unchanged track.
     std::vector<QueueItem> queueItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
                                       const TrackMetadataLoader::Accompaniment& with = {}) const;
-    /// The same by an index that is loaded already, with the sizes of the files, which are learnt
-    /// on the way.
+    /// The same by an index that is loaded already.
     std::vector<LoadedItem> loadItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
                                       const MetadataIndex& index,
                                       const TrackMetadataLoader::Accompaniment& with = {}) const;

@@ -87,6 +87,8 @@ class PortionDecoder {
             record.bitDepth = shared(found(BitDepth, value), m_last[6]);
         else if (key == "hasEmbeddedArtwork")
             record.hasEmbeddedArtwork = found(HasArtwork, value).get_bool();
+        else if (key == "fileSize")
+            record.fileSize = value.get_int64();
         else if (key == "durationSeconds" && !value.is_null())
             record.durationSeconds = value.get_double();
         else if (key == "coverURLPath" && !value.is_null())

@@ -5,6 +5,7 @@
 #include "library/catalog/library_texts.h"
 #include "library/tracks.h"
 #include "library/user/playlists.h"
+#include "library/user/track_user_data.h"
 #include "support/memory_preferences.h"
 
 #include <gtest/gtest.h>
@@ -21,7 +22,8 @@ struct BrowsingTest : testing::Test {
     CoverStore covers;
     LibraryStore store;
     ResolvedLanguage language = ResolvedLanguage::english;
-    LibraryCatalog catalog{store, [this] { return language; }};
+    const TrackUserData userData{preferences};
+    LibraryCatalog catalog{store, userData, [this] { return language; }};
     QSet<QString> loved;
     QString current;
     Browsing browsing{{store, catalog, playlists, covers,

@@ -2,6 +2,8 @@
 #include "library/catalog/catalog.h"
 #include "library/catalog/library_catalog.h"
 #include "library/tracks.h"
+#include "library/user/track_user_data.h"
+#include "support/memory_preferences.h"
 
 #include <QCoreApplication>
 #include <QLocale>
@@ -140,9 +142,50 @@ TEST(Catalog, FindsTheAlbumOfAnEntry) {
         u"local|unknown artist|unknown album"_s);
 }
 
+TEST(LibraryCatalog, CountsBytesAndLovedTracksAlsoOfWhatChangesMeanwhile) {
+    LibraryStore store;
+    MemoryPreferences preferences;
+    TrackUserData userData(preferences);
+    LibraryCatalog catalog(store, userData, [] { return ResolvedLanguage::english; });
+    const auto derived = [&] {
+        catalog.rebuildImportedAlbums();
+        return catalog.isCurrent();
+    };
+    const auto path = [](int i) { return u"/m/%1"_s.arg(i); };
+    TrackRows rows;
+    for (int i = 0; i < 3000; ++i) {
+        Track track = trackOf(path(i), u"t"_s, u"a"_s, u"b"_s);
+        track.fileSize = i == 0 ? -1 : 10;
+        rows.push_back(makeRow(std::move(track)));
+    }
+    store.append(rows);
+    for (const int i : {1, 2, 5000})
+        userData.toggleLoved(path(i));
+    ASSERT_FALSE(derived()); // by a worker
+    for (const int i : {1, 3, 6000})
+        userData.toggleLoved(path(i));
+    while (!catalog.isCurrent())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    EXPECT_EQ(catalog.catalog()->totalBytes, 29'990);
+    EXPECT_EQ(catalog.lovedCount(), 2U); // 2 and 3
+    userData.toggleLoved(path(4));
+    EXPECT_EQ(catalog.lovedCount(), 3U);
+    QSet<QString> most;
+    for (int i = 4; i < 3000; ++i)
+        most.insert(path(i));
+    store.remove(most);
+    ASSERT_TRUE(derived());
+    EXPECT_EQ(catalog.catalog()->totalBytes, 30);
+    EXPECT_EQ(catalog.lovedCount(), 2U);
+    userData.toggleLoved(path(2));
+    EXPECT_EQ(catalog.lovedCount(), 1U);
+}
+
 TEST(LibraryCatalog, LargeLibrariesAreDerivedByAWorkerAndPublishedWhole) {
     LibraryStore store;
-    LibraryCatalog catalog(store, [] { return ResolvedLanguage::english; });
+    MemoryPreferences preferences;
+    const TrackUserData userData(preferences);
+    LibraryCatalog catalog(store, userData, [] { return ResolvedLanguage::english; });
     int published = 0;
     QObject::connect(&catalog, &LibraryCatalog::catalogChanged, [&] {
         ++published;

@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -67,6 +68,7 @@ class MetadataCacheTest : public testing::Test {
 TEST_F(MetadataCacheTest, GivesBackWhatItSaved) {
     QueueItem full = item(touch(u"a.flac"_s));
     full.coverImageData = Artwork::fromBytes("picture");
+    full.fileSize = 7;
     QueueItem bare = item(touch(u"b.flac"_s));
     bare.durationSeconds.reset();
     bare.coverURL.reset();
@@ -81,6 +83,7 @@ TEST_F(MetadataCacheTest, GivesBackWhatItSaved) {
         QueueItem expected = i == 0 ? full : bare;
         expected.id = items[i].id;
         expected.readDate = MetadataCache::modificationDate(expected.path());
+        expected.fileSize = QFileInfo(expected.path()).size(); // as it is now
         QueueItem actual = items[i];
         actual.coverImageData = expected.coverImageData;
         EXPECT_EQ(actual, expected);
@@ -99,6 +102,7 @@ TEST_F(MetadataCacheTest, GivesBackWhatItSaved) {
     EXPECT_EQ(record[u"durationSeconds"_s].toDouble(), *full.durationSeconds);
     EXPECT_EQ(record[u"modificationDate"_s].toDouble(),
               MetadataCache::modificationDate(full.path()));
+    EXPECT_EQ(record[u"fileSize"_s].toInteger(), full.fileSize);
     EXPECT_EQ(record[u"coverURLPath"_s].toString(), u"/m/cover.jpg"_s);
     EXPECT_TRUE(record[u"hasEmbeddedArtwork"_s].toBool());
     EXPECT_EQ((&record == &one ? other : one).keys().size(), 12);
