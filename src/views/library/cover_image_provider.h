@@ -44,6 +44,8 @@ class CoverImageProvider : public QQuickAsyncImageProvider {
   private:
     Source m_source;
     std::atomic_bool m_isClosed = false;
+    /// Several at once and in any order, as tiles come into view: a SerialWorker would show them
+    /// one by one.
     QThreadPool m_workers;
 };
 
