@@ -5,6 +5,7 @@
 #include "../support/real_outside.h"
 #include "../support/remembered_library.h"
 #include "library/library_concerns.h"
+#include "library/library_view_model.h"
 #include "library/user/settings_keys.h"
 #include "platform/preferences/preferences_database.h"
 
@@ -98,17 +99,18 @@ void importLibrary(benchmark::State& state) {
     for (auto _ : state) {
         state.PauseTiming();
         auto outside = std::make_unique<bench::RealOutside>();
-        auto library = std::make_unique<LibraryConcerns>(*outside);
+        auto library = std::make_unique<LibraryViewModel>(*outside);
         bool isDropped = false;
         state.ResumeTiming();
         inAnEvent([&] {
-            library->importer.importDroppedURLs({QUrl::fromLocalFile(musicFolder())});
+            library->importing()->importDroppedURLs({QUrl::fromLocalFile(musicFolder())});
             isDropped = true;
         });
         until([&] {
-            return isDropped && !library->importer.isImporting() && library->catalog.isCurrent();
+            return isDropped && !library->importing()->isImporting() &&
+                   library->catalog()->isCurrent();
         });
-        tracks = library->store.size();
+        tracks = library->store()->size();
         state.PauseTiming();
         library.reset();
         outside.reset();
@@ -130,13 +132,15 @@ struct Remembered {
 };
 
 /// Restores a library and waits until all that follows has ended, too.
-void restoreWhole(LibraryConcerns& library) {
+void restoreWhole(LibraryViewModel& library) {
     bool isCalm = false;
     QObject::connect(
-        &library.availability, &Availability::refreshed, &library, [&] { isCalm = true; },
+        library.availability(), &Availability::refreshed, &library, [&] { isCalm = true; },
         Qt::SingleShotConnection);
-    inAnEvent([&] { library.restoration.restoreImportedAudio(); });
-    until([&] { return isCalm && library.catalog.isCurrent() && library.duplicates.areCurrent(); });
+    inAnEvent([&] { library.restoration()->restoreImportedAudio(); });
+    until([&] {
+        return isCalm && library.catalog()->isCurrent() && library.duplicates()->areCurrent();
+    });
 }
 
 /// From the opening of the preferences until all albums are published; how long it takes until the
@@ -153,11 +157,11 @@ void restoreLibrary(benchmark::State& state) {
         state.ResumeTiming();
         const double start = milliseconds(CLOCK_MONOTONIC);
         remembered.outside.reopenPreferences();
-        auto library = std::make_unique<LibraryConcerns>(remembered.outside);
-        inAnEvent([&] { library->restoration.restoreImportedAudio(); });
-        until([&] { return library->catalog.catalog()->rows->size() == size; });
+        auto library = std::make_unique<LibraryViewModel>(remembered.outside);
+        inAnEvent([&] { library->restoration()->restoreImportedAudio(); });
+        until([&] { return library->catalog()->catalog()->rows->size() == size; });
         state.PauseTiming();
-        until([&] { return !library->restoration.isRunning(); });
+        until([&] { return !library->restoration()->isRunning(); });
         checked += milliseconds(CLOCK_MONOTONIC) - start;
         resident = residentMegabytes() - before;
         library.reset();
@@ -171,15 +175,15 @@ void restoreLibrary(benchmark::State& state) {
 void lookAtTheDisk(benchmark::State& state) {
     const auto size = static_cast<int>(state.range(0));
     Remembered remembered(size);
-    LibraryConcerns library(remembered.outside);
+    LibraryViewModel library(remembered.outside);
     int looks = 0;
-    QObject::connect(&library.availability, &Availability::refreshed, [&] { ++looks; });
-    library.restoration.restoreImportedAudio(); // ends with a look
-    until([&] { return looks > 0 && library.catalog.isCurrent(); });
+    QObject::connect(library.availability(), &Availability::refreshed, [&] { ++looks; });
+    library.restoration()->restoreImportedAudio(); // ends with a look
+    until([&] { return looks > 0 && library.catalog()->isCurrent(); });
     app->longest = 0;
     for (auto _ : state) {
         const int before = looks;
-        inAnEvent([&] { library.availability.refreshAvailability(); });
+        inAnEvent([&] { library.availability()->refreshAvailability(); });
         until([&] { return looks > before; });
     }
     state.counters["longest_ms"] = app->longest;
@@ -203,15 +207,15 @@ void removeATenth(benchmark::State& state) {
         };
         PreferencesDatabase(remembered.outside.preferencesFile(), 1000).apply(changes);
         remembered.outside.reopenPreferences();
-        auto owned = std::make_unique<LibraryConcerns>(remembered.outside);
-        LibraryConcerns& library = *owned;
-        library.userData.restore();
+        auto owned = std::make_unique<LibraryViewModel>(remembered.outside);
+        LibraryViewModel& library = *owned;
+        library.userData()->restore();
         bool isCalm = false;
-        QObject::connect(&library.availability, &Availability::refreshed, [&] { isCalm = true; });
-        library.restoration.restoreImportedAudio(); // ends with a look at the disk
-        until([&] { return isCalm && library.catalog.isCurrent(); });
+        QObject::connect(library.availability(), &Availability::refreshed, [&] { isCalm = true; });
+        library.restoration()->restoreImportedAudio(); // ends with a look at the disk
+        until([&] { return isCalm && library.catalog()->isCurrent(); });
         isCalm = false;
-        library.duplicates.find([&](const std::vector<TrackRows>&) { isCalm = true; });
+        library.duplicates()->find([&](const std::vector<TrackRows>&) { isCalm = true; });
         until([&] { return isCalm; });
         QSet<QString> gone;
         for (qsizetype i = 0; i < remembered.paths.size(); i += 10)
@@ -220,10 +224,10 @@ void removeATenth(benchmark::State& state) {
         app->longest = 0;
         state.ResumeTiming();
         const double start = milliseconds(CLOCK_MONOTONIC);
-        inAnEvent([&] { library.maintenance.removeTracks(gone); });
+        inAnEvent([&] { library.tidying()->removeTracks(gone); });
         until([&] {
-            return library.store.size() == static_cast<std::size_t>(size - gone.size()) &&
-                   library.catalog.isCurrent();
+            return library.store()->size() == static_cast<std::size_t>(size - gone.size()) &&
+                   library.catalog()->isCurrent();
         });
         state.PauseTiming();
         state.counters["published_ms"] = milliseconds(CLOCK_MONOTONIC) - start;
@@ -239,13 +243,13 @@ void removeATenth(benchmark::State& state) {
 void findDuplicates(benchmark::State& state) {
     const auto size = static_cast<int>(state.range(0));
     Remembered remembered(size);
-    LibraryConcerns library(remembered.outside);
+    LibraryViewModel library(remembered.outside);
     restoreWhole(library);
     app->longest = 0;
     for (auto _ : state) {
         bool isFound = false;
         inAnEvent([&] {
-            library.duplicates.find([&](const std::vector<TrackRows>&) { isFound = true; });
+            library.duplicates()->find([&](const std::vector<TrackRows>&) { isFound = true; });
         });
         until([&] { return isFound; });
     }
@@ -255,14 +259,14 @@ void findDuplicates(benchmark::State& state) {
 void saveIndex(benchmark::State& state) {
     const auto size = static_cast<int>(state.range(0));
     Remembered remembered(size);
-    LibraryConcerns library(remembered.outside);
+    LibraryViewModel library(remembered.outside);
     restoreWhole(library);
     int saves = 0;
-    QObject::connect(&library.persistence, &CachePersistence::saved, [&] { ++saves; });
+    QObject::connect(library.persistence(), &CachePersistence::saved, [&] { ++saves; });
     app->longest = 0;
     for (auto _ : state) {
         const int before = saves;
-        inAnEvent([&] { library.persistence.persistMetadataCache(); });
+        inAnEvent([&] { library.persistence()->persistMetadataCache(); });
         until([&] { return saves > before; });
     }
     state.counters["longest_ms"] = app->longest;

@@ -5,6 +5,7 @@
 #include "../support/event_loop.h"
 #include "../support/real_outside.h"
 #include "library/library_concerns.h"
+#include "library/library_view_model.h"
 #include "library/user/settings_keys.h"
 
 #include <QCoreApplication>
@@ -17,9 +18,9 @@ using bench::until;
 
 namespace {
 
-void import(LibraryConcerns& library, const QString& folder) {
-    library.importer.importDroppedURLs({QUrl::fromLocalFile(folder)});
-    until([&] { return !library.importer.isImporting() && library.catalog.isCurrent(); });
+void import(LibraryViewModel& library, const QString& folder) {
+    library.importing()->importDroppedURLs({QUrl::fromLocalFile(folder)});
+    until([&] { return !library.importing()->isImporting() && library.catalog()->isCurrent(); });
 }
 
 } // namespace
@@ -30,17 +31,17 @@ int main(int argc, char** argv) {
     if (arguments.size() < 2 || !QDir().mkpath(arguments[1]))
         return 2;
     bench::RealOutside outside(arguments[1]);
-    LibraryConcerns library(outside);
+    LibraryViewModel library(outside);
     if (arguments.size() > 2) {
         import(library, arguments[2]);
-        std::printf("%zu\n", library.store.size());
+        std::printf("%zu\n", library.store()->size());
         return 0;
     }
     const auto paths =
         outside.preferences().strings(SettingsKey::importedAudioPaths).value_or(QStringList());
     const auto size = static_cast<std::size_t>(paths.size());
-    library.restoration.restoreImportedAudio();
-    until([&] { return library.catalog.catalog()->rows->size() == size; });
+    library.restoration()->restoreImportedAudio();
+    until([&] { return library.catalog()->catalog()->rows->size() == size; });
     std::printf("%zu\n", size);
     std::fflush(stdout);
     return 0; // whoever waits for the line waits no longer for this

@@ -115,19 +115,19 @@ int main(int argc, char** argv) {
     const int albums = argc > 1 ? atoi(argv[1]) : 8000;
     test::GalleryWorld world(albums);
     LibraryViewModel& library = world.library();
-    world.waitFor([&] { return library.visibleAlbums()->rowCount() > 0; }, 60000);
+    world.waitFor([&] { return library.browsing()->visibleAlbums()->rowCount() > 0; }, 60000);
     QQuickWindow* window = world.open(u"main"_s);
     if (!window)
         return 1;
     std::printf("%d tracks, %d albums\n", library.trackCount(),
-                library.visibleAlbums()->rowCount());
+                library.browsing()->visibleAlbums()->rowCount());
     const auto measure = [&](const char* what, const QAbstractItemModel* model) {
         QQuickItem* view = nullptr;
         world.waitFor([&] { return (view = viewOf(window->contentItem(), model)) != nullptr; });
         if (view)
             report(what, scroll(*window, *view, 160));
     };
-    measure("album grid", library.visibleAlbums());
+    measure("album grid", library.browsing()->visibleAlbums());
     const auto open = [&](LibraryMode mode, const char* what) {
         const double before = processorMs(CLOCK_THREAD_CPUTIME_ID);
         bool shown = false;
@@ -138,27 +138,27 @@ int main(int argc, char** argv) {
         });
         const auto swapped =
             QObject::connect(window, &QQuickWindow::frameSwapped, [&] { shown = true; });
-        library.selectBrowseMode(mode);
+        library.browsing()->selectBrowseMode(mode);
         world.waitFor([&] { return shown; });
         QObject::disconnect(swapped);
         QObject::disconnect(ready);
         std::printf("%-12s opened with %.1f ms\n", what, synchronized);
     };
     open(LibraryMode::songs, "track table");
-    measure("track table", library.visibleTracks());
+    measure("track table", library.browsing()->visibleTracks());
     open(LibraryMode::artists, "artist grid");
-    measure("artist grid", library.visibleArtists());
+    measure("artist grid", library.browsing()->visibleArtists());
     open(LibraryMode::albums, "album grid");
 
     // The full-screen player draws by its own clock.
-    library.setShowFullPlayer(true);
+    library.views()->setShowFullPlayer(true);
     world.waitFor([] { return false; }, 1000);
     int frames = 0;
     const auto counted = QObject::connect(window, &QQuickWindow::frameSwapped, [&] { ++frames; });
     world.waitFor([] { return false; }, 4000);
     QObject::disconnect(counted);
     std::printf("full-screen player: %.1f frames a second\n", frames / 4.0);
-    library.setShowFullPlayer(false);
+    library.views()->setShowFullPlayer(false);
     world.waitFor([] { return false; }, 1500);
 
     // Nothing plays and nobody does anything: no frames.

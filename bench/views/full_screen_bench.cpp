@@ -72,16 +72,16 @@ int main(int argc, char** argv) {
         sizes = QStringList{u"1360x720"_s};
     for (const QString& size : sizes) {
         window->resize(size.section(u'x', 0, 0).toInt(), size.section(u'x', 1, 1).toInt());
-        library.setShowFullPlayer(true);
-        if (!library.isPlaying())
-            library.togglePlayback();
+        library.views()->setShowFullPlayer(true);
+        if (!library.transport()->isPlaying())
+            library.transport()->togglePlayback();
         measure(*window, "playing");
-        library.togglePlayback();
+        library.transport()->togglePlayback();
         measure(*window, "paused");
         window->hide();
         measure(*window, "hidden");
         window->show();
-        library.setShowFullPlayer(false);
+        library.views()->setShowFullPlayer(false);
         measure(*window, "closed");
     }
     return 0;

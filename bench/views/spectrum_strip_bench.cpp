@@ -90,9 +90,9 @@ int main(int argc, char** argv) {
     QQuickWindow* window = world.open(u"main"_s);
     if (!window)
         return 1;
-    world.library().setShowNowPlayingPanel(true);
-    if (!world.library().isPlaying())
-        world.library().togglePlayback();
+    world.library().views()->setShowNowPlayingPanel(true);
+    if (!world.library().transport()->isPlaying())
+        world.library().transport()->togglePlayback();
     test::GalleryWorld::waitFor([] { return false; }, 3000);
     QList<QQuickItem*> strips;
     collectStrips(window->contentItem(), strips);

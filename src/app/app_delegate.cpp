@@ -2,6 +2,7 @@
 #include "app/app_delegate.h"
 
 #include "library/library_view_model.h"
+#include "library/playback/transport.h"
 #include "presentation/l10n.h"
 
 namespace halvane {
@@ -17,12 +18,14 @@ std::vector<MenuEntry> AppDelegate::dockMenu() {
         };
         return made;
     };
-    const bool isPlaying = library && library->isPlaying();
+    const bool isPlaying = library && library->transport()->isPlaying();
     return {
         entry(isPlaying ? L10nKey::pause : L10nKey::play,
-              [](LibraryViewModel& model) { model.togglePlayback(); }),
-        entry(L10nKey::nextTrack, [](LibraryViewModel& model) { model.playNext(true); }),
-        entry(L10nKey::previousTrack, [](LibraryViewModel& model) { model.playPrevious(); }),
+              [](LibraryViewModel& model) { model.transport()->togglePlayback(); }),
+        entry(L10nKey::nextTrack,
+              [](LibraryViewModel& model) { model.transport()->playNext(true); }),
+        entry(L10nKey::previousTrack,
+              [](LibraryViewModel& model) { model.transport()->playPrevious(); }),
     };
 }
 

@@ -6,6 +6,7 @@
 #include "app/windows/frame_watch.h"
 #include "app/windows/mini_window_placement.h"
 #include "app/windows/window_registry.h"
+#include "library/browsing/view_state.h"
 #include "library/library_view_model.h"
 
 #include <QGuiApplication>
@@ -86,7 +87,7 @@ bool HalvaneApp::isWindowOpen(const QString& id) const {
 }
 
 void HalvaneApp::toggleMiniPlayer() {
-    if (m_library.isMiniPlayerOpen()) {
+    if (m_library.views()->isMiniPlayerOpen()) {
         openWindow(u"main"_s);
         closeWindow(u"mini"_s);
     } else {
@@ -97,23 +98,23 @@ void HalvaneApp::toggleMiniPlayer() {
 }
 
 void HalvaneApp::toggleFullScreen() {
-    if (!m_library.showFullPlayer()) {
+    if (!m_library.views()->showFullPlayer()) {
         // Set before the mini window closes: it would reopen the main window by itself otherwise.
-        m_library.setShowFullPlayer(true);
+        m_library.views()->setShowFullPlayer(true);
         openWindow(u"main"_s);
         closeWindow(u"mini"_s);
     } else {
-        m_library.setShowFullPlayer(false);
+        m_library.views()->setShowFullPlayer(false);
     }
 }
 
 void HalvaneApp::find() {
     openWindow(u"main"_s);
-    m_library.requestSearchFocus();
+    m_library.views()->requestSearchFocus();
 }
 
 void HalvaneApp::raise() {
-    openWindow(m_library.isMiniPlayerOpen() ? u"mini"_s : u"main"_s);
+    openWindow(m_library.views()->isMiniPlayerOpen() ? u"mini"_s : u"main"_s);
 }
 
 void HalvaneApp::useActivationToken(const QString& token) {

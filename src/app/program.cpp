@@ -9,6 +9,10 @@
 #include "app/second_start.h"
 #include "app/windows/window_registry.h"
 #include "audio/files/audio_file.h"
+#include "library/browsing/view_state.h"
+#include "library/import/importer.h"
+#include "library/playback/play_queue.h"
+#include "library/playback/transport.h"
 #include "platform/log.h"
 
 #include <QGuiApplication>
@@ -60,6 +64,7 @@ Program::Program(const Arguments& arguments, const QUrl& viewsRoot,
     , m_globalMenu(m_bus.connectionName(), [this] { return exportedMenus(m_app.commands()); })
     , m_instance(m_bus.connectionName()) {
     QGuiApplication::setQuitOnLastWindowClosed(false);
+    m_library.start();
     connectInstance();
     connectMediaControls();
     connectGlobalMenu();
@@ -122,14 +127,15 @@ void Program::connectMediaControls() {
     m_outside.mediaControls.setWindowHandlers({
         .setFullScreen =
             [this](bool fullScreen) {
-                if (fullScreen != m_library.showFullPlayer())
+                if (fullScreen != m_library.views()->showFullPlayer())
                     m_app.toggleFullScreen();
             },
         .raise = [this] { m_app.raise(); },
         .quit = [this] { m_app.quit(); },
     });
-    connect(&m_library, &LibraryViewModel::showFullPlayerChanged, this,
-            [this] { m_outside.mediaControls.publishFullScreen(m_library.showFullPlayer()); });
+    connect(m_library.views(), &ViewState::showFullPlayerChanged, this, [this] {
+        m_outside.mediaControls.publishFullScreen(m_library.views()->showFullPlayer());
+    });
 }
 
 void Program::connectGlobalMenu() {
@@ -190,7 +196,7 @@ void Program::keepReachable() {
 // One import for each, as if they had been opened one by one.
 void Program::open(const QList<QUrl>& files) {
     for (const auto& file : files)
-        m_library.importDroppedURLs({file});
+        m_library.importing()->importDroppedURLs({file});
 }
 
 void Program::comeForward(const QString& token) {
@@ -202,7 +208,7 @@ void Program::comeForward(const QString& token) {
 void Program::runAction(const QString& action) {
     if (action.isEmpty())
         return;
-    const auto* queue = m_library.playlist();
+    const auto* queue = m_library.queue();
     if (queue->rowCount() > 0) {
         perform(action);
         return;
@@ -220,11 +226,11 @@ void Program::runAction(const QString& action) {
 
 void Program::perform(const QString& action) {
     if (action == "PlayPause"_L1)
-        m_library.togglePlayback();
+        m_library.transport()->togglePlayback();
     else if (action == "Next"_L1)
-        m_library.playNext(true);
+        m_library.transport()->playNext(true);
     else if (action == "Previous"_L1)
-        m_library.playPrevious();
+        m_library.transport()->playPrevious();
     else
         qCWarning(libraryLog, "no such action: %s", qUtf8Printable(action));
 }

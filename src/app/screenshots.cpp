@@ -3,6 +3,7 @@
 
 #include "app/halvane_app.h"
 #include "app/windows/window_registry.h"
+#include "library/library_concerns.h"
 #include "library/library_view_model.h"
 #include "platform/log.h"
 #include "presentation/l10n.h"
@@ -58,7 +59,7 @@ Screenshots::Screenshots(HalvaneApp& app, Clock& clock, const QString& folder, Q
                                            std::pair(AppLanguage::simplifiedChinese, u"-zh"_s)}) {
         auto views = pictures();
         views.front().prepare = [this, language = language, first = views.front().prepare] {
-            m_app.library()->setLanguageSetting(language);
+            m_app.library()->language()->setLanguageSetting(language);
             first();
         };
         for (auto& view : views)
@@ -73,16 +74,20 @@ std::vector<Screenshots::Picture> Screenshots::pictures() {
     const auto nothing = [] {};
     const auto pressEqualizer = [this, library] {
         press(m_app.windows().visibleWindow(u"main"_s),
-              L10n::text(L10nKey::equalizer, library->resolvedLanguage()));
+              L10n::text(L10nKey::equalizer, library->language()->resolvedLanguage()));
     };
-    const auto place = [=](SidebarItem item) { return [=] { library->selectSidebarItem(item); }; };
+    const auto place = [=](SidebarItem item) {
+        return [=] { library->browsing()->selectSidebarItem(item); };
+    };
     return {
         {u"main-albums"_s, u"main"_s,
          [=] {
-             library->goHome();
-             library->setShowNowPlayingPanel(true);
-             if (!library->hasCurrentTrack() && library->visibleAlbums()->rowCount() > 0)
-                 library->playAlbum(firstValue(library->visibleAlbums(), "albumId").toString());
+             library->browsing()->goHome();
+             library->views()->setShowNowPlayingPanel(true);
+             if (!library->player()->hasCurrentTrack() &&
+                 library->browsing()->visibleAlbums()->rowCount() > 0)
+                 library->collections()->playAlbum(
+                     firstValue(library->browsing()->visibleAlbums(), "albumId").toString());
          },
          nothing},
         {u"main-artists"_s, u"main"_s, place(SidebarItem::artists), nothing},
@@ -90,21 +95,21 @@ std::vector<Screenshots::Picture> Screenshots::pictures() {
         {u"main-loved"_s, u"main"_s, place(SidebarItem::loved), nothing},
         {u"main-playlist"_s, u"main"_s,
          [=] {
-             library->setSelectedPlaylistID(
+             library->browsing()->setSelectedPlaylistID(
                  firstValue(library->playlists(), "playlistId").toUuid());
          },
          nothing},
         {u"main-search"_s, u"main"_s,
          [=] {
-             library->goHome();
-             library->setSearchText(u"n"_s);
+             library->browsing()->goHome();
+             library->browsing()->setSearchText(u"n"_s);
          },
-         [=] { library->setSearchText({}); }},
+         [=] { library->browsing()->setSearchText({}); }},
         {u"equalizer"_s, u"main"_s, pressEqualizer, pressEqualizer},
-        {u"tidy-up"_s, u"main"_s, [=] { library->setShowMaintenance(true); },
-         [=] { library->setShowMaintenance(false); }},
-        {u"full-screen"_s, u"main"_s, [=] { library->setShowFullPlayer(true); },
-         [=] { library->setShowFullPlayer(false); }},
+        {u"tidy-up"_s, u"main"_s, [=] { library->views()->setShowMaintenance(true); },
+         [=] { library->views()->setShowMaintenance(false); }},
+        {u"full-screen"_s, u"main"_s, [=] { library->views()->setShowFullPlayer(true); },
+         [=] { library->views()->setShowFullPlayer(false); }},
         {u"help"_s, u"help"_s, nothing, [this] { m_app.closeWindow(u"help"_s); }},
         {u"settings"_s, u"settings"_s, nothing, [this] { m_app.closeWindow(u"settings"_s); }},
         {u"panel"_s, u"panel"_s, nothing, [this] { m_app.closeWindow(u"panel"_s); }},
@@ -123,7 +128,8 @@ void Screenshots::start(bool expectsTracks) {
 }
 
 void Screenshots::waitForTracks(int looksLeft) {
-    const bool ready = m_app.library()->trackCount() > 0 && m_app.library()->importProgress() < 0;
+    const bool ready =
+        m_app.library()->trackCount() > 0 && m_app.library()->importing()->importProgress() < 0;
     if (looksLeft <= 0 || ready)
         m_step = m_clock.after(betweenLooks, [this] { next(); });
     else

@@ -7,6 +7,8 @@
 #include "app/windows/window_placement.h"
 #include "app/windows/window_registry.h"
 #include "library/library_view_model.h"
+#include "library/playback/player_display.h"
+#include "library/playback/transport.h"
 
 #include <QGuiApplication>
 #include <QQuickWindow>
@@ -45,10 +47,10 @@ Tray::Tray(HalvaneApp& app, const QString& connection, QObject* parent)
     connect(&m_icon, &TrayIcon::shownChanged, this, &Tray::shownChanged);
     connect(&m_icon, &TrayIcon::clicked, this, &Tray::togglePanel);
     connect(&m_icon, &TrayIcon::scrolled, library,
-            [library](int steps) { library->stepVolume(steps * volumeStep); });
+            [library](int steps) { library->transport()->stepVolume(steps * volumeStep); });
     connect(&m_icon, &TrayIcon::activationTokenProvided, &app, &HalvaneApp::useActivationToken);
     connect(&m_scheme, &ColorScheme::changed, this, &Tray::showIcon);
-    connect(library, &LibraryViewModel::currentTrackChanged, this, &Tray::showTrack);
+    connect(library->player(), &PlayerDisplay::currentTrackChanged, this, &Tray::showTrack);
     showIcon();
     showTrack();
 }
@@ -62,9 +64,10 @@ void Tray::showIcon() {
 
 void Tray::showTrack() {
     const auto* library = m_app.library();
-    m_icon.setToolTip(library->hasCurrentTrack() ? library->currentTrack().title + u" - "_s +
-                                                       library->currentTrack().artist
-                                                 : QString());
+    m_icon.setToolTip(library->player()->hasCurrentTrack()
+                          ? library->player()->currentTrack().title + u" - "_s +
+                                library->player()->currentTrack().artist
+                          : QString());
 }
 
 void Tray::togglePanel(QPoint icon) {

@@ -1,395 +1,216 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "audio/analysis/spectrum_model.h"
 #include "library/environment.h"
-#include "model/album.h"
-#include "model/enums.h"
-#include "model/queue_item.h"
-#include "presentation/app_theme.h"
 
-#include <QAbstractListModel>
-#include <QColor>
-#include <QList>
 #include <QObject>
-#include <QStringList>
-#include <QUrl>
-#include <QUuid>
 
 #include <memory>
 
 namespace halvane {
 
+class AmbientColor;
+class AudioPlaybackEngine;
+class Availability;
+class Bookmarks;
+class Browsing;
+class CachePersistence;
+class CloudDownloads;
+class CollectionPlayer;
 class CoverStore;
-class LibraryConcerns;
+class Duplicates;
+class EqualizerSettings;
+class ImportedPaths;
+class Importer;
+class LanguageSetting;
+class LibraryCatalog;
+class LibraryStore;
+class Maintenance;
+class MaintenanceLists;
+class MetadataCache;
+class MetadataHealing;
+class NowPlaying;
+class OutputDeviceListModel;
+class OutputDevices;
+class PlayQueue;
+class PlayerDisplay;
+class Playlists;
+class ProgressClock;
+class ReadingJournal;
+class Restoration;
+class SidebarModel;
+class SignalPath;
+class SoundCheck;
+class SpectrumModel;
+class StatusLine;
+class ThemeSettings;
+class TrackUserData;
+class Transport;
+class TransportSettings;
+class ViewState;
+struct QueueItem;
+struct RowState;
 
-/// The one controller: what every window, menu command and remote command sees and acts on. A
-/// facade over one small class a concern; it owns them and passes on their properties and
-/// operations under one roof, and holds no state of its own. Main thread only. Lives from the
-/// program's start to its end.
+/// The one controller: what every window, menu command and remote command sees and acts on. It owns
+/// the concerns, builds them in the order in which they need each other, and offers each to the
+/// views by name (`Library.transport.playNext(true)`). What a concern offers is in its own header.
+/// Main thread only. Lives from the program's start to its end.
 ///
-/// Paths are standardized absolute paths; times are seconds, gains dB, fractions 0...1.
+/// Everywhere in it, paths are standardized absolute paths; times are seconds, gains dB, fractions
+/// 0...1.
 class LibraryViewModel : public QObject {
     Q_OBJECT
+    Q_MOC_INCLUDE("library/library_concerns.h")
 
-    // Navigation and search
-    Q_PROPERTY(
-        halvane::SidebarItem selectedSidebar READ selectedSidebar NOTIFY selectedSidebarChanged)
-    Q_PROPERTY(halvane::LibraryMode mode READ mode NOTIFY modeChanged)
-    Q_PROPERTY(QString searchText READ searchText WRITE setSearchText NOTIFY searchTextChanged)
-    Q_PROPERTY(bool isSearchFieldFocused READ isSearchFieldFocused WRITE setSearchFieldFocused
-                   NOTIFY isSearchFieldFocusedChanged)
-    Q_PROPERTY(int searchFocusRequest READ searchFocusRequest NOTIFY searchFocusRequestChanged)
-    Q_PROPERTY(QString focusedArtist READ focusedArtist WRITE setFocusedArtist NOTIFY
-                   focusedArtistChanged) // empty: none
-    Q_PROPERTY(QString selectedAlbumID READ selectedAlbumID WRITE setSelectedAlbumID NOTIFY
-                   selectedAlbumIDChanged) // empty: none
-    Q_PROPERTY(bool showLovedOnly READ showLovedOnly NOTIFY showLovedOnlyChanged)
-    Q_PROPERTY(QUuid selectedPlaylistID READ selectedPlaylistID WRITE setSelectedPlaylistID NOTIFY
-                   selectedPlaylistIDChanged) // null: none
-    Q_PROPERTY(
-        QString selectedPlaylistName READ selectedPlaylistName NOTIFY selectedPlaylistNameChanged)
-
-    // Windows and panels
-    Q_PROPERTY(bool showFullPlayer READ showFullPlayer WRITE setShowFullPlayer NOTIFY
-                   showFullPlayerChanged)
-    Q_PROPERTY(bool isMiniPlayerOpen READ isMiniPlayerOpen WRITE setMiniPlayerOpen NOTIFY
-                   isMiniPlayerOpenChanged)
-    Q_PROPERTY(bool showNowPlayingPanel READ showNowPlayingPanel WRITE setShowNowPlayingPanel NOTIFY
-                   showNowPlayingPanelChanged)
-    Q_PROPERTY(bool showMaintenance READ showMaintenance WRITE setShowMaintenance NOTIFY
-                   showMaintenanceChanged)
-    Q_PROPERTY(bool isQuitting READ isQuitting NOTIFY isQuittingChanged)
-
-    // Transport
-    Q_PROPERTY(bool isPlaying READ isPlaying NOTIFY isPlayingChanged)
-    Q_PROPERTY(bool hasLoadedFile READ hasLoadedFile NOTIFY
-                   loadedFileChanged) // playing or paused: there is a position to move
-    Q_PROPERTY(double volume READ volume WRITE setVolume NOTIFY volumeChanged)
-    Q_PROPERTY(double progress READ progress NOTIFY progressChanged)
-    Q_PROPERTY(QString elapsedTime READ elapsedTime NOTIFY elapsedTimeChanged)
-    Q_PROPERTY(QString durationDisplay READ durationDisplay NOTIFY durationDisplayChanged)
-    Q_PROPERTY(bool isShuffleEnabled READ isShuffleEnabled NOTIFY isShuffleEnabledChanged)
-    Q_PROPERTY(halvane::PlaybackRepeatMode repeatMode READ repeatMode NOTIFY repeatModeChanged)
-    Q_PROPERTY(bool showRemainingTime READ showRemainingTime WRITE setShowRemainingTime NOTIFY
-                   showRemainingTimeChanged)
-    Q_PROPERTY(bool hasCurrentTrack READ hasCurrentTrack NOTIFY currentTrackChanged)
-    Q_PROPERTY(halvane::QueueItem currentTrack READ currentTrack NOTIFY
-                   currentTrackChanged) // empty texts: none
-    Q_PROPERTY(bool isCurrentTrackLoved READ isCurrentTrackLoved NOTIFY isCurrentTrackLovedChanged)
-    Q_PROPERTY(QString queuePositionText READ queuePositionText NOTIFY queuePositionTextChanged)
-    Q_PROPERTY(QString queueSourceText READ queueSourceText NOTIFY queueSourceTextChanged)
-
-    // Lists. Roles are in the models' headers.
-    Q_PROPERTY(QAbstractListModel* playlist READ playlist CONSTANT) // the play queue
-    Q_PROPERTY(QAbstractListModel* visibleTracks READ visibleTracks CONSTANT)
-    Q_PROPERTY(QAbstractListModel* visibleAlbums READ visibleAlbums CONSTANT)
-    Q_PROPERTY(QAbstractListModel* visibleArtists READ visibleArtists CONSTANT)
-    Q_PROPERTY(QAbstractListModel* playlists READ playlists CONSTANT)
-    Q_PROPERTY(QAbstractListModel* sidebarItems READ sidebarItems CONSTANT)
-    Q_PROPERTY(int visibleTrackCount READ visibleTrackCount NOTIFY visibleTrackCountChanged)
+    // What plays
+    Q_PROPERTY(halvane::Transport* transport READ transport CONSTANT)
+    Q_PROPERTY(halvane::ProgressClock* progressClock READ progressClock CONSTANT)
+    Q_PROPERTY(halvane::PlayQueue* queue READ queue CONSTANT)
+    Q_PROPERTY(halvane::CollectionPlayer* collections READ collections CONSTANT)
+    Q_PROPERTY(halvane::PlayerDisplay* player READ player CONSTANT)
+    // How it sounds, and where
+    Q_PROPERTY(halvane::EqualizerSettings* equalizer READ equalizer CONSTANT)
+    Q_PROPERTY(halvane::SoundCheck* soundCheck READ soundCheck CONSTANT)
+    Q_PROPERTY(halvane::SpectrumModel* spectrum READ spectrum CONSTANT)
+    Q_PROPERTY(halvane::OutputDevices* output READ output CONSTANT)
+    Q_PROPERTY(halvane::OutputDeviceListModel* outputDevices READ outputDevices CONSTANT)
+    Q_PROPERTY(halvane::SignalPath* signalPath READ signalPath CONSTANT)
+    // What the library holds, and how it comes and goes
     Q_PROPERTY(int trackCount READ trackCount NOTIFY trackCountChanged)
     Q_PROPERTY(QString librarySummary READ librarySummary NOTIFY librarySummaryChanged)
-    Q_PROPERTY(bool hasFocusedAlbum READ hasFocusedAlbum NOTIFY focusedAlbumChanged)
-    Q_PROPERTY(halvane::Album focusedAlbum READ focusedAlbum NOTIFY focusedAlbumChanged)
-    Q_PROPERTY(bool hasSelectedAlbum READ hasSelectedAlbum NOTIFY selectedAlbumChanged)
-    Q_PROPERTY(halvane::Album selectedAlbum READ selectedAlbum NOTIFY selectedAlbumChanged)
-    Q_PROPERTY(
-        bool hasCurrentArtworkAlbum READ hasCurrentArtworkAlbum NOTIFY currentArtworkAlbumChanged)
-    Q_PROPERTY(halvane::Album currentArtworkAlbum READ currentArtworkAlbum NOTIFY
-                   currentArtworkAlbumChanged)
-
-    // Status line
-    Q_PROPERTY(QString lastImportMessage READ lastImportMessage NOTIFY lastImportMessageChanged)
-    Q_PROPERTY(bool statusIsError READ statusIsError NOTIFY statusIsErrorChanged)
-
-    // Import and maintenance. The lists hold title, artist and path.
-    Q_PROPERTY(double importProgress READ importProgress NOTIFY
-                   importProgressChanged) // below 0: none runs
-    Q_PROPERTY(
-        int maintenanceActionCount READ maintenanceActionCount NOTIFY maintenanceActionCountChanged)
-    Q_PROPERTY(
-        bool cloudDownloadInFlight READ cloudDownloadInFlight NOTIFY cloudDownloadInFlightChanged)
-    Q_PROPERTY(int duplicateGroupCount READ duplicateGroupCount NOTIFY duplicateGroupCountChanged)
-    Q_PROPERTY(QAbstractListModel* cloudPendingTracks READ cloudPendingTracks CONSTANT)
-    Q_PROPERTY(QAbstractListModel* missingTracks READ missingTracks CONSTANT)
-    Q_PROPERTY(QAbstractListModel* duplicateTracks READ duplicateTracks CONSTANT)
-
-    // Equalizer and Sound Check
-    Q_PROPERTY(bool eqEnabled READ eqEnabled WRITE setEqEnabled NOTIFY eqEnabledChanged)
-    Q_PROPERTY(QList<double> eqGains READ eqGains NOTIFY eqGainsChanged)
-    Q_PROPERTY(double eqPreamp READ eqPreamp WRITE setEqPreamp NOTIFY eqPreampChanged)
-    Q_PROPERTY(QString currentEQPresetID READ currentEQPresetID NOTIFY
-                   currentEQPresetIDChanged) // empty: none
-    Q_PROPERTY(QString presetMenuTitle READ presetMenuTitle NOTIFY presetMenuTitleChanged)
-    Q_PROPERTY(QStringList userEQPresetNames READ userEQPresetNames NOTIFY userEQPresetsChanged)
-    Q_PROPERTY(bool soundCheckEnabled READ soundCheckEnabled WRITE setSoundCheckEnabled NOTIFY
-                   soundCheckEnabledChanged)
-    Q_PROPERTY(halvane::SpectrumModel* spectrum READ spectrum CONSTANT)
-
-    // Output. The list holds deviceId, name and selected.
-    Q_PROPERTY(QString outputDeviceName READ outputDeviceName NOTIFY outputDeviceNameChanged)
-    Q_PROPERTY(QAbstractListModel* availableOutputDevices READ availableOutputDevices CONSTANT)
-    Q_PROPERTY(QString selectedOutputDeviceName READ selectedOutputDeviceName NOTIFY
-                   selectedOutputDeviceNameChanged) // empty: the system's default
-    Q_PROPERTY(QString signalPathDescription READ signalPathDescription NOTIFY
-                   signalPathDescriptionChanged)
-
-    // Appearance
-    Q_PROPERTY(halvane::AppLanguage languageSetting READ languageSetting WRITE setLanguageSetting
-                   NOTIFY languageChanged)
-    Q_PROPERTY(
-        halvane::ResolvedLanguage resolvedLanguage READ resolvedLanguage NOTIFY languageChanged)
-    Q_PROPERTY(halvane::SpectrumTintMode themeAccentMode READ themeAccentMode WRITE
-                   setThemeAccentMode NOTIFY themeChanged)
-    Q_PROPERTY(QColor customThemeAccent READ customThemeAccent WRITE setCustomThemeAccent NOTIFY
-                   themeChanged)
-    Q_PROPERTY(halvane::CornerStyle themeCornerStyle READ themeCornerStyle WRITE setThemeCornerStyle
-                   NOTIFY themeChanged)
-    Q_PROPERTY(halvane::BackgroundStyle themeBackgroundStyle READ themeBackgroundStyle WRITE
-                   setThemeBackgroundStyle NOTIFY themeChanged)
-    Q_PROPERTY(halvane::SpectrumTintMode spectrumTintMode READ spectrumTintMode WRITE
-                   setSpectrumTintMode NOTIFY spectrumTintChanged)
-    Q_PROPERTY(QColor customSpectrumColor READ customSpectrumColor WRITE setCustomSpectrumColor
-                   NOTIFY spectrumTintChanged)
-    Q_PROPERTY(QColor spectrumTint READ spectrumTint NOTIFY spectrumTintChanged)
-    Q_PROPERTY(QColor ambientColor READ ambientColor NOTIFY ambientColorChanged)
-    Q_PROPERTY(double ambientBackgroundBoost READ ambientBackgroundBoost NOTIFY themeChanged)
+    Q_PROPERTY(halvane::Importer* importing READ importing CONSTANT)
+    Q_PROPERTY(halvane::Maintenance* tidying READ tidying CONSTANT)
+    Q_PROPERTY(halvane::MaintenanceLists* tidyingLists READ tidyingLists CONSTANT)
+    Q_PROPERTY(halvane::CloudDownloads* downloads READ downloads CONSTANT)
+    Q_PROPERTY(halvane::Duplicates* duplicates READ duplicates CONSTANT)
+    // Where the user is, and what the windows show
+    Q_PROPERTY(halvane::Browsing* browsing READ browsing CONSTANT)
+    Q_PROPERTY(halvane::SidebarModel* sidebar READ sidebar CONSTANT)
+    Q_PROPERTY(halvane::ViewState* views READ views CONSTANT)
+    Q_PROPERTY(halvane::StatusLine* status READ status CONSTANT)
+    // What the user has said and chosen
+    Q_PROPERTY(halvane::Playlists* playlists READ playlists CONSTANT)
+    Q_PROPERTY(halvane::TrackUserData* userData READ userData CONSTANT)
+    Q_PROPERTY(halvane::ThemeSettings* appearance READ appearance CONSTANT)
+    Q_PROPERTY(halvane::AmbientColor* ambient READ ambient CONSTANT)
+    Q_PROPERTY(halvane::LanguageSetting* language READ language CONSTANT)
 
   public:
-    /// Restores what is remembered; nothing plays and the queue is empty. The environment's parts
+    /// Makes every concern, with nothing restored and nothing playing. The environment's parts
     /// outlive it.
     explicit LibraryViewModel(const Environment& environment, QObject* parent = nullptr);
+    /// Waits for a save of the index, and for nothing else.
     ~LibraryViewModel() override;
 
-    /// Gives the views' covers by the keys that lists and albums carry. Any thread.
-    const CoverStore& covers() const;
-    /// What stands behind it, for those who put a library together without files.
-    LibraryConcerns& concerns() { return *m_concerns; }
+    /// Restores what is remembered and begins to listen to the outside; nothing plays. Once.
+    void start();
 
-    SidebarItem selectedSidebar() const;
-    LibraryMode mode() const;
-    QString searchText() const;
-    void setSearchText(const QString& text);
-    bool isSearchFieldFocused() const;
-    void setSearchFieldFocused(bool focused);
-    int searchFocusRequest() const;
-    QString focusedArtist() const;
-    void setFocusedArtist(const QString& name);
-    QString selectedAlbumID() const;
-    void setSelectedAlbumID(const QString& id);
-    bool showLovedOnly() const;
-    QUuid selectedPlaylistID() const;
-    void setSelectedPlaylistID(const QUuid& id);
-    QString selectedPlaylistName() const;
-
-    bool showFullPlayer() const;
-    void setShowFullPlayer(bool show);
-    bool isMiniPlayerOpen() const;
-    void setMiniPlayerOpen(bool open);
-    bool showNowPlayingPanel() const;
-    void setShowNowPlayingPanel(bool show);
-    bool showMaintenance() const;
-    void setShowMaintenance(bool show);
-    bool isQuitting() const;
-
-    bool isPlaying() const;
-    double volume() const;
-    void setVolume(double volume);
-    bool hasLoadedFile() const;
-    double progress() const;
-    QString elapsedTime() const;
-    QString durationDisplay() const;
-    bool isShuffleEnabled() const;
-    PlaybackRepeatMode repeatMode() const;
-    bool showRemainingTime() const;
-    void setShowRemainingTime(bool show);
-    bool hasCurrentTrack() const;
-    QueueItem currentTrack() const;
-    bool isCurrentTrackLoved() const;
-    QString queuePositionText() const;
-    QString queueSourceText() const;
-
-    QAbstractListModel* playlist();
-    QAbstractListModel* visibleTracks();
-    QAbstractListModel* visibleAlbums();
-    QAbstractListModel* visibleArtists();
-    QAbstractListModel* playlists();
-    QAbstractListModel* sidebarItems();
-    int visibleTrackCount() const;
+    Transport* transport() const { return m_transport.get(); }
+    ProgressClock* progressClock() const { return m_progressClock.get(); }
+    PlayQueue* queue() const { return m_queue.get(); }
+    CollectionPlayer* collections() const { return m_collections.get(); }
+    PlayerDisplay* player() const { return m_player.get(); }
+    EqualizerSettings* equalizer() const { return m_equalizer.get(); }
+    SoundCheck* soundCheck() const { return m_soundCheck.get(); }
+    SpectrumModel* spectrum() const;
+    OutputDevices* output() const { return m_output.get(); }
+    OutputDeviceListModel* outputDevices() const { return m_outputDevices.get(); }
+    SignalPath* signalPath() const { return m_signalPath.get(); }
     int trackCount() const;
+    /// How many tracks and albums there are, and how large their files are, in one line.
     QString librarySummary() const;
-    bool hasFocusedAlbum() const;
-    Album focusedAlbum() const;
-    bool hasSelectedAlbum() const;
-    Album selectedAlbum() const;
-    bool hasCurrentArtworkAlbum() const;
-    Album currentArtworkAlbum() const;
+    Importer* importing() const { return m_importing.get(); }
+    Maintenance* tidying() const { return m_tidying.get(); }
+    MaintenanceLists* tidyingLists() const { return m_tidyingLists.get(); }
+    CloudDownloads* downloads() const { return m_downloads.get(); }
+    Duplicates* duplicates() const { return m_duplicates.get(); }
+    Browsing* browsing() const { return m_browsing.get(); }
+    SidebarModel* sidebar() const { return m_sidebar.get(); }
+    ViewState* views() const { return m_views.get(); }
+    StatusLine* status() const { return m_status.get(); }
+    Playlists* playlists() const { return m_playlists.get(); }
+    TrackUserData* userData() const { return m_userData.get(); }
+    ThemeSettings* appearance() const { return m_appearance.get(); }
+    AmbientColor* ambient() const { return m_ambient.get(); }
+    LanguageSetting* language() const { return m_language.get(); }
 
-    QString lastImportMessage() const;
-    bool statusIsError() const;
-
-    double importProgress() const;
-    int maintenanceActionCount() const;
-    bool cloudDownloadInFlight() const;
-    int duplicateGroupCount() const;
-    QAbstractListModel* cloudPendingTracks();
-    QAbstractListModel* missingTracks();
-    QAbstractListModel* duplicateTracks();
-
-    bool eqEnabled() const;
-    void setEqEnabled(bool enabled);
-    QList<double> eqGains() const;
-    double eqPreamp() const;
-    void setEqPreamp(double dB);
-    QString currentEQPresetID() const;
-    QString presetMenuTitle() const;
-    QStringList userEQPresetNames() const;
-    bool soundCheckEnabled() const;
-    void setSoundCheckEnabled(bool enabled);
-    SpectrumModel* spectrum();
-
-    QString outputDeviceName() const;
-    QAbstractListModel* availableOutputDevices();
-    QString selectedOutputDeviceName() const;
-    QString signalPathDescription() const;
-
-    AppLanguage languageSetting() const;
-    void setLanguageSetting(AppLanguage setting);
-    ResolvedLanguage resolvedLanguage() const;
-    SpectrumTintMode themeAccentMode() const;
-    void setThemeAccentMode(SpectrumTintMode mode);
-    QColor customThemeAccent() const;
-    void setCustomThemeAccent(const QColor& color);
-    CornerStyle themeCornerStyle() const;
-    void setThemeCornerStyle(CornerStyle style);
-    BackgroundStyle themeBackgroundStyle() const;
-    void setThemeBackgroundStyle(BackgroundStyle style);
-    SpectrumTintMode spectrumTintMode() const;
-    void setSpectrumTintMode(SpectrumTintMode mode);
-    QColor customSpectrumColor() const;
-    void setCustomSpectrumColor(const QColor& color);
-    QColor spectrumTint() const;
-    QColor ambientColor() const;
-    double ambientBackgroundBoost() const;
-    /// What the windows are drawn with.
-    const AppTheme::Style& themeStyle() const;
-
-    // Transport and queue
-    Q_INVOKABLE void togglePlayback();
-    Q_INVOKABLE void playNext(bool manual);
-    Q_INVOKABLE void playPrevious();
-    Q_INVOKABLE void playTrack(const QUuid& id);
-    Q_INVOKABLE void playAlbum(const QString& id);
-    Q_INVOKABLE void playArtist(const QString& name);
-    Q_INVOKABLE void playPlaylist(const QUuid& id);
-    Q_INVOKABLE void playItem(const QUuid& id, bool userInitiated);
-    Q_INVOKABLE void moveQueueItem(const QUuid& id, const QUuid& toPositionOf);
-    Q_INVOKABLE void
-    finishQueueMove(); // the dragged entry was dropped: plan the gapless successor again
-    Q_INVOKABLE void scrub(double fraction);
-    Q_INVOKABLE void seek(double fraction);
-    Q_INVOKABLE void advanceRepeatMode();
-    Q_INVOKABLE void toggleShuffle();
-    Q_INVOKABLE void stepVolume(double delta);
-    Q_INVOKABLE bool isTrackPlaying(const QString& path) const;
-    // Browsing
-    Q_INVOKABLE void selectBrowseMode(halvane::LibraryMode mode);
-    Q_INVOKABLE void selectSidebarItem(halvane::SidebarItem item);
-    Q_INVOKABLE void goHome();
-    Q_INVOKABLE void jumpToArtist(const QString& name);
-    Q_INVOKABLE void jumpToAlbum(const QUuid& entry);
-    Q_INVOKABLE void toggleLoved(const QString& path);
-    Q_INVOKABLE void setRating(int rating, const QString& path);
-    Q_INVOKABLE void requestSearchFocus(); // adds 1 to searchFocusRequest
-    // Playlists
-    Q_INVOKABLE QUuid createPlaylist(const QString& name);
-    Q_INVOKABLE void renamePlaylist(const QUuid& id, const QString& name);
-    Q_INVOKABLE void deletePlaylist(const QUuid& id);
-    Q_INVOKABLE void addTrackPaths(const QStringList& paths, const QUuid& toPlaylist);
-    Q_INVOKABLE void removeTrackPath(const QString& path, const QUuid& fromPlaylist);
-    // Import and maintenance
-    Q_INVOKABLE void chooseAndImportMusic(bool files, bool directories);
-    Q_INVOKABLE void importDroppedURLs(const QList<QUrl>& urls);
-    Q_INVOKABLE void refreshAvailability();
-    Q_INVOKABLE void removeTracks(const QStringList& withPaths);
-    Q_INVOKABLE void removeDuplicateTracks();
-    Q_INVOKABLE void downloadAllCloudTracks();
-    // Equalizer
-    Q_INVOKABLE void setEqGain(int band, double dB);
-    Q_INVOKABLE void applyBuiltInEQPreset(const QString& id);
-    Q_INVOKABLE void applyUserEQPreset(const QString& name);
-    Q_INVOKABLE void saveCurrentEQPreset(const QString& name);
-    Q_INVOKABLE void deleteUserEQPreset(const QString& name);
-    // Output
-    Q_INVOKABLE void selectOutputDevice(quint32 id);
-    Q_INVOKABLE void selectSystemDefaultOutput();
+    // What no view shows.
+    LibraryStore* store() const { return m_store.get(); }
+    LibraryCatalog* catalog() const { return m_catalog.get(); }
+    MetadataCache* cache() const { return m_cache.get(); }
+    Bookmarks* bookmarks() const { return m_bookmarks.get(); }
+    ImportedPaths* importedPaths() const { return m_importedPaths.get(); }
+    CachePersistence* persistence() const { return m_persistence.get(); }
+    Restoration* restoration() const { return m_restoration.get(); }
+    Availability* availability() const { return m_availability.get(); }
+    MetadataHealing* healing() const { return m_healing.get(); }
+    AudioPlaybackEngine* engine() const { return m_engine.get(); }
+    /// Gives the views' covers by the keys that lists and albums carry. Any thread.
+    const CoverStore& covers() const { return *m_covers; }
 
   Q_SIGNALS:
-    void selectedSidebarChanged();
-    void modeChanged();
-    void searchTextChanged();
-    void isSearchFieldFocusedChanged();
-    void searchFocusRequestChanged();
-    void focusedArtistChanged();
-    void selectedAlbumIDChanged();
-    void showLovedOnlyChanged();
-    void selectedPlaylistIDChanged();
-    void selectedPlaylistNameChanged();
-    void showFullPlayerChanged();
-    void isMiniPlayerOpenChanged();
-    void showNowPlayingPanelChanged();
-    void showMaintenanceChanged();
-    void isQuittingChanged();
-    void isPlayingChanged();
-    void loadedFileChanged();
-    void volumeChanged();
-    void progressChanged();
-    void elapsedTimeChanged();
-    void durationDisplayChanged();
-    void isShuffleEnabledChanged();
-    void repeatModeChanged();
-    void showRemainingTimeChanged();
-    void currentTrackChanged();
-    void isCurrentTrackLovedChanged();
-    void queuePositionTextChanged();
-    void queueSourceTextChanged();
-    void visibleTrackCountChanged();
     void trackCountChanged();
     void librarySummaryChanged();
-    void focusedAlbumChanged();
-    void selectedAlbumChanged();
-    void currentArtworkAlbumChanged();
-    void lastImportMessageChanged();
-    void statusIsErrorChanged();
-    void importProgressChanged();
-    void maintenanceActionCountChanged();
-    void cloudDownloadInFlightChanged();
-    void duplicateGroupCountChanged();
-    void eqEnabledChanged();
-    void eqGainsChanged();
-    void eqPreampChanged();
-    void currentEQPresetIDChanged();
-    void presetMenuTitleChanged();
-    void userEQPresetsChanged();
-    void soundCheckEnabledChanged();
-    void outputDeviceNameChanged();
-    void selectedOutputDeviceNameChanged();
-    void signalPathDescriptionChanged();
-    void languageChanged();
-    void themeChanged();
-    void spectrumTintChanged();
-    void ambientColorChanged();
 
   private:
-    void forwardBrowsing();
-    void forwardViews();
-    void forwardTransport();
-    void forwardMaintenance();
-    void forwardSettings();
-    void forwardOutput();
+    RowState rowState();
+    void libraryGrew();
+    void showEntry(const QueueItem& entry);
+    void selectedAlbumChanged();
+    void availabilityChanged(const QSet<QString>& paths);
 
-    std::unique_ptr<LibraryConcerns> m_concerns;
+    void connectRows();
+    void connectCatalog();
+    void connectTransport();
+    void connectNowPlaying();
+    void connectLanguage();
+    void observeApplication();
+
+    Environment m_outside;
+
+    // Each concern is made after those that it needs, and goes before them.
+    std::unique_ptr<LanguageSetting> m_language;
+    std::unique_ptr<TrackUserData> m_userData;
+    std::unique_ptr<Playlists> m_playlists;
+    std::unique_ptr<ViewState> m_views;
+
+    std::unique_ptr<CoverStore> m_covers;
+    std::unique_ptr<LibraryStore> m_store;
+    std::unique_ptr<LibraryCatalog> m_catalog;
+    std::unique_ptr<MetadataCache> m_cache;
+    std::shared_ptr<ReadingJournal> m_journal; ///< of files that crash or hang their readers
+    std::unique_ptr<ImportedPaths> m_importedPaths;
+    std::unique_ptr<CachePersistence> m_persistence;
+    std::unique_ptr<Bookmarks> m_bookmarks;
+    std::unique_ptr<Duplicates> m_duplicates;
+
+    std::unique_ptr<AudioPlaybackEngine> m_engine;
+    std::unique_ptr<StatusLine> m_status;
+    std::unique_ptr<ProgressClock> m_progressClock;
+    std::unique_ptr<PlayQueue> m_queue;
+    std::unique_ptr<CloudDownloads> m_downloads;
+    std::unique_ptr<Availability> m_availability;
+    std::unique_ptr<Transport> m_transport;
+    std::unique_ptr<TransportSettings> m_transportSettings;
+    std::unique_ptr<EqualizerSettings> m_equalizer;
+    std::unique_ptr<SoundCheck> m_soundCheck;
+    std::unique_ptr<OutputDevices> m_output;
+    std::unique_ptr<OutputDeviceListModel> m_outputDevices;
+    std::unique_ptr<SignalPath> m_signalPath;
+
+    std::unique_ptr<MetadataHealing> m_healing;
+    std::unique_ptr<Importer> m_importing;
+    std::unique_ptr<Restoration> m_restoration;
+    std::unique_ptr<Maintenance> m_tidying;
+
+    std::unique_ptr<Browsing> m_browsing;
+    std::unique_ptr<SidebarModel> m_sidebar;
+    std::unique_ptr<MaintenanceLists> m_tidyingLists;
+    std::unique_ptr<CollectionPlayer> m_collections;
+    std::unique_ptr<PlayerDisplay> m_player;
+    std::unique_ptr<AmbientColor> m_ambient;
+    std::unique_ptr<ThemeSettings> m_appearance;
+    std::unique_ptr<NowPlaying> m_nowPlaying;
 };
 
 } // namespace halvane

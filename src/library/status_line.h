@@ -12,6 +12,8 @@ namespace halvane {
 /// seconds of its own. Main thread.
 class StatusLine : public QObject {
     Q_OBJECT
+    Q_PROPERTY(QString lastImportMessage READ text NOTIFY textChanged)
+    Q_PROPERTY(bool statusIsError READ isError NOTIFY isErrorChanged)
 
   public:
     /// The clock must outlive this.

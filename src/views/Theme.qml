@@ -13,7 +13,7 @@ QtObject {
     readonly property color panel: AppPalette.panel
     readonly property color panelRaised: AppPalette.panelRaised
     readonly property color controlBackground: AppPalette.controlBackground
-    readonly property color windowBackground: AppPalette.windowBackground(Library.themeBackgroundStyle)
+    readonly property color windowBackground: Library.appearance.windowBackground
     readonly property color sidebarVeil: withAlpha(sidebarBackground, 0.72)
     readonly property color playerBarVeil: Qt.rgba(0.055, 0.058, 0.063, 0.9)
     readonly property color scrim: Qt.rgba(0, 0, 0, 0.55)
@@ -36,16 +36,16 @@ QtObject {
     readonly property color onAccent: Qt.rgba(0.03, 0.05, 0.05, 1)
 
     // Accents
-    readonly property color accent: AppPalette.accent(Library.themeAccentMode, Library.ambientColor, Library.customThemeAccent)
+    readonly property color accent: Library.appearance.accent
     readonly property color warmAccent: AppPalette.warmAccent
     readonly property color gold: AppPalette.gold
     readonly property color cloudBlue: Qt.rgba(0.4, 0.64, 1, 1)
     readonly property color disc: primaryText
 
     // Corners
-    readonly property real radiusLarge: AppPalette.radiusLarge(Library.themeCornerStyle)
-    readonly property real radiusMedium: AppPalette.radiusMedium(Library.themeCornerStyle)
-    readonly property real radiusSmall: AppPalette.radiusSmall(Library.themeCornerStyle)
+    readonly property real radiusLarge: Library.appearance.radiusLarge
+    readonly property real radiusMedium: Library.appearance.radiusMedium
+    readonly property real radiusSmall: Library.appearance.radiusSmall
 
     // Distances
     readonly property real gapTiny: 4

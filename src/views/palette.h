@@ -2,6 +2,7 @@
 #pragma once
 
 #include "presentation/app_theme.h"
+#include "presentation/qt_colors.h"
 
 #include <QColor>
 #include <QFont>
@@ -10,7 +11,8 @@
 
 namespace halvane::views {
 
-/// The program's palette and what follows from the theme settings, for QML. Pure. Main thread.
+/// The constant colours and the fonts of the windows, for QML. What a listener chooses is
+/// ThemeSettings'. Pure. Main thread.
 class AppPalette : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -29,16 +31,16 @@ class AppPalette : public QObject {
   public:
     using QObject::QObject;
 
-    QColor sidebarBackground() const { return shown(AppTheme::sidebarBackground); }
-    QColor panel() const { return shown(AppTheme::panel); }
-    QColor panelRaised() const { return shown(AppTheme::panelRaised); }
-    QColor controlBackground() const { return shown(AppTheme::controlBackground); }
-    QColor line() const { return shown(AppTheme::line); }
-    QColor primaryText() const { return shown(AppTheme::primaryText); }
-    QColor secondaryText() const { return shown(AppTheme::secondaryText); }
-    QColor tertiaryText() const { return shown(AppTheme::tertiaryText); }
-    QColor warmAccent() const { return shown(AppTheme::warmAccent); }
-    QColor gold() const { return shown(AppTheme::gold); }
+    QColor sidebarBackground() const { return qtColor(AppTheme::sidebarBackground); }
+    QColor panel() const { return qtColor(AppTheme::panel); }
+    QColor panelRaised() const { return qtColor(AppTheme::panelRaised); }
+    QColor controlBackground() const { return qtColor(AppTheme::controlBackground); }
+    QColor line() const { return qtColor(AppTheme::line); }
+    QColor primaryText() const { return qtColor(AppTheme::primaryText); }
+    QColor secondaryText() const { return qtColor(AppTheme::secondaryText); }
+    QColor tertiaryText() const { return qtColor(AppTheme::tertiaryText); }
+    QColor warmAccent() const { return qtColor(AppTheme::warmAccent); }
+    QColor gold() const { return qtColor(AppTheme::gold); }
 
     /// A text style: pixels, weight (100...900) and space between letters in pixels. Latin is set
     /// in Inter, Chinese in Noto Sans CJK SC.
@@ -58,27 +60,6 @@ class AppPalette : public QObject {
         QFont result = font(pixels, weight);
         result.setFamily(QStringLiteral("DejaVu Sans Mono"));
         return result;
-    }
-
-    /// Styles and modes are the model's enumerations as numbers.
-    Q_INVOKABLE QColor accent(int mode, const QColor& ambient, const QColor& custom) const {
-        return shown(
-            AppTheme::resolvedThemeAccent(SpectrumTintMode(mode), read(ambient), read(custom)));
-    }
-    Q_INVOKABLE QColor windowBackground(int style) const {
-        return shown(AppTheme::windowBackground(BackgroundStyle(style)));
-    }
-    Q_INVOKABLE double radiusLarge(int style) const { return radii(style).large; }
-    Q_INVOKABLE double radiusMedium(int style) const { return radii(style).medium; }
-    Q_INVOKABLE double radiusSmall(int style) const { return radii(style).small; }
-
-  private:
-    static AppTheme::Radii radii(int style) { return AppTheme::radii(CornerStyle(style)); }
-    static QColor shown(const Color& c) {
-        return QColor::fromRgbF(float(c.red), float(c.green), float(c.blue), float(c.opacity));
-    }
-    static Color read(const QColor& c) {
-        return {double(c.redF()), double(c.greenF()), double(c.blueF()), double(c.alphaF())};
     }
 };
 

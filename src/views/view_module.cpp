@@ -3,6 +3,7 @@
 
 #include "library/browsing/cover_store.h"
 #include "library/library_view_model.h"
+#include "library/user/language_setting.h"
 #include "views/library/cover_image_provider.h"
 #include "views/palette.h"
 
@@ -40,13 +41,14 @@ class StoredCover final : public ArtworkSource {
 ViewModule::ViewModule(QQmlEngine& engine, LibraryViewModel& library)
     : m_engine(engine)
     , m_library(library)
-    , m_strings([&library] { return library.resolvedLanguage(); }) {
+    , m_strings([&library] { return library.language()->resolvedLanguage(); }) {
     qml_register_types_Halvane();
     // What a view's text style does not say itself.
     QFont font = QGuiApplication::font();
     font.setFamilies(AppPalette().font(13, QFont::Normal).families());
     QGuiApplication::setFont(font);
-    connect(&library, &LibraryViewModel::languageChanged, &m_strings, &Strings::languageChanged);
+    connect(library.language(), &LanguageSetting::languageChanged, &m_strings,
+            &Strings::languageChanged);
     engine.setProperty(moduleProperty, QVariant::fromValue<QObject*>(this));
     engine.addImportPath(u"qrc:/qt/qml"_s);
     engine.addImageProvider(

@@ -2,6 +2,7 @@
 #include "app/app_delegate.h"
 #include "app/commands/commands.h"
 #include "gallery/fake_outside.h"
+#include "library/library_concerns.h"
 #include "library/library_view_model.h"
 #include "support/child_process.h"
 
@@ -36,7 +37,7 @@ class Keys : public testing::Test {
     }
     QQuickItem* item(const QString& name) { return window->findChild<QQuickItem*>(name); }
     // With nothing to play, an attempt to play says so in the status line.
-    bool hasTriedToPlay() const { return !library.lastImportMessage().isEmpty(); }
+    bool hasTriedToPlay() const { return !library.status()->text().isEmpty(); }
 
     FakeOutside outside;
     LibraryViewModel library{outside.environment()};
@@ -61,12 +62,12 @@ TEST_F(Keys, WorkInEveryWindow) {
     QTest::keyClick(window.get(), Qt::Key_Question, Qt::ControlModifier);
     EXPECT_THAT(asked,
                 ElementsAre(u"find"_s, u"mini"_s, u"full"_s, u"open settings"_s, u"open help"_s));
-    library.setVolume(0.5);
+    library.transport()->setVolume(0.5);
     QTest::keyClick(window.get(), Qt::Key_Up, Qt::ControlModifier);
-    EXPECT_DOUBLE_EQ(library.volume(), 0.5625);
-    const bool panel = library.showNowPlayingPanel();
+    EXPECT_DOUBLE_EQ(library.transport()->volume(), 0.5625);
+    const bool panel = library.views()->showNowPlayingPanel();
     QTest::keyClick(window.get(), Qt::Key_N, Qt::ControlModifier | Qt::AltModifier);
-    EXPECT_NE(library.showNowPlayingPanel(), panel);
+    EXPECT_NE(library.views()->showNowPlayingPanel(), panel);
 }
 
 TEST_F(Keys, ATextFieldKeepsSpaceAndItsOwnCommandsButNotTheOthers) {
@@ -83,7 +84,7 @@ TEST_F(Keys, ATextFieldKeepsSpaceAndItsOwnCommandsButNotTheOthers) {
     QTest::keyClick(window.get(), Qt::Key_Left, Qt::ControlModifier);
     EXPECT_EQ(text->property("selectedText").toString(), u"a "_s) << "the command has that key";
 
-    library.setSearchFieldFocused(true);
+    library.views()->setSearchFieldFocused(true);
     EXPECT_FALSE(commands.find(u"playPause"_s)->isEnabled());
     EXPECT_TRUE(commands.find(u"nextTrack"_s)->isEnabled());
 }
@@ -103,11 +104,11 @@ TEST_F(Keys, SpacePlaysUnlessAButtonWasReachedByKeyboard) {
 }
 
 TEST_F(Keys, TitlesFollowTheLibraryAndStayEnglish) {
-    library.setLanguageSetting(AppLanguage::simplifiedChinese);
+    library.language()->setLanguageSetting(AppLanguage::simplifiedChinese);
     auto* shuffle = commands.find(u"toggleShuffle"_s);
     EXPECT_EQ(shuffle->title(), u"Shuffle on"_s);
     shuffle->trigger();
-    EXPECT_TRUE(library.isShuffleEnabled());
+    EXPECT_TRUE(library.transport()->isShuffleEnabled());
     EXPECT_EQ(shuffle->title(), u"Shuffle off"_s);
     auto* repeat = commands.find(u"advanceRepeatMode"_s);
     repeat->trigger();

@@ -25,8 +25,9 @@ GalleryWorld::GalleryWorld(int albums) {
     m_plan.albums = albums;
     m_plan.folder = m_outside.folder.filePath(u"music"_s);
     m_library = std::make_unique<LibraryViewModel>(m_outside.environment());
-    m_library->concerns().store.append(makeLibrary(m_plan));
-    m_library->concerns().catalog.rebuildImportedAlbums();
+    m_library->start();
+    m_library->store()->append(makeLibrary(m_plan));
+    m_library->catalog()->rebuildImportedAlbums();
     QObject::connect(&m_engine, &QQmlEngine::warnings, &m_engine,
                      [this](const QList<QQmlError>& warnings) {
                          for (const QQmlError& warning : warnings)
@@ -77,19 +78,19 @@ QQuickWindow* GalleryWorld::open(const QString& id) {
 
 void GalleryWorld::furnish() {
     LibraryViewModel& library = *m_library;
-    QAbstractListModel* tracks = library.visibleTracks();
-    library.selectSidebarItem(SidebarItem::tracks);
+    QAbstractListModel* tracks = library.browsing()->visibleTracks();
+    library.browsing()->selectSidebarItem(SidebarItem::tracks);
     waitFor([&] { return tracks->rowCount() > 0; });
     const int pathRole = tracks->roleNames().key("path");
     QStringList paths;
     for (int row = 0; row < tracks->rowCount(); ++row)
         paths.append(tracks->index(row, 0).data(pathRole).toString());
     for (const int track : loved)
-        library.toggleLoved(pathOf(track));
+        library.userData()->toggleLoved(pathOf(track));
     for (int row = 30; row < paths.size() && row < 700; row += 8)
-        library.toggleLoved(paths[row]);
-    library.setRating(5, pathOf(0));
-    library.setRating(3, pathOf(1));
+        library.userData()->toggleLoved(paths[row]);
+    library.userData()->setRating(5, pathOf(0));
+    library.userData()->setRating(3, pathOf(1));
     const std::array playlists{std::pair(u"Late evenings"_s, 42), std::pair(u"Road trip"_s, 118),
                                std::pair(u"雨天"_s, 27)};
     int next = 3;
@@ -97,20 +98,20 @@ void GalleryWorld::furnish() {
         QStringList chosen;
         for (int i = 0; i < count; ++i)
             chosen.append(paths[(next += 7) % paths.size()]);
-        library.addTrackPaths(chosen, library.createPlaylist(name));
+        library.playlists()->addTrackPaths(chosen, library.playlists()->createPlaylist(name));
     }
-    library.saveCurrentEQPreset(u"Evening"_s);
-    library.applyBuiltInEQPreset(u"rock"_s);
-    library.setEqEnabled(true);
-    library.setVolume(0.72);
-    library.goHome();
-    const int albumRole = library.visibleAlbums()->roleNames().key("albumId");
-    const int titleRole = library.visibleAlbums()->roleNames().key("title");
-    waitFor([&] { return library.visibleAlbums()->rowCount() >= m_plan.albums - 1; });
-    for (int row = 0; row < library.visibleAlbums()->rowCount(); ++row) {
-        const QModelIndex index = library.visibleAlbums()->index(row, 0);
+    library.equalizer()->saveCurrentEQPreset(u"Evening"_s);
+    library.equalizer()->applyBuiltInEQPreset(u"rock"_s);
+    library.equalizer()->setEqEnabled(true);
+    library.transport()->setVolume(0.72);
+    library.browsing()->goHome();
+    const int albumRole = library.browsing()->visibleAlbums()->roleNames().key("albumId");
+    const int titleRole = library.browsing()->visibleAlbums()->roleNames().key("title");
+    waitFor([&] { return library.browsing()->visibleAlbums()->rowCount() >= m_plan.albums - 1; });
+    for (int row = 0; row < library.browsing()->visibleAlbums()->rowCount(); ++row) {
+        const QModelIndex index = library.browsing()->visibleAlbums()->index(row, 0);
         if (index.data(titleRole).toString() == u"Night Walk"_s)
-            library.playAlbum(index.data(albumRole).toString());
+            library.collections()->playAlbum(index.data(albumRole).toString());
     }
     QFile::remove(pathOf(missingTrack));
     m_outside.cloud->setEvicted({pathOf(evictedTrack)});

@@ -4,6 +4,7 @@
 #include "app/halvane_app.h"
 #include "gallery/fake_outside.h"
 #include "gallery/made_library.h"
+#include "library/library_concerns.h"
 #include "library/library_view_model.h"
 #include "views/view_module.h"
 

@@ -23,6 +23,17 @@ void printTree(QAccessibleInterface* thing, int depth) {
         printTree(thing->child(i), depth + 1);
 }
 
+/// Sets a property by its name in QML; false when there is none of that name.
+bool setProperty(LibraryViewModel& library, const QString& name, const QString& value) {
+    const QByteArray concern = name.section(u'.', 0, 0).toUtf8();
+    const QByteArray property = name.section(u'.', 1).toUtf8();
+    auto* owner = library.property(concern.constData()).value<QObject*>();
+    const QVariant given = value == "true"_L1    ? QVariant(true)
+                           : value == "false"_L1 ? QVariant(false)
+                                                 : QVariant(value);
+    return owner && owner->setProperty(property.constData(), given);
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -35,7 +46,8 @@ int main(int argc, char** argv) {
          u"id"_s, u"main"_s},
         {u"language"_s, u"en or zh."_s, u"language"_s, u"en"_s},
         {u"size"_s, u"Size of the window."_s, u"WxH"_s},
-        {u"set"_s, u"Sets a property of the controller; may be given again."_s, u"name=value"_s},
+        {u"set"_s, u"Sets a property of one of the library's concerns; may be given again."_s,
+         u"concern.name=value"_s},
         {u"tree"_s, u"Prints what assistive technology finds, and ends."_s},
         {u"out"_s, u"Saves a picture of the window there, and ends."_s, u"file"_s},
     });
@@ -44,20 +56,18 @@ int main(int argc, char** argv) {
     test::GalleryWorld world(options.value(u"albums"_s).toInt());
     LibraryViewModel& library = world.library();
     if (options.value(u"language"_s) == "zh"_L1)
-        library.setLanguageSetting(AppLanguage::simplifiedChinese);
+        library.language()->setLanguageSetting(AppLanguage::simplifiedChinese);
     if (world.plan().albums > 0)
         world.furnish();
     for (const QString& setting : options.values(u"set"_s)) {
         const QString name = setting.section(u'=', 0, 0);
         const QString value = setting.section(u'=', 1);
         if (name == "mode"_L1)
-            library.selectBrowseMode(LibraryMode(value.toInt()));
+            library.browsing()->selectBrowseMode(LibraryMode(value.toInt()));
         else if (name == "place"_L1)
-            library.selectSidebarItem(SidebarItem(value.toInt()));
-        else
-            library.setProperty(name.toUtf8().constData(), value == "true"_L1    ? QVariant(true)
-                                                           : value == "false"_L1 ? QVariant(false)
-                                                                                 : QVariant(value));
+            library.browsing()->selectSidebarItem(SidebarItem(value.toInt()));
+        else if (!setProperty(library, name, value))
+            qFatal("no such property: %ls", qUtf16Printable(name));
     }
     QQuickWindow* window = nullptr;
     for (const QString& id : options.values(u"window"_s))

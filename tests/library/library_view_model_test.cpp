@@ -21,18 +21,19 @@ using namespace std::chrono_literals;
 
 TEST(LibraryViewModel, AFreshInstallationIsSilentAndEmpty) {
     FakeEnvironment outside;
-    const LibraryViewModel library{outside};
-    EXPECT_EQ(library.volume(), 0.72);
-    EXPECT_EQ(library.repeatMode(), PlaybackRepeatMode::off);
-    EXPECT_FALSE(library.isShuffleEnabled());
-    EXPECT_FALSE(library.isPlaying());
-    EXPECT_FALSE(library.hasCurrentTrack());
-    EXPECT_EQ(library.elapsedTime(), u"0:00"_s);
-    EXPECT_EQ(library.durationDisplay(), u"--:--"_s);
-    EXPECT_EQ(library.queueSourceText(), u"Playing from: Library"_s);
+    LibraryViewModel library{outside};
+    library.start();
+    EXPECT_EQ(library.transport()->volume(), 0.72);
+    EXPECT_EQ(library.transport()->repeatMode(), PlaybackRepeatMode::off);
+    EXPECT_FALSE(library.transport()->isShuffleEnabled());
+    EXPECT_FALSE(library.transport()->isPlaying());
+    EXPECT_FALSE(library.player()->hasCurrentTrack());
+    EXPECT_EQ(library.progressClock()->elapsedTime(), u"0:00"_s);
+    EXPECT_EQ(library.player()->durationDisplay(), u"--:--"_s);
+    EXPECT_EQ(library.player()->queueSourceText(), u"Playing from: Library"_s);
     EXPECT_EQ(library.trackCount(), 0);
-    EXPECT_TRUE(library.showNowPlayingPanel());
-    EXPECT_EQ(library.themeAccentMode(), SpectrumTintMode::mint);
+    EXPECT_TRUE(library.views()->showNowPlayingPanel());
+    EXPECT_EQ(library.appearance()->themeAccentMode(), SpectrumTintMode::mint);
     EXPECT_EQ(outside.notifications.requests, 1);
     EXPECT_EQ(outside.clock.pendingTimers(), 0U);
     EXPECT_EQ(outside.output.opens, 0);
@@ -46,23 +47,25 @@ TEST(LibraryViewModel, RestoresWhatMakesSenseAndWritesItBack) {
     outside.preferences.setBoolean(SettingsKey::showNowPlayingPanel, false);
     outside.preferences.setString(SettingsKey::language, u"simplifiedChinese"_s);
     LibraryViewModel library{outside};
-    EXPECT_EQ(library.volume(), 1);
+    library.start();
+    EXPECT_EQ(library.transport()->volume(), 1);
     EXPECT_EQ(*outside.preferences.number(SettingsKey::volume), 1);
-    EXPECT_EQ(library.repeatMode(), PlaybackRepeatMode::off);
+    EXPECT_EQ(library.transport()->repeatMode(), PlaybackRepeatMode::off);
     EXPECT_EQ(*outside.preferences.string(SettingsKey::repeatMode), u"ALL"_s);
-    EXPECT_TRUE(library.isShuffleEnabled());
-    EXPECT_FALSE(library.showNowPlayingPanel());
-    EXPECT_EQ(library.resolvedLanguage(), ResolvedLanguage::simplifiedChinese);
+    EXPECT_TRUE(library.transport()->isShuffleEnabled());
+    EXPECT_FALSE(library.views()->showNowPlayingPanel());
+    EXPECT_EQ(library.language()->resolvedLanguage(), ResolvedLanguage::simplifiedChinese);
 
-    library.advanceRepeatMode();
-    library.stepVolume(-0.5);
-    library.toggleShuffle();
-    library.setShowRemainingTime(true);
-    const LibraryViewModel again{outside};
-    EXPECT_EQ(again.repeatMode(), PlaybackRepeatMode::all);
-    EXPECT_EQ(again.volume(), 0.5);
-    EXPECT_FALSE(again.isShuffleEnabled());
-    EXPECT_TRUE(again.showRemainingTime());
+    library.transport()->advanceRepeatMode();
+    library.transport()->stepVolume(-0.5);
+    library.transport()->toggleShuffle();
+    library.views()->setShowRemainingTime(true);
+    LibraryViewModel again{outside};
+    again.start();
+    EXPECT_EQ(again.transport()->repeatMode(), PlaybackRepeatMode::all);
+    EXPECT_EQ(again.transport()->volume(), 0.5);
+    EXPECT_FALSE(again.transport()->isShuffleEnabled());
+    EXPECT_TRUE(again.views()->showRemainingTime());
 }
 
 namespace {
@@ -72,7 +75,7 @@ struct PlayingTest : testing::Test {
     static constexpr int rate = 44'100;
     FakeEnvironment outside;
     QTemporaryDir music;
-    LibraryConcerns library{outside};
+    LibraryViewModel library{outside};
 
     void SetUp() override {
         library.start();
@@ -86,13 +89,13 @@ struct PlayingTest : testing::Test {
                                      *name == '3' ? u"Bark"_s : u"Fern"_s));
             tracks.back().durationSeconds = 1;
         }
-        library.store.append(rowsOf(tracks));
-        library.catalog.rebuildImportedAlbums();
+        library.store()->append(rowsOf(tracks));
+        library.catalog()->rebuildImportedAlbums();
     }
     QString path(const char* name) const {
         return music.filePath(QLatin1StringView(name) + u".wav"_s);
     }
-    QString title() const { return library.queue.currentItem().value_or(QueueItem()).title; }
+    QString title() const { return library.queue()->currentItem().value_or(QueueItem()).title; }
     /// Plays until something that the test waits for has come about.
     void playUntil(const std::function<bool()>& reached) {
         for (int i = 0; i < 2000 && !reached(); ++i) {
@@ -107,81 +110,81 @@ struct PlayingTest : testing::Test {
 } // namespace
 
 TEST_F(PlayingTest, PlaysAnAlbumThroughWithoutAGapAndStopsAtItsEnd) {
-    library.collections.playAlbum(u"local|moss|fern"_s);
+    library.collections()->playAlbum(u"local|moss|fern"_s);
     EXPECT_EQ(title(), u"1"_s);
-    EXPECT_TRUE(library.transport.isPlaying());
+    EXPECT_TRUE(library.transport()->isPlaying());
     EXPECT_TRUE(outside.sleepInhibitor.inhibited);
     EXPECT_EQ(outside.mediaControls.state, MediaPlaybackState::playing);
     EXPECT_EQ(outside.mediaControls.info->title, u"1"_s);
-    EXPECT_EQ(library.userData.playCount(path("1")), 1);
-    playUntil([&] { return library.progress.progress() > 0.4; });
+    EXPECT_EQ(library.userData()->playCount(path("1")), 1);
+    playUntil([&] { return library.progressClock()->progress() > 0.4; });
     playUntil([&] { return title() == u"2"_s; });
     EXPECT_EQ(outside.output.opens, 1); // the same stream goes on
-    playUntil([&] { return !library.transport.isPlaying(); });
+    playUntil([&] { return !library.transport()->isPlaying(); });
     EXPECT_EQ(title(), u"2"_s);
-    EXPECT_EQ(library.progress.progress(), 1);
+    EXPECT_EQ(library.progressClock()->progress(), 1);
     EXPECT_EQ(outside.mediaControls.state, MediaPlaybackState::stopped);
     EXPECT_FALSE(outside.sleepInhibitor.inhibited);
     EXPECT_EQ(outside.clock.pendingTimers(), 0U); // a silent player costs nothing
 }
 
 TEST_F(PlayingTest, PausesSeeksAndGoesOnToAnotherRate) {
-    library.collections.playArtist(u"Moss"_s);
-    playUntil([&] { return library.engine.elapsedSeconds() > 0.2; });
-    library.transport.togglePlayback();
-    const double paused = library.engine.elapsedSeconds();
+    library.collections()->playArtist(u"Moss"_s);
+    playUntil([&] { return library.engine()->elapsedSeconds() > 0.2; });
+    library.transport()->togglePlayback();
+    const double paused = library.engine()->elapsedSeconds();
     EXPECT_EQ(outside.clock.pendingTimers(), 0U);
-    library.transport.seek(0.75);
-    EXPECT_NEAR(library.engine.elapsedSeconds(), 0.75, 1e-4);
-    EXPECT_NE(paused, library.engine.elapsedSeconds());
+    library.transport()->seek(0.75);
+    EXPECT_NEAR(library.engine()->elapsedSeconds(), 0.75, 1e-4);
+    EXPECT_NE(paused, library.engine()->elapsedSeconds());
     EXPECT_EQ(outside.mediaControls.jumps, std::vector<double>{0.75});
-    library.transport.togglePlayback();
+    library.transport()->togglePlayback();
     playUntil([&] { return title() == u"2"_s; });
-    library.transport.playNext(true);
+    library.transport()->playNext(true);
     EXPECT_EQ(title(), u"3"_s);
-    EXPECT_EQ(library.engine.fileSampleRate(), 48'000);
-    playUntil([&] { return library.engine.elapsedSeconds() > 0.1; });
+    EXPECT_EQ(library.engine()->fileSampleRate(), 48'000);
+    playUntil([&] { return library.engine()->elapsedSeconds() > 0.1; });
     outside.mediaControls.handlers.previousTrack();
     EXPECT_EQ(title(), u"2"_s);
 }
 
 TEST_F(PlayingTest, WhatIsPlayedIsSelectedAndShown) {
-    library.collections.playTrack(library.store.track(path("3"))->id);
-    EXPECT_EQ(library.queue.size(), 1U);
-    EXPECT_EQ(library.browsing.selectedAlbumID(), u"local|moss|bark"_s);
-    library.collections.playTrack(library.store.track(path("1"))->id);
-    EXPECT_EQ(library.queue.size(), 2U); // appended
-    library.collections.playTrack(library.store.track(path("3"))->id);
-    EXPECT_EQ(library.queue.size(), 2U); // found
+    library.collections()->playTrack(library.store()->track(path("3"))->id);
+    EXPECT_EQ(library.queue()->size(), 1U);
+    EXPECT_EQ(library.browsing()->selectedAlbumID(), u"local|moss|bark"_s);
+    library.collections()->playTrack(library.store()->track(path("1"))->id);
+    EXPECT_EQ(library.queue()->size(), 2U); // appended
+    library.collections()->playTrack(library.store()->track(path("3"))->id);
+    EXPECT_EQ(library.queue()->size(), 2U); // found
     EXPECT_EQ(title(), u"3"_s);
-    library.userData.toggleLoved(path("3"));
-    EXPECT_TRUE(library.queue.index(0).data(PlayQueue::IsLovedRole).toBool());
-    EXPECT_EQ(library.sidebar.sidebarBadge(SidebarItem::loved), u"1"_s);
+    library.userData()->toggleLoved(path("3"));
+    EXPECT_TRUE(library.queue()->index(0).data(PlayQueue::IsLovedRole).toBool());
+    EXPECT_EQ(library.sidebar()->sidebarBadge(SidebarItem::loved), u"1"_s);
 
     // A playlist whose first track is missing starts at the next one, with the whole list queued.
-    const QUuid id = *library.playlists.createPlaylist(u"Mix"_s);
-    library.playlists.addTrackPaths({path("2"), u"/gone"_s, path("1")}, id);
-    library.availability.markUnavailable(path("2"));
-    library.collections.playPlaylist(id);
+    const QUuid id = library.playlists()->createPlaylist(u"Mix"_s);
+    library.playlists()->addTrackPaths({path("2"), u"/gone"_s, path("1")}, id);
+    library.availability()->markUnavailable(path("2"));
+    library.collections()->playPlaylist(id);
     EXPECT_EQ(title(), u"1"_s);
-    EXPECT_EQ(library.queue.size(), 2U);
-    EXPECT_EQ(library.queue.sourceLabel(), u"Mix"_s);
+    EXPECT_EQ(library.queue()->size(), 2U);
+    EXPECT_EQ(library.queue()->sourceLabel(), u"Mix"_s);
 
-    library.availability.markUnavailable(path("1"));
-    library.collections.playAlbum(u"local|moss|fern"_s);
-    EXPECT_EQ(library.status.text(), u"No playable tracks in the library yet"_s);
-    EXPECT_EQ(library.queue.sourceLabel(), u"Mix"_s);
+    library.availability()->markUnavailable(path("1"));
+    library.collections()->playAlbum(u"local|moss|fern"_s);
+    EXPECT_EQ(library.status()->text(), u"No playable tracks in the library yet"_s);
+    EXPECT_EQ(library.queue()->sourceLabel(), u"Mix"_s);
 }
 
 TEST_F(PlayingTest, PlayingTheAlbumThatPlaysOnlyResumes) {
-    library.collections.playAlbum(u"local|moss|fern"_s);
-    const QUuid entry = library.queue.idAt(0);
-    library.collections.playAlbum(u"local|moss|fern"_s);
-    EXPECT_TRUE(library.transport.isPlaying());
-    library.transport.togglePlayback();
-    library.collections.playAlbum(u"local|moss|fern"_s);
-    EXPECT_TRUE(library.transport.isPlaying());
-    EXPECT_EQ(library.queue.idAt(0), entry); // not queued anew
+    library.collections()->playAlbum(u"local|moss|fern"_s);
+    const QUuid entry = library.queue()->idAt(0);
+    library.collections()->playAlbum(u"local|moss|fern"_s);
+    EXPECT_TRUE(library.transport()->isPlaying());
+    library.transport()->togglePlayback();
+    library.collections()->playAlbum(u"local|moss|fern"_s);
+    EXPECT_TRUE(library.transport()->isPlaying());
+    EXPECT_EQ(library.queue()->idAt(0), entry); // not queued anew
 }
 
 TEST_F(PlayingTest, AFileThatIsNoSoundIsSaidAndSkipped) {
@@ -189,24 +192,24 @@ TEST_F(PlayingTest, AFileThatIsNoSoundIsSaidAndSkipped) {
     ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
     broken.write("no sound at all");
     broken.close();
-    library.collections.playAlbum(u"local|moss|fern"_s);
-    EXPECT_EQ(library.status.text(), u"Can't play \"1\""_s);
-    EXPECT_FALSE(library.transport.isPlaying());
-    EXPECT_EQ(library.availability.state(path("1")), TrackAvailability::missing);
-    library.transport.playNext(true);
+    library.collections()->playAlbum(u"local|moss|fern"_s);
+    EXPECT_EQ(library.status()->text(), u"Can't play \"1\""_s);
+    EXPECT_FALSE(library.transport()->isPlaying());
+    EXPECT_EQ(library.availability()->state(path("1")), TrackAvailability::missing);
+    library.transport()->playNext(true);
     EXPECT_EQ(title(), u"2"_s);
-    EXPECT_TRUE(library.transport.isPlaying());
+    EXPECT_TRUE(library.transport()->isPlaying());
 }
 
 TEST_F(PlayingTest, ALostServerIsSaidAndPlaybackGoesOnWhenItIsBack) {
-    library.collections.playAlbum(u"local|moss|fern"_s);
-    playUntil([&] { return library.engine.elapsedSeconds() > 0.3; });
+    library.collections()->playAlbum(u"local|moss|fern"_s);
+    playUntil([&] { return library.engine()->elapsedSeconds() > 0.3; });
     outside.output.vanish();
     QCoreApplication::processEvents();
     outside.output.comeBack();
     QCoreApplication::processEvents();
-    if (!library.transport.isPlaying())
-        library.transport.togglePlayback();
+    if (!library.transport()->isPlaying())
+        library.transport()->togglePlayback();
     playUntil([&] { return title() == u"2"_s; });
 }
 
@@ -236,37 +239,40 @@ TEST(LibraryViewModel, ImportsAFolderPlaysItAndFindsItAgainAtTheNextStart) {
         writeWave(test::music(4'410), folder + u'/' + QLatin1StringView(name) + u".wav"_s);
     {
         LibraryViewModel library{outside};
-        library.importDroppedURLs({QUrl::fromLocalFile(music.path())});
-        waitUntil([&] { return library.lastImportMessage() == u"Added 3 to playlist"_s; });
+        library.start();
+        library.importing()->importDroppedURLs({QUrl::fromLocalFile(music.path())});
+        waitUntil([&] { return library.status()->text() == u"Added 3 to playlist"_s; });
         waitUntil([&] { return library.trackCount() == 3; });
-        EXPECT_TRUE(library.isPlaying()); // the first of what came
-        EXPECT_EQ(library.queuePositionText(), u"1 / 3"_s);
-        EXPECT_EQ(library.currentTrack().title, u"First"_s);
-        EXPECT_EQ(library.currentArtworkAlbum().title, u"Fern"_s);
-        EXPECT_FALSE(library.statusIsError());
-        library.toggleLoved(folder + u"/Second.wav"_s);
-        library.playNext(true);
-        EXPECT_TRUE(library.isCurrentTrackLoved());
+        EXPECT_TRUE(library.transport()->isPlaying()); // the first of what came
+        EXPECT_EQ(library.player()->queuePositionText(), u"1 / 3"_s);
+        EXPECT_EQ(library.player()->currentTrack().title, u"First"_s);
+        EXPECT_EQ(library.player()->currentArtworkAlbum().title, u"Fern"_s);
+        EXPECT_FALSE(library.status()->isError());
+        library.userData()->toggleLoved(folder + u"/Second.wav"_s);
+        library.transport()->playNext(true);
+        EXPECT_TRUE(library.player()->isCurrentTrackLoved());
         // What is saved waits until the library of the last time, however small, has come back.
         const QString index = outside.folder.filePath(u"data/library-cache.json"_s);
         waitUntil([&] { return QFile::exists(index); });
     }
     QFile::remove(folder + u"/Third.wav"_s);
     LibraryViewModel library{outside};
+    library.start();
     waitUntil([&] { return library.trackCount() == 3; });
-    EXPECT_FALSE(library.isPlaying());
-    EXPECT_FALSE(library.hasCurrentTrack());
-    EXPECT_EQ(library.playlist()->rowCount(), 3);
-    waitUntil([&] { return library.missingTracks()->rowCount() == 1; });
-    EXPECT_EQ(library.maintenanceActionCount(), 1);
+    EXPECT_FALSE(library.transport()->isPlaying());
+    EXPECT_FALSE(library.player()->hasCurrentTrack());
+    EXPECT_EQ(library.queue()->rowCount(), 3);
+    waitUntil([&] { return library.tidyingLists()->missingTracks()->rowCount() == 1; });
+    EXPECT_EQ(library.tidying()->maintenanceActionCount(), 1);
     // Two of the three files are left, of 44 bytes of header and 4,410 stereo frames of 16 bits.
     waitUntil([&] { return library.librarySummary() == u"3 tracks - 1 albums - 35 KB indexed"_s; });
-    library.removeTracks({folder + u"/Third.wav"_s});
+    library.tidying()->removeTracks(QStringList{folder + u"/Third.wav"_s});
     EXPECT_EQ(library.trackCount(), 2);
-    EXPECT_EQ(library.playlist()->rowCount(), 2);
-    EXPECT_EQ(titlesIn(*library.visibleTracks(), Qt::DisplayRole),
+    EXPECT_EQ(library.queue()->rowCount(), 2);
+    EXPECT_EQ(titlesIn(*library.browsing()->visibleTracks(), Qt::DisplayRole),
               (QStringList{u"First"_s, u"Second"_s}));
-    library.selectSidebarItem(SidebarItem::loved);
-    EXPECT_EQ(titlesIn(*library.visibleTracks(), Qt::DisplayRole), QStringList{u"Second"_s});
-    waitUntil([&] { return library.maintenanceActionCount() == 0; });
+    library.browsing()->selectSidebarItem(SidebarItem::loved);
+    EXPECT_EQ(titlesIn(*library.browsing()->visibleTracks(), Qt::DisplayRole),
+              QStringList{u"Second"_s});
+    waitUntil([&] { return library.tidying()->maintenanceActionCount() == 0; });
 }

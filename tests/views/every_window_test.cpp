@@ -54,12 +54,14 @@ class EveryWindowTest : public testing::TestWithParam<Surface> {
     void SetUp() override {
         world.furnish();
         const auto& [id, flag] = GetParam();
-        if (!flag.empty())
-            library.setProperty(flag.data(), true);
+        if (!flag.empty()) {
+            ASSERT_TRUE(library.views()->setProperty(flag.data(), true));
+        }
         QQuickWindow* window = world.open(QString::fromLatin1(id.data()));
         ASSERT_NE(window, nullptr);
         ui = std::make_unique<WindowDriver>(*window);
-        ASSERT_TRUE(world.waitFor([&] { return library.missingTracks()->rowCount() == 1; }));
+        ASSERT_TRUE(world.waitFor(
+            [&] { return library.tidyingLists()->missingTracks()->rowCount() == 1; }));
     }
     void TearDown() override { EXPECT_EQ(world.warnings(), QStringList()); }
 
@@ -67,7 +69,7 @@ class EveryWindowTest : public testing::TestWithParam<Surface> {
         for (const auto& [setting, language] :
              {std::pair(AppLanguage::english, ResolvedLanguage::english),
               std::pair(AppLanguage::simplifiedChinese, ResolvedLanguage::simplifiedChinese)}) {
-            library.setLanguageSetting(setting);
+            library.language()->setLanguageSetting(setting);
             bool drawn = false;
             const auto swap = QObject::connect(&ui->window(), &QQuickWindow::frameSwapped,
                                                &ui->window(), [&] { drawn = true; });

@@ -13,7 +13,7 @@ class FullScreenTest : public testing::Test {
   protected:
     void SetUp() override {
         world.furnish();
-        library.setShowFullPlayer(true);
+        library.views()->setShowFullPlayer(true);
         QQuickWindow* window = world.open(u"main"_s);
         ASSERT_NE(window, nullptr);
         ui = std::make_unique<WindowDriver>(*window);
@@ -55,70 +55,70 @@ class FullScreenTest : public testing::Test {
 
 TEST_F(FullScreenTest, ClosesWithoutTouchingPlayback) {
     // A popover that was open before must not keep the keyboard.
-    library.setShowFullPlayer(false);
+    library.views()->setShowFullPlayer(false);
     ASSERT_TRUE(world.waitFor([&] { return !ui->shows(u"Back to Main Window"_s); }));
     ASSERT_TRUE(ui->click(u"Equalizer"_s, QAccessible::Button));
     ASSERT_TRUE(ui->waitsFor(u"Preamp"_s));
     ui->key(Qt::Key_Escape);
     ASSERT_TRUE(world.waitFor([&] { return !ui->shows(u"Preamp"_s); }));
     for (const bool byKey : {false, true}) {
-        library.setShowFullPlayer(true);
+        library.views()->setShowFullPlayer(true);
         ASSERT_TRUE(covers());
         if (byKey)
             ui->key(Qt::Key_Escape);
         else
             ASSERT_TRUE(ui->click(u"Back to Main Window"_s, QAccessible::Button));
-        EXPECT_FALSE(library.showFullPlayer());
-        EXPECT_TRUE(library.isPlaying());
-        EXPECT_EQ(library.currentTrack().title, u"Lamplight"_s);
+        EXPECT_FALSE(library.views()->showFullPlayer());
+        EXPECT_TRUE(library.transport()->isPlaying());
+        EXPECT_EQ(library.player()->currentTrack().title, u"Lamplight"_s);
         EXPECT_TRUE(world.waitFor([&] { return !ui->shows(u"Back to Main Window"_s); }));
     }
 }
 
 TEST_F(FullScreenTest, ItsControlsReachTheLibrary) {
     ASSERT_TRUE(ui->click(u"Shuffle off"_s, QAccessible::Button));
-    EXPECT_TRUE(library.isShuffleEnabled());
+    EXPECT_TRUE(library.transport()->isShuffleEnabled());
     ASSERT_TRUE(ui->click(u"Shuffle on"_s, QAccessible::Button));
     for (const auto mode :
          {PlaybackRepeatMode::all, PlaybackRepeatMode::one, PlaybackRepeatMode::off}) {
         ASSERT_TRUE(ui->click(u"Repeat"_s, QAccessible::Button));
-        EXPECT_EQ(library.repeatMode(), mode);
+        EXPECT_EQ(library.transport()->repeatMode(), mode);
     }
     ASSERT_TRUE(ui->click(u"Next track"_s, QAccessible::Button));
     EXPECT_TRUE(ui->waitsFor(u"Half the Way Home"_s));
     ASSERT_TRUE(ui->click(u"Previous track"_s, QAccessible::Button));
     ASSERT_TRUE(ui->click(u"Pause"_s, QAccessible::Button));
-    EXPECT_FALSE(library.isPlaying());
+    EXPECT_FALSE(library.transport()->isPlaying());
     ASSERT_TRUE(ui->click(u"4:21"_s, QAccessible::Button));
-    EXPECT_TRUE(library.showRemainingTime());
+    EXPECT_TRUE(library.views()->showRemainingTime());
     ASSERT_TRUE(ui->click(u"Playback"_s, QAccessible::Slider));
-    EXPECT_NEAR(library.progress(), 0.5, 0.05);
+    EXPECT_NEAR(library.progressClock()->progress(), 0.5, 0.05);
     ASSERT_TRUE(ui->click(u"Volume"_s, QAccessible::Slider));
-    EXPECT_NEAR(library.volume(), 0.5, 0.05);
+    EXPECT_NEAR(library.transport()->volume(), 0.5, 0.05);
 }
 
 TEST_F(FullScreenTest, ItsLinksLeadIntoTheLibrary) {
     ASSERT_TRUE(ui->click(u"Night Walk"_s, QAccessible::Link));
-    EXPECT_FALSE(library.showFullPlayer());
-    EXPECT_EQ(library.selectedAlbum().title, u"Night Walk"_s);
+    EXPECT_FALSE(library.views()->showFullPlayer());
+    EXPECT_EQ(library.browsing()->selectedAlbum()->title, u"Night Walk"_s);
     ASSERT_TRUE(world.waitFor([&] { return !ui->shows(u"Back to Main Window"_s); }));
-    library.setShowFullPlayer(true);
+    library.views()->setShowFullPlayer(true);
     ASSERT_TRUE(covers());
     ASSERT_TRUE(ui->tabTo(u"The Lanterns"_s));
     ui->key(Qt::Key_Return);
-    EXPECT_FALSE(library.showFullPlayer());
-    EXPECT_EQ(library.mode(), LibraryMode::artists);
-    EXPECT_EQ(library.focusedArtist(), u"The Lanterns"_s);
+    EXPECT_FALSE(library.views()->showFullPlayer());
+    EXPECT_EQ(library.browsing()->mode(), LibraryMode::artists);
+    EXPECT_EQ(library.browsing()->focusedArtist(), u"The Lanterns"_s);
 }
 
 TEST_F(FullScreenTest, TheRecordTurnsWhileMusicPlaysAndNeverLeaps) {
     const double before = angle();
     ASSERT_TRUE(world.waitFor([&] { return angle() != before; }));
-    library.togglePlayback();
+    library.transport()->togglePlayback();
     const double paused = angle();
     advance(0.03);
     EXPECT_DOUBLE_EQ(angle(), paused);
-    library.togglePlayback();
+    library.transport()->togglePlayback();
     advance(0.05);
     EXPECT_NEAR(angle(), paused + 0.9, 1e-9);
     advance(3600);
@@ -129,7 +129,7 @@ TEST_F(FullScreenTest, DrawsMoreSlowlyWhenPausedAndNotAtAllWhenHidden) {
     EXPECT_TRUE(clock->property("running").toBool());
     const int playing = clock->property("interval").toInt();
     EXPECT_GE(playing, 33);
-    library.togglePlayback();
+    library.transport()->togglePlayback();
     EXPECT_GT(clock->property("interval").toInt(), playing);
     EXPECT_TRUE(clock->property("running").toBool());
     ui->window().hide();

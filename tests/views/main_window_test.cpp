@@ -29,7 +29,7 @@ class MainWindowTest : public testing::Test {
         return list->index(row, 0).data(list->roleNames().key(role)).toString();
     }
     int currentQueueRow() {
-        QAbstractListModel* queue = library.playlist();
+        QAbstractListModel* queue = library.queue();
         for (int row = 0; row < queue->rowCount(); ++row)
             if (queue->index(row, 0).data(queue->roleNames().key("isCurrent")).toBool())
                 return row;
@@ -42,20 +42,20 @@ class MainWindowTest : public testing::Test {
 };
 
 TEST_F(MainWindowTest, TransportButtonsPlayPauseAndSkip) {
-    ASSERT_TRUE(library.isPlaying());
+    ASSERT_TRUE(library.transport()->isPlaying());
     ASSERT_TRUE(ui->click(u"Pause"_s, QAccessible::Button));
-    EXPECT_FALSE(library.isPlaying());
+    EXPECT_FALSE(library.transport()->isPlaying());
     ASSERT_TRUE(ui->click(u"Play"_s, QAccessible::Button));
-    EXPECT_TRUE(library.isPlaying());
+    EXPECT_TRUE(library.transport()->isPlaying());
     ASSERT_TRUE(ui->click(u"Next track"_s, QAccessible::Button));
-    EXPECT_EQ(library.currentTrack().title, u"Half the Way Home"_s);
+    EXPECT_EQ(library.player()->currentTrack().title, u"Half the Way Home"_s);
     ASSERT_TRUE(ui->click(u"Previous track"_s, QAccessible::Button));
-    EXPECT_EQ(library.currentTrack().title, u"Lamplight"_s);
+    EXPECT_EQ(library.player()->currentTrack().title, u"Lamplight"_s);
     ASSERT_TRUE(ui->click(u"Shuffle off"_s));
-    EXPECT_TRUE(library.isShuffleEnabled());
+    EXPECT_TRUE(library.transport()->isShuffleEnabled());
     EXPECT_TRUE(ui->shows(u"Shuffle on"_s));
     ASSERT_TRUE(ui->click(u"Repeat off"_s));
-    EXPECT_EQ(library.repeatMode(), PlaybackRepeatMode::all);
+    EXPECT_EQ(library.transport()->repeatMode(), PlaybackRepeatMode::all);
     EXPECT_TRUE(ui->shows(u"Repeat playlist"_s));
 }
 
@@ -75,49 +75,49 @@ TEST_F(MainWindowTest, TheSidebarAndTheTabsLeadThroughTheLibrary) {
     };
     for (const Step& step : steps) {
         ASSERT_TRUE(ui->click(step.name, step.role)) << qPrintable(step.name);
-        EXPECT_EQ(library.mode(), step.mode) << qPrintable(step.name);
-        EXPECT_EQ(library.selectedSidebar(), step.place) << qPrintable(step.name);
+        EXPECT_EQ(library.browsing()->mode(), step.mode) << qPrintable(step.name);
+        EXPECT_EQ(library.browsing()->selectedSidebar(), step.place) << qPrintable(step.name);
     }
 }
 
 TEST_F(MainWindowTest, LanguagesChangeAtOnceAndTheMenusStayEnglish) {
-    library.setLanguageSetting(AppLanguage::simplifiedChinese);
+    library.language()->setLanguageSetting(AppLanguage::simplifiedChinese);
     for (const QString& text : {u"浏览"_s, u"资料库"_s, u"专辑"_s, u"艺人"_s, u"歌曲"_s, u"喜欢"_s,
                                 u"播放列表"_s, u"待播队列"_s, u"下一首"_s})
         EXPECT_TRUE(ui->waitsFor(text)) << qPrintable(text);
     EXPECT_TRUE(ui->shows(u"Playback"_s));
-    library.setLanguageSetting(AppLanguage::english);
+    library.language()->setLanguageSetting(AppLanguage::english);
     EXPECT_TRUE(ui->waitsFor(u"Up Next"_s));
 }
 
 TEST_F(MainWindowTest, TheTrackTableIsWorkedByKeyboard) {
-    library.selectBrowseMode(LibraryMode::songs);
+    library.browsing()->selectBrowseMode(LibraryMode::songs);
     ASSERT_TRUE(ui->waitsFor(u"Sodium, The Lanterns"_s));
-    QAbstractListModel* tracks = library.visibleTracks();
+    QAbstractListModel* tracks = library.browsing()->visibleTracks();
     ASSERT_TRUE(ui->click(u"Half the Way Home, The Lanterns"_s));
-    EXPECT_EQ(library.currentTrack().title, u"Half the Way Home"_s);
+    EXPECT_EQ(library.player()->currentTrack().title, u"Half the Way Home"_s);
     ui->key(Qt::Key_Down);
     ui->key(Qt::Key_Return);
-    EXPECT_EQ(library.currentTrack().title, u"Sodium"_s);
+    EXPECT_EQ(library.player()->currentTrack().title, u"Sodium"_s);
     ui->key(Qt::Key_End);
     ui->key(Qt::Key_Home);
     ui->key(Qt::Key_Return);
-    EXPECT_EQ(library.currentTrack().path(), textAt(tracks, 0, "path"));
+    EXPECT_EQ(library.player()->currentTrack().path(), textAt(tracks, 0, "path"));
     // Letters find; a space is no letter, it plays and pauses.
     ui->type(u"kelp"_s);
     ui->key(Qt::Key_Return);
-    EXPECT_EQ(library.currentTrack().title, u"Kelp"_s);
+    EXPECT_EQ(library.player()->currentTrack().title, u"Kelp"_s);
     ui->key(Qt::Key_Space);
-    EXPECT_FALSE(library.isPlaying());
+    EXPECT_FALSE(library.transport()->isPlaying());
 }
 
 TEST_F(MainWindowTest, TheMenuKeyOpensATracksMenu) {
-    library.selectBrowseMode(LibraryMode::songs);
+    library.browsing()->selectBrowseMode(LibraryMode::songs);
     ASSERT_TRUE(ui->click(u"Half the Way Home, The Lanterns"_s));
-    const QString path = library.currentTrack().path();
+    const QString path = library.player()->currentTrack().path();
     ui->key(Qt::Key_Menu);
     ASSERT_TRUE(ui->click(u"Loved"_s, QAccessible::MenuItem));
-    EXPECT_TRUE(library.isCurrentTrackLoved());
+    EXPECT_TRUE(library.player()->isCurrentTrackLoved());
     ASSERT_TRUE(world.waitFor([&] { return !ui->shows(u"Remove from Library"_s); }));
     ui->key(Qt::Key_Menu);
     ASSERT_TRUE(ui->waitsFor(u"Remove from Library"_s));
@@ -126,40 +126,42 @@ TEST_F(MainWindowTest, TheMenuKeyOpensATracksMenu) {
 }
 
 TEST_F(MainWindowTest, TypingInTheSearchFieldFiltersAndEscClearsIt) {
-    library.selectBrowseMode(LibraryMode::songs);
+    library.browsing()->selectBrowseMode(LibraryMode::songs);
     ASSERT_TRUE(ui->waitsFor(u"Sodium, The Lanterns"_s));
     ui->key(Qt::Key_F, Qt::ControlModifier);
-    ASSERT_TRUE(world.waitFor([&] { return library.isSearchFieldFocused(); }));
-    const bool playing = library.isPlaying();
+    ASSERT_TRUE(world.waitFor([&] { return library.views()->isSearchFieldFocused(); }));
+    const bool playing = library.transport()->isPlaying();
     ui->type(u"nina vale"_s);
-    EXPECT_EQ(library.searchText(), u"nina vale"_s);
-    EXPECT_EQ(library.isPlaying(), playing);
-    EXPECT_TRUE(world.waitFor(
-        [&] { return textAt(library.visibleTracks(), 0, "artist") == u"Nina Vale"_s; }));
+    EXPECT_EQ(library.browsing()->searchText(), u"nina vale"_s);
+    EXPECT_EQ(library.transport()->isPlaying(), playing);
+    EXPECT_TRUE(world.waitFor([&] {
+        return textAt(library.browsing()->visibleTracks(), 0, "artist") == u"Nina Vale"_s;
+    }));
     ui->key(Qt::Key_Escape);
-    EXPECT_EQ(library.searchText(), QString());
+    EXPECT_EQ(library.browsing()->searchText(), QString());
     ui->type(u"zzzz"_s);
     EXPECT_TRUE(ui->waitsFor(u"No matches for your search"_s));
     ASSERT_TRUE(ui->click(u"Clear search"_s));
-    EXPECT_EQ(library.searchText(), QString());
+    EXPECT_EQ(library.browsing()->searchText(), QString());
     ui->key(Qt::Key_Escape);
-    EXPECT_FALSE(library.isSearchFieldFocused());
+    EXPECT_FALSE(library.views()->isSearchFieldFocused());
     ui->key(Qt::Key_Space);
-    EXPECT_NE(library.isPlaying(), playing) << "Space is the player's again";
+    EXPECT_NE(library.transport()->isPlaying(), playing) << "Space is the player's again";
 }
 
 TEST_F(MainWindowTest, AnAlbumIsChosenByAClickAndPlayedByTwo) {
     ASSERT_TRUE(ui->click(u"Kelp & Salt, Mira Holt"_s));
-    EXPECT_TRUE(world.waitFor([&] { return library.selectedAlbum().title == u"Kelp & Salt"_s; }));
+    EXPECT_TRUE(world.waitFor(
+        [&] { return library.browsing()->selectedAlbum()->title == u"Kelp & Salt"_s; }));
     EXPECT_TRUE(ui->waitsFor(u"Show All Tracks"_s));
     ui->key(Qt::Key_Return);
-    EXPECT_EQ(library.currentTrack().album, u"Kelp & Salt"_s);
+    EXPECT_EQ(library.player()->currentTrack().album, u"Kelp & Salt"_s);
     ui->key(Qt::Key_Escape);
     EXPECT_TRUE(world.waitFor([&] { return !ui->shows(u"Show All Tracks"_s); }));
 }
 
 TEST_F(MainWindowTest, QueueRowsMoveByDraggingAndByKeyboard) {
-    QAbstractListModel* queue = library.playlist();
+    QAbstractListModel* queue = library.queue();
     ASSERT_GE(queue->rowCount(), 6);
     auto* list = ui->find(u"Up Next"_s, QAccessible::List);
     ASSERT_NE(list, nullptr);
@@ -185,7 +187,7 @@ TEST_F(MainWindowTest, QueueRowsMoveByDraggingAndByKeyboard) {
     ui->key(Qt::Key_Up, Qt::AltModifier);
     EXPECT_EQ(textAt(queue, 3, "title"), dragged);
     ui->key(Qt::Key_Return);
-    EXPECT_EQ(library.currentTrack().title, dragged);
+    EXPECT_EQ(library.player()->currentTrack().title, dragged);
 }
 
 TEST_F(MainWindowTest, PlaylistsAreMadeRenamedFilledAndDeleted) {
@@ -207,12 +209,12 @@ TEST_F(MainWindowTest, PlaylistsAreMadeRenamedFilledAndDeleted) {
     EXPECT_TRUE(GalleryWorld::waitFor([&] { return !ui->shows(u"Playlist name"_s); }));
     EXPECT_TRUE(ui->shows(u"Sunday"_s));
 
-    library.selectBrowseMode(LibraryMode::songs);
+    library.browsing()->selectBrowseMode(LibraryMode::songs);
     ASSERT_TRUE(ui->waitsFor(u"Sodium, The Lanterns"_s));
-    const QString playing = library.currentTrack().title;
+    const QString playing = library.player()->currentTrack().title;
     ui->drag(ui->centreOf(u"Sodium, The Lanterns"_s), ui->centreOf(u"Sunday"_s));
     EXPECT_EQ(textAt(playlists, before, "trackCount"), u"1"_s);
-    EXPECT_EQ(library.currentTrack().title, playing);
+    EXPECT_EQ(library.player()->currentTrack().title, playing);
 
     ASSERT_TRUE(ui->click(u"Sunday"_s, QAccessible::ListItem, Qt::RightButton));
     ASSERT_TRUE(ui->click(u"Delete"_s, QAccessible::MenuItem));
@@ -225,9 +227,9 @@ TEST_F(MainWindowTest, TheEqualizerPopoverSetsBandsAndClosesOnEsc) {
     auto* band = ui->find(u"1K"_s, QAccessible::Slider);
     ASSERT_NE(band, nullptr);
     band->actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
-    const double before = library.eqGains()[5];
+    const double before = library.equalizer()->eqGains()[5];
     ui->key(Qt::Key_Up);
-    EXPECT_DOUBLE_EQ(library.eqGains()[5], before + 0.5);
+    EXPECT_DOUBLE_EQ(library.equalizer()->eqGains()[5], before + 0.5);
     ui->key(Qt::Key_Escape);
     EXPECT_TRUE(world.waitFor([&] { return !ui->shows(u"Preamp"_s); }));
 }
@@ -256,12 +258,12 @@ TEST_F(MainWindowTest, FilesDraggedOverTheWindowShowTheOverlay) {
 }
 
 TEST_F(MainWindowTest, TheCursorMovesByPagesAndOutlivesASearch) {
-    library.selectBrowseMode(LibraryMode::songs);
+    library.browsing()->selectBrowseMode(LibraryMode::songs);
     ASSERT_TRUE(ui->click(u"Half the Way Home, The Lanterns"_s));
-    QAbstractListModel* tracks = library.visibleTracks();
+    QAbstractListModel* tracks = library.browsing()->visibleTracks();
     const auto playsRow = [&](int row) {
         ui->key(Qt::Key_Return);
-        return library.currentTrack().path() == textAt(tracks, row, "path");
+        return library.player()->currentTrack().path() == textAt(tracks, row, "path");
     };
     ui->key(Qt::Key_PageDown);
     ui->key(Qt::Key_PageUp);
@@ -273,11 +275,11 @@ TEST_F(MainWindowTest, TheCursorMovesByPagesAndOutlivesASearch) {
     const QString chosen = textAt(tracks, 1, "path");
     for (const QString& search : {u"nina vale"_s, QString()}) {
         const int before = tracks->rowCount();
-        library.setSearchText(search);
+        library.browsing()->setSearchText(search);
         ASSERT_TRUE(world.waitFor([&] { return tracks->rowCount() != before; }));
     }
     ui->key(Qt::Key_Return);
-    EXPECT_EQ(library.currentTrack().path(), chosen);
+    EXPECT_EQ(library.player()->currentTrack().path(), chosen);
 }
 
 TEST_F(MainWindowTest, TabGoesRoundEverythingAsTheEyeDoes) {
@@ -309,8 +311,8 @@ TEST_F(MainWindowTest, TabGoesRoundEverythingAsTheEyeDoes) {
 }
 
 TEST_F(MainWindowTest, TheQueueScrollsUnderADragHeldAtItsEdge) {
-    QAbstractListModel* queue = library.playlist();
-    library.playArtist(u"林间乐队"_s);
+    QAbstractListModel* queue = library.queue();
+    library.collections()->playArtist(u"林间乐队"_s);
     ASSERT_GT(queue->rowCount(), 20);
     auto* list = ui->find(u"Up Next"_s, QAccessible::List);
     ASSERT_NE(list, nullptr);
@@ -373,8 +375,8 @@ class Activity : public QObject {
 };
 
 TEST_F(MainWindowTest, NothingIsDrawnAndNoTimerRunsWhileNothingPlays) {
-    library.togglePlayback();
-    ASSERT_FALSE(library.isPlaying());
+    library.transport()->togglePlayback();
+    ASSERT_FALSE(library.transport()->isPlaying());
     Activity activity(ui->window());
     EXPECT_TRUE(activity.ceases());
 }
@@ -383,17 +385,18 @@ TEST_F(MainWindowTest, AHiddenWindowDrawsNothingWhileMusicPlays) {
     ui->window().hide();
     int frames = 0;
     QObject::connect(&ui->window(), &QQuickWindow::afterAnimating, [&] { ++frames; });
-    const double heard = library.progress();
-    ASSERT_TRUE(world.waitFor([&] { return library.progress() > heard + 0.002; }, 20000));
+    const double heard = library.progressClock()->progress();
+    ASSERT_TRUE(
+        world.waitFor([&] { return library.progressClock()->progress() > heard + 0.002; }, 20000));
     EXPECT_EQ(frames, 0);
 }
 
 TEST_F(MainWindowTest, ThePanelHidesAndComesBack) {
     ASSERT_TRUE(ui->click(u"Toggle Now Playing Panel"_s));
-    EXPECT_FALSE(library.showNowPlayingPanel());
+    EXPECT_FALSE(library.views()->showNowPlayingPanel());
     EXPECT_TRUE(world.waitFor([&] { return !ui->shows(u"Up Next"_s); }));
     ui->key(Qt::Key_N, Qt::ControlModifier | Qt::AltModifier);
-    EXPECT_TRUE(library.showNowPlayingPanel());
+    EXPECT_TRUE(library.views()->showNowPlayingPanel());
 }
 
 } // namespace

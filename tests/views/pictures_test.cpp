@@ -30,20 +30,20 @@ std::ostream& operator<<(std::ostream& out, const Look& look) {
 void nothing(GalleryWorld&, WindowDriver&) {
 }
 void tracks(GalleryWorld& world, WindowDriver&) {
-    world.library().selectBrowseMode(LibraryMode::songs);
+    world.library().browsing()->selectBrowseMode(LibraryMode::songs);
 }
 void album(GalleryWorld&, WindowDriver& ui) {
     EXPECT_TRUE(ui.click(u"Night Walk, The Lanterns"_s, QAccessible::ListItem));
 }
 void artists(GalleryWorld& world, WindowDriver& ui) {
-    world.library().selectBrowseMode(LibraryMode::artists);
+    world.library().browsing()->selectBrowseMode(LibraryMode::artists);
     EXPECT_TRUE(ui.click(u"Mira Holt"_s, QAccessible::ListItem));
 }
 void playlist(GalleryWorld&, WindowDriver& ui) {
     EXPECT_TRUE(ui.click(u"Late evenings"_s, QAccessible::ListItem));
 }
 void noMatch(GalleryWorld& world, WindowDriver&) {
-    world.library().setSearchText(u"zzzz"_s);
+    world.library().browsing()->setSearchText(u"zzzz"_s);
 }
 void equalizer(GalleryWorld&, WindowDriver& ui) {
     EXPECT_TRUE(ui.click(u"Equalizer"_s, QAccessible::Button));
@@ -52,16 +52,16 @@ void prompt(GalleryWorld&, WindowDriver& ui) {
     EXPECT_TRUE(ui.click(u"New Playlist..."_s, QAccessible::Button));
 }
 void trackMenu(GalleryWorld& world, WindowDriver& ui) {
-    world.library().selectBrowseMode(LibraryMode::songs);
+    world.library().browsing()->selectBrowseMode(LibraryMode::songs);
     EXPECT_TRUE(ui.click(u"Sodium, The Lanterns"_s, QAccessible::ListItem, Qt::RightButton));
 }
 void tidyUp(GalleryWorld& world, WindowDriver& ui) {
-    world.library().setShowMaintenance(true);
+    world.library().views()->setShowMaintenance(true);
     EXPECT_TRUE(ui.waitsFor(u"Missing files, 1"_s));
 }
 /// Its light turns while nothing plays, too: put back to where it begins, and stopped there.
 void fullScreen(GalleryWorld& world, WindowDriver& ui) {
-    world.library().setShowFullPlayer(true);
+    world.library().views()->setShowFullPlayer(true);
     EXPECT_TRUE(ui.waitsFor(u"Back to Main Window"_s));
     ui.window().findChild<QObject*>(u"redrawClock"_s)->setProperty("running", false);
     forEachItem(ui.window().contentItem(), [](QQuickItem* item) {
@@ -106,9 +106,9 @@ TEST_P(PictureTest, LooksAsApproved) {
     if (look.albums > 0)
         world.furnish();
     LibraryViewModel& library = world.library();
-    library.seek(0.4);
+    library.transport()->seek(0.4);
     if (look.isChinese)
-        library.setLanguageSetting(AppLanguage::simplifiedChinese);
+        library.language()->setLanguageSetting(AppLanguage::simplifiedChinese);
     QQuickWindow* window = world.open(QString::fromLatin1(look.window));
     ASSERT_NE(window, nullptr);
     if (!look.size.isEmpty()) {

@@ -32,10 +32,10 @@ class TidyUpTest : public SecondaryWindowTest {
   protected:
     void openTidyUp() {
         openWindow(u"main"_s);
-        library.setShowMaintenance(true);
+        library.views()->setShowMaintenance(true);
         ASSERT_TRUE(ui->waitsFor(u"Done"_s));
     }
-    int missing() { return library.missingTracks()->rowCount(); }
+    int missing() { return library.tidyingLists()->missingTracks()->rowCount(); }
 };
 
 TEST_F(TidyUpTest, HasOnlyGoodNewsForATidyLibrary) {
@@ -44,7 +44,7 @@ TEST_F(TidyUpTest, HasOnlyGoodNewsForATidyLibrary) {
     for (const QString& name : {u"Missing files"_s, u"Duplicate tracks"_s, u"In iCloud"_s})
         EXPECT_FALSE(ui->shows(name)) << qPrintable(name);
     ui->key(Qt::Key_Escape);
-    EXPECT_TRUE(world.waitFor([&] { return !library.showMaintenance(); }));
+    EXPECT_TRUE(world.waitFor([&] { return !library.views()->showMaintenance(); }));
 }
 
 TEST_F(TidyUpTest, DownloadsAtOnceAndAsksBeforeItRemoves) {
@@ -53,7 +53,7 @@ TEST_F(TidyUpTest, DownloadsAtOnceAndAsksBeforeItRemoves) {
     ASSERT_TRUE(ui->waitsFor(u"Missing files, 1"_s));
     ASSERT_TRUE(ui->waitsFor(u"In iCloud, not downloaded, 1"_s));
     ASSERT_TRUE(ui->click(u"Download All"_s, QAccessible::Button));
-    EXPECT_TRUE(world.waitFor([&] { return !world.outside().cloud.downloading.isEmpty(); }));
+    EXPECT_TRUE(world.waitFor([&] { return !world.outside().cloud->downloading.isEmpty(); }));
 
     const QString question = u"Remove 1 missing track from the library? The entry is removed; no "
                              "files are deleted."_s;
@@ -86,16 +86,16 @@ TEST_F(TidyUpTest, RemovesOneMissingTrackByItsOwnButtonWithoutAsking) {
 
 TEST_F(TidyUpTest, RemovesDuplicatesByTheGroup) {
     LibraryPlan copies{.albums = 1, .folder = world.outside().folder.filePath(u"copies"_s)};
-    library.concerns().store.append(makeLibrary(copies));
-    library.concerns().catalog.rebuildImportedAlbums();
+    library.store()->append(makeLibrary(copies));
+    library.catalog()->rebuildImportedAlbums();
     openTidyUp();
     ASSERT_TRUE(ui->click(u"Remove Duplicates"_s, QAccessible::Button));
-    const int groups = library.duplicateGroupCount();
+    const int groups = library.duplicates()->duplicateGroupCount();
     ASSERT_GT(groups, 1);
     ASSERT_TRUE(ui->waitsFor(u"Cancel"_s));
     ui->key(Qt::Key_Escape);
     ASSERT_TRUE(isGone(u"Cancel"_s));
-    EXPECT_TRUE(library.showMaintenance()) << "Esc answers the question only";
+    EXPECT_TRUE(library.views()->showMaintenance()) << "Esc answers the question only";
     const int before = library.trackCount();
     ASSERT_TRUE(ui->click(u"Remove Duplicates"_s, QAccessible::Button));
     ASSERT_TRUE(ui->waitsFor(u"Cancel"_s));
@@ -113,11 +113,11 @@ class SettingsTest : public SecondaryWindowTest {
 TEST_F(SettingsTest, LanguagesChangeTheWindowAtOnce) {
     EXPECT_TRUE(ui->shows(u"Auto"_s));
     ASSERT_TRUE(ui->click(u"中文"_s, QAccessible::RadioButton));
-    EXPECT_EQ(library.languageSetting(), AppLanguage::simplifiedChinese);
+    EXPECT_EQ(library.language()->languageSetting(), AppLanguage::simplifiedChinese);
     EXPECT_TRUE(ui->waitsFor(u"自动"_s));
     EXPECT_EQ(ui->window().title(), u"Settings"_s);
     ASSERT_TRUE(ui->click(u"自动"_s, QAccessible::RadioButton));
-    EXPECT_EQ(library.languageSetting(), AppLanguage::system);
+    EXPECT_EQ(library.language()->languageSetting(), AppLanguage::system);
     EXPECT_TRUE(ui->waitsFor(u"Auto"_s));
 }
 
@@ -129,16 +129,19 @@ TEST_F(SettingsTest, EveryPreferenceIsSetByKeyboard) {
     };
     const std::array steps{
         Step{u"Language"_s, Qt::Key_Right,
-             [&] { return library.languageSetting() == AppLanguage::simplifiedChinese; }},
+             [&] {
+                 return library.language()->languageSetting() == AppLanguage::simplifiedChinese;
+             }},
         Step{u"频谱颜色"_s, Qt::Key_Down,
-             [&] { return library.spectrumTintMode() == SpectrumTintMode::mint; }},
-        Step{u"音量均衡"_s, Qt::Key_Return, [&] { return library.soundCheckEnabled(); }},
+             [&] { return library.appearance()->spectrumTintMode() == SpectrumTintMode::mint; }},
+        Step{u"音量均衡"_s, Qt::Key_Return,
+             [&] { return library.soundCheck()->soundCheckEnabled(); }},
         Step{u"强调色"_s, Qt::Key_Down,
-             [&] { return library.themeAccentMode() == SpectrumTintMode::gold; }},
+             [&] { return library.appearance()->themeAccentMode() == SpectrumTintMode::gold; }},
         Step{u"圆角风格"_s, Qt::Key_Right,
-             [&] { return library.themeCornerStyle() == CornerStyle::round; }},
+             [&] { return library.appearance()->themeCornerStyle() == CornerStyle::round; }},
         Step{u"背景"_s, Qt::Key_Down,
-             [&] { return library.themeBackgroundStyle() == BackgroundStyle::oled; }},
+             [&] { return library.appearance()->themeBackgroundStyle() == BackgroundStyle::oled; }},
     };
     for (const Step& step : steps) {
         ASSERT_TRUE(ui->tabTo(step.name)) << qPrintable(step.name);
@@ -152,15 +155,16 @@ TEST_F(SettingsTest, EveryPreferenceIsSetByKeyboard) {
 TEST_F(SettingsTest, ACustomColourIsMixedInItsWell) {
     ASSERT_TRUE(ui->click(u"Spectrum Color"_s, QAccessible::ComboBox));
     ASSERT_TRUE(ui->click(u"Custom"_s, QAccessible::MenuItem));
-    EXPECT_EQ(library.spectrumTintMode(), SpectrumTintMode::custom);
-    const QColor before = library.customSpectrumColor();
+    EXPECT_EQ(library.appearance()->spectrumTintMode(), SpectrumTintMode::custom);
+    const QColor before = library.appearance()->shownCustomSpectrumColor();
     ASSERT_TRUE(isGone(u"Sunset"_s));
     ASSERT_TRUE(ui->tabTo(u"Spectrum Color: Custom"_s));
     ui->key(Qt::Key_Return);
     ASSERT_TRUE(ui->waitsFor(u"Spectrum Color: Custom H"_s));
     ui->key(Qt::Key_Right);
-    EXPECT_NE(library.customSpectrumColor(), before);
-    EXPECT_EQ(library.spectrumTint(), library.customSpectrumColor());
+    EXPECT_NE(library.appearance()->shownCustomSpectrumColor(), before);
+    EXPECT_EQ(library.appearance()->shownSpectrumTint(),
+              library.appearance()->shownCustomSpectrumColor());
     ui->key(Qt::Key_Escape);
     EXPECT_TRUE(isGone(u"Spectrum Color: Custom H"_s));
     EXPECT_TRUE(ui->window().isVisible());
@@ -175,7 +179,7 @@ TEST_F(SettingsTest, TheSpectrumLivesOnlyWhileMusicPlaysInSight) {
     EXPECT_EQ(peak(), 0);
     world.furnish();
     EXPECT_TRUE(world.waitFor([&] { return peak() > 0.1f; }));
-    library.togglePlayback();
+    library.transport()->togglePlayback();
     int changes = 0;
     QObject::connect(library.spectrum(), &SpectrumModel::changed, &ui->window(),
                      [&] { ++changes; });

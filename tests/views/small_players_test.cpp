@@ -30,9 +30,9 @@ class SmallPlayersTest : public testing::Test {
 TEST_F(SmallPlayersTest, SayThatNothingPlays) {
     for (const QString& id : {u"mini"_s, u"panel"_s}) {
         WindowDriver ui(*world.open(id));
-        library.setLanguageSetting(AppLanguage::english);
+        library.language()->setLanguageSetting(AppLanguage::english);
         EXPECT_TRUE(ui.waitsFor(u"Not Playing"_s)) << qPrintable(id);
-        library.setLanguageSetting(AppLanguage::simplifiedChinese);
+        library.language()->setLanguageSetting(AppLanguage::simplifiedChinese);
         EXPECT_TRUE(ui.waitsFor(u"未在播放"_s)) << qPrintable(id);
     }
 }
@@ -46,9 +46,9 @@ TEST_F(SmallPlayersTest, PlayPauseAndSkipWithEveryOtherWindowClosed) {
         EXPECT_TRUE(ui.waitsFor(u"Lamplight"_s));
         EXPECT_TRUE(ui.shows(u"The Lanterns"_s));
         ASSERT_TRUE(ui.click(u"Pause"_s, QAccessible::Button));
-        EXPECT_FALSE(library.isPlaying());
+        EXPECT_FALSE(library.transport()->isPlaying());
         ASSERT_TRUE(ui.click(u"Play"_s, QAccessible::Button));
-        EXPECT_TRUE(library.isPlaying());
+        EXPECT_TRUE(library.transport()->isPlaying());
         ASSERT_TRUE(ui.click(u"Next track"_s, QAccessible::Button));
         EXPECT_TRUE(ui.waitsFor(u"Half the Way Home"_s));
         ASSERT_TRUE(ui.click(u"Previous track"_s, QAccessible::Button));
@@ -82,26 +82,26 @@ TEST_F(SmallPlayersTest, AFilePanelDrawnByTheToolkitHasAWindowOfItsOwn) {
 TEST_F(SmallPlayersTest, TheMiniPlayersLineSeeksAndItsLengthTurnsRound) {
     world.furnish();
     WindowDriver ui(*world.open(u"mini"_s));
-    library.togglePlayback();
+    library.transport()->togglePlayback();
     ASSERT_TRUE(ui.waitsFor(u"Playback"_s));
     auto* line = ui.find(u"Playback"_s, QAccessible::Slider);
     ASSERT_NE(line, nullptr);
     const QRect place(ui.window().mapFromGlobal(line->rect().topLeft()), line->rect().size());
     ui.drag({place.left() + 8, place.center().y()}, place.center());
-    EXPECT_NEAR(library.progress(), 0.5, 0.05);
-    EXPECT_FALSE(library.showRemainingTime());
+    EXPECT_NEAR(library.progressClock()->progress(), 0.5, 0.05);
+    EXPECT_FALSE(library.views()->showRemainingTime());
     ASSERT_TRUE(ui.click(u"4:21"_s, QAccessible::Button));
-    EXPECT_TRUE(library.showRemainingTime());
+    EXPECT_TRUE(library.views()->showRemainingTime());
     EXPECT_TRUE(ui.waitsFor(u"-2:"_s));
 }
 
 TEST_F(SmallPlayersTest, ClosingTheMiniPlayerBringsTheMainWindowBack) {
     QQuickWindow* mini = world.open(u"mini"_s);
     EXPECT_EQ(mini->size(), QSize(480, 86));
-    EXPECT_TRUE(library.isMiniPlayerOpen());
+    EXPECT_TRUE(library.views()->isMiniPlayerOpen());
     mini->close();
     EXPECT_TRUE(comesBack(u"main"_s));
-    EXPECT_FALSE(library.isMiniPlayerOpen());
+    EXPECT_FALSE(library.views()->isMiniPlayerOpen());
 
     world.app().toggleMiniPlayer();
     EXPECT_TRUE(comesBack(u"mini"_s));
@@ -114,15 +114,15 @@ TEST_F(SmallPlayersTest, ClosingTheMiniPlayerBringsTheMainWindowBack) {
 
 TEST_F(SmallPlayersTest, TheMiniPlayerMakesWayForTheFullScreenOne) {
     QQuickWindow* mini = world.open(u"mini"_s);
-    library.setShowFullPlayer(true);
+    library.views()->setShowFullPlayer(true);
     mini->close();
-    EXPECT_TRUE(world.waitFor([&] { return !library.isMiniPlayerOpen(); }));
+    EXPECT_TRUE(world.waitFor([&] { return !library.views()->isMiniPlayerOpen(); }));
     EXPECT_FALSE(isOpen(u"main"_s));
 
     world.app().toggleFullScreen();
     world.open(u"mini"_s);
     world.app().toggleFullScreen();
-    EXPECT_TRUE(library.showFullPlayer());
+    EXPECT_TRUE(library.views()->showFullPlayer());
     EXPECT_TRUE(isOpen(u"main"_s));
     EXPECT_TRUE(world.waitFor([&] { return !isOpen(u"mini"_s); }));
 }

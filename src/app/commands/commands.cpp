@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "app/commands/commands.h"
 
+#include "library/browsing/view_state.h"
+#include "library/import/importer.h"
 #include "library/library_view_model.h"
+#include "library/playback/transport.h"
 
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -65,8 +68,9 @@ Commands::Commands(LibraryViewModel& library, CommandTargets targets, QObject* p
 std::function<void()> Commands::action(const QString& id, CommandTargets& targets) {
     auto& library = m_library;
     const QHash<QString, std::function<void()>> actions{
-        {u"addToLibrary"_s, [&library] { library.chooseAndImportMusic(true, false); }},
-        {u"importMusicFolder"_s, [&library] { library.chooseAndImportMusic(false, true); }},
+        {u"addToLibrary"_s, [&library] { library.importing()->chooseAndImportMusic(true, false); }},
+        {u"importMusicFolder"_s,
+         [&library] { library.importing()->chooseAndImportMusic(false, true); }},
         {u"settings"_s, [open = targets.openWindow] { open(u"settings"_s); }},
         {u"quit"_s, targets.quit},
         {u"undo"_s, onTextField("undo")},
@@ -77,14 +81,16 @@ std::function<void()> Commands::action(const QString& id, CommandTargets& target
         {u"selectAll"_s, onTextField("selectAll")},
         {u"find"_s, targets.find},
         {u"toggleNowPlayingPanel"_s,
-         [&library] { library.setShowNowPlayingPanel(!library.showNowPlayingPanel()); }},
-        {u"playPause"_s, [&library] { library.togglePlayback(); }},
-        {u"nextTrack"_s, [&library] { library.playNext(true); }},
-        {u"previousTrack"_s, [&library] { library.playPrevious(); }},
-        {u"toggleShuffle"_s, [&library] { library.toggleShuffle(); }},
-        {u"advanceRepeatMode"_s, [&library] { library.advanceRepeatMode(); }},
-        {u"increaseVolume"_s, [&library] { library.stepVolume(volumeStep); }},
-        {u"decreaseVolume"_s, [&library] { library.stepVolume(-volumeStep); }},
+         [&library] {
+             library.views()->setShowNowPlayingPanel(!library.views()->showNowPlayingPanel());
+         }},
+        {u"playPause"_s, [&library] { library.transport()->togglePlayback(); }},
+        {u"nextTrack"_s, [&library] { library.transport()->playNext(true); }},
+        {u"previousTrack"_s, [&library] { library.transport()->playPrevious(); }},
+        {u"toggleShuffle"_s, [&library] { library.transport()->toggleShuffle(); }},
+        {u"advanceRepeatMode"_s, [&library] { library.transport()->advanceRepeatMode(); }},
+        {u"increaseVolume"_s, [&library] { library.transport()->stepVolume(volumeStep); }},
+        {u"decreaseVolume"_s, [&library] { library.transport()->stepVolume(-volumeStep); }},
         {u"toggleMiniPlayer"_s, targets.toggleMiniPlayer},
         {u"toggleFullScreen"_s, targets.toggleFullScreen},
         {u"help"_s, [open = targets.openWindow] { open(u"help"_s); }},
@@ -93,19 +99,19 @@ std::function<void()> Commands::action(const QString& id, CommandTargets& target
 }
 
 void Commands::followLibrary() {
-    connect(&m_library, &LibraryViewModel::isSearchFieldFocusedChanged, this, &Commands::refresh);
-    connect(&m_library, &LibraryViewModel::isShuffleEnabledChanged, this, &Commands::refresh);
-    connect(&m_library, &LibraryViewModel::repeatModeChanged, this, &Commands::refresh);
-    connect(&m_library, &LibraryViewModel::isMiniPlayerOpenChanged, this, &Commands::refresh);
+    connect(m_library.views(), &ViewState::isSearchFieldFocusedChanged, this, &Commands::refresh);
+    connect(m_library.transport(), &Transport::isShuffleEnabledChanged, this, &Commands::refresh);
+    connect(m_library.transport(), &Transport::repeatModeChanged, this, &Commands::refresh);
+    connect(m_library.views(), &ViewState::isMiniPlayerOpenChanged, this, &Commands::refresh);
     connect(qGuiApp, &QGuiApplication::focusObjectChanged, this, &Commands::refresh);
 }
 
 CommandState Commands::state() const {
-    return {.isSearchFieldFocused = m_library.isSearchFieldFocused(),
+    return {.isSearchFieldFocused = m_library.views()->isSearchFieldFocused(),
             .isTextFocused = isTextField(QGuiApplication::focusObject()),
-            .isShuffleEnabled = m_library.isShuffleEnabled(),
-            .repeatMode = m_library.repeatMode(),
-            .isMiniPlayerOpen = m_library.isMiniPlayerOpen()};
+            .isShuffleEnabled = m_library.transport()->isShuffleEnabled(),
+            .repeatMode = m_library.transport()->repeatMode(),
+            .isMiniPlayerOpen = m_library.views()->isMiniPlayerOpen()};
 }
 
 void Commands::refresh() {

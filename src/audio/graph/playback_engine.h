@@ -6,6 +6,7 @@
 #include "audio/files/file_opener.h"
 #include "audio/graph/graph_settings.h"
 #include "audio/graph/player_node.h"
+#include "audio/graph/transport_engine.h"
 #include "platform/clock.h"
 #include "platform/sound/sound_output.h"
 
@@ -23,7 +24,7 @@ namespace halvane {
 /// that follows without a gap. Knows nothing of the library or the queue. Main thread only; its
 /// callbacks are called on the main thread and never from inside one of its own operations.
 /// Times are in seconds, gains in dB. Failures are descriptions for the log and the user.
-class AudioPlaybackEngine : public QObject {
+class AudioPlaybackEngine : public QObject, public TransportEngine {
     Q_OBJECT
 
   public:
@@ -33,36 +34,36 @@ class AudioPlaybackEngine : public QObject {
 
     /// Opens a file, without scheduling anything. On failure the engine is left unloaded. Waits for
     /// the disk, unless it is the file that prescheduleNextIfCompatible was last given.
-    [[nodiscard]] std::optional<QString> load(const QString& path);
+    [[nodiscard]] std::optional<QString> load(const QString& path) override;
     /// Stops and forgets everything.
-    void unload();
-    bool hasFile() const;
+    void unload() override;
+    bool hasFile() const override;
     /// Length of the loaded file; 0 without one.
-    double durationSeconds() const;
+    double durationSeconds() const override;
     /// The loaded file's processing rate in Hz; 0 without one.
     double fileSampleRate() const;
     /// The output device's rate in Hz; 0 while unknown.
     double outputSampleRate() const;
 
     /// Schedules the file from a position, cut to the file's length; drops a pre-scheduled file.
-    [[nodiscard]] std::optional<QString> scheduleSegment(double fromSeconds, bool andPlay);
+    [[nodiscard]] std::optional<QString> scheduleSegment(double fromSeconds, bool andPlay) override;
     /// Stops the sound and keeps the position.
-    void pause();
+    void pause() override;
     /// Goes on after a pause.
-    [[nodiscard]] std::optional<QString> resume();
+    [[nodiscard]] std::optional<QString> resume() override;
     /// The engine's own playing flag.
-    bool isPlaying() const;
+    bool isPlaying() const override;
     /// Position heard in the current file.
-    double elapsedSeconds() const;
+    double elapsedSeconds() const override;
 
     /// Opens a file away from the main thread and then queues it behind the current one, if it can
     /// follow without a gap; prescheduleSettled tells. False where nothing is done because nothing
     /// plays that it could follow, or another file is queued or being opened.
-    bool prescheduleNextIfCompatible(const QString& path);
+    bool prescheduleNextIfCompatible(const QString& path) override;
     /// Makes the pre-scheduled file current and gives its path; none when there is none.
-    std::optional<QString> adoptPrescheduledTrack();
+    std::optional<QString> adoptPrescheduledTrack() override;
     /// Drops a pre-scheduled file, or one being opened, keeping the position and the playing state.
-    void invalidatePreschedule();
+    void invalidatePreschedule() override;
 
     /// Takes playback up again after the stream was lost or its device changed, from the position
     /// heard. The output's signal leads here.
@@ -74,9 +75,9 @@ class AudioPlaybackEngine : public QObject {
     /// Gains and preamp in dB, each clamped to -12...+12; missing gains keep their bands.
     void setEQ(bool enabled, const std::vector<double>& gains, double preamp);
     /// The per-track gain in dB, clamped to -18...+12.
-    void setTrackGain(double dB);
+    void setTrackGain(double dB) override;
     /// 0...1, clamped when applied.
-    void setVolume(double volume);
+    void setVolume(double volume) override;
 
     SpectrumModel& spectrum();
 

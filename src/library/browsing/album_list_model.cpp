@@ -2,7 +2,7 @@
 #include "library/browsing/album_list_model.h"
 
 #include "library/browsing/cover_store.h"
-#include "library/user/qt_colors.h"
+#include "presentation/qt_colors.h"
 
 namespace halvane {
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "library/browsing/browsing.h"
 
+#include "library/browsing/cover_store.h"
 #include "library/user/playlists.h"
 
 #include <algorithm>
@@ -18,6 +19,12 @@ Browsing::Browsing(BrowsingCollaborators with, RowState rows, QObject* parent)
         if (id == m_selectedPlaylistID)
             sourceChanged();
     });
+    connect(&m_with.playlists, &Playlists::nameChanged, this, [this](const QUuid& id) {
+        if (id == m_selectedPlaylistID)
+            Q_EMIT selectedPlaylistNameChanged();
+    });
+    connect(this, &Browsing::selectedPlaylistIDChanged, this,
+            &Browsing::selectedPlaylistNameChanged);
     connect(&m_with.playlists, &Playlists::deleted, this, [this](const QUuid& id) {
         if (id == m_selectedPlaylistID)
             setSelectedPlaylistID({});
@@ -55,6 +62,18 @@ const Album* Browsing::selectedAlbum() const {
 const Album* Browsing::artworkAlbum(const std::optional<QueueItem>& current) const {
     return current ? albumOfEntry(*catalog(), current->album, current->artist, m_with.language())
                    : selectedAlbum();
+}
+
+Album Browsing::shown(const Album* album) const {
+    if (!album)
+        return {};
+    m_with.covers.keyFor(album->coverImageData, album->coverURL);
+    return *album;
+}
+
+QString Browsing::selectedPlaylistName() const {
+    const Playlist* playlist = m_with.playlists.find(m_selectedPlaylistID);
+    return playlist ? playlist->name : QString();
 }
 
 void Browsing::selectAlbum(const QueueItem& entry) {
@@ -136,12 +155,16 @@ void Browsing::goHome() {
 }
 
 void Browsing::jumpToArtist(const QString& name) {
+    Q_EMIT jumping();
     enter(LibraryMode::artists, SidebarItem::artists, false);
     assign(m_focusedArtist, name, &Browsing::focusedArtistChanged);
     sourceChanged();
 }
 
 void Browsing::jumpToAlbum(const QueueItem& entry) {
+    if (entry.id.isNull())
+        return;
+    Q_EMIT jumping();
     enter(LibraryMode::albums, SidebarItem::albums, false);
     selectAlbum(entry);
     sourceChanged();

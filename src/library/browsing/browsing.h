@@ -25,6 +25,23 @@ struct BrowsingCollaborators {
 /// Main thread.
 class Browsing : public QObject {
     Q_OBJECT
+    Q_PROPERTY(
+        halvane::SidebarItem selectedSidebar READ selectedSidebar NOTIFY selectedSidebarChanged)
+    Q_PROPERTY(halvane::LibraryMode mode READ mode NOTIFY modeChanged)
+    Q_PROPERTY(QString searchText READ searchText WRITE setSearchText NOTIFY searchTextChanged)
+    Q_PROPERTY(QString focusedArtist READ focusedArtist WRITE setFocusedArtist NOTIFY
+                   focusedArtistChanged) // empty: none
+    Q_PROPERTY(QString selectedAlbumID READ selectedAlbumID WRITE setSelectedAlbumID NOTIFY
+                   selectedAlbumIDChanged) // empty: none
+    Q_PROPERTY(QUuid selectedPlaylistID READ selectedPlaylistID WRITE setSelectedPlaylistID NOTIFY
+                   selectedPlaylistIDChanged) // null: none
+    Q_PROPERTY(
+        QString selectedPlaylistName READ selectedPlaylistName NOTIFY selectedPlaylistNameChanged)
+    Q_PROPERTY(bool hasFocusedAlbum READ hasFocusedAlbum NOTIFY focusedAlbumChanged)
+    Q_PROPERTY(halvane::Album focusedAlbum READ shownFocusedAlbum NOTIFY focusedAlbumChanged)
+    Q_PROPERTY(QAbstractListModel* visibleTracks READ visibleTracks CONSTANT)
+    Q_PROPERTY(QAbstractListModel* visibleAlbums READ visibleAlbums CONSTANT)
+    Q_PROPERTY(QAbstractListModel* visibleArtists READ visibleArtists CONSTANT)
 
   public:
     Browsing(BrowsingCollaborators with, RowState rows, QObject* parent = nullptr);
@@ -37,9 +54,12 @@ class Browsing : public QObject {
     bool showLovedOnly() const { return m_showLovedOnly; }
     const QUuid& selectedPlaylistID() const { return m_selectedPlaylistID; } ///< null: none
 
-    TrackListModel& visibleTracks() { return m_tracks; }
-    AlbumListModel& visibleAlbums() { return m_albums; }
-    ArtistListModel& visibleArtists() { return m_artists; }
+    /// Empty: none.
+    QString selectedPlaylistName() const;
+
+    TrackListModel* visibleTracks() { return &m_tracks; }
+    AlbumListModel* visibleAlbums() { return &m_albums; }
+    ArtistListModel* visibleArtists() { return &m_artists; }
 
     /// The album whose tracks alone are shown, or null. Good until the catalog changes, as below.
     const Album* focusedAlbum() const;
@@ -47,16 +67,21 @@ class Browsing : public QObject {
     const Album* selectedAlbum() const;
     /// The album whose artwork stands for what plays: the current entry's, or the selected one.
     const Album* artworkAlbum(const std::optional<QueueItem>& current) const;
+    /// An album as a value whose cover's key can be read; an empty one for null.
+    Album shown(const Album* album) const;
+    bool hasFocusedAlbum() const { return focusedAlbum() != nullptr; }
+    Album shownFocusedAlbum() const { return shown(focusedAlbum()); }
 
     void setSearchText(const QString& text);
     void setFocusedArtist(const QString& name);
     void setSelectedAlbumID(const QString& id);
     void setSelectedPlaylistID(const QUuid& id);
-    void selectBrowseMode(LibraryMode mode);
-    void selectSidebarItem(SidebarItem item);
-    void goHome();
-    void jumpToArtist(const QString& name);
-    void jumpToAlbum(const QueueItem& entry);
+    Q_INVOKABLE void selectBrowseMode(halvane::LibraryMode mode);
+    Q_INVOKABLE void selectSidebarItem(halvane::SidebarItem item);
+    Q_INVOKABLE void goHome();
+    Q_INVOKABLE void jumpToArtist(const QString& name);
+    /// Nothing for an entry that the queue does not have.
+    Q_INVOKABLE void jumpToAlbum(const halvane::QueueItem& entry);
     /// Selects the album of a playing entry, if the library has it.
     void selectAlbum(const QueueItem& entry);
 
@@ -77,6 +102,9 @@ class Browsing : public QObject {
     void selectedAlbumIDChanged();
     void showLovedOnlyChanged();
     void selectedPlaylistIDChanged();
+    void selectedPlaylistNameChanged();
+    /// A jump is about to show another place of the library.
+    void jumping();
     void focusedAlbumChanged();
     void selectedAlbumChanged();
     void visibleTrackCountChanged();

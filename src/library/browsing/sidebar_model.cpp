@@ -1,7 +1,25 @@
 // SPDX-License-Identifier: MIT
 #include "library/browsing/sidebar_model.h"
 
+#include "library/catalog/catalog.h"
+
 namespace halvane {
+
+std::size_t sidebarCount(SidebarItem item, const Catalog& catalog, std::size_t lovedTracks) {
+    switch (item) {
+    case SidebarItem::library:
+        return 0;
+    case SidebarItem::albums:
+        return catalog.albums.size();
+    case SidebarItem::artists:
+        return catalog.artists.size();
+    case SidebarItem::tracks:
+        return catalog.rows->size();
+    case SidebarItem::loved:
+        return lovedTracks;
+    }
+    return 0;
+}
 
 namespace {
 constexpr int itemCount = static_cast<int>(SidebarItem::loved) + 1;

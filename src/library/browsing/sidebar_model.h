@@ -9,6 +9,11 @@
 
 namespace halvane {
 
+struct Catalog;
+
+/// The number beside an item of the sidebar: 0 for the library itself, which shows none.
+std::size_t sidebarCount(SidebarItem item, const Catalog& catalog, std::size_t lovedTracks);
+
 /// The sidebar's items with their badges. Main thread.
 class SidebarModel : public QAbstractListModel {
     Q_OBJECT

@@ -11,6 +11,20 @@ class Preferences;
 /// Main thread.
 class ViewState : public QObject {
     Q_OBJECT
+    Q_PROPERTY(bool showFullPlayer READ showFullPlayer WRITE setShowFullPlayer NOTIFY
+                   showFullPlayerChanged)
+    Q_PROPERTY(bool isMiniPlayerOpen READ isMiniPlayerOpen WRITE setMiniPlayerOpen NOTIFY
+                   isMiniPlayerOpenChanged)
+    Q_PROPERTY(bool showNowPlayingPanel READ showNowPlayingPanel WRITE setShowNowPlayingPanel NOTIFY
+                   showNowPlayingPanelChanged)
+    Q_PROPERTY(bool showMaintenance READ showMaintenance WRITE setShowMaintenance NOTIFY
+                   showMaintenanceChanged)
+    Q_PROPERTY(bool isQuitting READ isQuitting NOTIFY isQuittingChanged)
+    Q_PROPERTY(bool isSearchFieldFocused READ isSearchFieldFocused WRITE setSearchFieldFocused
+                   NOTIFY isSearchFieldFocusedChanged)
+    Q_PROPERTY(int searchFocusRequest READ searchFocusRequest NOTIFY searchFocusRequestChanged)
+    Q_PROPERTY(bool showRemainingTime READ showRemainingTime WRITE setShowRemainingTime NOTIFY
+                   showRemainingTimeChanged)
 
   public:
     /// The preferences must outlive it.
@@ -34,8 +48,8 @@ class ViewState : public QObject {
     void setShowMaintenance(bool show);
     void setQuitting(); ///< for good
     void setSearchFieldFocused(bool focused);
-    void requestSearchFocus();
-    void setShowRemainingTime(bool show); ///< stored
+    Q_INVOKABLE void requestSearchFocus(); ///< adds 1 to searchFocusRequest
+    void setShowRemainingTime(bool show);  ///< stored
 
   Q_SIGNALS:
     void showFullPlayerChanged();

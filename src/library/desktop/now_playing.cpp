@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "library/desktop/now_playing.h"
 
+#include "audio/graph/transport_engine.h"
 #include "library/desktop/artwork_export.h"
+#include "library/playback/play_queue.h"
+#include "library/playback/transport.h"
 #include "platform/session/notifications.h"
 #include "platform/thread_check.h"
 
@@ -43,20 +46,23 @@ std::optional<QString> nonEmpty(const QString& path) {
 
 } // namespace
 
-NowPlaying::NowPlaying(MediaControls& controls, Notifications& notifications, RemotePlayer& player,
+NowPlaying::NowPlaying(MediaControls& controls, Notifications& notifications, Transport& transport,
+                       const PlayQueue& queue, const TransportEngine& engine,
                        std::function<bool()> isApplicationActive, const QString& artworkFolder,
                        QObject* parent)
     : QObject(parent)
     , m_controls(controls)
     , m_notifications(notifications)
-    , m_player(player)
+    , m_transport(transport)
+    , m_queue(queue)
+    , m_engine(engine)
     , m_isApplicationActive(std::move(isApplicationActive))
     , m_artworkFolder(artworkFolder) {
 }
 
 void NowPlaying::setupRemoteCommands() {
     assertOwnThread(*this);
-    auto& player = m_player;
+    auto& player = m_transport;
     const auto always = [](auto action) {
         return [action] {
             action();
@@ -77,36 +83,40 @@ void NowPlaying::setupRemoteCommands() {
         .nextTrack = always([&player] { player.playNext(true); }),
         .previousTrack = always([&player] { player.playPrevious(); }),
         .changePlaybackPosition = [this](double s) { return changePlaybackPosition(s); },
-        .openFile = [&player](const QString& path) { player.importFile(path); },
-        .setLoop = [&player](MediaLoop loop) { player.setRepeatMode(repeatModeOf(loop)); },
-        .setShuffle = [&player](bool on) { player.setShuffleEnabled(on); },
+        .openFile = [this](const QString& path) { Q_EMIT fileAsked(path); },
+        .setLoop = [&player](MediaLoop loop) { player.chooseRepeatMode(repeatModeOf(loop)); },
+        .setShuffle =
+            [&player](bool on) {
+                if (player.isShuffleEnabled() != on)
+                    player.toggleShuffle();
+            },
         .setVolume = [&player](double v) { player.setVolume(std::clamp(v, 0.0, 1.0)); },
-        .elapsedSeconds = [&player] { return player.elapsedSeconds(); },
+        .elapsedSeconds = [this] { return m_engine.elapsedSeconds(); },
     });
     updateModes();
 }
 
 CommandResult NowPlaying::changePlaybackPosition(double seconds) {
-    const double duration = m_player.hasLoadedFile() ? m_player.fileSeconds() : 0;
+    const double duration = m_engine.hasFile() ? m_engine.durationSeconds() : 0;
     if (!(duration > 0))
         return CommandResult::commandFailed;
-    m_player.seek(std::clamp(seconds / duration, 0.0, 1.0));
+    m_transport.seek(std::clamp(seconds / duration, 0.0, 1.0));
     return CommandResult::success;
 }
 
 void NowPlaying::updateNowPlayingInfo() {
     assertOwnThread(*this);
-    const auto* item = m_player.currentItem();
-    if (!item || !m_player.hasLoadedFile()) {
+    const auto item = m_queue.currentItem();
+    if (!item || !m_engine.hasFile()) {
         m_controls.publish({}, MediaPlaybackState::stopped);
     } else {
-        const bool isPlaying = m_player.isPlaying();
+        const bool isPlaying = m_transport.isPlaying();
         m_controls.publish(NowPlayingInfo{.entry = item->id,
                                           .title = item->title,
                                           .artist = item->artist,
                                           .albumTitle = item->album,
                                           .genre = item->genre,
-                                          .elapsedSeconds = m_player.elapsedSeconds(),
+                                          .elapsedSeconds = m_engine.elapsedSeconds(),
                                           .playbackRate = isPlaying ? 1.0 : 0.0,
                                           .durationSeconds = item->durationSeconds,
                                           .artworkPath = nowPlayingArtwork(*item),
@@ -118,19 +128,19 @@ void NowPlaying::updateNowPlayingInfo() {
 
 void NowPlaying::positionJumped() {
     updateNowPlayingInfo();
-    if (m_player.hasLoadedFile())
-        m_controls.seeked(m_player.elapsedSeconds());
+    if (m_engine.hasFile())
+        m_controls.seeked(m_engine.elapsedSeconds());
 }
 
 void NowPlaying::updateModes() {
-    m_controls.publishModes(loopOf(m_player.repeatMode()), m_player.isShuffleEnabled(),
-                            m_player.volume());
-    const bool loaded = m_player.hasLoadedFile();
-    m_controls.publishCapabilities({.canGoNext = m_player.canGoNext(),
-                                    .canGoPrevious = m_player.canGoPrevious(),
-                                    .canPlay = loaded || m_player.canPlay(),
+    m_controls.publishModes(loopOf(m_transport.repeatMode()), m_transport.isShuffleEnabled(),
+                            m_transport.volume());
+    const bool loaded = m_engine.hasFile();
+    m_controls.publishCapabilities({.canGoNext = m_transport.canGoNext(),
+                                    .canGoPrevious = m_transport.canGoPrevious(),
+                                    .canPlay = loaded || m_transport.canPlay(),
                                     .canPause = loaded,
-                                    .canSeek = loaded && m_player.fileSeconds() > 0});
+                                    .canSeek = loaded && m_engine.durationSeconds() > 0});
 }
 
 std::optional<QString> NowPlaying::nowPlayingArtwork(const QueueItem& item) {
@@ -155,7 +165,7 @@ void NowPlaying::resolved(const QString& path, const std::optional<QString>& fil
     m_nowPlayingArtworkCache = CachedArtwork{path, file};
     if (const auto waiting = std::exchange(m_toNotify, {}); waiting && waiting->path() == path)
         post(*waiting, file);
-    if (const auto* current = m_player.currentItem(); current && current->path() == path)
+    if (m_queue.currentPath() == path)
         updateNowPlayingInfo();
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "library/desktop/remote_player.h"
+#include "model/queue_item.h"
 #include "platform/mpris/media_controls.h"
 #include "platform/serial_worker.h"
 
@@ -15,6 +15,9 @@
 namespace halvane {
 
 class Notifications;
+class PlayQueue;
+class Transport;
+class TransportEngine;
 
 /// Tells the desktop what plays and does what its media controls ask. Main thread; pictures are
 /// read by a worker, and what it found is published when it is there.
@@ -25,7 +28,8 @@ class NowPlaying : public QObject {
     /// `isApplicationActive` says whether one of our windows has the keyboard. Pictures that lie
     /// inside audio files are written to `artworkFolder` for the desktop to read. All references
     /// must outlive this object.
-    NowPlaying(MediaControls& controls, Notifications& notifications, RemotePlayer& player,
+    NowPlaying(MediaControls& controls, Notifications& notifications, Transport& transport,
+               const PlayQueue& queue, const TransportEngine& engine,
                std::function<bool()> isApplicationActive, const QString& artworkFolder,
                QObject* parent = nullptr);
 
@@ -41,6 +45,10 @@ class NowPlaying : public QObject {
     /// Shows the entry as a notification unless the program is in front.
     void notifyTrackChange(const QueueItem& item);
 
+  Q_SIGNALS:
+    /// The desktop asks for a file to be opened.
+    void fileAsked(const QString& path);
+
   private:
     struct CachedArtwork {
         QString path; ///< of the track
@@ -55,7 +63,9 @@ class NowPlaying : public QObject {
 
     MediaControls& m_controls;
     Notifications& m_notifications;
-    RemotePlayer& m_player;
+    Transport& m_transport;
+    const PlayQueue& m_queue;
+    const TransportEngine& m_engine;
     std::function<bool()> m_isApplicationActive;
     QString m_artworkFolder;
     std::optional<CachedArtwork> m_nowPlayingArtworkCache; ///< of the last entry that was asked for

@@ -230,7 +230,7 @@ void Importer::setProgress(double progress) {
     if (shown == m_progress)
         return;
     m_progress = shown;
-    Q_EMIT progressChanged();
+    Q_EMIT importProgressChanged();
 }
 
 } // namespace halvane

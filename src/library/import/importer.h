@@ -58,25 +58,27 @@ using DroppedItem = std::function<void(std::function<void(const QVariant&)> answ
 /// stored. Main thread.
 class Importer : public QObject {
     Q_OBJECT
+    Q_PROPERTY(double importProgress READ importProgress NOTIFY
+                   importProgressChanged) // below 0: none runs
 
   public:
     /// When it goes, a running import ends; what that had brought stays.
     explicit Importer(ImportCollaborators with, QObject* parent = nullptr);
 
     /// Shows the desktop's panel and imports what is chosen there.
-    void chooseAndImportMusic(bool files, bool directories);
+    Q_INVOKABLE void chooseAndImportMusic(bool files, bool directories);
     /// The one way in: files and folders by their addresses.
-    void importDroppedURLs(const QList<QUrl>& urls);
+    Q_INVOKABLE void importDroppedURLs(const QList<QUrl>& urls);
     /// Asks the items of a drop for their addresses and imports them once all have answered;
     /// whether there were any.
     bool importDroppedProviders(const std::vector<DroppedItem>& items);
 
     /// 0...1 for an import that has been running for more than a second, otherwise below 0.
-    double progress() const { return m_progress; }
+    double importProgress() const { return m_progress; }
     bool isImporting() const { return m_isRunning; }
 
   Q_SIGNALS:
-    void progressChanged();
+    void importProgressChanged();
     /// No import runs or waits.
     void idle();
 

@@ -11,7 +11,9 @@ namespace halvane {
 TrackRows orderedTracks(const Playlist& in, const LibraryStore& store);
 
 /// Gathers the tracks of an album, an artist or a playlist and has them played. Main thread.
-class CollectionPlayer {
+class CollectionPlayer : public QObject {
+    Q_OBJECT
+
   public:
     struct Collaborators {
         const LibraryStore& store;
@@ -24,15 +26,16 @@ class CollectionPlayer {
     };
 
     /// All collaborators outlive it.
-    explicit CollectionPlayer(const Collaborators& with)
-        : m_with(with) {}
+    explicit CollectionPlayer(const Collaborators& with, QObject* parent = nullptr)
+        : QObject(parent)
+        , m_with(with) {}
 
     /// A click on a track: through the queue as it is, at whose end the track is put if need be.
-    void playTrack(const QUuid& withID);
+    Q_INVOKABLE void playTrack(const QUuid& withID);
     /// Selects the album and plays it; when its first track is already current, only resumes.
-    void playAlbum(const QString& withID);
-    void playArtist(const QString& name);
-    void playPlaylist(const QUuid& id);
+    Q_INVOKABLE void playAlbum(const QString& withID);
+    Q_INVOKABLE void playArtist(const QString& name);
+    Q_INVOKABLE void playPlaylist(const QUuid& id);
 
   private:
     std::optional<QString> firstPlayable(const TrackRows& tracks) const;

@@ -68,6 +68,14 @@ PlayQueue::Entries& PlayQueue::writableEntries() {
     return *m_entries;
 }
 
+QueueItem PlayQueue::itemOf(const QUuid& id) const {
+    if (const auto row = rowOfID(id))
+        return item(*row);
+    QueueItem none;
+    none.id = QUuid();
+    return none;
+}
+
 QueueItem PlayQueue::item(std::size_t row) const {
     QueueItem item = *queueItemFromTrack(record(row));
     item.id = (*m_entries)[row].id;

@@ -48,6 +48,8 @@ class PlayQueue : public QAbstractListModel {
     const QUuid& idAt(std::size_t row) const { return (*m_entries)[row].id; }
     /// The whole entry, as a value of its own.
     QueueItem item(std::size_t row) const;
+    /// The entry of an id; of a null id and without texts when there is none.
+    Q_INVOKABLE halvane::QueueItem itemOf(const QUuid& id) const;
     std::optional<std::size_t> rowOfID(const QUuid& id) const;
     /// The first entry of a standardized path.
     std::optional<std::size_t> rowOfPath(const QString& path) const;
@@ -88,7 +90,7 @@ class PlayQueue : public QAbstractListModel {
     /// Puts fresh records in the place of those with the same paths.
     void replace(const TrackRows& tracks);
     /// Moves an entry to the place of another; nothing when either is unknown or both are one.
-    void move(const QUuid& id, const QUuid& toPositionOf);
+    Q_INVOKABLE void move(const QUuid& id, const QUuid& toPositionOf);
 
     /// A track's loved flag or availability changed.
     void refresh(const QString& path, const QList<int>& roles);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "library/playback/transport_engine.h"
+#include "audio/graph/transport_engine.h"
 #include "platform/clock.h"
 
 #include <QObject>
@@ -12,6 +12,8 @@ namespace halvane {
 /// plays, and not at all otherwise. Seconds; fractions are 0...1. Main thread.
 class ProgressClock : public QObject {
     Q_OBJECT
+    Q_PROPERTY(double progress READ progress NOTIFY progressChanged)
+    Q_PROPERTY(QString elapsedTime READ elapsedTime NOTIFY elapsedTimeChanged)
 
   public:
     /// The engine and the clock must outlive this.

@@ -169,7 +169,7 @@ Transport::Outcome Transport::start(std::size_t row, bool userInitiated) {
     if (startsOver)
         Q_EMIT positionJumped(0);
     if (const auto item = m_with.queue.currentItem())
-        m_with.notifyTrackChange(*item);
+        Q_EMIT trackChanged(*item);
     return Outcome::settled;
 }
 
@@ -177,7 +177,7 @@ void Transport::makeCurrent(std::size_t row, bool userInitiated) {
     m_with.queue.setCurrentRow(row);
     m_shufflePlayedIDs.insert(m_with.queue.idAt(row));
     m_currentPlaybackIsUserInitiated = userInitiated;
-    m_with.showEntry(m_with.queue.item(row));
+    Q_EMIT becameCurrent(m_with.queue.item(row));
 }
 
 std::optional<QString> Transport::startPlayer(const QString& path) {
@@ -186,12 +186,12 @@ std::optional<QString> Transport::startPlayer(const QString& path) {
     applySoundCheck(path);
     if (auto failure = m_with.engine.scheduleSegment(0, true))
         return failure;
-    m_with.countPlay(path);
+    Q_EMIT playStarted(path);
     setPlaying(true);
     Q_EMIT loadedFileChanged();
     m_with.progress.show(0, 0);
     m_with.progress.start();
-    m_with.updateNowPlaying();
+    Q_EMIT nowPlayingChanged();
     attemptGaplessPreschedule();
     qCInfo(libraryLog, "startPlayer: engine playing, duration=%f", m_with.engine.durationSeconds());
     return std::nullopt;
@@ -221,7 +221,7 @@ void Transport::togglePlayback() {
         m_with.engine.pause();
         setPlaying(false);
         m_with.progress.stop();
-        m_with.updateNowPlaying();
+        Q_EMIT nowPlayingChanged();
         return;
     }
     if (!m_with.engine.hasFile()) {
@@ -232,7 +232,7 @@ void Transport::togglePlayback() {
         return interrupted(*failure);
     setPlaying(true);
     m_with.progress.start();
-    m_with.updateNowPlaying();
+    Q_EMIT nowPlayingChanged();
     attemptGaplessPreschedule();
 }
 
@@ -256,7 +256,7 @@ void Transport::finishPlaybackAtQueueEnd() {
     const auto row = m_with.queue.currentRow();
     m_with.progress.showEnd(row ? m_with.queue.record(*row).duration
                                 : m_with.progress.elapsedTime());
-    m_with.updateNowPlaying();
+    Q_EMIT nowPlayingChanged();
 }
 
 void Transport::stopPlayer(bool keepSelection) {
@@ -269,14 +269,14 @@ void Transport::stopPlayer(bool keepSelection) {
     m_with.progress.show(0, 0);
     if (!keepSelection)
         m_with.queue.setCurrentRow(std::nullopt);
-    m_with.updateNowPlaying();
+    Q_EMIT nowPlayingChanged();
 }
 
 void Transport::adoptEngineState() {
     setPlaying(m_with.engine.isPlaying());
     if (!m_isPlaying)
         m_with.progress.stop();
-    m_with.updateNowPlaying();
+    Q_EMIT nowPlayingChanged();
 }
 
 // Place and modes
@@ -301,7 +301,7 @@ void Transport::seek(double fraction) {
         return;
     }
     m_with.progress.show(fraction, target);
-    m_with.updateNowPlaying();
+    Q_EMIT nowPlayingChanged();
     Q_EMIT positionJumped(target);
     attemptGaplessPreschedule();
 }
@@ -349,7 +349,7 @@ bool Transport::canGoPrevious() const {
 }
 
 bool Transport::canPlay() const {
-    return hasFile() || entryToStart(View(*this)).has_value();
+    return hasLoadedFile() || entryToStart(View(*this)).has_value();
 }
 
 bool Transport::isTrackPlaying(const QString& path) const {
@@ -395,11 +395,11 @@ void Transport::advanceUIForGaplessTrack(const QString& path) {
         return playNext(false);
     makeCurrent(*row, false);
     Q_EMIT loadedFileChanged();
-    m_with.countPlay(path);
+    Q_EMIT playStarted(path);
     applySoundCheck(path);
     m_with.progress.show(0, m_with.engine.elapsedSeconds());
-    m_with.updateNowPlaying();
-    m_with.notifyTrackChange(m_with.queue.item(*row));
+    Q_EMIT nowPlayingChanged();
+    Q_EMIT trackChanged(m_with.queue.item(*row));
     attemptGaplessPreschedule();
 }
 
@@ -427,7 +427,7 @@ void Transport::interrupted(const QString& reason) {
     setPlaying(false);
     m_with.progress.stop();
     m_with.status.show(L10n::playbackFailure(currentTitle(), m_with.language()), true);
-    m_with.updateNowPlaying();
+    Q_EMIT nowPlayingChanged();
 }
 
 } // namespace halvane

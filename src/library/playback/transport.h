@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "audio/graph/transport_engine.h"
 #include "library/playback/play_queue.h"
 #include "library/playback/progress_clock.h"
 #include "library/playback/queue_planner.h"
-#include "library/playback/transport_engine.h"
 #include "library/status_line.h"
 #include "library/tidying/file_availability.h"
 
@@ -25,11 +25,6 @@ struct TransportCollaborators {
     std::function<ResolvedLanguage()> language;
     /// The Sound Check gain of a file in dB; none when it is off or the file is not measured.
     std::function<std::optional<double>(const QString& path)> soundCheckGain;
-    std::function<void(const QString& path)> countPlay;
-    /// An entry became current: select its album, take the colour of its artwork.
-    std::function<void(const QueueItem&)> showEntry;
-    std::function<void()> updateNowPlaying;
-    std::function<void(const QueueItem&)> notifyTrackChange;
 };
 
 /// The number that RandomIndex asks for, from the system's generator.
@@ -39,6 +34,12 @@ RandomIndex systemRandomIndex();
 /// and skips what does not play. Which entry comes next is the planner's. Main thread.
 class Transport : public QObject {
     Q_OBJECT
+    Q_PROPERTY(bool isPlaying READ isPlaying NOTIFY isPlayingChanged)
+    /// Playing or paused: there is a position to move.
+    Q_PROPERTY(bool hasLoadedFile READ hasLoadedFile NOTIFY loadedFileChanged)
+    Q_PROPERTY(double volume READ volume WRITE setVolume NOTIFY volumeChanged)
+    Q_PROPERTY(bool isShuffleEnabled READ isShuffleEnabled NOTIFY isShuffleEnabledChanged)
+    Q_PROPERTY(halvane::PlaybackRepeatMode repeatMode READ repeatMode NOTIFY repeatModeChanged)
 
   public:
     explicit Transport(TransportCollaborators with, QObject* parent = nullptr);
@@ -48,7 +49,7 @@ class Transport : public QObject {
     double volume() const { return m_volume; }
     bool isShuffleEnabled() const { return m_mode.shuffle; }
     PlaybackRepeatMode repeatMode() const { return m_mode.repeat; }
-    bool hasFile() const { return m_with.engine.hasFile(); }
+    bool hasLoadedFile() const { return m_with.engine.hasFile(); }
 
     /// 0...1, clamped; nonsense is silence.
     void setVolume(double volume);
@@ -59,18 +60,18 @@ class Transport : public QObject {
     /// Makes a queue of the tracks that have a file and starts the one of `startPath`, or the
     /// first.
     void playCollection(const TrackRows& tracks, const QString& startPath, const QString& context);
-    void playItem(const QUuid& id, bool userInitiated);
-    void togglePlayback();
-    void playNext(bool manual);
-    void playPrevious();
+    Q_INVOKABLE void playItem(const QUuid& id, bool userInitiated);
+    Q_INVOKABLE void togglePlayback();
+    Q_INVOKABLE void playNext(bool manual);
+    Q_INVOKABLE void playPrevious();
     /// Stops and goes back to the start; the current entry stays current or does not.
     void stopPlayer(bool keepSelection);
-    void scrub(double fraction);
-    void seek(double fraction);
-    void advanceRepeatMode();
+    Q_INVOKABLE void scrub(double fraction);
+    Q_INVOKABLE void seek(double fraction);
+    Q_INVOKABLE void advanceRepeatMode();
     void chooseRepeatMode(PlaybackRepeatMode mode);
-    void toggleShuffle();
-    void stepVolume(double delta);
+    Q_INVOKABLE void toggleShuffle();
+    Q_INVOKABLE void stepVolume(double delta);
     void showNothingToPlay();
 
     // Whether playNext(manual), playPrevious and togglePlayback would find something to play.
@@ -80,7 +81,7 @@ class Transport : public QObject {
     /// Whether the current entry is a file, playing or paused.
     bool isTrackPlaying(const QString& path) const;
     /// Drops the successor that was handed to the engine and plans it again: the queue changed.
-    void replanSuccessor();
+    Q_INVOKABLE void replanSuccessor();
     /// Hands the engine the next entry where it may follow without a gap.
     void attemptGaplessPreschedule();
     /// Takes over the engine's own playing state, after it was changed behind the transport.
@@ -99,6 +100,14 @@ class Transport : public QObject {
     void repeatModeChanged();
     /// The engine has another file, or none.
     void loadedFileChanged();
+    /// An entry became current: select its album, take the colour of its artwork.
+    void becameCurrent(const halvane::QueueItem& entry);
+    /// The file of a path has begun to play: count it.
+    void playStarted(const QString& path);
+    /// What the desktop is told of the player is another.
+    void nowPlayingChanged();
+    /// Another entry plays: notify.
+    void trackChanged(const halvane::QueueItem& entry);
     /// The position moved other than by playing on, within one entry. Seconds.
     void positionJumped(double seconds);
 

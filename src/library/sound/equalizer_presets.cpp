@@ -36,14 +36,12 @@ QString userEQPresetID(const QString& name) {
     return userPrefix + name;
 }
 
-QString presetMenuTitle(const std::optional<QString>& currentEQPresetID,
-                        ResolvedLanguage language) {
-    const QString id = currentEQPresetID.value_or(QString());
+QString presetMenuTitle(const QString& currentEQPresetID, ResolvedLanguage language) {
     for (const auto& preset : builtInEQPresets())
-        if (id == builtInEQPresetID(preset.id))
+        if (currentEQPresetID == builtInEQPresetID(preset.id))
             return L10n::text(preset.labelKey, language);
-    if (id.startsWith(userPrefix))
-        return id.sliced(userPrefix.size());
+    if (currentEQPresetID.startsWith(userPrefix))
+        return currentEQPresetID.sliced(userPrefix.size());
     return L10n::text(L10nKey::tintCustom, language);
 }
 

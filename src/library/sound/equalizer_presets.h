@@ -6,7 +6,6 @@
 #include <QString>
 
 #include <array>
-#include <optional>
 
 namespace halvane {
 
@@ -24,8 +23,8 @@ const std::array<EQPreset, 10>& builtInEQPresets();
 QString builtInEQPresetID(const QString& id);
 QString userEQPresetID(const QString& name);
 
-/// The title of the preset menu for the current preset, none being a curve of the user's own. Any
-/// thread.
-QString presetMenuTitle(const std::optional<QString>& currentEQPresetID, ResolvedLanguage language);
+/// The title of the preset menu for the current preset; an empty one is a curve of the user's own.
+/// Any thread.
+QString presetMenuTitle(const QString& currentEQPresetID, ResolvedLanguage language);
 
 } // namespace halvane

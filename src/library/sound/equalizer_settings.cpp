@@ -3,6 +3,7 @@
 
 #include "library/catalog/collation.h"
 #include "library/sound/equalizer_presets.h"
+#include "library/user/language_setting.h"
 #include "library/user/settings_keys.h"
 #include "library/user/settings_values.h"
 #include "platform/thread_check.h"
@@ -14,10 +15,20 @@
 
 namespace halvane {
 
-EqualizerSettings::EqualizerSettings(Preferences& preferences, SetEQ setEQ, QObject* parent)
+EqualizerSettings::EqualizerSettings(Preferences& preferences, const LanguageSetting& language,
+                                     SetEQ setEQ, QObject* parent)
     : QObject(parent)
     , m_preferences(preferences)
+    , m_language(language)
     , m_setEQ(std::move(setEQ)) {
+    connect(this, &EqualizerSettings::currentEQPresetIDChanged, this,
+            &EqualizerSettings::presetMenuTitleChanged);
+    connect(&language, &LanguageSetting::languageChanged, this,
+            &EqualizerSettings::presetMenuTitleChanged);
+}
+
+QString EqualizerSettings::presetMenuTitle() const {
+    return halvane::presetMenuTitle(m_currentPresetID, m_language.resolvedLanguage());
 }
 
 void EqualizerSettings::restore() {
@@ -59,7 +70,7 @@ void EqualizerSettings::applyEQ() {
 
 void EqualizerSettings::eqSettingsChanged() {
     if (!m_isApplyingEQPreset)
-        setCurrentEQPresetID(std::nullopt);
+        setCurrentEQPresetID({});
     applyEQ();
     m_preferences.setNumbers(SettingsKey::eqGains, m_gains);
     m_preferences.setNumber(SettingsKey::eqPreamp, m_preamp);
@@ -150,16 +161,16 @@ void EqualizerSettings::deleteUserEQPreset(const QString& name) {
         Q_EMIT userEQPresetsChanged();
     }
     if (m_currentPresetID == userEQPresetID(name))
-        setCurrentEQPresetID(std::nullopt);
+        setCurrentEQPresetID({});
 }
 
-void EqualizerSettings::setCurrentEQPresetID(const std::optional<QString>& id) {
+void EqualizerSettings::setCurrentEQPresetID(const QString& id) {
     const bool changes = m_currentPresetID != id;
     m_currentPresetID = id;
-    if (id)
-        m_preferences.setString(SettingsKey::eqPresetID, *id);
-    else
+    if (id.isEmpty())
         m_preferences.remove(SettingsKey::eqPresetID);
+    else
+        m_preferences.setString(SettingsKey::eqPresetID, id);
     if (changes)
         Q_EMIT currentEQPresetIDChanged();
 }

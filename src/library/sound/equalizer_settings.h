@@ -4,26 +4,36 @@
 #include "platform/preferences/preferences.h"
 
 #include <QObject>
+#include <QStringList>
 
 #include <functional>
-#include <optional>
 #include <vector>
 
 namespace halvane {
+
+class LanguageSetting;
 
 /// The equalizer as the user has set it: on or off, ten gains and a preamp in dB (kept as given;
 /// the engine clamps them to -12...+12), the current preset and the user's own presets. Every
 /// change is stored and reaches the engine at once. Main thread.
 class EqualizerSettings : public QObject {
     Q_OBJECT
+    Q_PROPERTY(bool eqEnabled READ eqEnabled WRITE setEqEnabled NOTIFY eqEnabledChanged)
+    Q_PROPERTY(std::vector<double> eqGains READ eqGains NOTIFY eqGainsChanged)
+    Q_PROPERTY(double eqPreamp READ eqPreamp WRITE setEqPreamp NOTIFY eqPreampChanged)
+    Q_PROPERTY(QString currentEQPresetID READ currentEQPresetID NOTIFY
+                   currentEQPresetIDChanged) // empty: none
+    Q_PROPERTY(QString presetMenuTitle READ presetMenuTitle NOTIFY presetMenuTitleChanged)
+    Q_PROPERTY(QStringList userEQPresetNames READ userEQPresetNames NOTIFY userEQPresetsChanged)
 
   public:
     /// Hands the whole state to the engine, as AudioPlaybackEngine::setEQ.
     using SetEQ =
         std::function<void(bool enabled, const std::vector<double>& gains, double preamp)>;
 
-    /// Off and flat until restore. The preferences must outlive it.
-    EqualizerSettings(Preferences& preferences, SetEQ setEQ, QObject* parent = nullptr);
+    /// Off and flat until restore. Both references must outlive it.
+    EqualizerSettings(Preferences& preferences, const LanguageSetting& language, SetEQ setEQ,
+                      QObject* parent = nullptr);
 
     /// Takes everything from the preferences and applies it.
     void restore();
@@ -31,8 +41,10 @@ class EqualizerSettings : public QObject {
     bool eqEnabled() const { return m_enabled; }
     const std::vector<double>& eqGains() const { return m_gains; }
     double eqPreamp() const { return m_preamp; }
-    /// "builtin:" and an id, or "user:" and a name; none after a change by hand.
-    const std::optional<QString>& currentEQPresetID() const { return m_currentPresetID; }
+    /// "builtin:" and an id, or "user:" and a name; empty after a change by hand.
+    const QString& currentEQPresetID() const { return m_currentPresetID; }
+    /// The current preset's name, in the windows' language.
+    QString presetMenuTitle() const;
     /// Ten gains and the preamp by name. A stored preset of another length is listed, and choosing
     /// it does nothing.
     const NumbersMap& userEQPresets() const { return m_userPresets; }
@@ -43,37 +55,39 @@ class EqualizerSettings : public QObject {
     /// All ten gains; a change by hand, after which no preset is current.
     void setEqGains(const std::vector<double>& gains);
     /// One fader. Nothing for a band that there is not.
-    void setEqGain(int band, double dB);
+    Q_INVOKABLE void setEqGain(int band, double dB);
     void setEqPreamp(double dB);
 
     /// Unknown ids and names, and presets of another length, do nothing.
-    void applyBuiltInEQPreset(const QString& id);
-    void applyUserEQPreset(const QString& name);
+    Q_INVOKABLE void applyBuiltInEQPreset(const QString& id);
+    Q_INVOKABLE void applyUserEQPreset(const QString& name);
     /// Keeps the current curve under a name, trimmed, in the place of a preset of that name;
     /// nothing for an empty one.
-    void saveCurrentEQPreset(const QString& name);
+    Q_INVOKABLE void saveCurrentEQPreset(const QString& name);
     /// Leaves the curve as it is.
-    void deleteUserEQPreset(const QString& name);
+    Q_INVOKABLE void deleteUserEQPreset(const QString& name);
 
   Q_SIGNALS:
     void eqEnabledChanged();
     void eqGainsChanged();
     void eqPreampChanged();
     void currentEQPresetIDChanged();
+    void presetMenuTitleChanged();
     void userEQPresetsChanged();
 
   private:
     void applyEQ();
     void eqSettingsChanged();
     void applyPreset(const std::vector<double>& gains, double preamp, const QString& id);
-    void setCurrentEQPresetID(const std::optional<QString>& id);
+    void setCurrentEQPresetID(const QString& id);
 
     Preferences& m_preferences;
+    const LanguageSetting& m_language;
     SetEQ m_setEQ;
     bool m_enabled = false;
     std::vector<double> m_gains = std::vector<double>(10, 0.0);
     double m_preamp = 0;
-    std::optional<QString> m_currentPresetID;
+    QString m_currentPresetID;
     NumbersMap m_userPresets;
     bool m_isApplyingEQPreset = false; ///< the curve changes, but not by hand
 };

@@ -56,6 +56,11 @@ void OutputDevices::selectOutputDevice(const std::optional<OutputDevice>& device
     refreshOutputDevice();
 }
 
+void OutputDevices::selectOutputDevice(quint32 id) {
+    if (const OutputDevice* device = availableDevice(id))
+        selectOutputDevice(OutputDevice(*device));
+}
+
 void OutputDevices::applyOutputDevice(const OutputDevice& device) {
     if (const auto error = m_collaborators.routeEngine(device.id)) {
         qCCritical(libraryLog, "output device switch failed: %ls", qUtf16Printable(*error));

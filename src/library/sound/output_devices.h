@@ -19,6 +19,10 @@ class Preferences;
 /// again whenever it comes back. Main thread.
 class OutputDevices final : public QObject {
     Q_OBJECT
+    Q_PROPERTY(QString outputDeviceName READ outputDeviceName NOTIFY outputDeviceNameChanged)
+    /// Empty: the system's default.
+    Q_PROPERTY(QString selectedOutputDeviceName READ selectedOutputDeviceName NOTIFY
+                   selectedOutputDeviceNameChanged)
 
   public:
     /// What it needs of the rest of the player. All are called on the main thread.
@@ -45,8 +49,8 @@ class OutputDevices final : public QObject {
     const std::vector<AudioOutput::OutputDevice>& availableOutputDevices() const {
         return m_available;
     }
-    /// The user's choice; none is the system's default. Stored at every change.
-    std::optional<QString> selectedOutputDeviceName() const { return m_selectedName; }
+    /// The user's choice; empty is the system's default. Stored at every change.
+    QString selectedOutputDeviceName() const { return m_selectedName.value_or(QString()); }
     /// The name shown as the current output.
     QString outputDeviceName() const { return m_shownName; }
     /// Whether the engine has been routed to a device explicitly at least once.
@@ -59,6 +63,9 @@ class OutputDevices final : public QObject {
 
     /// The user's choice from the output menu; none follows the system's default.
     void selectOutputDevice(const std::optional<AudioOutput::OutputDevice>& device);
+    /// The same for a listed device; nothing for an id that is not listed.
+    Q_INVOKABLE void selectOutputDevice(quint32 id);
+    Q_INVOKABLE void selectSystemDefaultOutput() { selectOutputDevice(std::nullopt); }
     void applyOutputDevice(const AudioOutput::OutputDevice& device);
     /// Reads the list again, and takes or leaves the chosen device as it has come or gone.
     void refreshOutputDeviceList();

@@ -18,6 +18,8 @@ class CloudFiles;
 /// then every ten seconds, half an hour at most. Main thread.
 class CloudDownloads : public QObject {
     Q_OBJECT
+    Q_PROPERTY(
+        bool cloudDownloadInFlight READ cloudDownloadInFlight NOTIFY cloudDownloadInFlightChanged)
 
   public:
     struct Collaborators {

@@ -22,6 +22,7 @@ QSet<QString> superfluousCopies(const std::vector<TrackRows>& groups,
 /// The groups of the library, looked for by a worker where it is large. Main thread.
 class Duplicates : public QObject {
     Q_OBJECT
+    Q_PROPERTY(int duplicateGroupCount READ duplicateGroupCount NOTIFY groupsChanged)
 
   public:
     /// The store must outlive it.

@@ -102,6 +102,10 @@ void Maintenance::takeNextStep() {
         Qt::QueuedConnection);
 }
 
+void Maintenance::removeTracks(const QStringList& withPaths) {
+    removeTracks(QSet<QString>(withPaths.cbegin(), withPaths.cend()));
+}
+
 void Maintenance::finishRemoval() {
     while (!m_steps.empty())
         takeStep();

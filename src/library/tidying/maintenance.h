@@ -4,6 +4,8 @@
 #include "library/playback/play_queue.h"
 #include "platform/serial_worker.h"
 
+#include <QStringList>
+
 #include <deque>
 
 namespace halvane {
@@ -41,6 +43,8 @@ struct MaintenanceCollaborators {
 /// fetching files from the cloud. No file is ever deleted. Main thread.
 class Maintenance : public QObject {
     Q_OBJECT
+    Q_PROPERTY(
+        int maintenanceActionCount READ maintenanceActionCount NOTIFY maintenanceActionCountChanged)
 
   public:
     explicit Maintenance(MaintenanceCollaborators with, QObject* parent = nullptr);
@@ -52,12 +56,14 @@ class Maintenance : public QObject {
     /// then, worked out by a worker and each in an event of its own, the library, the queue with
     /// the playlists, what is derived, and what was known of the tracks.
     void removeTracks(const QSet<QString>& withPaths);
+    /// The same for a list of paths.
+    Q_INVOKABLE void removeTracks(const QStringList& withPaths);
     /// Ends a removal that is under way at once. Before tracks are added, so that one of them that
     /// is on its way out comes back rather than going.
     void finishRemoval();
     /// Leaves one copy of each song; a large library is searched by a worker first.
-    void removeDuplicateTracks();
-    void downloadAllCloudTracks();
+    Q_INVOKABLE void removeDuplicateTracks();
+    Q_INVOKABLE void downloadAllCloudTracks();
 
   Q_SIGNALS:
     void maintenanceActionCountChanged();

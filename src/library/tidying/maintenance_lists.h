@@ -13,16 +13,19 @@ class Duplicates;
 /// turn of the event loop. Main thread.
 class MaintenanceLists : public QObject {
     Q_OBJECT
+    Q_PROPERTY(QAbstractListModel* cloudPendingTracks READ cloudPendingTracks CONSTANT)
+    Q_PROPERTY(QAbstractListModel* missingTracks READ missingTracks CONSTANT)
+    Q_PROPERTY(QAbstractListModel* duplicateTracks READ duplicateTracks CONSTANT)
 
   public:
     /// All three must outlive it.
     MaintenanceLists(const LibraryStore& store, const Availability& availability,
                      const Duplicates& duplicates, QObject* parent = nullptr);
 
-    MaintenanceListModel& cloudPendingTracks() { return m_cloudPending; }
-    MaintenanceListModel& missingTracks() { return m_missing; }
+    MaintenanceListModel* cloudPendingTracks() { return &m_cloudPending; }
+    MaintenanceListModel* missingTracks() { return &m_missing; }
     /// The tracks of every duplicate group, group by group.
-    MaintenanceListModel& duplicateTracks() { return m_duplicates; }
+    MaintenanceListModel* duplicateTracks() { return &m_duplicates; }
 
   private:
     void scheduleRefresh();

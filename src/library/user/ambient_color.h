@@ -5,6 +5,7 @@
 #include "model/color.h"
 #include "model/file_url.h"
 #include "platform/serial_worker.h"
+#include "presentation/qt_colors.h"
 
 #include <QObject>
 
@@ -16,12 +17,14 @@ namespace halvane {
 /// latest lands, and it waits for none before it. Main thread.
 class AmbientColor : public QObject {
     Q_OBJECT
+    Q_PROPERTY(QColor ambientColor READ shownColor NOTIFY ambientColorChanged)
 
   public:
     /// The default accent until the first request lands.
     explicit AmbientColor(QObject* parent = nullptr);
 
     const Color& ambientColor() const { return m_color; }
+    QColor shownColor() const { return qtColor(m_color); }
 
     /// Asks for the colour of some artwork, or of the picture at the cover URL; where there is no
     /// picture, the fallback is taken, and without one the default accent.

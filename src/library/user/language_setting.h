@@ -13,6 +13,10 @@ class Preferences;
 /// Which language the windows speak. Main thread.
 class LanguageSetting : public QObject {
     Q_OBJECT
+    Q_PROPERTY(halvane::AppLanguage languageSetting READ languageSetting WRITE setLanguageSetting
+                   NOTIFY languageChanged)
+    Q_PROPERTY(
+        halvane::ResolvedLanguage resolvedLanguage READ resolvedLanguage NOTIFY languageChanged)
 
   public:
     /// English until restore. Both references must outlive it.

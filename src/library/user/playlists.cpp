@@ -100,12 +100,12 @@ const Playlist* Playlists::find(const QUuid& id) const {
     return row ? &m_playlists[*row] : nullptr;
 }
 
-std::optional<QUuid> Playlists::createPlaylist(const QString& named) {
+QUuid Playlists::createPlaylist(const QString& named) {
     assertOwnThread(*this);
     Playlist playlist;
     playlist.name = named.trimmed();
     if (playlist.name.isEmpty())
-        return std::nullopt;
+        return {};
     const QUuid id = playlist.id;
     beginInsertRows({}, rowCount(), rowCount());
     m_playlists.push_back(std::move(playlist));

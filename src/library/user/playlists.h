@@ -36,15 +36,15 @@ class Playlists : public QAbstractListModel {
     /// The playlist of an id, or null; good until the next change.
     const Playlist* find(const QUuid& id) const;
 
-    /// The new playlist's id; none for a blank name.
-    std::optional<QUuid> createPlaylist(const QString& named);
+    /// The new playlist's id; null for a blank name.
+    Q_INVOKABLE QUuid createPlaylist(const QString& named);
     /// Nothing for a blank name or an unknown id.
-    void renamePlaylist(const QUuid& id, const QString& to);
-    void deletePlaylist(const QUuid& id);
+    Q_INVOKABLE void renamePlaylist(const QUuid& id, const QString& to);
+    Q_INVOKABLE void deletePlaylist(const QUuid& id);
     /// Appends the paths that the playlist doesn't hold yet, each once.
-    void addTrackPaths(const QStringList& paths, const QUuid& toPlaylist);
+    Q_INVOKABLE void addTrackPaths(const QStringList& paths, const QUuid& toPlaylist);
     /// Removes every occurrence of a path.
-    void removeTrackPath(const QString& path, const QUuid& fromPlaylist);
+    Q_INVOKABLE void removeTrackPath(const QString& path, const QUuid& fromPlaylist);
     /// Removes the paths of tracks that left the library from every playlist.
     void removePaths(const QSet<QString>& paths);
 

@@ -4,6 +4,7 @@
 #include "library/user/ambient_color.h"
 #include "model/enums.h"
 #include "presentation/app_theme.h"
+#include "presentation/qt_colors.h"
 
 #include <QObject>
 
@@ -15,6 +16,26 @@ class Preferences;
 /// and the style that follows from them. Every choice is stored at once. Main thread.
 class ThemeSettings : public QObject {
     Q_OBJECT
+    Q_PROPERTY(halvane::SpectrumTintMode themeAccentMode READ themeAccentMode WRITE
+                   setThemeAccentMode NOTIFY themeChanged)
+    Q_PROPERTY(QColor customThemeAccent READ shownCustomThemeAccent WRITE setShownCustomThemeAccent
+                   NOTIFY themeChanged)
+    Q_PROPERTY(halvane::CornerStyle themeCornerStyle READ themeCornerStyle WRITE setThemeCornerStyle
+                   NOTIFY themeChanged)
+    Q_PROPERTY(halvane::BackgroundStyle themeBackgroundStyle READ themeBackgroundStyle WRITE
+                   setThemeBackgroundStyle NOTIFY themeChanged)
+    Q_PROPERTY(halvane::SpectrumTintMode spectrumTintMode READ spectrumTintMode WRITE
+                   setSpectrumTintMode NOTIFY spectrumTintChanged)
+    Q_PROPERTY(QColor customSpectrumColor READ shownCustomSpectrumColor WRITE
+                   setShownCustomSpectrumColor NOTIFY spectrumTintChanged)
+    Q_PROPERTY(QColor spectrumTint READ shownSpectrumTint NOTIFY spectrumTintChanged)
+    // What the windows are drawn with.
+    Q_PROPERTY(QColor accent READ accent NOTIFY themeChanged)
+    Q_PROPERTY(QColor windowBackground READ windowBackground NOTIFY themeChanged)
+    Q_PROPERTY(double radiusLarge READ radiusLarge NOTIFY themeChanged)
+    Q_PROPERTY(double radiusMedium READ radiusMedium NOTIFY themeChanged)
+    Q_PROPERTY(double radiusSmall READ radiusSmall NOTIFY themeChanged)
+    Q_PROPERTY(double ambientBackgroundBoost READ ambientBackgroundBoost NOTIFY themeChanged)
 
   public:
     /// Both references must outlive it.
@@ -43,9 +64,23 @@ class ThemeSettings : public QObject {
 
     /// What the windows are drawn with now.
     const AppTheme::Style& style() const { return m_style; }
+    QColor accent() const { return qtColor(m_style.accent); }
+    QColor windowBackground() const { return qtColor(m_style.windowBackground); }
+    double radiusLarge() const { return m_style.radii.large; }
+    double radiusMedium() const { return m_style.radii.medium; }
+    double radiusSmall() const { return m_style.radii.small; }
     Color resolvedThemeAccent() const;
     Color spectrumTint() const;
     double ambientBackgroundBoost() const;
+
+    // The colours as the views take and give them.
+    QColor shownCustomThemeAccent() const { return qtColor(m_customAccent); }
+    void setShownCustomThemeAccent(const QColor& color) { setCustomThemeAccent(colorOf(color)); }
+    QColor shownCustomSpectrumColor() const { return qtColor(m_customSpectrum); }
+    void setShownCustomSpectrumColor(const QColor& color) {
+        setCustomSpectrumColor(colorOf(color));
+    }
+    QColor shownSpectrumTint() const { return qtColor(spectrumTint()); }
 
   Q_SIGNALS:
     /// A choice was made, or the style has changed with the artwork.

@@ -31,10 +31,10 @@ class TrackUserData : public QObject {
     qint64 playCount(const QString& path) const { return playCounts().value(path); }
 
     /// Loves a track, or no longer. Nothing without a path.
-    void toggleLoved(const QString& path);
+    Q_INVOKABLE void toggleLoved(const QString& path);
     /// Whole stars: at most 5 are stored, fewer than 1 take the rating away. Nothing without a
     /// path.
-    void setRating(int rating, const QString& path);
+    Q_INVOKABLE void setRating(int rating, const QString& path);
     /// Adds one play. Nothing without a path.
     void countPlay(const QString& path);
     /// Tracks left the library, and the preferences with it. No list shows them any more, so that

@@ -18,7 +18,7 @@ ContextMenu {
             required property string name
             text: name
             symbol: "text.badge.plus"
-            onTriggered: Library.addTrackPaths(root.paths, playlistId)
+            onTriggered: Library.playlists.addTrackPaths(root.paths, playlistId)
         }
         onObjectAdded: (index, object) => root.insertItem(index, object as MenuEntry)
         onObjectRemoved: (index, object) => root.removeItem(object as MenuEntry)

@@ -8,12 +8,12 @@ SymbolButton {
 
     property color discColor: Theme.disc
 
-    symbol: Library.isPlaying ? "pause.fill" : "play.fill"
-    tip: Library.isPlaying ? Strings.pause : Strings.play
+    symbol: Library.transport.isPlaying ? "pause.fill" : "play.fill"
+    tip: Library.transport.isPlaying ? Strings.pause : Strings.play
     fill: root.discColor
     symbolColor: Theme.onAccent
     scale: root.pressed ? 0.96 : 1
-    onClicked: Library.togglePlayback()
+    onClicked: Library.transport.togglePlayback()
 
     Behavior on scale {
         NumberAnimation { duration: Theme.quick; easing.type: Easing.OutQuad }

@@ -21,12 +21,12 @@ RowLayout {
 
     Binding on elapsed {
         when: root.isWatched
-        value: Library.elapsedTime
+        value: Library.progressClock.elapsedTime
         restoreMode: Binding.RestoreNone
     }
     Binding on length {
         when: root.isWatched
-        value: Library.durationDisplay
+        value: Library.player.durationDisplay
         restoreMode: Binding.RestoreNone
     }
 
@@ -43,7 +43,7 @@ RowLayout {
         name: Strings.playbackMenu
         spokenValue: root.elapsed + " / " + root.length
         fill: root.fill
-        enabled: Library.hasLoadedFile
+        enabled: Library.transport.hasLoadedFile
         live: true
         stepSize: 0.02
         wheelEnabled: false
@@ -51,18 +51,18 @@ RowLayout {
         // Follows playback, but not while the user holds the handle.
         Binding on value {
             when: root.isWatched && !slider.pressed
-            value: Library.progress
+            value: Library.progressClock.progress
             restoreMode: Binding.RestoreNone
         }
         onMoved: {
             if (slider.pressed)
-                Library.scrub(slider.value)
+                Library.transport.scrub(slider.value)
             else
-                Library.seek(slider.value)
+                Library.transport.seek(slider.value)
         }
         onPressedChanged: {
             if (!slider.pressed)
-                Library.seek(slider.value)
+                Library.transport.seek(slider.value)
         }
     }
     PressableBase {
@@ -72,7 +72,7 @@ RowLayout {
         tip: Strings.toggleRemainingTime
         Accessible.name: root.length
         Accessible.description: Strings.toggleRemainingTime
-        onClicked: Library.showRemainingTime = !Library.showRemainingTime
+        onClicked: Library.views.showRemainingTime = !Library.views.showRemainingTime
 
         contentItem: Item {
             TabularText {

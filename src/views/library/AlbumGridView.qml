@@ -17,11 +17,11 @@ GridView {
 
     function choose(row: int): void {
         cursor.index = row
-        Library.selectedAlbumID = cursor.value(row, "albumId")
+        Library.browsing.selectedAlbumID = cursor.value(row, "albumId")
         Browsing.showsAlbumTracks = true
     }
 
-    model: Library.visibleAlbums
+    model: Library.browsing.visibleAlbums
     leftMargin: Theme.margin
     rightMargin: Theme.margin - spacing
     cellWidth: tileWidth + spacing
@@ -68,10 +68,10 @@ GridView {
             PillButton {
                 anchors.right: parent.right
                 anchors.verticalCenter: parent.verticalCenter
-                visible: Library.selectedAlbumID.length > 0
+                visible: Library.browsing.selectedAlbumID.length > 0
                 symbol: "play.fill"
                 text: Strings.playAlbum
-                onClicked: Library.playAlbum(Library.selectedAlbumID)
+                onClicked: Library.collections.playAlbum(Library.browsing.selectedAlbumID)
             }
         }
         NoResults {
@@ -81,19 +81,19 @@ GridView {
     }
     delegate: AlbumTile {
         width: root.tileWidth
-        isSelected: albumId === Library.selectedAlbumID
+        isSelected: albumId === Library.browsing.selectedAlbumID
         hasKeyboard: root.activeFocus && index === cursor.index
         onChosen: {
             tabStop.take(Qt.MouseFocusReason)
             root.choose(index)
         }
-        onPlayed: Library.playAlbum(albumId)
+        onPlayed: Library.collections.playAlbum(albumId)
     }
     // qmllint enable unqualified
 
     ListCursor {
         id: cursor
-        model: Library.visibleAlbums
+        model: Library.browsing.visibleAlbums
         idRole: "albumId"
         textRole: "title"
     }
@@ -105,7 +105,7 @@ GridView {
         onMoved: row => root.positionViewAtIndex(row, GridView.Contain)
         columns: root.columns
         rowHeight: root.cellHeight
-        onActivated: row => Library.playAlbum(cursor.value(row, "albumId"))
+        onActivated: row => Library.collections.playAlbum(cursor.value(row, "albumId"))
         onMenuAsked: row => root.choose(row)
     }
     ListTabStop {

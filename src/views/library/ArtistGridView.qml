@@ -14,7 +14,7 @@ GridView {
     readonly property real available: width - 2 * Theme.margin
     readonly property int columns: Math.max(1, Math.floor((available + spacing) / (230 + spacing)))
 
-    model: Library.visibleArtists
+    model: Library.browsing.visibleArtists
     leftMargin: Theme.margin
     rightMargin: Theme.margin - spacing
     cellWidth: Math.floor((available + spacing) / columns)
@@ -34,8 +34,8 @@ GridView {
     Keys.onTabPressed: tabStop.leave(true)
     Keys.onBacktabPressed: tabStop.leave(false)
     Keys.onEscapePressed: event => {
-        event.accepted = Library.focusedArtist.length > 0
-        Library.focusedArtist = ""
+        event.accepted = Library.browsing.focusedArtist.length > 0
+        Library.browsing.focusedArtist = ""
     }
     T.ScrollBar.vertical: ScrollLine { x: root.width - width }
 
@@ -61,10 +61,10 @@ GridView {
             PillButton {
                 anchors.right: parent.right
                 anchors.verticalCenter: parent.verticalCenter
-                visible: Library.focusedArtist.length > 0
+                visible: Library.browsing.focusedArtist.length > 0
                 symbol: "play.fill"
                 text: Strings.playAll
-                onClicked: Library.playArtist(Library.focusedArtist)
+                onClicked: Library.collections.playArtist(Library.browsing.focusedArtist)
             }
         }
         NoResults {
@@ -75,20 +75,20 @@ GridView {
     delegate: ArtistTile {
         width: root.cellWidth - root.spacing
         height: 74
-        isSelected: name === Library.focusedArtist
+        isSelected: name === Library.browsing.focusedArtist
         hasKeyboard: root.activeFocus && index === cursor.index
         onChosen: {
             tabStop.take(Qt.MouseFocusReason)
             cursor.index = index
-            Library.focusedArtist = name
+            Library.browsing.focusedArtist = name
         }
-        onPlayed: Library.playArtist(name)
+        onPlayed: Library.collections.playArtist(name)
     }
     // qmllint enable unqualified
 
     ListCursor {
         id: cursor
-        model: Library.visibleArtists
+        model: Library.browsing.visibleArtists
         idRole: "name"
         textRole: "name"
     }
@@ -100,8 +100,8 @@ GridView {
         onMoved: row => root.positionViewAtIndex(row, GridView.Contain)
         columns: root.columns
         rowHeight: root.cellHeight
-        onActivated: row => Library.playArtist(cursor.value(row, "name"))
-        onMenuAsked: row => Library.focusedArtist = cursor.value(row, "name")
+        onActivated: row => Library.collections.playArtist(cursor.value(row, "name"))
+        onMenuAsked: row => Library.browsing.focusedArtist = cursor.value(row, "name")
     }
     ListTabStop {
         id: tabStop

@@ -18,7 +18,7 @@ Row {
 
             required property int modelData
             required property int index
-            readonly property bool isCurrent: Library.selectedPlaylistName.length === 0 && Library.mode === tab.modelData
+            readonly property bool isCurrent: Library.browsing.selectedPlaylistName.length === 0 && Library.browsing.mode === tab.modelData
 
             implicitWidth: label.implicitWidth + 28
             implicitHeight: 27
@@ -28,7 +28,7 @@ Row {
             Accessible.selected: tab.isCurrent
             Keys.onLeftPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
             Keys.onRightPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
-            onClicked: Library.selectBrowseMode(tab.modelData)
+            onClicked: Library.browsing.selectBrowseMode(tab.modelData)
 
             contentItem: Text {
                 id: label

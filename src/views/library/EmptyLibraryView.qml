@@ -50,7 +50,7 @@ Item {
             isPrimary: true
             symbol: "folder.badge.plus"
             text: Strings.importMusicFolder
-            onClicked: Library.chooseAndImportMusic(false, true)
+            onClicked: Library.importing.chooseAndImportMusic(false, true)
         }
     }
 }

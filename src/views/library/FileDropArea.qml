@@ -17,7 +17,7 @@ DropArea {
     onDropped: drop => {
         if (!drop.hasUrls)
             return
-        Library.importDroppedURLs(drop.urls)
+        Library.importing.importDroppedURLs(drop.urls)
         drop.accept(Qt.CopyAction)
     }
 }

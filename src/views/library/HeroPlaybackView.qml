@@ -11,8 +11,8 @@ Rectangle {
     border.color: Theme.hairline
     gradient: Gradient {
         orientation: Gradient.Horizontal
-        GradientStop { position: 0; color: Theme.tinted(Library.ambientColor, 0.26) }
-        GradientStop { position: 0.62; color: Theme.tinted(Library.ambientColor, 0.02) }
+        GradientStop { position: 0; color: Theme.tinted(Library.ambient.ambientColor, 0.26) }
+        GradientStop { position: 0.62; color: Theme.tinted(Library.ambient.ambientColor, 0.02) }
     }
 
     AlbumArtwork {
@@ -21,8 +21,8 @@ Rectangle {
         anchors.verticalCenter: parent.verticalCenter
         width: 112
         height: 112
-        album: Library.currentArtworkAlbum
-        shown: Library.hasCurrentArtworkAlbum
+        album: Library.player.currentArtworkAlbum
+        shown: Library.player.hasCurrentArtworkAlbum
         radius: Theme.radiusMedium
     }
     Column {
@@ -36,45 +36,45 @@ Rectangle {
 
         PlainText {
             width: parent.width
-            text: Library.hasCurrentTrack ? Library.currentTrack.title : Strings.notPlaying
+            text: Library.player.hasCurrentTrack ? Library.player.currentTrack.title : Strings.notPlaying
             font: Theme.heroTitle
         }
         LinkLabel {
             maximumWidth: parent.width
-            text: Library.hasCurrentTrack ? Library.currentTrack.artist : ""
+            text: Library.player.hasCurrentTrack ? Library.player.currentTrack.artist : ""
             font: Theme.body
             tip: Strings.viewArtist
-            onClicked: Library.jumpToArtist(Library.currentTrack.artist)
+            onClicked: Library.browsing.jumpToArtist(Library.player.currentTrack.artist)
         }
         LinkLabel {
             maximumWidth: parent.width
-            text: Library.hasCurrentTrack ? Library.currentTrack.album : ""
+            text: Library.player.hasCurrentTrack ? Library.player.currentTrack.album : ""
             font: Theme.label
             color: Theme.tertiaryText
             tip: Strings.viewAlbum
             onClicked: {
                 Browsing.showsAlbumTracks = true
-                Library.jumpToAlbum(Library.currentTrack.id)
+                Library.browsing.jumpToAlbum(Library.player.currentTrack)
             }
         }
         Item { width: 1; height: 8 }
         Row {
             spacing: Theme.gapSmall
-            visible: Library.hasCurrentArtworkAlbum
+            visible: Library.player.hasCurrentArtworkAlbum
             MetricPill {
-                visible: Library.currentArtworkAlbum.year >= 1
+                visible: Library.player.currentArtworkAlbum.year >= 1
                 caption: Strings.year
-                value: Library.currentArtworkAlbum.year
+                value: Library.player.currentArtworkAlbum.year
             }
             MetricPill {
                 visible: words.width > 160
                 caption: Strings.tracks
-                value: Library.currentArtworkAlbum.trackCount
+                value: Library.player.currentArtworkAlbum.trackCount
             }
             MetricPill {
-                visible: words.width > 240 && Library.currentArtworkAlbum.totalSeconds > 0
+                visible: words.width > 240 && Library.player.currentArtworkAlbum.totalSeconds > 0
                 caption: Strings.totalTime
-                value: Strings.sentences.albumDuration(Math.floor(Library.currentArtworkAlbum.totalSeconds / 60))
+                value: Strings.sentences.albumDuration(Math.floor(Library.player.currentArtworkAlbum.totalSeconds / 60))
             }
         }
     }

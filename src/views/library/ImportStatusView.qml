@@ -6,7 +6,7 @@ import Halvane
 Column {
     id: root
 
-    readonly property bool runs: Library.importProgress >= 0
+    readonly property bool runs: Library.importing.importProgress >= 0
 
     spacing: 6
     topPadding: children.length > 0 && (message.visible || busy.visible) ? 8 : 0
@@ -15,16 +15,16 @@ Column {
         id: message
         width: parent.width
         spacing: 6
-        visible: Library.lastImportMessage.length > 0
+        visible: Library.status.lastImportMessage.length > 0
         SymbolLabel {
             id: mark
-            symbol: Library.statusIsError ? "exclamationmark.triangle.fill" : "checkmark.circle.fill"
+            symbol: Library.status.statusIsError ? "exclamationmark.triangle.fill" : "checkmark.circle.fill"
             size: 16
-            color: Library.statusIsError ? Theme.warmAccent : Theme.accent
+            color: Library.status.statusIsError ? Theme.warmAccent : Theme.accent
         }
         PlainText {
             width: parent.width - mark.width - 6
-            text: Library.lastImportMessage
+            text: Library.status.lastImportMessage
             font: Theme.label
             color: Theme.secondaryText
             Accessible.role: Accessible.AlertMessage
@@ -40,9 +40,9 @@ Column {
         color: Theme.groove
         Accessible.role: Accessible.ProgressBar
         Accessible.name: Strings.importMusicFolder
-        Accessible.description: Math.round(Library.importProgress * 100) + " %"
+        Accessible.description: Math.round(Library.importing.importProgress * 100) + " %"
         Rectangle {
-            width: parent.width * Math.max(0, Math.min(1, Library.importProgress))
+            width: parent.width * Math.max(0, Math.min(1, Library.importing.importProgress))
             height: parent.height
             radius: 1.5
             color: Theme.accent

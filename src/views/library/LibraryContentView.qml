@@ -6,7 +6,7 @@ import Halvane
 Item {
     id: root
 
-    readonly property bool showsTable: Library.mode === BrowseMode.Songs || Library.selectedPlaylistName.length > 0
+    readonly property bool showsTable: Library.browsing.mode === BrowseMode.Songs || Library.browsing.selectedPlaylistName.length > 0
 
     LibraryToolbar {
         id: toolbar
@@ -29,15 +29,15 @@ Item {
         focus: true
         sourceComponent: Library.trackCount === 0 ? invitation
                        : root.showsTable ? table
-                       : Library.mode === BrowseMode.Artists ? artists : albums
+                       : Library.browsing.mode === BrowseMode.Artists ? artists : albums
     }
     Loader {
         id: details
 
         readonly property bool wanted: Library.trackCount > 0 && !root.showsTable
-                                       && (Library.mode === BrowseMode.Artists
-                                           ? Library.focusedArtist.length > 0
-                                           : Library.hasFocusedAlbum && Browsing.showsAlbumTracks)
+                                       && (Library.browsing.mode === BrowseMode.Artists
+                                           ? Library.browsing.focusedArtist.length > 0
+                                           : Library.browsing.hasFocusedAlbum && Browsing.showsAlbumTracks)
 
         anchors.bottom: parent.bottom
         width: parent.width

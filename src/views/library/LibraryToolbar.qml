@@ -7,9 +7,9 @@ import Halvane
 RowLayout {
     id: root
 
-    readonly property string place: Library.selectedPlaylistName.length > 0
-        ? Library.selectedPlaylistName
-        : [Strings.library, Strings.albums, Strings.artists, Strings.tracks, Strings.loved][Library.selectedSidebar]
+    readonly property string place: Library.browsing.selectedPlaylistName.length > 0
+        ? Library.browsing.selectedPlaylistName
+        : [Strings.library, Strings.albums, Strings.artists, Strings.tracks, Strings.loved][Library.browsing.selectedSidebar]
 
     spacing: 10
 
@@ -46,19 +46,19 @@ RowLayout {
         corner: Theme.radiusSmall
         fill: Theme.controlBackground
         outline: Theme.hairline
-        onClicked: Library.chooseAndImportMusic(false, true)
+        onClicked: Library.importing.chooseAndImportMusic(false, true)
     }
     SymbolButton {
         id: wand
 
-        readonly property int count: Library.maintenanceActionCount
+        readonly property int count: Library.tidying.maintenanceActionCount
 
         symbol: "wand.and.sparkles"
         tip: wand.count < 1 ? Strings.libraryMaintenance : Strings.sentences.maintenanceBadge(wand.count)
         corner: Theme.radiusSmall
         fill: Theme.controlBackground
         outline: Theme.hairline
-        onClicked: Library.showMaintenance = true
+        onClicked: Library.views.showMaintenance = true
 
         CountBadge {
             anchors.horizontalCenter: parent.right
@@ -76,9 +76,9 @@ RowLayout {
         corner: Theme.radiusSmall
         fill: Theme.controlBackground
         outline: Theme.hairline
-        symbolColor: Library.showNowPlayingPanel ? Theme.accent : Theme.secondaryText
+        symbolColor: Library.views.showNowPlayingPanel ? Theme.accent : Theme.secondaryText
         Accessible.checkable: true
-        Accessible.checked: Library.showNowPlayingPanel
-        onClicked: Library.showNowPlayingPanel = !Library.showNowPlayingPanel
+        Accessible.checked: Library.views.showNowPlayingPanel
+        onClicked: Library.views.showNowPlayingPanel = !Library.views.showNowPlayingPanel
     }
 }

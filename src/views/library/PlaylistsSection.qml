@@ -48,13 +48,13 @@ Column {
             symbol: "music.note.list"
             text: row.name
             badge: row.trackCount
-            isSelected: Library.selectedPlaylistName.length > 0 && Library.selectedPlaylistID === row.playlistId
-            onClicked: Library.selectedPlaylistID = row.playlistId
+            isSelected: Library.browsing.selectedPlaylistName.length > 0 && Library.browsing.selectedPlaylistID === row.playlistId
+            onClicked: Library.browsing.selectedPlaylistID = row.playlistId
             Keys.onPressed: event => {
                 if (event.key === Qt.Key_Menu)
                     row.openMenu(20, row.height)
                 else if (event.key === Qt.Key_Delete)
-                    Library.deletePlaylist(row.playlistId)
+                    Library.playlists.deletePlaylist(row.playlistId)
                 else if (event.key === Qt.Key_F2)
                     root.askToRename(row.playlistId, row.name)
             }
@@ -75,7 +75,7 @@ Column {
                 keys: ["halvane/tracks"]
                 onDropped: drop => {
                     const drag = drop.source as TrackDrag
-                    Library.addTrackPaths(drag.paths, row.playlistId)
+                    Library.playlists.addTrackPaths(drag.paths, row.playlistId)
                     drop.accept()
                 }
                 Rectangle {
@@ -99,7 +99,7 @@ Column {
             MenuEntry {
                 text: Strings.playAll
                 symbol: "play.fill"
-                onTriggered: Library.playPlaylist(rowMenu.playlistId)
+                onTriggered: Library.collections.playPlaylist(rowMenu.playlistId)
             }
             MenuEntry {
                 text: Strings.renameCommand
@@ -110,7 +110,7 @@ Column {
                 text: Strings.deleteCommand
                 symbol: "trash"
                 isDestructive: true
-                onTriggered: Library.deletePlaylist(rowMenu.playlistId)
+                onTriggered: Library.playlists.deletePlaylist(rowMenu.playlistId)
             }
         }
     }
@@ -120,7 +120,7 @@ Column {
             title: Strings.newPlaylist
             placeholder: Strings.playlistNamePlaceholder
             acceptText: Strings.done
-            onAccepted: text => Library.createPlaylist(text)
+            onAccepted: text => Library.playlists.createPlaylist(text)
         }
     }
     Deferred {
@@ -132,7 +132,7 @@ Column {
             title: Strings.renameCommand
             placeholder: Strings.playlistNamePlaceholder
             acceptText: Strings.done
-            onAccepted: text => Library.renamePlaylist(renamePrompt.playlistId, text)
+            onAccepted: text => Library.playlists.renamePlaylist(renamePrompt.playlistId, text)
         }
     }
 }

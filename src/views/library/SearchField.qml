@@ -6,14 +6,14 @@ import Halvane
 EntryField {
     id: root
 
-    property int answeredRequest: Library.searchFocusRequest
+    property int answeredRequest: Library.views.searchFocusRequest
 
     name: Strings.searchPlaceholder
     placeholderText: Strings.searchPlaceholder
     leftPadding: 35
     rightPadding: 32
-    onTextEdited: Library.searchText = root.text
-    onActiveFocusChanged: Library.isSearchFieldFocused = root.activeFocus
+    onTextEdited: Library.browsing.searchText = root.text
+    onActiveFocusChanged: Library.views.isSearchFieldFocused = root.activeFocus
     onAnsweredRequestChanged: {
         root.forceActiveFocus(Qt.ShortcutFocusReason)
         root.selectAll()
@@ -21,13 +21,13 @@ EntryField {
     // Esc empties the field first, then leaves it, to no button, which Space would press.
     Keys.onEscapePressed: {
         if (root.text.length > 0)
-            Library.searchText = ""
+            Library.browsing.searchText = ""
         else
             root.focus = false
     }
 
     Binding on text {
-        value: Library.searchText
+        value: Library.browsing.searchText
         restoreMode: Binding.RestoreNone
     }
     SymbolLabel {
@@ -40,13 +40,13 @@ EntryField {
         anchors.right: parent.right
         anchors.rightMargin: 4
         anchors.verticalCenter: parent.verticalCenter
-        visible: Library.searchText.length > 0
+        visible: Library.browsing.searchText.length > 0
         symbol: "xmark.circle.fill"
         tip: Strings.clearSearch
         size: 24
         symbolSize: 16
         onClicked: {
-            Library.searchText = ""
+            Library.browsing.searchText = ""
             root.forceActiveFocus()
         }
     }

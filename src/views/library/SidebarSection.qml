@@ -10,6 +10,6 @@ SidebarRow {
 
     symbol: ["music.note.house", "square.grid.2x2", "person.2", "music.note.list", "heart"][root.item]
     text: [Strings.library, Strings.albums, Strings.artists, Strings.tracks, Strings.loved][root.item]
-    isSelected: Library.selectedPlaylistName.length === 0 && Library.selectedSidebar === root.item
-    onClicked: Library.selectSidebarItem(root.item)
+    isSelected: Library.browsing.selectedPlaylistName.length === 0 && Library.browsing.selectedSidebar === root.item
+    onClicked: Library.browsing.selectSidebarItem(root.item)
 }

@@ -41,7 +41,7 @@ Rectangle {
                     text: Strings.browse
                 }
                 Repeater {
-                    model: Library.sidebarItems
+                    model: Library.sidebar
                     SidebarSection { width: parent.width }
                 }
             }

@@ -21,7 +21,7 @@ ContextMenu {
     MenuEntry {
         text: Strings.loved
         symbol: root.isLoved ? "heart.slash" : "heart"
-        onTriggered: Library.toggleLoved(root.path)
+        onTriggered: Library.userData.toggleLoved(root.path)
     }
     ContextMenu {
         id: ratingMenu
@@ -29,7 +29,7 @@ ContextMenu {
         MenuEntry {
             text: Strings.ratingNone
             checked: root.rating === 0
-            onTriggered: Library.setRating(0, root.path)
+            onTriggered: Library.userData.setRating(0, root.path)
         }
         Repeater {
             model: 5
@@ -37,23 +37,23 @@ ContextMenu {
                 required property int index
                 stars: index + 1
                 checked: root.rating === stars
-                onTriggered: Library.setRating(stars, root.path)
+                onTriggered: Library.userData.setRating(stars, root.path)
             }
         }
     }
     AddToPlaylistMenu { paths: [root.path] }
     MenuEntry {
-        visible: Library.selectedPlaylistName.length > 0
+        visible: Library.browsing.selectedPlaylistName.length > 0
         height: visible ? implicitHeight : 0
         text: Strings.removeFromPlaylist
         symbol: "text.badge.minus"
-        onTriggered: Library.removeTrackPath(root.path, Library.selectedPlaylistID)
+        onTriggered: Library.playlists.removeTrackPath(root.path, Library.browsing.selectedPlaylistID)
     }
     MenuLine {}
     MenuEntry {
         text: Strings.removeFromLibrary
         symbol: "trash"
         isDestructive: true
-        onTriggered: Library.removeTracks([root.path])
+        onTriggered: Library.tidying.removeTracks([root.path])
     }
 }

@@ -32,7 +32,7 @@ Rectangle {
     signal menuAsked(real x, real y)
 
     function play(): void {
-        Library.playTrack(root.trackId)
+        Library.collections.playTrack(root.trackId)
     }
 
     implicitHeight: Theme.trackRowHeight
@@ -54,7 +54,7 @@ Rectangle {
         size: 19
         symbol: root.availability === Availability.InCloud ? "icloud.and.arrow.down"
               : root.availability === Availability.Missing ? "exclamationmark.circle"
-              : root.isPlaying && Library.isPlaying ? "pause.circle.fill" : "play.circle"
+              : root.isPlaying && Library.transport.isPlaying ? "pause.circle.fill" : "play.circle"
         color: root.availability === Availability.InCloud ? Theme.cloudBlue
              : root.isPlaying && root.isAvailable ? Theme.accent : Theme.tertiaryText
 

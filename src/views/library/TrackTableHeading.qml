@@ -23,8 +23,8 @@ Item {
             color: Theme.secondaryText
         }
         Text {
-            visible: Library.maintenanceActionCount >= 1
-            text: Strings.sentences.maintenanceBadge(Library.maintenanceActionCount)
+            visible: Library.tidying.maintenanceActionCount >= 1
+            text: Strings.sentences.maintenanceBadge(Library.tidying.maintenanceActionCount)
             Accessible.role: Accessible.StaticText
             Accessible.name: text
             font: Theme.label
@@ -43,19 +43,19 @@ Item {
             text: Strings.showAllTracks
             onClicked: {
                 Browsing.showsAlbumTracks = false
-                Library.selectBrowseMode(BrowseMode.Songs)
+                Library.browsing.selectBrowseMode(BrowseMode.Songs)
             }
         }
         SymbolButton {
             anchors.verticalCenter: parent.verticalCenter
-            visible: root.isNarrowed && Library.hasFocusedAlbum
+            visible: root.isNarrowed && Library.browsing.hasFocusedAlbum
             symbol: "play.fill"
             tip: Strings.playAlbum
             size: 28
             symbolSize: 18
             fill: Theme.accent
             symbolColor: Theme.onAccent
-            onClicked: Library.playAlbum(Library.focusedAlbum.id)
+            onClicked: Library.collections.playAlbum(Library.browsing.focusedAlbum.id)
         }
     }
 }

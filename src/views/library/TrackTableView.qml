@@ -14,14 +14,14 @@ ListView {
     readonly property var columns: Theme.trackColumns(available)
 
     function reveal(): void {
-        const row = cursor.rowWith("path", Library.currentTrack.path)
+        const row = cursor.rowWith("path", Library.player.currentTrack.path)
         if (row < 0)
             return
         cursor.index = row
         root.positionViewAtIndex(row, ListView.Center)
     }
 
-    model: Library.visibleTracks
+    model: Library.browsing.visibleTracks
     reuseItems: true
     cacheBuffer: 0
     interactive: false
@@ -41,8 +41,8 @@ ListView {
         if (!root.isNarrowed)
             return
         Browsing.showsAlbumTracks = false
-        if (Library.mode === BrowseMode.Artists)
-            Library.focusedArtist = ""
+        if (Library.browsing.mode === BrowseMode.Artists)
+            Library.browsing.focusedArtist = ""
     }
     T.ScrollBar.vertical: ScrollLine {}
 
@@ -98,7 +98,7 @@ ListView {
     }
     ListCursor {
         id: cursor
-        model: Library.visibleTracks
+        model: Library.browsing.visibleTracks
         idRole: "trackId"
         textRole: "title"
     }
@@ -109,7 +109,7 @@ ListView {
         count: root.count
         onMoved: row => root.positionViewAtIndex(row, ListView.Contain)
         rowHeight: Theme.trackRowHeight
-        onActivated: row => Library.playTrack(cursor.value(row, "trackId"))
+        onActivated: row => Library.collections.playTrack(cursor.value(row, "trackId"))
         onMenuAsked: row => {
             const item = root.itemAtIndex(row) as TrackRow
             if (item)

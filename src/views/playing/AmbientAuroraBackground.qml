@@ -18,7 +18,7 @@ Item {
 
         property real turn: 0.6
         property size size: Qt.size(width, height)
-        property color tint: Library.ambientColor
+        property color tint: Library.ambient.ambientColor
 
         anchors.fill: parent
         mesh: GridMesh {

@@ -11,7 +11,7 @@ Row {
         tip: Strings.previousTrack
         size: 32
         symbolColor: Theme.primaryText
-        onClicked: Library.playPrevious()
+        onClicked: Library.transport.playPrevious()
     }
     PlayButton {
         size: 32
@@ -23,6 +23,6 @@ Row {
         tip: Strings.nextTrack
         size: 32
         symbolColor: Theme.primaryText
-        onClicked: Library.playNext(true)
+        onClicked: Library.transport.playNext(true)
     }
 }

@@ -19,8 +19,8 @@ Popover {
             spacing: 10
             ToggleSwitch {
                 name: Strings.equalizer
-                checked: Library.eqEnabled
-                onToggled: Library.eqEnabled = checked
+                checked: Library.equalizer.eqEnabled
+                onToggled: Library.equalizer.eqEnabled = checked
             }
             Text {
                 Layout.fillWidth: true
@@ -40,15 +40,15 @@ Popover {
                     required property int index
                     required property string modelData
                     label: modelData
-                    value: Library.eqGains[index]
-                    onMovedTo: dB => Library.setEqGain(index, dB)
+                    value: Library.equalizer.eqGains[index]
+                    onMovedTo: dB => Library.equalizer.setEqGain(index, dB)
                 }
             }
             VerticalFader {
                 label: Strings.preampLabel
                 width: 40
-                value: Library.eqPreamp
-                onMovedTo: dB => Library.eqPreamp = dB
+                value: Library.equalizer.eqPreamp
+                onMovedTo: dB => Library.equalizer.eqPreamp = dB
             }
         }
     }

@@ -22,9 +22,9 @@ PressableBase {
 
     implicitWidth: 140
     implicitHeight: Theme.controlHeight
-    text: Library.presetMenuTitle
+    text: Library.equalizer.presetMenuTitle
     Accessible.role: Accessible.ComboBox
-    Accessible.name: Strings.equalizer + ": " + Library.presetMenuTitle
+    Accessible.name: Strings.equalizer + ": " + Library.equalizer.presetMenuTitle
     onClicked: menu.popup(root, 0, root.height + 4)
 
     contentItem: Item {
@@ -62,30 +62,30 @@ PressableBase {
                 required property var modelData
                 text: modelData.name
                 checkable: true
-                checked: Library.currentEQPresetID === modelData.id
-                onTriggered: Library.applyBuiltInEQPreset(modelData.id)
+                checked: Library.equalizer.currentEQPresetID === modelData.id
+                onTriggered: Library.equalizer.applyBuiltInEQPreset(modelData.id)
             }
         }
         MenuLine {}
         Repeater {
-            model: Library.userEQPresetNames
+            model: Library.equalizer.userEQPresetNames
             MenuEntry {
                 required property string modelData
                 text: modelData
-                onTriggered: Library.applyUserEQPreset(modelData)
+                onTriggered: Library.equalizer.applyUserEQPreset(modelData)
             }
         }
         ContextMenu {
             title: Strings.deletePresetMenu
-            enabled: Library.userEQPresetNames.length > 0
+            enabled: Library.equalizer.userEQPresetNames.length > 0
             Repeater {
-                model: Library.userEQPresetNames
+                model: Library.equalizer.userEQPresetNames
                 MenuEntry {
                     required property string modelData
                     text: modelData
                     symbol: "trash"
                     isDestructive: true
-                    onTriggered: Library.deleteUserEQPreset(modelData)
+                    onTriggered: Library.equalizer.deleteUserEQPreset(modelData)
                 }
             }
         }
@@ -100,6 +100,6 @@ PressableBase {
         title: Strings.savePreset
         placeholder: Strings.presetNamePlaceholder
         acceptText: Strings.done
-        onAccepted: text => Library.saveCurrentEQPreset(text)
+        onAccepted: text => Library.equalizer.saveCurrentEQPreset(text)
     }
 }

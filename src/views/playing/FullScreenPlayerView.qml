@@ -32,7 +32,7 @@ FocusScope {
     RedrawClock {
         objectName: "redrawClock"
         running: root.isShown
-        interval: Library.isPlaying ? 34 : 68
+        interval: Library.transport.isPlaying ? 34 : 68
         onTicked: seconds => {
             aurora.advance(seconds)
             vinyl.advance(seconds)
@@ -53,7 +53,7 @@ FocusScope {
         symbolSize: 16
         symbolColor: Theme.primaryText
         fill: Theme.badgeFillStrong
-        onClicked: Library.showFullPlayer = false
+        onClicked: Library.views.showFullPlayer = false
     }
     VinylArtwork {
         id: vinyl
@@ -86,11 +86,11 @@ FocusScope {
                     anchors.verticalCenter: parent.verticalCenter
                     symbol: "waveform.path.ecg"
                     size: 15
-                    color: Library.spectrumTint
+                    color: Library.appearance.spectrumTint
                 }
                 Text {
                     anchors.verticalCenter: parent.verticalCenter
-                    text: Library.hasCurrentTrack ? Library.signalPathDescription : Strings.notPlaying
+                    text: Library.player.hasCurrentTrack ? Library.signalPath.signalPathDescription : Strings.notPlaying
                     Accessible.role: Accessible.StaticText
                     Accessible.name: text
                     font: Theme.captionStrong
@@ -101,27 +101,27 @@ FocusScope {
         PlainText {
             width: parent.width
             horizontalAlignment: Text.AlignHCenter
-            text: Library.hasCurrentTrack ? Library.currentTrack.title : Strings.notPlaying
+            text: Library.player.hasCurrentTrack ? Library.player.currentTrack.title : Strings.notPlaying
             font: Theme.displayTitle
         }
         LinkLabel {
             anchors.horizontalCenter: parent.horizontalCenter
             maximumWidth: parent.width
-            text: Library.hasCurrentTrack ? Library.currentTrack.artist : ""
+            text: Library.player.hasCurrentTrack ? Library.player.currentTrack.artist : ""
             font: Theme.emphasis
             tip: Strings.viewArtist
-            onClicked: Library.jumpToArtist(Library.currentTrack.artist)
+            onClicked: Library.browsing.jumpToArtist(Library.player.currentTrack.artist)
         }
         LinkLabel {
             anchors.horizontalCenter: parent.horizontalCenter
             maximumWidth: parent.width
-            text: Library.hasCurrentTrack ? Library.currentTrack.album : ""
+            text: Library.player.hasCurrentTrack ? Library.player.currentTrack.album : ""
             font: Theme.body
             color: Theme.tertiaryText
             tip: Strings.viewAlbum
             onClicked: {
                 Browsing.showsAlbumTracks = true
-                Library.jumpToAlbum(Library.currentTrack.id)
+                Library.browsing.jumpToAlbum(Library.player.currentTrack)
             }
         }
         ProgressLine {
@@ -150,9 +150,9 @@ FocusScope {
             ValueSlider {
                 width: 150
                 name: Strings.volumeLabel
-                spokenValue: Math.round(Library.volume * 100) + " %"
-                value: Library.volume
-                onMoved: Library.volume = value
+                spokenValue: Math.round(Library.transport.volume * 100) + " %"
+                value: Library.transport.volume
+                onMoved: Library.transport.volume = value
             }
             SymbolLabel {
                 anchors.verticalCenter: parent.verticalCenter

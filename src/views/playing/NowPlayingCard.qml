@@ -14,8 +14,8 @@ Card {
         anchors.verticalCenter: parent.verticalCenter
         width: 96
         height: 96
-        album: Library.currentArtworkAlbum
-        shown: Library.hasCurrentArtworkAlbum
+        album: Library.player.currentArtworkAlbum
+        shown: Library.player.hasCurrentArtworkAlbum
         radius: Theme.radiusMedium
     }
     Column {
@@ -27,25 +27,25 @@ Card {
         spacing: 3
         PlainText {
             width: parent.width
-            text: Library.hasCurrentTrack ? Library.currentTrack.title : Strings.notPlaying
+            text: Library.player.hasCurrentTrack ? Library.player.currentTrack.title : Strings.notPlaying
             font: Theme.cardTitle
         }
         PlainText {
             width: parent.width
-            text: Library.hasCurrentTrack ? Library.currentTrack.artist : ""
+            text: Library.player.hasCurrentTrack ? Library.player.currentTrack.artist : ""
             font: Theme.label
             color: Theme.secondaryText
         }
         Item { width: 1; height: 4 }
         PlainText {
             width: parent.width
-            text: Library.queueSourceText
+            text: Library.player.queueSourceText
             font: Theme.caption
             color: Theme.tertiaryText
         }
         PlainText {
             width: parent.width
-            text: Library.queuePositionText
+            text: Library.player.queuePositionText
             font: Theme.caption
             color: Theme.tertiaryText
         }

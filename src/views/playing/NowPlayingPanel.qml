@@ -47,7 +47,7 @@ Rectangle {
         anchors.bottomMargin: 12
         x: 16
         width: parent.width - 32
-        text: Library.lastImportMessage
-        isError: Library.statusIsError
+        text: Library.status.lastImportMessage
+        isError: Library.status.statusIsError
     }
 }

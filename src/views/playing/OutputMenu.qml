@@ -9,10 +9,10 @@ PressableBase {
 
     implicitWidth: Math.max(deviceName.implicitWidth + 44, path.implicitWidth)
     implicitHeight: 40
-    text: Library.outputDeviceName
+    text: Library.output.outputDeviceName
     tip: Strings.output
-    Accessible.name: Strings.output + ": " + Library.outputDeviceName
-    Accessible.description: Library.signalPathDescription
+    Accessible.name: Strings.output + ": " + Library.output.outputDeviceName
+    Accessible.description: Library.signalPath.signalPathDescription
     onClicked: {
         const devices = menu.made() as ContextMenu
         devices.popup(root, 0, -devices.implicitHeight - 8)
@@ -32,7 +32,7 @@ PressableBase {
             width: Math.min(implicitWidth, parent.width - 40)
             height: 17
             verticalAlignment: Text.AlignVCenter
-            text: Library.outputDeviceName
+            text: Library.output.outputDeviceName
             font: Theme.labelStrong
             color: Theme.primaryText
             elide: Text.ElideRight
@@ -50,7 +50,7 @@ PressableBase {
             id: path
             y: 21
             width: parent.width
-            text: Library.signalPathDescription
+            text: Library.signalPath.signalPathDescription
             font: Theme.caption
             color: Theme.tertiaryText
             elide: Text.ElideRight
@@ -77,11 +77,11 @@ PressableBase {
             MenuEntry {
                 text: Strings.systemDefaultDevice
                 checkable: true
-                checked: Library.selectedOutputDeviceName.length === 0
-                onTriggered: Library.selectSystemDefaultOutput()
+                checked: Library.output.selectedOutputDeviceName.length === 0
+                onTriggered: Library.output.selectSystemDefaultOutput()
             }
             Instantiator {
-                model: Library.availableOutputDevices
+                model: Library.outputDevices
                 delegate: MenuEntry {
                     required property int deviceId
                     required property string name
@@ -89,7 +89,7 @@ PressableBase {
                     text: name
                     checkable: true
                     checked: selected
-                    onTriggered: Library.selectOutputDevice(deviceId)
+                    onTriggered: Library.output.selectOutputDevice(deviceId)
                 }
                 onObjectAdded: (index, object) => devices.insertItem(index + 1, object as MenuEntry)
                 onObjectRemoved: (index, object) => devices.removeItem(object as MenuEntry)

@@ -47,8 +47,8 @@ Rectangle {
             Layout.fillWidth: true
             Layout.maximumWidth: 116
             visible: root.width > 1080
-            isPlaying: Library.isPlaying
-            tint: Library.spectrumTint
+            isPlaying: Library.transport.isPlaying
+            tint: Library.appearance.spectrumTint
         }
         OutputMenu {
             Layout.fillWidth: true
@@ -69,9 +69,9 @@ Rectangle {
                 Layout.fillWidth: true
                 Layout.minimumWidth: 44
                 name: Strings.volumeLabel
-                spokenValue: Math.round(Library.volume * 100) + " %"
-                value: Library.volume
-                onMoved: Library.volume = value
+                spokenValue: Math.round(Library.transport.volume * 100) + " %"
+                value: Library.transport.volume
+                onMoved: Library.transport.volume = value
             }
         }
         RowLayout {
@@ -80,7 +80,7 @@ Rectangle {
                 id: eqButton
                 symbol: "slider.horizontal.3"
                 tip: Strings.equalizer
-                isActive: Library.eqEnabled || ((eq.item as EQPopover)?.opened ?? false)
+                isActive: Library.equalizer.eqEnabled || ((eq.item as EQPopover)?.opened ?? false)
                 onClicked: {
                     const popover = eq.made() as EQPopover
                     popover.opened ? popover.close() : popover.open()
@@ -99,7 +99,7 @@ Rectangle {
                 symbol: "arrow.up.left.and.arrow.down.right"
                 tip: Strings.fullScreenPlayer
                 symbolSize: 18
-                onClicked: Library.showFullPlayer = true
+                onClicked: Library.views.showFullPlayer = true
             }
             TransportButton {
                 symbol: "arrow.down.right.and.arrow.up.left"

@@ -11,16 +11,16 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         width: 52
         height: 52
-        enabled: Library.hasCurrentTrack
+        enabled: Library.player.hasCurrentTrack
         tip: Strings.viewAlbum
         onClicked: {
             Browsing.showsAlbumTracks = true
-            Library.jumpToAlbum(Library.currentTrack.id)
+            Library.browsing.jumpToAlbum(Library.player.currentTrack)
             Browsing.revealAsked()
         }
         contentItem: AlbumArtwork {
-            album: Library.currentArtworkAlbum
-            shown: Library.hasCurrentArtworkAlbum
+            album: Library.player.currentArtworkAlbum
+            shown: Library.player.hasCurrentArtworkAlbum
             radius: Theme.radiusSmall
         }
         background: Item {
@@ -36,13 +36,13 @@ Item {
         spacing: 3
         PlainText {
             width: parent.width
-            text: Library.hasCurrentTrack ? Library.currentTrack.title : Strings.notPlaying
+            text: Library.player.hasCurrentTrack ? Library.player.currentTrack.title : Strings.notPlaying
             font: Theme.name
         }
         PlainText {
             width: parent.width
             visible: text.length > 0
-            text: Library.hasCurrentTrack ? Library.currentTrack.artist : ""
+            text: Library.player.hasCurrentTrack ? Library.player.currentTrack.artist : ""
             font: Theme.label
             color: Theme.secondaryText
         }
@@ -51,12 +51,12 @@ Item {
         id: heart
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
-        enabled: Library.hasCurrentTrack
-        symbol: Library.isCurrentTrackLoved ? "heart.fill" : "heart"
+        enabled: Library.player.hasCurrentTrack
+        symbol: Library.player.isCurrentTrackLoved ? "heart.fill" : "heart"
         tip: Strings.loved
-        isActive: Library.isCurrentTrackLoved
+        isActive: Library.player.isCurrentTrackLoved
         Accessible.checkable: true
-        Accessible.checked: Library.isCurrentTrackLoved
-        onClicked: Library.toggleLoved(Library.currentTrack.path)
+        Accessible.checked: Library.player.isCurrentTrackLoved
+        onClicked: Library.userData.toggleLoved(Library.player.currentTrack.path)
     }
 }

@@ -22,26 +22,26 @@ ContextMenu {
     MenuEntry {
         text: Strings.playThisTrack
         symbol: "play.fill"
-        onTriggered: Library.playItem(root.entryId, true)
+        onTriggered: Library.transport.playItem(root.entryId, true)
     }
     MenuEntry {
         text: Strings.loved
         symbol: root.isLoved ? "heart.slash" : "heart"
-        onTriggered: Library.toggleLoved(root.path)
+        onTriggered: Library.userData.toggleLoved(root.path)
     }
     AddToPlaylistMenu { paths: [root.path] }
     MenuLine {}
     MenuEntry {
         text: Strings.viewArtist
         symbol: "person.2"
-        onTriggered: Library.jumpToArtist(root.artist)
+        onTriggered: Library.browsing.jumpToArtist(root.artist)
     }
     MenuEntry {
         text: Strings.viewAlbum
         symbol: "square.grid.2x2"
         onTriggered: {
             Browsing.showsAlbumTracks = true
-            Library.jumpToAlbum(root.entryId)
+            Library.browsing.jumpToAlbum(Library.queue.itemOf(root.entryId))
         }
     }
     MenuLine {}
@@ -49,6 +49,6 @@ ContextMenu {
         text: Strings.removeFromLibrary
         symbol: "trash"
         isDestructive: true
-        onTriggered: Library.removeTracks([root.path])
+        onTriggered: Library.tidying.removeTracks([root.path])
     }
 }

@@ -26,7 +26,7 @@ Rectangle {
     signal dragEnded
 
     function play(): void {
-        Library.playItem(root.entryId, true)
+        Library.transport.playItem(root.entryId, true)
     }
 
     implicitHeight: Theme.queueRowHeight

@@ -18,19 +18,19 @@ ListView {
         const row = Math.min(Math.floor(y / Theme.queueRowHeight), root.count - 1)
         const target = cursor.value(row, "entryId")
         if (target !== root.draggedItemID)
-            Library.moveQueueItem(root.draggedItemID, target)
+            Library.queue.move(root.draggedItemID, target)
     }
     function drop(): void {
         root.draggedItemID = undefined
-        Library.finishQueueMove()
+        Library.transport.replanSuccessor()
     }
     // Moves the cursor's row by one place.
     function moveByKey(step: int): void {
         const target = cursor.index + step
         if (cursor.index < 0 || target < 0 || target >= root.count)
             return
-        Library.moveQueueItem(cursor.value(cursor.index, "entryId"), cursor.value(target, "entryId"))
-        Library.finishQueueMove()
+        Library.queue.move(cursor.value(cursor.index, "entryId"), cursor.value(target, "entryId"))
+        Library.transport.replanSuccessor()
         root.positionViewAtIndex(cursor.index, ListView.Contain)
     }
 
@@ -39,7 +39,7 @@ ListView {
         opened.openFor(row, x, y)
     }
 
-    model: Library.playlist
+    model: Library.queue
     reuseItems: true
     cacheBuffer: 0
     interactive: false
@@ -106,7 +106,7 @@ ListView {
     }
     ListCursor {
         id: cursor
-        model: Library.playlist
+        model: Library.queue
         idRole: "entryId"
         textRole: "title"
     }
@@ -117,7 +117,7 @@ ListView {
         count: root.count
         onMoved: row => root.positionViewAtIndex(row, ListView.Contain)
         rowHeight: Theme.queueRowHeight
-        onActivated: row => Library.playItem(cursor.value(row, "entryId"), true)
+        onActivated: row => Library.transport.playItem(cursor.value(row, "entryId"), true)
         onMenuAsked: row => {
             const item = root.itemAtIndex(row) as QueueRow
             if (item)

@@ -9,10 +9,10 @@ SpectrumBarsItem {
 
     required property real discSize
 
-    tint: Library.spectrumTint
+    tint: Library.appearance.spectrumTint
     innerRadius: root.discSize / 2 * 1.075
     reach: root.discSize / 2 * 0.225
-    opacity: Library.isPlaying ? 1 : 0.5
+    opacity: Library.transport.isPlaying ? 1 : 0.5
     Behavior on opacity {
         NumberAnimation { duration: Theme.quick }
     }

@@ -16,12 +16,12 @@ Row {
     TransportButton {
         anchors.verticalCenter: parent.verticalCenter
         symbol: "shuffle"
-        tip: Library.isShuffleEnabled ? Strings.shuffleOn : Strings.shuffleOff
+        tip: Library.transport.isShuffleEnabled ? Strings.shuffleOn : Strings.shuffleOff
         symbolSize: root.modeSymbolSize
-        isActive: Library.isShuffleEnabled
+        isActive: Library.transport.isShuffleEnabled
         Accessible.checkable: true
-        Accessible.checked: Library.isShuffleEnabled
-        onClicked: Library.toggleShuffle()
+        Accessible.checked: Library.transport.isShuffleEnabled
+        onClicked: Library.transport.toggleShuffle()
     }
     TransportButton {
         anchors.verticalCenter: parent.verticalCenter
@@ -30,7 +30,7 @@ Row {
         size: root.sideSize
         symbolSize: root.sideSymbolSize
         symbolColor: Theme.primaryText
-        onClicked: Library.playPrevious()
+        onClicked: Library.transport.playPrevious()
     }
     PlayButton {
         size: root.discSize
@@ -43,14 +43,14 @@ Row {
         size: root.sideSize
         symbolSize: root.sideSymbolSize
         symbolColor: Theme.primaryText
-        onClicked: Library.playNext(true)
+        onClicked: Library.transport.playNext(true)
     }
     TransportButton {
         anchors.verticalCenter: parent.verticalCenter
-        symbol: Library.repeatMode === Repeat.One ? "repeat.1" : "repeat"
-        tip: [Strings.repeatOff, Strings.repeatAll, Strings.repeatOne][Library.repeatMode]
+        symbol: Library.transport.repeatMode === Repeat.One ? "repeat.1" : "repeat"
+        tip: [Strings.repeatOff, Strings.repeatAll, Strings.repeatOne][Library.transport.repeatMode]
         symbolSize: root.modeSymbolSize
-        isActive: Library.repeatMode !== Repeat.Off
-        onClicked: Library.advanceRepeatMode()
+        isActive: Library.transport.repeatMode !== Repeat.Off
+        onClicked: Library.transport.advanceRepeatMode()
     }
 }

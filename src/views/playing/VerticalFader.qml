@@ -59,7 +59,7 @@ Column {
                 height: Math.abs(middle - here)
                 radius: 2
                 color: Theme.accent
-                opacity: Library.eqEnabled ? 1 : 0.4
+                opacity: Library.equalizer.eqEnabled ? 1 : 0.4
             }
         }
         handle: Rectangle {
@@ -69,7 +69,7 @@ Column {
             height: 14
             radius: 7
             color: Theme.disc
-            opacity: Library.eqEnabled ? 1 : 0.7
+            opacity: Library.equalizer.eqEnabled ? 1 : 0.7
             FocusRing { shown: slider.visualFocus; corner: 7 }
         }
     }

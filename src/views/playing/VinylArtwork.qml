@@ -15,7 +15,7 @@ Item {
 
     // Turns the record by so many seconds; a stall is not made up for.
     function advance(seconds: real): void {
-        if (Library.isPlaying)
+        if (Library.transport.isPlaying)
             root.angle = (root.angle + Math.min(seconds, 0.1) * 18) % 360
         ring.bands = Library.spectrum.bands
     }

@@ -8,8 +8,8 @@ Item {
 
     AlbumArtwork {
         anchors.fill: parent
-        album: Library.currentArtworkAlbum
-        shown: Library.hasCurrentArtworkAlbum
+        album: Library.player.currentArtworkAlbum
+        shown: Library.player.hasCurrentArtworkAlbum
         radius: width / 2
     }
     Rectangle {

@@ -14,10 +14,10 @@ Popover {
     width: 470
     padding: 20
     modal: true
-    visible: Library.showMaintenance
+    visible: Library.views.showMaintenance
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
     T.Overlay.modal: Rectangle { color: Theme.scrim }
-    onClosed: Library.showMaintenance = false
+    onClosed: Library.views.showMaintenance = false
 
     contentItem: FocusScope {
         implicitHeight: body.implicitHeight
@@ -90,18 +90,18 @@ Popover {
 
                     MaintenanceSection {
                         id: cloud
-                        model: Library.cloudPendingTracks
+                        model: Library.tidyingLists.cloudPendingTracks
                         symbol: "icloud.and.arrow.down"
                         tint: Theme.cloudBlue
                         title: Strings.cloudPendingSection
                         hint: Strings.cloudPendingHint
                         actionText: Strings.downloadAll
-                        isBusy: Library.cloudDownloadInFlight
-                        onActed: Library.downloadAllCloudTracks()
+                        isBusy: Library.downloads.cloudDownloadInFlight
+                        onActed: Library.tidying.downloadAllCloudTracks()
                     }
                     MaintenanceSection {
                         id: missing
-                        model: Library.missingTracks
+                        model: Library.tidyingLists.missingTracks
                         symbol: "exclamationmark.triangle.fill"
                         tint: Theme.warmAccent
                         title: Strings.missingSection
@@ -109,11 +109,11 @@ Popover {
                         actionText: Strings.removeAllMissing
                         canRemoveOne: true
                         onActed: confirmMissing.ask("")
-                        onRemovedOne: path => Library.removeTracks([path])
+                        onRemovedOne: path => Library.tidying.removeTracks([path])
                     }
                     MaintenanceSection {
                         id: duplicates
-                        model: Library.duplicateTracks
+                        model: Library.tidyingLists.duplicateTracks
                         symbol: "doc.on.doc"
                         tint: Theme.gold
                         title: Strings.duplicatesSection
@@ -134,15 +134,15 @@ Popover {
             message: Strings.sentences.confirmRemoveMissing(missing.count)
             acceptText: Strings.removeAllMissing
             isDestructive: true
-            onAccepted: Library.removeTracks(missing.paths())
+            onAccepted: Library.tidying.removeTracks(missing.paths())
         }
         Alert {
             id: confirmDuplicates
             title: Strings.duplicatesSection
-            message: Strings.sentences.confirmRemoveDuplicates(Library.duplicateGroupCount)
+            message: Strings.sentences.confirmRemoveDuplicates(Library.duplicates.duplicateGroupCount)
             acceptText: Strings.removeDuplicates
             isDestructive: true
-            onAccepted: Library.removeDuplicateTracks()
+            onAccepted: Library.tidying.removeDuplicateTracks()
         }
     }
 }

@@ -7,8 +7,8 @@ import Halvane
 Item {
     id: root
 
-    property color ambient: Library.ambientColor
-    readonly property real boost: Library.ambientBackgroundBoost
+    property color ambient: Library.ambient.ambientColor
+    readonly property real boost: Library.appearance.ambientBackgroundBoost
     readonly property real diagonal: Math.hypot(root.width, root.height)
 
     Behavior on ambient {

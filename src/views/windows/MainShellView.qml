@@ -12,8 +12,8 @@ FocusScope {
 
     focus: true
     Keys.onEscapePressed: event => {
-        if (Library.showFullPlayer)
-            Library.showFullPlayer = false
+        if (Library.views.showFullPlayer)
+            Library.views.showFullPlayer = false
         else
             event.accepted = false
     }
@@ -31,8 +31,8 @@ FocusScope {
         id: content
         anchors.fill: parent
         // Behind the full-screen player nothing is reached, drawn or read out.
-        visible: !Library.showFullPlayer || fullPlayer.opacity < 1
-        enabled: !Library.showFullPlayer
+        visible: !Library.views.showFullPlayer || fullPlayer.opacity < 1
+        enabled: !Library.views.showFullPlayer
 
         WindowTopRow {
             id: topRow
@@ -71,7 +71,7 @@ FocusScope {
             anchors.right: parent.right
             anchors.top: topRow.bottom
             anchors.bottom: barLine.top
-            width: Library.showNowPlayingPanel ? Theme.panelWidth : 0
+            width: Library.views.showNowPlayingPanel ? Theme.panelWidth : 0
             visible: width > 0
             clip: width < Theme.panelWidth
             Behavior on width {
@@ -109,8 +109,8 @@ FocusScope {
         anchors.fill: parent
         active: opacity > 0
         visible: active
-        focus: Library.showFullPlayer
-        opacity: Library.showFullPlayer ? 1 : 0
+        focus: Library.views.showFullPlayer
+        opacity: Library.views.showFullPlayer ? 1 : 0
         source: "../playing/FullScreenPlayerView.qml"
         onLoaded: (fullPlayer.item as Item).focus = true
         Behavior on opacity {
@@ -118,7 +118,7 @@ FocusScope {
         }
     }
     Deferred {
-        wanted: Library.showMaintenance
+        wanted: Library.views.showMaintenance
         LibraryMaintenanceView { parent: T.Overlay.overlay }
     }
 }

@@ -17,7 +17,7 @@ FocusScope {
         Rectangle {
             anchors.fill: parent
             radius: Theme.radiusLarge
-            color: Theme.withAlpha(Library.ambientColor, 0.06)
+            color: Theme.withAlpha(Library.ambient.ambientColor, 0.06)
             border.color: Theme.line
         }
     }
@@ -27,8 +27,8 @@ FocusScope {
         y: 15
         width: 44
         height: 44
-        album: Library.currentArtworkAlbum
-        shown: Library.hasCurrentArtworkAlbum
+        album: Library.player.currentArtworkAlbum
+        shown: Library.player.hasCurrentArtworkAlbum
         radius: Theme.radiusSmall
     }
     Column {
@@ -40,13 +40,13 @@ FocusScope {
         spacing: 2
         PlainText {
             width: parent.width
-            text: Library.hasCurrentTrack ? Library.currentTrack.title : Strings.notPlaying
+            text: Library.player.hasCurrentTrack ? Library.player.currentTrack.title : Strings.notPlaying
             font: Theme.name
         }
         PlainText {
             width: parent.width
             visible: text.length > 0
-            text: Library.hasCurrentTrack ? Library.currentTrack.artist : ""
+            text: Library.player.hasCurrentTrack ? Library.player.currentTrack.artist : ""
             font: Theme.label
             color: Theme.secondaryText
         }

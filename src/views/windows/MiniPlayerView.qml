@@ -25,8 +25,8 @@ FocusScope {
         y: 15
         width: 56
         height: 56
-        album: Library.currentArtworkAlbum
-        shown: Library.hasCurrentArtworkAlbum
+        album: Library.player.currentArtworkAlbum
+        shown: Library.player.hasCurrentArtworkAlbum
         radius: Theme.radiusSmall
     }
     Column {
@@ -36,12 +36,12 @@ FocusScope {
         spacing: 2
         PlainText {
             width: parent.width
-            text: Library.hasCurrentTrack ? Library.currentTrack.title : Strings.notPlaying
+            text: Library.player.hasCurrentTrack ? Library.player.currentTrack.title : Strings.notPlaying
             font: Theme.name
         }
         PlainText {
             width: parent.width
-            text: Library.hasCurrentTrack ? Library.currentTrack.artist : ""
+            text: Library.player.hasCurrentTrack ? Library.player.currentTrack.artist : ""
             font: Theme.label
             color: Theme.secondaryText
         }
@@ -57,7 +57,7 @@ FocusScope {
             symbol: "backward.fill"
             tip: Strings.previousTrack
             symbolColor: Theme.primaryText
-            onClicked: Library.playPrevious()
+            onClicked: Library.transport.playPrevious()
         }
         PlayButton {
             size: 36
@@ -68,7 +68,7 @@ FocusScope {
             symbol: "forward.fill"
             tip: Strings.nextTrack
             symbolColor: Theme.primaryText
-            onClicked: Library.playNext(true)
+            onClicked: Library.transport.playNext(true)
         }
     }
     SymbolButton {
@@ -90,7 +90,7 @@ FocusScope {
         x: 85
         y: 54
         width: parent.width - 85 - 15
-        fill: Library.spectrumTint
+        fill: Library.appearance.spectrumTint
     }
     FileDropArea {
         id: files

@@ -9,9 +9,9 @@ Window {
     width: view.implicitWidth
     height: view.implicitHeight
     onVisibleChanged: {
-        Library.isMiniPlayerOpen = root.visible
+        Library.views.isMiniPlayerOpen = root.visible
         // Closed by its own button: the library comes back, unless it is on its way already.
-        if (!root.visible && !Library.showFullPlayer && !Library.isQuitting && !App.isWindowOpen("main"))
+        if (!root.visible && !Library.views.showFullPlayer && !Library.views.isQuitting && !App.isWindowOpen("main"))
             App.openWindow("main")
     }
 

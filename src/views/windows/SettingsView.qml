@@ -28,8 +28,8 @@ FocusScope {
             SegmentedPicker {
                 name: Strings.language
                 choices: [Strings.sentences.languageName(0), Strings.sentences.languageName(1), Strings.sentences.languageName(2)]
-                chosen: Library.languageSetting
-                onChose: index => Library.languageSetting = index
+                chosen: Library.language.languageSetting
+                onChose: index => Library.language.languageSetting = index
             }
             SettingsHint { text: Strings.languageSettingHint }
         }
@@ -40,24 +40,24 @@ FocusScope {
                 Picker {
                     name: Strings.spectrumColor
                     choices: root.tints
-                    chosen: Library.spectrumTintMode
-                    onChose: index => Library.spectrumTintMode = index
+                    chosen: Library.appearance.spectrumTintMode
+                    onChose: index => Library.appearance.spectrumTintMode = index
                 }
             }
             SettingsLine {
-                visible: Library.spectrumTintMode === Tint.Custom
+                visible: Library.appearance.spectrumTintMode === Tint.Custom
                 label: Strings.tintCustom
                 ColorWell {
                     name: Strings.spectrumColor + ": " + Strings.tintCustom
-                    color: Library.customSpectrumColor
-                    onChose: color => Library.customSpectrumColor = color
+                    color: Library.appearance.customSpectrumColor
+                    onChose: color => Library.appearance.customSpectrumColor = color
                 }
             }
             SpectrumStrip {
                 width: parent.width
                 height: 40
-                isPlaying: Library.isPlaying
-                tint: Library.spectrumTint
+                isPlaying: Library.transport.isPlaying
+                tint: Library.appearance.spectrumTint
             }
         }
         SettingsGroup {
@@ -66,8 +66,8 @@ FocusScope {
                 label: Strings.soundCheck
                 ToggleSwitch {
                     name: Strings.soundCheck
-                    checked: Library.soundCheckEnabled
-                    onToggled: Library.soundCheckEnabled = checked
+                    checked: Library.soundCheck.soundCheckEnabled
+                    onToggled: Library.soundCheck.soundCheckEnabled = checked
                 }
             }
             SettingsHint { text: Strings.soundCheckHint }
@@ -79,17 +79,17 @@ FocusScope {
                 Picker {
                     name: Strings.accentColor
                     choices: root.tints
-                    chosen: Library.themeAccentMode
-                    onChose: index => Library.themeAccentMode = index
+                    chosen: Library.appearance.themeAccentMode
+                    onChose: index => Library.appearance.themeAccentMode = index
                 }
             }
             SettingsLine {
-                visible: Library.themeAccentMode === Tint.Custom
+                visible: Library.appearance.themeAccentMode === Tint.Custom
                 label: Strings.tintCustom
                 ColorWell {
                     name: Strings.accentColor + ": " + Strings.tintCustom
-                    color: Library.customThemeAccent
-                    onChose: color => Library.customThemeAccent = color
+                    color: Library.appearance.customThemeAccent
+                    onChose: color => Library.appearance.customThemeAccent = color
                 }
             }
             SettingsLine {
@@ -97,8 +97,8 @@ FocusScope {
                 SegmentedPicker {
                     name: Strings.cornerStyle
                     choices: [Strings.cornerSharp, Strings.cornerStandard, Strings.cornerRound]
-                    chosen: Library.themeCornerStyle
-                    onChose: index => Library.themeCornerStyle = index
+                    chosen: Library.appearance.themeCornerStyle
+                    onChose: index => Library.appearance.themeCornerStyle = index
                 }
             }
             SettingsLine {
@@ -106,8 +106,8 @@ FocusScope {
                 Picker {
                     name: Strings.backgroundStyle
                     choices: [Strings.bgDark, Strings.bgOLED, Strings.bgAmbient]
-                    chosen: Library.themeBackgroundStyle
-                    onChose: index => Library.themeBackgroundStyle = index
+                    chosen: Library.appearance.themeBackgroundStyle
+                    onChose: index => Library.appearance.themeBackgroundStyle = index
                 }
             }
         }

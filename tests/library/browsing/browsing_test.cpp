@@ -57,20 +57,20 @@ struct BrowsingTest : testing::Test {
 
     QString shown() {
         QString titles;
-        for (std::size_t row = 0; row < browsing.visibleTracks().size(); ++row)
-            titles += browsing.visibleTracks().item(row).title;
+        for (std::size_t row = 0; row < browsing.visibleTracks()->size(); ++row)
+            titles += browsing.visibleTracks()->item(row).title;
         return titles;
     }
     QStringList albums() {
         QStringList titles;
-        for (std::size_t row = 0; row < browsing.visibleAlbums().size(); ++row)
-            titles += browsing.visibleAlbums().item(row).title;
+        for (std::size_t row = 0; row < browsing.visibleAlbums()->size(); ++row)
+            titles += browsing.visibleAlbums()->item(row).title;
         return titles;
     }
     QStringList artists() {
         QStringList names;
-        for (std::size_t row = 0; row < browsing.visibleArtists().size(); ++row)
-            names += browsing.visibleArtists().item(row).name;
+        for (std::size_t row = 0; row < browsing.visibleArtists()->size(); ++row)
+            names += browsing.visibleArtists()->item(row).name;
         return names;
     }
     QueueItem entry(const QString& album, const QString& artist) const {
@@ -143,7 +143,7 @@ TEST_F(BrowsingTest, SourcesTakePrecedenceInTheirOrder) {
     EXPECT_EQ(shown(), u"be"_s);
     EXPECT_EQ(browsing.mode(), LibraryMode::songs);
 
-    const QUuid id = *playlists.createPlaylist(u"p"_s);
+    const QUuid id = playlists.createPlaylist(u"p"_s);
     playlists.addTrackPaths({u"/m/d"_s, u"/gone"_s, u"/m/a"_s, u"/m/c"_s}, id);
     browsing.setSelectedPlaylistID(id);
     EXPECT_EQ(shown(), u"dac"_s);
@@ -191,7 +191,7 @@ TEST_F(BrowsingTest, NavigationKeepsModeAndSidebarTogether) {
          SidebarItem::library, false},
     };
     for (const Case& c : cases) {
-        browsing.setSelectedPlaylistID(*playlists.createPlaylist(u"p"_s));
+        browsing.setSelectedPlaylistID(playlists.createPlaylist(u"p"_s));
         c.go(browsing);
         EXPECT_EQ(browsing.mode(), c.mode);
         EXPECT_EQ(browsing.selectedSidebar(), c.sidebar);
@@ -220,7 +220,7 @@ TEST_F(BrowsingTest, SelectionOutlivesARebuildThatKeepsTheAlbum) {
 }
 
 TEST_F(BrowsingTest, OneTracksChangeIsOneRowsChange) {
-    Told told(browsing.visibleTracks());
+    Told told(*browsing.visibleTracks());
     browsing.lovedChanged(u"/m/c"_s);
     browsing.ratingChanged(u"/m/d"_s);
     browsing.lovedChanged(u"/gone"_s);
@@ -232,15 +232,15 @@ TEST_F(BrowsingTest, OneTracksChangeIsOneRowsChange) {
     EXPECT_EQ(told.roles[0], QList<int>{TrackListModel::IsLovedRole});
     EXPECT_EQ(told.roles[3], QList<int>{TrackListModel::IsPlayingRole});
     EXPECT_EQ(told.resets, 0);
-    const QModelIndex row = browsing.visibleTracks().index(1);
+    const QModelIndex row = browsing.visibleTracks()->index(1);
     EXPECT_TRUE(row.data(TrackListModel::IsPlayingRole).toBool());
     EXPECT_EQ(row.data(TrackListModel::AvailabilityRole).value<TrackAvailability>(),
               TrackAvailability::missing);
 }
 
 TEST_F(BrowsingTest, ListsKeepTheirPlaceWhenTheLibraryChanges) {
-    Told tracks(browsing.visibleTracks());
-    Told albumsTold(browsing.visibleAlbums());
+    Told tracks(*browsing.visibleTracks());
+    Told albumsTold(*browsing.visibleAlbums());
     Track fresh = trackOf(u"/m/g"_s, u"g"_s, u"Moss"_s, u"Bark"_s);
     Track healed = *store.track(u"/m/b"_s);
     healed.duration = u"3:00"_s;
@@ -266,7 +266,7 @@ TEST_F(BrowsingTest, ListsKeepTheirPlaceWhenTheLibraryChanges) {
 }
 
 TEST_F(BrowsingTest, ListsShowTheOldCatalogWholeUntilTheNewOneIsThere) {
-    const QUuid id = *playlists.createPlaylist(u"p"_s);
+    const QUuid id = playlists.createPlaylist(u"p"_s);
     playlists.addTrackPaths({u"/m/f"_s, u"/m/c"_s}, id);
     store.remove({u"/m/a"_s, u"/m/c"_s}); // row numbers move, and no new catalog yet
     EXPECT_EQ(shown(), u"abcdef"_s);
@@ -281,13 +281,13 @@ TEST_F(BrowsingTest, CoversCanBeReadByTheirKeys) {
     track.coverImageData = Artwork::fromBytes("picture");
     store.append(rowsOf({track}));
     catalog.rebuildImportedAlbums();
-    const QModelIndex row = browsing.visibleTracks().index(6);
+    const QModelIndex row = browsing.visibleTracks()->index(6);
     const QString key = row.data(TrackListModel::CoverKeyRole).toString();
     EXPECT_EQ(covers.read(key), "picture");
-    const int albumRow = browsing.visibleAlbums().rowOfAlbum(u"local|zebra|z"_s);
-    EXPECT_EQ(browsing.visibleAlbums().index(albumRow).data(AlbumListModel::CoverKeyRole), key);
+    const int albumRow = browsing.visibleAlbums()->rowOfAlbum(u"local|zebra|z"_s);
+    EXPECT_EQ(browsing.visibleAlbums()->index(albumRow).data(AlbumListModel::CoverKeyRole), key);
     EXPECT_TRUE(
-        browsing.visibleTracks().index(0).data(TrackListModel::CoverKeyRole).toString().isEmpty());
+        browsing.visibleTracks()->index(0).data(TrackListModel::CoverKeyRole).toString().isEmpty());
     EXPECT_TRUE(covers.read(u"artwork:unknown"_s).isEmpty());
     EXPECT_TRUE(covers.read(u"file:/nowhere"_s).isEmpty());
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "library/desktop/now_playing.h"
+#include "library/playback/transport_fixture.h"
 #include "platform/session/notifications.h"
 #include "support/child_process.h"
 
@@ -13,6 +14,7 @@
 
 using namespace halvane;
 using namespace Qt::StringLiterals;
+using test::trackAt;
 using test::waitFor;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -53,54 +55,24 @@ struct RecordedNotifications final : Notifications {
     std::vector<Notification> posted;
 };
 
-struct PretendPlayer final : RemotePlayer {
-    const QueueItem* currentItem() const override { return item ? &*item : nullptr; }
-    bool hasLoadedFile() const override { return loaded; }
-    bool isPlaying() const override { return playing; }
-    double elapsedSeconds() const override { return elapsed; }
-    double fileSeconds() const override { return length; }
-    bool canGoNext() const override { return true; }
-    bool canGoPrevious() const override { return false; }
-    bool canPlay() const override { return true; }
-    PlaybackRepeatMode repeatMode() const override { return PlaybackRepeatMode::all; }
-    bool isShuffleEnabled() const override { return true; }
-    double volume() const override { return 0.5; }
-    void togglePlayback() override {
-        playing = !playing;
-        heard += u"toggle"_s;
-    }
-    void playNext(bool manual) override { heard += manual ? u"next by hand"_s : u"next"_s; }
-    void playPrevious() override { heard += u"previous"_s; }
-    void seek(double fraction) override { heard += u"seek %1"_s.arg(fraction); }
-    void stopPlayer(bool keep) override { heard += keep ? u"stop, keep"_s : u"stop"_s; }
-    void setRepeatMode(PlaybackRepeatMode mode) override { heard += u"repeat %1"_s.arg(int(mode)); }
-    void setShuffleEnabled(bool on) override { heard += u"shuffle %1"_s.arg(on); }
-    void setVolume(double v) override { heard += u"volume %1"_s.arg(v); }
-    void importFile(const QString& path) override { heard += u"import "_s + path; }
-
-    std::optional<QueueItem> item;
-    bool loaded = false;
-    bool playing = false;
-    double elapsed = 0;
-    double length = 0;
-    QStringList heard;
-};
-
 class NowPlayingTest : public testing::Test {
   protected:
     NowPlayingTest() { nowPlaying.setupRemoteCommands(); }
 
-    void play(const QString& title) {
-        QueueItem item;
-        item.title = title;
-        item.artist = u"Artist"_s;
-        item.durationSeconds = 200;
-        item.sourceURL = FileUrl(u"/music/%1.flac"_s.arg(title));
-        player.item = item;
-        player.loaded = player.playing = true;
-        player.length = 200;
-        player.elapsed = 3;
+    /// Plays a track of 200 seconds, three of which have been heard.
+    void play(const QString& title, const std::function<void(Track&)>& change = {}) {
+        Track track = trackAt(u"/music/%1.flac"_s.arg(title));
+        track.title = title;
+        track.artist = u"Artist"_s;
+        track.album.clear();
+        track.durationSeconds = 200;
+        if (change)
+            change(track);
+        player.queue.assign({makeRow(std::move(track))}, std::nullopt);
+        player.play(0);
+        player.engine.position = 3;
     }
+    QueueItem item() const { return player.queue.currentItem().value(); }
     Artwork picture(Qt::GlobalColor color) {
         QImage image(4, 4, QImage::Format_RGB32);
         image.fill(color);
@@ -113,42 +85,67 @@ class NowPlayingTest : public testing::Test {
     QTemporaryDir folder;
     RecordedControls controls;
     RecordedNotifications notifications;
-    PretendPlayer player;
+    test::TransportFixture player;
     bool isActive = false;
-    NowPlaying nowPlaying{controls, notifications, player, [this] { return isActive; },
+    NowPlaying nowPlaying{controls,
+                          notifications,
+                          player.transport,
+                          player.queue,
+                          player.engine,
+                          [this] { return isActive; },
                           folder.filePath(u"covers"_s)};
 };
 
 } // namespace
 
 TEST_F(NowPlayingTest, CommandsDoWhatTheyShould) {
-    play(u"A"_s);
+    player.queueOf("abc");
+    player.play(1);
     auto& handlers = controls.handlers;
-    const auto doing = [this](auto action) {
-        player.heard.clear();
+    const auto isPlaying = [this](auto action) {
         EXPECT_EQ(action(), CommandResult::success);
-        return player.heard;
+        return player.transport.isPlaying();
     };
-    player.playing = true;
-    EXPECT_THAT(doing(handlers.play), IsEmpty());
-    EXPECT_THAT(doing(handlers.pause), ElementsAre(u"toggle"_s));
-    EXPECT_THAT(doing(handlers.pause), IsEmpty()) << "a pause while paused succeeds too";
-    EXPECT_THAT(doing(handlers.play), ElementsAre(u"toggle"_s));
-    EXPECT_THAT(doing(handlers.togglePlayPause), ElementsAre(u"toggle"_s));
-    EXPECT_THAT(doing(handlers.nextTrack), ElementsAre(u"next by hand"_s));
-    EXPECT_THAT(doing(handlers.previousTrack), ElementsAre(u"previous"_s));
-    EXPECT_THAT(doing(handlers.stop), ElementsAre(u"stop, keep"_s));
-    const auto at = [&](double s) {
-        return doing([&] { return handlers.changePlaybackPosition(s); });
+    EXPECT_TRUE(isPlaying(handlers.play)) << "it plays already";
+    EXPECT_FALSE(isPlaying(handlers.pause));
+    EXPECT_FALSE(isPlaying(handlers.pause)) << "a pause while paused succeeds too";
+    EXPECT_TRUE(isPlaying(handlers.play));
+    EXPECT_FALSE(isPlaying(handlers.togglePlayPause));
+    EXPECT_TRUE(isPlaying(handlers.nextTrack));
+    EXPECT_EQ(player.current(), 'c');
+    EXPECT_TRUE(isPlaying(handlers.previousTrack));
+    EXPECT_EQ(player.current(), 'b');
+
+    const auto positionAfter = [&](double seconds) {
+        EXPECT_EQ(handlers.changePlaybackPosition(seconds), CommandResult::success);
+        return player.engine.position;
     };
-    EXPECT_THAT(at(50), ElementsAre(u"seek 0.25"_s));
-    EXPECT_THAT(at(300), ElementsAre(u"seek 1"_s));
-    EXPECT_THAT(at(-5), ElementsAre(u"seek 0"_s));
-    player.length = 0;
+    EXPECT_EQ(positionAfter(50), 50);
+    EXPECT_EQ(positionAfter(300), 200);
+    EXPECT_EQ(positionAfter(-5), 0);
+    player.engine.length = 0;
     EXPECT_EQ(handlers.changePlaybackPosition(1), CommandResult::commandFailed);
-    player.length = 200;
-    player.loaded = false;
+    player.engine.length = 200;
+    EXPECT_FALSE(isPlaying(handlers.stop));
+    EXPECT_EQ(player.current(), 'b') << "the entry stays current";
+
+    player.engine.unload();
     EXPECT_EQ(handlers.changePlaybackPosition(1), CommandResult::commandFailed);
+}
+
+TEST_F(NowPlayingTest, TheDesktopSetsModesAndOpensFiles) {
+    controls.handlers.setLoop(MediaLoop::track);
+    EXPECT_EQ(player.transport.repeatMode(), PlaybackRepeatMode::one);
+    controls.handlers.setShuffle(true);
+    controls.handlers.setShuffle(true);
+    EXPECT_TRUE(player.transport.isShuffleEnabled());
+    controls.handlers.setVolume(7);
+    EXPECT_EQ(player.transport.volume(), 1);
+    QStringList asked;
+    QObject::connect(&nowPlaying, &NowPlaying::fileAsked,
+                     [&](const QString& path) { asked += path; });
+    controls.handlers.openFile(u"/m/a"_s);
+    EXPECT_THAT(asked, ElementsAre(u"/m/a"_s));
 }
 
 TEST_F(NowPlayingTest, PublishesWhatPlaysAndClearsWhenNothingDoes) {
@@ -160,12 +157,14 @@ TEST_F(NowPlayingTest, PublishesWhatPlaysAndClearsWhenNothingDoes) {
     EXPECT_EQ(controls.info->elapsedSeconds, 3);
     EXPECT_EQ(controls.info->durationSeconds, 200);
     EXPECT_EQ(controls.state, MediaPlaybackState::playing);
-    EXPECT_EQ(controls.capabilities, (MediaCapabilities{true, false, true, true, true}));
-    EXPECT_EQ(controls.loop, MediaLoop::playlist);
+    EXPECT_EQ(controls.capabilities, (MediaCapabilities{false, false, true, true, true}));
+    EXPECT_EQ(controls.loop, MediaLoop::none);
     EXPECT_THAT(controls.seeks, IsEmpty());
 
-    player.playing = false;
-    player.item->durationSeconds.reset();
+    player.transport.togglePlayback();
+    Track unknown = player.queue.record(0);
+    unknown.durationSeconds.reset();
+    player.queue.replace({makeRow(std::move(unknown))});
     nowPlaying.updateNowPlayingInfo();
     EXPECT_EQ(controls.info->playbackRate, 0.0);
     EXPECT_FALSE(controls.info->durationSeconds);
@@ -174,15 +173,14 @@ TEST_F(NowPlayingTest, PublishesWhatPlaysAndClearsWhenNothingDoes) {
     nowPlaying.positionJumped();
     EXPECT_THAT(controls.seeks, ElementsAre(3));
 
-    player.loaded = false;
+    player.engine.unload();
     nowPlaying.updateNowPlayingInfo();
     EXPECT_FALSE(controls.info);
     EXPECT_EQ(controls.state, MediaPlaybackState::stopped);
 }
 
 TEST_F(NowPlayingTest, ThePictureIsAFileThatHoldsTheCover) {
-    play(u"A"_s);
-    player.item->coverImageData = picture(Qt::red);
+    play(u"A"_s, [&](Track& track) { track.coverImageData = picture(Qt::red); });
     nowPlaying.updateNowPlayingInfo();
     ASSERT_TRUE(waitFor([&] { return controls.info->artworkPath.has_value(); }));
     EXPECT_EQ(QImage(*controls.info->artworkPath).pixelColor(1, 1), QColor(Qt::red));
@@ -191,16 +189,17 @@ TEST_F(NowPlayingTest, ThePictureIsAFileThatHoldsTheCover) {
     EXPECT_EQ(controls.publications, 3) << "a known picture is published at once";
 
     // Bytes that are no picture give way to the picture in the folder.
-    play(u"B"_s);
     const auto cover = folder.filePath(u"cover.png"_s);
     QImage(2, 2, QImage::Format_RGB32).save(cover);
-    player.item->coverImageData = Artwork::fromBytes("not a picture");
-    player.item->coverURL = FileUrl(cover);
+    play(u"B"_s, [&](Track& track) {
+        track.coverImageData = Artwork::fromBytes("not a picture");
+        track.coverURL = FileUrl(cover);
+    });
     nowPlaying.updateNowPlayingInfo();
     ASSERT_TRUE(waitFor([&] { return controls.info->artworkPath == cover; }));
 
-    play(u"C"_s);
-    player.item->coverURL = FileUrl(folder.filePath(u"missing.png"_s));
+    play(u"C"_s,
+         [&](Track& track) { track.coverURL = FileUrl(folder.filePath(u"missing.png"_s)); });
     nowPlaying.updateNowPlayingInfo();
     ASSERT_TRUE(waitFor([&] { return controls.publications > 6; }));
     EXPECT_FALSE(controls.info->artworkPath);
@@ -209,11 +208,11 @@ TEST_F(NowPlayingTest, ThePictureIsAFileThatHoldsTheCover) {
 TEST_F(NowPlayingTest, NotifiesOnlyInTheBackground) {
     play(u"A"_s);
     isActive = true;
-    nowPlaying.notifyTrackChange(*player.item);
+    nowPlaying.notifyTrackChange(item());
     EXPECT_THAT(notifications.posted, IsEmpty());
 
     isActive = false;
-    nowPlaying.notifyTrackChange(*player.item);
+    nowPlaying.notifyTrackChange(item());
     ASSERT_EQ(notifications.posted.size(), 1U);
     EXPECT_EQ(notifications.posted[0].identifier, u"nowPlaying"_s);
     EXPECT_EQ(notifications.posted[0].title, u"A"_s);
@@ -222,10 +221,11 @@ TEST_F(NowPlayingTest, NotifiesOnlyInTheBackground) {
 
 TEST_F(NowPlayingTest, OnlyTheNewestTrackIsNotifiedOnceItsCoverIsThere) {
     for (const auto& title : {u"A"_s, u"B"_s}) {
-        play(title);
-        player.item->coverImageData = picture(title == u"A"_s ? Qt::red : Qt::blue);
+        play(title, [&](Track& track) {
+            track.coverImageData = picture(title == u"A"_s ? Qt::red : Qt::blue);
+        });
         nowPlaying.updateNowPlayingInfo();
-        nowPlaying.notifyTrackChange(*player.item);
+        nowPlaying.notifyTrackChange(item());
     }
     ASSERT_TRUE(waitFor([&] { return !notifications.posted.empty(); }));
     ASSERT_EQ(notifications.posted.size(), 1U);

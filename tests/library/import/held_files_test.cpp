@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The whole controller on the desktop's own look at cloud files, with files whose opening blocks.
 #include "library/library_concerns.h"
+#include "library/library_view_model.h"
 #include "platform/cloud/desktop_cloud_files.h"
 #include "support/audio_material.h"
 #include "support/fake_environment.h"
@@ -35,25 +36,26 @@ class HeldFilesTest : public testing::Test {
 
     /// The program begins, brings back what it remembers, and looks at the files.
     void start() {
-        library = std::make_unique<LibraryConcerns>(outside.with(cloud));
-        bool isRestored = false;
-        QObject::connect(&library->restoration, &Restoration::finished, library.get(),
-                         [&] { isRestored = true; });
-        QObject::connect(&library->healing, &MetadataHealing::finished, library.get(),
+        library = std::make_unique<LibraryViewModel>(outside.with(cloud));
+        QObject::connect(library->healing(), &MetadataHealing::finished, library.get(),
                          [this] { ++healings; });
         const int before = healings;
         library->start();
-        until([&] { return isRestored && (library->store.size() == 0 || healings > before); });
+        until([&] {
+            return !library->restoration()->isRunning() &&
+                   (library->store()->size() == 0 || healings > before);
+        });
     }
     /// Until the look at the files that follows has come to its end as well.
     void importAll() {
         const int before = healings;
-        library->importer.importDroppedURLs({QUrl::fromLocalFile(music.path())});
-        until([&] { return !library->importer.isImporting() && healings > before; });
+        library->start();
+        library->importing()->importDroppedURLs({QUrl::fromLocalFile(music.path())});
+        until([&] { return !library->importing()->isImporting() && healings > before; });
         bool isSaved = false;
-        QObject::connect(&library->persistence, &CachePersistence::saved, library.get(),
+        QObject::connect(library->persistence(), &CachePersistence::saved, library.get(),
                          [&] { isSaved = true; });
-        library->persistence.persistMetadataCache();
+        library->persistence()->persistMetadataCache();
         until([&] { return isSaved; });
     }
     static void until(const std::function<bool()>& reached) {
@@ -86,19 +88,22 @@ class HeldFilesTest : public testing::Test {
         return write(placeholder, " ");
     }
     bool isRead(const QString& path) const {
-        const TrackPtr track = library->store.track(path);
+        const TrackPtr track = library->store()->track(path);
         return track && track->durationSeconds;
     }
-    TrackAvailability state(const QString& path) const { return library->availability.state(path); }
+    TrackAvailability state(const QString& path) const {
+        return library->availability()->state(path);
+    }
     void play(const QString& path) {
-        library->transport.playItem(library->queue.idAt(*library->queue.rowOfPath(path)), true);
+        library->transport()->playItem(library->queue()->idAt(*library->queue()->rowOfPath(path)),
+                                       true);
     }
 
     FakeEnvironment outside;
     std::shared_ptr<DesktopCloudFiles> cloud =
         std::make_shared<DesktopCloudFiles>(outside.folder.path());
     QTemporaryDir music;
-    std::unique_ptr<LibraryConcerns> library;
+    std::unique_ptr<LibraryViewModel> library;
     int healings = 0;
 };
 
@@ -143,10 +148,10 @@ TEST_F(HeldFilesTest, PlaceholdersAreNeverOpened) {
 
     hold(strange);
     importAll();
-    EXPECT_EQ(library->store.size(), 7U);
+    EXPECT_EQ(library->store()->size(), 7U);
     EXPECT_EQ(state(strange), TrackAvailability::inCloud);
     EXPECT_FALSE(isRead(strange));
-    EXPECT_EQ(library->store.track(strange)->title, u"strange"_s);
+    EXPECT_EQ(library->store()->track(strange)->title, u"strange"_s);
     for (const Known& file : known)
         EXPECT_TRUE(isRead(file.path)) << qPrintable(file.path);
     library.reset();
@@ -154,24 +159,24 @@ TEST_F(HeldFilesTest, PlaceholdersAreNeverOpened) {
     for (const Known& file : known)
         hold(file.evict(file.path));
     start();
-    EXPECT_EQ(library->store.size(), 7U);
-    EXPECT_EQ(library->availability.cloudPendingPaths().size(), 5);
-    EXPECT_TRUE(library->availability.unavailablePaths().isEmpty());
+    EXPECT_EQ(library->store()->size(), 7U);
+    EXPECT_EQ(library->availability()->cloudPendingPaths().size(), 5);
+    EXPECT_TRUE(library->availability()->unavailablePaths().isEmpty());
     EXPECT_EQ(state(here), TrackAvailability::available);
     for (const Known& file : known) {
         EXPECT_EQ(state(file.path), TrackAvailability::inCloud) << qPrintable(file.path);
         EXPECT_TRUE(isRead(file.path)) << "what is known of it stays: " << qPrintable(file.path);
         play(file.path);
-        EXPECT_FALSE(library->transport.isPlaying());
-        EXPECT_TRUE(library->status.text().startsWith(u"Downloading"_s));
+        EXPECT_FALSE(library->transport()->isPlaying());
+        EXPECT_TRUE(library->status()->text().startsWith(u"Downloading"_s));
     }
-    library->soundCheck.setSoundCheckEnabled(true);
-    until([&] { return library->soundCheck.trackLoudness().size() == 2; });
+    library->soundCheck()->setSoundCheckEnabled(true);
+    until([&] { return library->soundCheck()->trackLoudness().size() == 2; });
 
     // It goes to the cloud after the last look, and would follow without a gap.
     hold(mark(next));
     play(here);
-    EXPECT_TRUE(library->transport.isPlaying());
+    EXPECT_TRUE(library->transport()->isPlaying());
     EXPECT_EQ(state(next), TrackAvailability::inCloud);
     library.reset();
     const auto expectNoneTried = [&held] {
@@ -198,16 +203,16 @@ TEST_F(HeldFilesTest, AFileThatDoesNotOpenHoldsUpNoOther) {
     auto held = std::make_unique<HeldFile>(stuck);
     const auto readFiles = [&] {
         return std::count_if(
-            library->store.rows().begin(), library->store.rows().end(),
+            library->store()->rows().begin(), library->store()->rows().end(),
             [](const TrackPtr& track) { return track->durationSeconds.has_value(); });
     };
 
     importAll();
     EXPECT_TRUE(held->wasTried());
-    EXPECT_EQ(library->store.size(), files);
+    EXPECT_EQ(library->store()->size(), files);
     EXPECT_EQ(readFiles(), files - 1);
-    EXPECT_EQ(library->status.text(), u"Added 40 to playlist"_s);
-    EXPECT_TRUE(library->transport.isPlaying());
+    EXPECT_EQ(library->status()->text(), u"Added 40 to playlist"_s);
+    EXPECT_TRUE(library->transport()->isPlaying());
     library.reset();
     start();
     EXPECT_EQ(readFiles(), files - 1);

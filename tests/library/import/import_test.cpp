@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Importing, restoring and healing, on real files and the whole controller.
 #include "library/library_concerns.h"
+#include "library/library_view_model.h"
 #include "library/tracks.h"
 #include "library/user/settings_keys.h"
 #include "platform/log.h"
@@ -28,12 +29,9 @@ class ImportTest : public testing::Test {
 
     /// The program begins, and everything that it remembers is there.
     void start() {
-        library = std::make_unique<LibraryConcerns>(outside);
-        bool isRestored = false;
-        QObject::connect(&library->restoration, &Restoration::finished, library.get(),
-                         [&] { isRestored = true; });
+        library = std::make_unique<LibraryViewModel>(outside);
         library->start();
-        until([&] { return isRestored; });
+        until([&] { return !library->restoration()->isRunning(); });
     }
     static void until(const std::function<bool()>& reached) {
         while (!reached())
@@ -43,14 +41,14 @@ class ImportTest : public testing::Test {
         QList<QUrl> urls;
         for (const QString& path : paths)
             urls.append(QUrl::fromLocalFile(path));
-        library->importer.importDroppedURLs(urls);
-        until([&] { return !library->importer.isImporting(); });
+        library->importing()->importDroppedURLs(urls);
+        until([&] { return !library->importing()->isImporting(); });
     }
     void saved() {
         bool isSaved = false;
-        QObject::connect(&library->persistence, &CachePersistence::saved, library.get(),
+        QObject::connect(library->persistence(), &CachePersistence::saved, library.get(),
                          [&] { isSaved = true; });
-        library->persistence.persistMetadataCache();
+        library->persistence()->persistMetadataCache();
         until([&] { return isSaved; });
     }
     QString wave(const QString& name) {
@@ -61,18 +59,18 @@ class ImportTest : public testing::Test {
     }
     QStringList queued() const {
         QStringList names;
-        for (std::size_t row = 0; row < library->queue.size(); ++row)
-            names.append(library->queue.record(row).title);
+        for (std::size_t row = 0; row < library->queue()->size(); ++row)
+            names.append(library->queue()->record(row).title);
         return names;
     }
-    QString current() const { return library->queue.currentItem().value_or(QueueItem()).title; }
+    QString current() const { return library->queue()->currentItem().value_or(QueueItem()).title; }
     QStringList storedPaths() {
         return *outside.preferences.strings(SettingsKey::importedAudioPaths);
     }
 
     FakeEnvironment outside;
     QTemporaryDir music;
-    std::unique_ptr<LibraryConcerns> library;
+    std::unique_ptr<LibraryViewModel> library;
 };
 
 // A file is opened with the program, which has only just begun to bring the library back.
@@ -83,21 +81,21 @@ TEST_F(ImportTest, WhatIsOpenedDuringTheStartTakesNothingFromTheLibrary) {
     QFile::remove(known[1]); // known by its record alone
     const QString opened = wave(u"c.wav"_s);
 
-    library = std::make_unique<LibraryConcerns>(outside);
+    library = std::make_unique<LibraryViewModel>(outside);
     // As the restoration begins, but for its worker, which comes last.
-    library->persistence.hold();
-    library->importedPaths.restore();
+    library->persistence()->hold();
+    library->importedPaths()->restore();
     import({opened});
     EXPECT_EQ(storedPaths(), (QStringList{known[0], known[1], opened}));
-    EXPECT_EQ(library->cache.loadIndex().size(), 2);
+    EXPECT_EQ(library->cache()->loadIndex().size(), 2);
 
     bool isSaved = false;
-    QObject::connect(&library->persistence, &CachePersistence::saved, library.get(),
+    QObject::connect(library->persistence(), &CachePersistence::saved, library.get(),
                      [&] { isSaved = true; });
-    library->restoration.restoreImportedAudio();
+    library->restoration()->restoreImportedAudio();
     until([&] { return isSaved; });
     EXPECT_EQ(queued(), (QStringList{u"c"_s, u"a"_s, u"b"_s}));
-    EXPECT_EQ(library->cache.loadIndex().size(), 3);
+    EXPECT_EQ(library->cache()->loadIndex().size(), 3);
 }
 
 TEST_F(ImportTest, AddsWhatIsNewAndPlaysTheFirstOfIt) {
@@ -105,39 +103,39 @@ TEST_F(ImportTest, AddsWhatIsNewAndPlaysTheFirstOfIt) {
     for (int i = 0; i < 10; ++i)
         paths.append(wave(u"album/%1.wav"_s.arg(i)));
     import(paths.mid(0, 3));
-    EXPECT_EQ(library->status.text(), u"Added 3 to playlist"_s);
+    EXPECT_EQ(library->status()->text(), u"Added 3 to playlist"_s);
     EXPECT_EQ(current(), u"0"_s);
 
     import({music.path()});
-    EXPECT_EQ(library->status.text(), u"Added 7, skipped 3"_s);
-    EXPECT_FALSE(library->status.isError());
+    EXPECT_EQ(library->status()->text(), u"Added 7, skipped 3"_s);
+    EXPECT_FALSE(library->status()->isError());
     EXPECT_EQ(current(), u"3"_s);
-    EXPECT_EQ(library->store.size(), 10U);
+    EXPECT_EQ(library->store()->size(), 10U);
     EXPECT_EQ(storedPaths(), paths);
-    EXPECT_EQ(library->store.track(paths[0])->size(), u"16 KB"_s);
+    EXPECT_EQ(library->store()->track(paths[0])->size(), u"16 KB"_s);
 
     import(paths.mid(4, 3));
-    EXPECT_EQ(library->status.text(), u"Already in playlist"_s);
+    EXPECT_EQ(library->status()->text(), u"Already in playlist"_s);
     EXPECT_EQ(current(), u"4"_s);
 
     QFile text(music.filePath(u"notes.txt"_s));
     ASSERT_TRUE(text.open(QIODevice::WriteOnly));
     import({text.fileName()});
-    EXPECT_EQ(library->status.text(), u"No supported audio files found"_s);
-    EXPECT_TRUE(library->status.isError());
+    EXPECT_EQ(library->status()->text(), u"No supported audio files found"_s);
+    EXPECT_TRUE(library->status()->isError());
     EXPECT_EQ(queued().size(), 10);
-    EXPECT_LT(library->importer.progress(), 0);
+    EXPECT_LT(library->importing()->importProgress(), 0);
 }
 
 TEST_F(ImportTest, TakesDropsOneAfterTheOther) {
     const QString first = wave(u"a/1.wav"_s);
     wave(u"a/2.wav"_s);
     const QUrl folder = QUrl::fromLocalFile(music.path());
-    library->importer.importDroppedURLs({QUrl::fromLocalFile(first)});
-    library->importer.importDroppedURLs({folder, folder});
-    until([&] { return !library->importer.isImporting(); });
+    library->importing()->importDroppedURLs({QUrl::fromLocalFile(first)});
+    library->importing()->importDroppedURLs({folder, folder});
+    until([&] { return !library->importing()->isImporting(); });
     EXPECT_EQ(queued(), (QStringList{u"1"_s, u"2"_s}));
-    EXPECT_EQ(library->status.text(), u"Added 1, skipped 3"_s);
+    EXPECT_EQ(library->status()->text(), u"Added 1, skipped 3"_s);
 }
 
 TEST_F(ImportTest, WaitsForAllItemsOfADrop) {
@@ -149,15 +147,15 @@ TEST_F(ImportTest, WaitsForAllItemsOfADrop) {
         items.push_back([&threads, answer](std::function<void(const QVariant&)> tell) {
             threads.emplace_back([tell, answer] { tell(answer); });
         });
-    EXPECT_TRUE(library->importer.importDroppedProviders(items));
+    EXPECT_TRUE(library->importing()->importDroppedProviders(items));
     for (std::thread& thread : threads)
         thread.join();
-    until([&] { return library->queue.size() == 2 && !library->importer.isImporting(); });
-    EXPECT_FALSE(library->importer.importDroppedProviders({}));
+    until([&] { return library->queue()->size() == 2 && !library->importing()->isImporting(); });
+    EXPECT_FALSE(library->importing()->importDroppedProviders({}));
 }
 
 TEST_F(ImportTest, AsksInTheDesktopsPanel) {
-    library->importer.chooseAndImportMusic(false, true);
+    library->importing()->chooseAndImportMusic(false, true);
     ASSERT_TRUE(outside.fileChooser.request);
     EXPECT_EQ(outside.fileChooser.request->title, u"Import Music Folder"_s);
     EXPECT_EQ(outside.fileChooser.request->prompt, u"Import Music Folder"_s);
@@ -166,7 +164,7 @@ TEST_F(ImportTest, AsksInTheDesktopsPanel) {
     EXPECT_TRUE(outside.fileChooser.request->directories);
     wave(u"1.wav"_s);
     outside.fileChooser.chosen({music.path()});
-    until([&] { return !library->importer.isImporting(); });
+    until([&] { return !library->importing()->isImporting(); });
     EXPECT_EQ(queued(), QStringList{u"1"_s});
 }
 
@@ -182,19 +180,19 @@ TEST_F(ImportTest, IsThereAgainAtTheNextStartWithNothingPlaying) {
 
     start();
     EXPECT_EQ(queued(), (QStringList{u"kept"_s, u"unplugged"_s}));
-    EXPECT_EQ(library->store.size(), 2U);
-    EXPECT_TRUE(library->store.track(kept)->durationSeconds);
-    EXPECT_FALSE(library->queue.currentRow());
-    EXPECT_FALSE(library->transport.isPlaying());
-    EXPECT_EQ(library->status.text(), QString());
+    EXPECT_EQ(library->store()->size(), 2U);
+    EXPECT_TRUE(library->store()->track(kept)->durationSeconds);
+    EXPECT_FALSE(library->queue()->currentRow());
+    EXPECT_FALSE(library->transport()->isPlaying());
+    EXPECT_EQ(library->status()->text(), QString());
     EXPECT_EQ(outside.preferences.changes(SettingsKey::importedAudioPaths), writes + 1);
-    until([&] { return !library->availability.unavailablePaths().isEmpty(); });
-    EXPECT_EQ(library->availability.unavailablePaths(), QSet{unplugged});
+    until([&] { return !library->availability()->unavailablePaths().isEmpty(); });
+    EXPECT_EQ(library->availability()->unavailablePaths(), QSet{unplugged});
 
     // The drive is back.
     wave(u"unplugged.wav"_s);
-    library->availability.refreshAvailability();
-    until([&] { return library->availability.unavailablePaths().isEmpty(); });
+    library->availability()->refreshAvailability();
+    until([&] { return library->availability()->unavailablePaths().isEmpty(); });
 }
 
 TEST_F(ImportTest, ShowsWhatIsKnownBeforeItLooksAtTheFiles) {
@@ -202,7 +200,7 @@ TEST_F(ImportTest, ShowsWhatIsKnownBeforeItLooksAtTheFiles) {
     const QString changed = wave(u"changed.wav"_s);
     import({music.path()});
     saved();
-    QFile index(library->cache.cacheDirectory() + u"/library-cache.json"_s);
+    QFile index(library->cache()->cacheDirectory() + u"/library-cache.json"_s);
     library.reset();
     // As written before sizes were kept.
     ASSERT_TRUE(index.open(QIODevice::ReadWrite));
@@ -215,32 +213,32 @@ TEST_F(ImportTest, ShowsWhatIsKnownBeforeItLooksAtTheFiles) {
     const QString late = wave(u"late.wav"_s); // its path was stored, its record no more
     outside.preferences.insertString(SettingsKey::importedAudioPaths, late);
 
-    library = std::make_unique<LibraryConcerns>(outside);
+    library = std::make_unique<LibraryViewModel>(outside);
     std::optional<Track> shown;
     QObject::connect(
-        &library->store, &LibraryStore::tracksChanged, library.get(),
+        library->store(), &LibraryStore::tracksChanged, library.get(),
         [&] {
-            shown = *library->store.track(changed);
-            EXPECT_EQ(library->store.track(same)->size(), QString());
-            EXPECT_FALSE(library->store.track(late));
+            shown = *library->store()->track(changed);
+            EXPECT_EQ(library->store()->track(same)->size(), QString());
+            EXPECT_FALSE(library->store()->track(late));
         },
         Qt::SingleShotConnection);
     bool isSaved = false;
-    QObject::connect(&library->persistence, &CachePersistence::saved, library.get(),
+    QObject::connect(library->persistence(), &CachePersistence::saved, library.get(),
                      [&] { isSaved = true; });
-    library->restoration.restoreImportedAudio();
+    library->restoration()->restoreImportedAudio();
     until([&] { return isSaved; });
     ASSERT_TRUE(shown);
     EXPECT_EQ(shown->duration, u"0:01"_s);
-    const TrackPtr now = library->store.track(changed);
+    const TrackPtr now = library->store()->track(changed);
     EXPECT_EQ(now->duration, u"0:03"_s);
     EXPECT_EQ(now->id, shown->id);
     EXPECT_EQ(queued(), (QStringList{u"changed"_s, u"same"_s, u"late"_s}));
-    EXPECT_EQ(&library->queue.record(0), now.get());
-    EXPECT_EQ(library->store.track(same)->size(), u"16 KB"_s);
-    EXPECT_EQ(library->cache.loadIndex().size(), 3);
-    EXPECT_TRUE(library->catalog.isCurrent());
-    EXPECT_EQ(library->catalog.catalog()->totalBytes,
+    EXPECT_EQ(&library->queue()->record(0), now.get());
+    EXPECT_EQ(library->store()->track(same)->size(), u"16 KB"_s);
+    EXPECT_EQ(library->cache()->loadIndex().size(), 3);
+    EXPECT_TRUE(library->catalog()->isCurrent());
+    EXPECT_EQ(library->catalog()->catalog()->totalBytes,
               QFileInfo(same).size() + QFileInfo(changed).size() + QFileInfo(late).size());
 }
 
@@ -255,10 +253,10 @@ TEST_F(ImportTest, ALostIndexCostsNothingButTime) {
     }
     import({music.path()});
     saved();
-    ASSERT_TRUE(QFile::remove(library->cache.cacheDirectory() + u"/library-cache.json"_s));
+    ASSERT_TRUE(QFile::remove(library->cache()->cacheDirectory() + u"/library-cache.json"_s));
     start();
     EXPECT_EQ(queued(), titles);
-    EXPECT_EQ(library->store.size(), std::size_t{files});
+    EXPECT_EQ(library->store()->size(), std::size_t{files});
 }
 
 TEST_F(ImportTest, QuittingInTheMiddleLosesNothingThatCame) {
@@ -269,17 +267,17 @@ TEST_F(ImportTest, QuittingInTheMiddleLosesNothingThatCame) {
         if (path.endsWith(u"49.wav"_s))
             last->acquire();
     });
-    library->importer.importDroppedURLs({QUrl::fromLocalFile(music.path())});
-    until([&] { return library->store.size() > 0; });
-    EXPECT_LT(library->importer.progress(), 0) << "shown from the first second on";
+    library->importing()->importDroppedURLs({QUrl::fromLocalFile(music.path())});
+    until([&] { return library->store()->size() > 0; });
+    EXPECT_LT(library->importing()->importProgress(), 0) << "shown from the first second on";
     outside.clock.advance(std::chrono::milliseconds(1100));
-    until([&] { return library->importer.progress() > 0; });
-    EXPECT_LT(library->importer.progress(), 1);
-    const std::size_t came = library->store.size();
+    until([&] { return library->importing()->importProgress() > 0; });
+    EXPECT_LT(library->importing()->importProgress(), 1);
+    const std::size_t came = library->store()->size();
     library.reset(); // does not wait for the last
     outside.cloudFiles->setBeforeOpening(nullptr);
     start();
-    EXPECT_EQ(library->store.size(), came);
+    EXPECT_EQ(library->store()->size(), came);
     last->release();
 }
 
@@ -292,37 +290,37 @@ TEST_F(ImportTest, ReadsAgainOnceWhatCouldNotBeRead) {
     import({path});
     const auto refreshed = [&] {
         bool isHealed = false;
-        const auto connection = QObject::connect(&library->healing, &MetadataHealing::finished,
+        const auto connection = QObject::connect(library->healing(), &MetadataHealing::finished,
                                                  [&] { isHealed = true; });
-        library->availability.refreshAvailability();
+        library->availability()->refreshAvailability();
         until([&] { return isHealed; });
         QObject::disconnect(connection);
     };
-    until([&] { return library->healing.metadataHealAttempts().contains(path); });
+    until([&] { return library->healing()->metadataHealAttempts().contains(path); });
     // Once tried, it is left alone until the next start.
     wave(u"half.wav"_s);
     refreshed();
-    EXPECT_FALSE(library->store.track(path)->durationSeconds);
+    EXPECT_FALSE(library->store()->track(path)->durationSeconds);
     library.reset();
     start();
-    until([&] { return library->store.track(path)->durationSeconds.has_value(); });
+    until([&] { return library->store()->track(path)->durationSeconds.has_value(); });
 }
 
 TEST_F(ImportTest, HealingKeepsWhatIsTheTracksOwn) {
     const QString path = wave(u"a.wav"_s);
     Track track = trackAt(path);
     track.rating = 4;
-    library->store.append(rowsOf({track}));
-    library->queue.append(library->store.rows());
-    const QUuid entry = library->queue.idAt(0);
-    library->healing.healIncompleteMetadata();
-    until([&] { return library->store.track(path)->durationSeconds.has_value(); });
-    const TrackPtr healed = library->store.track(path);
+    library->store()->append(rowsOf({track}));
+    library->queue()->append(library->store()->rows());
+    const QUuid entry = library->queue()->idAt(0);
+    library->healing()->healIncompleteMetadata();
+    until([&] { return library->store()->track(path)->durationSeconds.has_value(); });
+    const TrackPtr healed = library->store()->track(path);
     EXPECT_EQ(healed->id, track.id);
     EXPECT_EQ(healed->rating, 4);
     EXPECT_EQ(healed->title, u"a"_s);
-    EXPECT_EQ(library->queue.idAt(0), entry);
-    EXPECT_EQ(&library->queue.record(0), healed.get());
+    EXPECT_EQ(library->queue()->idAt(0), entry);
+    EXPECT_EQ(&library->queue()->record(0), healed.get());
 }
 
 /// Collects what is logged while it lives.
@@ -350,29 +348,29 @@ TEST_F(ImportTest, BookmarksAreKeptWhileTheirPathsExist) {
     bool isStored = false;
     const auto watch = [&] {
         isStored = false;
-        QObject::connect(&library->bookmarks, &Bookmarks::stored, library.get(),
+        QObject::connect(library->bookmarks(), &Bookmarks::stored, library.get(),
                          [&] { isStored = true; });
     };
     watch();
-    library->bookmarks.persistBookmarks({folder + u"/"_s, music.path(), folder});
+    library->bookmarks()->persistBookmarks({folder + u"/"_s, music.path(), folder});
     until([&] { return isStored; });
     EXPECT_EQ(stored(), (std::vector<QByteArray>{folder.toUtf8(), music.path().toUtf8()}));
-    EXPECT_TRUE(library->bookmarks.accessedPaths().contains(folder));
+    EXPECT_TRUE(library->bookmarks()->accessedPaths().contains(folder));
 
     QDir(folder).removeRecursively();
     const Log log;
     watch();
-    library->bookmarks.restoreBookmarkAccess();
+    library->bookmarks()->restoreBookmarkAccess();
     until([&] { return isStored; });
     EXPECT_EQ(stored(), std::vector<QByteArray>{music.path().toUtf8()});
     EXPECT_TRUE(
         Log::lines().contains(u"bookmark restore: stored=2 resolved=1 accessed=1 stale=0"_s));
     watch();
-    library->bookmarks.persistBookmarks({u"/dev/null/none"_s});
+    library->bookmarks()->persistBookmarks({u"/dev/null/none"_s});
     until([&] { return isStored; });
     EXPECT_TRUE(Log::lines().contains(u"bookmark creation failed (accessed=false)"_s));
     outside.preferences.remove(SettingsKey::securityBookmarks);
-    library->bookmarks.restoreBookmarkAccess();
+    library->bookmarks()->restoreBookmarkAccess();
     EXPECT_TRUE(Log::lines().contains(u"bookmark restore: none stored"_s));
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "library/playback/transport_engine.h"
+#include "audio/graph/transport_engine.h"
 
 #include <QHash>
 #include <QSet>

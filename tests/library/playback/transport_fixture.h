@@ -24,7 +24,16 @@ inline RowState plainRowState() {
 /// A transport on fakes, whose queue's files are "/m/a", "/m/b" and so on.
 struct TransportFixture {
     explicit TransportFixture(unsigned seed = 1)
-        : generator(seed) {}
+        : generator(seed) {
+        QObject::connect(&transport, &Transport::playStarted,
+                         [this](const QString& path) { ++playCounts[path]; });
+        QObject::connect(&transport, &Transport::becameCurrent,
+                         [this](const QueueItem& item) { shown.append(item.title); });
+        QObject::connect(&transport, &Transport::nowPlayingChanged,
+                         [this] { ++nowPlayingUpdates; });
+        QObject::connect(&transport, &Transport::trackChanged,
+                         [this](const QueueItem& item) { notified.append(item.title); });
+    }
 
     ManualClock clock;
     FakeEngine engine;
@@ -51,10 +60,6 @@ struct TransportFixture {
             .random = [this](std::size_t count) { return generator() % count; },
             .language = [] { return ResolvedLanguage::english; },
             .soundCheckGain = [this](const QString& path) { return gains.value(path); },
-            .countPlay = [this](const QString& path) { ++playCounts[path]; },
-            .showEntry = [this](const QueueItem& item) { shown.append(item.title); },
-            .updateNowPlaying = [this] { ++nowPlayingUpdates; },
-            .notifyTrackChange = [this](const QueueItem& item) { notified.append(item.title); },
         };
     }
 

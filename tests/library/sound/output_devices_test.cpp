@@ -87,7 +87,7 @@ TEST_F(OutputDevicesTest, followsTheDefaultByItselfUntilADeviceWasChosen) {
     EXPECT_EQ(output.outputDeviceName(), u"DAC") << "the choice stands";
     EXPECT_EQ(routes, Routes{dac.id});
 
-    output.selectOutputDevice({});
+    output.selectOutputDevice(std::nullopt);
     EXPECT_FALSE(preferences.contains(key));
     EXPECT_EQ(output.outputDeviceName(), u"Speakers");
     EXPECT_TRUE(output.enginePinnedToDevice());
@@ -158,7 +158,7 @@ TEST_F(OutputDevicesTest, startsWithNothingThere) {
     preferences.setBoolean(key, true); // not a name
     output.restore();
     EXPECT_EQ(output.outputDeviceName(), builtIn);
-    EXPECT_FALSE(output.selectedOutputDeviceName());
+    EXPECT_TRUE(output.selectedOutputDeviceName().isEmpty());
     EXPECT_TRUE(output.availableOutputDevices().empty());
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "library/library_concerns.h"
+#include "library/library_view_model.h"
 #include "library/tracks.h"
 #include "library/user/settings_keys.h"
 #include "support/fake_environment.h"
@@ -29,14 +30,14 @@ class MaintenanceTest : public testing::Test {
             tracks.back().durationSeconds = 1;
         }
         const TrackRows rows = rowsOf(tracks);
-        library.store.append(rows);
-        library.queue.append(rows);
+        library.store()->append(rows);
+        library.queue()->append(rows);
     }
     void refreshed() {
         bool isRefreshed = false;
-        const auto connection = QObject::connect(&library.availability, &Availability::refreshed,
+        const auto connection = QObject::connect(library.availability(), &Availability::refreshed,
                                                  [&] { isRefreshed = true; });
-        library.availability.refreshAvailability();
+        library.availability()->refreshAvailability();
         while (!isRefreshed)
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         QObject::disconnect(connection);
@@ -44,7 +45,7 @@ class MaintenanceTest : public testing::Test {
 
     FakeEnvironment outside;
     QTemporaryDir folder;
-    LibraryConcerns library{outside};
+    LibraryViewModel library{outside};
 };
 
 TEST_F(MaintenanceTest, TellsWhatIsMissingAndWhatIsInTheCloud) {
@@ -54,89 +55,89 @@ TEST_F(MaintenanceTest, TellsWhatIsMissingAndWhatIsInTheCloud) {
     outside.cloudFiles->setEvicted({away});
     add({there, gone, away});
     // Playing one album leaves the rest of the library as it is.
-    library.queue.assign({library.store.track(there)}, u"album"_s);
+    library.queue()->assign({library.store()->track(there)}, u"album"_s);
     refreshed();
-    EXPECT_EQ(library.availability.state(there), TrackAvailability::available);
-    EXPECT_EQ(library.availability.state(gone), TrackAvailability::missing);
-    EXPECT_EQ(library.availability.state(away), TrackAvailability::inCloud);
-    EXPECT_EQ(library.availability.state({}), TrackAvailability::available);
-    EXPECT_EQ(library.maintenance.maintenanceActionCount(), 2);
+    EXPECT_EQ(library.availability()->state(there), TrackAvailability::available);
+    EXPECT_EQ(library.availability()->state(gone), TrackAvailability::missing);
+    EXPECT_EQ(library.availability()->state(away), TrackAvailability::inCloud);
+    EXPECT_EQ(library.availability()->state({}), TrackAvailability::available);
+    EXPECT_EQ(library.tidying()->maintenanceActionCount(), 2);
 
     touch(u"gone.mp3"_s);
     outside.cloudFiles->setEvicted({});
     touch(u"away.mp3"_s);
     refreshed();
-    EXPECT_EQ(library.maintenance.maintenanceActionCount(), 0);
+    EXPECT_EQ(library.tidying()->maintenanceActionCount(), 0);
 }
 
 TEST_F(MaintenanceTest, OnlyTheNewestLookCounts) {
     const QString path = folder.filePath(u"a.mp3"_s);
     const QString other = touch(u"b.mp3"_s);
     add({other, path});
-    library.catalog.rebuildImportedAlbums();
-    while (library.browsing.visibleTracks().rowCount() < 2)
+    library.catalog()->rebuildImportedAlbums();
+    while (library.browsing()->visibleTracks()->rowCount() < 2)
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     int changes = 0;
     int looks = 0;
-    QObject::connect(&library.availability, &Availability::unavailablePathsChanged,
+    QObject::connect(library.availability(), &Availability::unavailablePathsChanged,
                      [&] { ++changes; });
-    QObject::connect(&library.availability, &Availability::refreshed, [&] { ++looks; });
+    QObject::connect(library.availability(), &Availability::refreshed, [&] { ++looks; });
     int rows = 0;
     for (const QAbstractItemModel* list :
-         {static_cast<QAbstractItemModel*>(&library.queue),
-          static_cast<QAbstractItemModel*>(&library.browsing.visibleTracks())})
+         {static_cast<QAbstractItemModel*>(library.queue()),
+          static_cast<QAbstractItemModel*>(library.browsing()->visibleTracks())})
         QObject::connect(list, &QAbstractItemModel::dataChanged,
                          [&](const QModelIndex& first, const QModelIndex& last) {
                              rows += last.row() - first.row() + 1;
                          });
-    library.availability.refreshAvailability();
+    library.availability()->refreshAvailability();
     refreshed();
     EXPECT_EQ(looks, 1);
     EXPECT_EQ(changes, 1);
     EXPECT_EQ(rows, 2) << "one in the queue and one in the library are drawn again";
 
     // Played meanwhile: the look that began before is taken again.
-    library.availability.refreshAvailability();
+    library.availability()->refreshAvailability();
     touch(u"a.mp3"_s);
-    library.availability.markAvailable(path);
+    library.availability()->markAvailable(path);
     while (looks < 2)
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    EXPECT_EQ(library.availability.state(path), TrackAvailability::available);
+    EXPECT_EQ(library.availability()->state(path), TrackAvailability::available);
 
     outside.cloudFiles->setEvicted({path});
-    library.availability.markUnavailable(path);
-    EXPECT_EQ(library.availability.state(path), TrackAvailability::inCloud);
+    library.availability()->markUnavailable(path);
+    EXPECT_EQ(library.availability()->state(path), TrackAvailability::inCloud);
     outside.cloudFiles->setEvicted({});
-    library.availability.markUnavailable(path);
-    EXPECT_EQ(library.availability.state(path), TrackAvailability::missing);
+    library.availability()->markUnavailable(path);
+    EXPECT_EQ(library.availability()->state(path), TrackAvailability::missing);
 }
 
 TEST_F(MaintenanceTest, WatchesDownloadsForHalfAnHourAtMost) {
     const QString path = folder.filePath(u"a.mp3"_s);
-    library.maintenance.downloadAllCloudTracks();
-    EXPECT_EQ(library.status.text(), QString());
+    library.tidying()->downloadAllCloudTracks();
+    EXPECT_EQ(library.status()->text(), QString());
     add({path});
     outside.cloudFiles->setEvicted({path});
     refreshed();
-    library.maintenance.downloadAllCloudTracks();
+    library.tidying()->downloadAllCloudTracks();
     EXPECT_EQ(outside.cloudFiles->downloading, QStringList{path});
-    EXPECT_EQ(library.status.text(),
+    EXPECT_EQ(library.status()->text(),
               u"Downloading 1 track from iCloud - it will be playable shortly"_s);
-    EXPECT_TRUE(library.downloads.cloudDownloadInFlight());
+    EXPECT_TRUE(library.downloads()->cloudDownloadInFlight());
     outside.clock.advance(2s + 29 * 2s + 179 * 10s);
-    EXPECT_TRUE(library.downloads.cloudDownloadInFlight());
+    EXPECT_TRUE(library.downloads()->cloudDownloadInFlight());
     outside.clock.advance(20s);
-    EXPECT_FALSE(library.downloads.cloudDownloadInFlight());
+    EXPECT_FALSE(library.downloads()->cloudDownloadInFlight());
 
     // One that comes ends the watch.
     refreshed();
-    library.maintenance.downloadAllCloudTracks();
+    library.tidying()->downloadAllCloudTracks();
     refreshed();
-    EXPECT_TRUE(library.downloads.cloudDownloadInFlight());
+    EXPECT_TRUE(library.downloads()->cloudDownloadInFlight());
     outside.cloudFiles->setEvicted({});
     touch(u"a.mp3"_s);
     refreshed();
-    EXPECT_FALSE(library.downloads.cloudDownloadInFlight());
+    EXPECT_FALSE(library.downloads()->cloudDownloadInFlight());
 }
 
 Track song(const QString& path, const QString& title, std::optional<double> seconds) {
@@ -165,35 +166,35 @@ TEST_F(MaintenanceTest, RemovedTracksAreGoneEverywhereButOnTheDisk) {
     const QString copy = touch(u"copy.mp3"_s);
     const TrackRows rows =
         rowsOf({song(kept, u"Lamplight"_s, 200.1), song(copy, u"lamplight"_s, 200.5)});
-    library.store.append(rows);
-    library.queue.append(rows);
-    library.queue.setCurrentRow(1);
-    library.importedPaths.add({kept, copy});
-    library.duplicates.refresh();
-    EXPECT_EQ(library.duplicates.duplicateGroupCount(), 1);
-    library.userData.toggleLoved(copy);
-    library.userData.setRating(3, copy);
-    library.userData.countPlay(copy);
+    library.store()->append(rows);
+    library.queue()->append(rows);
+    library.queue()->setCurrentRow(1);
+    library.importedPaths()->add({kept, copy});
+    library.duplicates()->refresh();
+    EXPECT_EQ(library.duplicates()->duplicateGroupCount(), 1);
+    library.userData()->toggleLoved(copy);
+    library.userData()->setRating(3, copy);
+    library.userData()->countPlay(copy);
     outside.preferences.insertNumbers(SettingsKey::trackLoudness, copy, {-12, -1});
-    const QUuid list = *library.playlists.createPlaylist(u"Mine"_s);
-    library.playlists.addTrackPaths({copy, kept}, list);
-    library.availability.markUnavailable(u"/elsewhere"_s);
+    const QUuid list = library.playlists()->createPlaylist(u"Mine"_s);
+    library.playlists()->addTrackPaths({copy, kept}, list);
+    library.availability()->markUnavailable(u"/elsewhere"_s);
 
-    library.maintenance.removeDuplicateTracks();
-    EXPECT_EQ(library.store.size(), 1U);
-    EXPECT_EQ(library.queue.size(), 1U);
-    EXPECT_FALSE(library.queue.currentRow());
-    EXPECT_FALSE(library.userData.isLoved(copy));
-    EXPECT_EQ(library.userData.rating(copy), 0);
-    EXPECT_EQ(library.userData.playCount(copy), 0);
-    EXPECT_EQ(library.playlists.find(list)->trackPaths, std::vector{kept});
+    library.tidying()->removeDuplicateTracks();
+    EXPECT_EQ(library.store()->size(), 1U);
+    EXPECT_EQ(library.queue()->size(), 1U);
+    EXPECT_FALSE(library.queue()->currentRow());
+    EXPECT_FALSE(library.userData()->isLoved(copy));
+    EXPECT_EQ(library.userData()->rating(copy), 0);
+    EXPECT_EQ(library.userData()->playCount(copy), 0);
+    EXPECT_EQ(library.playlists()->find(list)->trackPaths, std::vector{kept});
     EXPECT_EQ(*outside.preferences.strings(SettingsKey::importedAudioPaths), QStringList{kept});
     EXPECT_TRUE(outside.preferences.strings(SettingsKey::lovedPaths)->isEmpty());
     for (const auto& key : {SettingsKey::trackRatings, SettingsKey::playCounts})
         EXPECT_TRUE(outside.preferences.integerMap(key)->isEmpty());
     EXPECT_TRUE(outside.preferences.numbersMap(SettingsKey::trackLoudness)->isEmpty());
-    EXPECT_EQ(library.duplicates.duplicateGroupCount(), 0);
-    EXPECT_EQ(library.maintenance.maintenanceActionCount(), 1);
+    EXPECT_EQ(library.duplicates()->duplicateGroupCount(), 0);
+    EXPECT_EQ(library.tidying()->maintenanceActionCount(), 1);
     EXPECT_TRUE(QFile::exists(copy));
 }
 
@@ -207,14 +208,14 @@ class ManyTracksTest : public MaintenanceTest {
             paths.append(folder.filePath(u"%1.mp3"_s.arg(i)));
             tracks.push_back(song(paths.back(), QString::number(i % 800), 200));
         }
-        library.store.append(rowsOf(tracks));
-        library.queue.append(library.store.rows());
-        library.importedPaths.add(paths);
+        library.store()->append(rowsOf(tracks));
+        library.queue()->append(library.store()->rows());
+        library.importedPaths()->add(paths);
         outside.preferences.setStrings(SettingsKey::lovedPaths, paths);
-        library.userData.restore();
-        library.duplicates.refresh();
-        library.catalog.rebuildImportedAlbums();
-        until([this] { return library.duplicates.duplicateGroupCount() == 800; });
+        library.userData()->restore();
+        library.duplicates()->refresh();
+        library.catalog()->rebuildImportedAlbums();
+        until([this] { return library.duplicates()->duplicateGroupCount() == 800; });
         until([this] { return lovedBadge() == u"2400"_s; });
     }
     template<typename Reached>
@@ -228,53 +229,54 @@ class ManyTracksTest : public MaintenanceTest {
             some.insert(paths[i]);
         return some;
     }
-    QString lovedBadge() const { return library.sidebar.sidebarBadge(SidebarItem::loved); }
+    QString lovedBadge() const { return library.sidebar()->sidebarBadge(SidebarItem::loved); }
     QStringList stored() { return *outside.preferences.strings(SettingsKey::importedAudioPaths); }
 
     QStringList paths;
 };
 
 TEST_F(ManyTracksTest, LeaveOnePlaceAfterTheOther) {
-    library.queue.setCurrentRow(2);
+    library.queue()->setCurrentRow(2);
     QStringList order;
-    QObject::connect(&library.store, &LibraryStore::tracksChanged,
+    QObject::connect(library.store(), &LibraryStore::tracksChanged,
                      [&] { order.append(u"library, %1 stored"_s.arg(stored().size())); });
-    QObject::connect(&library.queue, &PlayQueue::entriesChanged, [&] { order.append(u"queue"_s); });
-    QObject::connect(&library.catalog, &LibraryCatalog::catalogChanged,
+    QObject::connect(library.queue(), &PlayQueue::entriesChanged,
+                     [&] { order.append(u"queue"_s); });
+    QObject::connect(library.catalog(), &LibraryCatalog::catalogChanged,
                      [&] { order.append(u"albums"_s); });
-    library.maintenance.removeTracks(third(0));
-    EXPECT_EQ(library.store.size(), 2400U) << "the worker is still to work it out";
-    until([this] { return library.userData.lovedPaths().size() == 1600; });
+    library.tidying()->removeTracks(third(0));
+    EXPECT_EQ(library.store()->size(), 2400U) << "the worker is still to work it out";
+    until([this] { return library.userData()->lovedPaths().size() == 1600; });
     EXPECT_EQ(order, (QStringList{u"library, 1600 stored"_s, u"queue"_s, u"albums"_s}));
-    EXPECT_EQ(library.store.size(), 1600U);
-    EXPECT_EQ(library.store.rowOf(paths[2]), 1U);
-    EXPECT_EQ(library.queue.size(), 1600U);
-    EXPECT_EQ(library.queue.currentPath(), paths[2]);
-    EXPECT_EQ(library.duplicates.groups(), duplicateTrackGroups(library.store.rows()));
+    EXPECT_EQ(library.store()->size(), 1600U);
+    EXPECT_EQ(library.store()->rowOf(paths[2]), 1U);
+    EXPECT_EQ(library.queue()->size(), 1600U);
+    EXPECT_EQ(library.queue()->currentPath(), paths[2]);
+    EXPECT_EQ(library.duplicates()->groups(), duplicateTrackGroups(library.store()->rows()));
     until([this] { return lovedBadge() == u"1600"_s; });
 
     // What comes meanwhile stays, and what plays goes.
-    library.maintenance.removeTracks(third(2));
+    library.tidying()->removeTracks(third(2));
     add({u"/new.mp3"_s});
-    library.userData.toggleLoved(u"/new.mp3"_s);
-    until([this] { return library.userData.lovedPaths().size() == 801; });
-    EXPECT_EQ(library.store.size(), 801U);
-    EXPECT_EQ(library.store.rowOf(u"/new.mp3"_s), 800U);
-    EXPECT_EQ(library.queue.size(), 801U);
-    EXPECT_FALSE(library.queue.currentRow());
+    library.userData()->toggleLoved(u"/new.mp3"_s);
+    until([this] { return library.userData()->lovedPaths().size() == 801; });
+    EXPECT_EQ(library.store()->size(), 801U);
+    EXPECT_EQ(library.store()->rowOf(u"/new.mp3"_s), 800U);
+    EXPECT_EQ(library.queue()->size(), 801U);
+    EXPECT_FALSE(library.queue()->currentRow());
     EXPECT_EQ(lovedBadge(), u"801"_s);
 }
 
 TEST_F(ManyTracksTest, OneThatIsAddedAgainMeanwhileComesBack) {
     const QString path = touch(u"0.mp3"_s);
-    library.maintenance.removeTracks(third(0));
-    library.importer.importDroppedURLs({QUrl::fromLocalFile(path)});
-    until([this] { return !library.importer.isImporting(); });
+    library.tidying()->removeTracks(third(0));
+    library.importing()->importDroppedURLs({QUrl::fromLocalFile(path)});
+    until([this] { return !library.importing()->isImporting(); });
     QCoreApplication::processEvents();
-    EXPECT_EQ(library.store.rowOf(path), 1600U);
-    EXPECT_EQ(library.queue.rowOfPath(path), 1600U);
+    EXPECT_EQ(library.store()->rowOf(path), 1600U);
+    EXPECT_EQ(library.queue()->rowOfPath(path), 1600U);
     EXPECT_EQ(stored().size(), 1601);
-    EXPECT_FALSE(library.userData.isLoved(path)) << "it comes as a new one";
+    EXPECT_FALSE(library.userData()->isLoved(path)) << "it comes as a new one";
 }
 
 } // namespace

@@ -23,20 +23,20 @@ using Paths = std::vector<QString>;
 } // namespace
 
 TEST_F(PlaylistsTest, NamesAreTrimmedAndNeverEmpty) {
-    EXPECT_FALSE(playlists.createPlaylist(u" \n\t"_s));
+    EXPECT_TRUE(playlists.createPlaylist(u" \n\t"_s).isNull());
     EXPECT_EQ(preferences.changes(SettingsKey::playlists), 0);
-    const auto id = playlists.createPlaylist(u"  Road trip\n"_s);
-    ASSERT_TRUE(id);
-    EXPECT_EQ(playlists.find(*id)->name, u"Road trip"_s);
-    playlists.renamePlaylist(*id, u"  "_s);
+    const QUuid id = playlists.createPlaylist(u"  Road trip\n"_s);
+    ASSERT_FALSE(id.isNull());
+    EXPECT_EQ(playlists.find(id)->name, u"Road trip"_s);
+    playlists.renamePlaylist(id, u"  "_s);
     playlists.renamePlaylist(QUuid::createUuid(), u"x"_s);
-    EXPECT_EQ(playlists.find(*id)->name, u"Road trip"_s);
-    playlists.renamePlaylist(*id, u" Home "_s);
-    EXPECT_EQ(playlists.find(*id)->name, u"Home"_s);
+    EXPECT_EQ(playlists.find(id)->name, u"Road trip"_s);
+    playlists.renamePlaylist(id, u" Home "_s);
+    EXPECT_EQ(playlists.find(id)->name, u"Home"_s);
 }
 
 TEST_F(PlaylistsTest, PathsAreHeldOnceInTheOrderGiven) {
-    const QUuid id = *playlists.createPlaylist(u"p"_s);
+    const QUuid id = playlists.createPlaylist(u"p"_s);
     playlists.addTrackPaths({u"b"_s}, id);
     playlists.addTrackPaths({u"a"_s, u"b"_s, u"a"_s, u"c"_s}, id);
     EXPECT_EQ(pathsOf(id), (Paths{u"b"_s, u"a"_s, u"c"_s}));
@@ -50,8 +50,8 @@ TEST_F(PlaylistsTest, PathsAreHeldOnceInTheOrderGiven) {
 }
 
 TEST_F(PlaylistsTest, SurviveARestart) {
-    const QUuid first = *playlists.createPlaylist(u"夜 \"quoted\""_s);
-    const QUuid second = *playlists.createPlaylist(u"empty"_s);
+    const QUuid first = playlists.createPlaylist(u"夜 \"quoted\""_s);
+    const QUuid second = playlists.createPlaylist(u"empty"_s);
     playlists.addTrackPaths({u"/音乐/a \\ b.flac"_s}, first);
     Playlists restarted(preferences);
     restarted.restore();

@@ -7,6 +7,7 @@
 #include "library/user/track_user_data.h"
 #include "platform/session/preferred_languages.h"
 #include "presentation/l10n.h"
+#include "support/fake_environment.h"
 #include "support/memory_preferences.h"
 
 #include <gtest/gtest.h>
@@ -133,15 +134,16 @@ struct EqualizerSettingsTest : testing::Test {
     MemoryPreferences preferences;
     Applied applied{};
     int applications = 0;
+    FakeLanguages languages;
+    LanguageSetting language{preferences, languages};
     EqualizerSettings equalizer{
-        preferences, [this](bool enabled, const std::vector<double>& gains, double preamp) {
+        preferences, language,
+        [this](bool enabled, const std::vector<double>& gains, double preamp) {
             applied = {enabled, gains, preamp};
             ++applications;
         }};
 
-    QString title() const {
-        return presetMenuTitle(equalizer.currentEQPresetID(), ResolvedLanguage::english);
-    }
+    QString title() const { return equalizer.presetMenuTitle(); }
     std::vector<double> rock() const { return {4, 3, 1, 0, -1, 0, 1, 3, 4, 4}; }
 };
 
@@ -233,7 +235,7 @@ TEST_F(EqualizerSettingsTest, MalformedValuesLeaveTheDefaultsAndStayStored) {
 }
 
 TEST(EqualizerPresetsTest, TheMenuTitleNamesThePreset) {
-    const std::pair<std::optional<QString>, QString> cases[] = {
+    const std::pair<QString, QString> cases[] = {
         {{}, u"Custom"_s},
         {u"builtin:vocal"_s, u"Vocal"_s},
         {u"builtin:none"_s, u"Custom"_s},

@@ -16,6 +16,12 @@ inline QColor qtColor(const Color& color) {
                             static_cast<float>(color.blue), static_cast<float>(color.opacity));
 }
 
+/// The other way round.
+inline Color colorOf(const QColor& color) {
+    return {double(color.redF()), double(color.greenF()), double(color.blueF()),
+            double(color.alphaF())};
+}
+
 inline QList<QColor> qtColors(const std::vector<Color>& colors) {
     QList<QColor> result;
     for (const Color& color : colors)

@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+#include "library/playback/player_display.h"
+
+#include "library/browsing/browsing.h"
+#include "library/browsing/view_state.h"
+#include "library/playback/play_queue.h"
+#include "library/playback/progress_clock.h"
+#include "library/playback/transport_texts.h"
+#include "library/user/language_setting.h"
+#include "library/user/track_user_data.h"
+
+namespace halvane {
+
+PlayerDisplay::PlayerDisplay(const PlayQueue& queue, const ProgressClock& progress,
+                             const ViewState& views, const TrackUserData& userData,
+                             const Browsing& browsing, const LanguageSetting& language,
+                             QObject* parent)
+    : QObject(parent)
+    , m_queue(queue)
+    , m_progress(progress)
+    , m_views(views)
+    , m_userData(userData)
+    , m_browsing(browsing)
+    , m_language(language) {
+    using Self = PlayerDisplay;
+    followQueue();
+    connect(&userData, &TrackUserData::lovedChanged, this, &Self::isCurrentTrackLovedChanged);
+    connect(&userData, &TrackUserData::reset, this, &Self::isCurrentTrackLovedChanged);
+    connect(&browsing, &Browsing::selectedAlbumChanged, this, &Self::currentArtworkAlbumChanged);
+    connect(&views, &ViewState::showRemainingTimeChanged, this, &Self::durationDisplayChanged);
+    connect(&progress, &ProgressClock::elapsedTimeChanged, this, [this] {
+        if (m_views.showRemainingTime())
+            Q_EMIT durationDisplayChanged();
+    });
+    connect(&language, &LanguageSetting::languageChanged, this, &Self::queueSourceTextChanged);
+}
+
+void PlayerDisplay::followQueue() {
+    using Self = PlayerDisplay;
+    for (const auto changed : {&PlayQueue::currentChanged, &PlayQueue::currentRecordChanged})
+        connect(&m_queue, changed, this, &Self::currentTrackChanged);
+    connect(&m_queue, &PlayQueue::currentChanged, this, &Self::isCurrentTrackLovedChanged);
+    connect(&m_queue, &PlayQueue::currentChanged, this, &Self::currentArtworkAlbumChanged);
+    connect(&m_queue, &PlayQueue::sourceLabelChanged, this, &Self::queueSourceTextChanged);
+    for (const auto changed : {&PlayQueue::currentChanged, &PlayQueue::currentRecordChanged,
+                               &PlayQueue::entriesChanged}) {
+        connect(&m_queue, changed, this, &Self::durationDisplayChanged);
+        connect(&m_queue, changed, this, &Self::queuePositionTextChanged);
+    }
+}
+
+bool PlayerDisplay::hasCurrentTrack() const {
+    return m_queue.currentRow().has_value();
+}
+
+QueueItem PlayerDisplay::currentTrack() const {
+    const auto row = m_queue.currentRow();
+    return m_queue.itemOf(row ? m_queue.idAt(*row) : QUuid());
+}
+
+bool PlayerDisplay::isCurrentTrackLoved() const {
+    return m_userData.isLoved(m_queue.currentPath());
+}
+
+bool PlayerDisplay::hasCurrentArtworkAlbum() const {
+    return m_browsing.artworkAlbum(m_queue.currentItem()) != nullptr;
+}
+
+Album PlayerDisplay::currentArtworkAlbum() const {
+    return m_browsing.shown(m_browsing.artworkAlbum(m_queue.currentItem()));
+}
+
+QString PlayerDisplay::durationDisplay() const {
+    if (m_queue.isEmpty())
+        return noDurationDisplay();
+    const Track& track = m_queue.record(m_queue.currentRow().value_or(0));
+    return halvane::durationDisplay(track.duration, track.durationSeconds,
+                                    m_views.showRemainingTime(), m_progress.elapsedSeconds());
+}
+
+QString PlayerDisplay::queuePositionText() const {
+    return halvane::queuePositionText(m_queue.currentRow(), m_queue.size());
+}
+
+QString PlayerDisplay::queueSourceText() const {
+    return halvane::queueSourceText(m_queue.sourceLabel(), m_language.resolvedLanguage());
+}
+
+} // namespace halvane

@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "model/album.h"
+#include "model/queue_item.h"
+
+#include <QObject>
+
+namespace halvane {
+
+class Browsing;
+class LanguageSetting;
+class PlayQueue;
+class ProgressClock;
+class TrackUserData;
+class ViewState;
+
+/// What every size of player shows of the queue's current entry. Main thread.
+class PlayerDisplay : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(bool hasCurrentTrack READ hasCurrentTrack NOTIFY currentTrackChanged)
+    /// Without texts when there is none.
+    Q_PROPERTY(halvane::QueueItem currentTrack READ currentTrack NOTIFY currentTrackChanged)
+    Q_PROPERTY(bool isCurrentTrackLoved READ isCurrentTrackLoved NOTIFY isCurrentTrackLovedChanged)
+    Q_PROPERTY(
+        bool hasCurrentArtworkAlbum READ hasCurrentArtworkAlbum NOTIFY currentArtworkAlbumChanged)
+    Q_PROPERTY(halvane::Album currentArtworkAlbum READ currentArtworkAlbum NOTIFY
+                   currentArtworkAlbumChanged)
+    /// The length, or the time that is left, beside the progress line.
+    Q_PROPERTY(QString durationDisplay READ durationDisplay NOTIFY durationDisplayChanged)
+    Q_PROPERTY(QString queuePositionText READ queuePositionText NOTIFY queuePositionTextChanged)
+    Q_PROPERTY(QString queueSourceText READ queueSourceText NOTIFY queueSourceTextChanged)
+
+  public:
+    /// All references must outlive it.
+    PlayerDisplay(const PlayQueue& queue, const ProgressClock& progress, const ViewState& views,
+                  const TrackUserData& userData, const Browsing& browsing,
+                  const LanguageSetting& language, QObject* parent = nullptr);
+
+    bool hasCurrentTrack() const;
+    QueueItem currentTrack() const;
+    bool isCurrentTrackLoved() const;
+    bool hasCurrentArtworkAlbum() const;
+    /// The album whose artwork stands for what plays; an empty one when there is none.
+    Album currentArtworkAlbum() const;
+    QString durationDisplay() const;
+    QString queuePositionText() const;
+    QString queueSourceText() const;
+
+  Q_SIGNALS:
+    void currentTrackChanged();
+    void isCurrentTrackLovedChanged();
+    void currentArtworkAlbumChanged();
+    void durationDisplayChanged();
+    void queuePositionTextChanged();
+    void queueSourceTextChanged();
+
+  private:
+    void followQueue();
+
+    const PlayQueue& m_queue;
+    const ProgressClock& m_progress;
+    const ViewState& m_views;
+    const TrackUserData& m_userData;
+    const Browsing& m_browsing;
+    const LanguageSetting& m_language;
+};
+
+} // namespace halvane
