@@ -7,6 +7,7 @@
 #include <QDataStream>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <array>
 #include <cmath>
@@ -193,6 +194,7 @@ TrackRows makeLibrary(const LibraryPlan& plan) {
             track.durationSeconds = seconds;
             track.duration = timeText(seconds);
             track.sourceURL = FileUrl(path);
+            track.fileSize = QFileInfo(path).size();
             if (plan.hasCovers && number % 13 != 6 && !album.title.isEmpty())
                 track.coverImageData = Artwork(std::make_shared<PaintedCover>(number));
             rows.push_back(makeRow(std::move(track)));
