@@ -38,6 +38,7 @@ inline QStringList rememberLibrary(int size, const QString& music, const QString
         if (!file.open(QIODevice::WriteOnly))
             qFatal("no room for the library");
         paths.append(item.path());
+        item.fileSize = 0;
         items.push_back(std::move(item));
     }
     MetadataCache(cacheFolder).save(items);

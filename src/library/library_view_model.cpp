@@ -260,7 +260,8 @@ int LibraryViewModel::trackCount() const {
 
 QString LibraryViewModel::librarySummary() const {
     const Catalog& now = *m_catalog->catalog();
-    return halvane::librarySummary(now.rows->size(), now.albums.size(), now.totalBytes,
+    return halvane::librarySummary(now.rows->size(), now.albums.size(),
+                                   now.totalBytes - m_availability->missingBytes(),
                                    m_language->resolvedLanguage());
 }
 
@@ -332,6 +333,8 @@ void LibraryViewModel::connectCatalog() {
     connect(m_catalog.get(), &LibraryCatalog::catalogChanged, this,
             &LibraryViewModel::trackCountChanged);
     connect(m_catalog.get(), &LibraryCatalog::catalogChanged, this,
+            &LibraryViewModel::librarySummaryChanged);
+    connect(m_availability.get(), &Availability::unavailablePathsChanged, this,
             &LibraryViewModel::librarySummaryChanged);
 }
 

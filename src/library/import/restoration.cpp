@@ -130,12 +130,13 @@ Restoration::Fresh Restoration::fresh(const TrackRows& known, std::vector<FileUr
     std::vector<const Track*> changed;
     Fresh fresh;
     for (std::size_t i = 0; i < files.size(); ++i) {
+        if (!facts[i].exists)
+            continue;
         const Track* track = i < tracks.size() ? tracks[i] : nullptr;
-        if (track && (!facts[i].exists || track->readDate == facts[i].modificationDate)) {
-            const qint64 size = facts[i].exists ? facts[i].size : -1;
-            if (track->fileSize != size)
-                fresh.changed.push_back(withSize(*track, size));
-        } else if (facts[i].exists) {
+        if (track && track->readDate == facts[i].modificationDate) {
+            if (track->fileSize != facts[i].size)
+                fresh.changed.push_back(withSize(*track, facts[i].size));
+        } else {
             toRead.push_back(files[i]);
             if (track)
                 changed.push_back(track);

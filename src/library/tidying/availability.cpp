@@ -106,6 +106,11 @@ void Availability::publish(Sets sets) {
     changed -= sets.inCloud & m_sets.inCloud;
     changed -= sets.missing & m_sets.missing;
     m_sets = std::move(sets);
+    if (missingChanged) {
+        m_missingBytes = 0;
+        for (const QString& path : std::as_const(m_sets.missing))
+            m_missingBytes += bytesOf(path);
+    }
     if (cloudChanged)
         Q_EMIT cloudPendingPathsChanged();
     if (missingChanged)
@@ -164,12 +169,19 @@ void Availability::setState(const QString& path, TrackAvailability state) {
     };
     const bool cloudChanged = update(m_sets.inCloud, state == TrackAvailability::inCloud);
     const bool missingChanged = update(m_sets.missing, state == TrackAvailability::missing);
+    if (missingChanged)
+        m_missingBytes += state == TrackAvailability::missing ? bytesOf(path) : -bytesOf(path);
     if (cloudChanged)
         Q_EMIT cloudPendingPathsChanged();
     if (missingChanged)
         Q_EMIT unavailablePathsChanged();
     if (cloudChanged || missingChanged)
         Q_EMIT statesChanged({path});
+}
+
+qint64 Availability::bytesOf(const QString& path) const {
+    const TrackPtr track = m_with.library.track(path);
+    return track ? std::max(track->fileSize, qint64(0)) : 0;
 }
 
 void Availability::startCloudDownloads(const QSet<QString>& paths) {

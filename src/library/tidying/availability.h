@@ -39,6 +39,9 @@ class Availability : public QObject, public FileAvailability {
     /// Paths of files that are gone.
     const QSet<QString>& unavailablePaths() const { return m_sets.missing; }
 
+    /// Of the library's files that are gone, as far as their sizes are remembered.
+    qint64 missingBytes() const { return m_missingBytes; }
+
     void refreshAvailability();
     /// The paths left the library.
     void forget(const QSet<QString>& paths);
@@ -69,9 +72,11 @@ class Availability : public QObject, public FileAvailability {
     void land(quint64 generation, Sets sets);
     void publish(Sets sets);
     void setState(const QString& path, TrackAvailability state);
+    qint64 bytesOf(const QString& path) const;
 
     AvailabilityCollaborators m_with;
     Sets m_sets;
+    qint64 m_missingBytes = 0;
     quint64 m_generation = 0; ///< of the newest refresh or mark
     SerialWorker m_worker{SerialWorker::Priority::low};
 };
