@@ -26,7 +26,7 @@ class MemoryPreferences final : public Preferences {
             m_values.contains(change.key) ? std::optional(m_values.take(change.key)) : std::nullopt;
         applyChange(change, value);
         if (value)
-            m_values.insert(change.key, std::move(*value));
+            m_values.emplace(change.key, *std::move(value));
     }
 
   private:
