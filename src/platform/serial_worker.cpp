@@ -3,6 +3,7 @@
 
 #include "platform/thread_check.h"
 
+#include <algorithm>
 #include <condition_variable>
 #include <deque>
 #include <mutex>
@@ -19,7 +20,7 @@ void take(SerialWorker::Priority priority) {
     constexpr int nicer = 5;
     const sched_param none{};
     if (priority == SerialWorker::Priority::low)
-        ::setpriority(PRIO_PROCESS, 0, nicer);
+        ::setpriority(PRIO_PROCESS, 0, std::max(nicer, ::getpriority(PRIO_PROCESS, 0)));
     else if (priority == SerialWorker::Priority::idle)
         ::pthread_setschedparam(::pthread_self(), SCHED_IDLE, &none);
 }
