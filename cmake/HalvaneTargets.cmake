@@ -79,7 +79,12 @@ function(halvane_expose_headers target folder)
     set(root ${PROJECT_BINARY_DIR}/include/${base})
     file(MAKE_DIRECTORY ${root})
     file(CREATE_LINK ${folder} ${root}/${base} SYMBOLIC)
-    target_include_directories(${target} PUBLIC ${root})
+    get_target_property(kind ${target} TYPE)
+    if(kind STREQUAL "INTERFACE_LIBRARY")
+        target_include_directories(${target} INTERFACE ${root})
+    else()
+        target_include_directories(${target} PUBLIC ${root})
+    endif()
 endfunction()
 
 # halvane_test(NAME SOURCES ... LINK targets... [LABELS labels...] [USES resources...] [SERIAL]

@@ -14,7 +14,7 @@ namespace {
 constexpr std::size_t largestBlock = 256 << 20;
 
 /// Fills the table of functions; they are written once, before anyone may call them.
-std::optional<QString> loadOnce() {
+Result<> loadOnce() {
     // The version whose headers were read. It brings libavcodec and libavutil along, in which
     // dlsym() looks too. Never unloaded.
     void* library =
@@ -31,14 +31,14 @@ std::optional<QString> loadOnce() {
         av_max_alloc(largestBlock);
         return {};
     }
-    return u"The decoding library is missing: "_s + QString::fromLocal8Bit(dlerror());
+    return Failure{u"The decoding library is missing: "_s + QString::fromLocal8Bit(dlerror())};
 }
 
 } // namespace
 
-std::optional<QString> load() {
-    static const auto error = loadOnce();
-    return error;
+Result<> load() {
+    static const Result<> loaded = loadOnce();
+    return loaded;
 }
 
 } // namespace halvane::libav

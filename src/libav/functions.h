@@ -5,9 +5,7 @@
 // that it brings along, linking was a quarter of the time until the first window, and an idle
 // player needs none of it. A function that is called and not named here does not link.
 
-#include <QString>
-
-#include <optional>
+#include "base/result.h"
 
 extern "C" {
 #include <libavcodec/avcodec.h>
@@ -20,8 +18,8 @@ extern "C" {
 namespace halvane::libav {
 
 /// Loads libav, which takes tens of milliseconds the first time. The functions may be called when
-/// this has succeeded; otherwise gives an error text for the user. Any thread.
-[[nodiscard]] std::optional<QString> load();
+/// this has succeeded. Any thread.
+Result<> load();
 
 #define HALVANE_LIBAV_FUNCTIONS(DO)                                                                \
     DO(av_add_index_entry)                                                                         \

@@ -36,7 +36,7 @@ class SpectrumAnalyzer::Transform {
   public:
     Transform() {
         const float scale = 1;
-        if (libav::load() || av_tx_init(&m_context, &m_run, AV_TX_FLOAT_RDFT, 0, N, &scale, 0) < 0)
+        if (!libav::load() || av_tx_init(&m_context, &m_run, AV_TX_FLOAT_RDFT, 0, N, &scale, 0) < 0)
             throw std::bad_alloc();
         for (std::size_t n = 0; n < N; ++n)
             m_window[n] = float(0.5 * (1 - std::cos(2 * std::numbers::pi * double(n) / double(N))));

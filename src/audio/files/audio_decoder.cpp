@@ -116,8 +116,8 @@ int openAs(const AVInputFormat* format, const QByteArray& name, AVFormatContext*
 
 std::optional<QString> AudioDecoder::open(const QString& path) {
     m_path = path;
-    if (auto error = libav::load())
-        return error;
+    if (const auto loaded = libav::load(); !loaded)
+        return loaded.failure().text;
     if (auto error = openContainer(path))
         return error;
 

@@ -141,7 +141,7 @@ void addPictures(TagFields& fields, const AVFormatContext& context) {
 
 FileMetadata readWithLibav(BoundedFile& file, Container container) {
     FileMetadata result;
-    if (libav::load())
+    if (!libav::load())
         return result;
     // What it has to say of strange files is of no use to the user.
     av_log_set_level(AV_LOG_QUIET);
