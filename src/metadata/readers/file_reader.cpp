@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "metadata/readers/file_reader.h"
 
-#include "metadata/readers/container.h"
+#include "libav/container.h"
 #include "metadata/readers/libav_reader.h"
 #include "metadata/readers/raw_aac_reader.h"
 #include "metadata/readers/taglib_reader.h"
@@ -21,6 +21,21 @@ bool isCredible(const StreamFacts& facts) {
     return std::isfinite(facts.seconds) && facts.seconds >= 0 && facts.seconds < longest &&
            facts.sampleRate >= 0 && facts.sampleRate < 1e7 && facts.bitsPerSample >= 0 &&
            facts.bitsPerSample <= 64;
+}
+
+/// With junk in front of the first frame, or with nothing behind the tags, the name is all there is
+/// to tell a container by.
+ContainerFacts containerOf(BoundedFile& file, const QString& lowerCasedExtension) {
+    ContainerFacts facts = detectContainer([&file](qint64 offset, OpeningBytes& bytes) {
+        return file.read(offset, std::ssize(bytes), bytes.data()) == std::ssize(bytes);
+    });
+    if (facts.container != Container::other)
+        return facts;
+    if (lowerCasedExtension == QLatin1String("mp3"))
+        facts.container = Container::mpeg;
+    else if (lowerCasedExtension == QLatin1String("aac"))
+        facts.container = Container::adts;
+    return facts;
 }
 
 FileMetadata readMetadata(BoundedFile& file, const ContainerFacts& facts) {
@@ -51,7 +66,7 @@ AudioFileReading readAudioFile(const QString& path, const ReadingLimits& limits)
     if (file.size() == 0)
         return reading;
     try {
-        const auto facts = detectContainer(file, QFileInfo(path).suffix().toLower());
+        const auto facts = containerOf(file, QFileInfo(path).suffix().toLower());
         reading.metadata = readMetadata(file, facts);
     } catch (const std::exception&) {
         // A parser ran out of memory or of range: the file yields what its name says.

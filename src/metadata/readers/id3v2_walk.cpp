@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "metadata/readers/id3v2_walk.h"
 
+#include "libav/container.h"
 #include "metadata/readers/byte_order.h"
 
 #include <QStringDecoder>
@@ -23,12 +24,14 @@ QByteArray modernName(const QByteArray& id) {
 
 Id3v2Walk::Id3v2Walk(BoundedFile& file, qint64 offset)
     : m_file(file) {
-    const QByteArray header = file.read(offset, 10);
-    if (header.size() < 10 || !header.startsWith("ID3"))
+    OpeningBytes bytes{};
+    file.read(offset, Id3v2Header::bytes, bytes.data());
+    const auto header = id3v2Header(bytes);
+    if (!header)
         return;
-    m_version = header[3];
-    m_size = synchsafe32(header.constData() + 6);
-    m_position = offset + 10;
+    m_version = header->version;
+    m_size = header->size;
+    m_position = offset + Id3v2Header::bytes;
     m_end = m_position + m_size;
 }
 

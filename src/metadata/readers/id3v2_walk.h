@@ -28,7 +28,7 @@ class Id3v2Walk {
     qint64 m_size = 0;
     qint64 m_position = 0;
     qint64 m_end = 0;
-    int m_version = 0;
+    unsigned m_version = 0;
 };
 
 /// Whether the tag holds more frames than any real one, so that to read it would cost much memory.

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "metadata/readers/container.h"
+#include "libav/container.h"
+#include "metadata/readers/bounded_file.h"
 #include "metadata/readers/tag_fields.h"
 
 namespace halvane {

@@ -3,6 +3,7 @@
 
 #include "metadata/readers/id3v2_walk.h"
 #include "metadata/readers/mp3_padding.h"
+#include "metadata/readers/mp4_nesting.h"
 #include "metadata/readers/riff_reader.h"
 #include "metadata/readers/taglib_stream.h"
 #include "metadata/readers/taglib_tags.h"
