@@ -41,7 +41,7 @@ int main(int argc, char** argv) {
         outside.preferences().strings(SettingsKey::importedAudioPaths).value_or(QStringList());
     const auto size = static_cast<std::size_t>(paths.size());
     library.restoration()->restoreImportedAudio();
-    until([&] { return library.catalog()->catalog()->rows->size() == size; });
+    until([&] { return library.catalog()->published()->rows->size() == size; });
     std::printf("%zu\n", size);
     std::fflush(stdout);
     return 0; // whoever waits for the line waits no longer for this

@@ -4,9 +4,10 @@
 #include "library/browsing/cover_store.h"
 #include "library/playback/transport_fixture.h"
 #include "library/sample_library.h"
+#include "library/user/language_setting.h"
 #include "library/user/playlists.h"
 #include "library/user/track_user_data.h"
-#include "support/memory_preferences.h"
+#include "support/fake_environment.h"
 
 #include <QCoreApplication>
 #include <QLoggingCategory>
@@ -47,13 +48,17 @@ struct Window {
     Playlists playlists{preferences};
     CoverStore covers;
     LibraryStore store;
+    test::FakeLanguages languages;
+    const LanguageSetting language{preferences, languages};
     const TrackUserData userData{preferences};
-    LibraryCatalog catalog{store, userData, [] { return ResolvedLanguage::english; }};
-    QSet<QString> loved;
-    Browsing browsing{{store, catalog, playlists, covers,
-                       [this]() -> const QSet<QString>& { return loved; },
-                       [] { return ResolvedLanguage::english; }},
-                      test::plainRowState()};
+    CatalogPublisher catalog{store, userData, language};
+    Browsing browsing{store, catalog, playlists, userData, language, rowState()};
+
+    RowState rowState() {
+        RowState state = test::plainRowState();
+        state.covers = &covers;
+        return state;
+    }
 };
 
 /// A transport over a queue of a size.
@@ -178,6 +183,24 @@ static void removeATenth(benchmark::State& state) {
     }
 }
 BENCHMARK(removeATenth)->Apply(sizes);
+
+/// New records for every entry of the queue, in portions, as a start brings them that finds every
+/// file changed.
+static void replaceAllRecords(benchmark::State& state) {
+    constexpr std::ptrdiff_t portion = 500;
+    const TrackRows& rows = *library(static_cast<std::size_t>(state.range(0)));
+    PlayQueue queue(test::plainRowState());
+    queue.append(rows);
+    for (auto _ : state) {
+        PlayQueue::Places places;
+        for (auto begin = rows.begin(); begin != rows.end();) {
+            const auto end = begin + std::min(portion, rows.end() - begin);
+            queue.replace(TrackRows(begin, end), places);
+            begin = end;
+        }
+    }
+}
+BENCHMARK(replaceAllRecords)->Apply(sizes);
 
 /// The library itself: rows with their texts, the path index and the queue of all of it.
 static void memoryOfRows(benchmark::State& state) {

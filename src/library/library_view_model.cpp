@@ -2,7 +2,7 @@
 #include "library/library_view_model.h"
 
 #include "library/browsing/row_ranges.h"
-#include "library/catalog/library_texts.h"
+#include "library/catalog/library_summary.h"
 #include "library/library_concerns.h"
 #include "platform/session/notifications.h"
 #include "platform/session/sleep_inhibitor.h"
@@ -22,69 +22,55 @@ bool isApplicationActive() {
 
 LibraryViewModel::LibraryViewModel(const Environment& environment, QObject* parent)
     : QObject(parent)
-    , m_outside(environment) {
+    , m_environment(environment) {
     const auto language = [this] { return m_language->resolvedLanguage(); };
-    const auto rebuildAlbums = [this] { m_catalog->rebuildImportedAlbums(); };
-    const QString artworkFolder = m_outside.cacheFolder + QStringLiteral("/NowPlaying");
+    const QString artworkFolder = m_environment.cacheFolder + QStringLiteral("/NowPlaying");
 
     // What the user has chosen and said
-    m_language = std::make_unique<LanguageSetting>(m_outside.preferences, m_outside.languages);
-    m_userData = std::make_unique<TrackUserData>(m_outside.preferences);
-    m_playlists = std::make_unique<Playlists>(m_outside.preferences);
-    m_views = std::make_unique<ViewState>(m_outside.preferences);
+    m_language =
+        std::make_unique<LanguageSetting>(m_environment.preferences, m_environment.languages);
+    m_userData = std::make_unique<TrackUserData>(m_environment.preferences);
+    m_playlists = std::make_unique<Playlists>(m_environment.preferences);
+    m_views = std::make_unique<ViewState>(m_environment.preferences);
 
     // What the library holds
     m_covers = std::make_unique<CoverStore>();
     m_store = std::make_unique<LibraryStore>();
-    m_catalog = std::make_unique<LibraryCatalog>(*m_store, *m_userData, language);
-    m_cache = std::make_unique<MetadataCache>(m_outside.dataFolder);
-    m_journal = std::make_shared<ReadingJournal>(m_outside.cacheFolder);
-    m_importedPaths = std::make_unique<ImportedPaths>(m_outside.preferences, *m_store);
+    m_catalog = std::make_unique<CatalogPublisher>(*m_store, *m_userData, *m_language);
+    m_cache = std::make_unique<MetadataCache>(m_environment.dataFolder);
+    m_journal = std::make_shared<ReadingJournal>(m_environment.cacheFolder);
+    m_importedPaths = std::make_unique<ImportedPaths>(m_environment.preferences, *m_store);
     m_persistence = std::make_unique<CachePersistence>(*m_store, *m_cache);
-    m_bookmarks = std::make_unique<Bookmarks>(m_outside.preferences);
+    m_bookmarks = std::make_unique<Bookmarks>(m_environment.preferences);
     m_duplicates = std::make_unique<Duplicates>(*m_store);
 
     // What plays
-    m_engine = std::make_unique<AudioPlaybackEngine>(m_outside.output, m_outside.clock);
-    m_status = std::make_unique<StatusLine>(m_outside.clock);
-    m_progressClock = std::make_unique<ProgressClock>(*m_engine, m_outside.clock);
+    m_engine = std::make_unique<AudioPlaybackEngine>(m_environment.output, m_environment.clock);
+    m_status = std::make_unique<StatusLine>(m_environment.clock);
+    m_progressClock = std::make_unique<ProgressClock>(*m_engine, m_environment.clock);
     m_queue = std::make_unique<PlayQueue>(rowState());
-    m_downloads = std::make_unique<CloudDownloads>(CloudDownloads::Collaborators{
-        .clock = m_outside.clock,
-        .cloudFiles = *m_outside.cloudFiles,
-        .refreshAvailability = [this] { m_availability->refreshAvailability(); },
-        .arePending = [this] { return !m_availability->cloudPendingPaths().isEmpty(); },
-    });
-    m_availability = std::make_unique<Availability>(AvailabilityCollaborators{
-        .library = *m_store,
-        .queue = *m_queue,
-        .cloudFiles = m_outside.cloudFiles,
-        .startCloudDownloads =
-            [this](const auto& paths) { m_downloads->startCloudDownloads(paths); },
-        .healIncompleteMetadata = [this] { m_healing->healIncompleteMetadata(); },
-    });
+    m_availability = std::make_unique<Availability>(*m_store, *m_queue, m_environment.cloudFiles);
+    m_downloads = std::make_unique<CloudDownloads>(*m_availability, *m_environment.cloudFiles,
+                                                   m_environment.clock, *m_status, *m_language);
     m_transport = std::make_unique<Transport>(TransportCollaborators{
         .engine = *m_engine,
         .queue = *m_queue,
         .files = *m_availability,
         .status = *m_status,
         .progress = *m_progressClock,
-        .clock = m_outside.clock,
+        .clock = m_environment.clock,
         .random = systemRandomIndex(),
         .language = language,
         .soundCheckGain =
             [this](const QString& path) { return m_soundCheck->soundCheckGain(path); },
     });
-    m_transportSettings = std::make_unique<TransportSettings>(m_outside.preferences, *m_transport);
+    m_transportSettings =
+        std::make_unique<TransportSettings>(m_environment.preferences, *m_transport);
 
     // How it sounds, and where
-    m_equalizer = std::make_unique<EqualizerSettings>(
-        m_outside.preferences, *m_language,
-        [this](bool enabled, const std::vector<double>& gains, double preamp) {
-            m_engine->setEQ(enabled, gains, preamp);
-        });
+    m_equalizer = std::make_unique<EqualizerSettings>(m_environment.preferences, *m_language);
     m_soundCheck = std::make_unique<SoundCheck>(
-        m_outside.preferences, m_outside.cloudFiles,
+        m_environment.preferences, m_environment.cloudFiles,
         SoundCheck::Collaborators{
             .visitFiles =
                 [this](const std::function<void(const FileUrl&)>& visit) {
@@ -105,115 +91,46 @@ LibraryViewModel::LibraryViewModel(const Environment& environment, QObject* pare
             .setTrackGain = [this](double dB) { m_engine->setTrackGain(dB); },
         });
     m_output = std::make_unique<OutputDevices>(
-        m_outside.devices, m_outside.preferences,
-        OutputDevices::Collaborators{
-            .routeEngine =
-                [this](std::optional<std::uint32_t> id) { return m_engine->setOutputDevice(id); },
-            .switchFailed =
-                [this, language] {
-                    m_status->show(L10n::text(L10nKey::deviceSwitchFailed, language()), true);
-                    m_transport->adoptEngineState();
-                },
-            .builtInOutput = [language] { return L10n::text(L10nKey::builtInOutput, language()); },
-        });
+        m_environment.devices, m_environment.preferences, *m_language,
+        [this](std::optional<std::uint32_t> id) { return m_engine->setOutputDevice(id); });
     m_outputDevices = std::make_unique<OutputDeviceListModel>(*m_output);
     m_signalPath = std::make_unique<SignalPath>(*m_queue, *m_transport, *m_engine, *m_output);
 
     // How the library comes, changes and goes
-    m_healing = std::make_unique<MetadataHealing>(HealingCollaborators{
-        .library = *m_store,
-        .queue = *m_queue,
-        .persistence = *m_persistence,
-        .cloudFiles = m_outside.cloudFiles,
-        .journal = m_journal,
-        .language = language,
-        .rebuildImportedAlbums = rebuildAlbums,
-    });
-    m_importing = std::make_unique<Importer>(ImportCollaborators{
-        .library = *m_store,
-        .queue = *m_queue,
-        .status = *m_status,
-        .bookmarks = *m_bookmarks,
-        .importedPaths = *m_importedPaths,
-        .persistence = *m_persistence,
-        .fileChooser = m_outside.fileChooser,
-        .clock = m_outside.clock,
-        .cloudFiles = m_outside.cloudFiles,
-        .cache = *m_cache,
-        .journal = m_journal,
-        .language = language,
-        .play = [this](const QUuid& entry) { m_transport->playItem(entry, true); },
-        .finishRemoval = [this] { m_tidying->finishRemoval(); },
-        .rebuildImportedAlbums = rebuildAlbums,
-        .importEnded = [this] { libraryGrew(); },
-    });
-    m_restoration = std::make_unique<Restoration>(RestorationCollaborators{
-        .library = *m_store,
-        .catalog = *m_catalog,
-        .queue = *m_queue,
-        .importedPaths = *m_importedPaths,
-        .persistence = *m_persistence,
-        .cloudFiles = m_outside.cloudFiles,
-        .cache = *m_cache,
-        .journal = m_journal,
-        .firstPicture = m_outside.firstPicture,
-        .language = language,
-        .restored = [this] { m_catalog->whenCurrent(this, [this] { libraryGrew(); }); },
-    });
-    m_tidying = std::make_unique<Maintenance>(MaintenanceCollaborators{
-        .library = *m_store,
-        .queue = *m_queue,
-        .playlists = *m_playlists,
-        .userData = *m_userData,
-        .availability = *m_availability,
-        .downloads = *m_downloads,
-        .duplicates = *m_duplicates,
-        .status = *m_status,
-        .preferences = m_outside.preferences,
-        .language = language,
-        .stopPlayer = [this] { m_transport->stopPlayer(true); },
-        .replanSuccessor = [this] { m_transport->replanSuccessor(); },
-        .forgetLoudness = [this](const QSet<QString>& paths) { m_soundCheck->forget(paths); },
-        .rebuildImportedAlbums = rebuildAlbums,
-    });
+    const ReadingNeeds needs{*m_cache, m_journal, m_environment.cloudFiles};
+    m_healing = std::make_unique<MetadataHealing>(*m_store, *m_catalog, *m_queue, *m_persistence,
+                                                  *m_language, needs);
+    m_importing = std::make_unique<Importer>(*m_store, *m_catalog, *m_queue, *m_importedPaths,
+                                             m_environment.fileChooser, m_environment.clock,
+                                             *m_status, *m_language, needs);
+    m_restoration = std::make_unique<Restoration>(*m_store, *m_catalog, *m_queue, *m_importedPaths,
+                                                  *m_persistence, *m_language, needs,
+                                                  m_environment.firstPicture);
+    m_tidying =
+        std::make_unique<Tidying>(*m_store, *m_catalog, *m_queue, *m_transport, *m_playlists,
+                                  *m_availability, *m_duplicates, m_environment.preferences);
 
     // What is shown
-    m_browsing = std::make_unique<Browsing>(
-        BrowsingCollaborators{
-            .store = *m_store,
-            .catalog = *m_catalog,
-            .playlists = *m_playlists,
-            .covers = *m_covers,
-            .lovedPaths = [this]() -> const QSet<QString>& { return m_userData->lovedPaths(); },
-            .language = language,
-        },
-        rowState());
-    m_sidebar = std::make_unique<SidebarModel>([this](SidebarItem item) {
-        return sidebarCount(item, *m_catalog->catalog(), m_catalog->lovedCount());
-    });
-    m_tidyingLists = std::make_unique<MaintenanceLists>(*m_store, *m_availability, *m_duplicates);
-    m_collections = std::make_unique<CollectionPlayer>(CollectionPlayer::Collaborators{
-        .store = *m_store,
-        .catalog = *m_catalog,
-        .playlists = *m_playlists,
-        .files = *m_availability,
-        .browsing = *m_browsing,
-        .queue = *m_queue,
-        .transport = *m_transport,
-    });
+    m_browsing = std::make_unique<Browsing>(*m_store, *m_catalog, *m_playlists, *m_userData,
+                                            *m_language, rowState());
+    m_sidebar = std::make_unique<SidebarModel>(*m_catalog);
+    m_tidyingLists = std::make_unique<TidyingLists>(*m_store, *m_availability, *m_duplicates);
+    m_collections = std::make_unique<CollectionPlayer>(
+        *m_store, *m_catalog, *m_playlists, *m_availability, *m_browsing, *m_queue, *m_transport);
     m_player = std::make_unique<PlayerDisplay>(*m_queue, *m_progressClock, *m_views, *m_userData,
                                                *m_browsing, *m_language);
     m_ambient = std::make_unique<AmbientColor>();
-    m_appearance = std::make_unique<ThemeSettings>(m_outside.preferences, *m_ambient);
-    m_nowPlaying =
-        std::make_unique<NowPlaying>(m_outside.mediaControls, m_outside.notifications, *m_transport,
-                                     *m_queue, *m_engine, isApplicationActive, artworkFolder);
+    m_appearance = std::make_unique<ThemeSettings>(m_environment.preferences, *m_ambient);
+    m_nowPlaying = std::make_unique<NowPlaying>(m_environment.mediaControls,
+                                                m_environment.notifications, *m_transport, *m_queue,
+                                                *m_engine, isApplicationActive, artworkFolder);
 
     connectRows();
-    connectCatalog();
+    connectSummary();
+    connectSound();
+    connectFiles();
     connectTransport();
     connectNowPlaying();
-    connectLanguage();
 }
 
 LibraryViewModel::~LibraryViewModel() {
@@ -236,7 +153,7 @@ void LibraryViewModel::start() {
     m_restoration->restoreImportedAudio();
     observeApplication();
     m_nowPlaying->setupRemoteCommands();
-    m_outside.notifications.requestAuthorization();
+    m_environment.notifications.requestAuthorization();
     m_engine->setVolume(m_transport->volume());
 }
 
@@ -255,11 +172,11 @@ SpectrumModel* LibraryViewModel::spectrum() const {
 }
 
 int LibraryViewModel::trackCount() const {
-    return static_cast<int>(m_catalog->catalog()->rows->size());
+    return static_cast<int>(m_catalog->published()->rows->size());
 }
 
 QString LibraryViewModel::librarySummary() const {
-    const Catalog& now = *m_catalog->catalog();
+    const Catalog& now = *m_catalog->published();
     return halvane::librarySummary(now.rows->size(), now.albums.size(),
                                    now.totalBytes - m_availability->missingBytes(),
                                    m_language->resolvedLanguage());
@@ -289,18 +206,10 @@ void LibraryViewModel::selectedAlbumChanged() {
 }
 
 void LibraryViewModel::connectRows() {
-    connect(m_userData.get(), &TrackUserData::lovedChanged, this, [this](const QString& path) {
-        m_browsing->lovedChanged(path);
-        m_queue->refresh(path, {PlayQueue::IsLovedRole});
-        m_sidebar->refresh();
-    });
-    connect(m_userData.get(), &TrackUserData::ratingChanged, m_browsing.get(),
-            &Browsing::ratingChanged);
-    connect(m_userData.get(), &TrackUserData::reset, this, [this] {
-        m_browsing->lovedReset();
-        m_queue->refreshAll({PlayQueue::IsLovedRole});
-        m_sidebar->refresh();
-    });
+    connect(m_userData.get(), &TrackUserData::lovedChanged, m_queue.get(),
+            [this](const QString& path) { m_queue->refresh(path, {TrackRole::isLoved}); });
+    connect(m_userData.get(), &TrackUserData::reset, m_queue.get(),
+            [this] { m_queue->refreshAll({TrackRole::isLoved}); });
     connect(m_queue.get(), &PlayQueue::currentChanged, this,
             [this] { m_browsing->currentChanged(m_queue->currentPath()); });
     connect(m_availability.get(), &Availability::statesChanged, this,
@@ -316,31 +225,59 @@ void LibraryViewModel::availabilityChanged(const QSet<QString>& paths) {
     // Finding very many rows would take longer than letting the views look at theirs again.
     if (static_cast<std::size_t>(paths.size()) > mostNarrowRanges) {
         m_browsing->availabilityReset();
-        m_queue->refreshAll({PlayQueue::AvailabilityRole});
+        m_queue->refreshAll({TrackRole::availability});
         return;
     }
     for (const QString& path : paths) {
         m_browsing->availabilityChanged(path);
-        m_queue->refresh(path, {PlayQueue::AvailabilityRole});
+        m_queue->refresh(path, {TrackRole::availability});
     }
 }
 
-void LibraryViewModel::connectCatalog() {
-    connect(m_catalog.get(), &LibraryCatalog::catalogChanged, m_sidebar.get(),
-            &SidebarModel::refresh);
-    connect(m_catalog.get(), &LibraryCatalog::lovedCountChanged, m_sidebar.get(),
-            &SidebarModel::refresh);
-    connect(m_catalog.get(), &LibraryCatalog::catalogChanged, this,
+void LibraryViewModel::connectSummary() {
+    connect(m_catalog.get(), &CatalogPublisher::catalogChanged, this,
             &LibraryViewModel::trackCountChanged);
-    connect(m_catalog.get(), &LibraryCatalog::catalogChanged, this,
+    connect(m_catalog.get(), &CatalogPublisher::catalogChanged, this,
             &LibraryViewModel::librarySummaryChanged);
     connect(m_availability.get(), &Availability::unavailablePathsChanged, this,
             &LibraryViewModel::librarySummaryChanged);
+    connect(m_language.get(), &LanguageSetting::languageChanged, this,
+            &LibraryViewModel::librarySummaryChanged);
+}
+
+void LibraryViewModel::connectSound() {
+    connect(m_equalizer.get(), &EqualizerSettings::applied, m_engine.get(),
+            &AudioPlaybackEngine::setEQ);
+    connect(m_output.get(), &OutputDevices::switchFailed, this, [this] {
+        m_status->show(L10n::text(L10nKey::deviceSwitchFailed, m_language->resolvedLanguage()),
+                       true);
+        m_transport->adoptEngineState();
+    });
+}
+
+void LibraryViewModel::connectFiles() {
+    // A file that has come back may be one that could not be read.
+    connect(m_availability.get(), &Availability::refreshed, m_healing.get(),
+            &MetadataHealing::healIncompleteMetadata);
+    connect(m_importing.get(), &Importer::rootsGiven, m_bookmarks.get(),
+            &Bookmarks::persistBookmarks);
+    // What a removal under way would take may be what is added.
+    connect(m_importing.get(), &Importer::adding, m_tidying.get(), &Tidying::finishRemoval);
+    connect(m_importing.get(), &Importer::playAsked, m_transport.get(),
+            [this](const QUuid& entry) { m_transport->playItem(entry, true); });
+    connect(m_importing.get(), &Importer::imported, this, [this] {
+        m_persistence->persistMetadataCache();
+        libraryGrew();
+    });
+    connect(m_restoration.get(), &Restoration::finished, this,
+            [this] { m_catalog->whenCurrent(this, [this] { libraryGrew(); }); });
+    connect(m_tidying.get(), &Tidying::removed, m_userData.get(), &TrackUserData::forget);
+    connect(m_tidying.get(), &Tidying::removed, m_soundCheck.get(), &SoundCheck::forget);
 }
 
 void LibraryViewModel::connectTransport() {
     connect(m_transport.get(), &Transport::isPlayingChanged, this,
-            [this] { m_outside.sleepInhibitor.setInhibited(m_transport->isPlaying()); });
+            [this] { m_environment.sleepInhibitor.setInhibited(m_transport->isPlaying()); });
     connect(m_transport.get(), &Transport::playStarted, m_userData.get(),
             &TrackUserData::countPlay);
     connect(m_transport.get(), &Transport::becameCurrent, this, &LibraryViewModel::showEntry);
@@ -370,18 +307,6 @@ void LibraryViewModel::connectNowPlaying() {
     connect(nowPlaying, &NowPlaying::fileAsked, m_importing.get(), [this](const QString& path) {
         m_importing->importDroppedURLs({QUrl::fromLocalFile(path)});
     });
-}
-
-void LibraryViewModel::connectLanguage() {
-    // Unknown names and lengths are texts, and part of what is derived.
-    connect(m_language.get(), &LanguageSetting::languageChanged, m_catalog.get(),
-            &LibraryCatalog::rebuildImportedAlbums);
-    connect(m_language.get(), &LanguageSetting::languageChanged, m_browsing.get(),
-            &Browsing::languageChanged);
-    connect(m_language.get(), &LanguageSetting::languageChanged, m_output.get(),
-            &OutputDevices::retranslate);
-    connect(m_language.get(), &LanguageSetting::languageChanged, this,
-            &LibraryViewModel::librarySummaryChanged);
 }
 
 void LibraryViewModel::observeApplication() {

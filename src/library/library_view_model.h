@@ -23,10 +23,10 @@ class EqualizerSettings;
 class ImportedPaths;
 class Importer;
 class LanguageSetting;
-class LibraryCatalog;
+class CatalogPublisher;
 class LibraryStore;
-class Maintenance;
-class MaintenanceLists;
+class Tidying;
+class TidyingLists;
 class MetadataCache;
 class MetadataHealing;
 class NowPlaying;
@@ -79,8 +79,8 @@ class LibraryViewModel : public QObject {
     Q_PROPERTY(int trackCount READ trackCount NOTIFY trackCountChanged)
     Q_PROPERTY(QString librarySummary READ librarySummary NOTIFY librarySummaryChanged)
     Q_PROPERTY(halvane::Importer* importing READ importing CONSTANT)
-    Q_PROPERTY(halvane::Maintenance* tidying READ tidying CONSTANT)
-    Q_PROPERTY(halvane::MaintenanceLists* tidyingLists READ tidyingLists CONSTANT)
+    Q_PROPERTY(halvane::Tidying* tidying READ tidying CONSTANT)
+    Q_PROPERTY(halvane::TidyingLists* tidyingLists READ tidyingLists CONSTANT)
     Q_PROPERTY(halvane::CloudDownloads* downloads READ downloads CONSTANT)
     Q_PROPERTY(halvane::Duplicates* duplicates READ duplicates CONSTANT)
     // Where the user is, and what the windows show
@@ -120,8 +120,8 @@ class LibraryViewModel : public QObject {
     /// How many tracks and albums there are, and how large their files are, in one line.
     QString librarySummary() const;
     Importer* importing() const { return m_importing.get(); }
-    Maintenance* tidying() const { return m_tidying.get(); }
-    MaintenanceLists* tidyingLists() const { return m_tidyingLists.get(); }
+    Tidying* tidying() const { return m_tidying.get(); }
+    TidyingLists* tidyingLists() const { return m_tidyingLists.get(); }
     CloudDownloads* downloads() const { return m_downloads.get(); }
     Duplicates* duplicates() const { return m_duplicates.get(); }
     Browsing* browsing() const { return m_browsing.get(); }
@@ -136,7 +136,7 @@ class LibraryViewModel : public QObject {
 
     // What no view shows.
     LibraryStore* store() const { return m_store.get(); }
-    LibraryCatalog* catalog() const { return m_catalog.get(); }
+    CatalogPublisher* catalog() const { return m_catalog.get(); }
     MetadataCache* cache() const { return m_cache.get(); }
     Bookmarks* bookmarks() const { return m_bookmarks.get(); }
     ImportedPaths* importedPaths() const { return m_importedPaths.get(); }
@@ -160,13 +160,14 @@ class LibraryViewModel : public QObject {
     void availabilityChanged(const QSet<QString>& paths);
 
     void connectRows();
-    void connectCatalog();
+    void connectSummary();
+    void connectSound();
+    void connectFiles();
     void connectTransport();
     void connectNowPlaying();
-    void connectLanguage();
     void observeApplication();
 
-    Environment m_outside;
+    Environment m_environment;
 
     // Each concern is made after those that it needs, and goes before them.
     std::unique_ptr<LanguageSetting> m_language;
@@ -176,7 +177,7 @@ class LibraryViewModel : public QObject {
 
     std::unique_ptr<CoverStore> m_covers;
     std::unique_ptr<LibraryStore> m_store;
-    std::unique_ptr<LibraryCatalog> m_catalog;
+    std::unique_ptr<CatalogPublisher> m_catalog;
     std::unique_ptr<MetadataCache> m_cache;
     std::shared_ptr<ReadingJournal> m_journal; ///< of files that crash or hang their readers
     std::unique_ptr<ImportedPaths> m_importedPaths;
@@ -188,8 +189,8 @@ class LibraryViewModel : public QObject {
     std::unique_ptr<StatusLine> m_status;
     std::unique_ptr<ProgressClock> m_progressClock;
     std::unique_ptr<PlayQueue> m_queue;
-    std::unique_ptr<CloudDownloads> m_downloads;
     std::unique_ptr<Availability> m_availability;
+    std::unique_ptr<CloudDownloads> m_downloads;
     std::unique_ptr<Transport> m_transport;
     std::unique_ptr<TransportSettings> m_transportSettings;
     std::unique_ptr<EqualizerSettings> m_equalizer;
@@ -201,11 +202,11 @@ class LibraryViewModel : public QObject {
     std::unique_ptr<MetadataHealing> m_healing;
     std::unique_ptr<Importer> m_importing;
     std::unique_ptr<Restoration> m_restoration;
-    std::unique_ptr<Maintenance> m_tidying;
+    std::unique_ptr<Tidying> m_tidying;
 
     std::unique_ptr<Browsing> m_browsing;
     std::unique_ptr<SidebarModel> m_sidebar;
-    std::unique_ptr<MaintenanceLists> m_tidyingLists;
+    std::unique_ptr<TidyingLists> m_tidyingLists;
     std::unique_ptr<CollectionPlayer> m_collections;
     std::unique_ptr<PlayerDisplay> m_player;
     std::unique_ptr<AmbientColor> m_ambient;

@@ -74,15 +74,15 @@ struct ImporterType {
     QML_ANONYMOUS
 };
 
-struct MaintenanceType {
+struct TidyingType {
     Q_GADGET
-    QML_FOREIGN(halvane::Maintenance)
+    QML_FOREIGN(halvane::Tidying)
     QML_ANONYMOUS
 };
 
-struct MaintenanceListsType {
+struct TidyingListsType {
     Q_GADGET
-    QML_FOREIGN(halvane::MaintenanceLists)
+    QML_FOREIGN(halvane::TidyingLists)
     QML_ANONYMOUS
 };
 

@@ -20,8 +20,8 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 TEST(LibraryViewModel, AFreshInstallationIsSilentAndEmpty) {
-    FakeEnvironment outside;
-    LibraryViewModel library{outside};
+    FakeEnvironment environment;
+    LibraryViewModel library{environment};
     library.start();
     EXPECT_EQ(library.transport()->volume(), 0.72);
     EXPECT_EQ(library.transport()->repeatMode(), PlaybackRepeatMode::off);
@@ -34,24 +34,24 @@ TEST(LibraryViewModel, AFreshInstallationIsSilentAndEmpty) {
     EXPECT_EQ(library.trackCount(), 0);
     EXPECT_TRUE(library.views()->showNowPlayingPanel());
     EXPECT_EQ(library.appearance()->themeAccentMode(), SpectrumTintMode::mint);
-    EXPECT_EQ(outside.notifications.requests, 1);
-    EXPECT_EQ(outside.clock.pendingTimers(), 0U);
-    EXPECT_EQ(outside.output.opens, 0);
+    EXPECT_EQ(environment.notifications.requests, 1);
+    EXPECT_EQ(environment.clock.pendingTimers(), 0U);
+    EXPECT_EQ(environment.output.opens, 0);
 }
 
 TEST(LibraryViewModel, RestoresWhatMakesSenseAndWritesItBack) {
-    FakeEnvironment outside;
-    outside.preferences.setNumber(SettingsKey::volume, 1.7);
-    outside.preferences.setString(SettingsKey::repeatMode, u"ALL"_s);
-    outside.preferences.setBoolean(SettingsKey::shuffleEnabled, true);
-    outside.preferences.setBoolean(SettingsKey::showNowPlayingPanel, false);
-    outside.preferences.setString(SettingsKey::language, u"simplifiedChinese"_s);
-    LibraryViewModel library{outside};
+    FakeEnvironment environment;
+    environment.preferences.setNumber(SettingsKey::volume, 1.7);
+    environment.preferences.setString(SettingsKey::repeatMode, u"ALL"_s);
+    environment.preferences.setBoolean(SettingsKey::shuffleEnabled, true);
+    environment.preferences.setBoolean(SettingsKey::showNowPlayingPanel, false);
+    environment.preferences.setString(SettingsKey::language, u"simplifiedChinese"_s);
+    LibraryViewModel library{environment};
     library.start();
     EXPECT_EQ(library.transport()->volume(), 1);
-    EXPECT_EQ(*outside.preferences.number(SettingsKey::volume), 1);
+    EXPECT_EQ(*environment.preferences.number(SettingsKey::volume), 1);
     EXPECT_EQ(library.transport()->repeatMode(), PlaybackRepeatMode::off);
-    EXPECT_EQ(*outside.preferences.string(SettingsKey::repeatMode), u"ALL"_s);
+    EXPECT_EQ(*environment.preferences.string(SettingsKey::repeatMode), u"ALL"_s);
     EXPECT_TRUE(library.transport()->isShuffleEnabled());
     EXPECT_FALSE(library.views()->showNowPlayingPanel());
     EXPECT_EQ(library.language()->resolvedLanguage(), ResolvedLanguage::simplifiedChinese);
@@ -60,7 +60,7 @@ TEST(LibraryViewModel, RestoresWhatMakesSenseAndWritesItBack) {
     library.transport()->stepVolume(-0.5);
     library.transport()->toggleShuffle();
     library.views()->setShowRemainingTime(true);
-    LibraryViewModel again{outside};
+    LibraryViewModel again{environment};
     again.start();
     EXPECT_EQ(again.transport()->repeatMode(), PlaybackRepeatMode::all);
     EXPECT_EQ(again.transport()->volume(), 0.5);
@@ -73,9 +73,9 @@ namespace {
 /// Two pieces of one album and one of another rate, in a library that is put together by hand.
 struct PlayingTest : testing::Test {
     static constexpr int rate = 44'100;
-    FakeEnvironment outside;
+    FakeEnvironment environment;
     QTemporaryDir music;
-    LibraryViewModel library{outside};
+    LibraryViewModel library{environment};
 
     void SetUp() override {
         library.start();
@@ -99,8 +99,8 @@ struct PlayingTest : testing::Test {
     /// Plays until something that the test waits for has come about.
     void playUntil(const std::function<bool()>& reached) {
         for (int i = 0; i < 2000 && !reached(); ++i) {
-            outside.output.play(441);
-            outside.clock.advance(10ms);
+            environment.output.play(441);
+            environment.clock.advance(10ms);
             QCoreApplication::processEvents();
         }
         ASSERT_TRUE(reached());
@@ -113,19 +113,19 @@ TEST_F(PlayingTest, PlaysAnAlbumThroughWithoutAGapAndStopsAtItsEnd) {
     library.collections()->playAlbum(u"local|moss|fern"_s);
     EXPECT_EQ(title(), u"1"_s);
     EXPECT_TRUE(library.transport()->isPlaying());
-    EXPECT_TRUE(outside.sleepInhibitor.inhibited);
-    EXPECT_EQ(outside.mediaControls.state, MediaPlaybackState::playing);
-    EXPECT_EQ(outside.mediaControls.info->title, u"1"_s);
+    EXPECT_TRUE(environment.sleepInhibitor.inhibited);
+    EXPECT_EQ(environment.mediaControls.state, MediaPlaybackState::playing);
+    EXPECT_EQ(environment.mediaControls.info->title, u"1"_s);
     EXPECT_EQ(library.userData()->playCount(path("1")), 1);
     playUntil([&] { return library.progressClock()->progress() > 0.4; });
     playUntil([&] { return title() == u"2"_s; });
-    EXPECT_EQ(outside.output.opens, 1); // the same stream goes on
+    EXPECT_EQ(environment.output.opens, 1); // the same stream goes on
     playUntil([&] { return !library.transport()->isPlaying(); });
     EXPECT_EQ(title(), u"2"_s);
     EXPECT_EQ(library.progressClock()->progress(), 1);
-    EXPECT_EQ(outside.mediaControls.state, MediaPlaybackState::stopped);
-    EXPECT_FALSE(outside.sleepInhibitor.inhibited);
-    EXPECT_EQ(outside.clock.pendingTimers(), 0U); // a silent player costs nothing
+    EXPECT_EQ(environment.mediaControls.state, MediaPlaybackState::stopped);
+    EXPECT_FALSE(environment.sleepInhibitor.inhibited);
+    EXPECT_EQ(environment.clock.pendingTimers(), 0U); // a silent player costs nothing
 }
 
 TEST_F(PlayingTest, PausesSeeksAndGoesOnToAnotherRate) {
@@ -133,18 +133,18 @@ TEST_F(PlayingTest, PausesSeeksAndGoesOnToAnotherRate) {
     playUntil([&] { return library.engine()->elapsedSeconds() > 0.2; });
     library.transport()->togglePlayback();
     const double paused = library.engine()->elapsedSeconds();
-    EXPECT_EQ(outside.clock.pendingTimers(), 0U);
+    EXPECT_EQ(environment.clock.pendingTimers(), 0U);
     library.transport()->seek(0.75);
     EXPECT_NEAR(library.engine()->elapsedSeconds(), 0.75, 1e-4);
     EXPECT_NE(paused, library.engine()->elapsedSeconds());
-    EXPECT_EQ(outside.mediaControls.jumps, std::vector<double>{0.75});
+    EXPECT_EQ(environment.mediaControls.jumps, std::vector<double>{0.75});
     library.transport()->togglePlayback();
     playUntil([&] { return title() == u"2"_s; });
     library.transport()->playNext(true);
     EXPECT_EQ(title(), u"3"_s);
     EXPECT_EQ(library.engine()->fileSampleRate(), 48'000);
     playUntil([&] { return library.engine()->elapsedSeconds() > 0.1; });
-    outside.mediaControls.handlers.previousTrack();
+    environment.mediaControls.handlers.previousTrack();
     EXPECT_EQ(title(), u"2"_s);
 }
 
@@ -158,7 +158,7 @@ TEST_F(PlayingTest, WhatIsPlayedIsSelectedAndShown) {
     EXPECT_EQ(library.queue()->size(), 2U); // found
     EXPECT_EQ(title(), u"3"_s);
     library.userData()->toggleLoved(path("3"));
-    EXPECT_TRUE(library.queue()->index(0).data(PlayQueue::IsLovedRole).toBool());
+    EXPECT_TRUE(library.queue()->index(0).data(TrackRole::isLoved).toBool());
     EXPECT_EQ(library.sidebar()->sidebarBadge(SidebarItem::loved), u"1"_s);
 
     // A playlist whose first track is missing starts at the next one, with the whole list queued.
@@ -204,9 +204,9 @@ TEST_F(PlayingTest, AFileThatIsNoSoundIsSaidAndSkipped) {
 TEST_F(PlayingTest, ALostServerIsSaidAndPlaybackGoesOnWhenItIsBack) {
     library.collections()->playAlbum(u"local|moss|fern"_s);
     playUntil([&] { return library.engine()->elapsedSeconds() > 0.3; });
-    outside.output.vanish();
+    environment.output.vanish();
     QCoreApplication::processEvents();
-    outside.output.comeBack();
+    environment.output.comeBack();
     QCoreApplication::processEvents();
     if (!library.transport()->isPlaying())
         library.transport()->togglePlayback();
@@ -231,14 +231,14 @@ QStringList titlesIn(QAbstractListModel& list, int role) {
 } // namespace
 
 TEST(LibraryViewModel, ImportsAFolderPlaysItAndFindsItAgainAtTheNextStart) {
-    FakeEnvironment outside;
+    FakeEnvironment environment;
     QTemporaryDir music;
     QDir(music.path()).mkpath(u"Moss/Fern"_s);
     const QString folder = music.filePath(u"Moss/Fern"_s);
     for (const char* name : {"First", "Second", "Third"})
         writeWave(test::music(4'410), folder + u'/' + QLatin1StringView(name) + u".wav"_s);
     {
-        LibraryViewModel library{outside};
+        LibraryViewModel library{environment};
         library.start();
         library.importing()->importDroppedURLs({QUrl::fromLocalFile(music.path())});
         waitUntil([&] { return library.status()->text() == u"Added 3 to playlist"_s; });
@@ -252,11 +252,11 @@ TEST(LibraryViewModel, ImportsAFolderPlaysItAndFindsItAgainAtTheNextStart) {
         library.transport()->playNext(true);
         EXPECT_TRUE(library.player()->isCurrentTrackLoved());
         // What is saved waits until the library of the last time, however small, has come back.
-        const QString index = outside.folder.filePath(u"data/library-cache.json"_s);
+        const QString index = environment.folder.filePath(u"data/library-cache.json"_s);
         waitUntil([&] { return QFile::exists(index); });
     }
     QFile::remove(folder + u"/Third.wav"_s);
-    LibraryViewModel library{outside};
+    LibraryViewModel library{environment};
     library.start();
     waitUntil([&] { return library.trackCount() == 3; });
     EXPECT_FALSE(library.transport()->isPlaying());

@@ -11,14 +11,6 @@ AlbumListModel::AlbumListModel(CoverStore& covers, QObject* parent)
     , m_covers(covers) {
 }
 
-int AlbumListModel::rowOfAlbum(const QString& id) const {
-    for (std::size_t row = 0; row < size(); ++row) {
-        if (item(row).id == id)
-            return static_cast<int>(row);
-    }
-    return -1;
-}
-
 QVariant AlbumListModel::data(const QModelIndex& index, int role) const {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid))
         return {};

@@ -35,9 +35,6 @@ class AlbumListModel : public CatalogListModel<Album, AlbumKind> {
     /// The covers must outlive it.
     explicit AlbumListModel(CoverStore& covers, QObject* parent = nullptr);
 
-    /// Where the first album of an id is shown, -1 when it is not.
-    Q_INVOKABLE int rowOfAlbum(const QString& id) const;
-
     QVariant data(const QModelIndex& index, int role) const override;
     QHash<int, QByteArray> roleNames() const override;
 

@@ -2,23 +2,18 @@
 #include "library/browsing/artist_list_model.h"
 
 #include "library/browsing/cover_store.h"
+#include "library/user/language_setting.h"
 #include "presentation/l10n.h"
 
 namespace halvane {
 
-ArtistListModel::ArtistListModel(CoverStore& covers, std::function<ResolvedLanguage()> language,
+ArtistListModel::ArtistListModel(CoverStore& covers, const LanguageSetting& language,
                                  QObject* parent)
     : CatalogListModel(parent)
     , m_covers(covers)
-    , m_language(std::move(language)) {
-}
-
-int ArtistListModel::rowOfArtist(const QString& name) const {
-    for (std::size_t row = 0; row < size(); ++row) {
-        if (item(row).name == name)
-            return static_cast<int>(row);
-    }
-    return -1;
+    , m_language(language) {
+    connect(&language, &LanguageSetting::languageChanged, this,
+            [this] { refreshAll({SummaryRole}); });
 }
 
 QVariant ArtistListModel::data(const QModelIndex& index, int role) const {
@@ -34,7 +29,8 @@ QVariant ArtistListModel::data(const QModelIndex& index, int role) const {
     case TrackCountRole:
         return artist.trackCount;
     case SummaryRole:
-        return L10n::artistSummary(artist.albumCount, artist.trackCount, m_language());
+        return L10n::artistSummary(artist.albumCount, artist.trackCount,
+                                   m_language.resolvedLanguage());
     case CoverKeyRole:
         return m_covers.keyFor(artist.coverImageData, artist.coverURL);
     default:

@@ -3,11 +3,10 @@
 
 #include "library/browsing/catalog_list_model.h"
 
-#include <functional>
-
 namespace halvane {
 
 class CoverStore;
+class LanguageSetting;
 
 struct ArtistKind {
     static const QString& keyOf(const CatalogArtist& artist) { return artist.name; }
@@ -30,19 +29,15 @@ class ArtistListModel : public CatalogListModel<CatalogArtist, ArtistKind> {
         CoverKeyRole,                ///< coverKey: for the cover store
     };
 
-    /// The covers must outlive it.
-    ArtistListModel(CoverStore& covers, std::function<ResolvedLanguage()> language,
-                    QObject* parent = nullptr);
-
-    /// Where an artist is shown, -1 when he is not.
-    Q_INVOKABLE int rowOfArtist(const QString& name) const;
+    /// Both references must outlive it.
+    ArtistListModel(CoverStore& covers, const LanguageSetting& language, QObject* parent = nullptr);
 
     QVariant data(const QModelIndex& index, int role) const override;
     QHash<int, QByteArray> roleNames() const override;
 
   private:
     CoverStore& m_covers;
-    std::function<ResolvedLanguage()> m_language;
+    const LanguageSetting& m_language;
 };
 
 } // namespace halvane

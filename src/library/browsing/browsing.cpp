@@ -2,34 +2,55 @@
 #include "library/browsing/browsing.h"
 
 #include "library/browsing/cover_store.h"
+#include "library/user/language_setting.h"
 #include "library/user/playlists.h"
+#include "library/user/track_user_data.h"
 
 #include <algorithm>
 
 namespace halvane {
 
-Browsing::Browsing(BrowsingCollaborators with, RowState rows, QObject* parent)
+Browsing::Browsing(const LibraryStore& store, const CatalogPublisher& catalog,
+                   const Playlists& playlists, const TrackUserData& userData,
+                   const LanguageSetting& language, const RowState& rows, QObject* parent)
     : QObject(parent)
-    , m_with(std::move(with))
-    , m_tracks(std::move(rows))
-    , m_albums(m_with.covers)
-    , m_artists(m_with.covers, m_with.language) {
-    connect(&m_with.catalog, &LibraryCatalog::catalogChanged, this, &Browsing::catalogChanged);
-    connect(&m_with.playlists, &Playlists::trackPathsChanged, this, [this](const QUuid& id) {
+    , m_store(store)
+    , m_catalog(catalog)
+    , m_playlists(playlists)
+    , m_userData(userData)
+    , m_language(language)
+    , m_covers(*rows.covers)
+    , m_tracks(rows)
+    , m_albums(m_covers)
+    , m_artists(m_covers, language) {
+    connect(&catalog, &CatalogPublisher::catalogChanged, this, &Browsing::catalogChanged);
+    followPlaylists();
+    followUserData();
+    catalogChanged();
+}
+
+void Browsing::followPlaylists() {
+    connect(&m_playlists, &Playlists::trackPathsChanged, this, [this](const QUuid& id) {
         if (id == m_selectedPlaylistID)
             sourceChanged();
     });
-    connect(&m_with.playlists, &Playlists::nameChanged, this, [this](const QUuid& id) {
+    connect(&m_playlists, &Playlists::nameChanged, this, [this](const QUuid& id) {
         if (id == m_selectedPlaylistID)
             Q_EMIT selectedPlaylistNameChanged();
     });
     connect(this, &Browsing::selectedPlaylistIDChanged, this,
             &Browsing::selectedPlaylistNameChanged);
-    connect(&m_with.playlists, &Playlists::deleted, this, [this](const QUuid& id) {
+    connect(&m_playlists, &Playlists::deleted, this, [this](const QUuid& id) {
         if (id == m_selectedPlaylistID)
             setSelectedPlaylistID({});
     });
-    catalogChanged();
+}
+
+void Browsing::followUserData() {
+    connect(&m_userData, &TrackUserData::lovedChanged, this, &Browsing::lovedChanged);
+    connect(&m_userData, &TrackUserData::reset, this, &Browsing::lovedReset);
+    connect(&m_userData, &TrackUserData::ratingChanged, this,
+            [this](const QString& path) { refreshRow(path, {TrackRole::rating}); });
 }
 
 template<typename T>
@@ -60,24 +81,26 @@ const Album* Browsing::selectedAlbum() const {
 }
 
 const Album* Browsing::artworkAlbum(const std::optional<QueueItem>& current) const {
-    return current ? albumOfEntry(*catalog(), current->album, current->artist, m_with.language())
+    return current ? albumOfEntry(*catalog(), current->album, current->artist,
+                                  m_language.resolvedLanguage())
                    : selectedAlbum();
 }
 
 Album Browsing::shown(const Album* album) const {
     if (!album)
         return {};
-    m_with.covers.keyFor(album->coverImageData, album->coverURL);
+    m_covers.keyFor(album->coverImageData, album->coverURL);
     return *album;
 }
 
 QString Browsing::selectedPlaylistName() const {
-    const Playlist* playlist = m_with.playlists.find(m_selectedPlaylistID);
+    const Playlist* playlist = m_playlists.find(m_selectedPlaylistID);
     return playlist ? playlist->name : QString();
 }
 
 void Browsing::selectAlbum(const QueueItem& entry) {
-    if (const Album* album = albumOfEntry(*catalog(), entry.album, entry.artist, m_with.language()))
+    if (const Album* album =
+            albumOfEntry(*catalog(), entry.album, entry.artist, m_language.resolvedLanguage()))
         setSelectedAlbumID(album->id);
 }
 
@@ -115,7 +138,7 @@ void Browsing::setSelectedPlaylistID(const QUuid& id) {
 
 void Browsing::enter(LibraryMode mode, SidebarItem sidebar, bool lovedOnly) {
     assign(m_selectedPlaylistID, QUuid(), &Browsing::selectedPlaylistIDChanged);
-    assign(m_showLovedOnly, lovedOnly, &Browsing::showLovedOnlyChanged);
+    m_showLovedOnly = lovedOnly;
     assign(m_sidebar, sidebar, &Browsing::selectedSidebarChanged);
     if (assign(m_mode, mode, &Browsing::modeChanged))
         Q_EMIT focusedAlbumChanged();
@@ -173,41 +196,33 @@ void Browsing::jumpToAlbum(const QueueItem& entry) {
 // What the rows show
 
 void Browsing::refreshRow(const QString& path, const QList<int>& roles) {
-    if (const TrackPtr track = m_with.store.track(path))
+    if (const TrackPtr track = m_store.track(path))
         m_tracks.refresh(*track, roles);
 }
 
 void Browsing::lovedChanged(const QString& path) {
     if (m_showLovedOnly && m_selectedPlaylistID.isNull())
         sourceChanged();
-    refreshRow(path, {TrackListModel::IsLovedRole});
+    refreshRow(path, {TrackRole::isLoved});
 }
 
 void Browsing::lovedReset() {
     if (m_showLovedOnly)
         sourceChanged();
-    m_tracks.refreshAll({TrackListModel::IsLovedRole, TrackListModel::RatingRole});
-}
-
-void Browsing::ratingChanged(const QString& path) {
-    refreshRow(path, {TrackListModel::RatingRole});
+    m_tracks.refreshAll({TrackRole::isLoved, TrackRole::rating});
 }
 
 void Browsing::availabilityChanged(const QString& path) {
-    refreshRow(path, {TrackListModel::AvailabilityRole});
+    refreshRow(path, {TrackRole::availability});
 }
 
 void Browsing::availabilityReset() {
-    m_tracks.refreshAll({TrackListModel::AvailabilityRole});
+    m_tracks.refreshAll({TrackRole::availability});
 }
 
 void Browsing::currentChanged(const QString& path) {
     refreshRow(std::exchange(m_currentPath, path), {TrackListModel::IsPlayingRole});
     refreshRow(path, {TrackListModel::IsPlayingRole});
-}
-
-void Browsing::languageChanged() {
-    m_artists.refreshAll({ArtistListModel::SummaryRole});
 }
 
 // The lists
@@ -230,11 +245,11 @@ void Browsing::sourceChanged() {
 
 Browsing::SourceRows Browsing::sourceRows() const {
     if (!m_selectedPlaylistID.isNull()) {
-        const Playlist* playlist = m_with.playlists.find(m_selectedPlaylistID);
+        const Playlist* playlist = m_playlists.find(m_selectedPlaylistID);
         return playlist ? rowsOfPaths(playlist->trackPaths) : std::vector<quint32>();
     }
     if (m_showLovedOnly) {
-        const QSet<QString>& loved = m_with.lovedPaths();
+        const QSet<QString>& loved = m_userData.lovedPaths();
         auto rows = rowsOfPaths(std::vector<QString>(loved.cbegin(), loved.cend()));
         std::sort(rows.begin(), rows.end());
         return rows;
@@ -248,9 +263,9 @@ Browsing::SourceRows Browsing::sourceRows() const {
 
 std::vector<quint32> Browsing::rowsOfPaths(const std::vector<QString>& paths) const {
     std::vector<quint32> rows;
-    if (m_with.catalog.isCurrent()) {
+    if (m_catalog.isCurrent()) {
         for (const QString& path : paths) {
-            if (const auto row = m_with.store.rowOf(path))
+            if (const auto row = m_store.rowOf(path))
                 rows.push_back(static_cast<quint32>(*row));
         }
         return rows;
@@ -320,10 +335,7 @@ void Browsing::refreshTracks() {
         for (const TrackPtr& row : *now.rows)
             items.push_back(row.get());
     }
-    const std::size_t before = m_tracks.size();
     m_tracks.setItems(catalog(), std::move(items));
-    if (m_tracks.size() != before)
-        Q_EMIT visibleTrackCountChanged();
 }
 
 void Browsing::refreshAlbums() {

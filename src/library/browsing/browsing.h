@@ -4,22 +4,13 @@
 #include "library/browsing/album_list_model.h"
 #include "library/browsing/artist_list_model.h"
 #include "library/browsing/track_list_model.h"
-#include "library/catalog/library_catalog.h"
+#include "library/catalog/catalog_publisher.h"
 #include "model/queue_item.h"
 
 namespace halvane {
 
 class Playlists;
-
-/// Whom browsing works with. All of it outlives the browsing.
-struct BrowsingCollaborators {
-    const LibraryStore& store;
-    const LibraryCatalog& catalog;
-    const Playlists& playlists;
-    CoverStore& covers;
-    std::function<const QSet<QString>&()> lovedPaths;
-    std::function<ResolvedLanguage()> language;
-};
+class TrackUserData;
 
 /// Where the user is in the library, what is searched for, and the lists that follow from both.
 /// Main thread.
@@ -44,7 +35,11 @@ class Browsing : public QObject {
     Q_PROPERTY(QAbstractListModel* visibleArtists READ visibleArtists CONSTANT)
 
   public:
-    Browsing(BrowsingCollaborators with, RowState rows, QObject* parent = nullptr);
+    /// `rows` says what a row shows of a track; its covers are those of the albums and artists
+    /// too. All references must outlive it.
+    Browsing(const LibraryStore& store, const CatalogPublisher& catalog, const Playlists& playlists,
+             const TrackUserData& userData, const LanguageSetting& language, const RowState& rows,
+             QObject* parent = nullptr);
 
     SidebarItem selectedSidebar() const { return m_sidebar; }
     LibraryMode mode() const { return m_mode; }
@@ -85,14 +80,10 @@ class Browsing : public QObject {
     /// Selects the album of a playing entry, if the library has it.
     void selectAlbum(const QueueItem& entry);
 
-    // Something that the lists show or follow from has changed.
-    void lovedChanged(const QString& path);
-    void lovedReset();
-    void ratingChanged(const QString& path);
+    // Something that the rows show has changed.
     void availabilityChanged(const QString& path);
     void availabilityReset();
     void currentChanged(const QString& path);
-    void languageChanged();
 
   Q_SIGNALS:
     void selectedSidebarChanged();
@@ -100,14 +91,12 @@ class Browsing : public QObject {
     void searchTextChanged();
     void focusedArtistChanged();
     void selectedAlbumIDChanged();
-    void showLovedOnlyChanged();
     void selectedPlaylistIDChanged();
     void selectedPlaylistNameChanged();
     /// A jump is about to show another place of the library.
     void jumping();
     void focusedAlbumChanged();
     void selectedAlbumChanged();
-    void visibleTrackCountChanged();
 
   private:
     /// Rows of the catalog; none stands for all of them.
@@ -115,6 +104,10 @@ class Browsing : public QObject {
 
     void enter(LibraryMode mode, SidebarItem sidebar, bool lovedOnly);
     void refreshRow(const QString& path, const QList<int>& roles);
+    void followPlaylists();
+    void followUserData();
+    void lovedChanged(const QString& path);
+    void lovedReset();
     void catalogChanged();
     void sourceChanged();
     void refreshTracks();
@@ -124,12 +117,17 @@ class Browsing : public QObject {
     std::vector<quint32> rowsOfPaths(const std::vector<QString>& paths) const;
     std::vector<quint32> rowsOfAlbum(const QString& id) const;
     std::vector<quint32> rowsOfArtist(const QString& name) const;
-    const std::shared_ptr<const Catalog>& catalog() const { return m_with.catalog.catalog(); }
+    const std::shared_ptr<const Catalog>& catalog() const { return m_catalog.published(); }
 
     template<typename T>
     bool assign(T& field, const T& value, void (Browsing::*changed)());
 
-    BrowsingCollaborators m_with;
+    const LibraryStore& m_store;
+    const CatalogPublisher& m_catalog;
+    const Playlists& m_playlists;
+    const TrackUserData& m_userData;
+    const LanguageSetting& m_language;
+    CoverStore& m_covers;
     SidebarItem m_sidebar = SidebarItem::library;
     LibraryMode m_mode = LibraryMode::albums;
     QString m_searchText;

@@ -53,14 +53,11 @@ class CatalogListModel : public QAbstractListModel {
     void refresh(const Item& item, const QList<int>& roles) {
         for (std::size_t row = 0; row < m_items.size(); ++row) {
             if (m_items[row] == &item)
-                emitRows({row, 1}, roles);
+                redraw(*this, {row, 1}, roles);
         }
     }
     /// Draws every row again.
-    void refreshAll(const QList<int>& roles) {
-        if (!m_items.empty())
-            emitRows({0, m_items.size()}, roles);
-    }
+    void refreshAll(const QList<int>& roles) { redraw(*this, {0, size()}, roles); }
 
   private:
     auto at(std::size_t row) { return m_items.begin() + static_cast<std::ptrdiff_t>(row); }
@@ -93,12 +90,7 @@ class CatalogListModel : public QAbstractListModel {
         }
         m_items = std::move(items);
         for (const RowRange& range : changed)
-            emitRows(range, {});
-    }
-
-    void emitRows(const RowRange& range, const QList<int>& roles) {
-        Q_EMIT dataChanged(index(static_cast<int>(range.first)),
-                           index(static_cast<int>(range.first + range.count - 1)), roles);
+            redraw(*this, range, {});
     }
 
     std::shared_ptr<const Catalog> m_catalog;

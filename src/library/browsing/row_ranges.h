@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QAbstractListModel>
+
 #include <cstddef>
 #include <vector>
 
@@ -23,6 +25,13 @@ inline void addRow(std::vector<RowRange>& ranges, std::size_t row) {
         ++ranges.back().count;
     else
         ranges.push_back({row, 1});
+}
+
+/// Has the views of a list draw some of its rows again.
+inline void redraw(QAbstractListModel& list, const RowRange& rows, const QList<int>& roles) {
+    if (rows.count > 0)
+        Q_EMIT list.dataChanged(list.index(static_cast<int>(rows.first)),
+                                list.index(static_cast<int>(rows.first + rows.count - 1)), roles);
 }
 
 } // namespace halvane

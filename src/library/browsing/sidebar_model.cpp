@@ -1,37 +1,39 @@
 // SPDX-License-Identifier: MIT
 #include "library/browsing/sidebar_model.h"
 
-#include "library/catalog/catalog.h"
+#include "library/catalog/catalog_publisher.h"
 
 namespace halvane {
-
-std::size_t sidebarCount(SidebarItem item, const Catalog& catalog, std::size_t lovedTracks) {
-    switch (item) {
-    case SidebarItem::library:
-        return 0;
-    case SidebarItem::albums:
-        return catalog.albums.size();
-    case SidebarItem::artists:
-        return catalog.artists.size();
-    case SidebarItem::tracks:
-        return catalog.rows->size();
-    case SidebarItem::loved:
-        return lovedTracks;
-    }
-    return 0;
-}
 
 namespace {
 constexpr int itemCount = static_cast<int>(SidebarItem::loved) + 1;
 }
 
-SidebarModel::SidebarModel(Count count, QObject* parent)
+SidebarModel::SidebarModel(const CatalogPublisher& catalog, QObject* parent)
     : QAbstractListModel(parent)
-    , m_count(std::move(count)) {
+    , m_catalog(catalog) {
+    connect(&catalog, &CatalogPublisher::catalogChanged, this, &SidebarModel::refresh);
+    connect(&catalog, &CatalogPublisher::lovedCountChanged, this, &SidebarModel::refresh);
+}
+
+std::size_t SidebarModel::countOf(SidebarItem item) const {
+    switch (item) {
+    case SidebarItem::library:
+        return 0;
+    case SidebarItem::albums:
+        return m_catalog.published()->albums.size();
+    case SidebarItem::artists:
+        return m_catalog.published()->artists.size();
+    case SidebarItem::tracks:
+        return m_catalog.published()->rows->size();
+    case SidebarItem::loved:
+        return m_catalog.lovedCount();
+    }
+    return 0;
 }
 
 QString SidebarModel::sidebarBadge(SidebarItem item) const {
-    const std::size_t count = m_count(item);
+    const std::size_t count = countOf(item);
     return count == 0 ? QString() : QString::number(count);
 }
 

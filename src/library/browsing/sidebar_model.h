@@ -5,14 +5,9 @@
 
 #include <QAbstractListModel>
 
-#include <functional>
-
 namespace halvane {
 
-struct Catalog;
-
-/// The number beside an item of the sidebar: 0 for the library itself, which shows none.
-std::size_t sidebarCount(SidebarItem item, const Catalog& catalog, std::size_t lovedTracks);
+class CatalogPublisher;
 
 /// The sidebar's items with their badges. Main thread.
 class SidebarModel : public QAbstractListModel {
@@ -24,21 +19,21 @@ class SidebarModel : public QAbstractListModel {
         BadgeRole,                   ///< badge: text, empty for none
     };
 
-    /// Gives the number beside an item; 0 shows none.
-    using Count = std::function<std::size_t(SidebarItem)>;
-    explicit SidebarModel(Count count, QObject* parent = nullptr);
+    /// The catalog must outlive it.
+    explicit SidebarModel(const CatalogPublisher& catalog, QObject* parent = nullptr);
 
     /// The text beside an item, empty for none.
     QString sidebarBadge(SidebarItem item) const;
-    /// The numbers may have changed.
-    void refresh();
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
     QHash<int, QByteArray> roleNames() const override;
 
   private:
-    Count m_count;
+    std::size_t countOf(SidebarItem item) const;
+    void refresh();
+
+    const CatalogPublisher& m_catalog;
 };
 
 } // namespace halvane

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "library/browsing/catalog_list_model.h"
-#include "library/browsing/row_state.h"
+#include "library/browsing/track_roles.h"
 
 namespace halvane {
 
@@ -16,25 +16,13 @@ class TrackListModel : public CatalogListModel<Track, TrackKind> {
     Q_OBJECT
 
   public:
+    /// Besides those of TrackRole.
     enum Role {
-        TrackIdRole = Qt::UserRole + 1, ///< trackId: QUuid
-        TitleRole,                      ///< title
-        ArtistRole,                     ///< artist
-        AlbumRole,                      ///< album
-        QualityRole,                    ///< quality: text
-        DurationRole,                   ///< duration: text
-        PathRole,                       ///< path: standardized
-        IsLovedRole,                    ///< isLoved
-        RatingRole,                     ///< rating: 0...5
-        AvailabilityRole,               ///< availability: TrackAvailability
-        IsPlayingRole,                  ///< isPlaying: current, also while paused
-        CoverKeyRole,                   ///< coverKey: for the cover store
+        TrackIdRole = TrackRole::firstOwn, ///< trackId: QUuid
+        IsPlayingRole,                     ///< isPlaying: current, also while paused
     };
 
     explicit TrackListModel(RowState state, QObject* parent = nullptr);
-
-    /// Where a track is shown, -1 when it is not.
-    Q_INVOKABLE int rowOfPath(const QString& path) const;
 
     QVariant data(const QModelIndex& index, int role) const override;
     QHash<int, QByteArray> roleNames() const override;

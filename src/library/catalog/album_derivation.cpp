@@ -28,8 +28,7 @@ struct Groups {
     std::vector<quint32> groupOfRow; ///< for each row
 };
 
-Groups groupTracks(const TrackRows& rows, const LibraryColumns& columns,
-                   ResolvedLanguage language) {
+Groups groupTracks(const TrackRows& rows, const TrackColumns& columns, ResolvedLanguage language) {
     Groups result;
     result.groupOfRow.reserve(rows.size());
     // The key is worked out once for each pair of texts; pairs that trim to the same meet in it.
@@ -231,7 +230,7 @@ std::vector<Color> albumColors(const QString& title, const QString& artist) {
     return {colorFromHsb({hue, 0.76, 0.88}), colorFromHsb({second, 0.7, 0.72}), Color{0, 0, 0, 1}};
 }
 
-DerivedAlbums deriveAlbums(const TrackRows& rows, const LibraryColumns& columns,
+DerivedAlbums deriveAlbums(const TrackRows& rows, const TrackColumns& columns,
                            ResolvedLanguage language) {
     Groups grouped = groupTracks(rows, columns, language);
     const QCollator collator = caseInsensitiveCollator();

@@ -2,7 +2,7 @@
 // How the album list follows from the track list. Pure; any thread.
 #pragma once
 
-#include "library/catalog/library_columns.h"
+#include "library/catalog/track_columns.h"
 #include "model/album.h"
 #include "model/enums.h"
 
@@ -48,7 +48,7 @@ struct DerivedAlbums {
 };
 
 /// Takes time linear in the number of rows, and n log n in the number of albums.
-DerivedAlbums deriveAlbums(const TrackRows& rows, const LibraryColumns& columns,
+DerivedAlbums deriveAlbums(const TrackRows& rows, const TrackColumns& columns,
                            ResolvedLanguage language);
 
 } // namespace halvane

@@ -98,7 +98,7 @@ std::shared_ptr<const Catalog> buildCatalog(std::shared_ptr<const TrackRows> row
 
 std::vector<quint32> rowsMatching(const Catalog& catalog, const QByteArray& foldedQuery,
                                   const std::vector<quint32>* within) {
-    const LibraryColumns& columns = catalog.columns;
+    const TrackColumns& columns = catalog.columns;
     const auto artists = catalog.artistTexts.matches(foldedQuery);
     const auto albums = catalog.albumTexts.matches(foldedQuery);
     const auto genres = catalog.genreTexts.matches(foldedQuery);

@@ -23,7 +23,7 @@ struct CatalogArtist {
 /// prepared search texts, consistent with each other. Never changed once built; any thread.
 struct Catalog {
     std::shared_ptr<const TrackRows> rows;
-    LibraryColumns columns;
+    TrackColumns columns;
     std::vector<Album> albums;          ///< by artist, then title
     std::vector<quint32> albumOfRow;    ///< for each row
     std::vector<CatalogArtist> artists; ///< by name, in code point order

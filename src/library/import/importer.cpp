@@ -2,13 +2,13 @@
 #include "library/import/importer.h"
 
 #include "audio/files/audio_file.h"
+#include "library/catalog/catalog_publisher.h"
 #include "library/catalog/track_rows.h"
-#include "library/import/bookmarks.h"
-#include "library/import/cache_persistence.h"
 #include "library/import/imported_paths.h"
 #include "library/playback/play_queue.h"
 #include "library/status_line.h"
-#include "platform/cloud/cloud_files.h"
+#include "library/user/language_setting.h"
+#include "platform/clock.h"
 #include "platform/log.h"
 #include "platform/session/file_chooser.h"
 #include "platform/thread_check.h"
@@ -27,20 +27,31 @@ constexpr double secondsBeforeProgress = 1.0;
 
 } // namespace
 
-Importer::Importer(ImportCollaborators with, QObject* parent)
+Importer::Importer(LibraryStore& store, CatalogPublisher& catalog, PlayQueue& queue,
+                   ImportedPaths& importedPaths, FileChooser& fileChooser, Clock& clock,
+                   StatusLine& status, const LanguageSetting& language, ReadingNeeds needs,
+                   QObject* parent)
     : QObject(parent)
-    , m_with(std::move(with)) {
+    , m_store(store)
+    , m_catalog(catalog)
+    , m_queue(queue)
+    , m_importedPaths(importedPaths)
+    , m_fileChooser(fileChooser)
+    , m_clock(clock)
+    , m_status(status)
+    , m_language(language)
+    , m_needs(std::move(needs)) {
 }
 
 void Importer::chooseAndImportMusic(bool files, bool directories) {
-    const ResolvedLanguage language = m_with.language();
+    const ResolvedLanguage language = m_language.resolvedLanguage();
     FileChooserRequest request;
     request.title = L10n::text(L10nKey::importMusicFolder, language);
     request.prompt = request.title;
     request.message = L10n::text(L10nKey::dragAudioSubtitle, language);
     request.files = files;
     request.directories = directories;
-    m_with.fileChooser.choose(request, [weak = QPointer(this)](const QStringList& paths) {
+    m_fileChooser.choose(request, [weak = QPointer(this)](const QStringList& paths) {
         QList<QUrl> urls;
         for (const QString& path : paths)
             urls.append(QUrl::fromLocalFile(path));
@@ -75,7 +86,7 @@ void Importer::importDroppedURLs(const QList<QUrl>& urls) {
     for (const QUrl& url : urls)
         if (url.isLocalFile())
             roots.append(url.toLocalFile());
-    m_with.bookmarks.persistBookmarks(roots);
+    Q_EMIT rootsGiven(roots);
     m_waiting.push_back(roots);
     if (!m_isRunning)
         startNext();
@@ -88,9 +99,7 @@ struct Importer::Run {
     Importer* importer; ///< for what is posted
     QStringList roots;
     TrackRows queued;
-    MetadataCache cache;
-    std::shared_ptr<ReadingJournal> journal;
-    std::shared_ptr<const CloudFiles> cloudFiles;
+    ReadingNeeds needs;
     ResolvedLanguage language;
 
     void operator()(const SerialWorker::Job& job) const {
@@ -123,22 +132,17 @@ struct Importer::Run {
 
     void read(const SerialWorker::Job& job, const std::vector<FileUrl>& files,
               const std::future<void>& preparation) const {
-        TrackMetadataLoader::Accompaniment with;
-        with.journal = journal;
-        with.stop = job.token();
-        with.isEvicted = [files = cloudFiles](const QString& path) {
-            return files->blocksWhenOpened(path);
-        };
+        TrackMetadataLoader::Accompaniment with = needs.accompaniment(job.token());
         with.progress = [&](std::size_t done) {
             const double fraction = static_cast<double>(done) / static_cast<double>(files.size());
             job.post([importer = importer, fraction] { importer->setProgress(fraction); });
         };
-        auto index = std::make_shared<const MetadataIndex>(cache.loadIndex());
-        cache.streamItems(files, language, std::move(index), with,
-                          [&](std::vector<LoadedItem> next) {
-                              preparation.wait();
-                              handOver(job, std::move(next));
-                          });
+        auto index = std::make_shared<const MetadataIndex>(needs.cache.loadIndex());
+        needs.cache.streamItems(files, language, std::move(index), with,
+                                [&](std::vector<LoadedItem> next) {
+                                    preparation.wait();
+                                    handOver(job, std::move(next));
+                                });
         job.post([importer = importer] { importer->finish(); });
     }
 
@@ -158,63 +162,61 @@ void Importer::startNext() {
         Q_EMIT idle();
         return;
     }
-    m_with.finishRemoval();
+    Q_EMIT adding();
     m_isRunning = true;
-    m_startedAt = m_with.clock.now();
+    m_startedAt = m_clock.now();
     m_rebuiltAt = -secondsBetweenRebuilds;
     m_added = 0;
     m_skipped = 0;
     const QStringList roots = m_waiting.front();
     m_waiting.pop_front();
-    m_worker.start(Run{this, roots, m_with.queue.records(), m_with.cache, m_with.journal,
-                       m_with.cloudFiles, m_with.language()});
+    m_worker.start(Run{this, roots, m_queue.records(), m_needs, m_language.resolvedLanguage()});
 }
 
 void Importer::take(const QStringList& roots, const Found& found) {
     qCInfo(libraryLog, "import: %ld roots, %ld audio files", static_cast<long>(roots.size()),
            static_cast<long>(found.files));
     if (found.files == 0) {
-        m_with.status.show(L10n::text(L10nKey::noSupportedAudio, m_with.language()), true);
+        m_status.show(L10n::text(L10nKey::noSupportedAudio, m_language.resolvedLanguage()), true);
         return end();
     }
     m_skipped = static_cast<qint64>(found.files - found.newFiles);
     if (found.newFiles > 0)
         return; // which the worker reads now
-    m_with.status.show(L10n::importResult(0, m_skipped, m_with.language()), false);
-    if (const auto row = m_with.queue.rowOfPath(found.firstPath))
-        m_with.play(m_with.queue.idAt(*row));
+    m_status.show(L10n::importResult(0, m_skipped, m_language.resolvedLanguage()), false);
+    if (const auto row = m_queue.rowOfPath(found.firstPath))
+        Q_EMIT playAsked(m_queue.idAt(*row));
     end();
 }
 
 void Importer::addRows(const TrackRows& rows) {
     if (rows.empty())
         return;
-    m_with.finishRemoval();
+    Q_EMIT adding();
     const bool isFirst = m_added == 0;
     m_added += static_cast<qint64>(rows.size());
-    m_with.library.append(rows);
-    const std::size_t first = m_with.queue.append(rows);
-    m_with.importedPaths.add(pathsOf(rows));
+    m_store.append(rows);
+    const std::size_t first = m_queue.append(rows);
+    m_importedPaths.add(pathsOf(rows));
     if (isFirst)
-        m_first = m_with.queue.idAt(first);
+        m_first = m_queue.idAt(first);
     // Deriving the albums costs as much as the library is large: not for every portion.
-    const double now = m_with.clock.now();
+    const double now = m_clock.now();
     if (now - m_rebuiltAt >= secondsBetweenRebuilds) {
         m_rebuiltAt = now;
-        m_with.rebuildImportedAlbums();
+        m_catalog.rebuildImportedAlbums();
     }
 }
 
 void Importer::playFirst() {
     if (const QUuid first = std::exchange(m_first, {}); !first.isNull())
-        m_with.play(first);
+        Q_EMIT playAsked(first);
 }
 
 void Importer::finish() {
-    m_with.rebuildImportedAlbums();
-    m_with.status.show(L10n::importResult(m_added, m_skipped, m_with.language()), false);
-    m_with.persistence.persistMetadataCache();
-    m_with.importEnded();
+    m_catalog.rebuildImportedAlbums();
+    m_status.show(L10n::importResult(m_added, m_skipped, m_language.resolvedLanguage()), false);
+    Q_EMIT imported();
     end();
 }
 
@@ -225,7 +227,7 @@ void Importer::end() {
 }
 
 void Importer::setProgress(double progress) {
-    const bool isShown = m_isRunning && m_with.clock.now() - m_startedAt >= secondsBeforeProgress;
+    const bool isShown = m_isRunning && m_clock.now() - m_startedAt >= secondsBeforeProgress;
     const double shown = isShown ? progress : -1;
     if (shown == m_progress)
         return;

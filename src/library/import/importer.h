@@ -3,7 +3,7 @@
 
 #include "library/catalog/library_store.h"
 #include "library/import/dropped_url_collector.h"
-#include "metadata/cache/metadata_cache.h"
+#include "library/import/reading_needs.h"
 #include "platform/serial_worker.h"
 
 #include <QObject>
@@ -15,40 +15,13 @@
 
 namespace halvane {
 
-class Bookmarks;
-class CachePersistence;
+class CatalogPublisher;
 class Clock;
-class CloudFiles;
 class FileChooser;
 class ImportedPaths;
+class LanguageSetting;
 class PlayQueue;
-class ReadingJournal;
 class StatusLine;
-
-/// Whom imports work with. All of it outlives the importer; the functions are called on the main
-/// thread.
-struct ImportCollaborators {
-    LibraryStore& library;
-    PlayQueue& queue;
-    StatusLine& status;
-    Bookmarks& bookmarks;
-    ImportedPaths& importedPaths;
-    CachePersistence& persistence;
-    FileChooser& fileChooser;
-    Clock& clock;
-    std::shared_ptr<const CloudFiles> cloudFiles;
-    MetadataCache cache;
-    std::shared_ptr<ReadingJournal> journal;
-    std::function<ResolvedLanguage()> language;
-    /// Plays an entry of the queue as if the user had asked for it.
-    std::function<void(const QUuid& entry)> play;
-    /// Ends a removal that is under way: what it would take may be what is added.
-    std::function<void()> finishRemoval;
-    /// Tracks came: derive the albums anew.
-    std::function<void()> rebuildImportedAlbums;
-    /// An import is over: look at availability, duplicates and loudness.
-    std::function<void()> importEnded;
-};
 
 /// One item of a drop, asked for its address; it may answer on any thread.
 using DroppedItem = std::function<void(std::function<void(const QVariant&)> answer)>;
@@ -62,8 +35,12 @@ class Importer : public QObject {
                    importProgressChanged) // below 0: none runs
 
   public:
-    /// When it goes, a running import ends; what that had brought stays.
-    explicit Importer(ImportCollaborators with, QObject* parent = nullptr);
+    /// All references must outlive it. When it goes, a running import ends; what that had brought
+    /// stays.
+    Importer(LibraryStore& store, CatalogPublisher& catalog, PlayQueue& queue,
+             ImportedPaths& importedPaths, FileChooser& fileChooser, Clock& clock,
+             StatusLine& status, const LanguageSetting& language, ReadingNeeds needs,
+             QObject* parent = nullptr);
 
     /// Shows the desktop's panel and imports what is chosen there.
     Q_INVOKABLE void chooseAndImportMusic(bool files, bool directories);
@@ -79,6 +56,14 @@ class Importer : public QObject {
 
   Q_SIGNALS:
     void importProgressChanged();
+    /// The user gave these files and folders.
+    void rootsGiven(const QStringList& roots);
+    /// Tracks are about to be added.
+    void adding();
+    /// An entry of the queue is to be played as if the user had asked for it.
+    void playAsked(const QUuid& entry);
+    /// An import has brought tracks and is over.
+    void imported();
     /// No import runs or waits.
     void idle();
 
@@ -98,7 +83,15 @@ class Importer : public QObject {
     void end();
     void setProgress(double progress);
 
-    ImportCollaborators m_with;
+    LibraryStore& m_store;
+    CatalogPublisher& m_catalog;
+    PlayQueue& m_queue;
+    ImportedPaths& m_importedPaths;
+    FileChooser& m_fileChooser;
+    Clock& m_clock;
+    StatusLine& m_status;
+    const LanguageSetting& m_language;
+    const ReadingNeeds m_needs;
     std::deque<QStringList> m_waiting;
     bool m_isRunning = false;
     double m_progress = -1;

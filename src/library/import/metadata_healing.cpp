@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "library/import/metadata_healing.h"
 
+#include "library/catalog/catalog_publisher.h"
 #include "library/catalog/track_rows.h"
 #include "library/import/cache_persistence.h"
 #include "library/playback/play_queue.h"
+#include "library/user/language_setting.h"
 #include "platform/cloud/cloud_files.h"
 #include "platform/thread_check.h"
 
@@ -11,9 +13,16 @@
 
 namespace halvane {
 
-MetadataHealing::MetadataHealing(HealingCollaborators with, QObject* parent)
+MetadataHealing::MetadataHealing(LibraryStore& store, CatalogPublisher& catalog, PlayQueue& queue,
+                                 CachePersistence& persistence, const LanguageSetting& language,
+                                 ReadingNeeds needs, QObject* parent)
     : QObject(parent)
-    , m_with(std::move(with)) {
+    , m_store(store)
+    , m_catalog(catalog)
+    , m_queue(queue)
+    , m_persistence(persistence)
+    , m_language(language)
+    , m_needs(std::move(needs)) {
 }
 
 void MetadataHealing::healIncompleteMetadata() {
@@ -22,21 +31,20 @@ void MetadataHealing::healIncompleteMetadata() {
         return; // every refresh asks again
     m_isRunning = true;
     m_worker.run(
-        [rows = m_with.library.snapshot(), attempts = m_attempts, cloudFiles = m_with.cloudFiles,
-         journal = m_with.journal, language = m_with.language()](const SerialWorker::Job& job) {
+        [rows = m_store.snapshot(), attempts = m_attempts, needs = m_needs,
+         language = m_language.resolvedLanguage()](const SerialWorker::Job& job) {
             Pass pass;
             std::vector<FileUrl> incomplete;
             for (const TrackPtr& row : *rows) {
                 if (row->durationSeconds || !row->sourceURL || attempts.contains(row->path()) ||
-                    !QFileInfo::exists(row->path()) || cloudFiles->blocksWhenOpened(row->path()))
+                    !QFileInfo::exists(row->path()) ||
+                    needs.cloudFiles->blocksWhenOpened(row->path()))
                     continue;
                 pass.attempted.insert(row->path());
                 incomplete.push_back(*row->sourceURL);
             }
-            TrackMetadataLoader::Accompaniment with;
-            with.journal = journal;
-            with.stop = job.token();
-            pass.items = TrackMetadataLoader::loadItems(incomplete, language, with);
+            pass.items = TrackMetadataLoader::loadItems(incomplete, language,
+                                                        needs.accompaniment(job.token()));
             return pass;
         },
         [this](const Pass& pass) {
@@ -50,7 +58,7 @@ void MetadataHealing::healIncompleteMetadata() {
 void MetadataHealing::applyHealedMetadata(const std::vector<LoadedItem>& items) {
     TrackRows healed;
     for (const LoadedItem& loaded : items) {
-        const TrackPtr known = m_with.library.track(loaded.item.path());
+        const TrackPtr known = m_store.track(loaded.item.path());
         // A second failure says no more than the first.
         if (!known || !loaded.item.durationSeconds)
             continue;
@@ -58,10 +66,11 @@ void MetadataHealing::applyHealedMetadata(const std::vector<LoadedItem>& items) 
     }
     if (healed.empty())
         return;
-    m_with.library.replace(healed);
-    m_with.queue.replace(healed);
-    m_with.rebuildImportedAlbums();
-    m_with.persistence.persistMetadataCache();
+    m_store.replace(healed);
+    PlayQueue::Places queued;
+    m_queue.replace(healed, queued);
+    m_catalog.rebuildImportedAlbums();
+    m_persistence.persistMetadataCache();
 }
 
 } // namespace halvane

@@ -2,29 +2,17 @@
 #pragma once
 
 #include "library/catalog/library_store.h"
-#include "metadata/track_metadata_loader.h"
+#include "library/import/reading_needs.h"
 #include "platform/serial_worker.h"
 
 #include <QObject>
 
-#include <functional>
-
 namespace halvane {
 
 class CachePersistence;
-class CloudFiles;
+class CatalogPublisher;
+class LanguageSetting;
 class PlayQueue;
-
-/// Whom the healing works with. All of it outlives it; the functions are called on the main thread.
-struct HealingCollaborators {
-    LibraryStore& library;
-    PlayQueue& queue;
-    CachePersistence& persistence;
-    std::shared_ptr<const CloudFiles> cloudFiles;
-    std::shared_ptr<ReadingJournal> journal;
-    std::function<ResolvedLanguage()> language;
-    std::function<void()> rebuildImportedAlbums;
-};
 
 /// Reads files again whose length could not be read: they may have been half copied, or not yet
 /// downloaded. Each at most once while the program runs; one that is missing or in the cloud does
@@ -33,7 +21,10 @@ class MetadataHealing : public QObject {
     Q_OBJECT
 
   public:
-    explicit MetadataHealing(HealingCollaborators with, QObject* parent = nullptr);
+    /// All references must outlive it.
+    MetadataHealing(LibraryStore& store, CatalogPublisher& catalog, PlayQueue& queue,
+                    CachePersistence& persistence, const LanguageSetting& language,
+                    ReadingNeeds needs, QObject* parent = nullptr);
 
     void healIncompleteMetadata();
     /// Puts what was read into the tracks of the same paths; their ids and what the user made of
@@ -52,7 +43,12 @@ class MetadataHealing : public QObject {
         std::vector<LoadedItem> items;
     };
 
-    HealingCollaborators m_with;
+    LibraryStore& m_store;
+    CatalogPublisher& m_catalog;
+    PlayQueue& m_queue;
+    CachePersistence& m_persistence;
+    const LanguageSetting& m_language;
+    const ReadingNeeds m_needs;
     QSet<QString> m_attempts;
     bool m_isRunning = false;
     SerialWorker m_worker;

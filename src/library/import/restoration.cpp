@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "library/import/restoration.h"
 
-#include "library/catalog/library_catalog.h"
+#include "library/catalog/catalog_publisher.h"
 #include "library/catalog/track_rows.h"
 #include "library/import/cache_persistence.h"
 #include "library/import/imported_paths.h"
+#include "library/user/language_setting.h"
 #include "metadata/file_dates.h"
-#include "platform/cloud/cloud_files.h"
 #include "platform/thread_check.h"
 
 #include <algorithm>
@@ -37,24 +37,34 @@ TrackPtr withSize(Track track, qint64 bytes) {
 
 } // namespace
 
-Restoration::Restoration(RestorationCollaborators with, QObject* parent)
+Restoration::Restoration(LibraryStore& store, CatalogPublisher& catalog, PlayQueue& queue,
+                         ImportedPaths& importedPaths, CachePersistence& persistence,
+                         const LanguageSetting& language, ReadingNeeds needs,
+                         std::shared_future<void> firstPicture, QObject* parent)
     : QObject(parent)
-    , m_with(std::move(with)) {
+    , m_store(store)
+    , m_catalog(catalog)
+    , m_queue(queue)
+    , m_importedPaths(importedPaths)
+    , m_persistence(persistence)
+    , m_language(language)
+    , m_needs(std::move(needs))
+    , m_firstPicture(std::move(firstPicture)) {
 }
 
 void Restoration::restoreImportedAudio() {
     assertOwnThread(*this);
     m_isRunning = true;
-    m_with.persistence.hold();
-    remember(m_with.importedPaths.restore());
+    m_persistence.hold();
+    remember(m_importedPaths.restore());
 }
 
 void Restoration::remember(const StoredPaths& stored) {
     // The index is kept until the rows are on their way to the main thread: to free it takes time.
     const auto index = std::make_shared<std::shared_ptr<const MetadataIndex>>();
     m_worker.run(
-        [stored, index, cache = m_with.cache,
-         firstPicture = m_with.firstPicture]() -> std::optional<Remembered> {
+        [stored, index, cache = m_needs.cache,
+         firstPicture = m_firstPicture]() -> std::optional<Remembered> {
             if (firstPicture.valid())
                 firstPicture.wait_for(longestWaitForPicture);
             *index = std::make_shared<const MetadataIndex>(cache.loadIndex());
@@ -73,37 +83,38 @@ void Restoration::remember(const StoredPaths& stored) {
             if (remembered)
                 publish(*std::move(remembered));
             else // could not be read ahead of need
-                remember([paths = m_with.importedPaths.stored()] { return std::optional(paths); });
+                remember([paths = m_importedPaths.stored()] { return std::optional(paths); });
         });
 }
 
 void Restoration::publish(Remembered remembered) {
     // Something may have been imported meanwhile.
-    if (!m_with.queue.isEmpty()) {
-        const QStringList queued = pathsOf(m_with.queue.records());
+    if (!m_queue.isEmpty()) {
+        const QStringList queued = pathsOf(m_queue.records());
         std::erase_if(remembered.entries, [known = QSet<QString>(queued.cbegin(), queued.cend())](
                                               const PlayQueue::Entry& entry) {
             return known.contains(entry.record->path());
         });
     }
     const bool isCacheCurrent = remembered.records == remembered.toCheck.size();
-    m_with.queue.append(std::move(remembered.entries));
-    m_with.library.append(std::move(remembered.library.rows));
-    m_with.persistence.release(); // what has a record is there
-    m_with.catalog.rebuildImportedAlbums();
+    m_queue.append(std::move(remembered.entries));
+    m_store.append(std::move(remembered.library.rows));
+    m_persistence.release(); // what has a record is there
+    m_catalog.rebuildImportedAlbums();
     // The albums are what is waited for: a look at the disk would only hold them up.
-    m_with.catalog.whenCurrent(this, [this, known = std::move(remembered.toCheck),
-                                      unknown = std::move(remembered.library.unknown),
-                                      isCacheCurrent]() mutable {
+    m_catalog.whenCurrent(this, [this, known = std::move(remembered.toCheck),
+                                 unknown = std::move(remembered.library.unknown),
+                                 isCacheCurrent]() mutable {
         check(std::move(known), std::move(unknown), isCacheCurrent);
     });
 }
 
 void Restoration::check(TrackRows known, std::vector<FileUrl> unknown, bool isCacheCurrent) {
     m_worker.run(
-        [known = std::move(known), unknown = std::move(unknown),
-         with = Reading{m_with.journal, m_with.cloudFiles, m_with.language()}](
-            const SerialWorker::Job& job) { return fresh(known, unknown, with, job.token()); },
+        [known = std::move(known), unknown = std::move(unknown), needs = m_needs,
+         language = m_language.resolvedLanguage()](const SerialWorker::Job& job) {
+            return fresh(known, unknown, needs, language, job.token());
+        },
         [this, isCacheCurrent](Fresh fresh) {
             const bool isUnchanged = fresh.changed.empty() && fresh.added.empty();
             takeOver(std::move(fresh), isCacheCurrent && isUnchanged);
@@ -111,7 +122,8 @@ void Restoration::check(TrackRows known, std::vector<FileUrl> unknown, bool isCa
 }
 
 Restoration::Fresh Restoration::fresh(const TrackRows& known, std::vector<FileUrl> unknown,
-                                      const Reading& with, const std::stop_token& stop) {
+                                      const ReadingNeeds& needs, ResolvedLanguage language,
+                                      const std::stop_token& stop) {
     std::vector<const Track*> tracks;
     std::vector<FileUrl> files;
     tracks.reserve(known.size());
@@ -143,13 +155,7 @@ Restoration::Fresh Restoration::fresh(const TrackRows& known, std::vector<FileUr
         }
     }
 
-    TrackMetadataLoader::Accompaniment beside;
-    beside.journal = with.journal;
-    beside.stop = stop;
-    beside.isEvicted = [cloud = with.cloudFiles](const QString& path) {
-        return cloud->blocksWhenOpened(path);
-    };
-    auto read = TrackMetadataLoader::loadItems(toRead, with.language, beside);
+    auto read = TrackMetadataLoader::loadItems(toRead, language, needs.accompaniment(stop));
     for (std::size_t i = 0; i < changed.size(); ++i) {
         // What can't be opened now, such as a file that is in the cloud, stays as it is known; its
         // date still differs at the next start.
@@ -163,19 +169,12 @@ Restoration::Fresh Restoration::fresh(const TrackRows& known, std::vector<FileUr
 }
 
 void Restoration::takeOver(Fresh fresh, bool isCacheCurrent) {
-    if (fresh.changed.empty() && fresh.added.empty())
+    if (!fresh.changed.empty())
+        replaceSome(fresh);
+    else if (!fresh.added.empty())
+        addSome(fresh.added);
+    else
         return finish(isCacheCurrent);
-    const TrackRows changed = portionOf(fresh.changed);
-    m_with.library.replace(changed);
-    m_with.queue.replace(changed);
-    TrackRows added = portionOf(fresh.added);
-    std::reverse(added.begin(), added.end());
-    // Something may have been imported meanwhile.
-    std::erase_if(added, [this](const TrackPtr& track) {
-        return m_with.library.rowOf(track->path()).has_value();
-    });
-    m_with.library.append(added);
-    m_with.queue.append(added);
     QMetaObject::invokeMethod(
         this,
         [this, fresh = std::move(fresh), isCacheCurrent]() mutable {
@@ -184,14 +183,29 @@ void Restoration::takeOver(Fresh fresh, bool isCacheCurrent) {
         Qt::QueuedConnection);
 }
 
+void Restoration::replaceSome(Fresh& fresh) {
+    const TrackRows changed = portionOf(fresh.changed);
+    m_store.replace(changed);
+    m_queue.replace(changed, fresh.queued);
+}
+
+void Restoration::addSome(TrackRows& fresh) {
+    TrackRows added = portionOf(fresh);
+    std::reverse(added.begin(), added.end());
+    // Something may have been imported meanwhile.
+    std::erase_if(
+        added, [this](const TrackPtr& track) { return m_store.rowOf(track->path()).has_value(); });
+    m_store.append(added);
+    m_queue.append(added);
+}
+
 void Restoration::finish(bool isCacheCurrent) {
-    m_with.importedPaths.restored();
+    m_importedPaths.restored();
     m_isRunning = false;
-    if (!m_with.catalog.isCurrent())
-        m_with.catalog.rebuildImportedAlbums();
+    if (!m_catalog.isCurrent())
+        m_catalog.rebuildImportedAlbums();
     if (!isCacheCurrent)
-        m_with.persistence.persistMetadataCache();
-    m_with.restored();
+        m_persistence.persistMetadataCache();
     Q_EMIT finished();
 }
 

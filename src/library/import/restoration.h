@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "library/import/reading_needs.h"
 #include "library/import/remembered_library.h"
 #include "library/playback/play_queue.h"
-#include "metadata/cache/metadata_cache.h"
 #include "platform/serial_worker.h"
 
 #include <QObject>
@@ -14,27 +14,9 @@
 namespace halvane {
 
 class CachePersistence;
-class CloudFiles;
+class CatalogPublisher;
 class ImportedPaths;
-class LibraryCatalog;
-class ReadingJournal;
-
-/// Whom the restoration works with. All of it outlives it; the functions are called on the main
-/// thread.
-struct RestorationCollaborators {
-    LibraryStore& library;
-    LibraryCatalog& catalog;
-    PlayQueue& queue;
-    ImportedPaths& importedPaths;
-    CachePersistence& persistence;
-    std::shared_ptr<const CloudFiles> cloudFiles;
-    MetadataCache cache;
-    std::shared_ptr<ReadingJournal> journal;
-    std::shared_future<void> firstPicture; ///< as in the environment
-    std::function<ResolvedLanguage()> language;
-    /// Everything is there: look at availability, duplicates and loudness.
-    std::function<void()> restored;
-};
+class LanguageSetting;
 
 /// Brings the library back at the start, in two steps. First what the index knows is shown, without
 /// a look at any file: a worker decodes it, and the main thread takes over the whole library at a
@@ -45,7 +27,11 @@ class Restoration : public QObject {
     Q_OBJECT
 
   public:
-    explicit Restoration(RestorationCollaborators with, QObject* parent = nullptr);
+    /// `firstPicture` is waited for as the environment says. All references must outlive it.
+    Restoration(LibraryStore& store, CatalogPublisher& catalog, PlayQueue& queue,
+                ImportedPaths& importedPaths, CachePersistence& persistence,
+                const LanguageSetting& language, ReadingNeeds needs,
+                std::shared_future<void> firstPicture, QObject* parent = nullptr);
 
     void restoreImportedAudio();
     /// From then until finished().
@@ -63,27 +49,32 @@ class Restoration : public QObject {
         std::vector<PlayQueue::Entry> entries;
         std::size_t records = 0; ///< in the index
     };
-    /// What the worker needs to read files.
-    struct Reading {
-        std::shared_ptr<ReadingJournal> journal;
-        std::shared_ptr<const CloudFiles> cloudFiles;
-        ResolvedLanguage language;
-    };
     /// What was read, last first.
     struct Fresh {
         TrackRows changed; ///< to take the places of what the index knew of these files
         TrackRows added;
+        PlayQueue::Places queued; ///< for the portions
     };
 
     void remember(const StoredPaths& stored);
     void publish(Remembered remembered);
     void check(TrackRows known, std::vector<FileUrl> unknown, bool isCacheCurrent);
-    static Fresh fresh(const TrackRows& known, std::vector<FileUrl> unknown, const Reading& with,
+    static Fresh fresh(const TrackRows& known, std::vector<FileUrl> unknown,
+                       const ReadingNeeds& needs, ResolvedLanguage language,
                        const std::stop_token& stop);
     void takeOver(Fresh fresh, bool isCacheCurrent);
+    void replaceSome(Fresh& fresh);
+    void addSome(TrackRows& fresh);
     void finish(bool isCacheCurrent);
 
-    RestorationCollaborators m_with;
+    LibraryStore& m_store;
+    CatalogPublisher& m_catalog;
+    PlayQueue& m_queue;
+    ImportedPaths& m_importedPaths;
+    CachePersistence& m_persistence;
+    const LanguageSetting& m_language;
+    const ReadingNeeds m_needs;
+    const std::shared_future<void> m_firstPicture;
     bool m_isRunning = false;
     SerialWorker m_worker{SerialWorker::Priority::low};
 };

@@ -15,20 +15,10 @@ class CollectionPlayer : public QObject {
     Q_OBJECT
 
   public:
-    struct Collaborators {
-        const LibraryStore& store;
-        const LibraryCatalog& catalog;
-        const Playlists& playlists;
-        const FileAvailability& files;
-        Browsing& browsing;
-        PlayQueue& queue;
-        Transport& transport;
-    };
-
-    /// All collaborators outlive it.
-    explicit CollectionPlayer(const Collaborators& with, QObject* parent = nullptr)
-        : QObject(parent)
-        , m_with(with) {}
+    /// All references must outlive it.
+    CollectionPlayer(const LibraryStore& store, const CatalogPublisher& catalog,
+                     const Playlists& playlists, const FileAvailability& files, Browsing& browsing,
+                     PlayQueue& queue, Transport& transport, QObject* parent = nullptr);
 
     /// A click on a track: through the queue as it is, at whose end the track is put if need be.
     Q_INVOKABLE void playTrack(const QUuid& withID);
@@ -42,7 +32,13 @@ class CollectionPlayer : public QObject {
     TrackRows
     tracksWhere(const std::function<bool(const Catalog&, std::size_t row)>& belongs) const;
 
-    Collaborators m_with;
+    const LibraryStore& m_store;
+    const CatalogPublisher& m_catalog;
+    const Playlists& m_playlists;
+    const FileAvailability& m_files;
+    Browsing& m_browsing;
+    PlayQueue& m_queue;
+    Transport& m_transport;
 };
 
 } // namespace halvane

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "library/playback/play_queue.h"
 
-#include "library/browsing/cover_store.h"
 #include "library/browsing/row_ranges.h"
 #include "library/catalog/track_conversion.h"
 #include "platform/thread_check.h"
@@ -113,7 +112,7 @@ void PlayQueue::setCurrentRow(std::optional<std::size_t> row) {
     const auto before = std::exchange(m_current, row);
     for (const auto& changed : {before, row}) {
         if (changed)
-            emitRow(*changed, {IsCurrentRole});
+            redraw(*this, {*changed, 1}, {IsCurrentRole});
     }
     Q_EMIT currentChanged();
 }
@@ -240,17 +239,30 @@ void PlayQueue::takeOutRange(const RowRange& range) {
     endRemoveRows();
 }
 
-void PlayQueue::replace(const TrackRows& tracks) {
+void PlayQueue::learn(Places& places) const {
+    if (places.m_revision == m_revision)
+        return;
+    places.m_rows.clear();
+    places.m_rows.reserve(static_cast<qsizetype>(size()));
+    for (std::size_t row = 0; row < size(); ++row)
+        places.m_rows.insert(pathOf(record(row)), static_cast<quint32>(row));
+    places.m_revision = m_revision;
+}
+
+void PlayQueue::replace(const TrackRows& tracks, Places& places) {
     assertOwnThread(*this);
-    QHash<QString, TrackPtr> fresh;
-    for (const TrackPtr& track : tracks)
-        fresh.insert(track->path(), track);
-    for (std::size_t row = 0; row < m_entries->size(); ++row) {
-        const auto found = fresh.constFind(pathOf(record(row)));
-        if (found == fresh.cend())
-            continue;
-        writableEntries()[row].record = *found;
-        emitRow(row, {});
+    learn(places);
+    std::vector<std::size_t> changed;
+    for (const TrackPtr& track : tracks) {
+        const auto [begin, end] = std::as_const(places.m_rows).equal_range(track->path());
+        for (auto row = begin; row != end; ++row) {
+            writableEntries()[*row].record = track;
+            changed.push_back(*row);
+        }
+    }
+    places.m_revision = m_revision; // no entry has moved
+    for (const std::size_t row : changed) {
+        redraw(*this, {row, 1}, {});
         if (m_current == row)
             Q_EMIT currentRecordChanged();
     }
@@ -284,20 +296,14 @@ void PlayQueue::move(const QUuid& id, const QUuid& toPositionOf) {
 }
 
 void PlayQueue::refresh(const QString& path, const QList<int>& roles) {
-    for (std::size_t row = 0; row < m_entries->size(); ++row) {
-        if ((*m_entries)[row].record->path() == path)
-            emitRow(row, roles);
+    for (std::size_t row = 0; row < size(); ++row) {
+        if (pathOf(record(row)) == path)
+            redraw(*this, {row, 1}, roles);
     }
 }
 
 void PlayQueue::refreshAll(const QList<int>& roles) {
-    if (!m_entries->empty())
-        Q_EMIT dataChanged(index(0), index(rowCount() - 1), roles);
-}
-
-void PlayQueue::emitRow(std::size_t row, const QList<int>& roles) {
-    const QModelIndex changed = index(static_cast<int>(row));
-    Q_EMIT dataChanged(changed, changed, roles);
+    redraw(*this, {0, size()}, roles);
 }
 
 int PlayQueue::rowCount(const QModelIndex& parent) const {
@@ -308,40 +314,21 @@ QVariant PlayQueue::data(const QModelIndex& index, int role) const {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid))
         return {};
     const auto row = static_cast<std::size_t>(index.row());
-    const Track& track = record(row);
     switch (role) {
     case EntryIdRole:
-        return (*m_entries)[row].id;
-    case Qt::DisplayRole:
-    case TitleRole:
-        return track.title;
-    case ArtistRole:
-        return track.artist;
-    case AlbumRole:
-        return track.album;
-    case DurationRole:
-        return track.duration;
-    case PathRole:
-        return pathOf(track);
+        return idAt(row);
     case IsCurrentRole:
         return m_current == row;
-    case AvailabilityRole:
-        return QVariant::fromValue(m_state.availability(pathOf(track)));
-    case IsLovedRole:
-        return m_state.isLoved(pathOf(track));
-    case CoverKeyRole:
-        return m_state.covers->keyFor(track.coverImageData, track.coverURL);
     default:
-        return {};
+        return TrackRole::value(record(row), role, m_state);
     }
 }
 
 QHash<int, QByteArray> PlayQueue::roleNames() const {
-    return {{EntryIdRole, "entryId"},     {TitleRole, "title"},
-            {ArtistRole, "artist"},       {AlbumRole, "album"},
-            {DurationRole, "duration"},   {PathRole, "path"},
-            {IsCurrentRole, "isCurrent"}, {AvailabilityRole, "availability"},
-            {IsLovedRole, "isLoved"},     {CoverKeyRole, "coverKey"}};
+    auto names = TrackRole::names();
+    names.insert(EntryIdRole, "entryId");
+    names.insert(IsCurrentRole, "isCurrent");
+    return names;
 }
 
 } // namespace halvane

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "library/browsing/row_ranges.h"
-#include "library/browsing/row_state.h"
+#include "library/browsing/track_roles.h"
 #include "library/catalog/library_store.h"
 #include "model/queue_item.h"
 
@@ -17,17 +17,10 @@ class PlayQueue : public QAbstractListModel {
     Q_OBJECT
 
   public:
+    /// Besides those of TrackRole.
     enum Role {
-        EntryIdRole = Qt::UserRole + 1, ///< entryId: QUuid
-        TitleRole,                      ///< title
-        ArtistRole,                     ///< artist
-        AlbumRole,                      ///< album
-        DurationRole,                   ///< duration: text
-        PathRole,                       ///< path: standardized
-        IsCurrentRole,                  ///< isCurrent
-        AvailabilityRole,               ///< availability: TrackAvailability
-        IsLovedRole,                    ///< isLoved
-        CoverKeyRole,                   ///< coverKey: for the cover store
+        EntryIdRole = TrackRole::firstOwn, ///< entryId: QUuid
+        IsCurrentRole,                     ///< isCurrent
     };
 
     struct Entry {
@@ -87,8 +80,15 @@ class PlayQueue : public QAbstractListModel {
     /// removal began. What there was instead takes time to free, and comes back for it.
     void finishRemoval(const QSet<QString>& paths, Remainder& remainder);
 
+    /// Where the files of the queue are. Replacements that follow each other share one, so that
+    /// only the first of them looks at every entry.
+    class Places {
+        friend PlayQueue;
+        QMultiHash<QString, quint32> m_rows; ///< by path
+        quint64 m_revision = 0;              ///< of the queue that they are of
+    };
     /// Puts fresh records in the place of those with the same paths.
-    void replace(const TrackRows& tracks);
+    void replace(const TrackRows& tracks, Places& places);
     /// Moves an entry to the place of another; nothing when either is unknown or both are one.
     Q_INVOKABLE void move(const QUuid& id, const QUuid& toPositionOf);
 
@@ -115,7 +115,7 @@ class PlayQueue : public QAbstractListModel {
     void takeOut(Remainder& remainder);
     void takeOutRange(const RowRange& range);
     void setSourceLabel(const std::optional<QString>& label);
-    void emitRow(std::size_t row, const QList<int>& roles);
+    void learn(Places& places) const;
 
     RowState m_state;
     std::shared_ptr<Entries> m_entries;

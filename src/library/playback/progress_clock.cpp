@@ -31,7 +31,7 @@ void ProgressClock::tick() {
         return;
     const double elapsed = m_engine.elapsedSeconds();
     const double total = m_engine.durationSeconds();
-    setElapsedSeconds(elapsed);
+    m_elapsedSeconds = elapsed;
     setElapsedTime(TrackMetadataLoader::formatDuration(elapsed));
     if (total > 0)
         setProgress(elapsed / total);
@@ -40,7 +40,7 @@ void ProgressClock::tick() {
 void ProgressClock::show(double progress, double elapsedSeconds) {
     m_isScrubbing = false;
     setProgress(progress);
-    setElapsedSeconds(elapsedSeconds);
+    m_elapsedSeconds = elapsedSeconds;
     setElapsedTime(TrackMetadataLoader::formatDuration(elapsedSeconds));
 }
 
@@ -70,13 +70,6 @@ void ProgressClock::setElapsedTime(const QString& text) {
         return;
     m_elapsedTime = text;
     Q_EMIT elapsedTimeChanged();
-}
-
-void ProgressClock::setElapsedSeconds(double seconds) {
-    if (m_elapsedSeconds == seconds)
-        return;
-    m_elapsedSeconds = seconds;
-    Q_EMIT elapsedSecondsChanged();
 }
 
 } // namespace halvane

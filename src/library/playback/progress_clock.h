@@ -22,7 +22,6 @@ class ProgressClock : public QObject {
     double progress() const { return m_progress; }
     const QString& elapsedTime() const { return m_elapsedTime; }
     double elapsedSeconds() const { return m_elapsedSeconds; }
-    bool isScrubbing() const { return m_isScrubbing; }
 
     /// Starts, or starts again, the quarter-second beat.
     void start();
@@ -41,12 +40,10 @@ class ProgressClock : public QObject {
   Q_SIGNALS:
     void progressChanged();
     void elapsedTimeChanged();
-    void elapsedSecondsChanged();
 
   private:
     void setProgress(double progress);
     void setElapsedTime(const QString& text);
-    void setElapsedSeconds(double seconds);
 
     const TransportEngine& m_engine;
     Clock& m_clock;

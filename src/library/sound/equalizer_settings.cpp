@@ -16,11 +16,10 @@
 namespace halvane {
 
 EqualizerSettings::EqualizerSettings(Preferences& preferences, const LanguageSetting& language,
-                                     SetEQ setEQ, QObject* parent)
+                                     QObject* parent)
     : QObject(parent)
     , m_preferences(preferences)
-    , m_language(language)
-    , m_setEQ(std::move(setEQ)) {
+    , m_language(language) {
     connect(this, &EqualizerSettings::currentEQPresetIDChanged, this,
             &EqualizerSettings::presetMenuTitleChanged);
     connect(&language, &LanguageSetting::languageChanged, this,
@@ -65,7 +64,7 @@ QStringList EqualizerSettings::userEQPresetNames() const {
 }
 
 void EqualizerSettings::applyEQ() {
-    m_setEQ(m_enabled, m_gains, m_preamp);
+    Q_EMIT applied(m_enabled, m_gains, m_preamp);
 }
 
 void EqualizerSettings::eqSettingsChanged() {

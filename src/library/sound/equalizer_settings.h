@@ -6,7 +6,6 @@
 #include <QObject>
 #include <QStringList>
 
-#include <functional>
 #include <vector>
 
 namespace halvane {
@@ -27,12 +26,8 @@ class EqualizerSettings : public QObject {
     Q_PROPERTY(QStringList userEQPresetNames READ userEQPresetNames NOTIFY userEQPresetsChanged)
 
   public:
-    /// Hands the whole state to the engine, as AudioPlaybackEngine::setEQ.
-    using SetEQ =
-        std::function<void(bool enabled, const std::vector<double>& gains, double preamp)>;
-
     /// Off and flat until restore. Both references must outlive it.
-    EqualizerSettings(Preferences& preferences, const LanguageSetting& language, SetEQ setEQ,
+    EqualizerSettings(Preferences& preferences, const LanguageSetting& language,
                       QObject* parent = nullptr);
 
     /// Takes everything from the preferences and applies it.
@@ -68,6 +63,8 @@ class EqualizerSettings : public QObject {
     Q_INVOKABLE void deleteUserEQPreset(const QString& name);
 
   Q_SIGNALS:
+    /// The whole state, for the engine. Also when it is as before.
+    void applied(bool enabled, const std::vector<double>& gains, double preamp);
     void eqEnabledChanged();
     void eqGainsChanged();
     void eqPreampChanged();
@@ -83,7 +80,6 @@ class EqualizerSettings : public QObject {
 
     Preferences& m_preferences;
     const LanguageSetting& m_language;
-    SetEQ m_setEQ;
     bool m_enabled = false;
     std::vector<double> m_gains = std::vector<double>(10, 0.0);
     double m_preamp = 0;

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "library/sound/output_devices.h"
 
+#include "library/user/language_setting.h"
 #include "library/user/settings_keys.h"
 #include "platform/log.h"
 #include "platform/preferences/preferences.h"
 #include "platform/thread_check.h"
+#include "presentation/l10n.h"
 
 #include <algorithm>
 
@@ -13,11 +15,13 @@ namespace halvane {
 using AudioOutput::OutputDevice;
 
 OutputDevices::OutputDevices(AudioOutput::Devices& devices, Preferences& preferences,
-                             Collaborators collaborators, QObject* parent)
+                             const LanguageSetting& language, RouteEngine routeEngine,
+                             QObject* parent)
     : QObject(parent)
     , m_devices(devices)
     , m_preferences(preferences)
-    , m_collaborators(std::move(collaborators)) {
+    , m_language(language)
+    , m_routeEngine(std::move(routeEngine)) {
 }
 
 void OutputDevices::restore() {
@@ -27,6 +31,7 @@ void OutputDevices::restore() {
             &OutputDevices::refreshOutputDeviceList);
     connect(&m_devices, &AudioOutput::Devices::defaultOutputDeviceChanged, this,
             &OutputDevices::defaultDeviceChanged);
+    connect(&m_language, &LanguageSetting::languageChanged, this, &OutputDevices::retranslate);
     const auto stored = m_preferences.string(SettingsKey::outputDeviceName);
     if (!stored || stored->isEmpty())
         return;
@@ -62,10 +67,10 @@ void OutputDevices::selectOutputDevice(quint32 id) {
 }
 
 void OutputDevices::applyOutputDevice(const OutputDevice& device) {
-    if (const auto error = m_collaborators.routeEngine(device.id)) {
+    if (const auto error = m_routeEngine(device.id)) {
         qCCritical(libraryLog, "output device switch failed: %ls", qUtf16Printable(*error));
         setPinActive(false);
-        m_collaborators.switchFailed();
+        Q_EMIT switchFailed();
         refreshOutputDevice();
         return;
     }
@@ -96,7 +101,7 @@ void OutputDevices::refreshOutputDevice() {
     std::optional<QString> name;
     if (const auto id = m_devices.defaultOutputDevice())
         name = m_devices.deviceName(*id);
-    setShownName(name ? *name : m_collaborators.builtInOutput());
+    setShownName(name ? *name : L10n::text(L10nKey::builtInOutput, m_language.resolvedLanguage()));
 }
 
 void OutputDevices::retranslate() {
@@ -116,7 +121,7 @@ void OutputDevices::defaultDeviceChanged() {
 /// A failure leaves the engine where it is, and nothing better can be offered.
 void OutputDevices::routeToDefault() {
     const auto id = m_devices.defaultOutputDevice();
-    if (id && !m_collaborators.routeEngine(*id))
+    if (id && !m_routeEngine(*id))
         m_routed = id;
 }
 

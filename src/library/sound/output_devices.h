@@ -13,6 +13,7 @@
 
 namespace halvane {
 
+class LanguageSetting;
 class Preferences;
 
 /// Which device plays: the system's default, or the one the user chose by name, which is taken
@@ -25,21 +26,14 @@ class OutputDevices final : public QObject {
                    selectedOutputDeviceNameChanged)
 
   public:
-    /// What it needs of the rest of the player. All are called on the main thread.
-    struct Collaborators {
-        /// Moves the engine to a device; the error's description on failure, on which the engine
-        /// has gone on where it was (AudioPlaybackEngine::setOutputDevice).
-        std::function<std::optional<QString>(std::optional<std::uint32_t> id)> routeEngine;
-        /// A switch failed: show it in the status line, take over the engine's own playing state
-        /// (stopping the progress clock when it does not play) and update Now Playing.
-        std::function<void()> switchFailed;
-        /// The name to show when the system reports no default device, in the current language.
-        std::function<QString()> builtInOutput;
-    };
+    /// Moves the engine to a device; the error's description on failure, on which the engine has
+    /// gone on where it was (AudioPlaybackEngine::setOutputDevice).
+    using RouteEngine = std::function<std::optional<QString>(std::optional<std::uint32_t> id)>;
 
-    /// The devices and the preferences must outlive it. Nothing is read or routed before restore().
+    /// All references must outlive it. Nothing is read or routed before restore().
     OutputDevices(AudioOutput::Devices& devices, Preferences& preferences,
-                  Collaborators collaborators, QObject* parent = nullptr);
+                  const LanguageSetting& language, RouteEngine routeEngine,
+                  QObject* parent = nullptr);
 
     /// Once at start-up: reads the current output and the list, watches both, then takes the stored
     /// choice if its device is there.
@@ -71,17 +65,18 @@ class OutputDevices final : public QObject {
     void refreshOutputDeviceList();
     /// Shows the system's default device as the current output.
     void refreshOutputDevice();
-    /// The language has changed: the name shown may be a text of ours.
-    void retranslate();
 
   Q_SIGNALS:
     void availableOutputDevicesChanged();
     /// The choice, or which of the listed devices it stands for.
     void selectedOutputDeviceNameChanged();
     void outputDeviceNameChanged();
+    /// The engine did not take the chosen device. Its own playing state may be another now.
+    void switchFailed();
 
   private:
     void defaultDeviceChanged();
+    void retranslate();
     void routeToDefault();
     void setShownName(const QString& name);
     void setSelectedName(const std::optional<QString>& name);
@@ -91,7 +86,8 @@ class OutputDevices final : public QObject {
 
     AudioOutput::Devices& m_devices;
     Preferences& m_preferences;
-    Collaborators m_collaborators;
+    const LanguageSetting& m_language;
+    RouteEngine m_routeEngine;
     std::vector<AudioOutput::OutputDevice> m_available;
     std::optional<QString> m_selectedName;
     QString m_shownName;

@@ -13,9 +13,12 @@
 
 namespace halvane {
 
-Availability::Availability(AvailabilityCollaborators with, QObject* parent)
+Availability::Availability(const LibraryStore& store, const PlayQueue& queue,
+                           std::shared_ptr<const CloudFiles> cloudFiles, QObject* parent)
     : QObject(parent)
-    , m_with(std::move(with)) {
+    , m_store(store)
+    , m_queue(queue)
+    , m_cloudFiles(std::move(cloudFiles)) {
 }
 
 Availability::Sets Availability::lookAt(const TrackRows& library, const TrackRows& queue,
@@ -77,12 +80,12 @@ void Availability::refreshAvailability() {
     assertOwnThread(*this);
     const quint64 generation = ++m_generation;
     m_worker.cancel(); // only the newest look counts
-    if (m_with.library.size() == 0 && m_with.queue.isEmpty()) {
+    if (m_store.size() == 0 && m_queue.isEmpty()) {
         publish({});
         return;
     }
-    m_worker.run([library = m_with.library.snapshot(), queue = m_with.queue.records(),
-                  cloudFiles = m_with.cloudFiles,
+    m_worker.run([library = m_store.snapshot(), queue = m_queue.records(),
+                  cloudFiles = m_cloudFiles,
                   before = m_sets] { return lookAt(*library, queue, cloudFiles, before); },
                  [this, generation](Sets sets) { land(generation, std::move(sets)); });
 }
@@ -94,7 +97,6 @@ void Availability::land(quint64 generation, Sets sets) {
         return;
     }
     publish(std::move(sets));
-    m_with.healIncompleteMetadata();
     Q_EMIT refreshed();
 }
 
@@ -135,7 +137,7 @@ TrackAvailability Availability::state(const QString& path) const {
 }
 
 bool Availability::isCloudEvicted(const QString& path) const {
-    return m_with.cloudFiles->isEvicted(path);
+    return m_cloudFiles->isEvicted(path);
 }
 
 bool Availability::isReadable(const QString& path) const {
@@ -180,12 +182,12 @@ void Availability::setState(const QString& path, TrackAvailability state) {
 }
 
 qint64 Availability::bytesOf(const QString& path) const {
-    const TrackPtr track = m_with.library.track(path);
+    const TrackPtr track = m_store.track(path);
     return track ? std::max(track->fileSize, qint64(0)) : 0;
 }
 
 void Availability::startCloudDownloads(const QSet<QString>& paths) {
-    m_with.startCloudDownloads(paths);
+    Q_EMIT downloadsAsked(paths);
 }
 
 } // namespace halvane

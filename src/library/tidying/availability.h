@@ -7,23 +7,12 @@
 
 #include <QObject>
 
-#include <functional>
+#include <memory>
 
 namespace halvane {
 
 class CloudFiles;
 class PlayQueue;
-
-/// Whom the check of the files works with. All of it outlives it; the functions are called on the
-/// main thread.
-struct AvailabilityCollaborators {
-    const LibraryStore& library;
-    const PlayQueue& queue;
-    std::shared_ptr<const CloudFiles> cloudFiles;
-    std::function<void(const QSet<QString>& paths)> startCloudDownloads;
-    /// Files may have come back: read what could not be read of them.
-    std::function<void()> healIncompleteMetadata;
-};
 
 /// Which files of the library and the queue can't be played now, and why. Looking at the disk is a
 /// worker's work; only the newest look counts. A disk that does not answer leaves its files as they
@@ -32,7 +21,9 @@ class Availability : public QObject, public FileAvailability {
     Q_OBJECT
 
   public:
-    explicit Availability(AvailabilityCollaborators with, QObject* parent = nullptr);
+    /// The store and the queue must outlive it.
+    Availability(const LibraryStore& store, const PlayQueue& queue,
+                 std::shared_ptr<const CloudFiles> cloudFiles, QObject* parent = nullptr);
 
     /// Paths of files that live in the cloud and are not downloaded.
     const QSet<QString>& cloudPendingPaths() const { return m_sets.inCloud; }
@@ -61,6 +52,8 @@ class Availability : public QObject, public FileAvailability {
     void statesChanged(const QSet<QString>& paths);
     /// The newest look at the disk has been taken over.
     void refreshed();
+    /// These files in the cloud are wanted here.
+    void downloadsAsked(const QSet<QString>& paths);
 
   private:
     struct Sets {
@@ -74,7 +67,9 @@ class Availability : public QObject, public FileAvailability {
     void setState(const QString& path, TrackAvailability state);
     qint64 bytesOf(const QString& path) const;
 
-    AvailabilityCollaborators m_with;
+    const LibraryStore& m_store;
+    const PlayQueue& m_queue;
+    std::shared_ptr<const CloudFiles> m_cloudFiles;
     Sets m_sets;
     qint64 m_missingBytes = 0;
     quint64 m_generation = 0; ///< of the newest refresh or mark

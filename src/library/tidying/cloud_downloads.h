@@ -7,12 +7,14 @@
 #include <QSet>
 #include <QString>
 
-#include <functional>
 #include <memory>
 
 namespace halvane {
 
+class Availability;
 class CloudFiles;
+class LanguageSetting;
+class StatusLine;
 
 /// Asks for files in the cloud and watches until they have come: every two seconds for a minute,
 /// then every ten seconds, half an hour at most. Main thread.
@@ -22,31 +24,31 @@ class CloudDownloads : public QObject {
         bool cloudDownloadInFlight READ cloudDownloadInFlight NOTIFY cloudDownloadInFlightChanged)
 
   public:
-    struct Collaborators {
-        Clock& clock;
-        CloudFiles& cloudFiles;
-        std::function<void()> refreshAvailability;
-        /// Whether files of the library are still in the cloud, as far as is known.
-        std::function<bool()> arePending;
-    };
-    /// All collaborators outlive it.
-    explicit CloudDownloads(Collaborators with, QObject* parent = nullptr);
+    /// All references must outlive it.
+    CloudDownloads(Availability& availability, CloudFiles& cloudFiles, Clock& clock,
+                   StatusLine& status, const LanguageSetting& language, QObject* parent = nullptr);
 
     bool cloudDownloadInFlight() const { return m_inFlight; }
-    void startCloudDownloads(const QSet<QString>& paths);
-    /// The set of files in the cloud changed: nothing is left to watch when it is empty.
-    void pendingChanged();
+    /// Fetches every file that is in the cloud, and says so in the status line.
+    Q_INVOKABLE void downloadAllCloudTracks();
 
   Q_SIGNALS:
     void cloudDownloadInFlightChanged();
 
   private:
+    void startCloudDownloads(const QSet<QString>& paths);
     void pollCloudDownloads();
+    void pendingChanged();
+    bool arePending() const;
     void wait(std::chrono::seconds time);
     void round();
     void setInFlight(bool inFlight);
 
-    Collaborators m_with;
+    Availability& m_availability;
+    CloudFiles& m_cloudFiles;
+    Clock& m_clock;
+    StatusLine& m_status;
+    const LanguageSetting& m_language;
     bool m_inFlight = false;
     int m_rounds = 0;
     std::unique_ptr<Timer> m_timer;

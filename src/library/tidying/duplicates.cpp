@@ -50,9 +50,9 @@ std::vector<TrackRows> duplicateTrackGroups(const TrackRows& tracks) {
     return groups;
 }
 
-QSet<QString> superfluousCopies(const std::vector<TrackRows>& groups,
-                                const std::function<bool(const QString& path)>& isAvailable) {
-    QSet<QString> paths;
+QStringList superfluousCopies(const std::vector<TrackRows>& groups,
+                              const std::function<bool(const QString& path)>& isAvailable) {
+    QStringList paths;
     for (const TrackRows& group : groups) {
         auto kept = std::find_if(group.cbegin(), group.cend(),
                                  [&](const TrackPtr& track) { return isAvailable(track->path()); });
@@ -60,7 +60,7 @@ QSet<QString> superfluousCopies(const std::vector<TrackRows>& groups,
             kept = group.cbegin();
         for (const TrackPtr& track : group)
             if (track != *kept && track->sourceURL)
-                paths.insert(track->path());
+                paths.append(track->path());
     }
     return paths;
 }

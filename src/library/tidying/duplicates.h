@@ -5,6 +5,7 @@
 #include "platform/serial_worker.h"
 
 #include <QObject>
+#include <QStringList>
 
 #include <functional>
 
@@ -16,8 +17,8 @@ std::vector<TrackRows> duplicateTrackGroups(const TrackRows& tracks);
 
 /// The paths of all tracks but one of each group: the first that can be played stays, or the first
 /// where none can. Pure.
-QSet<QString> superfluousCopies(const std::vector<TrackRows>& groups,
-                                const std::function<bool(const QString& path)>& isAvailable);
+QStringList superfluousCopies(const std::vector<TrackRows>& groups,
+                              const std::function<bool(const QString& path)>& isAvailable);
 
 /// The groups of the library, looked for by a worker where it is large. Main thread.
 class Duplicates : public QObject {

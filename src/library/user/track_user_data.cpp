@@ -75,7 +75,6 @@ void TrackUserData::countPlay(const QString& path) {
         return; // only a stored value can be there; stays
     ++count;
     m_preferences.insertInteger(SettingsKey::playCounts, path, count);
-    Q_EMIT playCountChanged(path);
 }
 
 void TrackUserData::forget(const QSet<QString>& paths) {

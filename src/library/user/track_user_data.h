@@ -44,7 +44,6 @@ class TrackUserData : public QObject {
   Q_SIGNALS:
     void lovedChanged(const QString& path);
     void ratingChanged(const QString& path);
-    void playCountChanged(const QString& path);
     /// Everything at once: restored.
     void reset();
 

@@ -97,7 +97,7 @@ Popover {
                         hint: Strings.cloudPendingHint
                         actionText: Strings.downloadAll
                         isBusy: Library.downloads.cloudDownloadInFlight
-                        onActed: Library.tidying.downloadAllCloudTracks()
+                        onActed: Library.downloads.downloadAllCloudTracks()
                     }
                     MaintenanceSection {
                         id: missing

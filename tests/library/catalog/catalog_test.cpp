@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "library/catalog/catalog.h"
-#include "library/catalog/library_catalog.h"
+#include "library/catalog/catalog_publisher.h"
 #include "library/tracks.h"
+#include "library/user/language_setting.h"
 #include "library/user/track_user_data.h"
-#include "support/memory_preferences.h"
+#include "support/fake_environment.h"
 
 #include <QCoreApplication>
 #include <QLocale>
@@ -142,11 +143,13 @@ TEST(Catalog, FindsTheAlbumOfAnEntry) {
         u"local|unknown artist|unknown album"_s);
 }
 
-TEST(LibraryCatalog, CountsBytesAndLovedTracksAlsoOfWhatChangesMeanwhile) {
+TEST(CatalogPublisher, CountsBytesAndLovedTracksAlsoOfWhatChangesMeanwhile) {
     LibraryStore store;
     MemoryPreferences preferences;
     TrackUserData userData(preferences);
-    LibraryCatalog catalog(store, userData, [] { return ResolvedLanguage::english; });
+    FakeLanguages languages;
+    const LanguageSetting language(preferences, languages);
+    CatalogPublisher catalog(store, userData, language);
     const auto derived = [&] {
         catalog.rebuildImportedAlbums();
         return catalog.isCurrent();
@@ -166,7 +169,7 @@ TEST(LibraryCatalog, CountsBytesAndLovedTracksAlsoOfWhatChangesMeanwhile) {
         userData.toggleLoved(path(i));
     while (!catalog.isCurrent())
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    EXPECT_EQ(catalog.catalog()->totalBytes, 29'990);
+    EXPECT_EQ(catalog.published()->totalBytes, 29'990);
     EXPECT_EQ(catalog.lovedCount(), 2U); // 2 and 3
     userData.toggleLoved(path(4));
     EXPECT_EQ(catalog.lovedCount(), 3U);
@@ -175,21 +178,23 @@ TEST(LibraryCatalog, CountsBytesAndLovedTracksAlsoOfWhatChangesMeanwhile) {
         most.insert(path(i));
     store.remove(most);
     ASSERT_TRUE(derived());
-    EXPECT_EQ(catalog.catalog()->totalBytes, 30);
+    EXPECT_EQ(catalog.published()->totalBytes, 30);
     EXPECT_EQ(catalog.lovedCount(), 2U);
     userData.toggleLoved(path(2));
     EXPECT_EQ(catalog.lovedCount(), 1U);
 }
 
-TEST(LibraryCatalog, LargeLibrariesAreDerivedByAWorkerAndPublishedWhole) {
+TEST(CatalogPublisher, LargeLibrariesAreDerivedByAWorkerAndPublishedWhole) {
     LibraryStore store;
     MemoryPreferences preferences;
     const TrackUserData userData(preferences);
-    LibraryCatalog catalog(store, userData, [] { return ResolvedLanguage::english; });
+    FakeLanguages languages;
+    const LanguageSetting language(preferences, languages);
+    CatalogPublisher catalog(store, userData, language);
     int published = 0;
-    QObject::connect(&catalog, &LibraryCatalog::catalogChanged, [&] {
+    QObject::connect(&catalog, &CatalogPublisher::catalogChanged, [&] {
         ++published;
-        EXPECT_EQ(catalog.catalog()->albumOfRow.size(), catalog.catalog()->rows->size());
+        EXPECT_EQ(catalog.published()->albumOfRow.size(), catalog.published()->rows->size());
     });
     TrackRows rows;
     for (int i = 0; i < 20'000; ++i)
@@ -203,8 +208,8 @@ TEST(LibraryCatalog, LargeLibrariesAreDerivedByAWorkerAndPublishedWhole) {
     while (!catalog.isCurrent())
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     EXPECT_EQ(published, 1);
-    EXPECT_EQ(catalog.catalog()->rows->size(), 19'999U);
-    EXPECT_EQ(catalog.catalog()->albums.front().trackCount, 19'999);
+    EXPECT_EQ(catalog.published()->rows->size(), 19'999U);
+    EXPECT_EQ(catalog.published()->albums.front().trackCount, 19'999);
 
     QSet<QString> most;
     for (int i = 10; i < 20'000; ++i)

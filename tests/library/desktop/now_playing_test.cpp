@@ -164,7 +164,8 @@ TEST_F(NowPlayingTest, PublishesWhatPlaysAndClearsWhenNothingDoes) {
     player.transport.togglePlayback();
     Track unknown = player.queue.record(0);
     unknown.durationSeconds.reset();
-    player.queue.replace({makeRow(std::move(unknown))});
+    PlayQueue::Places queued;
+    player.queue.replace({makeRow(std::move(unknown))}, queued);
     nowPlaying.updateNowPlayingInfo();
     EXPECT_EQ(controls.info->playbackRate, 0.0);
     EXPECT_FALSE(controls.info->durationSeconds);

@@ -36,7 +36,7 @@ class HeldFilesTest : public testing::Test {
 
     /// The program begins, brings back what it remembers, and looks at the files.
     void start() {
-        library = std::make_unique<LibraryViewModel>(outside.with(cloud));
+        library = std::make_unique<LibraryViewModel>(environment.with(cloud));
         QObject::connect(library->healing(), &MetadataHealing::finished, library.get(),
                          [this] { ++healings; });
         const int before = healings;
@@ -99,9 +99,9 @@ class HeldFilesTest : public testing::Test {
                                        true);
     }
 
-    FakeEnvironment outside;
+    FakeEnvironment environment;
     std::shared_ptr<DesktopCloudFiles> cloud =
-        std::make_shared<DesktopCloudFiles>(outside.folder.path());
+        std::make_shared<DesktopCloudFiles>(environment.folder.path());
     QTemporaryDir music;
     std::unique_ptr<LibraryViewModel> library;
     int healings = 0;

@@ -29,7 +29,7 @@ class ImportTest : public testing::Test {
 
     /// The program begins, and everything that it remembers is there.
     void start() {
-        library = std::make_unique<LibraryViewModel>(outside);
+        library = std::make_unique<LibraryViewModel>(environment);
         library->start();
         until([&] { return !library->restoration()->isRunning(); });
     }
@@ -65,10 +65,10 @@ class ImportTest : public testing::Test {
     }
     QString current() const { return library->queue()->currentItem().value_or(QueueItem()).title; }
     QStringList storedPaths() {
-        return *outside.preferences.strings(SettingsKey::importedAudioPaths);
+        return *environment.preferences.strings(SettingsKey::importedAudioPaths);
     }
 
-    FakeEnvironment outside;
+    FakeEnvironment environment;
     QTemporaryDir music;
     std::unique_ptr<LibraryViewModel> library;
 };
@@ -81,7 +81,7 @@ TEST_F(ImportTest, WhatIsOpenedDuringTheStartTakesNothingFromTheLibrary) {
     QFile::remove(known[1]); // known by its record alone
     const QString opened = wave(u"c.wav"_s);
 
-    library = std::make_unique<LibraryViewModel>(outside);
+    library = std::make_unique<LibraryViewModel>(environment);
     // As the restoration begins, but for its worker, which comes last.
     library->persistence()->hold();
     library->importedPaths()->restore();
@@ -156,14 +156,14 @@ TEST_F(ImportTest, WaitsForAllItemsOfADrop) {
 
 TEST_F(ImportTest, AsksInTheDesktopsPanel) {
     library->importing()->chooseAndImportMusic(false, true);
-    ASSERT_TRUE(outside.fileChooser.request);
-    EXPECT_EQ(outside.fileChooser.request->title, u"Import Music Folder"_s);
-    EXPECT_EQ(outside.fileChooser.request->prompt, u"Import Music Folder"_s);
-    EXPECT_EQ(outside.fileChooser.request->message, u"Added files appear in the playlist"_s);
-    EXPECT_FALSE(outside.fileChooser.request->files);
-    EXPECT_TRUE(outside.fileChooser.request->directories);
+    ASSERT_TRUE(environment.fileChooser.request);
+    EXPECT_EQ(environment.fileChooser.request->title, u"Import Music Folder"_s);
+    EXPECT_EQ(environment.fileChooser.request->prompt, u"Import Music Folder"_s);
+    EXPECT_EQ(environment.fileChooser.request->message, u"Added files appear in the playlist"_s);
+    EXPECT_FALSE(environment.fileChooser.request->files);
+    EXPECT_TRUE(environment.fileChooser.request->directories);
     wave(u"1.wav"_s);
-    outside.fileChooser.chosen({music.path()});
+    environment.fileChooser.chosen({music.path()});
     until([&] { return !library->importing()->isImporting(); });
     EXPECT_EQ(queued(), QStringList{u"1"_s});
 }
@@ -173,10 +173,10 @@ TEST_F(ImportTest, IsThereAgainAtTheNextStartWithNothingPlaying) {
     const QString unplugged = wave(u"unplugged.wav"_s);
     import({music.path()});
     saved();
-    const int writes = outside.preferences.changes(SettingsKey::importedAudioPaths);
+    const int writes = environment.preferences.changes(SettingsKey::importedAudioPaths);
     library.reset();
     QFile::remove(unplugged);
-    outside.preferences.insertString(SettingsKey::importedAudioPaths, u"/gone/unknown.wav"_s);
+    environment.preferences.insertString(SettingsKey::importedAudioPaths, u"/gone/unknown.wav"_s);
 
     start();
     EXPECT_EQ(queued(), (QStringList{u"kept"_s, u"unplugged"_s}));
@@ -185,7 +185,7 @@ TEST_F(ImportTest, IsThereAgainAtTheNextStartWithNothingPlaying) {
     EXPECT_FALSE(library->queue()->currentRow());
     EXPECT_FALSE(library->transport()->isPlaying());
     EXPECT_EQ(library->status()->text(), QString());
-    EXPECT_EQ(outside.preferences.changes(SettingsKey::importedAudioPaths), writes + 1);
+    EXPECT_EQ(environment.preferences.changes(SettingsKey::importedAudioPaths), writes + 1);
     until([&] { return !library->availability()->unavailablePaths().isEmpty(); });
     EXPECT_EQ(library->availability()->unavailablePaths(), QSet{unplugged});
 
@@ -211,9 +211,9 @@ TEST_F(ImportTest, ShowsWhatIsKnownBeforeItLooksAtTheFiles) {
     index.close();
     writeWave(sine(440, 0.5, 24000, 8000, 1), changed);
     const QString late = wave(u"late.wav"_s); // its path was stored, its record no more
-    outside.preferences.insertString(SettingsKey::importedAudioPaths, late);
+    environment.preferences.insertString(SettingsKey::importedAudioPaths, late);
 
-    library = std::make_unique<LibraryViewModel>(outside);
+    library = std::make_unique<LibraryViewModel>(environment);
     std::optional<Track> shown;
     QObject::connect(
         library->store(), &LibraryStore::tracksChanged, library.get(),
@@ -238,7 +238,7 @@ TEST_F(ImportTest, ShowsWhatIsKnownBeforeItLooksAtTheFiles) {
     EXPECT_EQ(library->store()->track(same)->size(), u"16 KB"_s);
     EXPECT_EQ(library->cache()->loadIndex().size(), 3);
     EXPECT_TRUE(library->catalog()->isCurrent());
-    EXPECT_EQ(library->catalog()->catalog()->totalBytes,
+    EXPECT_EQ(library->catalog()->published()->totalBytes,
               QFileInfo(same).size() + QFileInfo(changed).size() + QFileInfo(late).size());
 }
 
@@ -263,19 +263,19 @@ TEST_F(ImportTest, QuittingInTheMiddleLosesNothingThatCame) {
     for (int i = 10; i < 50; ++i)
         wave(u"%1.wav"_s.arg(i));
     const auto last = std::make_shared<std::binary_semaphore>(0);
-    outside.cloudFiles->setBeforeOpening([last](const QString& path) {
+    environment.cloudFiles->setBeforeOpening([last](const QString& path) {
         if (path.endsWith(u"49.wav"_s))
             last->acquire();
     });
     library->importing()->importDroppedURLs({QUrl::fromLocalFile(music.path())});
     until([&] { return library->store()->size() > 0; });
     EXPECT_LT(library->importing()->importProgress(), 0) << "shown from the first second on";
-    outside.clock.advance(std::chrono::milliseconds(1100));
+    environment.clock.advance(std::chrono::milliseconds(1100));
     until([&] { return library->importing()->importProgress() > 0; });
     EXPECT_LT(library->importing()->importProgress(), 1);
     const std::size_t came = library->store()->size();
     library.reset(); // does not wait for the last
-    outside.cloudFiles->setBeforeOpening(nullptr);
+    environment.cloudFiles->setBeforeOpening(nullptr);
     start();
     EXPECT_EQ(library->store()->size(), came);
     last->release();
@@ -344,7 +344,9 @@ class Log {
 TEST_F(ImportTest, BookmarksAreKeptWhileTheirPathsExist) {
     wave(u"folder/a.wav"_s);
     const QString folder = music.filePath(u"folder"_s);
-    const auto stored = [&] { return *outside.preferences.blobs(SettingsKey::securityBookmarks); };
+    const auto stored = [&] {
+        return *environment.preferences.blobs(SettingsKey::securityBookmarks);
+    };
     bool isStored = false;
     const auto watch = [&] {
         isStored = false;
@@ -369,7 +371,7 @@ TEST_F(ImportTest, BookmarksAreKeptWhileTheirPathsExist) {
     library->bookmarks()->persistBookmarks({u"/dev/null/none"_s});
     until([&] { return isStored; });
     EXPECT_TRUE(Log::lines().contains(u"bookmark creation failed (accessed=false)"_s));
-    outside.preferences.remove(SettingsKey::securityBookmarks);
+    environment.preferences.remove(SettingsKey::securityBookmarks);
     library->bookmarks()->restoreBookmarkAccess();
     EXPECT_TRUE(Log::lines().contains(u"bookmark restore: none stored"_s));
 }

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "library/playback/signal_path.h"
 #include "library/sound/output_devices.h"
+#include "library/user/language_setting.h"
 #include "library/user/settings_keys.h"
-#include "support/memory_preferences.h"
+#include "support/fake_environment.h"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +14,7 @@ using AudioOutput::OutputDevice;
 
 namespace {
 
-class FakeDevices final : public AudioOutput::Devices {
+class PluggedDevices final : public AudioOutput::Devices {
   public:
     std::vector<OutputDevice> outputDevices() const override { return list; }
     std::optional<std::uint32_t> defaultOutputDevice() const override { return preferred; }
@@ -46,32 +47,32 @@ class OutputDevicesTest : public testing::Test {
     OutputDevicesTest() {
         devices.list = {speakers, dac};
         devices.preferred = speakers.id;
+        QObject::connect(&output, &OutputDevices::switchFailed, [this] { ++failures; });
     }
     QString stored() { return preferences.string(key).value_or(QString()); }
 
     const QString key = SettingsKey::outputDeviceName;
-    FakeDevices devices;
+    PluggedDevices devices;
     MemoryPreferences preferences;
     std::vector<std::uint32_t> routes;
     bool refuse = false;
     int failures = 0;
-    QString builtIn = u"Built-in Output"_s;
-    OutputDevices output{devices,
-                         preferences,
-                         {[this](std::optional<std::uint32_t> id) -> std::optional<QString> {
-                              if (refuse)
-                                  return u"refused"_s;
-                              routes.push_back(id.value_or(0));
-                              return {};
-                          },
-                          [this] { ++failures; }, [this] { return builtIn; }}};
+    FakeLanguages languages;
+    LanguageSetting language{preferences, languages};
+    OutputDevices output{devices, preferences, language,
+                         [this](std::optional<std::uint32_t> id) -> std::optional<QString> {
+                             if (refuse)
+                                 return u"refused"_s;
+                             routes.push_back(id.value_or(0));
+                             return {};
+                         }};
 };
 
 using Routes = std::vector<std::uint32_t>;
 
 } // namespace
 
-TEST_F(OutputDevicesTest, followsTheDefaultByItselfUntilADeviceWasChosen) {
+TEST_F(OutputDevicesTest, FollowsTheDefaultByItselfUntilADeviceWasChosen) {
     output.restore();
     EXPECT_EQ(output.outputDeviceName(), u"Speakers");
     EXPECT_EQ(output.selectedDeviceIndex(), -1);
@@ -96,7 +97,7 @@ TEST_F(OutputDevicesTest, followsTheDefaultByItselfUntilADeviceWasChosen) {
     EXPECT_EQ(output.outputDeviceName(), u"Television");
 }
 
-TEST_F(OutputDevicesTest, leavesAChosenDeviceThatGoesAndTakesItAgain) {
+TEST_F(OutputDevicesTest, LeavesAChosenDeviceThatGoesAndTakesItAgain) {
     preferences.setString(key, u"DAC"_s);
     output.restore();
     EXPECT_EQ(routes, Routes{dac.id});
@@ -113,22 +114,21 @@ TEST_F(OutputDevicesTest, leavesAChosenDeviceThatGoesAndTakesItAgain) {
         << "nothing new for the one that plays";
 }
 
-TEST_F(OutputDevicesTest, aChosenDeviceThatWasTheDefaultIsLeftOnce) {
+TEST_F(OutputDevicesTest, AChosenDeviceThatWasTheDefaultIsLeftOnce) {
     devices.preferred = dac.id;
     output.restore();
     output.selectOutputDevice(dac);
     devices.become({speakers}, speakers.id);
     EXPECT_EQ(routes, (Routes{dac.id, speakers.id}));
     devices.become({}, {}); // the server went away
-    EXPECT_EQ(output.outputDeviceName(), builtIn);
-    builtIn = u"内置输出"_s;
-    output.retranslate();
-    EXPECT_EQ(output.outputDeviceName(), builtIn);
+    EXPECT_EQ(output.outputDeviceName(), u"Built-in Output");
+    language.setLanguageSetting(AppLanguage::simplifiedChinese);
+    EXPECT_EQ(output.outputDeviceName(), u"内置输出");
     devices.become({speakers, television}, television.id);
     EXPECT_EQ(output.outputDeviceName(), u"Television") << "while the chosen one is missing";
 }
 
-TEST_F(OutputDevicesTest, aRefusedSwitchIsReportedAndTheChoiceKept) {
+TEST_F(OutputDevicesTest, ARefusedSwitchIsReportedAndTheChoiceKept) {
     output.restore();
     refuse = true;
     output.selectOutputDevice(dac);
@@ -140,7 +140,7 @@ TEST_F(OutputDevicesTest, aRefusedSwitchIsReportedAndTheChoiceKept) {
     EXPECT_EQ(output.selectedDeviceIndex(), 1) << "it is still the choice";
 }
 
-TEST_F(OutputDevicesTest, ofTwoDevicesOfOneNameTheFirstIsTakenOrTheOneThatWasChosen) {
+TEST_F(OutputDevicesTest, OfTwoDevicesOfOneNameTheFirstIsTakenOrTheOneThatWasChosen) {
     devices.list = {speakers, dac, secondDac};
     preferences.setString(key, u"DAC"_s);
     output.restore();
@@ -152,17 +152,17 @@ TEST_F(OutputDevicesTest, ofTwoDevicesOfOneNameTheFirstIsTakenOrTheOneThatWasCho
     EXPECT_EQ(output.selectedDeviceIndex(), 1);
 }
 
-TEST_F(OutputDevicesTest, startsWithNothingThere) {
+TEST_F(OutputDevicesTest, StartsWithNothingThere) {
     devices.list.clear();
     devices.preferred.reset();
     preferences.setBoolean(key, true); // not a name
     output.restore();
-    EXPECT_EQ(output.outputDeviceName(), builtIn);
+    EXPECT_EQ(output.outputDeviceName(), u"Built-in Output");
     EXPECT_TRUE(output.selectedOutputDeviceName().isEmpty());
     EXPECT_TRUE(output.availableOutputDevices().empty());
 }
 
-TEST(SignalPath, saysWhatTheSoundGoesThrough) {
+TEST(SignalPath, SaysWhatTheSoundGoesThrough) {
     const struct {
         QString quality;
         QString bitDepth;

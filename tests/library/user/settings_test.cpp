@@ -5,10 +5,8 @@
 #include "library/user/settings_keys.h"
 #include "library/user/settings_values.h"
 #include "library/user/track_user_data.h"
-#include "platform/session/preferred_languages.h"
 #include "presentation/l10n.h"
 #include "support/fake_environment.h"
-#include "support/memory_preferences.h"
 
 #include <gtest/gtest.h>
 
@@ -22,7 +20,7 @@ using namespace Qt::StringLiterals;
 
 const double infinity = std::numeric_limits<double>::infinity();
 
-TEST(SettingsValuesTest, OnlyUsableValuesAreTaken) {
+TEST(SettingsValues, OnlyUsableValuesAreTaken) {
     const std::pair<std::optional<double>, std::optional<double>> volumes[] = {
         {1.7, 1.0},       {-0.3, 0.0},     {std::nan(""), 0.0}, {0.25, 0.25},
         {-infinity, 0.0}, {infinity, 1.0}, {std::nullopt, {}},
@@ -100,14 +98,9 @@ TEST_F(TrackUserDataTest, APlayCountAtItsEndStays) {
     EXPECT_EQ(data.playCount(path), most);
 }
 
-struct FixedLanguages final : PreferredLanguages {
-    QStringList list;
-    QStringList tags() const override { return list; }
-};
-
-TEST(LanguageSettingTest, FollowsTheChoiceAndTheSystem) {
+TEST(LanguageSetting, FollowsTheChoiceAndTheSystem) {
     MemoryPreferences preferences;
-    FixedLanguages system;
+    FakeLanguages system;
     preferences.setString(SettingsKey::language, u"System"_s);
     LanguageSetting setting(preferences, system);
     int changed = 0;
@@ -136,12 +129,15 @@ struct EqualizerSettingsTest : testing::Test {
     int applications = 0;
     FakeLanguages languages;
     LanguageSetting language{preferences, languages};
-    EqualizerSettings equalizer{
-        preferences, language,
-        [this](bool enabled, const std::vector<double>& gains, double preamp) {
-            applied = {enabled, gains, preamp};
-            ++applications;
-        }};
+    EqualizerSettings equalizer{preferences, language};
+
+    EqualizerSettingsTest() {
+        QObject::connect(&equalizer, &EqualizerSettings::applied,
+                         [this](bool enabled, const std::vector<double>& gains, double preamp) {
+                             applied = {enabled, gains, preamp};
+                             ++applications;
+                         });
+    }
 
     QString title() const { return equalizer.presetMenuTitle(); }
     std::vector<double> rock() const { return {4, 3, 1, 0, -1, 0, 1, 3, 4, 4}; }
@@ -234,7 +230,7 @@ TEST_F(EqualizerSettingsTest, MalformedValuesLeaveTheDefaultsAndStayStored) {
         EXPECT_EQ(preferences.changes(key), 1) << key.toStdString();
 }
 
-TEST(EqualizerPresetsTest, TheMenuTitleNamesThePreset) {
+TEST(EqualizerPresets, TheMenuTitleNamesThePreset) {
     const std::pair<QString, QString> cases[] = {
         {{}, u"Custom"_s},
         {u"builtin:vocal"_s, u"Vocal"_s},

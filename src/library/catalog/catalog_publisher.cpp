@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "library/catalog/library_catalog.h"
+#include "library/catalog/catalog_publisher.h"
 
+#include "library/user/language_setting.h"
 #include "library/user/track_user_data.h"
 #include "platform/thread_check.h"
 
@@ -15,23 +16,26 @@ constexpr std::size_t derivedInPlace = 2000;
 
 } // namespace
 
-LibraryCatalog::LibraryCatalog(const LibraryStore& store, const TrackUserData& userData,
-                               std::function<ResolvedLanguage()> language, QObject* parent)
+CatalogPublisher::CatalogPublisher(const LibraryStore& store, const TrackUserData& userData,
+                                   const LanguageSetting& language, QObject* parent)
     : QObject(parent)
     , m_store(store)
     , m_userData(userData)
-    , m_language(std::move(language))
+    , m_language(language)
     , m_catalog(buildCatalog(std::make_shared<const TrackRows>(), ResolvedLanguage::english)) {
-    connect(&userData, &TrackUserData::reset, this, &LibraryCatalog::rebuildImportedAlbums);
-    connect(&userData, &TrackUserData::lovedChanged, this, &LibraryCatalog::followLoved);
+    connect(&userData, &TrackUserData::reset, this, &CatalogPublisher::rebuildImportedAlbums);
+    connect(&userData, &TrackUserData::lovedChanged, this, &CatalogPublisher::followLoved);
+    // Unknown names and lengths are texts, and part of what is derived.
+    connect(&language, &LanguageSetting::languageChanged, this,
+            &CatalogPublisher::rebuildImportedAlbums);
 }
 
-void LibraryCatalog::rebuildImportedAlbums() {
+void CatalogPublisher::rebuildImportedAlbums() {
     assertOwnThread(*this);
     m_worker.cancel(); // what was asked for before has been overtaken
     m_lovedSince = 0;
     auto rows = m_store.snapshot();
-    const ResolvedLanguage language = m_language();
+    const ResolvedLanguage language = m_language.resolvedLanguage();
     const QSet<QString>& loved = m_userData.lovedPaths();
     if (rows->size() <= derivedInPlace)
         return publish(buildCatalog(std::move(rows), language, loved));
@@ -39,18 +43,18 @@ void LibraryCatalog::rebuildImportedAlbums() {
                  [this](std::shared_ptr<const Catalog> catalog) { publish(std::move(catalog)); });
 }
 
-void LibraryCatalog::whenCurrent(QObject* context, std::function<void()> then) {
+void CatalogPublisher::whenCurrent(QObject* context, std::function<void()> then) {
     assertOwnThread(*this);
     if (isCurrent())
         then();
     else
-        connect(this, &LibraryCatalog::catalogChanged, context, std::move(then),
+        connect(this, &CatalogPublisher::catalogChanged, context, std::move(then),
                 Qt::SingleShotConnection);
 }
 
 /// The rows of the derivation under way are those of the store: whoever changes these asks for
 /// another one.
-void LibraryCatalog::followLoved(const QString& path) {
+void CatalogPublisher::followLoved(const QString& path) {
     if (!m_store.rowOf(path))
         return;
     const std::ptrdiff_t change = m_userData.isLoved(path) ? 1 : -1;
@@ -59,7 +63,7 @@ void LibraryCatalog::followLoved(const QString& path) {
     Q_EMIT lovedCountChanged();
 }
 
-void LibraryCatalog::publish(std::shared_ptr<const Catalog> catalog) {
+void CatalogPublisher::publish(std::shared_ptr<const Catalog> catalog) {
     const auto before = std::exchange(m_catalog, std::move(catalog));
     m_lovedCount = m_catalog->lovedCount + static_cast<std::size_t>(m_lovedSince);
     Q_EMIT catalogChanged();

@@ -15,13 +15,13 @@ struct InternedColumn {
 
 /// The fields that repeat over a library, as numbers: what groups, counts and searches works on a
 /// few thousand distinct texts rather than on every row's. Plain value, any thread.
-struct LibraryColumns {
+struct TrackColumns {
     InternedColumn artist;
     InternedColumn album;
     InternedColumn genre;
     InternedColumn format;
 };
 
-LibraryColumns columnsOf(const TrackRows& rows);
+TrackColumns columnsOf(const TrackRows& rows);
 
 } // namespace halvane

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "library/catalog/library_texts.h"
+#include "library/catalog/library_summary.h"
 
 #include "model/file_size.h"
 

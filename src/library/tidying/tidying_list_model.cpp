@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "library/tidying/maintenance_list_model.h"
+#include "library/tidying/tidying_list_model.h"
 
 #include "library/browsing/list_changes.h"
 
 namespace halvane {
 
-void MaintenanceListModel::setTracks(TrackRows tracks) {
+void TidyingListModel::setTracks(TrackRows tracks) {
     const auto changes = listChanges(
         m_tracks.size(), tracks.size(), [&](std::size_t i) { return m_tracks[i]->path(); },
         [&](std::size_t j) { return tracks[j]->path(); },
@@ -34,11 +34,11 @@ void MaintenanceListModel::setTracks(TrackRows tracks) {
     }
 }
 
-int MaintenanceListModel::rowCount(const QModelIndex& parent) const {
+int TidyingListModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(m_tracks.size());
 }
 
-QVariant MaintenanceListModel::data(const QModelIndex& index, int role) const {
+QVariant TidyingListModel::data(const QModelIndex& index, int role) const {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid))
         return {};
     const Track& track = *m_tracks[static_cast<std::size_t>(index.row())];
@@ -55,7 +55,7 @@ QVariant MaintenanceListModel::data(const QModelIndex& index, int role) const {
     }
 }
 
-QHash<int, QByteArray> MaintenanceListModel::roleNames() const {
+QHash<int, QByteArray> TidyingListModel::roleNames() const {
     return {{TitleRole, "title"}, {ArtistRole, "artist"}, {PathRole, "path"}};
 }
 

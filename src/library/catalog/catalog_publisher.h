@@ -10,21 +10,22 @@
 
 namespace halvane {
 
+class LanguageSetting;
 class TrackUserData;
 
 /// Publishes what is derived from the tracks: albums, artists and search texts, always whole and
 /// consistent with each other. A small library is derived at once, a large one by a worker; a
 /// result that has been overtaken is dropped. Main thread; a catalog may be read on any.
-class LibraryCatalog : public QObject {
+class CatalogPublisher : public QObject {
     Q_OBJECT
 
   public:
-    /// The store and what the user has said must outlive it.
-    LibraryCatalog(const LibraryStore& store, const TrackUserData& userData,
-                   std::function<ResolvedLanguage()> language, QObject* parent = nullptr);
+    /// All references must outlive it.
+    CatalogPublisher(const LibraryStore& store, const TrackUserData& userData,
+                     const LanguageSetting& language, QObject* parent = nullptr);
 
     /// What is published now; never null.
-    const std::shared_ptr<const Catalog>& catalog() const { return m_catalog; }
+    const std::shared_ptr<const Catalog>& published() const { return m_catalog; }
     /// How many rows of the published catalog are loved now.
     std::size_t lovedCount() const { return m_lovedCount; }
     /// Whether the published catalog is of the store's rows as they are now.
@@ -48,7 +49,7 @@ class LibraryCatalog : public QObject {
 
     const LibraryStore& m_store;
     const TrackUserData& m_userData;
-    std::function<ResolvedLanguage()> m_language;
+    const LanguageSetting& m_language;
     std::shared_ptr<const Catalog> m_catalog;
     std::size_t m_lovedCount = 0;
     std::ptrdiff_t m_lovedSince = 0; ///< tracks loved since the newest derivation began

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "library/tidying/maintenance_lists.h"
+#include "library/tidying/tidying_lists.h"
 
 #include "library/tidying/availability.h"
 #include "library/tidying/duplicates.h"
@@ -8,27 +8,27 @@
 
 namespace halvane {
 
-MaintenanceLists::MaintenanceLists(const LibraryStore& store, const Availability& availability,
-                                   const Duplicates& duplicates, QObject* parent)
+TidyingLists::TidyingLists(const LibraryStore& store, const Availability& availability,
+                           const Duplicates& duplicates, QObject* parent)
     : QObject(parent)
     , m_store(store)
     , m_availability(availability)
     , m_duplicateGroups(duplicates) {
     connect(&availability, &Availability::cloudPendingPathsChanged, this,
-            &MaintenanceLists::scheduleRefresh);
+            &TidyingLists::scheduleRefresh);
     connect(&availability, &Availability::unavailablePathsChanged, this,
-            &MaintenanceLists::scheduleRefresh);
-    connect(&duplicates, &Duplicates::groupsChanged, this, &MaintenanceLists::scheduleRefresh);
+            &TidyingLists::scheduleRefresh);
+    connect(&duplicates, &Duplicates::groupsChanged, this, &TidyingLists::scheduleRefresh);
 }
 
-void MaintenanceLists::scheduleRefresh() {
+void TidyingLists::scheduleRefresh() {
     if (m_isScheduled)
         return;
     m_isScheduled = true;
-    QMetaObject::invokeMethod(this, &MaintenanceLists::refresh, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, &TidyingLists::refresh, Qt::QueuedConnection);
 }
 
-void MaintenanceLists::refresh() {
+void TidyingLists::refresh() {
     m_isScheduled = false;
     m_cloudPending.setTracks(tracksOf(m_availability.cloudPendingPaths()));
     m_missing.setTracks(tracksOf(m_availability.unavailablePaths()));
@@ -38,7 +38,7 @@ void MaintenanceLists::refresh() {
     m_duplicates.setTracks(std::move(copies));
 }
 
-TrackRows MaintenanceLists::tracksOf(const QSet<QString>& paths) const {
+TrackRows TidyingLists::tracksOf(const QSet<QString>& paths) const {
     std::vector<std::size_t> rows;
     for (const QString& path : paths) {
         if (const auto row = m_store.rowOf(path))

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "library/tidying/maintenance_list_model.h"
+#include "library/tidying/tidying_list_model.h"
 
 namespace halvane {
 
@@ -11,7 +11,7 @@ class Duplicates;
 /// The three lists of the maintenance window, in library order. Changes that come one after the
 /// other, such as a drive's files found missing one by one, are taken over together in the next
 /// turn of the event loop. Main thread.
-class MaintenanceLists : public QObject {
+class TidyingLists : public QObject {
     Q_OBJECT
     Q_PROPERTY(QAbstractListModel* cloudPendingTracks READ cloudPendingTracks CONSTANT)
     Q_PROPERTY(QAbstractListModel* missingTracks READ missingTracks CONSTANT)
@@ -19,13 +19,13 @@ class MaintenanceLists : public QObject {
 
   public:
     /// All three must outlive it.
-    MaintenanceLists(const LibraryStore& store, const Availability& availability,
-                     const Duplicates& duplicates, QObject* parent = nullptr);
+    TidyingLists(const LibraryStore& store, const Availability& availability,
+                 const Duplicates& duplicates, QObject* parent = nullptr);
 
-    MaintenanceListModel* cloudPendingTracks() { return &m_cloudPending; }
-    MaintenanceListModel* missingTracks() { return &m_missing; }
+    TidyingListModel* cloudPendingTracks() { return &m_cloudPending; }
+    TidyingListModel* missingTracks() { return &m_missing; }
     /// The tracks of every duplicate group, group by group.
-    MaintenanceListModel* duplicateTracks() { return &m_duplicates; }
+    TidyingListModel* duplicateTracks() { return &m_duplicates; }
 
   private:
     void scheduleRefresh();
@@ -36,9 +36,9 @@ class MaintenanceLists : public QObject {
     const Availability& m_availability;
     const Duplicates& m_duplicateGroups;
     bool m_isScheduled = false;
-    MaintenanceListModel m_cloudPending;
-    MaintenanceListModel m_missing;
-    MaintenanceListModel m_duplicates;
+    TidyingListModel m_cloudPending;
+    TidyingListModel m_missing;
+    TidyingListModel m_duplicates;
 };
 
 } // namespace halvane

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "library/catalog/library_columns.h"
+#include "library/catalog/track_columns.h"
 
 namespace halvane {
 
@@ -33,8 +33,8 @@ class Interning {
 
 } // namespace
 
-LibraryColumns columnsOf(const TrackRows& rows) {
-    LibraryColumns columns;
+TrackColumns columnsOf(const TrackRows& rows) {
+    TrackColumns columns;
     Interning artist(columns.artist, rows.size());
     Interning album(columns.album, rows.size());
     Interning genre(columns.genre, rows.size());

@@ -8,7 +8,7 @@
 namespace halvane {
 
 /// Tracks that need attention, as the maintenance window lists them. Main thread.
-class MaintenanceListModel : public QAbstractListModel {
+class TidyingListModel : public QAbstractListModel {
     Q_OBJECT
 
   public:
