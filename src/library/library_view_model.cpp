@@ -160,7 +160,9 @@ void LibraryViewModel::start() {
 RowState LibraryViewModel::rowState() {
     RowState state;
     state.isLoved = [this](const QString& path) { return m_userData->isLoved(path); };
-    state.rating = [this](const QString& path) { return int(m_userData->rating(path)); };
+    state.rating = [this](const QString& path) {
+        return static_cast<int>(m_userData->rating(path));
+    };
     state.availability = [this](const QString& path) { return m_availability->state(path); };
     state.isCurrent = [this](const QString& path) { return m_transport->isTrackPlaying(path); };
     state.covers = m_covers.get();

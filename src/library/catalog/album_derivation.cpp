@@ -37,7 +37,7 @@ Groups groupTracks(const TrackRows& rows, const TrackColumns& columns, ResolvedL
     for (std::size_t row = 0; row < rows.size(); ++row) {
         const quint32 album = columns.album.ofRow[row];
         const quint32 artist = columns.artist.ofRow[row];
-        const quint64 pair = quint64(album) << 32 | artist;
+        const quint64 pair = static_cast<quint64>(album) << 32 | artist;
         const auto known = groupOfPair.constFind(pair);
         quint32 group = 0;
         if (known != groupOfPair.cend()) {

@@ -32,7 +32,7 @@ std::vector<CatalogArtist> artistsOf(const Catalog& catalog) {
         const Track& track = *(*catalog.rows)[row];
         CatalogArtist& artist = artists[number];
         ++artist.trackCount;
-        albumsOfArtists.insert(quint64(number) << 32 | catalog.albumOfRow[row]);
+        albumsOfArtists.insert(static_cast<quint64>(number) << 32 | catalog.albumOfRow[row]);
         if (!artist.coverImageData)
             artist.coverImageData = track.coverImageData;
         if (!artist.coverURL)
@@ -81,7 +81,7 @@ std::shared_ptr<const Catalog> buildCatalog(std::shared_ptr<const TrackRows> row
     catalog->titles.reserve(catalog->rows->size(), catalog->rows->size() * 24);
     for (const TrackPtr& row : *catalog->rows) {
         catalog->titles.add(row->title);
-        catalog->totalBytes += std::max(row->fileSize, qint64(0));
+        catalog->totalBytes += std::max<qint64>(row->fileSize, 0);
         if (!lovedPaths.isEmpty() && lovedPaths.contains(row->path()))
             ++catalog->lovedCount;
     }

@@ -44,7 +44,7 @@ int OutputDevices::selectedDeviceIndex() const {
     const OutputDevice* device = m_pinActive ? availableDevice(*m_routed) : nullptr;
     if (!device && m_selectedName)
         device = availableDevice(*m_selectedName);
-    return device ? int(device - m_available.data()) : -1;
+    return device ? static_cast<int>(device - m_available.data()) : -1;
 }
 
 void OutputDevices::selectOutputDevice(const std::optional<OutputDevice>& device) {

@@ -183,7 +183,7 @@ void Availability::setState(const QString& path, TrackAvailability state) {
 
 qint64 Availability::bytesOf(const QString& path) const {
     const TrackPtr track = m_store.track(path);
-    return track ? std::max(track->fileSize, qint64(0)) : 0;
+    return track ? std::max<qint64>(track->fileSize, 0) : 0;
 }
 
 void Availability::startCloudDownloads(const QSet<QString>& paths) {

@@ -78,7 +78,7 @@ TEST(Catalog, SearchFindsWhatAPlainSearchFinds) {
     std::mt19937 generator(11);
     const QStringList words{u"Night"_s, u"WALK"_s, u"夜"_s,  u"é"_s,
                             u"flac"_s,  u"Jazz"_s, u"a b"_s, {}};
-    const auto word = [&] { return words[qsizetype(generator() % unsigned(words.size()))]; };
+    const auto word = [&] { return words[static_cast<qsizetype>(generator()) % words.size()]; };
     std::vector<Track> tracks;
     for (int i = 0; i < 500; ++i) {
         Track track = trackOf(u"/%1"_s.arg(i), word() + word(), word(), word());

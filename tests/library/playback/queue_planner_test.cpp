@@ -34,7 +34,7 @@ using enum PlaybackRepeatMode;
 constexpr int none = -1;
 
 int placeOf(const Advance& advance) {
-    return advance.entry ? int(*advance.entry) : none;
+    return advance.entry ? static_cast<int>(*advance.entry) : none;
 }
 
 std::size_t firstOf(std::size_t) {
@@ -74,14 +74,14 @@ TEST(QueuePlanner, AdvancesInOrder) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(testing::Message()
-                     << c.files << " at " << c.current << " repeat " << int(c.repeat));
+                     << c.files << " at " << c.current << " repeat " << static_cast<int>(c.repeat));
         const Letters queue(c.files, c.current);
         const PlayMode mode{c.repeat, false};
         EXPECT_EQ(placeOf(nextEntry(queue, mode, true, firstOf)), c.byUser);
         EXPECT_EQ(placeOf(nextEntry(queue, mode, false, firstOf)), c.atEnd);
         EXPECT_EQ(placeOf(previousEntry(queue, mode, firstOf)), c.back);
         const auto gapless = gaplessSuccessor(queue, mode);
-        EXPECT_EQ(gapless ? int(*gapless) : none, c.gapless);
+        EXPECT_EQ(gapless ? static_cast<int>(*gapless) : none, c.gapless);
     }
 }
 
@@ -98,7 +98,7 @@ TEST(QueuePlanner, ShuffleIsUniform) {
         std::vector<int> counts(queue.size());
         for (int i = 0; i < draws; ++i)
             ++counts[*shuffledEntry(queue, all, false, random).entry];
-        const double expected = double(draws) / outcomes;
+        const double expected = static_cast<double>(draws) / outcomes;
         double sum = 0;
         for (const int count : counts) {
             if (count > 0)

@@ -88,7 +88,7 @@ class Walk {
 
   private:
     std::size_t anyRow() { return m_choices() % m_reference.entries.size(); }
-    char anyLetter() { return char('a' + m_choices() % 7); }
+    char anyLetter() { return static_cast<char>('a' + m_choices() % 7); }
 
     void append(const char* letters) {
         TrackRows rows;

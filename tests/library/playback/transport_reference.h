@@ -136,8 +136,8 @@ class Reference {
             return;
         const QUuid now = current ? entries[*current].id : QUuid();
         const Entry entry = entries[from];
-        entries.erase(entries.begin() + std::ptrdiff_t(from));
-        entries.insert(entries.begin() + std::ptrdiff_t(to), entry);
+        entries.erase(entries.begin() + static_cast<std::ptrdiff_t>(from));
+        entries.insert(entries.begin() + static_cast<std::ptrdiff_t>(to), entry);
         find(now);
     }
     void remove(const QString& path) {
