@@ -31,13 +31,13 @@ struct Environment {
     MediaControls& mediaControls;
     Notifications& notifications;
     FileChooser& fileChooser;
-    std::shared_ptr<CloudFiles> cloudFiles; ///< shared with looks at disks that do not answer
+    std::shared_ptr<CloudFiles> cloudFiles; ///< shared: a look at a hung disk may outlive all else
     PreferredLanguages& languages;
     SleepInhibitor& sleepInhibitor;
     QString dataFolder;  ///< where the metadata cache lives
     QString cacheFolder; ///< for what can be made again at any time
-    /// Ready when the first picture shows: until then the library is not restored. Without a shared
-    /// state there is none to wait for.
+    /// Becomes ready when the first picture shows. The library is restored after that. There is
+    /// nothing to wait for if this has no shared state.
     std::shared_future<void> firstPicture{};
 };
 

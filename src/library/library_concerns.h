@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Every concern of the library, for those who take all of them: the controller that builds them,
-// and whoever names their types to QML.
+// Every concern of the library, for the two files that take all of them: the controller, which
+// builds them, and the one that names their types to QML.
 #pragma once
 
 #include "audio/graph/playback_engine.h"

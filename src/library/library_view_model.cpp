@@ -199,7 +199,7 @@ void LibraryViewModel::showEntry(const QueueItem& entry) {
 }
 
 void LibraryViewModel::selectedAlbumChanged() {
-    // While something is loaded, the colour is that of what plays.
+    // While a file is loaded, the colour is that of the current entry.
     if (m_engine->hasFile())
         return;
     if (const Album* album = m_browsing->selectedAlbum())
@@ -218,13 +218,13 @@ void LibraryViewModel::connectRows() {
             &LibraryViewModel::availabilityChanged);
     connect(m_browsing.get(), &Browsing::selectedAlbumIDChanged, this,
             &LibraryViewModel::selectedAlbumChanged);
-    // The full-screen player would hide where a jump leads.
+    // The full-screen player would hide the place that a jump shows.
     connect(m_browsing.get(), &Browsing::jumping, this,
             [this] { m_views->setShowFullPlayer(false); });
 }
 
 void LibraryViewModel::availabilityChanged(const QSet<QString>& paths) {
-    // Finding very many rows would take longer than letting the views look at theirs again.
+    // Finding very many rows would take longer than drawing all visible ones again.
     if (static_cast<std::size_t>(paths.size()) > mostNarrowRanges) {
         m_browsing->availabilityReset();
         m_queue->refreshAll({TrackRole::availability});
@@ -263,7 +263,7 @@ void LibraryViewModel::connectFiles() {
             &MetadataHealing::healIncompleteMetadata);
     connect(m_importing.get(), &Importer::rootsGiven, m_bookmarks.get(),
             &Bookmarks::persistBookmarks);
-    // What a removal under way would take may be what is added.
+    // A removal under way would take those of its tracks that are added again.
     connect(m_importing.get(), &Importer::adding, m_tidying.get(), &Tidying::finishRemoval);
     connect(m_importing.get(), &Importer::playAsked, m_transport.get(),
             [this](const QUuid& entry) { m_transport->playItem(entry, true); });
@@ -283,7 +283,7 @@ void LibraryViewModel::connectTransport() {
     connect(m_transport.get(), &Transport::playStarted, m_userData.get(),
             &TrackUserData::countPlay);
     connect(m_transport.get(), &Transport::becameCurrent, this, &LibraryViewModel::showEntry);
-    // The engine is a part of this object and calls nobody once it is gone.
+    // This object owns the engine, which therefore calls nobody after it.
     m_engine->onTrackEnd = [this] { m_transport->trackEnded(); };
     m_engine->onGraphRebuilt = [this] { m_transport->attemptGaplessPreschedule(); };
     m_engine->onPauseRequested = [this](bool pause) { m_transport->pauseRequested(pause); };

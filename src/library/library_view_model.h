@@ -56,8 +56,8 @@ struct RowState;
 /// views by name (`Library.transport.playNext(true)`). What a concern offers is in its own header.
 /// Main thread only. Lives from the program's start to its end.
 ///
-/// Everywhere in it, paths are standardized absolute paths; times are seconds, gains dB, fractions
-/// 0...1.
+/// Paths are standardized absolute paths everywhere in it. Times are in seconds, gains in dB, and
+/// fractions run from 0 to 1.
 class LibraryViewModel : public QObject {
     Q_OBJECT
     Q_MOC_INCLUDE("library/library_concerns.h")
@@ -96,13 +96,14 @@ class LibraryViewModel : public QObject {
     Q_PROPERTY(halvane::LanguageSetting* language READ language CONSTANT)
 
   public:
-    /// Makes every concern, with nothing restored and nothing playing. The environment's parts
+    /// Makes every concern. Nothing is restored yet and nothing plays. The environment's parts must
     /// outlive it.
     explicit LibraryViewModel(const Environment& environment, QObject* parent = nullptr);
     /// Waits for a save of the index, and for nothing else.
     ~LibraryViewModel() override;
 
-    /// Restores what is remembered and begins to listen to the outside; nothing plays. Once.
+    /// Restores what was stored and begins to follow the environment. Nothing plays. To be called
+    /// once.
     void start();
 
     Transport* transport() const { return m_transport.get(); }
@@ -145,7 +146,7 @@ class LibraryViewModel : public QObject {
     Availability* availability() const { return m_availability.get(); }
     MetadataHealing* healing() const { return m_healing.get(); }
     AudioPlaybackEngine* engine() const { return m_engine.get(); }
-    /// Gives the views' covers by the keys that lists and albums carry. Any thread.
+    /// The views' covers, by the keys that lists and albums carry. Any thread.
     const CoverStore& covers() const { return *m_covers; }
 
   Q_SIGNALS:
@@ -169,7 +170,7 @@ class LibraryViewModel : public QObject {
 
     Environment m_environment;
 
-    // Each concern is made after those that it needs, and goes before them.
+    // Each concern is made after those that it needs and is destroyed before them.
     std::unique_ptr<LanguageSetting> m_language;
     std::unique_ptr<TrackUserData> m_userData;
     std::unique_ptr<Playlists> m_playlists;

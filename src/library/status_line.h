@@ -8,8 +8,8 @@
 
 namespace halvane {
 
-/// The one transient message to the user: the newest replaces the one before and stays for four
-/// seconds of its own. Main thread.
+/// The one message to the user. The newest replaces the one before it and stays for four seconds.
+/// Main thread.
 class StatusLine : public QObject {
     Q_OBJECT
     Q_PROPERTY(QString lastImportMessage READ text NOTIFY textChanged)
@@ -21,7 +21,7 @@ class StatusLine : public QObject {
 
     /// Empty when there is nothing to say.
     const QString& text() const { return m_text; }
-    /// Of the newest message, also after it went.
+    /// Whether the newest message is an error, also after it has gone.
     bool isError() const { return m_isError; }
 
     void show(const QString& text, bool isError);

@@ -52,8 +52,7 @@ double ambientBackgroundBoost(BackgroundStyle style);
 /// The accent colour of a mode.
 Color resolvedThemeAccent(SpectrumTintMode mode, const Color& ambient, const Color& custom);
 
-/// The colour of the spectrum of a mode. Other than for the accent, mint here is the accent that is
-/// in force, whatever it is.
+/// The colour of the spectrum in a mode. Mint means the accent in use here, not the default accent.
 Color spectrumTint(SpectrumTintMode mode, const Color& ambient, const Color& custom,
                    const Color& accent);
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The whole controller on real files, the real engine and an output that the test pulls.
+// The whole controller with real files, the real engine and an output that the test pulls.
 #include "library/library_concerns.h"
 #include "library/library_view_model.h"
 #include "library/playback/play_queue.h"
@@ -70,7 +70,7 @@ TEST(LibraryViewModel, RestoresWhatMakesSenseAndWritesItBack) {
 
 namespace {
 
-/// Two pieces of one album and one of another rate, in a library that is put together by hand.
+// A library of two tracks of one album and one track with another sample rate.
 struct PlayingTest : testing::Test {
     static constexpr int rate = 44'100;
     FakeEnvironment environment;
@@ -96,7 +96,7 @@ struct PlayingTest : testing::Test {
         return music.filePath(QLatin1StringView(name) + u".wav"_s);
     }
     QString title() const { return library.queue()->currentItem().value_or(QueueItem()).title; }
-    /// Plays until something that the test waits for has come about.
+    // Plays until the test's condition holds.
     void playUntil(const std::function<bool()>& reached) {
         for (int i = 0; i < 2000 && !reached(); ++i) {
             environment.output.play(441);
@@ -119,7 +119,7 @@ TEST_F(PlayingTest, PlaysAnAlbumThroughWithoutAGapAndStopsAtItsEnd) {
     EXPECT_EQ(library.userData()->playCount(path("1")), 1);
     playUntil([&] { return library.progressClock()->progress() > 0.4; });
     playUntil([&] { return title() == u"2"_s; });
-    EXPECT_EQ(environment.output.opens, 1); // the same stream goes on
+    EXPECT_EQ(environment.output.opens, 1); // in one stream
     playUntil([&] { return !library.transport()->isPlaying(); });
     EXPECT_EQ(title(), u"2"_s);
     EXPECT_EQ(library.progressClock()->progress(), 1);
@@ -184,7 +184,7 @@ TEST_F(PlayingTest, PlayingTheAlbumThatPlaysOnlyResumes) {
     library.transport()->togglePlayback();
     library.collections()->playAlbum(u"local|moss|fern"_s);
     EXPECT_TRUE(library.transport()->isPlaying());
-    EXPECT_EQ(library.queue()->idAt(0), entry); // not queued anew
+    EXPECT_EQ(library.queue()->idAt(0), entry); // the queue is the same one
 }
 
 TEST_F(PlayingTest, AFileThatIsNoSoundIsSaidAndSkipped) {
@@ -215,7 +215,7 @@ TEST_F(PlayingTest, ALostServerIsSaidAndPlaybackGoesOnWhenItIsBack) {
 
 namespace {
 
-/// Turns the event loop until something has come about.
+// Runs the event loop until a condition holds.
 void waitUntil(const std::function<bool()>& reached) {
     while (!reached())
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
@@ -243,7 +243,7 @@ TEST(LibraryViewModel, ImportsAFolderPlaysItAndFindsItAgainAtTheNextStart) {
         library.importing()->importDroppedURLs({QUrl::fromLocalFile(music.path())});
         waitUntil([&] { return library.status()->text() == u"Added 3 to playlist"_s; });
         waitUntil([&] { return library.trackCount() == 3; });
-        EXPECT_TRUE(library.transport()->isPlaying()); // the first of what came
+        EXPECT_TRUE(library.transport()->isPlaying()); // the first imported track
         EXPECT_EQ(library.player()->queuePositionText(), u"1 / 3"_s);
         EXPECT_EQ(library.player()->currentTrack().title, u"First"_s);
         EXPECT_EQ(library.player()->currentArtworkAlbum().title, u"Fern"_s);
@@ -251,7 +251,7 @@ TEST(LibraryViewModel, ImportsAFolderPlaysItAndFindsItAgainAtTheNextStart) {
         library.userData()->toggleLoved(folder + u"/Second.wav"_s);
         library.transport()->playNext(true);
         EXPECT_TRUE(library.player()->isCurrentTrackLoved());
-        // What is saved waits until the library of the last time, however small, has come back.
+        // No save begins before the library is restored.
         const QString index = environment.folder.filePath(u"data/library-cache.json"_s);
         waitUntil([&] { return QFile::exists(index); });
     }
@@ -264,7 +264,8 @@ TEST(LibraryViewModel, ImportsAFolderPlaysItAndFindsItAgainAtTheNextStart) {
     EXPECT_EQ(library.queue()->rowCount(), 3);
     waitUntil([&] { return library.tidyingLists()->missingTracks()->rowCount() == 1; });
     EXPECT_EQ(library.tidying()->maintenanceActionCount(), 1);
-    // Two of the three files are left, of 44 bytes of header and 4,410 stereo frames of 16 bits.
+    // Two of the three files are left. Each has a header of 44 bytes and 4,410 stereo frames of 16
+    // bits.
     waitUntil([&] { return library.librarySummary() == u"3 tracks - 1 albums - 35 KB indexed"_s; });
     library.tidying()->removeTracks(QStringList{folder + u"/Third.wav"_s});
     EXPECT_EQ(library.trackCount(), 2);

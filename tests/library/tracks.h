@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Tracks for tests of the library, made in few words.
+// Short ways to make tracks for the library's tests.
 #pragma once
 
 #include "library/catalog/library_store.h"
@@ -8,7 +8,7 @@
 
 namespace halvane::test {
 
-/// A track whose file is at a path; the title is the path's last component.
+/// A track whose file is at a path. Its title is the path's last component.
 inline Track trackAt(const QString& path) {
     Track track;
     track.sourceURL = FileUrl(path);

@@ -8,7 +8,7 @@ namespace halvane {
 class CoverStore;
 
 struct AlbumKind {
-    /// Albums may share an id; the spelling tells them apart.
+    /// Two albums may share an id. Their spelling tells them apart.
     static std::pair<QString, QString> keyOf(const Album& album) {
         return {album.title, album.artist};
     }

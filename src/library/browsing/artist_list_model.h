@@ -25,7 +25,7 @@ class ArtistListModel : public CatalogListModel<CatalogArtist, ArtistKind> {
         NameRole = Qt::UserRole + 1, ///< name
         AlbumCountRole,              ///< albumCount
         TrackCountRole,              ///< trackCount
-        SummaryRole,                 ///< summary: text in the language of the moment
+        SummaryRole,                 ///< summary: text in the windows' language
         CoverKeyRole,                ///< coverKey: for the cover store
     };
 

@@ -270,7 +270,7 @@ std::vector<quint32> Browsing::rowsOfPaths(const std::vector<QString>& paths) co
         }
         return rows;
     }
-    // The store has moved on since the catalog was derived, and its row numbers with it.
+    // The store has changed since the catalog was derived, so its row numbers are others.
     QHash<QString, quint32> rowOf;
     const TrackRows& all = *catalog()->rows;
     const QSet<QString> wanted(paths.cbegin(), paths.cend());

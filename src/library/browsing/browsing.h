@@ -56,13 +56,16 @@ class Browsing : public QObject {
     AlbumListModel* visibleAlbums() { return &m_albums; }
     ArtistListModel* visibleArtists() { return &m_artists; }
 
-    /// The album whose tracks alone are shown, or null. Good until the catalog changes, as below.
+    // These pointers are valid until the catalog changes.
+
+    /// The album to which the track table is limited, or null.
     const Album* focusedAlbum() const;
-    /// The selected album, else the first; null without albums.
+    /// The selected album, or the first if none is selected. Null without albums.
     const Album* selectedAlbum() const;
-    /// The album whose artwork stands for what plays: the current entry's, or the selected one.
+    /// The album whose artwork is shown for what plays: that of the current entry, or the selected
+    /// album without a current entry.
     const Album* artworkAlbum(const std::optional<QueueItem>& current) const;
-    /// An album as a value whose cover's key can be read; an empty one for null.
+    /// An album as a value, empty for null. Its cover can be read by its key.
     Album shown(const Album* album) const;
     bool hasFocusedAlbum() const { return focusedAlbum() != nullptr; }
     Album shownFocusedAlbum() const { return shown(focusedAlbum()); }
@@ -75,7 +78,7 @@ class Browsing : public QObject {
     Q_INVOKABLE void selectSidebarItem(halvane::SidebarItem item);
     Q_INVOKABLE void goHome();
     Q_INVOKABLE void jumpToArtist(const QString& name);
-    /// Nothing for an entry that the queue does not have.
+    /// Does nothing for an entry that the queue does not have.
     Q_INVOKABLE void jumpToAlbum(const halvane::QueueItem& entry);
     /// Selects the album of a playing entry, if the library has it.
     void selectAlbum(const QueueItem& entry);
@@ -99,7 +102,7 @@ class Browsing : public QObject {
     void selectedAlbumChanged();
 
   private:
-    /// Rows of the catalog; none stands for all of them.
+    /// Rows of the catalog. None means all of them.
     using SourceRows = std::optional<std::vector<quint32>>;
 
     void enter(LibraryMode mode, SidebarItem sidebar, bool lovedOnly);
@@ -138,11 +141,11 @@ class Browsing : public QObject {
 
     QByteArray m_query;  ///< the search text, trimmed and folded; empty: everything
     SourceRows m_source; ///< what is searched
-    /// The last search's result and its query, to narrow when the query grows; only of this source.
+    /// The result of the last search of this source, to narrow when the query grows, and its query.
     std::optional<std::vector<quint32>> m_found;
     QByteArray m_foundQuery;
 
-    QString m_currentPath; ///< of the row that was last said to play
+    QString m_currentPath; ///< of the row that was last shown as playing
     TrackListModel m_tracks;
     AlbumListModel m_albums;
     ArtistListModel m_artists;

@@ -9,12 +9,13 @@
 
 namespace halvane {
 
-/// A list of some of a catalog's items, in some order. The items stay the catalog's, which the list
-/// keeps alive. A new selection is told to the views as the rows that came and went, so that they
-/// keep their place, or as a fresh start when nearly everything changed. Main thread.
+/// A list of some of a catalog's items, in some order. The catalog owns the items, and the list
+/// keeps the catalog alive. The views are told which rows came and went, so that they keep their
+/// place. The list resets when nearly everything changed. Main thread.
 ///
-/// A kind of item says by `static Key keyOf(const Item&)` what it is known by across catalogs, and
-/// by `static bool looksAlike(const Item&, const Item&)` whether a row need be drawn again.
+/// `Kind` has two functions: `static Key keyOf(const Item&)` gives the key by which an item is
+/// found again in another catalog, and `static bool looksAlike(const Item&, const Item&)` says
+/// whether a row can stay as it is drawn.
 template<typename Item, typename Kind>
 class CatalogListModel : public QAbstractListModel {
   public:

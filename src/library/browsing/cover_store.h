@@ -10,13 +10,14 @@
 
 namespace halvane {
 
-/// Names pictures by short texts that views can hand around, and gives the bytes again. Holds the
-/// handles of the pictures that were asked for and no bytes. Any thread.
+/// Gives pictures short keys that views can pass on, and reads a picture by its key. It holds a
+/// handle of each picture that was asked for, and no bytes. Any thread.
 class CoverStore {
   public:
-    /// The key of a record's picture, as coverKey gives it; from now on it can be read.
+    /// The key of a record's picture, as coverKey gives it. The picture can be read by it from now
+    /// on.
     QString keyFor(const std::optional<Artwork>& embedded, const std::optional<FileUrl>& file);
-    /// The picture's bytes; empty for an unknown key or an unreadable picture. May block on the
+    /// The picture's bytes, empty for an unknown key or an unreadable picture. May block on the
     /// disk.
     QByteArray read(const QString& key) const;
 

@@ -11,17 +11,17 @@
 
 namespace halvane {
 
-/// What makes one list into another: rows that go, by their places in the old list, and rows that
-/// come, by their places in the new one. Both ascending.
+/// What makes one list into another: the rows that go, by their places in the old list, and the
+/// rows that come, by their places in the new one. Both are ascending.
 struct ListChanges {
     std::vector<RowRange> removed;
     std::vector<RowRange> inserted;
 };
 
-/// The changes from one list to another; none when they are too many to be worth telling apart, or
-/// when rows that stay have changed places. `keyOfOld(i)` and `keyOfNew(i)` give what a row is
-/// known by, `isSame(i, j)` compares an old row's with a new one's. Linear; what the lists have in
-/// common at both ends costs nothing but comparing.
+/// The changes from one list to another. There are none to give when they are too many to be worth
+/// telling apart, or when rows that stay have changed places. `keyOfOld(i)` and `keyOfNew(i)` give
+/// the key of a row; `isSame(i, j)` compares those of an old and a new row. The cost is linear, and
+/// common rows at both ends are only compared.
 template<typename KeyOfOld, typename KeyOfNew, typename IsSame>
 std::optional<ListChanges> listChanges(std::size_t oldCount, std::size_t newCount,
                                        KeyOfOld keyOfOld, KeyOfNew keyOfNew, IsSame isSame) {
@@ -63,7 +63,7 @@ std::optional<ListChanges> listChanges(std::size_t oldCount, std::size_t newCoun
         else if (i < oldEnd && j < newEnd && isSame(i, j))
             ++i, ++j;
         else
-            return std::nullopt; // a row that stays has moved, or occurs more than once
+            return std::nullopt; // a row that stays has moved or occurs more than once
         if (changes.removed.size() + changes.inserted.size() > mostNarrowRanges)
             return std::nullopt;
     }

@@ -16,10 +16,10 @@ struct RowRange {
     bool operator==(const RowRange&) const = default;
 };
 
-/// Beyond this many separate ranges a list starts afresh: telling a view of each would take longer.
+/// With more separate ranges than this, a list resets: telling a view of each would take longer.
 inline constexpr std::size_t mostNarrowRanges = 64;
 
-/// Adds a row, higher than all before, to ascending ranges.
+/// Adds a row to ascending ranges that are all before it.
 inline void addRow(std::vector<RowRange>& ranges, std::size_t row) {
     if (!ranges.empty() && ranges.back().first + ranges.back().count == row)
         ++ranges.back().count;

@@ -11,8 +11,8 @@ namespace halvane {
 
 class CoverStore;
 
-/// What the lists show of a track beyond its record, asked by its standardized path when a row is
-/// drawn: the state has other owners, and no list keeps a copy. Main thread.
+/// What the lists show of a track beyond its record. A list asks by standardized path when it draws
+/// a row, and keeps no copy, because other concerns own this state. Main thread.
 struct RowState {
     std::function<bool(const QString& path)> isLoved;
     std::function<int(const QString& path)> rating; ///< 0...5

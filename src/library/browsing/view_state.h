@@ -7,7 +7,7 @@ namespace halvane {
 
 class Preferences;
 
-/// Which windows and panels the views show, and how: flags that menu commands and buttons share.
+/// Which windows and panels the views show, and how. Menu commands and buttons share these flags.
 /// Main thread.
 class ViewState : public QObject {
     Q_OBJECT

@@ -24,14 +24,14 @@ struct Group {
 };
 
 struct Groups {
-    std::vector<Group> groups;       ///< in the order of their first tracks
-    std::vector<quint32> groupOfRow; ///< for each row
+    std::vector<Group> groups;       // in the order of their first tracks
+    std::vector<quint32> groupOfRow; // for each row
 };
 
 Groups groupTracks(const TrackRows& rows, const TrackColumns& columns, ResolvedLanguage language) {
     Groups result;
     result.groupOfRow.reserve(rows.size());
-    // The key is worked out once for each pair of texts; pairs that trim to the same meet in it.
+    // The key is worked out once for each pair of texts. Pairs that trim to the same share a group.
     QHash<quint64, quint32> groupOfPair;
     QHash<AlbumGroupKey, quint32> groupOfKey;
     for (std::size_t row = 0; row < rows.size(); ++row) {
@@ -104,7 +104,7 @@ QString labels(const Tracks& tracks, const QCollator& collator) {
 QString durationText(double totalSeconds, qint64 trackCount, ResolvedLanguage language) {
     if (!(totalSeconds > 0))
         return L10n::trackCount(trackCount, language);
-    constexpr double mostMinutes = 1e12; // keeps nonsense from overflowing
+    constexpr double mostMinutes = 1e12; // nonsense must not overflow
     const double minutes = std::clamp(std::floor(totalSeconds / 60), 1.0, mostMinutes);
     return L10n::albumDuration(static_cast<qint64>(minutes), language);
 }
@@ -136,7 +136,7 @@ Album albumOf(Group& group, ResolvedLanguage language, const QCollator& collator
     return album;
 }
 
-/// Where each album stands in the published list.
+// Where each album stands in the published list.
 std::vector<quint32> sortedOrder(const std::vector<Album>& albums, const QCollator& collator) {
     const auto ranksBy = [&](QString Album::*field) {
         QHash<QString, quint32> numbers;
@@ -187,9 +187,9 @@ std::optional<QString> mostCommonValue(const QStringList& values) {
     QHash<QString, std::size_t> placeOf;
     const QString* last = nullptr;
     constexpr auto nowhere = static_cast<std::size_t>(-1);
-    std::size_t place = nowhere; ///< of its count, if it is not blank
+    std::size_t place = nowhere; // of the last text's count; nowhere for a blank text
     for (const QString& value : values) {
-        if (last && *last == value) { // neighbours mostly agree
+        if (last && *last == value) { // neighbours are mostly the same
             if (place != nowhere)
                 ++counts[place].second;
             continue;

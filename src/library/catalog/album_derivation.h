@@ -13,8 +13,8 @@
 
 namespace halvane {
 
-/// What the tracks of one album have in common. All three fields count: spellings that differ only
-/// in letter case are different albums that share an id.
+/// What the tracks of one album have in common. All three fields count. Spellings that differ only
+/// in letter case are different albums with one id.
 struct AlbumGroupKey {
     QString id;
     QString title;  ///< trimmed, or the text for an unknown album
@@ -29,25 +29,22 @@ inline size_t qHash(const AlbumGroupKey& key, size_t seed = 0) {
 
 AlbumGroupKey albumGroupKey(const QString& title, const QString& artist, ResolvedLanguage language);
 
-/// The text that occurs most often once trimmed, the earliest of those that occur equally often;
-/// none when all are blank.
+/// The trimmed text that occurs most often. The earliest wins a tie; none if all are blank.
 std::optional<QString> mostCommonValue(const QStringList& values);
 
 /// The first one or two distinct format labels, or "Audio".
 QString albumQuality(const TrackRows& tracks);
 
-/// Three colours that follow from the names alone, so that an album without a cover always looks
-/// the same.
+/// Three colours for an album without a cover. They follow from the names alone, so that the album
+/// always looks the same.
 std::vector<Color> albumColors(const QString& title, const QString& artist);
 
-/// The albums, sorted by artist and then title as the user's language sorts, and for each row the
-/// index of its album.
 struct DerivedAlbums {
-    std::vector<Album> albums;
-    std::vector<quint32> albumOfRow;
+    std::vector<Album> albums;       ///< by artist, then title, as the user's language sorts
+    std::vector<quint32> albumOfRow; ///< the place in `albums` for each row
 };
 
-/// Takes time linear in the number of rows, and n log n in the number of albums.
+/// The time is linear in the number of rows and n log n in the number of albums.
 DerivedAlbums deriveAlbums(const TrackRows& rows, const TrackColumns& columns,
                            ResolvedLanguage language);
 

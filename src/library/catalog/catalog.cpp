@@ -90,7 +90,7 @@ std::shared_ptr<const Catalog> buildCatalog(std::shared_ptr<const TrackRows> row
     catalog->genreTexts = foldedColumn(catalog->columns.genre);
     catalog->formatTexts = foldedColumn(catalog->columns.format);
     for (const Album& album : catalog->albums) {
-        // A zero byte would be folded away; a line feed can't be typed into a search.
+        // A zero byte would be folded away. A line feed can't be typed into a search.
         catalog->albumTiles.add(QString(album.title + u'\n' + album.artist + u'\n' + album.genre));
     }
     return catalog;
@@ -108,7 +108,7 @@ std::vector<quint32> rowsMatching(const Catalog& catalog, const QByteArray& fold
                 genres[columns.genre.ofRow[row]] | formats[columns.format.ofRow[row]]) != 0;
     };
     std::vector<quint32> found;
-    // One run over all titles is several times cheaper than as many separate searches.
+    // One run over all titles is several times cheaper than a search of each.
     constexpr std::size_t runAdvantage = 4;
     if (within && within->size() < catalog.titles.size() / runAdvantage) {
         for (const quint32 row : *within) {

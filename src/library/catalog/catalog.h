@@ -9,7 +9,7 @@
 
 namespace halvane {
 
-/// One artist of the library, under the exact name that the tracks carry.
+/// One artist of the library, with the exact name that the tracks carry.
 struct CatalogArtist {
     QString name;
     quint32 number = 0; ///< in the artist column
@@ -19,8 +19,8 @@ struct CatalogArtist {
     std::optional<FileUrl> coverURL;       ///< of the first track that has one
 };
 
-/// Everything that is derived from the tracks as they were at one moment: albums, artists and
-/// prepared search texts, consistent with each other. Never changed once built; any thread.
+/// A snapshot of everything that is derived from the tracks: albums, artists and search texts. It
+/// never changes once it is built. Any thread.
 struct Catalog {
     std::shared_ptr<const TrackRows> rows;
     TrackColumns columns;
@@ -47,13 +47,13 @@ std::shared_ptr<const Catalog> buildCatalog(std::shared_ptr<const TrackRows> row
                                             ResolvedLanguage language,
                                             const QSet<QString>& lovedPaths = {});
 
-/// The rows, ascending, of which title, artist, album, genre or format contains the folded query,
-/// which is not empty. `within` limits the search to some rows, ascending; null means all.
+/// The rows whose title, artist, album, genre or format contains the folded query, ascending. The
+/// query is not empty. `within` limits the search to some rows, ascending; null means all.
 std::vector<quint32> rowsMatching(const Catalog& catalog, const QByteArray& foldedQuery,
                                   const std::vector<quint32>* within);
 
-/// The album that a playing entry belongs to, or null: the one of its grouping key's id, else the
-/// first whose title and artist are the entry's but for letter case.
+/// The album that a playing entry belongs to, or null. It has the id of the entry's grouping key;
+/// failing that, its title and artist are the entry's without regard to letter case.
 const Album* albumOfEntry(const Catalog& catalog, const QString& albumTitle, const QString& artist,
                           ResolvedLanguage language);
 

@@ -11,7 +11,8 @@ namespace halvane {
 
 namespace {
 
-/// Up to here a derivation takes a few milliseconds: less than a worker's round trip is worth.
+// With so many rows a derivation takes a few milliseconds, which is not worth a worker's round
+// trip.
 constexpr std::size_t derivedInPlace = 2000;
 
 } // namespace
@@ -25,14 +26,14 @@ CatalogPublisher::CatalogPublisher(const LibraryStore& store, const TrackUserDat
     , m_catalog(buildCatalog(std::make_shared<const TrackRows>(), ResolvedLanguage::english)) {
     connect(&userData, &TrackUserData::reset, this, &CatalogPublisher::rebuildImportedAlbums);
     connect(&userData, &TrackUserData::lovedChanged, this, &CatalogPublisher::followLoved);
-    // Unknown names and lengths are texts, and part of what is derived.
+    // The catalog contains texts for unknown names and for lengths.
     connect(&language, &LanguageSetting::languageChanged, this,
             &CatalogPublisher::rebuildImportedAlbums);
 }
 
 void CatalogPublisher::rebuildImportedAlbums() {
     assertOwnThread(*this);
-    m_worker.cancel(); // what was asked for before has been overtaken
+    m_worker.cancel(); // an older derivation would be stale
     m_lovedSince = 0;
     auto rows = m_store.snapshot();
     const ResolvedLanguage language = m_language.resolvedLanguage();
@@ -52,8 +53,7 @@ void CatalogPublisher::whenCurrent(QObject* context, std::function<void()> then)
                 Qt::SingleShotConnection);
 }
 
-/// The rows of the derivation under way are those of the store: whoever changes these asks for
-/// another one.
+// A derivation under way is of the store's rows, because whoever changes them asks for another one.
 void CatalogPublisher::followLoved(const QString& path) {
     if (!m_store.rowOf(path))
         return;
@@ -67,7 +67,7 @@ void CatalogPublisher::publish(std::shared_ptr<const Catalog> catalog) {
     const auto before = std::exchange(m_catalog, std::move(catalog));
     m_lovedCount = m_catalog->lovedCount + static_cast<std::size_t>(m_lovedSince);
     Q_EMIT catalogChanged();
-    // A large one takes long to free; the lists have let go of it.
+    // Freeing a large catalog takes long. The lists no longer hold it.
     if (before->rows->size() > derivedInPlace)
         m_worker.start([before](const auto&) {});
 }

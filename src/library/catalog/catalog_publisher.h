@@ -13,9 +13,9 @@ namespace halvane {
 class LanguageSetting;
 class TrackUserData;
 
-/// Publishes what is derived from the tracks: albums, artists and search texts, always whole and
-/// consistent with each other. A small library is derived at once, a large one by a worker; a
-/// result that has been overtaken is dropped. Main thread; a catalog may be read on any.
+/// Publishes the catalog that is derived from the tracks, always as a whole. A small library is
+/// derived at once, a large one by a worker. A stale result is dropped. Main thread; a catalog may
+/// be read on any thread.
 class CatalogPublisher : public QObject {
     Q_OBJECT
 
@@ -24,23 +24,23 @@ class CatalogPublisher : public QObject {
     CatalogPublisher(const LibraryStore& store, const TrackUserData& userData,
                      const LanguageSetting& language, QObject* parent = nullptr);
 
-    /// What is published now; never null.
+    /// The newest catalog, never null.
     const std::shared_ptr<const Catalog>& published() const { return m_catalog; }
     /// How many rows of the published catalog are loved now.
     std::size_t lovedCount() const { return m_lovedCount; }
     /// Whether the published catalog is of the store's rows as they are now.
     bool isCurrent() const { return m_catalog->rows.get() == &m_store.rows(); }
 
-    /// Calls `then` once the published catalog is of the store's rows, at once if it is; not after
-    /// `context` has gone.
+    /// Calls `then` when the published catalog is of the store's rows, which may be at once. Does
+    /// not call it if `context` has been destroyed by then.
     void whenCurrent(QObject* context, std::function<void()> then);
 
-    /// Derives everything anew from the tracks and the language as they are now.
+    /// Derives a catalog from the tracks and the language as they are now.
     void rebuildImportedAlbums();
 
   Q_SIGNALS:
     void catalogChanged();
-    /// Without another catalog: one track is loved, or no longer.
+    /// One track is loved, or no longer, in the same catalog.
     void lovedCountChanged();
 
   private:

@@ -10,7 +10,7 @@ namespace halvane {
 
 QCollator caseInsensitiveCollator() {
     QLocale locale;
-    // The C locale orders by code and would not disregard case in sort keys.
+    // The C locale orders by code and regards case in sort keys.
     if (locale.language() == QLocale::C)
         locale = QLocale(QLocale::English, QLocale::UnitedStates);
     QCollator collator(locale);
@@ -42,7 +42,7 @@ bool codePointLess(QStringView a, QStringView b) {
     for (qsizetype i = 0; i < common; ++i) {
         if (a[i] == b[i])
             continue;
-        // Lifts surrogates, which stand for the highest code points, above U+E000...U+FFFF.
+        // Surrogates stand for the highest code points and go after U+E000...U+FFFF.
         const auto place = [](char16_t unit) -> int {
             return unit < 0xD800 ? unit : unit < 0xE000 ? unit + 0x2000 : unit - 0x800;
         };

@@ -9,14 +9,14 @@
 
 namespace halvane {
 
-/// A collator of the user's language that disregards letter case. One for each thread that works.
+/// A collator of the user's language that disregards letter case. Each thread needs its own.
 QCollator caseInsensitiveCollator();
 
-/// For each text its place in the collator's order; texts that compare the same share a place.
+/// The place of each text in the collator's order. Texts that compare the same share a place.
 std::vector<quint32> collationRanks(const std::vector<QString>& texts, const QCollator& collator);
 
-/// Whether a comes before b by their code points. (QString compares UTF-16 units, which puts the
-/// code points above U+FFFF before U+E000.)
+/// Whether a comes before b by their code points. QString compares UTF-16 units, which puts the
+/// code points above U+FFFF before U+E000.
 bool codePointLess(QStringView a, QStringView b);
 
 } // namespace halvane

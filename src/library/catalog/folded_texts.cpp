@@ -32,7 +32,7 @@ QByteArray foldedForSearch(QStringView text) {
         folded.replace(u'I', QChar(0x0131)).replace(QChar(0x0130), u'i');
     folded = folded.normalized(QString::NormalizationForm_C)
                  .toCaseFolded()
-                 .replace(QChar(0x00DF), QLatin1StringView("ss")) // whose capital is mostly SS
+                 .replace(QChar(0x00DF), QLatin1StringView("ss")) // its capital is mostly SS
                  .normalized(QString::NormalizationForm_C)
                  .replace(QChar(u'\0'), u' ');
     return folded.toUtf8();

@@ -8,26 +8,27 @@
 
 namespace halvane {
 
-/// A text as it is searched: letter case folded as the user's language folds it, accents kept,
-/// composed and decomposed letters alike, in UTF-8. Any thread.
+/// A text as it is searched, in UTF-8. Letter case is folded as the user's language folds it,
+/// accents stay, and composed and decomposed letters are the same. Any thread.
 QByteArray foldedForSearch(QStringView text);
 
 /// Many texts, folded once and laid end to end, so that a search is one run over memory. A text of
-/// 20 letters takes 25 bytes. Plain value, any thread.
+/// 20 letters takes 25 bytes. A plain value; any thread.
 class FoldedTexts {
   public:
     void reserve(std::size_t texts, std::size_t bytes);
     void add(QStringView text);
     std::size_t size() const { return m_ends.size(); }
 
-    /// For each text 1 if it contains the folded query, otherwise 0. The query is not empty.
+    /// One number for each text: 1 if it contains the folded query, otherwise 0. The query is not
+    /// empty.
     std::vector<quint8> matches(const QByteArray& foldedQuery) const;
     /// Whether one text contains the folded query.
     bool contains(std::size_t index, const QByteArray& foldedQuery) const;
 
   private:
     QByteArray m_bytes;          ///< each text is followed by a zero byte, which no text contains
-    std::vector<quint32> m_ends; ///< for each text the place of its zero byte
+    std::vector<quint32> m_ends; ///< the place of each text's zero byte
 };
 
 } // namespace halvane

@@ -67,7 +67,7 @@ void LibraryStore::changed() {
 std::size_t LibraryStore::append(const TrackRows& tracks) {
     TrackRows& rows = writableRows();
     const std::size_t before = rows.size();
-    // Grows by halves even when many small batches follow each other.
+    // The capacity grows by halves, however small the batches are.
     if (rows.capacity() < before + tracks.size())
         rows.reserve(std::max(before + tracks.size(), before + before / 2));
     for (const TrackPtr& track : tracks) {
@@ -124,7 +124,7 @@ void LibraryStore::remove(const QSet<QString>& paths) {
     }
     if (gone == 0)
         return;
-    // A new list of what stays: no costlier than closing the gaps, and a snapshot keeps the old.
+    // A new list is no costlier than closing the gaps, and leaves the rows of a snapshot alone.
     auto rows = std::make_shared<TrackRows>();
     rows->reserve(m_rows->size() - gone);
     std::vector<quint32> movesTo(m_rows->size());
@@ -137,7 +137,7 @@ void LibraryStore::remove(const QSet<QString>& paths) {
     m_rows = std::move(rows);
     m_isShared = false;
     for (quint32& row : m_rowOfPath)
-        row = movesTo[row]; // renumbered rather than hashed again
+        row = movesTo[row]; // no path is hashed again
     changed();
 }
 

@@ -7,8 +7,7 @@
 
 namespace halvane {
 
-/// One line about the library: how many tracks and albums, and how many bytes their files have.
-/// Pure; any thread.
+/// One line with the numbers of tracks and albums and the size of their files. Pure; any thread.
 QString librarySummary(std::size_t tracks, std::size_t albums, qint64 bytes,
                        ResolvedLanguage language);
 

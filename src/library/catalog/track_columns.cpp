@@ -13,12 +13,12 @@ class Interning {
     }
 
     void add(const QString& text) {
-        // Neighbours mostly agree, and then even share their buffer.
+        // Neighbours mostly have the same text, and then share its buffer.
         if (!m_column.ofRow.empty() && m_column.texts[m_column.ofRow.back()] == text) {
             m_column.ofRow.push_back(m_column.ofRow.back());
             return;
         }
-        quint32& number = m_numbers[text]; // counts from 1; 0 is a text not met before
+        quint32& number = m_numbers[text]; // counted from 1; 0 is a text not met before
         if (number == 0) {
             m_column.texts.push_back(text);
             number = static_cast<quint32>(m_column.texts.size());
@@ -39,7 +39,7 @@ TrackColumns columnsOf(const TrackRows& rows) {
     Interning album(columns.album, rows.size());
     Interning genre(columns.genre, rows.size());
     Interning format(columns.format, rows.size());
-    // One run over the rows: fetching them from memory is what takes the time.
+    // One run over the rows, because fetching them from memory takes most of the time.
     for (const TrackPtr& row : rows) {
         artist.add(row->artist);
         album.add(row->album);

@@ -7,14 +7,14 @@
 
 namespace halvane {
 
-/// One field of all rows, with each distinct text (compared exactly) kept once.
+/// One field of all rows. Each distinct text is kept once; texts are compared exactly.
 struct InternedColumn {
-    std::vector<QString> texts; ///< the distinct texts, by number, in the order of appearance
-    std::vector<quint32> ofRow; ///< the number of each row's text
+    std::vector<QString> texts; ///< the distinct texts in the order of appearance
+    std::vector<quint32> ofRow; ///< the place of each row's text in `texts`
 };
 
-/// The fields that repeat over a library, as numbers: what groups, counts and searches works on a
-/// few thousand distinct texts rather than on every row's. Plain value, any thread.
+/// The fields whose texts repeat over a library. Grouping, counting and searching work on a few
+/// thousand distinct texts rather than on those of every row. A plain value; any thread.
 struct TrackColumns {
     InternedColumn artist;
     InternedColumn album;

@@ -8,8 +8,8 @@
 
 namespace halvane {
 
-/// A new queue entry for a track, with an id of its own and not current; none for a track without a
-/// file. Any thread.
+/// A new queue entry for a track, with an id of its own. It is not current. None for a track
+/// without a file. Any thread.
 std::optional<QueueItem> queueItemFromTrack(const Track& track);
 
 /// What a library track carries beyond the record of its file.
@@ -19,8 +19,7 @@ struct TrackExtras {
     bool loved = false;
 };
 
-/// A new library track, with an id of its own, for the record that reading a file yielded. Any
-/// thread.
+/// A new library track with an id of its own, from what was read of a file. Any thread.
 Track trackFromQueueItem(QueueItem item, const TrackExtras& extras);
 
 } // namespace halvane

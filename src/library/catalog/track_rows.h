@@ -9,7 +9,7 @@ namespace halvane {
 /// Library rows for what was loaded, in its order. Any thread.
 TrackRows rowsFromLoaded(std::vector<LoadedItem> loaded);
 
-/// The row of a file that was read again: its id and what the user made of it stay. Any thread.
+/// The row of a file that was read again. It keeps its id and the user's data. Any thread.
 TrackPtr rowReadAgain(const Track& known, LoadedItem read);
 
 /// The standardized paths of rows, without those that have no file. Any thread.

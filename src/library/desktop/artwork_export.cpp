@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// The desktop may show a picture long after the track has passed.
+// The desktop may show a picture long after its track has ended.
 constexpr int keptPictures = 64;
 
 bool isPicture(const QString& path) {

@@ -9,8 +9,8 @@
 
 namespace halvane {
 
-/// A picture file of an entry's cover, for programs that take pictures by path: the file that
-/// already holds it, or one written to `folder`, where the newest few are kept. None when the entry
+/// A file with an entry's cover, for programs that take pictures by path. It is the file that holds
+/// the cover already, or one written to `folder`, where the newest few are kept. None if the entry
 /// has no cover or its bytes are no picture. Reads and writes files; any thread but the main one.
 std::optional<QString> exportedArtwork(const QueueItem& item, const QString& folder);
 

@@ -155,7 +155,7 @@ void NowPlaying::resolveArtwork(const QueueItem& item) {
     if (m_resolving == path || (!item.coverImageData && !item.coverURL))
         return;
     m_resolving = path;
-    m_worker.leaveBehind(); // the picture before may lie on a disk that does not answer
+    m_worker.leaveBehind(); // the picture before this one may lie on a disk that hangs
     m_worker.run([item, folder = m_artworkFolder] { return exportedArtwork(item, folder); },
                  [this, path](const std::optional<QString>& file) { resolved(path, file); });
 }

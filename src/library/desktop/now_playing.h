@@ -19,26 +19,26 @@ class PlayQueue;
 class Transport;
 class TransportEngine;
 
-/// Tells the desktop what plays and does what its media controls ask. Main thread; pictures are
-/// read by a worker, and what it found is published when it is there.
+/// Tells the desktop what plays and does what its media controls ask. A worker reads the pictures,
+/// which are published when they are there. Main thread.
 class NowPlaying : public QObject {
     Q_OBJECT
 
   public:
-    /// `isApplicationActive` says whether one of our windows has the keyboard. Pictures that lie
-    /// inside audio files are written to `artworkFolder` for the desktop to read. All references
-    /// must outlive this object.
+    /// `isApplicationActive` says whether one of our windows has the keyboard. Pictures from inside
+    /// audio files are written to `artworkFolder` for the desktop to read. All references must
+    /// outlive it.
     NowPlaying(MediaControls& controls, Notifications& notifications, Transport& transport,
                const PlayQueue& queue, const TransportEngine& engine,
                std::function<bool()> isApplicationActive, const QString& artworkFolder,
                QObject* parent = nullptr);
 
-    /// Registers for what the desktop may ask. Once, at start-up.
+    /// Registers for what the desktop may ask. To be called once, at the start.
     void setupRemoteCommands();
-    /// Publishes the playing entry as it is now. To be called after every change of the playing
-    /// state, the entry or the position that playing on does not explain.
+    /// Publishes the playing entry as it is now. To be called after every change of the entry, the
+    /// playing state, or the position other than by playing on.
     void updateNowPlayingInfo();
-    /// The position jumped: a seek, or anything but playing on, within one entry. Publishes too.
+    /// The position moved within one entry other than by playing on. Publishes the entry too.
     void positionJumped();
     /// Repeat, shuffle, volume or the queue changed.
     void updateModes();
@@ -69,8 +69,8 @@ class NowPlaying : public QObject {
     std::function<bool()> m_isApplicationActive;
     QString m_artworkFolder;
     std::optional<CachedArtwork> m_nowPlayingArtworkCache; ///< of the last entry that was asked for
-    QString m_resolving;                 ///< path of the track whose picture a worker looks for
-    std::optional<QueueItem> m_toNotify; ///< waits for that picture
+    QString m_resolving;                 ///< path of the track whose picture the worker looks for
+    std::optional<QueueItem> m_toNotify; ///< the entry that waits for that picture
     SerialWorker m_worker;
 };
 

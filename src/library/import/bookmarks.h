@@ -11,9 +11,9 @@ namespace halvane {
 
 class Preferences;
 
-/// The files and folders that the user gave access to. A bookmark is the UTF-8 path; it resolves
-/// while something exists there, and access starts when that is readable. Disks are asked by a
-/// worker. Main thread.
+/// The files and folders to which the user gave access. A bookmark is the UTF-8 path. It resolves
+/// while something exists there, and access starts if that is readable. A worker asks the disk.
+/// Main thread.
 class Bookmarks : public QObject {
     Q_OBJECT
 
@@ -21,7 +21,7 @@ class Bookmarks : public QObject {
     /// The preferences must outlive it.
     explicit Bookmarks(Preferences& preferences, QObject* parent = nullptr);
 
-    /// Starts access to what is stored, forgets what is gone, and says so in the log.
+    /// Starts access to what is stored, forgets what no longer exists, and logs the numbers.
     void restoreBookmarkAccess();
     /// Stores a bookmark for each root that is not yet accessed.
     void persistBookmarks(const QStringList& forGrantedRoots);
@@ -30,7 +30,7 @@ class Bookmarks : public QObject {
     const QSet<QString>& accessedPaths() const { return m_accessed; }
 
   Q_SIGNALS:
-    /// What was restored or persisted is stored now.
+    /// Restoring or persisting has ended, and its result is stored.
     void stored();
 
   private:
@@ -44,7 +44,7 @@ class Bookmarks : public QObject {
 
     Preferences& m_preferences;
     QSet<QString> m_accessed;
-    SerialWorker m_worker; ///< what is asked first is stored first
+    SerialWorker m_worker; ///< serial, so that requests are stored in their order
 };
 
 } // namespace halvane

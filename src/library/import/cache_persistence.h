@@ -9,8 +9,8 @@
 
 namespace halvane {
 
-/// Writes the metadata cache behind the program's back: one save at a time, of the library as it is
-/// when the save begins; whatever is asked for meanwhile is one more save. Main thread.
+/// Saves the metadata cache on a worker. There is one save at a time, of the library as it is when
+/// the save begins. Requests during a save are answered by one more save. Main thread.
 class CachePersistence : public QObject {
     Q_OBJECT
 
@@ -22,13 +22,13 @@ class CachePersistence : public QObject {
     ~CachePersistence() override;
 
     void persistMetadataCache();
-    /// Until the library is whole no save begins: it would drop the records of what is not there
-    /// yet.
+    /// No save begins from now until release(). While the library is not whole, a save would drop
+    /// the records of the tracks that are not there yet.
     void hold() { m_isHeld = true; }
     void release();
 
   Q_SIGNALS:
-    /// A save has ended, well or not.
+    /// A save has ended, with or without success.
     void saved();
 
   private:

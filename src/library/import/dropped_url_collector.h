@@ -8,7 +8,7 @@
 
 namespace halvane {
 
-/// Gathers the addresses of a drop of several items, which arrive on any threads in any order.
+/// Gathers the addresses of a drop of several items. They arrive in any order on any thread.
 class DroppedURLCollector {
   public:
     void append(const QUrl& url) {

@@ -10,7 +10,7 @@ namespace halvane {
 
 namespace {
 
-/// Up to here the whole list is written in order within a millisecond.
+// A list of so many paths is written within a millisecond.
 constexpr std::size_t writtenWhole = 256;
 
 } // namespace

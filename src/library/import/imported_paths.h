@@ -11,9 +11,9 @@ namespace halvane {
 
 class Preferences;
 
-/// The stored list of the library's files: standardized paths, sorted. The cost of a change to a
-/// large library does not grow with the library: there new paths go to the end of the stored list,
-/// and reading sorts it. Main thread.
+/// The stored list of the library's files by their standardized paths. The list of a small library
+/// is kept sorted. New paths of a large one go to the end, so that the cost of a change does not
+/// grow with the library. Main thread.
 class ImportedPaths {
   public:
     /// Both must outlive it.
@@ -21,13 +21,13 @@ class ImportedPaths {
         : m_preferences(preferences)
         , m_library(library) {}
 
-    /// As stored; sorting is left to a worker.
+    /// The list as it is stored, for a worker to sort.
     QStringList stored() const;
-    /// The same when it comes, on any thread; none when that failed. Until restored() the library
-    /// is not whole, so that the stored list is not written anew from it.
+    /// The same, to be read on any thread; none if that failed. The library is not whole until
+    /// restored(), so that the stored list is not replaced by its paths before.
     std::function<std::optional<QStringList>()> restore();
     void restored() { m_isRestoring = false; }
-    /// Tracks of these paths came into the library.
+    /// Tracks with these paths came into the library.
     void add(const QStringList& paths);
 
   private:

@@ -92,18 +92,18 @@ void Importer::importDroppedURLs(const QList<QUrl>& urls) {
         startNext();
 }
 
-/// What the worker needs to find the files of one import, to read them and to hand them over in
-/// portions. All of it in one go: at the program's start the main thread is busy with its first
-/// picture, and every question to it would hold up the first sound by that much.
+// Finds the files of one import, reads them and hands them over in portions, on the worker and with
+// everything that it needs. A question to the main thread would delay the first sound at the
+// program's start, while that thread is busy with the first picture.
 struct Importer::Run {
-    Importer* importer; ///< for what is posted
+    Importer* importer; // only used in what is posted to the main thread
     QStringList roots;
     TrackRows queued;
     ReadingNeeds needs;
     ResolvedLanguage language;
 
     void operator()(const SerialWorker::Job& job) const {
-        // The main thread is to play the first of them.
+        // The main thread will play the first file.
         const auto preparation = std::async(std::launch::async, &AudioFile::prepare);
         const auto all =
             TrackMetadataLoader::audioFileURLs({roots.begin(), roots.end()}, job.token());
@@ -146,13 +146,13 @@ struct Importer::Run {
         job.post([importer = importer] { importer->finish(); });
     }
 
-    /// Few enough rows that the main thread takes them over within a frame.
+    // The main thread takes so few rows over within a frame.
     void handOver(const SerialWorker::Job& job, std::vector<LoadedItem> loaded) const {
         job.post([importer = importer, rows = rowsFromLoaded(std::move(loaded))] {
             importer->addRows(rows);
         });
-        // Taking rows over and opening a file are each worth a frame's time: between them the
-        // windows get their turn.
+        // Taking rows over and opening a file each take a frame's time. The windows get a turn
+        // between them.
         job.post([importer = importer] { importer->playFirst(); });
     }
 };
@@ -182,7 +182,7 @@ void Importer::take(const QStringList& roots, const Found& found) {
     }
     m_skipped = static_cast<qint64>(found.files - found.newFiles);
     if (found.newFiles > 0)
-        return; // which the worker reads now
+        return; // the worker reads them now
     m_status.show(L10n::importResult(0, m_skipped, m_language.resolvedLanguage()), false);
     if (const auto row = m_queue.rowOfPath(found.firstPath))
         Q_EMIT playAsked(m_queue.idAt(*row));
@@ -200,7 +200,8 @@ void Importer::addRows(const TrackRows& rows) {
     m_importedPaths.add(pathsOf(rows));
     if (isFirst)
         m_first = m_queue.idAt(first);
-    // Deriving the albums costs as much as the library is large: not for every portion.
+    // Deriving the albums costs more the larger the library is, so it is not done for every
+    // portion.
     const double now = m_clock.now();
     if (now - m_rebuiltAt >= secondsBetweenRebuilds) {
         m_rebuiltAt = now;

@@ -23,20 +23,19 @@ class LanguageSetting;
 class PlayQueue;
 class StatusLine;
 
-/// One item of a drop, asked for its address; it may answer on any thread.
+/// Asks one item of a drop for its address. It may answer on any thread.
 using DroppedItem = std::function<void(std::function<void(const QVariant&)> answer)>;
 
-/// Brings files into the library and the queue. Searching folders and reading files is a worker's
-/// work, done one import after the other; tracks come in small portions, and what has come is
-/// stored. Main thread.
+/// Brings files into the library and the queue. A worker searches folders and reads files, one
+/// import after the other. Tracks come in small portions, and each portion is stored. Main thread.
 class Importer : public QObject {
     Q_OBJECT
     Q_PROPERTY(double importProgress READ importProgress NOTIFY
                    importProgressChanged) // below 0: none runs
 
   public:
-    /// All references must outlive it. When it goes, a running import ends; what that had brought
-    /// stays.
+    /// All references must outlive it. Its destruction ends a running import, whose tracks so far
+    /// stay.
     Importer(LibraryStore& store, CatalogPublisher& catalog, PlayQueue& queue,
              ImportedPaths& importedPaths, FileChooser& fileChooser, Clock& clock,
              StatusLine& status, const LanguageSetting& language, ReadingNeeds needs,
@@ -44,13 +43,13 @@ class Importer : public QObject {
 
     /// Shows the desktop's panel and imports what is chosen there.
     Q_INVOKABLE void chooseAndImportMusic(bool files, bool directories);
-    /// The one way in: files and folders by their addresses.
+    /// Imports files and folders. Every way of importing comes here.
     Q_INVOKABLE void importDroppedURLs(const QList<QUrl>& urls);
-    /// Asks the items of a drop for their addresses and imports them once all have answered;
-    /// whether there were any.
+    /// Asks the items of a drop for their addresses and imports those when all have answered. Gives
+    /// whether there were any items.
     bool importDroppedProviders(const std::vector<DroppedItem>& items);
 
-    /// 0...1 for an import that has been running for more than a second, otherwise below 0.
+    /// From 0 to 1 for an import that has been running for more than a second, otherwise below 0.
     double importProgress() const { return m_progress; }
     bool isImporting() const { return m_isRunning; }
 
@@ -97,10 +96,10 @@ class Importer : public QObject {
     double m_progress = -1;
     double m_startedAt = 0;
     double m_rebuiltAt = 0;
-    QUuid m_first; ///< the entry that is to be played, null once it is
+    QUuid m_first; ///< the entry that is still to be played, or null
     qint64 m_added = 0;
     qint64 m_skipped = 0;
-    Mailbox m_drops; ///< for the items of drops, which answer on any thread
+    Mailbox m_drops; ///< for the items of a drop, which answer on any thread
     SerialWorker m_worker;
 };
 

@@ -28,7 +28,7 @@ MetadataHealing::MetadataHealing(LibraryStore& store, CatalogPublisher& catalog,
 void MetadataHealing::healIncompleteMetadata() {
     assertOwnThread(*this);
     if (m_isRunning)
-        return; // every refresh asks again
+        return; // the next refresh asks again
     m_isRunning = true;
     m_worker.run(
         [rows = m_store.snapshot(), attempts = m_attempts, needs = m_needs,
@@ -59,7 +59,7 @@ void MetadataHealing::applyHealedMetadata(const std::vector<LoadedItem>& items) 
     TrackRows healed;
     for (const LoadedItem& loaded : items) {
         const TrackPtr known = m_store.track(loaded.item.path());
-        // A second failure says no more than the first.
+        // A second failure tells nothing new.
         if (!known || !loaded.item.durationSeconds)
             continue;
         healed.push_back(rowReadAgain(*known, loaded));

@@ -14,9 +14,9 @@ class CatalogPublisher;
 class LanguageSetting;
 class PlayQueue;
 
-/// Reads files again whose length could not be read: they may have been half copied, or not yet
-/// downloaded. Each at most once while the program runs; one that is missing or in the cloud does
-/// not count as tried. Main thread.
+/// Reads files again whose length could not be read, because they may have been half copied or half
+/// downloaded. Each is tried at most once while the program runs. A file that is missing or in the
+/// cloud does not count as tried. Main thread.
 class MetadataHealing : public QObject {
     Q_OBJECT
 
@@ -27,8 +27,8 @@ class MetadataHealing : public QObject {
                     ReadingNeeds needs, QObject* parent = nullptr);
 
     void healIncompleteMetadata();
-    /// Puts what was read into the tracks of the same paths; their ids and what the user made of
-    /// them stay.
+    /// Puts what was read into the tracks with the same paths. They keep their ids and the user's
+    /// data.
     void applyHealedMetadata(const std::vector<LoadedItem>& items);
 
     const QSet<QString>& metadataHealAttempts() const { return m_attempts; }

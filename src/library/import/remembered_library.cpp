@@ -11,7 +11,7 @@ namespace halvane {
 
 namespace {
 
-/// Half of it on a second thread.
+// A second thread sorts one half.
 void sortByPath(QStringList& paths) {
     if (std::is_sorted(paths.cbegin(), paths.cend()))
         return;
@@ -65,7 +65,7 @@ RememberedLibrary rememberedLibrary(QStringList paths,
     RememberedLibrary remembered;
     for (auto& portion : portionsOf(std::move(paths), index, cacheDirectory)) {
         if (!portion)
-            continue; // never: nothing there can hang
+            continue; // does not happen: nothing there can hang
         std::move(portion->rows.begin(), portion->rows.end(), std::back_inserter(rows));
         std::move(portion->unknown.begin(), portion->unknown.end(),
                   std::back_inserter(remembered.unknown));

@@ -8,14 +8,14 @@
 
 namespace halvane {
 
-/// The library as it is remembered, without a look at any of its files.
+/// The library as the index knows it, without a look at any of its files.
 struct RememberedLibrary {
-    IndexedRows rows;             ///< of the files that have a record, by path
-    std::vector<FileUrl> unknown; ///< those that have none, by path
+    IndexedRows rows;             ///< of the files with a record, by path
+    std::vector<FileUrl> unknown; ///< the files without one, by path
 };
 
-/// Puts the stored paths, in any order, together with their records. `cacheDirectory` is where the
-/// pictures are kept. Works on all processors. Any thread.
+/// Finds the records of the stored paths, which may be in any order. `cacheDirectory` is where the
+/// pictures are kept. Uses all processors. Any thread.
 RememberedLibrary rememberedLibrary(QStringList paths,
                                     const std::shared_ptr<const MetadataIndex>& index,
                                     const QString& cacheDirectory);

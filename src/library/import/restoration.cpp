@@ -16,12 +16,13 @@ namespace halvane {
 
 namespace {
 
-/// A window that nobody sees gets no picture.
+// A hidden window never shows a picture, and would be waited for without end.
 constexpr std::chrono::milliseconds longestWaitForPicture{1000};
 
-constexpr std::size_t takenOverAtOnce = 500; ///< rows within a few milliseconds
+// So many rows take a few milliseconds.
+constexpr std::size_t takenOverAtOnce = 500;
 
-/// Takes up to so many rows from the end.
+// Takes up to that many rows from the end.
 TrackRows portionOf(TrackRows& rows) {
     const auto begin =
         rows.end() - static_cast<std::ptrdiff_t>(std::min(rows.size(), takenOverAtOnce));
@@ -60,7 +61,7 @@ void Restoration::restoreImportedAudio() {
 }
 
 void Restoration::remember(const StoredPaths& stored) {
-    // The index is kept until the rows are on their way to the main thread: to free it takes time.
+    // Freeing the index takes time, so it is kept until the rows are posted to the main thread.
     const auto index = std::make_shared<std::shared_ptr<const MetadataIndex>>();
     m_worker.run(
         [stored, index, cache = m_needs.cache,
@@ -82,7 +83,7 @@ void Restoration::remember(const StoredPaths& stored) {
         [this](std::optional<Remembered> remembered) {
             if (remembered)
                 publish(*std::move(remembered));
-            else // could not be read ahead of need
+            else // the list could not be read ahead of time
                 remember([paths = m_importedPaths.stored()] { return std::optional(paths); });
         });
 }
@@ -99,9 +100,9 @@ void Restoration::publish(Remembered remembered) {
     const bool isCacheCurrent = remembered.records == remembered.toCheck.size();
     m_queue.append(std::move(remembered.entries));
     m_store.append(std::move(remembered.library.rows));
-    m_persistence.release(); // what has a record is there
+    m_persistence.release(); // every file with a record is in the library
     m_catalog.rebuildImportedAlbums();
-    // The albums are what is waited for: a look at the disk would only hold them up.
+    // The user waits for the albums, and a look at the disk would delay them.
     m_catalog.whenCurrent(this, [this, known = std::move(remembered.toCheck),
                                  unknown = std::move(remembered.library.unknown),
                                  isCacheCurrent]() mutable {
@@ -137,7 +138,7 @@ Restoration::Fresh Restoration::fresh(const TrackRows& known, std::vector<FileUr
     std::move(unknown.begin(), unknown.end(), std::back_inserter(files));
     const std::vector<FileFacts> facts = fileFacts(files, stop);
 
-    // What is gone is known by its record; without one it is not known at all.
+    // A missing file is known by its record only.
     std::vector<FileUrl> toRead;
     std::vector<const Track*> changed;
     Fresh fresh;
@@ -157,8 +158,8 @@ Restoration::Fresh Restoration::fresh(const TrackRows& known, std::vector<FileUr
 
     auto read = TrackMetadataLoader::loadItems(toRead, language, needs.accompaniment(stop));
     for (std::size_t i = 0; i < changed.size(); ++i) {
-        // What can't be opened now, such as a file that is in the cloud, stays as it is known; its
-        // date still differs at the next start.
+        // A file that can't be opened now, such as one in the cloud, stays as it is known. Its date
+        // will still differ at the next start.
         if (read[i].item.fileSize >= 0)
             fresh.changed.push_back(rowReadAgain(*changed[i], std::move(read[i])));
     }

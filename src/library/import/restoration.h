@@ -18,11 +18,11 @@ class CatalogPublisher;
 class ImportedPaths;
 class LanguageSetting;
 
-/// Brings the library back at the start, in two steps. First what the index knows is shown, without
-/// a look at any file: a worker decodes it, and the main thread takes over the whole library at a
-/// cost that does not grow with it. When its albums are there, the dates of all files are looked
-/// at; those that were changed or have no record are read, and take their places in portions.
-/// Nothing is played and no status is shown. Main thread.
+/// Restores the library at the start, in two steps. First, a worker decodes the index, and the main
+/// thread takes the whole library over at a cost that does not grow with it; no file is looked at.
+/// When the albums are there, the dates of all files are compared. Files that were changed or have
+/// no record are read and handed over in portions. Nothing is played and no status is shown. Main
+/// thread.
 class Restoration : public QObject {
     Q_OBJECT
 
@@ -34,26 +34,26 @@ class Restoration : public QObject {
                 std::shared_future<void> firstPicture, QObject* parent = nullptr);
 
     void restoreImportedAudio();
-    /// From then until finished().
+    /// Whether the restoration has begun and not finished.
     bool isRunning() const { return m_isRunning; }
 
   Q_SIGNALS:
-    /// The library is as its files are.
+    /// The library agrees with its files.
     void finished();
 
   private:
     using StoredPaths = std::function<std::optional<QStringList>()>;
     struct Remembered {
         RememberedLibrary library;
-        TrackRows toCheck; ///< its rows
+        TrackRows toCheck; ///< the rows of `library`
         std::vector<PlayQueue::Entry> entries;
         std::size_t records = 0; ///< in the index
     };
-    /// What was read, last first.
+    /// What was read, in reverse order.
     struct Fresh {
-        TrackRows changed; ///< to take the places of what the index knew of these files
+        TrackRows changed; ///< for files that the index knew
         TrackRows added;
-        PlayQueue::Places queued; ///< for the portions
+        PlayQueue::Places queued; ///< shared by the portions
     };
 
     void remember(const StoredPaths& stored);

@@ -20,9 +20,10 @@ class CollectionPlayer : public QObject {
                      const Playlists& playlists, const FileAvailability& files, Browsing& browsing,
                      PlayQueue& queue, Transport& transport, QObject* parent = nullptr);
 
-    /// A click on a track: through the queue as it is, at whose end the track is put if need be.
+    /// Plays a track that was clicked on, in the queue as it is. A track that the queue does not
+    /// have is put at its end.
     Q_INVOKABLE void playTrack(const QUuid& withID);
-    /// Selects the album and plays it; when its first track is already current, only resumes.
+    /// Selects the album and plays it. If its first track is current already, it only resumes.
     Q_INVOKABLE void playAlbum(const QString& withID);
     Q_INVOKABLE void playArtist(const QString& name);
     Q_INVOKABLE void playPlaylist(const QUuid& id);

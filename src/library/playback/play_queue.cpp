@@ -13,10 +13,10 @@ namespace halvane {
 namespace {
 
 const QString& pathOf(const Track& record) {
-    return record.sourceURL->standardizedPath(); // entries are made for files only
+    return record.sourceURL->standardizedPath(); // only tracks with a file have entries
 }
 
-/// So many entries may move up, one range after the other, while the views wait.
+// So many entries may move up, in one range after the other, while the views wait.
 constexpr std::size_t mostMoves = 1'000'000;
 
 std::vector<RowRange> rowsOfFiles(const PlayQueue::Entries& entries, const QSet<QString>& paths) {
@@ -42,7 +42,7 @@ std::shared_ptr<PlayQueue::Entries> entriesWithout(const PlayQueue::Entries& ent
     return staying;
 }
 
-/// Where a row is once a range is gone; none when it is in the range.
+// Where a row is after a range has been removed; none if it was in the range.
 std::optional<std::size_t> rowWithout(const RowRange& range, std::size_t row) {
     if (row < range.first)
         return row;
@@ -274,7 +274,7 @@ void PlayQueue::move(const QUuid& id, const QUuid& toPositionOf) {
     const auto to = rowOfID(toPositionOf);
     if (!from || !to || from == to)
         return;
-    // Down it lands behind the target, up before it.
+    // An entry that moves down lands behind the target. One that moves up lands before it.
     const int before = static_cast<int>(*to) + (*to > *from ? 1 : 0);
     beginMoveRows({}, static_cast<int>(*from), static_cast<int>(*from), {}, before);
     Entries& entries = writableEntries();

@@ -10,9 +10,9 @@
 
 namespace halvane {
 
-/// The play queue, its current entry and where it came from. An entry shares its record with the
-/// library, so that a queue of the whole library costs an id and a pointer a track. Also the list
-/// that the views show. Main thread.
+/// The play queue, its current entry and what it was made from, and the list that the views show.
+/// An entry shares its record with the library, so that a queue of the whole library costs an id
+/// and a pointer for each track. Main thread.
 class PlayQueue : public QAbstractListModel {
     Q_OBJECT
 
@@ -41,7 +41,7 @@ class PlayQueue : public QAbstractListModel {
     const QUuid& idAt(std::size_t row) const { return (*m_entries)[row].id; }
     /// The whole entry, as a value of its own.
     QueueItem item(std::size_t row) const;
-    /// The entry of an id; of a null id and without texts when there is none.
+    /// The entry of an id. Without one, an entry with a null id and no texts.
     Q_INVOKABLE halvane::QueueItem itemOf(const QUuid& id) const;
     std::optional<std::size_t> rowOfID(const QUuid& id) const;
     /// The first entry of a standardized path.
@@ -53,31 +53,31 @@ class PlayQueue : public QAbstractListModel {
     QString currentPath() const;
     void setCurrentRow(std::optional<std::size_t> row);
 
-    /// What the queue was made from; none for the library.
+    /// The collection from which the queue was made; none for the library.
     const std::optional<QString>& sourceLabel() const { return m_sourceLabel; }
 
     /// A new queue of the tracks that have a file, with nothing current.
     void assign(const TrackRows& tracks, const std::optional<QString>& sourceLabel);
-    /// Appends an entry for each track that has a file; gives the row of the first.
+    /// Appends an entry for each track that has a file, and gives the row of the first.
     std::size_t append(const TrackRows& tracks);
-    /// New entries for the tracks that have a file; a worker may make those of a large library. Any
-    /// thread.
+    /// New entries for the tracks that have a file, so that a worker can make those of a large
+    /// library. Any thread.
     static std::vector<Entry> entriesFor(const TrackRows& tracks);
-    /// Appends entries that are made already; gives the row of the first.
+    /// Appends entries that are made already, and gives the row of the first.
     std::size_t append(std::vector<Entry> entries);
     /// Takes out the entries of these files.
     void remove(const QSet<QString>& paths);
 
-    /// What goes, and what stays, of the queue as it was when this was begun.
+    /// What leaves and what stays of the queue as it was when the removal began.
     struct Remainder {
         std::vector<RowRange> gone; ///< ascending
         std::shared_ptr<Entries> entries;
         quint64 revision = 0;
     };
-    /// The work of a removal, for any thread.
+    /// The work of a removal, which may run on any thread.
     std::function<Remainder()> beginRemoval(const QSet<QString>& paths) const;
-    /// As remove, at a cost that does not grow with the queue unless it has changed since the
-    /// removal began. What there was instead takes time to free, and comes back for it.
+    /// Like remove. The cost does not grow with the queue, unless that has changed since the
+    /// removal began. `remainder` gets the entries from before, because freeing them takes time.
     void finishRemoval(const QSet<QString>& paths, Remainder& remainder);
 
     /// Where the files of the queue are. Replacements that follow each other share one, so that
@@ -89,12 +89,12 @@ class PlayQueue : public QAbstractListModel {
     };
     /// Puts fresh records in the place of those with the same paths.
     void replace(const TrackRows& tracks, Places& places);
-    /// Moves an entry to the place of another; nothing when either is unknown or both are one.
+    /// Moves an entry to the place of another. Does nothing if either is unknown or both are one.
     Q_INVOKABLE void move(const QUuid& id, const QUuid& toPositionOf);
 
-    /// A track's loved flag or availability changed.
+    /// What the rows of one file show has changed.
     void refresh(const QString& path, const QList<int>& roles);
-    /// Any number of files' did.
+    /// What any of the rows show has changed.
     void refreshAll(const QList<int>& roles);
 
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -104,7 +104,7 @@ class PlayQueue : public QAbstractListModel {
   Q_SIGNALS:
     /// Another entry is current.
     void currentChanged();
-    /// The record of the current entry's file was read afresh.
+    /// The current entry has a newer record.
     void currentRecordChanged();
     /// Entries came, went or moved.
     void entriesChanged();

@@ -26,7 +26,7 @@ class PlayerDisplay : public QObject {
         bool hasCurrentArtworkAlbum READ hasCurrentArtworkAlbum NOTIFY currentArtworkAlbumChanged)
     Q_PROPERTY(halvane::Album currentArtworkAlbum READ currentArtworkAlbum NOTIFY
                    currentArtworkAlbumChanged)
-    /// The length, or the time that is left, beside the progress line.
+    /// The length beside the progress line, or the time that is left.
     Q_PROPERTY(QString durationDisplay READ durationDisplay NOTIFY durationDisplayChanged)
     Q_PROPERTY(QString queuePositionText READ queuePositionText NOTIFY queuePositionTextChanged)
     Q_PROPERTY(QString queueSourceText READ queueSourceText NOTIFY queueSourceTextChanged)
@@ -41,7 +41,7 @@ class PlayerDisplay : public QObject {
     QueueItem currentTrack() const;
     bool isCurrentTrackLoved() const;
     bool hasCurrentArtworkAlbum() const;
-    /// The album whose artwork stands for what plays; an empty one when there is none.
+    /// The album whose artwork is shown for what plays, empty without one.
     Album currentArtworkAlbum() const;
     QString durationDisplay() const;
     QString queuePositionText() const;

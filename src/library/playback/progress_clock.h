@@ -8,8 +8,8 @@
 
 namespace halvane {
 
-/// Where playback stands, as it is shown: read from the engine four times a second while a track
-/// plays, and not at all otherwise. Seconds; fractions are 0...1. Main thread.
+/// The position as it is shown. It is read from the engine four times a second while a track plays,
+/// and not at all otherwise. Times are in seconds, fractions from 0 to 1. Main thread.
 class ProgressClock : public QObject {
     Q_OBJECT
     Q_PROPERTY(double progress READ progress NOTIFY progressChanged)
@@ -23,18 +23,19 @@ class ProgressClock : public QObject {
     const QString& elapsedTime() const { return m_elapsedTime; }
     double elapsedSeconds() const { return m_elapsedSeconds; }
 
-    /// Starts, or starts again, the quarter-second beat.
+    /// Starts the quarter-second beat, also if it runs already.
     void start();
     void stop();
     bool isRunning() const { return m_beat != nullptr; }
-    /// Reads the engine; nothing while the user drags the slider or no file is loaded.
+    /// Reads the engine. Does nothing while the user drags the slider or no file is loaded.
     void tick();
 
-    /// Shows a place; ends dragging.
+    /// Shows a position and ends dragging.
     void show(double progress, double elapsedSeconds);
-    /// Shows the end of the queue: a full line and the last track's own length text.
+    /// Shows the end of the queue: a full line and the text of the last track's length.
     void showEnd(const QString& duration);
-    /// The slider is dragged to a fraction of a track; the clock keeps off it until the next show.
+    /// The slider is dragged to a fraction of a track. The clock leaves it alone until the next
+    /// show.
     void scrub(double fraction, std::optional<double> durationSeconds);
 
   Q_SIGNALS:

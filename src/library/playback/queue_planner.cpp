@@ -15,7 +15,7 @@ std::optional<std::size_t> firstPlayable(const QueueView& queue, std::size_t fro
     return std::nullopt;
 }
 
-/// Whether wrapping round may land on an entry: it plays, and not the file that plays now.
+// Whether wrapping round may land on an entry. It must be playable and not the current file.
 bool isWrapTarget(const QueueView& queue, std::size_t entry) {
     const auto current = queue.current();
     return queue.isPlayable(entry) && !(current && queue.isSameFile(entry, *current));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Which entry of the queue plays next. Pure: the queue as it stands goes in, a decision comes out.
-// Entries are given by their place in the queue. Any thread.
+// Which entry of the queue plays next. Entries are given by their place in the queue. Pure; any
+// thread.
 #pragma once
 
 #include "model/enums.h"
@@ -18,7 +18,7 @@ class QueueView {
     virtual std::size_t size() const = 0;
     /// The entry that is current.
     virtual std::optional<std::size_t> current() const = 0;
-    /// The entry has a file, and nothing is known against playing it.
+    /// The entry's file is available, as far as is known.
     virtual bool isPlayable(std::size_t entry) const = 0;
     /// The entry has been played in the present shuffle cycle.
     virtual bool wasPlayed(std::size_t entry) const = 0;
@@ -30,7 +30,7 @@ struct PlayMode {
     bool shuffle = false;
 };
 
-/// What an advance comes to.
+/// What comes next.
 struct Advance {
     std::optional<std::size_t> entry; ///< none: playback ends
     bool userInitiated = false;
@@ -39,24 +39,24 @@ struct Advance {
     bool operator==(const Advance&) const = default;
 };
 
-/// Gives a number from 0 to below its argument, each as likely as the others.
+/// Gives a number from 0 up to, and without, its argument. All are equally likely.
 using RandomIndex = std::function<std::size_t(std::size_t count)>;
 
-/// Where an advance leads: the user's Next (manual), or the end of a track.
+/// The entry after the current one. `manual` means the user's Next, otherwise a track has ended.
 Advance nextEntry(const QueueView& queue, PlayMode mode, bool manual, const RandomIndex& random);
 
-/// Where the user's Previous leads; without an entry nothing happens.
+/// The entry of the user's Previous. Nothing happens without one.
 Advance previousEntry(const QueueView& queue, PlayMode mode, const RandomIndex& random);
 
-/// A random entry that has not been played in this cycle; with none left, a new cycle that does not
-/// begin with the current entry, unless an automatic advance may not begin one.
+/// A random entry that has not been played in this cycle. With none left, a new cycle begins with
+/// any entry but the current one. An automatic advance begins one only when all is repeated.
 Advance shuffledEntry(const QueueView& queue, PlaybackRepeatMode repeat, bool manual,
                       const RandomIndex& random);
 
-/// The entry to hand to the engine ahead of time, that it may follow without a gap.
+/// The entry to hand to the engine ahead of time, so that it can follow without a gap.
 std::optional<std::size_t> gaplessSuccessor(const QueueView& queue, PlayMode mode);
 
-/// The entry that a press of play starts while nothing is loaded.
+/// The entry that the play button starts while nothing is loaded.
 std::optional<std::size_t> entryToStart(const QueueView& queue);
 
 } // namespace halvane

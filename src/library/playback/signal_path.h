@@ -8,9 +8,9 @@
 
 namespace halvane {
 
-/// What the playing entry's sound goes through on its way out: codec, bit depth, and the file's
-/// rate with the output's where they differ ("FLAC · 24-bit · 96 kHz → 48 kHz"). Rates in Hz, 0 or
-/// less where unknown. Pure, any thread.
+/// What the playing entry's sound goes through: codec, bit depth and rate, such as "FLAC · 24-bit ·
+/// 96 kHz → 48 kHz". The rates of the file and the output are both shown if they differ. Rates are
+/// in Hz, 0 or less if unknown. Pure; any thread.
 QString signalPathDescription(const QueueItem& item, double fileRate, double outputRate);
 
 class AudioPlaybackEngine;
@@ -18,7 +18,7 @@ class OutputDevices;
 class PlayQueue;
 class Transport;
 
-/// The description of the current entry's path, kept as it is now. Main thread.
+/// The description of the current entry's signal path. Main thread.
 class SignalPath : public QObject {
     Q_OBJECT
     /// Empty without a current entry.

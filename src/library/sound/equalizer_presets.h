@@ -19,11 +19,11 @@ struct EQPreset {
 /// The built-in presets, in menu order. Any thread.
 const std::array<EQPreset, 10>& builtInEQPresets();
 
-/// Names a preset as the current one: what is stored, and shown in the menu's title.
+/// The id of a preset as the current one, which is stored and which presetMenuTitle takes.
 QString builtInEQPresetID(const QString& id);
 QString userEQPresetID(const QString& name);
 
-/// The title of the preset menu for the current preset; an empty one is a curve of the user's own.
+/// The title of the preset menu for the current preset. An empty id is a curve of the user's own.
 /// Any thread.
 QString presetMenuTitle(const QString& currentEQPresetID, ResolvedLanguage language);
 

@@ -32,8 +32,8 @@ QString EqualizerSettings::presetMenuTitle() const {
 
 void EqualizerSettings::restore() {
     assertOwnThread(*this);
-    // What is taken over is what is stored: there is nothing to write back, and writing one value
-    // before the next is read would store that one's default.
+    // The setters would write everything back, and so store the default of a value that is not read
+    // yet.
     if (auto gains = storedGains(m_preferences.numbers(SettingsKey::eqGains)))
         m_gains = *std::move(gains);
     if (const auto preamp = storedNumber(m_preferences.number(SettingsKey::eqPreamp)))
@@ -136,7 +136,7 @@ void EqualizerSettings::applyUserEQPreset(const QString& name) {
     const auto found = m_userPresets.constFind(name);
     if (found == m_userPresets.cend() || found->size() != m_gains.size() + 1)
         return;
-    const std::vector<double> numbers = *found; // outlives what a listener does to the map
+    const std::vector<double> numbers = *found; // a listener may change the map
     applyPreset({numbers.begin(), numbers.end() - 1}, numbers.back(), userEQPresetID(name));
 }
 

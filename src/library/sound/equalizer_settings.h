@@ -12,9 +12,9 @@ namespace halvane {
 
 class LanguageSetting;
 
-/// The equalizer as the user has set it: on or off, ten gains and a preamp in dB (kept as given;
-/// the engine clamps them to -12...+12), the current preset and the user's own presets. Every
-/// change is stored and reaches the engine at once. Main thread.
+/// The equalizer as the user has set it: on or off, ten gains and a preamp in dB, the current
+/// preset and the user's own presets. Numbers are kept as given; the engine clamps them to
+/// -12...+12. Every change is stored and reaches the engine at once. Main thread.
 class EqualizerSettings : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool eqEnabled READ eqEnabled WRITE setEqEnabled NOTIFY eqEnabledChanged)
@@ -40,30 +40,30 @@ class EqualizerSettings : public QObject {
     const QString& currentEQPresetID() const { return m_currentPresetID; }
     /// The current preset's name, in the windows' language.
     QString presetMenuTitle() const;
-    /// Ten gains and the preamp by name. A stored preset of another length is listed, and choosing
+    /// Ten gains and the preamp by name. A stored preset of another length is listed, but choosing
     /// it does nothing.
     const NumbersMap& userEQPresets() const { return m_userPresets; }
     /// The names of the user's presets, in the order of the user's language.
     QStringList userEQPresetNames() const;
 
     void setEqEnabled(bool enabled);
-    /// All ten gains; a change by hand, after which no preset is current.
+    /// Sets all ten gains. This is a change by hand, after which no preset is current.
     void setEqGains(const std::vector<double>& gains);
-    /// One fader. Nothing for a band that there is not.
+    /// Moves one fader. Does nothing for an unknown band.
     Q_INVOKABLE void setEqGain(int band, double dB);
     void setEqPreamp(double dB);
 
     /// Unknown ids and names, and presets of another length, do nothing.
     Q_INVOKABLE void applyBuiltInEQPreset(const QString& id);
     Q_INVOKABLE void applyUserEQPreset(const QString& name);
-    /// Keeps the current curve under a name, trimmed, in the place of a preset of that name;
-    /// nothing for an empty one.
+    /// Keeps the current curve under a trimmed name, in the place of a preset with that name. Does
+    /// nothing for an empty name.
     Q_INVOKABLE void saveCurrentEQPreset(const QString& name);
-    /// Leaves the curve as it is.
+    /// The curve stays as it is.
     Q_INVOKABLE void deleteUserEQPreset(const QString& name);
 
   Q_SIGNALS:
-    /// The whole state, for the engine. Also when it is as before.
+    /// The engine must take this state, which may be the one that it has.
     void applied(bool enabled, const std::vector<double>& gains, double preamp);
     void eqEnabledChanged();
     void eqGainsChanged();
@@ -85,7 +85,7 @@ class EqualizerSettings : public QObject {
     double m_preamp = 0;
     QString m_currentPresetID;
     NumbersMap m_userPresets;
-    bool m_isApplyingEQPreset = false; ///< the curve changes, but not by hand
+    bool m_isApplyingEQPreset = false; ///< the curve changes, and not by hand
 };
 
 } // namespace halvane

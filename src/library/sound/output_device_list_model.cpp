@@ -8,7 +8,7 @@ namespace halvane {
 OutputDeviceListModel::OutputDeviceListModel(const OutputDevices& devices, QObject* parent)
     : QAbstractListModel(parent)
     , m_devices(devices) {
-    // A menu of a few entries: started afresh when one comes or goes.
+    // The menu has few entries, so it resets when one comes or goes.
     connect(&devices, &OutputDevices::availableOutputDevicesChanged, this, [this] {
         beginResetModel();
         endResetModel();

@@ -85,7 +85,7 @@ void OutputDevices::refreshOutputDeviceList() {
         Q_EMIT availableOutputDevicesChanged();
     if (!m_selectedName)
         return;
-    // Of two devices of one name, the one that plays may have gone and the other still be there.
+    // Two devices may have one name: the one that plays may have gone while the other is there.
     if (m_pinActive && availableDevice(*m_routed))
         return;
     if (const OutputDevice* chosen = availableDevice(*m_selectedName)) {
@@ -112,13 +112,13 @@ void OutputDevices::retranslate() {
 void OutputDevices::defaultDeviceChanged() {
     if (m_pinActive)
         return;
-    // A device that went away may have taken the engine to the new default already.
+    // The engine may be on the new default already, after the device before it went away.
     if (enginePinnedToDevice() && m_routed != m_devices.defaultOutputDevice())
         routeToDefault();
     refreshOutputDevice();
 }
 
-/// A failure leaves the engine where it is, and nothing better can be offered.
+// A failure leaves the engine where it is, because there is nothing better to offer.
 void OutputDevices::routeToDefault() {
     const auto id = m_devices.defaultOutputDevice();
     if (id && !m_routeEngine(*id))

@@ -16,8 +16,8 @@ namespace halvane {
 class LanguageSetting;
 class Preferences;
 
-/// Which device plays: the system's default, or the one the user chose by name, which is taken
-/// again whenever it comes back. Main thread.
+/// Which device plays: the system's default, or the one that the user chose. The choice is kept by
+/// name and taken again whenever the device comes back. Main thread.
 class OutputDevices final : public QObject {
     Q_OBJECT
     Q_PROPERTY(QString outputDeviceName READ outputDeviceName NOTIFY outputDeviceNameChanged)
@@ -26,8 +26,8 @@ class OutputDevices final : public QObject {
                    selectedOutputDeviceNameChanged)
 
   public:
-    /// Moves the engine to a device; the error's description on failure, on which the engine has
-    /// gone on where it was (AudioPlaybackEngine::setOutputDevice).
+    /// Moves the engine to a device (AudioPlaybackEngine::setOutputDevice). Gives an error's
+    /// description on failure, after which the engine plays on where it was.
     using RouteEngine = std::function<std::optional<QString>(std::optional<std::uint32_t> id)>;
 
     /// All references must outlive it. Nothing is read or routed before restore().
@@ -35,15 +35,15 @@ class OutputDevices final : public QObject {
                   const LanguageSetting& language, RouteEngine routeEngine,
                   QObject* parent = nullptr);
 
-    /// Once at start-up: reads the current output and the list, watches both, then takes the stored
-    /// choice if its device is there.
+    /// Reads the current output and the list, follows both, and takes the stored choice if its
+    /// device is there. To be called once, at the start.
     void restore();
 
     /// The devices that can play, in the system's order.
     const std::vector<AudioOutput::OutputDevice>& availableOutputDevices() const {
         return m_available;
     }
-    /// The user's choice; empty is the system's default. Stored at every change.
+    /// The user's choice, empty for the system's default. Stored at every change.
     QString selectedOutputDeviceName() const { return m_selectedName.value_or(QString()); }
     /// The name shown as the current output.
     QString outputDeviceName() const { return m_shownName; }
@@ -51,24 +51,25 @@ class OutputDevices final : public QObject {
     bool enginePinnedToDevice() const { return m_routed.has_value(); }
     /// Whether the engine plays on the chosen device now.
     bool devicePinActive() const { return m_pinActive; }
-    /// The place of the chosen device in availableOutputDevices, -1 for the system's default or
-    /// while it is missing. Of two devices of one name it is the one that plays, else the first.
+    /// The place of the chosen device in availableOutputDevices; -1 for the system's default and
+    /// while the device is missing. Of two devices with one name it is the one that plays, or else
+    /// the first.
     int selectedDeviceIndex() const;
 
-    /// The user's choice from the output menu; none follows the system's default.
+    /// The user chooses from the output menu. None stands for the system's default.
     void selectOutputDevice(const std::optional<AudioOutput::OutputDevice>& device);
-    /// The same for a listed device; nothing for an id that is not listed.
+    /// The same for a listed device. Does nothing for an id that is not listed.
     Q_INVOKABLE void selectOutputDevice(quint32 id);
     Q_INVOKABLE void selectSystemDefaultOutput() { selectOutputDevice(std::nullopt); }
     void applyOutputDevice(const AudioOutput::OutputDevice& device);
-    /// Reads the list again, and takes or leaves the chosen device as it has come or gone.
+    /// Reads the list again. Takes the chosen device if it has come, and leaves it if it has gone.
     void refreshOutputDeviceList();
     /// Shows the system's default device as the current output.
     void refreshOutputDevice();
 
   Q_SIGNALS:
     void availableOutputDevicesChanged();
-    /// The choice, or which of the listed devices it stands for.
+    /// Also when the choice stands for another of the listed devices.
     void selectedOutputDeviceNameChanged();
     void outputDeviceNameChanged();
     /// The engine did not take the chosen device. Its own playing state may be another now.
@@ -91,8 +92,8 @@ class OutputDevices final : public QObject {
     std::vector<AudioOutput::OutputDevice> m_available;
     std::optional<QString> m_selectedName;
     QString m_shownName;
-    std::optional<std::uint32_t> m_routed; ///< where the engine was last sent explicitly
-    bool m_pinActive = false;              ///< and that is the chosen device
+    std::optional<std::uint32_t> m_routed; ///< the device to which the engine was last moved
+    bool m_pinActive = false;              ///< whether that is the chosen device
 };
 
 } // namespace halvane

@@ -25,9 +25,9 @@ Availability::Sets Availability::lookAt(const TrackRows& library, const TrackRow
                                         const std::shared_ptr<const CloudFiles>& cloudFiles,
                                         const Sets& before) {
     constexpr std::size_t portion = 512;
-    // Owned by the look: a thread that hangs in a dead mount outlives it.
+    // Shared with the threads, because one that hangs in a dead mount outlives this call.
     auto paths = std::make_shared<QStringList>();
-    // Nearly all records of the queue are the library's own.
+    // The queue shares nearly all of its records with the library.
     QSet<const Track*> known;
     for (const TrackRows* rows : {&library, &queue}) {
         for (const TrackPtr& row : *rows) {
@@ -92,7 +92,7 @@ void Availability::refreshAvailability() {
 
 void Availability::land(quint64 generation, Sets sets) {
     if (generation != m_generation) {
-        // Overtaken by a mark: look again.
+        // A file was marked meanwhile, so that this look is stale.
         refreshAvailability();
         return;
     }
@@ -156,7 +156,7 @@ void Availability::markUnavailable(const QString& path) {
     setState(path, isCloudEvicted(path) ? TrackAvailability::inCloud : TrackAvailability::missing);
 }
 
-/// Changes the sets in place: a whole drive's files may be found missing one by one.
+// The sets change in place, because a drive's files may be found missing one by one.
 void Availability::setState(const QString& path, TrackAvailability state) {
     assertOwnThread(*this);
     ++m_generation;

@@ -14,8 +14,8 @@ namespace halvane {
 class CloudFiles;
 class PlayQueue;
 
-/// Which files of the library and the queue can't be played now, and why. Looking at the disk is a
-/// worker's work; only the newest look counts. A disk that does not answer leaves its files as they
+/// Which files of the library and the queue can't be played now, and why. A worker looks at the
+/// disk, and only its newest look counts. The files of a disk that does not answer stay as they
 /// were. Main thread.
 class Availability : public QObject, public FileAvailability {
     Q_OBJECT
@@ -25,16 +25,16 @@ class Availability : public QObject, public FileAvailability {
     Availability(const LibraryStore& store, const PlayQueue& queue,
                  std::shared_ptr<const CloudFiles> cloudFiles, QObject* parent = nullptr);
 
-    /// Paths of files that live in the cloud and are not downloaded.
+    /// Paths of files that are in the cloud.
     const QSet<QString>& cloudPendingPaths() const { return m_sets.inCloud; }
-    /// Paths of files that are gone.
+    /// Paths of missing files.
     const QSet<QString>& unavailablePaths() const { return m_sets.missing; }
 
-    /// Of the library's files that are gone, as far as their sizes are remembered.
+    /// The size of the library's missing files, as far as it is known.
     qint64 missingBytes() const { return m_missingBytes; }
 
     void refreshAvailability();
-    /// The paths left the library.
+    /// These files have left the library.
     void forget(const QSet<QString>& paths);
 
     TrackAvailability state(const QString& path) const override;
@@ -48,9 +48,9 @@ class Availability : public QObject, public FileAvailability {
   Q_SIGNALS:
     void cloudPendingPathsChanged();
     void unavailablePathsChanged();
-    /// Along with one or both of these: whose state is another now.
+    /// The files whose state is another now. Comes after one or both of the signals above.
     void statesChanged(const QSet<QString>& paths);
-    /// The newest look at the disk has been taken over.
+    /// The newest look at the disk has ended and is published.
     void refreshed();
     /// These files in the cloud are wanted here.
     void downloadsAsked(const QSet<QString>& paths);

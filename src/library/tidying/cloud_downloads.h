@@ -16,8 +16,8 @@ class CloudFiles;
 class LanguageSetting;
 class StatusLine;
 
-/// Asks for files in the cloud and watches until they have come: every two seconds for a minute,
-/// then every ten seconds, half an hour at most. Main thread.
+/// Asks the sync client for files and watches until they have come: every two seconds for a minute,
+/// then every ten seconds, for at most half an hour. Main thread.
 class CloudDownloads : public QObject {
     Q_OBJECT
     Q_PROPERTY(

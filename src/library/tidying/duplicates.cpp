@@ -10,7 +10,7 @@ namespace halvane {
 
 namespace {
 
-/// Up to here a search takes a few milliseconds.
+// A search of so many tracks takes a few milliseconds.
 constexpr std::size_t searchedInPlace = 2000;
 
 QString songKey(const Track& track) {
@@ -23,7 +23,7 @@ QString songKey(const Track& track) {
 } // namespace
 
 std::vector<TrackRows> duplicateTrackGroups(const TrackRows& tracks) {
-    // Most songs are there once: only a hash of each is kept, and full keys of those that meet.
+    // Most songs are there once. Only those whose hashes meet need their full keys.
     QHash<size_t, quint32> seen;
     seen.reserve(static_cast<qsizetype>(tracks.size()));
     std::vector<size_t> hashes;
@@ -90,7 +90,7 @@ void Duplicates::find(std::function<void(const std::vector<TrackRows>& groups)> 
                          publish(std::move(groups), revision);
                      if (found && areCurrent())
                          found(m_groups);
-                     else if (found) // a track that has gone must not be the copy that is kept
+                     else if (found) // a track that was removed must not be the copy that is kept
                          find(found);
                  });
 }

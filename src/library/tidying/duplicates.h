@@ -11,16 +11,17 @@
 
 namespace halvane {
 
-/// Tracks that are one song: the same title and artist but for case, and the same whole number of
-/// seconds. Each group in library order, the groups in the order of their first tracks. Any thread.
+/// Groups of tracks that are one song: their titles and artists differ at most in letter case, and
+/// their lengths are the same number of whole seconds. Each group is in library order, and the
+/// groups are in the order of their first tracks. Any thread.
 std::vector<TrackRows> duplicateTrackGroups(const TrackRows& tracks);
 
-/// The paths of all tracks but one of each group: the first that can be played stays, or the first
-/// where none can. Pure.
+/// The paths of all tracks but one of each group. The one that stays is the first that is
+/// available, or the first of all if none is. Pure.
 QStringList superfluousCopies(const std::vector<TrackRows>& groups,
                               const std::function<bool(const QString& path)>& isAvailable);
 
-/// The groups of the library, looked for by a worker where it is large. Main thread.
+/// The duplicate groups of the library. A worker looks for them in a large one. Main thread.
 class Duplicates : public QObject {
     Q_OBJECT
     Q_PROPERTY(int duplicateGroupCount READ duplicateGroupCount NOTIFY groupsChanged)
@@ -29,19 +30,19 @@ class Duplicates : public QObject {
     /// The store must outlive it.
     explicit Duplicates(const LibraryStore& library, QObject* parent = nullptr);
 
-    /// As of the last search.
+    /// The groups that the last search found.
     const std::vector<TrackRows>& groups() const { return m_groups; }
     int duplicateGroupCount() const { return static_cast<int>(m_groups.size()); }
 
-    /// Looks at the library as it is now.
+    /// Searches the library as it is now.
     void refresh();
     /// Whether the groups are those of the library as it is now.
     bool areCurrent() const { return m_revision == m_library.revision(); }
-    /// Takes tracks that have just left the library, and nothing else has happened to it, out of
-    /// groups that were current.
+    /// Takes tracks out of the groups. To be called when they have just left the library, the
+    /// groups were current until then, and nothing else has changed.
     void forget(const QSet<QString>& paths);
-    /// Looks at the library as it is now and hands the groups over; once more, if it has changed
-    /// by then.
+    /// Searches the library and hands over the groups. If the library has changed by then, it is
+    /// searched again first.
     void find(std::function<void(const std::vector<TrackRows>& groups)> found);
 
   Q_SIGNALS:
@@ -53,8 +54,8 @@ class Duplicates : public QObject {
 
     const LibraryStore& m_library;
     std::vector<TrackRows> m_groups;
-    quint64 m_generation = 0; ///< of the newest search, whose result alone counts
-    quint64 m_revision = 0;   ///< of the library whose groups these are
+    quint64 m_generation = 0; ///< of the newest search
+    quint64 m_revision = 0;   ///< of the library in which the groups were found
     SerialWorker m_worker{SerialWorker::Priority::low};
 };
 

@@ -14,21 +14,21 @@ class FileAvailability {
   public:
     virtual ~FileAvailability() = default;
 
-    /// What is known of a file, without touching the disk; an empty path is available.
+    /// What is known of a file. Does not touch the disk. An empty path is available.
     virtual TrackAvailability state(const QString& path) const = 0;
 
-    /// Looks at the disk: the file lives in the cloud and is not downloaded.
+    /// Looks at the disk: the file is in the cloud.
     virtual bool isCloudEvicted(const QString& path) const = 0;
     /// Looks at the disk: the file can be opened for reading.
     virtual bool isReadable(const QString& path) const = 0;
 
-    // Each of these makes a check that is still running stale.
+    // Each of these makes a look at the disk that is still running stale.
 
     /// The file is about to be played: it is neither missing nor in the cloud.
     virtual void markAvailable(const QString& path) = 0;
-    /// The file was found to live in the cloud.
+    /// The file was found to be in the cloud.
     virtual void markInCloud(const QString& path) = 0;
-    /// The file could not be opened: it is in the cloud if evicted, otherwise missing.
+    /// The file could not be opened. It is in the cloud if it is evicted, otherwise missing.
     virtual void markUnavailable(const QString& path) = 0;
 
     /// Asks for the files and watches until they have come.

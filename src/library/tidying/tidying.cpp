@@ -14,8 +14,7 @@ namespace halvane {
 
 namespace {
 
-/// Up to here all of a removal takes a few milliseconds; what is known of so many is gone within
-/// two.
+// Removing so many tracks takes a few milliseconds in all, of which the user's data take two.
 constexpr qsizetype removedAtOnce = 500;
 
 std::vector<QSet<QString>> portionsOf(const QSet<QString>& paths) {
@@ -114,7 +113,7 @@ void Tidying::finishRemoval() {
 
 void Tidying::endRemoval() {
     ++m_generation;
-    if (m_remainder) // with what there was before, which takes long to free
+    if (m_remainder) // holds the old rows and entries, which take long to free
         m_worker.start([remainder = std::exchange(m_remainder, nullptr)](const auto&) {});
 }
 
@@ -158,7 +157,7 @@ void Tidying::forget(const QSet<QString>& paths) {
 void Tidying::removeDuplicateTracks() {
     finishRemoval();
     m_duplicates.find([this](const std::vector<TrackRows>& groups) {
-        if (!m_steps.empty()) // it may take what would be kept
+        if (!m_steps.empty()) // a removal under way may take the copy that would be kept
             return removeDuplicateTracks();
         removeTracks(superfluousCopies(groups, [this](const QString& path) {
             return m_availability.state(path) == TrackAvailability::available;

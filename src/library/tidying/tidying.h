@@ -32,14 +32,14 @@ class Tidying : public QObject {
     /// How many things need attention.
     int maintenanceActionCount() const;
 
-    /// Very many tracks leave one place after the other: first what is stored, before this returns,
-    /// then, worked out by a worker and each in an event of its own, the library, the queue with
-    /// the playlists, what is derived, and what was known of the tracks.
+    /// The stored preferences change before this returns. Very many tracks then leave the library,
+    /// the queue with the playlists, the catalog, and the user's data in an event of its own each,
+    /// after a worker has worked out what stays.
     Q_INVOKABLE void removeTracks(const QStringList& withPaths);
-    /// Ends a removal that is under way at once. Before tracks are added, so that one of them that
-    /// is on its way out comes back rather than going.
+    /// Ends a removal that is under way at once. To be called before tracks are added: the removal
+    /// would take those of its paths that come back.
     void finishRemoval();
-    /// Leaves one copy of each song; a large library is searched by a worker first.
+    /// Removes all copies of each song but one. A worker searches a large library first.
     Q_INVOKABLE void removeDuplicateTracks();
 
   Q_SIGNALS:
@@ -48,7 +48,7 @@ class Tidying : public QObject {
     void removed(const QSet<QString>& paths);
 
   private:
-    /// What the worker makes of a removal.
+    /// What the worker prepares for a removal.
     struct Remainder {
         LibraryStore::Remainder library;
         PlayQueue::Remainder queue;
@@ -73,9 +73,10 @@ class Tidying : public QObject {
     Availability& m_availability;
     Duplicates& m_duplicates;
     Preferences& m_preferences;
-    std::deque<std::function<void()>> m_steps; ///< of the removal under way
-    quint64 m_generation = 0;                  ///< of it
-    std::shared_ptr<Remainder> m_remainder;    ///< of it, once it is worked out; else null
+    // The removal under way.
+    std::deque<std::function<void()>> m_steps; ///< still to be done
+    quint64 m_generation = 0;
+    std::shared_ptr<Remainder> m_remainder; ///< null until the worker has made it
     SerialWorker m_worker;
 };
 

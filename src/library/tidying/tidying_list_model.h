@@ -7,7 +7,7 @@
 
 namespace halvane {
 
-/// Tracks that need attention, as the maintenance window lists them. Main thread.
+/// Tracks that need attention, for one list of the maintenance window. Main thread.
 class TidyingListModel : public QAbstractListModel {
     Q_OBJECT
 

@@ -8,9 +8,9 @@ namespace halvane {
 class Availability;
 class Duplicates;
 
-/// The three lists of the maintenance window, in library order. Changes that come one after the
-/// other, such as a drive's files found missing one by one, are taken over together in the next
-/// turn of the event loop. Main thread.
+/// The three lists of the maintenance window, in library order. A drive's files may be found
+/// missing one by one, so changes are shown together in the next turn of the event loop. Main
+/// thread.
 class TidyingLists : public QObject {
     Q_OBJECT
     Q_PROPERTY(QAbstractListModel* cloudPendingTracks READ cloudPendingTracks CONSTANT)
@@ -24,7 +24,7 @@ class TidyingLists : public QObject {
 
     TidyingListModel* cloudPendingTracks() { return &m_cloudPending; }
     TidyingListModel* missingTracks() { return &m_missing; }
-    /// The tracks of every duplicate group, group by group.
+    /// The tracks of all duplicate groups, group by group.
     TidyingListModel* duplicateTracks() { return &m_duplicates; }
 
   private:

@@ -16,7 +16,7 @@ void AmbientColor::updateAmbientColor(const std::optional<Artwork>& artworkData,
                                       const std::optional<FileUrl>& coverURL,
                                       const std::optional<Color>& fallback) {
     assertOwnThread(*this);
-    m_worker.leaveBehind(); // the picture before may lie on a disk that does not answer
+    m_worker.leaveBehind(); // the picture before this one may lie on a disk that hangs
     m_worker.run(
         [artworkData, coverURL, fallback] {
             return ArtworkColor::ambientColor(artworkData, coverURL)

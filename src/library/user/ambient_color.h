@@ -13,27 +13,27 @@
 
 namespace halvane {
 
-/// The colour of what is playing, taken from its artwork on a worker. Of several requests only the
-/// latest lands, and it waits for none before it. Main thread.
+/// The colour of what plays, which a worker takes from its artwork. Only the newest request counts,
+/// and it does not wait for older ones. Main thread.
 class AmbientColor : public QObject {
     Q_OBJECT
     Q_PROPERTY(QColor ambientColor READ shownColor NOTIFY ambientColorChanged)
 
   public:
-    /// The default accent until the first request lands.
+    /// The default accent until the first request is answered.
     explicit AmbientColor(QObject* parent = nullptr);
 
     const Color& ambientColor() const { return m_color; }
     QColor shownColor() const { return qtColor(m_color); }
 
-    /// Asks for the colour of some artwork, or of the picture at the cover URL; where there is no
-    /// picture, the fallback is taken, and without one the default accent.
+    /// Asks for the colour of the artwork, or else of the picture at the cover URL. Without a
+    /// picture it is the fallback, and without that the default accent.
     void updateAmbientColor(const std::optional<Artwork>& artworkData,
                             const std::optional<FileUrl>& coverURL,
                             const std::optional<Color>& fallback);
 
   Q_SIGNALS:
-    /// A request has landed.
+    /// A request has been answered.
     void ambientColorChanged();
 
   private:

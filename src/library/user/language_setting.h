@@ -28,9 +28,9 @@ class LanguageSetting : public QObject {
     AppLanguage languageSetting() const { return m_setting; }
     /// Stores the choice.
     void setLanguageSetting(AppLanguage setting);
-    /// The language to show texts in now; asks the system afresh where the setting says so.
+    /// The language of the texts now. Asks the system each time if the setting follows the system.
     ResolvedLanguage resolvedLanguage() const;
-    /// The system's languages may have changed: lets the texts be read again.
+    /// The system's languages may have changed.
     void systemLanguagesChanged();
 
   Q_SIGNALS:

@@ -7,13 +7,13 @@
 
 namespace halvane {
 
-/// A long stored value that is taken over when it is first needed; by then it has mostly been read
-/// ahead. One thread.
+/// A long stored value, which is taken when it is first needed. The preferences have mostly read it
+/// ahead by then. One thread.
 template<typename T>
 class LateValue {
   public:
-    /// Takes the value from `later` or, where that is null or gives none, from `now`. None from
-    /// both leaves what there is.
+    /// The value will come from `later`, or from `now` if `later` is null or gives none. It stays
+    /// as it is if both give none.
     void restore(Later<T> later, std::function<std::optional<T>()> now) {
         m_later = std::move(later);
         m_now = std::move(now);

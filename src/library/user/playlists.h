@@ -13,9 +13,9 @@ namespace halvane {
 
 class Preferences;
 
-/// The user's playlists: named, ordered lists of standardized paths. A path that is not in the
-/// library stays until it is removed. Every change is stored at once. Also the list that the views
-/// show. Main thread.
+/// The user's playlists, and the list of them that the views show. A playlist is a name and
+/// standardized paths in an order. A path that is not in the library stays until it is removed.
+/// Every change is stored at once. Main thread.
 class Playlists : public QAbstractListModel {
     Q_OBJECT
 
@@ -29,16 +29,16 @@ class Playlists : public QAbstractListModel {
     /// Empty until restore. The preferences must outlive it.
     explicit Playlists(Preferences& preferences, QObject* parent = nullptr);
 
-    /// Takes the stored playlists; what can't be decoded is left alone.
+    /// Takes the stored playlists. What can't be decoded is left alone.
     void restore();
 
     const std::vector<Playlist>& all() const { return m_playlists; }
-    /// The playlist of an id, or null; good until the next change.
+    /// The playlist of an id, or null. Valid until the next change.
     const Playlist* find(const QUuid& id) const;
 
-    /// The new playlist's id; null for a blank name.
+    /// Gives the new playlist's id, or null for a blank name.
     Q_INVOKABLE QUuid createPlaylist(const QString& named);
-    /// Nothing for a blank name or an unknown id.
+    /// Does nothing for a blank name or an unknown id.
     Q_INVOKABLE void renamePlaylist(const QUuid& id, const QString& to);
     Q_INVOKABLE void deletePlaylist(const QUuid& id);
     /// Appends the paths that the playlist doesn't hold yet, each once.
@@ -69,7 +69,7 @@ class Playlists : public QAbstractListModel {
 
 /// The stored form: a JSON array of objects with "id", "name" and "trackPaths". Pure.
 QByteArray encodedPlaylists(const std::vector<Playlist>& playlists);
-/// None when anything in it is not as it should be. Pure.
+/// None if any part of it is malformed. Pure.
 std::optional<std::vector<Playlist>> decodedPlaylists(const QByteArray& json);
 
 } // namespace halvane

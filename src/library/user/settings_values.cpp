@@ -8,7 +8,7 @@ namespace halvane {
 
 namespace {
 
-// The numbers, when there are just that many and all of them are finite.
+// The numbers, if there are exactly that many and all are finite.
 std::optional<std::vector<double>> finite(const std::optional<std::vector<double>>& stored,
                                           std::size_t count) {
     if (!stored || stored->size() != count ||

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What a stored value is taken for. None means that nothing is stored, or nothing usable: the
-// setting keeps what it has, nothing is said, and the stored value stays as it is. Any thread.
+// Checks of stored values. None means that nothing usable is stored: the setting then keeps its
+// value without a message, and the stored value stays as it is. Any thread.
 #pragma once
 
 #include "model/color.h"
@@ -11,20 +11,19 @@
 
 namespace halvane {
 
-/// A case by its stored name.
+/// The enumerator with the stored name.
 template<typename Enum>
 std::optional<Enum> storedEnum(const std::optional<QString>& stored) {
     return stored ? fromRawValue<Enum>(*stored) : std::nullopt;
 }
 
-/// A volume, cut to 0...1; what is not above 0, not-a-number included, is 0.
+/// A volume, clamped to 0...1. Not-a-number is 0.
 std::optional<double> storedVolume(const std::optional<double>& stored);
 
-/// A colour of three finite numbers, exactly as they were written, and opaque.
+/// An opaque colour of three finite numbers, exactly as they were written.
 std::optional<Color> storedColor(const std::optional<std::vector<double>>& stored);
 
-/// The numbers under which a colour is stored, without its opacity; none for a colour that is not
-/// made of finite numbers.
+/// The numbers as which a colour is stored, without its opacity. None if any of them is not finite.
 std::optional<std::vector<double>> colorNumbers(const Color& color);
 
 /// The gains of the equalizer's ten bands in dB, all finite.

@@ -54,8 +54,7 @@ class ThemeSettings : public QObject {
     const Color& customSpectrumColor() const { return m_customSpectrum; }
 
     void setThemeAccentMode(SpectrumTintMode mode);
-    /// Colours are stored without their opacity, and not at all when they are not made of finite
-    /// numbers.
+    /// Colours are stored without their opacity, and only if all their numbers are finite.
     void setCustomThemeAccent(const Color& color);
     void setThemeCornerStyle(CornerStyle style);
     void setThemeBackgroundStyle(BackgroundStyle style);

@@ -22,8 +22,7 @@ TrackUserData::TrackUserData(Preferences& preferences, QObject* parent)
 
 void TrackUserData::restore() {
     assertOwnThread(*this);
-    // What is taken over is what is stored, so that there is nothing to write back, except where a
-    // list names a track twice.
+    // Nothing needs to be written back, except for a list that names a track twice.
     if (const auto loved = m_preferences.strings(SettingsKey::lovedPaths)) {
         m_lovedPaths = QSet<QString>(loved->cbegin(), loved->cend());
         if (m_lovedPaths.size() != loved->size())
@@ -72,7 +71,7 @@ void TrackUserData::countPlay(const QString& path) {
         return;
     qint64& count = m_playCounts.get()[path];
     if (count == std::numeric_limits<qint64>::max())
-        return; // only a stored value can be there; stays
+        return; // counting never comes so far, but a stored value may be anything
     ++count;
     m_preferences.insertInteger(SettingsKey::playCounts, path, count);
 }

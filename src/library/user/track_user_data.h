@@ -8,8 +8,8 @@
 
 namespace halvane {
 
-/// What the user has made of each track: loved or not, a rating, a count of plays. Keyed by
-/// standardized path; a track that is not in a map has rating 0 and no plays. Every change is
+/// The user's data of each track: loved or not, a rating, a count of plays. The keys are
+/// standardized paths. A track that is not in a map has rating 0 and no plays. Every change is
 /// stored at once, as the one entry that changed. Main thread.
 class TrackUserData : public QObject {
     Q_OBJECT
@@ -18,8 +18,8 @@ class TrackUserData : public QObject {
     /// Empty until restore. The preferences must outlive it.
     explicit TrackUserData(Preferences& preferences, QObject* parent = nullptr);
 
-    /// Takes everything from the preferences, the long maps when they are first needed. A stored
-    /// value that is no map is left alone.
+    /// Takes the loved paths from the preferences. The long maps are taken when they are first
+    /// needed. A stored value that is no map is left alone.
     void restore();
 
     const QSet<QString>& lovedPaths() const { return m_lovedPaths; }
@@ -30,21 +30,21 @@ class TrackUserData : public QObject {
     qint64 rating(const QString& path) const { return trackRatings().value(path); }
     qint64 playCount(const QString& path) const { return playCounts().value(path); }
 
-    /// Loves a track, or no longer. Nothing without a path.
+    /// Loves a track that is not loved, and the reverse. Does nothing without a path.
     Q_INVOKABLE void toggleLoved(const QString& path);
-    /// Whole stars: at most 5 are stored, fewer than 1 take the rating away. Nothing without a
-    /// path.
+    /// Rates a track by whole stars. At most 5 are stored, and fewer than 1 remove the rating. Does
+    /// nothing without a path.
     Q_INVOKABLE void setRating(int rating, const QString& path);
-    /// Adds one play. Nothing without a path.
+    /// Adds one play. Does nothing without a path.
     void countPlay(const QString& path);
-    /// Tracks left the library, and the preferences with it. No list shows them any more, so that
-    /// nobody is told.
+    /// These tracks have left the library and the stored preferences. No signal is sent, because no
+    /// list shows them any more.
     void forget(const QSet<QString>& paths);
 
   Q_SIGNALS:
     void lovedChanged(const QString& path);
     void ratingChanged(const QString& path);
-    /// Everything at once: restored.
+    /// Everything may have changed.
     void reset();
 
   private:

@@ -40,7 +40,7 @@ struct BrowsingTest : testing::Test {
     }
 
     void SetUp() override {
-        // Titles a to f; two artists, three albums and an untitled one.
+        // Titles a to f, by three spellings of two artists, on four albums and one without a title.
         std::vector<Track> tracks{trackOf(u"/m/a"_s, u"a"_s, u"Moss"_s, u"Fern"_s),
                                   trackOf(u"/m/b"_s, u"b"_s, u"Moss"_s, u"Fern"_s),
                                   trackOf(u"/m/c"_s, u"c"_s, u"Moss"_s, u"Bark"_s),
@@ -79,7 +79,7 @@ struct BrowsingTest : testing::Test {
     }
 };
 
-/// What a list tells its views.
+// Collects what a list tells its views.
 struct Told {
     int resets = 0;
     QList<std::pair<int, int>> inserted, removed, changed;
@@ -112,7 +112,7 @@ TEST_F(BrowsingTest, SearchesFiveFieldsInTheSourceOrder) {
         {{}, u"abcdef"_s},      {u"  \t"_s, u"abcdef"_s}, {u"C"_s, u"cd"_s}, // title, format
         {u" flac "_s, u"d"_s},  {u"fern"_s, u"abf"_s},    {u"LARK"_s, u"de"_s},
         {u"ambient"_s, u"e"_s}, {u"moss"_s, u"abcf"_s},   {u"nothing"_s, {}},
-        {u"unknown"_s, {}}, // what is only shown is not searched
+        {u"unknown"_s, {}}, // texts for unknown names are not searched
     };
     for (const auto& [query, expected] : cases) {
         browsing.setSearchText(query);
@@ -267,7 +267,7 @@ TEST_F(BrowsingTest, ListsKeepTheirPlaceWhenTheLibraryChanges) {
 TEST_F(BrowsingTest, ListsShowTheOldCatalogWholeUntilTheNewOneIsThere) {
     const QUuid id = playlists.createPlaylist(u"p"_s);
     playlists.addTrackPaths({u"/m/f"_s, u"/m/c"_s}, id);
-    store.remove({u"/m/a"_s, u"/m/c"_s}); // row numbers move, and no new catalog yet
+    store.remove({u"/m/a"_s, u"/m/c"_s}); // row numbers change before the catalog does
     EXPECT_EQ(shown(), u"abcdef"_s);
     browsing.setSelectedPlaylistID(id);
     EXPECT_EQ(shown(), u"fc"_s);

@@ -17,7 +17,7 @@ std::optional<ListChanges> changes(const std::string& from, const std::string& t
         [&](std::size_t i, std::size_t j) { return from[i] == to[j]; });
 }
 
-/// What a view does that is told of the changes.
+// Changes a list as a view does.
 std::string applied(std::string list, const ListChanges& told, const std::string& to) {
     for (auto range = told.removed.crbegin(); range != told.removed.crend(); ++range)
         list.erase(range->first, range->count);

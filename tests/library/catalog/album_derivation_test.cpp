@@ -45,7 +45,8 @@ TEST(AlbumDerivation, SpellingsThatDifferInCaseStayApartAndShareAnId) {
                                  trackOf(u"/3"_s, u"c"_s, u" The Lanterns"_s, u"Night Walk "_s)});
     ASSERT_EQ(albums.albums.size(), 2U);
     EXPECT_EQ(albums.albums[0].id, albums.albums[1].id);
-    EXPECT_EQ(albums.albumOfRow, (std::vector<quint32>{0, 1, 0})); // equal for the sort: as met
+    EXPECT_EQ(albums.albumOfRow,
+              (std::vector<quint32>{0, 1, 0})); // equal for the sort, so in the order of the rows
     EXPECT_EQ(albums.albums[0].trackCount, 2);
 }
 
@@ -67,12 +68,12 @@ TEST(AlbumDerivation, GathersFromTheTracksInFileNameOrder) {
         track->artist = u"A"_s;
         track->album = u"B"_s;
     }
-    const Album album = only({odd, two, ten}); // plain order of names: 10, 2, 9
+    const Album album = only({odd, two, ten}); // by name, the order is 10, 2, 9
     EXPECT_EQ(album.year, 2001);
     EXPECT_EQ(album.coverURL->path(), u"/covers/two.jpg"_s);
     EXPECT_EQ(album.coverImageData, odd.coverImageData);
     EXPECT_EQ(album.genre, u"Jazz"_s);
-    EXPECT_EQ(album.duration, u"1 min"_s); // raised from 59 seconds
+    EXPECT_EQ(album.duration, u"1 min"_s); // 59 seconds are at least a minute
     EXPECT_DOUBLE_EQ(album.totalSeconds, 59.9);
     EXPECT_EQ(album.trackCount, 3);
 }
@@ -117,10 +118,10 @@ TEST(AlbumDerivation, MostCommonValue) {
     EXPECT_FALSE(mostCommonValue({u" "_s, {}, u"\n"_s}));
     Track blank = trackAt(u"/a"_s);
     blank.genre = u" "_s;
-    EXPECT_EQ(only({blank}).genre, u" "_s); // as it stands
+    EXPECT_EQ(only({blank}).genre, u" "_s); // not trimmed
 }
 
-// The hash is FNV-1a: for "a" alone it is e40c292c, and each code point counts as one.
+// The hash is FNV-1a over code points. That of "a" alone is e40c292c.
 TEST(AlbumDerivation, ColorsFollowFromTheNames) {
     const auto hueOf = [](const QString& artistBarTitle) {
         quint32 hash = 2166136261U;
@@ -162,6 +163,5 @@ TEST(Collation, ComparesWholeCodePoints) {
     EXPECT_TRUE(codePointLess(u"a", u"aa"));
     EXPECT_FALSE(codePointLess(u"a", u"a"));
     EXPECT_TRUE(codePointLess(u"Z", u"a"));
-    EXPECT_TRUE(
-        codePointLess(u"\uFF5E", u"\U0001F3B5")); // by UTF-16 units it would be the other way
+    EXPECT_TRUE(codePointLess(u"\uFF5E", u"\U0001F3B5")); // UTF-16 units have the other order
 }

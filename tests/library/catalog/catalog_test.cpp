@@ -49,7 +49,7 @@ TEST(FoldedTexts, DisregardCaseAndComposition) {
         {u"Cafe\u0301"_s, u"CAFÉ"_s, true},
         {u"Café"_s, u"cafe"_s, false}, // accents count
         {u"夜のうた"_s, u"のう"_s, true},
-        {u"ΣΟΦΟΣ"_s, u"σοφος"_s, true}, // both sigmas fold alike
+        {u"ΣΟΦΟΣ"_s, u"σοφος"_s, true}, // both sigmas fold to one
         {u"a\0b"_s, u"b"_s, true},
         {QString(), u"x"_s, false},
         {u"one"_s, u"one two"_s, false},
@@ -57,7 +57,7 @@ TEST(FoldedTexts, DisregardCaseAndComposition) {
     for (const Case& c : cases)
         EXPECT_EQ(isFound(c.text, c.query), c.found)
             << c.text.toStdString() << " / " << c.query.toStdString();
-    // A match never runs over the end of a text into the next.
+    // A match does not run over the end of a text.
     FoldedTexts texts;
     texts.add(u"ab");
     texts.add(u"cd");
@@ -136,7 +136,7 @@ TEST(Catalog, FindsTheAlbumOfAnEntry) {
     using enum ResolvedLanguage;
     EXPECT_EQ(albumOfEntry(*catalog, u" x "_s, u"å"_s, english)->title, u"X"_s);
     EXPECT_EQ(albumOfEntry(*catalog, {}, {}, english)->title, u"Unknown Album"_s);
-    // The language changed and the albums are still the old ones: by title and artist.
+    // After a change of the language the old albums are still found by title and artist.
     EXPECT_EQ(albumOfEntry(*catalog, {}, {}, simplifiedChinese), nullptr);
     EXPECT_EQ(
         albumOfEntry(*catalog, u"UNKNOWN album"_s, u"unknown ARTIST"_s, simplifiedChinese)->id,
@@ -164,13 +164,13 @@ TEST(CatalogPublisher, CountsBytesAndLovedTracksAlsoOfWhatChangesMeanwhile) {
     store.append(rows);
     for (const int i : {1, 2, 5000})
         userData.toggleLoved(path(i));
-    ASSERT_FALSE(derived()); // by a worker
+    ASSERT_FALSE(derived()); // the worker derives it
     for (const int i : {1, 3, 6000})
         userData.toggleLoved(path(i));
     while (!catalog.isCurrent())
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     EXPECT_EQ(catalog.published()->totalBytes, 29'990);
-    EXPECT_EQ(catalog.lovedCount(), 2U); // 2 and 3
+    EXPECT_EQ(catalog.lovedCount(), 2U); // tracks 2 and 3
     userData.toggleLoved(path(4));
     EXPECT_EQ(catalog.lovedCount(), 3U);
     QSet<QString> most;
@@ -201,10 +201,10 @@ TEST(CatalogPublisher, LargeLibrariesAreDerivedByAWorkerAndPublishedWhole) {
         rows.push_back(makeRow(trackOf(u"/m/%1"_s.arg(i), u"t"_s, u"a"_s, u"b"_s)));
     store.append(rows);
     catalog.rebuildImportedAlbums();
-    EXPECT_EQ(published, 0); // not in place
+    EXPECT_EQ(published, 0); // the worker derives it
     EXPECT_FALSE(catalog.isCurrent());
     store.remove({u"/m/7"_s});
-    catalog.rebuildImportedAlbums(); // overtakes the first
+    catalog.rebuildImportedAlbums(); // the first one is stale
     while (!catalog.isCurrent())
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     EXPECT_EQ(published, 1);
@@ -215,7 +215,7 @@ TEST(CatalogPublisher, LargeLibrariesAreDerivedByAWorkerAndPublishedWhole) {
     for (int i = 10; i < 20'000; ++i)
         most.insert(u"/m/%1"_s.arg(i));
     store.remove(most);
-    catalog.rebuildImportedAlbums(); // small again: at once
+    catalog.rebuildImportedAlbums(); // a small one is derived at once
     EXPECT_TRUE(catalog.isCurrent());
     EXPECT_EQ(published, 2);
 }

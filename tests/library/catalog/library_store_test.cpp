@@ -60,7 +60,7 @@ TEST(LibraryStore, IndexFollowsRandomRemovals) {
     }
 }
 
-// A worker that reaches into the library ends the program rather than corrupting it.
+// A worker that changes the library by mistake must end the program, not corrupt the library.
 TEST(LibraryStoreDeathTest, OtherThreadsAreTurnedAway) {
     testing::FLAGS_gtest_death_test_style = "threadsafe";
     EXPECT_DEATH(

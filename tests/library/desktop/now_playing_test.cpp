@@ -59,7 +59,7 @@ class NowPlayingTest : public testing::Test {
   protected:
     NowPlayingTest() { nowPlaying.setupRemoteCommands(); }
 
-    /// Plays a track of 200 seconds, three of which have been heard.
+    // Plays a track of 200 seconds, three of which have been heard.
     void play(const QString& title, const std::function<void(Track&)>& change = {}) {
         Track track = trackAt(u"/music/%1.flac"_s.arg(title));
         track.title = title;
@@ -189,7 +189,7 @@ TEST_F(NowPlayingTest, ThePictureIsAFileThatHoldsTheCover) {
     nowPlaying.updateNowPlayingInfo();
     EXPECT_EQ(controls.publications, 3) << "a known picture is published at once";
 
-    // Bytes that are no picture give way to the picture in the folder.
+    // The picture in the folder is taken if the bytes in the file are no picture.
     const auto cover = folder.filePath(u"cover.png"_s);
     QImage(2, 2, QImage::Format_RGB32).save(cover);
     play(u"B"_s, [&](Track& track) {

@@ -8,7 +8,7 @@ namespace halvane::test {
 /// Files that are missing or in the cloud when a test says so.
 class FakeFiles final : public FileAvailability {
   public:
-    // The disk.
+    // What is on the disk.
     QSet<QString> gone;
     QSet<QString> evicted;
     // What is known of it.

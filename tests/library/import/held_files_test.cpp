@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The whole controller on the desktop's own look at cloud files, with files whose opening blocks.
+// The whole controller with the desktop's own detection of cloud files and files whose opening
+// blocks.
 #include "library/library_concerns.h"
 #include "library/library_view_model.h"
 #include "platform/cloud/desktop_cloud_files.h"
@@ -34,7 +35,7 @@ class HeldFilesTest : public testing::Test {
         start();
     }
 
-    /// The program begins, brings back what it remembers, and looks at the files.
+    // Starts the program, and waits until it has restored the library and looked at the files.
     void start() {
         library = std::make_unique<LibraryViewModel>(environment.with(cloud));
         QObject::connect(library->healing(), &MetadataHealing::finished, library.get(),
@@ -46,7 +47,7 @@ class HeldFilesTest : public testing::Test {
                    (library->store()->size() == 0 || healings > before);
         });
     }
-    /// Until the look at the files that follows has come to its end as well.
+    // Imports the folder, and waits until the look at the files that follows has ended.
     void importAll() {
         const int before = healings;
         library->start();
@@ -74,7 +75,7 @@ class HeldFilesTest : public testing::Test {
         writeWave(sine(440, 0.5, 8000, 8000, 1), path);
         return path;
     }
-    /// The sync client keeps the name and takes the contents away; the date is the server's.
+    // Makes a placeholder of a file as a sync client does, with the server's date.
     QString mark(const QString& path) {
         QFile file(path);
         EXPECT_TRUE(file.open(QIODevice::ReadWrite));
@@ -122,14 +123,14 @@ TEST_F(HeldFilesTest, TryingIsNoticedAndBlocks) {
     EXPECT_TRUE(isOpen);
 }
 
-// Opening a placeholder waits until it is downloaded, and starts that unasked.
+// Opening a placeholder would start a download that nobody asked for, and wait for it.
 TEST_F(HeldFilesTest, PlaceholdersAreNeverOpened) {
     const QString here = wave(u"here.wav"_s);
     const QString next = wave(u"here2.wav"_s);
     const QString strange = mark(wave(u"strange.wav"_s));
     struct Known {
         QString path;
-        std::function<QString(const QString& path)> evict; ///< tells what stands for it then
+        std::function<QString(const QString& path)> evict; // gives the placeholder's path
     };
     const Known known[] = {
         {wave(u"dot-name.wav"_s),
@@ -173,7 +174,7 @@ TEST_F(HeldFilesTest, PlaceholdersAreNeverOpened) {
     library->soundCheck()->setSoundCheckEnabled(true);
     until([&] { return library->soundCheck()->trackLoudness().size() == 2; });
 
-    // It goes to the cloud after the last look, and would follow without a gap.
+    // The gapless successor goes to the cloud after the last look.
     hold(mark(next));
     play(here);
     EXPECT_TRUE(library->transport()->isPlaying());
@@ -185,16 +186,16 @@ TEST_F(HeldFilesTest, PlaceholdersAreNeverOpened) {
     };
     expectNoneTried();
 
-    // The download has come.
+    // The download has ended.
     ASSERT_EQ(::removexattr(strange.toUtf8().constData(), placeholderMark), 0);
     held.front().second.reset();
     start();
     EXPECT_TRUE(isRead(strange));
     EXPECT_EQ(state(strange), TrackAvailability::available);
-    expectNoneTried(); // nor by a worker that was left behind
+    expectNoneTried(); // nor did a worker that was left behind
 }
 
-// Not in the cloud, as far as anybody can tell: a drive that hangs, or another program's lock.
+// Such as on a drive that hangs, or under another program's lock.
 TEST_F(HeldFilesTest, AFileThatDoesNotOpenHoldsUpNoOther) {
     constexpr std::size_t files = 40;
     for (std::size_t i = 10; i < 10 + files; ++i)

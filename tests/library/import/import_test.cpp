@@ -27,7 +27,7 @@ class ImportTest : public testing::Test {
   protected:
     void SetUp() override { start(); }
 
-    /// The program begins, and everything that it remembers is there.
+    // Starts the program and waits until it has restored the library.
     void start() {
         library = std::make_unique<LibraryViewModel>(environment);
         library->start();
@@ -73,16 +73,16 @@ class ImportTest : public testing::Test {
     std::unique_ptr<LibraryViewModel> library;
 };
 
-// A file is opened with the program, which has only just begun to bring the library back.
+// A file may be opened with the program before the library is restored.
 TEST_F(ImportTest, WhatIsOpenedDuringTheStartTakesNothingFromTheLibrary) {
     const QStringList known{wave(u"a.wav"_s), wave(u"b.wav"_s)};
     import(known);
     saved();
-    QFile::remove(known[1]); // known by its record alone
+    QFile::remove(known[1]); // known only by its record
     const QString opened = wave(u"c.wav"_s);
 
     library = std::make_unique<LibraryViewModel>(environment);
-    // As the restoration begins, but for its worker, which comes last.
+    // The beginning of the restoration, without its worker.
     library->persistence()->hold();
     library->importedPaths()->restore();
     import({opened});
@@ -202,7 +202,7 @@ TEST_F(ImportTest, ShowsWhatIsKnownBeforeItLooksAtTheFiles) {
     saved();
     QFile index(library->cache()->cacheDirectory() + u"/library-cache.json"_s);
     library.reset();
-    // As written before sizes were kept.
+    // An older index has no sizes.
     ASSERT_TRUE(index.open(QIODevice::ReadWrite));
     const QString records = QString::fromUtf8(index.readAll());
     index.resize(0);
@@ -210,7 +210,7 @@ TEST_F(ImportTest, ShowsWhatIsKnownBeforeItLooksAtTheFiles) {
     ASSERT_LT(index.size(), records.size());
     index.close();
     writeWave(sine(440, 0.5, 24000, 8000, 1), changed);
-    const QString late = wave(u"late.wav"_s); // its path was stored, its record no more
+    const QString late = wave(u"late.wav"_s); // its path is stored without a record
     environment.preferences.insertString(SettingsKey::importedAudioPaths, late);
 
     library = std::make_unique<LibraryViewModel>(environment);
@@ -242,7 +242,7 @@ TEST_F(ImportTest, ShowsWhatIsKnownBeforeItLooksAtTheFiles) {
               QFileInfo(same).size() + QFileInfo(changed).size() + QFileInfo(late).size());
 }
 
-// More than are taken over in one event.
+// So many files are taken over in several portions.
 TEST_F(ImportTest, ALostIndexCostsNothingButTime) {
     constexpr int files = 1100;
     const QString sample = wave(u"0000.wav"_s);
@@ -274,7 +274,7 @@ TEST_F(ImportTest, QuittingInTheMiddleLosesNothingThatCame) {
     until([&] { return library->importing()->importProgress() > 0; });
     EXPECT_LT(library->importing()->importProgress(), 1);
     const std::size_t came = library->store()->size();
-    library.reset(); // does not wait for the last
+    library.reset(); // must not wait for the last file
     environment.cloudFiles->setBeforeOpening(nullptr);
     start();
     EXPECT_EQ(library->store()->size(), came);
@@ -297,7 +297,7 @@ TEST_F(ImportTest, ReadsAgainOnceWhatCouldNotBeRead) {
         QObject::disconnect(connection);
     };
     until([&] { return library->healing()->metadataHealAttempts().contains(path); });
-    // Once tried, it is left alone until the next start.
+    // A file that was tried is left alone until the next start.
     wave(u"half.wav"_s);
     refreshed();
     EXPECT_FALSE(library->store()->track(path)->durationSeconds);
@@ -323,7 +323,7 @@ TEST_F(ImportTest, HealingKeepsWhatIsTheTracksOwn) {
     EXPECT_EQ(&library->queue()->record(0), healed.get());
 }
 
-/// Collects what is logged while it lives.
+// Collects what is logged during its life.
 class Log {
   public:
     Log() {

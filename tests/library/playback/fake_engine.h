@@ -8,19 +8,19 @@
 
 namespace halvane::test {
 
-/// An engine without sound, for the transport's rules and for faults. Follows the real one's
-/// contract: a load forgets everything, a schedule drops what was queued behind, and only a file of
-/// the same format may be queued.
+/// An engine without sound that can be made to fail. It follows the real one's contract: a load
+/// forgets everything, a schedule drops the queued successor, and only a file of the same format
+/// can be queued.
 class FakeEngine final : public TransportEngine {
   public:
-    // The world it plays in.
+    // What the test sets.
     QSet<QString> broken;                   ///< files that do not load
     QHash<QString, int> formatOf;           ///< files of other formats than 0
     double length = 200;                    ///< seconds of every file
     std::optional<QString> scheduleFailure; ///< of the next schedule alone
     std::optional<QString> resumeFailure;
 
-    // What it came to.
+    // What the test reads.
     QString file; ///< empty: none
     QString pending;
     double position = 0;

@@ -11,7 +11,7 @@ using namespace halvane;
 
 namespace {
 
-/// A queue in letters: capitals play, small letters do not; equal letters are one file.
+// A queue in letters. Capitals can be played and small letters can't. Equal letters are one file.
 struct Letters final : QueueView {
     std::string files;
     std::optional<std::size_t> at;
@@ -85,7 +85,7 @@ TEST(QueuePlanner, AdvancesInOrder) {
     }
 }
 
-// Pearson's statistic for k equally likely outcomes stays below its 99.9 % point in a sound draw.
+// Pearson's statistic of equally likely outcomes is below these limits in 99.9 % of all runs.
 TEST(QueuePlanner, ShuffleIsUniform) {
     constexpr int draws = 60'000;
     constexpr double limitOf9 = 27.88; // degrees of freedom

@@ -21,7 +21,7 @@ inline RowState plainRowState() {
     return state;
 }
 
-/// A transport on fakes, whose queue's files are "/m/a", "/m/b" and so on.
+/// A transport on fakes. The files of its queue are "/m/a", "/m/b" and so on.
 struct TransportFixture {
     explicit TransportFixture(unsigned seed = 1)
         : generator(seed) {

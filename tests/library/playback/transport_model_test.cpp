@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Random sequences of every operation against a reference that states the rules in the plainest
-// way, and against invariants that hold whatever happens.
+// Compares random sequences of operations with a reference that states the rules in their plainest
+// form, and checks invariants that always hold.
 #include "library/playback/transport_reference.h"
 
 #include <gtest/gtest.h>
@@ -119,7 +119,7 @@ class Walk {
         m_reference.replan();
         m_real.transport.replanSuccessor();
     }
-    /// A file comes, goes, is evicted, breaks; or a look at the disk finds out what is there.
+    // A file comes, goes, breaks or is evicted, or a look at the disk finds what is there.
     void changeWorld() {
         const QString path = m_real.path(anyLetter());
         QSet<QString>* const sets[] = {&m_real.files.gone, &m_real.files.evicted,
@@ -189,7 +189,7 @@ TEST(TransportModel, RandomSequencesFollowTheReference) {
     }
 }
 
-/// Without failures and user's choices, a shuffle cycle plays every playable entry exactly once.
+// Without failures and user's choices, a shuffle cycle plays every playable entry exactly once.
 TEST(TransportModel, EveryCycleIsAPermutation) {
     for (unsigned seed = 1; seed <= 100; ++seed) {
         TransportFixture real(seed);

@@ -7,7 +7,7 @@
 
 namespace halvane::test {
 
-/// The rules, recursive and with nothing but lists.
+/// The transport's rules in their plainest form: recursive, and with nothing but lists.
 class Reference {
   public:
     struct Entry {

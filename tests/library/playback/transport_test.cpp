@@ -75,7 +75,7 @@ TEST_F(TransportTest, UsersFailureStopsAndAutomaticOneSkips) {
     EXPECT_TRUE(status.isError());
     EXPECT_EQ(files.missing, QSet<QString>{path('b')});
 
-    play(2); // unreadable: what was current stays
+    play(2); // unreadable, so the current entry stays
     EXPECT_EQ(current(), 'b');
     EXPECT_EQ(files.missing, (QSet<QString>{path('b'), path('c')}));
 
@@ -105,7 +105,7 @@ TEST_F(TransportTest, CloudFilesAreFetchedForTheUserAndSkippedOtherwise) {
     EXPECT_TRUE(files.downloading.isEmpty());
 }
 
-// On a drive that went away nothing plays; the event loop must get its turns while that is found.
+// Nothing plays on a drive that went away. The event loop must get turns while that is found out.
 TEST_F(TransportTest, LongRunOfUnreadableFilesEndsAndLetsTheLoopTurn) {
     TrackRows rows;
     for (int i = 0; i < 500; ++i) {
@@ -233,7 +233,7 @@ TEST_F(TransportTest, PausesForACallAndGoesOnUnlessTheUserDid) {
     transport.pauseRequested(false);
     EXPECT_TRUE(engine.playing);
     transport.pauseRequested(true);
-    transport.togglePlayback(); // the user plays all the same
+    transport.togglePlayback(); // the user plays nevertheless
     transport.togglePlayback();
     transport.pauseRequested(false);
     EXPECT_FALSE(engine.playing);

@@ -24,7 +24,7 @@ class PluggedDevices final : public AudioOutput::Devices {
                 return device.name;
         return {};
     }
-    /// As the system tells it: everything is in place before anybody hears of it.
+    // Like the system, changes everything before it sends a signal.
     void become(std::vector<OutputDevice> devices, std::optional<std::uint32_t> id) {
         list = std::move(devices);
         const bool moved = std::exchange(preferred, id) != id;
@@ -147,7 +147,7 @@ TEST_F(OutputDevicesTest, OfTwoDevicesOfOneNameTheFirstIsTakenOrTheOneThatWasCho
     EXPECT_EQ(output.selectedDeviceIndex(), 1);
     output.selectOutputDevice(secondDac);
     EXPECT_EQ(output.selectedDeviceIndex(), 2);
-    devices.become({speakers, dac}, speakers.id); // the second goes: the first has the name
+    devices.become({speakers, dac}, speakers.id); // the first has the same name
     EXPECT_EQ(routes, (Routes{dac.id, secondDac.id, dac.id}));
     EXPECT_EQ(output.selectedDeviceIndex(), 1);
 }

@@ -41,7 +41,7 @@ class NoCloud final : public CloudFiles {
     QSet<QString> remote;
 };
 
-/// Stands for the measuring: gives results only when it is let, and tells what it was asked.
+// Takes the place of measuring. It answers only when the test lets it, and keeps what was asked.
 class Meter {
   public:
     std::optional<Measurement> measure(const QString& path, std::stop_token stop) {
@@ -98,7 +98,7 @@ class SoundCheckTest : public testing::Test {
         return made;
     }
     bool measured(const SoundCheck& check, const QStringList& paths) {
-        constexpr int patienceMs = 120'000; // a scan takes only what the machine has left over
+        constexpr int patienceMs = 120'000; // a scan only uses idle processor time
         return waitFor(
             [&] {
                 return std::all_of(paths.begin(), paths.end(), [&](const QString& path) {
@@ -187,7 +187,7 @@ TEST_F(SoundCheckTest, SwitchingOffEndsTheScanAndDropsItsResult) {
     ASSERT_TRUE(waitFor([&] { return meter->asked().size() == 1; }));
     check->setSoundCheckEnabled(false);
     meter->let(10);
-    check->setSoundCheckEnabled(true); // begins anew
+    check->setSoundCheckEnabled(true); // a new scan begins
     ASSERT_TRUE(measured(*check, files));
     EXPECT_EQ(meter->asked(), (QStringList{u"/a"_s, u"/a"_s, u"/b"_s, u"/c"_s}));
     EXPECT_EQ(preferences.changes(SettingsKey::trackLoudness), 3);
@@ -198,7 +198,7 @@ TEST_F(SoundCheckTest, NewFilesRestartTheScanAndNoneLeaveItAlone) {
     check->setSoundCheckEnabled(true);
     ASSERT_TRUE(waitFor([&] { return meter->asked().size() == 1; }));
     const QStringList all = std::exchange(files, {});
-    check->scanLoudnessIfNeeded(); // nothing to measure: the scan that runs goes on
+    check->scanLoudnessIfNeeded(); // with nothing new to measure, the running scan goes on
     meter->let(1);
     ASSERT_TRUE(measured(*check, {u"/a"_s}));
     files = all + QStringList{u"/d"_s};

@@ -54,7 +54,7 @@ TEST_F(TidyingTest, TellsWhatIsMissingAndWhatIsInTheCloud) {
     const QString away = folder.filePath(u"away.mp3"_s);
     environment.cloudFiles->setEvicted({away});
     add({there, gone, away});
-    // Playing one album leaves the rest of the library as it is.
+    // The files of the library are looked at, also if the queue has only some of them.
     library.queue()->assign({library.store()->track(there)}, u"album"_s);
     refreshed();
     EXPECT_EQ(library.availability()->state(there), TrackAvailability::available);
@@ -96,7 +96,7 @@ TEST_F(TidyingTest, OnlyTheNewestLookCounts) {
     EXPECT_EQ(changes, 1);
     EXPECT_EQ(rows, 2) << "one in the queue and one in the library are drawn again";
 
-    // Played meanwhile: the look that began before is taken again.
+    // A file that is played meanwhile makes the look stale, so that another one follows.
     library.availability()->refreshAvailability();
     touch(u"a.mp3"_s);
     library.availability()->markAvailable(path);
@@ -129,7 +129,7 @@ TEST_F(TidyingTest, WatchesDownloadsForHalfAnHourAtMost) {
     environment.clock.advance(20s);
     EXPECT_FALSE(library.downloads()->cloudDownloadInFlight());
 
-    // One that comes ends the watch.
+    // The watch ends when the last file has come.
     refreshed();
     library.downloads()->downloadAllCloudTracks();
     refreshed();
@@ -198,8 +198,8 @@ TEST_F(TidyingTest, RemovedTracksAreGoneEverywhereButOnTheDisk) {
     EXPECT_TRUE(QFile::exists(copy));
 }
 
-/// A library too large to be searched, derived or emptied in place, in which every song is there
-/// three times and all is loved. A third of it leaves.
+// A library that is too large to be searched, derived or emptied at once. Every song is there three
+// times, and all tracks are loved.
 class ManyTracksTest : public TidyingTest {
   protected:
     ManyTracksTest() {
@@ -257,7 +257,7 @@ TEST_F(ManyTracksTest, LeaveOnePlaceAfterTheOther) {
     EXPECT_EQ(library.duplicates()->groups(), duplicateTrackGroups(library.store()->rows()));
     until([this] { return lovedBadge() == u"1600"_s; });
 
-    // What comes meanwhile stays, and what plays goes.
+    // A track that is added meanwhile stays. The current entry goes.
     library.tidying()->removeTracks(third(2));
     add({u"/new.mp3"_s});
     library.userData()->toggleLoved(u"/new.mp3"_s);

@@ -58,7 +58,7 @@ TEST_F(TrackUserDataTest, ChangesAreStoredByTheEntryAndReadBack) {
     data.toggleLoved(u"/b"_s);
     data.toggleLoved(u"/b"_s);
     data.setRating(7, path);
-    data.setRating(5, path); // is 5 already
+    data.setRating(5, path); // no change: it is 5 already
     data.setRating(3, u"/b"_s);
     data.setRating(-2, u"/b"_s);
     data.countPlay(path);
@@ -105,7 +105,7 @@ TEST(LanguageSetting, FollowsTheChoiceAndTheSystem) {
     LanguageSetting setting(preferences, system);
     int changed = 0;
     QObject::connect(&setting, &LanguageSetting::languageChanged, &setting, [&] { ++changed; });
-    setting.restore(); // no case of that name
+    setting.restore(); // no enumerator has that name
     EXPECT_EQ(setting.languageSetting(), AppLanguage::english);
     EXPECT_EQ(*preferences.string(SettingsKey::language), u"System"_s);
 
@@ -148,7 +148,7 @@ TEST_F(EqualizerSettingsTest, ABuiltInPresetAppliesUntilAFaderMoves) {
     equalizer.applyBuiltInEQPreset(u"rock"_s);
     EXPECT_EQ(applied.gains, rock());
     EXPECT_EQ(applied.preamp, 0);
-    EXPECT_FALSE(applied.enabled); // a preset does not switch it on
+    EXPECT_FALSE(applied.enabled); // a preset does not switch the equalizer on
     EXPECT_EQ(title(), u"Rock"_s);
     EXPECT_EQ(*preferences.string(SettingsKey::eqPresetID), u"builtin:rock"_s);
 
@@ -159,7 +159,7 @@ TEST_F(EqualizerSettingsTest, ABuiltInPresetAppliesUntilAFaderMoves) {
     equalizer.setEqGain(0, std::nan(""));
     EXPECT_EQ(applications, before);
 
-    equalizer.setEqGain(9, 15); // as given: the engine clamps
+    equalizer.setEqGain(9, 15); // kept as given, because the engine clamps
     EXPECT_EQ(applied.gains.back(), 15);
     EXPECT_EQ(title(), u"Custom"_s);
     EXPECT_FALSE(preferences.string(SettingsKey::eqPresetID));
@@ -180,7 +180,7 @@ TEST_F(EqualizerSettingsTest, UserPresetsKeepThePreampAndTheirTrimmedName) {
     EXPECT_EQ(applied.preamp, -2.5);
 
     equalizer.setEqPreamp(1);
-    equalizer.saveCurrentEQPreset(u"Warm"_s); // replaces
+    equalizer.saveCurrentEQPreset(u"Warm"_s); // in the place of the first
     EXPECT_EQ(preferences.numbersMap(SettingsKey::eqUserPresets)->value(u"Warm"_s).back(), 1);
     equalizer.saveCurrentEQPreset(u"air 10"_s);
     equalizer.saveCurrentEQPreset(u"Air 9"_s);
@@ -188,7 +188,7 @@ TEST_F(EqualizerSettingsTest, UserPresetsKeepThePreampAndTheirTrimmedName) {
 
     equalizer.applyUserEQPreset(u"Warm"_s);
     const auto sound = applied.gains;
-    equalizer.deleteUserEQPreset(u" Warm"_s); // no trimming here
+    equalizer.deleteUserEQPreset(u" Warm"_s); // this name is not trimmed
     EXPECT_EQ(title(), u"Warm"_s);
     equalizer.deleteUserEQPreset(u"Warm"_s);
     EXPECT_EQ(title(), u"Custom"_s);

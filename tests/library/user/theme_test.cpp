@@ -30,7 +30,7 @@ QByteArray picture(QRgb color) {
     return buffer.data();
 }
 
-// Gives its bytes only when it is let.
+// Gives its bytes only when the gate is opened.
 struct SlowSource final : ArtworkSource {
     QByteArray bytes;
     mutable QSemaphore gate;
@@ -41,7 +41,7 @@ struct SlowSource final : ArtworkSource {
     QString key() const override { return u"slow"_s; }
 };
 
-// Until nobody reads it any more.
+// Waits until nobody reads it any more.
 void awaitEnd(const std::shared_ptr<SlowSource>& source) {
     while (source.use_count() > 1)
         std::this_thread::yield();
@@ -72,7 +72,7 @@ TEST_F(ThemeTest, TheStyleFollowsTheSettings) {
     EXPECT_EQ(theme.style().windowBackground, AppTheme::defaultWindowBackground);
     EXPECT_EQ(theme.ambientBackgroundBoost(), 0.22);
 
-    // Mint is the default accent for the accent, but the accent in force for the spectrum.
+    // Mint means the default accent, but for the spectrum it means the accent in use.
     theme.setSpectrumTintMode(SpectrumTintMode::mint);
     EXPECT_EQ(theme.spectrumTint(), AppTheme::gold);
     theme.setThemeAccentMode(SpectrumTintMode::mint);
@@ -151,7 +151,7 @@ TEST_F(ThemeTest, ARequestThatOutlivesItsAskerIsDropped) {
     }
     slow->gate.release();
     awaitEnd(slow);
-    QCoreApplication::processEvents(); // must not touch what is gone
+    QCoreApplication::processEvents(); // must not touch the destroyed asker
 }
 
 } // namespace
