@@ -233,7 +233,7 @@ void removeATenth(benchmark::State& state) {
         state.counters["published_ms"] = milliseconds(CLOCK_MONOTONIC) - start;
         state.counters["longest_ms"] = app->longest;
         state.ResumeTiming();
-        remembered.outside.preferences().waitForRemovals(); // nothing is left to be done behind it
+        remembered.outside.preferences().waitForWorker(); // nothing is left to be done behind it
         state.PauseTiming();
         owned.reset(); // the end of the program is not part of it
         state.ResumeTiming();

@@ -30,14 +30,15 @@ QString trackPath(qint64 i) {
         .arg(i % 12, 2, 10, QChar(u'0'));
 }
 
-/// Preferences of a library in which every track has been rated, played and measured.
+// Preferences of a library in which every track has been rated, played and measured.
 struct Filled {
     explicit Filled(qint64 tracks) {
         IntegerMap integers;
         NumbersMap loudness;
         for (qint64 i = 0; i < tracks; ++i) {
             integers.insert(trackPath(i), 1 + i % 5);
-            loudness.insert(trackPath(i), {-18.0 - double(i % 1000) / 997, -0.1 * double(i % 70)});
+            loudness.insert(trackPath(i), {-18.0 - static_cast<double>(i % 1000) / 997,
+                                           -0.1 * static_cast<double>(i % 70)});
             paths.append(trackPath(i));
         }
         const std::array changes{
@@ -54,7 +55,7 @@ struct Filled {
             open = std::make_unique<SqlitePreferences>(path, clock);
         return *open;
     }
-    /// As the program does when it ends.
+    // As the program does when it ends.
     void close() { open.reset(); }
 
     QTemporaryDir folder;

@@ -46,8 +46,17 @@ std::optional<double> take(std::string_view& text) {
 }
 
 void skipBlanks(std::string_view& text) {
-    const auto blanks = std::min(text.find_first_not_of(" \t\r\n"), text.size());
-    text.remove_prefix(blanks);
+    text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
+}
+
+// Whether the text goes on with a character. Moves past it then, and past blanks around it.
+bool skip(std::string_view& text, char character) {
+    skipBlanks(text);
+    if (!text.starts_with(character))
+        return false;
+    text.remove_prefix(1);
+    skipBlanks(text);
+    return true;
 }
 
 } // namespace
@@ -64,30 +73,20 @@ QByteArray numberListText(const std::vector<double>& numbers) {
 
 std::optional<std::vector<double>> numberListFromText(std::string_view text) {
     std::vector<double> numbers;
-    numbers.reserve(2); // nearly every stored list is a measurement's two
-    skipBlanks(text);
-    if (!text.starts_with('['))
+    numbers.reserve(2); // most stored lists are a measurement, which has two
+    if (!skip(text, '['))
         return std::nullopt;
-    text.remove_prefix(1);
-    skipBlanks(text);
     while (!text.starts_with(']')) {
         const auto number = take(text);
         if (!number)
             return std::nullopt;
         numbers.push_back(*number);
-        skipBlanks(text);
-        if (text.starts_with(',')) {
-            text.remove_prefix(1);
-            skipBlanks(text);
-            if (text.starts_with(']'))
-                return std::nullopt;
-        } else if (!text.starts_with(']')) {
+        if (!skip(text, ','))
+            break;
+        if (text.starts_with(']'))
             return std::nullopt;
-        }
     }
-    text.remove_prefix(1);
-    skipBlanks(text);
-    return text.empty() ? std::optional(std::move(numbers)) : std::nullopt;
+    return skip(text, ']') && text.empty() ? std::optional(std::move(numbers)) : std::nullopt;
 }
 
 } // namespace halvane

@@ -5,7 +5,7 @@ namespace halvane {
 
 namespace {
 
-// The collection that an insertion goes into. A value of another kind makes way for a new one.
+// The collection that an insertion goes into. A value of another kind makes way for an empty one.
 template<typename Collection>
 Collection& collection(std::optional<PreferenceValue>& value) {
     if (!value || !std::holds_alternative<Collection>(*value))

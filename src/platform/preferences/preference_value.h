@@ -16,14 +16,14 @@ namespace halvane {
 using IntegerMap = QHash<QString, qint64>;
 using NumbersMap = QHash<QString, std::vector<double>>;
 
-/// A stored value, one alternative for each kind. std::monostate is a value that no getter can
-/// read; it is never written.
+/// A stored value, one alternative for each kind. std::monostate stands for a value that no getter
+/// can read, and is never written.
 using PreferenceValue =
     std::variant<std::monostate, bool, double, QString, std::vector<double>, QStringList,
                  std::vector<QByteArray>, QByteArray, IntegerMap, NumbersMap>;
 
-/// One change of one key, as a value that can be kept and applied later. Applying a change twice
-/// gives what applying it once gives.
+/// One change of one key, as a value that can be kept and applied later. Applying it twice gives
+/// the same as applying it once.
 struct PreferenceChange {
     struct Set {
         PreferenceValue value;
@@ -56,7 +56,7 @@ void applyChange(const PreferenceChange& change, std::optional<PreferenceValue>&
 /// Whether the change replaces all that is stored under its key.
 bool replacesAll(const PreferenceChange& change);
 
-/// The entries that a change puts into a list or map.
+/// The entries that a change inserts into a list or map.
 QStringList entriesPutIn(const PreferenceChange& change);
 
 } // namespace halvane

@@ -7,13 +7,13 @@
 
 namespace halvane {
 
-/// A stored value that may still be being read; waits for it.
+/// Waits until a stored value has been read, and gives it.
 template<typename T>
 using Later = std::function<std::optional<T>()>;
 
 /// The user's preferences: a flat map from key to a typed value. A getter gives none where nothing
-/// is stored or where the stored value is of another kind. A setter returns when the change is
-/// durable. Failures are logged, never shown: the program goes on with what it has in memory. Main
+/// is stored or the stored value is of another kind. A setter returns when the change is durable.
+/// Failures are logged and never shown, since the program goes on with what it has in memory. Main
 /// thread.
 class Preferences {
   public:
@@ -43,14 +43,14 @@ class Preferences {
     void setNumber(const QString& key, double value) { set(key, value); }
     void setString(const QString& key, const QString& value) { set(key, value); }
     void setNumbers(const QString& key, const std::vector<double>& value) { set(key, value); }
-    /// The whole list is written: for short lists.
+    /// Writes the whole list, so it is meant for short ones.
     void setStrings(const QString& key, const QStringList& value) { set(key, value); }
     void setBlobs(const QString& key, const std::vector<QByteArray>& value) { set(key, value); }
     void setBlob(const QString& key, const QByteArray& value) { set(key, value); }
     void remove(const QString& key) { change({key, PreferenceChange::Remove{}}); }
 
-    // The cost of these changes does not grow with the collection. A key that is absent or of
-    // another kind becomes a collection of just what is inserted.
+    // The cost of these changes does not grow with the collection. Where a key is absent, or its
+    // value of another kind, a collection of just what is inserted comes about.
     void insertString(const QString& key, const QString& value) { insertStrings(key, {value}); }
     /// Appends the values that are not there yet, in one change.
     void insertStrings(const QString& key, const QStringList& values) {
@@ -71,9 +71,9 @@ class Preferences {
             change({key, PreferenceChange::RemoveEntries{entries}});
     }
 
-    // Values that may be long, without waiting for them here: the function gives the value as it is
-    // stored now. It may be called once, on any thread. It is null where the value is not being
-    // read ahead, and gives none where that failed: the getter tells in both cases.
+    // Values that may be long, so that nobody waits for them here. The function gives the value as
+    // it is stored now, and may be called once, on any thread. The getter has to be asked where the
+    // function is null, because the value is not read ahead, or gives none, because that failed.
     Later<QStringList> stringsLater(const QString& key) { return later<QStringList>(key); }
     Later<IntegerMap> integerMapLater(const QString& key) { return later<IntegerMap>(key); }
     Later<NumbersMap> numbersMapLater(const QString& key) { return later<NumbersMap>(key); }
@@ -81,7 +81,7 @@ class Preferences {
   protected:
     /// The value under a key; none when there is none.
     virtual std::optional<PreferenceValue> value(const QString& key) = 0;
-    /// The same when it has been read ahead, on any thread.
+    /// See stringsLater. Null here.
     virtual Later<PreferenceValue> valueLater(const QString& /*key*/) { return {}; }
     virtual void change(PreferenceChange change) = 0;
 

@@ -24,27 +24,27 @@ QDir backupFolder(const QString& path) {
 }
 
 // Copies all pages as they are at one moment. False when told to stop.
-bool copyPages(SqliteConnection& source, SqliteConnection& target, const std::atomic<bool>& stop) {
+bool copyPages(SqliteConnection& source, SqliteConnection& target, const SerialWorker::Job& job) {
     constexpr int pagesAtATime = 512;
-    // The read transaction holds the moment; without it, each change would begin the copy anew.
+    // The read transaction holds the moment. Without it each change would start the copy again.
     source.execute("BEGIN");
     source.single("SELECT count(*) FROM sqlite_schema");
     sqlite3_backup* backup = sqlite3_backup_init(target.handle(), "main", source.handle(), "main");
     int code = backup ? SQLITE_OK : SQLITE_ERROR;
-    while (code == SQLITE_OK && !stop)
+    while (code == SQLITE_OK && !job.isCancelled())
         code = sqlite3_backup_step(backup, pagesAtATime);
     sqlite3_backup_finish(backup);
-    if (code != SQLITE_DONE && !stop)
+    if (code != SQLITE_DONE && !job.isCancelled())
         throw SqliteError(code & 0xff, QString::fromUtf8(sqlite3_errstr(code)));
     return code == SQLITE_DONE;
 }
 
 // True when the copy is whole.
-bool copyDatabase(const QString& from, const QString& to, const std::atomic<bool>& stop) {
+bool copyDatabase(const QString& from, const QString& to, const SerialWorker::Job& job) {
     constexpr int patience = 1000;
     SqliteConnection source(from, SQLITE_OPEN_READONLY, patience);
     SqliteConnection target(to, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, patience);
-    if (!copyPages(source, target, stop))
+    if (!copyPages(source, target, job))
         return false;
     auto check = target.query("PRAGMA quick_check(1)");
     if (!check.next() || check.text(0) != "ok"_L1)
@@ -58,12 +58,14 @@ void removeOldCopies(const QString& path) {
         QFile::remove(copies[i]);
 }
 
-void backUp(const QString& path, const QString& copy, const std::atomic<bool>& stop) {
+void backUp(const QString& path, const QString& copy, const SerialWorker::Job& job) {
+    if (!QFileInfo::exists(path) || QFileInfo::exists(copy))
+        return;
     const QString unfinished = copy + u".part"_s;
     try {
         backupFolder(path).mkpath(u"."_s);
         QFile::remove(unfinished);
-        if (copyDatabase(path, unfinished, stop) && QFile::rename(unfinished, copy))
+        if (copyDatabase(path, unfinished, job) && QFile::rename(unfinished, copy))
             removeOldCopies(path);
     } catch (const SqliteError& error) {
         qCWarning(libraryLog, "preferences backup failed: %s", error.what());
@@ -74,26 +76,12 @@ void backUp(const QString& path, const QString& copy, const std::atomic<bool>& s
 
 } // namespace
 
-PreferencesBackup::PreferencesBackup(const QString& path, Clock& clock)
+PreferencesBackup::PreferencesBackup(const QString& path, Clock& clock, SerialWorker& worker)
     : m_path(path)
-    , m_clock(clock) {
-    m_worker.setMaxThreadCount(1);
+    , m_clock(clock)
+    , m_worker(worker) {
     m_first = clock.after(std::chrono::minutes(1), [this] { makeTodaysCopy(); });
     m_hourly = clock.every(std::chrono::hours(1), [this] { makeTodaysCopy(); });
-}
-
-PreferencesBackup::~PreferencesBackup() {
-    interrupt();
-}
-
-void PreferencesBackup::interrupt() {
-    m_stop = true;
-    m_worker.waitForDone();
-    m_stop = false;
-}
-
-void PreferencesBackup::wait() {
-    m_worker.waitForDone();
 }
 
 QStringList PreferencesBackup::copies(const QString& path) {
@@ -112,9 +100,8 @@ void PreferencesBackup::makeTodaysCopy() {
     const QFileInfo info(m_path);
     const QString copy = backupFolder(m_path).filePath(
         u"%1-%2.%3"_s.arg(info.completeBaseName(), day, info.suffix()));
-    if (!info.exists() || QFileInfo::exists(copy) || m_worker.activeThreadCount() > 0)
-        return;
-    m_worker.start([this, path = m_path, copy] { backUp(path, copy, m_stop); });
+    m_worker.start(
+        [path = m_path, copy](const SerialWorker::Job& job) { backUp(path, copy, job); });
 }
 
 } // namespace halvane

@@ -5,6 +5,8 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
+
 namespace halvane {
 
 using namespace Qt::StringLiterals;
@@ -65,9 +67,9 @@ CREATE VIEW setting AS
         FROM preference JOIN numbers_entry ON preference = id;
 )sql";
 
-// What is on its way out of the lists and maps. Earlier versions noted in `spared` which entries
-// had come back meanwhile, with no entry where that held for all under the key. They had neither
-// table at first.
+// A row of `removal` notes entries that leave lists and maps, both as JSON. Earlier versions kept
+// such an entry where `spared` named it; a NULL there kept all entries under the key. The first
+// version had neither table.
 constexpr const char* removalTables = R"sql(
 CREATE TABLE IF NOT EXISTS removal (
     id INTEGER PRIMARY KEY,
@@ -89,7 +91,7 @@ void createSchema(SqliteConnection& connection) {
     transaction.commit();
 }
 
-// Before anything is changed: another program's file stays as it is.
+// Called before anything is changed, so that another program's file stays as it is.
 void checkOwnership(SqliteConnection& connection) {
     const bool ours = connection.single("PRAGMA application_id") == applicationId;
     const qint64 version = connection.single("PRAGMA user_version");
@@ -116,8 +118,17 @@ PreferencesDatabase::PreferencesDatabase(const QString& path, int busyMillisecon
     if (isNew)
         createSchema(m_connection);
     m_connection.execute(removalTables);
-    // Fails here, not at the first change, where a table or a column is missing.
+    // A missing table or column shows here rather than at the first change.
     m_connection.query("SELECT item FROM setting LIMIT 0").run();
+    m_removals = notedRemovals(m_connection);
+}
+
+std::optional<PreferenceValue> PreferencesDatabase::value(const QString& key) {
+    // The worker may end a removal at any time, so the notes are read before the rows.
+    hasRemovals();
+    auto value = m_reader.value(key);
+    applyRemovals(m_removals, key, value);
+    return value;
 }
 
 qint64 PreferencesDatabase::rowOfKind(const QString& key, const PreferenceValue& emptyValue) {
@@ -127,18 +138,15 @@ qint64 PreferencesDatabase::rowOfKind(const QString& key, const PreferenceValue&
         return existing->id;
     if (existing)
         remove(key);
-    m_connection.query("INSERT INTO preference (key, kind) VALUES (?1, ?2)")
-        .bind(1, key)
-        .bind(2, kind)
-        .run();
+    m_connection.query("INSERT INTO preference (key, kind) VALUES (?1, ?2)", key, kind).run();
     return sqlite3_last_insert_rowid(m_connection.handle());
 }
 
 void PreferencesDatabase::remove(const QString& key) {
-    m_connection.query("DELETE FROM preference WHERE key = ?1").bind(1, key).run();
+    m_connection.query("DELETE FROM preference WHERE key = ?1", key).run();
 }
 
-/// Carries out one change inside a transaction.
+// Carries out one change inside a transaction.
 struct PreferencesDatabase::Apply {
     PreferencesDatabase& database;
     SqliteConnection& connection;
@@ -161,12 +169,12 @@ struct PreferencesDatabase::Apply {
         put(database.rowOfKind(key, NumbersMap()), insert.entry, insert.value);
     }
     void operator()(const PreferenceChange::RemoveEntries& remove) {
-        database.deleteEntries(key, ordered(remove.entries));
+        database.deleteEntries(key, inTableOrder(remove.entries));
     }
 
   private:
     void write(std::monostate) {}
-    void write(bool value) { writeScalar<bool>(qint64(value)); }
+    void write(bool value) { writeScalar<bool>(static_cast<qint64>(value)); }
     void write(double value) { writeScalar<double>(value); }
     void write(const QString& value) { writeScalar<QString>(value); }
     void write(const QByteArray& value) { writeScalar<QByteArray>(value); }
@@ -174,22 +182,21 @@ struct PreferencesDatabase::Apply {
     template<typename Value, typename Column>
     void writeScalar(const Column& column) {
         const qint64 id = database.rowOfKind(key, Value());
-        connection.query("UPDATE preference SET value = ?2 WHERE id = ?1 AND value IS NOT ?2")
-            .bind(1, id)
-            .bind(2, column)
+        connection
+            .query("UPDATE preference SET value = ?2 WHERE id = ?1 AND value IS NOT ?2", id, column)
             .run();
     }
 
-    // Lists are written whole: long ones change by insertions and removals only.
+    // Writes the whole list. Long lists change by insertions and removals only.
     template<typename List>
     void writeList(const List& items, const char* clear, const char* insert) {
         const qint64 id = database.rowOfKind(key, List());
-        if (std::get<List>(*database.value(key)) == items)
+        if (std::get<List>(*database.m_reader.value(key)) == items)
             return;
-        connection.query(clear).bind(1, id).run();
+        connection.query(clear, id).run();
         qint64 position = 0;
         for (const auto& item : items)
-            connection.query(insert).bind(1, id).bind(2, ++position).bind(3, item).run();
+            connection.query(insert, id, ++position, item).run();
     }
     void write(const std::vector<double>& items) {
         writeList(items, "DELETE FROM number_item WHERE preference = ?1",
@@ -206,22 +213,19 @@ struct PreferencesDatabase::Apply {
 
     qint64 lastPosition(qint64 id) {
         auto query =
-            connection.query("SELECT max(position) FROM string_item WHERE preference = ?1");
-        query.bind(1, id);
+            connection.query("SELECT max(position) FROM string_item WHERE preference = ?1", id);
         return query.next() ? query.integer(0) : 0; // NULL of an empty list is 0
     }
     void appendIfNew(qint64 id, qint64 position, const QString& text) {
-        // Two statements: SQLite would gather the rows of INSERT ... SELECT in a temporary table.
+        // SQLite would gather the rows of one INSERT ... SELECT in a temporary table.
         const QByteArray utf8 = text.toUtf8();
-        if (connection.query("SELECT 1 FROM string_item WHERE preference = ?1 AND value = ?2")
-                .bind(1, id)
-                .bindUtf8(2, utf8)
+        if (connection
+                .query("SELECT 1 FROM string_item WHERE preference = ?1 AND value = ?2", id,
+                       SqliteText{utf8})
                 .next())
             return;
-        connection.query("INSERT INTO string_item VALUES (?1, ?2, ?3)")
-            .bind(1, id)
-            .bind(2, position)
-            .bindUtf8(3, utf8)
+        connection
+            .query("INSERT INTO string_item VALUES (?1, ?2, ?3)", id, position, SqliteText{utf8})
             .run();
     }
 
@@ -238,38 +242,36 @@ struct PreferencesDatabase::Apply {
     void put(qint64 id, const QString& name, qint64 value) {
         connection
             .query("INSERT INTO integer_entry VALUES (?1, ?2, ?3) ON CONFLICT DO UPDATE SET "
-                   "value = excluded.value WHERE value <> excluded.value")
-            .bind(1, id)
-            .bind(2, name)
-            .bind(3, value)
+                   "value = excluded.value WHERE value <> excluded.value",
+                   id, name, value)
             .run();
     }
     void put(qint64 id, const QString& name, const std::vector<double>& value) {
         connection
             .query("INSERT INTO numbers_entry VALUES (?1, ?2, ?3) ON CONFLICT DO UPDATE SET "
-                   "value = excluded.value WHERE value <> excluded.value")
-            .bind(1, id)
-            .bind(2, name)
-            .bindUtf8(3, numberListText(value))
+                   "value = excluded.value WHERE value <> excluded.value",
+                   id, name, SqliteText{numberListText(value)})
             .run();
     }
 };
 
-void PreferencesDatabase::apply(std::span<const PreferenceChange> changes,
-                                std::span<const PreferencesRemoval> removals) {
+void PreferencesDatabase::apply(std::span<const PreferenceChange> changes) {
+    hasRemovals(); // one that is over must not take out what has come back since
     SqliteTransaction transaction(m_connection);
-    for (const auto& removal : removals) {
-        for (const auto& part : removal.parts)
-            deleteEntries(part.key, ordered(part.entries));
-        endRemoval(removal.id);
+    for (const PreferencesRemoval& removal : m_removals) {
+        const bool isCrossed =
+            std::any_of(changes.begin(), changes.end(), [&](const PreferenceChange& change) {
+                return removal.isCrossedBy(change);
+            });
+        if (!isCrossed)
+            continue;
+        for (const auto& [key, entries] : removal.parts)
+            deleteEntries(key, inTableOrder(entries));
+        endRemoval(removal);
     }
-    for (const auto& change : changes)
+    for (const PreferenceChange& change : changes)
         std::visit(Apply{*this, m_connection, change.key}, change.what);
     transaction.commit();
-}
-
-void PreferencesDatabase::commitLazily() {
-    m_connection.execute("PRAGMA synchronous = NORMAL");
 }
 
 } // namespace halvane

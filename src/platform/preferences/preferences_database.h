@@ -2,26 +2,18 @@
 #pragma once
 
 #include "platform/preferences/preferences_reader.h"
+#include "platform/preferences/preferences_removal.h"
+#include "platform/preferences/write_turns.h"
 
 #include <span>
+#include <stop_token>
 
 namespace halvane {
 
-/// Many entries that leave several string lists and maps, as noted in the file.
-struct PreferencesRemoval {
-    qint64 id = 0; ///< of the note
-    /// One for each list or map.
-    struct Part {
-        QString key;
-        QSet<QString> entries;
-    };
-    std::vector<Part> parts;
-};
-
-/// The preferences file: one row for each key with its kind and, for a single value, the value; one
-/// row for each item of a list and each entry of a map, in the table of their type. Not
-/// thread-safe. Throws SqliteError; one that says isDamage means that the file is not, or no
-/// longer, a preferences file of this version.
+/// The preferences file. It holds one row for each key, with its kind and, for a single value, the
+/// value; and one row for each item of a list and each entry of a map, in the table of their type.
+/// One thread at a time. Throws SqliteError; one that says isDamage means that the file is not, or
+/// no longer, a preferences file of this version.
 class PreferencesDatabase {
   public:
     /// The file's format; a file with a higher number was written by a newer program.
@@ -33,44 +25,41 @@ class PreferencesDatabase {
     /// How long a call that finds the file locked waits at most.
     void setPatience(int busyMilliseconds) { m_connection.setPatience(busyMilliseconds); }
 
-    std::optional<PreferenceValue> value(const QString& key) { return m_reader.value(key); }
+    std::optional<PreferenceValue> value(const QString& key);
     /// The keys of lists of strings and of maps, which may be long.
     QStringList longValues() { return m_reader.longValues(); }
 
-    /// Finishes the removals and then makes all the changes, or does nothing. All is on the disk
-    /// when this returns. A value that is stored already is not written.
-    void apply(std::span<const PreferenceChange> changes,
-               std::span<const PreferencesRemoval> removals = {});
+    /// Makes all the changes, or none. They are on the disk when this returns. A value that is
+    /// stored already is not written.
+    void apply(std::span<const PreferenceChange> changes);
 
-    /// Notes that entries leave. That is one small change however many they are, and it is on the
-    /// disk when this returns; the entries are still in their lists and maps.
-    PreferencesRemoval noteRemoval(const QStringList& keys, const QSet<QString>& entries);
-    /// The removals that are noted and not finished.
-    std::vector<PreferencesRemoval> notedRemovals();
-    /// Entries as UTF-8 in the order of the tables. Who goes by it meets each page once.
-    static std::vector<QByteArray> ordered(const QSet<QString>& entries);
-    /// Takes entries, in that order, out of a list or map.
-    void takeOut(const QString& key, std::span<const QByteArray> entries);
-    /// Takes the note away once the entries have left.
-    void endRemoval(qint64 id);
-    /// From now on a commit reaches the disk with a later one, or when the program ends. Commits
-    /// reach it in their order.
-    void commitLazily();
+    /// Notes that entries leave lists and maps. The note is on the disk when this returns.
+    void noteRemoval(const QStringList& keys, const QSet<QString>& entries);
+    /// Whether entries that were noted still have to be taken out.
+    bool hasRemovals();
+    /// Takes out all that is noted, a few entries in each turn. Stops at the end of a turn when
+    /// asked to. The disk may be behind, but it gets the changes in their order.
+    void carryOutRemovals(WriteTurns& turns, const std::stop_token& stop);
 
   private:
     struct Apply;
 
     static constexpr int pagesOfACheckpoint = 200;
 
-    /// The id of a key's row of a kind; a row of another kind makes way, with all it holds.
+    /// The id of a key's row of a kind. A row of another kind makes way, with all it holds.
     qint64 rowOfKind(const QString& key, const PreferenceValue& emptyValue);
     void remove(const QString& key);
+    /// Entries as UTF-8, in the order of the tables.
+    static std::vector<QByteArray> inTableOrder(const QSet<QString>& entries);
     void deleteEntries(const QString& key, std::span<const QByteArray> entries);
     void deleteFromList(qint64 id, std::span<const QByteArray> entries);
     void deleteFromMap(qint64 id, std::span<const QByteArray> entries, const char* sql);
+    bool isNoted(const PreferencesRemoval& removal);
+    void endRemoval(const PreferencesRemoval& removal);
 
     SqliteConnection m_connection;
     PreferencesReader m_reader{m_connection};
+    std::vector<PreferencesRemoval> m_removals; ///< that were noted, some of them over by now
 };
 
 } // namespace halvane

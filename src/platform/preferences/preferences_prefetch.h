@@ -1,43 +1,36 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/preferences/preference_value.h"
+#include "platform/preferences/preferences.h"
+#include "platform/serial_worker.h"
 
-#include <atomic>
-#include <functional>
-#include <future>
 #include <map>
 #include <memory>
-#include <thread>
 
 namespace halvane {
 
-/// Reads the long values of a preferences file on a thread of its own while the program starts, so
-/// that they are there when they are needed. Main thread.
+/// The long values of a preferences file, which a worker reads while the program starts. A thread
+/// that needs a value before the worker has come to it reads the value itself. Main thread.
 class PreferencesPrefetch {
   public:
-    /// Begins with the values of these keys, in this order.
-    PreferencesPrefetch(const QString& path, const QStringList& keys);
+    /// Lets the worker read the values of these keys, in this order.
+    void begin(SerialWorker& worker, const QString& path, const QStringList& keys);
 
-    /// The value of a key, once. Waits for it while it is being read. None when there is no such
-    /// value here, or when its turn has not come: then it is quicker to read it oneself.
+    /// The value of a key, once. Waits for it while the worker is reading it. None where the worker
+    /// has not come to it, or failed.
     std::optional<PreferenceValue> take(const QString& key);
-    /// The same for another thread; a null function when there is no such value here. The function
-    /// may be called once and waits until the value is read. It gives none where reading failed or
-    /// was given up.
-    std::function<std::optional<PreferenceValue>()> takeLater(const QString& key);
-    /// The value is about to change: it is not handed out any more.
+    /// Hands a value over to another thread. Null where the value is not read ahead. The function
+    /// gives none where reading failed.
+    Later<PreferenceValue> takeLater(const QString& key);
+    /// Hands out the value of a key no more, because it is about to change.
     void forget(const QString& key) { m_values.erase(key); }
+    void forgetAll() { m_values.clear(); }
 
   private:
-    struct Value {
-        std::future<PreferenceValue> read;
-        std::shared_ptr<std::atomic<bool>> isClaimed; ///< by whoever reads it
-    };
-    static std::optional<PreferenceValue> wait(Value& value);
+    class Value;
 
-    std::map<QString, Value> m_values; ///< not handed out yet
-    std::jthread m_thread;             ///< gives up when this goes
+    QString m_path;
+    std::map<QString, std::shared_ptr<Value>> m_values; ///< not handed out yet
 };
 
 } // namespace halvane

@@ -18,22 +18,17 @@ constexpr std::array<const char*, std::variant_size_v<PreferenceValue>> kindName
     "",          "boolean", "number",      "string",         "number list", "string list",
     "data list", "data",    "integer map", "number list map"};
 
-// A single value. The file may have been edited by hand, so its column may be of any type.
-PreferenceValue scalar(const SqliteQuery& query, int column, const QString& kind) {
-    const int type = query.type(column);
-    const bool numeric = type == SQLITE_INTEGER || type == SQLITE_FLOAT;
-    if (kind == "boolean"_L1 && type == SQLITE_INTEGER)
-        return query.integer(column) != 0;
-    if (kind == "number"_L1 && (numeric || type == SQLITE_NULL))
-        return query.number(column);
-    if (kind == "string"_L1 && type == SQLITE_TEXT)
-        return query.text(column);
-    if (kind == "data"_L1 && type == SQLITE_BLOB)
-        return query.blob(column);
+PreferenceValue emptyCollection(const QString& kind) {
+    static const std::array<PreferenceValue, 5> collections{std::vector<double>(), QStringList(),
+                                                            std::vector<QByteArray>(), IntegerMap(),
+                                                            NumbersMap()};
+    for (const PreferenceValue& empty : collections)
+        if (kind == QLatin1StringView(kindNames[empty.index()]))
+            return empty;
     return std::monostate();
 }
 
-// Makes room once: a map that grows entry by entry is built again and again.
+// Makes room once, since a map that grows entry by entry is built again several times.
 template<typename Map, typename Entries>
 void fill(Map& map, Entries& entries) {
     map.reserve(static_cast<qsizetype>(entries.size()));
@@ -47,22 +42,20 @@ QString PreferencesReader::kindName(const PreferenceValue& value) {
     return QLatin1StringView(kindNames[value.index()]);
 }
 
-PreferenceValue PreferencesReader::emptyValue(const QString& kindName) {
-    static const std::array<PreferenceValue, std::variant_size_v<PreferenceValue>> empty{
-        std::monostate(),
-        false,
-        0.0,
-        QString(),
-        std::vector<double>(),
-        QStringList(),
-        std::vector<QByteArray>(),
-        QByteArray(),
-        IntegerMap(),
-        NumbersMap()};
-    for (std::size_t i = 1; i < kindNames.size(); ++i)
-        if (kindName == QLatin1StringView(kindNames[i]))
-            return empty[i];
-    return std::monostate();
+PreferenceValue PreferencesReader::single(const SqliteQuery& query, int column,
+                                          const QString& kind) {
+    // The column may be of any type, since users may edit the file.
+    const int type = query.type(column);
+    const bool numeric = type == SQLITE_INTEGER || type == SQLITE_FLOAT;
+    if (kind == "boolean"_L1 && type == SQLITE_INTEGER)
+        return query.integer(column) != 0;
+    if (kind == "number"_L1 && (numeric || type == SQLITE_NULL))
+        return query.number(column);
+    if (kind == "string"_L1 && type == SQLITE_TEXT)
+        return query.text(column);
+    if (kind == "data"_L1 && type == SQLITE_BLOB)
+        return query.blob(column);
+    return emptyCollection(kind);
 }
 
 QStringList PreferencesReader::longValues() {
@@ -75,70 +68,62 @@ QStringList PreferencesReader::longValues() {
 }
 
 std::optional<PreferencesReader::Row> PreferencesReader::row(const QString& key) {
-    auto query = m_connection.query("SELECT id, kind, value FROM preference WHERE key = ?1");
-    if (!query.bind(1, key).next())
+    auto query = m_connection.query("SELECT id, kind, value FROM preference WHERE key = ?1", key);
+    if (!query.next())
         return std::nullopt;
     const QString kind = query.text(1);
-    return Row{query.integer(0), kind, scalar(query, 2, kind)};
+    return Row{query.integer(0), kind, single(query, 2, kind)};
 }
 
-std::optional<PreferenceValue> PreferencesReader::value(const QString& key) {
-    const auto found = row(key);
-    return found
-               ? std::optional(read(*found, [](const SqliteQuery& query) { return query.text(0); }))
-               : std::nullopt;
+std::optional<PreferenceValue> PreferencesReader::value(const QString& key, SharedNames* names) {
+    auto found = row(key);
+    return found ? std::optional(read(*std::move(found), names)) : std::nullopt;
 }
 
-std::optional<PreferenceValue> PreferencesReader::value(const QString& key, SharedNames& names) {
-    const auto found = row(key);
-    if (!found)
-        return std::nullopt;
-    auto value =
-        read(*found, [&names](const SqliteQuery& query) { return names.take(query.utf8(0)); });
-    names.endList();
-    return value;
+template<typename Visit>
+void PreferencesReader::visitRows(const char* sql, qint64 id, const Visit& visit) {
+    auto query = m_connection.query(sql, id);
+    while (query.next())
+        visit(query);
 }
 
-template<typename Text>
-PreferenceValue PreferencesReader::read(const Row& row, const Text& text) {
-    const auto rows = [&](const char* sql, const auto& visit) {
-        auto query = m_connection.query(sql);
-        query.bind(1, row.id);
-        while (query.next())
-            visit(query);
+PreferenceValue PreferencesReader::read(Row row, SharedNames* names) {
+    const auto text = [names](const SqliteQuery& query) {
+        return names ? names->take(query.utf8(0)) : query.text(0);
     };
-    PreferenceValue value = emptyValue(row.kind);
+    PreferenceValue value = std::move(row.value);
     if (auto* numbers = std::get_if<std::vector<double>>(&value)) {
-        rows("SELECT value FROM number_item WHERE preference = ?1 ORDER BY position",
-             [&](const SqliteQuery& query) { numbers->push_back(query.number(0)); });
+        visitRows("SELECT value FROM number_item WHERE preference = ?1 ORDER BY position", row.id,
+                  [&](const SqliteQuery& query) { numbers->push_back(query.number(0)); });
     } else if (auto* strings = std::get_if<QStringList>(&value)) {
-        rows("SELECT value FROM string_item WHERE preference = ?1 ORDER BY position",
-             [&](const SqliteQuery& query) { strings->append(text(query)); });
+        visitRows("SELECT value FROM string_item WHERE preference = ?1 ORDER BY position", row.id,
+                  [&](const SqliteQuery& query) { strings->append(text(query)); });
     } else if (auto* blobs = std::get_if<std::vector<QByteArray>>(&value)) {
-        rows("SELECT value FROM data_item WHERE preference = ?1 ORDER BY position",
-             [&](const SqliteQuery& query) { blobs->push_back(query.blob(0)); });
+        visitRows("SELECT value FROM data_item WHERE preference = ?1 ORDER BY position", row.id,
+                  [&](const SqliteQuery& query) { blobs->push_back(query.blob(0)); });
     } else if (auto* integers = std::get_if<IntegerMap>(&value)) {
         std::vector<std::pair<QString, qint64>> entries;
-        rows(
-            "SELECT name, value FROM integer_entry WHERE preference = ?1 ORDER BY name",
+        visitRows(
+            "SELECT name, value FROM integer_entry WHERE preference = ?1 ORDER BY name", row.id,
             [&](const SqliteQuery& query) { entries.emplace_back(text(query), query.integer(1)); });
         fill(*integers, entries);
     } else if (auto* lists = std::get_if<NumbersMap>(&value)) {
         std::vector<std::pair<QString, std::vector<double>>> entries;
         bool isReadable = true;
-        rows("SELECT name, value FROM numbers_entry WHERE preference = ?1 ORDER BY name",
-             [&](const SqliteQuery& query) {
-                 auto list = numberListFromText(query.utf8(1));
-                 isReadable = isReadable && list;
-                 if (isReadable)
-                     entries.emplace_back(text(query), *std::move(list));
-             });
-        if (!isReadable)
-            return std::monostate();
-        fill(*lists, entries);
-    } else {
-        return row.value;
+        visitRows("SELECT name, value FROM numbers_entry WHERE preference = ?1 ORDER BY name",
+                  row.id, [&](const SqliteQuery& query) {
+                      auto list = numberListFromText(query.utf8(1));
+                      isReadable = isReadable && list;
+                      if (isReadable)
+                          entries.emplace_back(text(query), *std::move(list));
+                  });
+        if (isReadable)
+            fill(*lists, entries);
+        else
+            value = std::monostate();
     }
+    if (names)
+        names->endList();
     return value;
 }
 

@@ -7,36 +7,37 @@
 
 namespace halvane {
 
-/// Reads values from a preferences file through a connection, which must outlive it. One thread at
-/// a time. Throws SqliteError.
+/// Reads values from a preferences file as its tables hold them, through a connection that outlives
+/// it. One thread at a time. Throws SqliteError.
 class PreferencesReader {
   public:
     /// A key's row.
     struct Row {
         qint64 id;
         QString kind;
-        PreferenceValue value; ///< monostate for a list or a map
+        PreferenceValue value; ///< a list or a map is empty here
     };
 
     explicit PreferencesReader(SqliteConnection& connection)
         : m_connection(connection) {}
 
     std::optional<Row> row(const QString& key);
-    std::optional<PreferenceValue> value(const QString& key);
-    /// The same; texts that lists and maps have in common are shared among them.
-    std::optional<PreferenceValue> value(const QString& key, SharedNames& names);
-    /// The keys of values that may be long, those first that are needed first: lists of strings,
-    /// then maps.
+    /// Texts that lists and maps have in common are shared through `names`, where it is given.
+    std::optional<PreferenceValue> value(const QString& key, SharedNames* names = nullptr);
+    /// The keys of values that may be long, in the order in which the program needs them: lists of
+    /// strings come before maps.
     QStringList longValues();
 
-    /// The name under which a kind is stored, and the kind's empty value by that name. An unknown
-    /// name gives std::monostate.
+    /// The name under which a kind is stored.
     static QString kindName(const PreferenceValue& value);
-    static PreferenceValue emptyValue(const QString& kindName);
+    /// The single value of that kind that a column holds; the empty list or map of that kind;
+    /// std::monostate for anything else.
+    static PreferenceValue single(const SqliteQuery& query, int column, const QString& kind);
 
   private:
-    template<typename Text>
-    PreferenceValue read(const Row& row, const Text& text);
+    template<typename Visit>
+    void visitRows(const char* sql, qint64 id, const Visit& visit);
+    PreferenceValue read(Row row, SharedNames* names);
 
     SqliteConnection& m_connection;
 };

@@ -1,7 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "platform/preferences/preferences_removal.h"
 
-#include "platform/log.h"
+#include "platform/preferences/sqlite_connection.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QRandomGenerator>
+
+#include <sqlite3.h>
 
 #include <algorithm>
 
@@ -9,102 +15,92 @@ namespace halvane {
 
 namespace {
 
-constexpr int patience = 250;        ///< ms that another process's lock is waited for
-constexpr std::size_t portion = 500; ///< entries that are taken out within a few milliseconds
+// The window waits for the note. Qt's writer would take several milliseconds more for ten thousand
+// texts, so it writes only those that need an escape.
+template<typename Texts>
+QByteArray jsonText(const Texts& texts) {
+    QByteArray json = "[";
+    for (const QString& text : texts) {
+        if (json.size() > 1)
+            json += ',';
+        const QByteArray utf8 = text.toUtf8();
+        const bool isPlain = std::none_of(utf8.cbegin(), utf8.cend(), [](char c) {
+            return (c >= 0 && c < 0x20) || c == '"' || c == '\\';
+        });
+        if (isPlain)
+            json.append('"').append(utf8).append('"');
+        else
+            json +=
+                QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact).mid(1).chopped(1);
+    }
+    return json += ']';
+}
 
-bool crosses(const PreferenceChange& change, const PreferencesRemoval::Part& part) {
-    if (change.key != part.key)
-        return false;
-    const QStringList entries = entriesPutIn(change);
-    return replacesAll(change) ||
-           std::any_of(entries.cbegin(), entries.cend(),
-                       [&](const QString& entry) { return part.entries.contains(entry); });
+QStringList textsOf(const QByteArray& json) {
+    QStringList texts;
+    for (const QJsonValue text : QJsonDocument::fromJson(json).array())
+        texts.append(text.toString());
+    return texts;
 }
 
 } // namespace
 
-void applyRemovals(std::span<const PreferencesRemoval> removals, const QString& key,
+bool PreferencesRemoval::isCrossedBy(const PreferenceChange& change) const {
+    const bool isSet = std::holds_alternative<PreferenceChange::Set>(change.what);
+    const QStringList putIn = entriesPutIn(change);
+    return std::any_of(parts.cbegin(), parts.cend(), [&](const Part& part) {
+        return part.key == change.key &&
+               (isSet || std::any_of(putIn.cbegin(), putIn.cend(), [&](const QString& entry) {
+                    return part.entries.contains(entry);
+                }));
+    });
+}
+
+void applyRemovals(const std::vector<PreferencesRemoval>& removals, const QString& key,
                    std::optional<PreferenceValue>& value) {
-    for (const auto& removal : removals)
-        for (const auto& part : removal.parts)
+    for (const PreferencesRemoval& removal : removals)
+        for (const PreferencesRemoval::Part& part : removal.parts)
             if (part.key == key)
                 applyChange({key, PreferenceChange::RemoveEntries{part.entries}}, value);
 }
 
-PreferencesRemovals::PreferencesRemovals(const QString& path)
-    : m_path(path) {
-    m_worker.setMaxThreadCount(1);
+PreferencesRemoval noteRemoval(SqliteConnection& connection, const QStringList& keys,
+                               const QSet<QString>& entries) {
+    // SQLite would give the number of a deleted note to the next one. The worker must not take a
+    // new note for an old one, so the number is random.
+    PreferencesRemoval removal{static_cast<qint64>(QRandomGenerator::global()->generate64() >> 1),
+                               {}};
+    for (const QString& key : keys)
+        removal.parts.push_back({key, entries});
+    connection
+        .query("INSERT INTO removal (id, keys, entries) VALUES (?1, ?2, ?3)", removal.id,
+               SqliteText{jsonText(keys)}, SqliteText{jsonText(entries)})
+        .run();
+    return removal;
 }
 
-PreferencesRemovals::~PreferencesRemovals() {
-    stop();
-}
-
-void PreferencesRemovals::begin(PreferencesRemoval removal) {
-    const auto begun = std::make_shared<Begun>();
-    begun->removal = std::move(removal);
-    m_begun.push_back(begun);
-    m_worker.start([this, begun] { carryOut(*begun); });
-}
-
-std::vector<PreferencesRemoval> PreferencesRemovals::unfinished() {
-    std::erase_if(m_begun, [](const auto& begun) { return begun->isFinished.load(); });
+std::vector<PreferencesRemoval> notedRemovals(SqliteConnection& connection) {
     std::vector<PreferencesRemoval> removals;
-    for (const auto& begun : m_begun)
-        removals.push_back(begun->removal);
-    return removals;
-}
-
-bool PreferencesRemovals::areCrossedBy(std::span<const PreferenceChange> changes) {
-    for (const auto& removal : unfinished())
-        for (const auto& part : removal.parts)
-            for (const auto& change : changes)
-                if (crosses(change, part))
-                    return true;
-    return false;
-}
-
-std::unique_lock<std::mutex> PreferencesRemovals::holdUp() {
-    m_isHeldUp = true;
-    std::unique_lock lock(m_writing);
-    m_isHeldUp = false;
-    m_isHeldUp.notify_one();
-    return lock;
-}
-
-void PreferencesRemovals::finish() {
-    m_worker.waitForDone();
-}
-
-void PreferencesRemovals::stop() {
-    m_isStopped = true;
-    m_worker.waitForDone();
-    m_isStopped = false;
-}
-
-// Runs on the worker.
-void PreferencesRemovals::carryOut(Begun& begun) {
-    try {
-        PreferencesDatabase database(m_path, patience);
-        database.commitLazily();
-        for (const auto& part : begun.removal.parts) {
-            const auto entries = PreferencesDatabase::ordered(part.entries);
-            for (std::size_t done = 0; done < entries.size(); done += portion) {
-                m_isHeldUp.wait(true); // a free mutex alone would rarely let the other in
-                const std::lock_guard lock(m_writing);
-                if (m_isStopped)
-                    return;
-                const auto rest = std::span(entries).subspan(done);
-                database.takeOut(part.key, rest.first(std::min(rest.size(), portion)));
-            }
+    auto query = connection.query("SELECT id, keys, entries FROM removal");
+    while (query.next()) {
+        const QStringList entries = textsOf(query.blob(2));
+        QHash<QString, QSet<QString>> leaving;
+        for (const QString& key : textsOf(query.blob(1)))
+            leaving.insert(key, {entries.cbegin(), entries.cend()});
+        auto spared =
+            connection.query("SELECT key, entry FROM spared WHERE removal = ?1", query.integer(0));
+        while (spared.next()) {
+            if (spared.type(1) == SQLITE_NULL)
+                leaving.remove(spared.text(0));
+            else
+                leaving[spared.text(0)].remove(spared.text(1));
         }
-        const std::lock_guard lock(m_writing);
-        database.endRemoval(begun.removal.id);
-        begun.isFinished = true;
-    } catch (const SqliteError& error) {
-        // The note stays until a change crosses it or the program starts again.
-        qCWarning(libraryLog, "preferences not tidied yet: %s", error.what());
+        PreferencesRemoval removal{query.integer(0), {}};
+        for (auto part = leaving.cbegin(); part != leaving.cend(); ++part)
+            removal.parts.push_back({part.key(), *part});
+        removals.push_back(std::move(removal));
     }
+    return removals;
 }
 
 } // namespace halvane

@@ -1,59 +1,37 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/preferences/preferences_database.h"
-
-#include <QThreadPool>
-
-#include <atomic>
-#include <memory>
-#include <mutex>
+#include "platform/preferences/preference_value.h"
 
 namespace halvane {
 
-/// What the value of a key becomes once the removals are finished.
-void applyRemovals(std::span<const PreferencesRemoval> removals, const QString& key,
+class SqliteConnection;
+
+/// Many entries that leave several lists and maps together. The file notes them in one row until
+/// they have been taken out; from the note on they count as gone.
+struct PreferencesRemoval {
+    /// What leaves one list or map.
+    struct Part {
+        QString key;
+        QSet<QString> entries;
+    };
+
+    qint64 id = 0; ///< of the note; no other note ever has it
+    std::vector<Part> parts;
+
+    /// Whether a change puts in again what leaves. The removal must be over before such a change.
+    bool isCrossedBy(const PreferenceChange& change) const;
+};
+
+/// Makes the value of a key what it is once the removals are over.
+void applyRemovals(const std::vector<PreferencesRemoval>& removals, const QString& key,
                    std::optional<PreferenceValue>& value);
 
-/// Carries out removals that are noted in a preferences file, on a thread of its own and a few
-/// entries at a time, so that changes can come in between. A removal that is not finished when the
-/// program ends is finished when it starts again. Main thread.
-class PreferencesRemovals {
-  public:
-    explicit PreferencesRemovals(const QString& path);
-    /// Leaves what is not finished.
-    ~PreferencesRemovals();
+/// Writes a note, as one small change however many entries there are. Throws SqliteError.
+PreferencesRemoval noteRemoval(SqliteConnection& connection, const QStringList& keys,
+                               const QSet<QString>& entries);
 
-    void begin(PreferencesRemoval removal);
-    std::vector<PreferencesRemoval> unfinished();
-    /// Whether the changes would put in again what is on its way out. The removals must be over
-    /// before such changes are made.
-    bool areCrossedBy(std::span<const PreferenceChange> changes);
-
-    /// While the lock is held, nothing is written to the file here.
-    std::unique_lock<std::mutex> holdUp();
-    /// Waits until everything is finished or something is in the way.
-    void finish();
-    /// Stops at once. What is unfinished stays so.
-    void stop();
-    /// Forgets what is unfinished, after stop.
-    void clear() { m_begun.clear(); }
-
-  private:
-    struct Begun {
-        PreferencesRemoval removal;
-        std::atomic<bool> isFinished = false; ///< set by the worker
-    };
-    void carryOut(Begun& begun);
-
-    QString m_path;
-    std::vector<std::shared_ptr<Begun>> m_begun;
-    QThreadPool m_worker;
-
-    // Shared with the worker.
-    std::atomic<bool> m_isStopped = false;
-    std::atomic<bool> m_isHeldUp = false; ///< the main thread waits for m_writing
-    std::mutex m_writing;                 ///< held while a portion is written
-};
+/// The removals that the file notes. Throws SqliteError.
+std::vector<PreferencesRemoval> notedRemovals(SqliteConnection& connection);
 
 } // namespace halvane

@@ -5,6 +5,7 @@
 #include "platform/preferences/preferences_database.h"
 #include "platform/preferences/preferences_reader.h"
 
+#include <QByteArrayList>
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
@@ -12,6 +13,7 @@
 
 #include <sqlite3.h>
 
+#include <deque>
 #include <fcntl.h>
 #include <filesystem>
 #include <map>
@@ -28,27 +30,43 @@ namespace fs = std::filesystem;
 const QString logSuffix = u"-wal"_s;
 const QString sharedSuffix = u"-shm"_s;
 
-// In the place of what was cut off a file SQLite reads zeros, without an error.
+// Where the end of a file was cut off, SQLite reads zeros and reports no error.
 bool isWholeText(const SqliteQuery& query, int column) {
     return query.type(column) == SQLITE_TEXT &&
            query.utf8(column).find('\0') == std::string_view::npos;
 }
 
+void takeOutRemoved(SalvagedPreferences& salvaged) {
+    for (auto entry = salvaged.values.begin(); entry != salvaged.values.end(); ++entry) {
+        std::optional<PreferenceValue> value(std::move(*entry));
+        applyRemovals(salvaged.removals, entry.key(), value);
+        *entry = *std::move(value);
+    }
+}
+
 // Reads a damaged file's tables into values.
 class Reader {
   public:
-    explicit Reader(SqliteConnection& connection)
-        : m_connection(connection) {}
+    Reader(const QString& path, int flags)
+        : m_connection(path, flags, 0) {
+        // With this SQLite opens a file that ends too early, too.
+        m_connection.execute("PRAGMA writable_schema = ON");
+    }
 
     SalvagedPreferences read();
 
   private:
-    // Visits the rows of a table from its start and, past the first damaged page, from its end.
+    // Visits the rows of a table in an order and, where a damaged page stops that, in the opposite
+    // one.
     template<typename Visit>
-    void scan(const char* forwards, const char* backwards, Visit visit);
-    void readRows();
-    void readItems();
+    void scan(const QByteArray& what, const QByteArrayList& order, const Visit& visit);
+    template<typename List, typename Item>
+    void readList(const char* what, const Item& item);
+    template<typename Map, typename Entry>
+    void readMap(const char* what, const Entry& entry);
+    void readKeys();
     void nameOrphans();
+    std::vector<PreferencesRemoval> removals();
 
     template<typename Collection>
     Collection& collection(qint64 id) {
@@ -58,17 +76,20 @@ class Reader {
         return std::get<Collection>(value);
     }
 
-    SqliteConnection& m_connection;
+    std::deque<QByteArray> m_statements;
+    SqliteConnection m_connection;
     std::map<qint64, QString> m_keys;
     std::map<qint64, PreferenceValue> m_values;
     bool m_isComplete = true;
 };
 
 template<typename Visit>
-void Reader::scan(const char* forwards, const char* backwards, Visit visit) {
-    for (const char* sql : {forwards, backwards}) {
+void Reader::scan(const QByteArray& what, const QByteArrayList& order, const Visit& visit) {
+    for (const QByteArray& direction : {QByteArray(), QByteArray(" DESC")}) {
+        m_statements.push_back("SELECT " + what + " ORDER BY " + order.join(direction + ", ") +
+                               direction);
         try {
-            auto query = m_connection.query(sql);
+            auto query = m_connection.query(m_statements.back().constData());
             while (query.next())
                 visit(query);
             return;
@@ -78,92 +99,81 @@ void Reader::scan(const char* forwards, const char* backwards, Visit visit) {
     }
 }
 
-void Reader::readRows() {
-    const auto visit = [this](SqliteQuery& query) {
+void Reader::readKeys() {
+    scan("id, key, kind, value FROM preference", {"id"}, [this](const SqliteQuery& query) {
         const qint64 id = query.integer(0);
         m_keys[id] = query.text(1);
-        PreferenceValue value = PreferencesReader::emptyValue(query.text(2));
-        if (std::holds_alternative<bool>(value))
-            value = query.integer(3) != 0;
-        else if (std::holds_alternative<double>(value))
-            value = query.number(3);
-        else if (std::holds_alternative<QString>(value))
-            value = query.text(3);
-        else if (std::holds_alternative<QByteArray>(value))
-            value = query.blob(3);
-        m_values[id] = std::move(value);
-    };
-    scan("SELECT id, key, kind, value FROM preference ORDER BY id",
-         "SELECT id, key, kind, value FROM preference ORDER BY id DESC", visit);
+        m_values[id] = PreferencesReader::single(query, 3, query.text(2));
+    });
 }
 
-void Reader::readItems() {
-    // By place, since a list may be read from both of its ends.
-    std::map<qint64, std::map<qint64, double>> numbers;
-    std::map<qint64, std::map<qint64, QString>> strings;
-    std::map<qint64, std::map<qint64, QByteArray>> blobs;
-    scan("SELECT * FROM number_item ORDER BY preference, position",
-         "SELECT * FROM number_item ORDER BY preference DESC, position DESC",
-         [&](SqliteQuery& q) { numbers[q.integer(0)][q.integer(1)] = q.number(2); });
-    scan("SELECT * FROM string_item ORDER BY preference, position",
-         "SELECT * FROM string_item ORDER BY preference DESC, position DESC", [&](SqliteQuery& q) {
-             if (isWholeText(q, 2))
-                 strings[q.integer(0)][q.integer(1)] = q.text(2);
-         });
-    scan("SELECT * FROM data_item ORDER BY preference, position",
-         "SELECT * FROM data_item ORDER BY preference DESC, position DESC",
-         [&](SqliteQuery& q) { blobs[q.integer(0)][q.integer(1)] = q.blob(2); });
-    scan("SELECT * FROM integer_entry ORDER BY preference, name",
-         "SELECT * FROM integer_entry ORDER BY preference DESC, name DESC", [&](SqliteQuery& q) {
-             if (isWholeText(q, 1))
-                 collection<IntegerMap>(q.integer(0))[q.text(1)] = q.integer(2);
-         });
-    scan("SELECT * FROM numbers_entry ORDER BY preference, name",
-         "SELECT * FROM numbers_entry ORDER BY preference DESC, name DESC", [&](SqliteQuery& q) {
-             if (auto list = numberListFromText(q.utf8(2)); list && isWholeText(q, 1))
-                 collection<NumbersMap>(q.integer(0))[q.text(1)] = *std::move(list);
-         });
-    for (const auto& [id, items] : numbers)
-        for (const auto& [position, number] : items)
-            collection<std::vector<double>>(id).push_back(number);
-    for (const auto& [id, items] : strings)
-        for (const auto& [position, text] : items)
-            collection<QStringList>(id).append(text);
-    for (const auto& [id, items] : blobs)
-        for (const auto& [position, blob] : items)
-            collection<std::vector<QByteArray>>(id).push_back(blob);
+// Sorts the items by place, since a list may be read from both of its ends.
+template<typename List, typename Item>
+void Reader::readList(const char* what, const Item& item) {
+    std::map<qint64, std::map<qint64, typename List::value_type>> lists;
+    scan(what, {"preference", "position"}, [&](const SqliteQuery& query) {
+        if (auto found = item(query))
+            lists[query.integer(0)][query.integer(1)] = *std::move(found);
+    });
+    for (const auto& [id, items] : lists)
+        for (const auto& [position, value] : items)
+            collection<List>(id).push_back(value);
 }
 
-// Items whose key's row is lost may still find their key in the index over the keys.
+template<typename Map, typename Entry>
+void Reader::readMap(const char* what, const Entry& entry) {
+    scan(what, {"preference", "name"}, [&](const SqliteQuery& query) {
+        if (auto found = entry(query); found && isWholeText(query, 1))
+            collection<Map>(query.integer(0))[query.text(1)] = *std::move(found);
+    });
+}
+
+// Items whose key's row is lost find their key in the index over the keys, where that can be read.
 void Reader::nameOrphans() {
-    if (m_isComplete)
-        return;
-    scan(
-        "SELECT id, key FROM preference INDEXED BY sqlite_autoindex_preference_1 ORDER BY key",
-        "SELECT id, key FROM preference INDEXED BY sqlite_autoindex_preference_1 ORDER BY key DESC",
-        [this](SqliteQuery& query) { m_keys.emplace(query.integer(0), query.text(1)); });
+    if (!m_isComplete)
+        scan("id, key FROM preference INDEXED BY sqlite_autoindex_preference_1", {"key"},
+             [this](const SqliteQuery& query) { m_keys.emplace(query.integer(0), query.text(1)); });
+}
+
+// The first version had no table of removals.
+std::vector<PreferencesRemoval> Reader::removals() {
+    try {
+        return notedRemovals(m_connection);
+    } catch (const SqliteError&) {
+        return {};
+    }
 }
 
 SalvagedPreferences Reader::read() {
-    readRows();
-    readItems();
+    readKeys();
+    readList<std::vector<double>>("* FROM number_item", [](const SqliteQuery& query) {
+        return std::optional(query.number(2));
+    });
+    readList<QStringList>("* FROM string_item", [](const SqliteQuery& query) {
+        return isWholeText(query, 2) ? std::optional(query.text(2)) : std::nullopt;
+    });
+    readList<std::vector<QByteArray>>(
+        "* FROM data_item", [](const SqliteQuery& query) { return std::optional(query.blob(2)); });
+    readMap<IntegerMap>("* FROM integer_entry",
+                        [](const SqliteQuery& query) { return std::optional(query.integer(2)); });
+    readMap<NumbersMap>("* FROM numbers_entry",
+                        [](const SqliteQuery& query) { return numberListFromText(query.utf8(2)); });
     nameOrphans();
     SalvagedPreferences result;
+    result.removals = removals();
     result.isComplete = m_isComplete;
     for (const auto& [id, value] : m_values) {
         const auto key = m_keys.find(id);
         if (key != m_keys.end() && !std::holds_alternative<std::monostate>(value))
             result.values.insert(key->second, value);
     }
+    takeOutRemoved(result);
     return result;
 }
 
 SalvagedPreferences readFile(const QString& path, int flags) {
     try {
-        SqliteConnection connection(path, flags, 0);
-        // Also opens a file that ends too early.
-        connection.execute("PRAGMA writable_schema = ON");
-        return Reader(connection).read();
+        return Reader(path, flags).read();
     } catch (const SqliteError&) {
         return {};
     }
@@ -173,7 +183,7 @@ fs::path nativePath(const QString& path) {
     return fs::path(QFile::encodeName(path).toStdString());
 }
 
-// Gives a file a second name; on a file system that knows no links, copies it.
+// Gives a file a second name, or copies it where the file system knows no links.
 bool setAside(const QString& path, const QString& aside) {
     if (!QFileInfo::exists(path))
         return true;
@@ -192,21 +202,25 @@ QString unusedName(const QString& path, const QString& timeStamp) {
     return name;
 }
 
+template<typename Map>
+void mergeMaps(const PreferenceValue& older, PreferenceValue& newer) {
+    if (!std::holds_alternative<Map>(newer))
+        return;
+    Map all = std::get<Map>(older);
+    all.insert(std::get<Map>(newer));
+    newer = std::move(all);
+}
+
+// Adds the entries of an older value of the same kind.
 void merge(const PreferenceValue& older, PreferenceValue& newer) {
     if (older.index() != newer.index())
         return;
-    if (auto* integers = std::get_if<IntegerMap>(&newer)) {
-        IntegerMap all = std::get<IntegerMap>(older);
-        all.insert(*integers);
-        *integers = std::move(all);
-    } else if (auto* numbers = std::get_if<NumbersMap>(&newer)) {
-        NumbersMap all = std::get<NumbersMap>(older);
-        all.insert(*numbers);
-        *numbers = std::move(all);
-    } else if (auto* strings = std::get_if<QStringList>(&newer)) {
-        std::optional<PreferenceValue> all(newer);
+    mergeMaps<IntegerMap>(older, newer);
+    mergeMaps<NumbersMap>(older, newer);
+    if (std::holds_alternative<QStringList>(newer)) {
+        std::optional<PreferenceValue> all(std::move(newer));
         applyChange({{}, PreferenceChange::InsertStrings{std::get<QStringList>(older)}}, all);
-        *strings = std::get<QStringList>(*all);
+        newer = *std::move(all);
     }
 }
 
@@ -220,7 +234,7 @@ void writeAll(const QString& path, const QHash<QString, PreferenceValue>& values
     for (auto entry = values.cbegin(); entry != values.cend(); ++entry)
         changes.push_back({entry.key(), PreferenceChange::Set{*entry}});
     PreferencesDatabase(path, 0).apply(changes);
-    // Closing has moved everything from the log into the file, where there was room.
+    // Closing moves everything from the log into the file, if there is room.
     if (QFileInfo(path + logSuffix).size() > 0)
         throw SqliteError(SQLITE_FULL, u"there is no room for a new file"_s);
 }
@@ -259,6 +273,7 @@ void fillFrom(const QHash<QString, PreferenceValue>& older, SalvagedPreferences&
         else
             merge(*entry, *found);
     }
+    takeOutRemoved(salvaged);
 }
 
 QString replacePreferences(const QString& path, const QHash<QString, PreferenceValue>& values,
@@ -270,7 +285,7 @@ QString replacePreferences(const QString& path, const QHash<QString, PreferenceV
         const QString aside = unusedName(path, timeStamp);
         if (!setAside(path, aside) || !setAside(path + logSuffix, aside + logSuffix))
             throw SqliteError(SQLITE_CANTOPEN, u"it can't be set aside"_s);
-        // A log left behind would be taken for the new file's.
+        // SQLite would take a log that is left behind for the new file's.
         QFile::remove(path + logSuffix);
         QFile::remove(path + sharedSuffix);
         std::error_code error;

@@ -10,12 +10,13 @@
 
 namespace halvane {
 
-/// Lets lists that hold the same texts share them, so that each text is made and kept once. A list
-/// is compared with the longest list before it; both must ascend by UTF-8 where they are to share.
-/// One thread.
+/// Shares texts among several lists, so that a text that comes in more than one of them is kept in
+/// memory once. The lists are read one after the other. Each is compared with the longest of those
+/// before it, in one pass over both, so that texts are found where both lists are sorted by their
+/// UTF-8. A list in another order is read all the same, but shares little. One thread.
 class SharedNames {
   public:
-    /// The next text of a list, by its UTF-8.
+    /// The next text of the present list, from its UTF-8.
     QString take(std::string_view utf8) {
         while (m_next < m_longest.size() && m_longest[m_next].first < utf8)
             ++m_next;
@@ -25,7 +26,7 @@ class SharedNames {
                            : QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size())));
         return m_current.back().second;
     }
-    /// The list is at its end; the next one begins.
+    /// The present list has ended. The next one begins.
     void endList() {
         if (m_current.size() > m_longest.size())
             m_longest.swap(m_current);
@@ -34,11 +35,11 @@ class SharedNames {
     }
 
   private:
-    using Names = std::vector<std::pair<std::string, QString>>;
+    using Names = std::vector<std::pair<std::string, QString>>; ///< each text twice, as UTF-8 too
 
     Names m_longest;
     Names m_current;
-    std::size_t m_next = 0; ///< of the longest
+    std::size_t m_next = 0; ///< place in m_longest
 };
 
 } // namespace halvane

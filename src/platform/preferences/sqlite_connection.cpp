@@ -26,7 +26,7 @@ void check(int code, sqlite3_stmt* statement) {
 } // namespace
 
 bool SqliteError::isDamage() const {
-    // A missing table or column is a schema that is not ours (SQLITE_ERROR).
+    // SQLITE_ERROR means a missing table or column, so the tables are not this program's.
     return m_code == SQLITE_CORRUPT || m_code == SQLITE_NOTADB || m_code == SQLITE_FORMAT ||
            m_code == SQLITE_ERROR;
 }
@@ -36,33 +36,29 @@ SqliteQuery::~SqliteQuery() {
     sqlite3_clear_bindings(m_statement);
 }
 
-SqliteQuery& SqliteQuery::bind(int parameter, qint64 value) {
+void SqliteQuery::bind(int parameter, qint64 value) {
     check(sqlite3_bind_int64(m_statement, parameter, value), m_statement);
-    return *this;
 }
 
-SqliteQuery& SqliteQuery::bind(int parameter, double value) {
+void SqliteQuery::bind(int parameter, double value) {
     check(sqlite3_bind_double(m_statement, parameter, value), m_statement);
-    return *this;
 }
 
-SqliteQuery& SqliteQuery::bind(int parameter, const QString& value) {
-    return bindUtf8(parameter, value.toUtf8());
+void SqliteQuery::bind(int parameter, const QString& value) {
+    bind(parameter, SqliteText{value.toUtf8()});
 }
 
-SqliteQuery& SqliteQuery::bindUtf8(int parameter, const QByteArray& text) {
-    check(sqlite3_bind_text64(m_statement, parameter, text.constData(),
-                              static_cast<sqlite3_uint64>(text.size()), SQLITE_TRANSIENT,
+void SqliteQuery::bind(int parameter, SqliteText text) {
+    check(sqlite3_bind_text64(m_statement, parameter, text.utf8.constData(),
+                              static_cast<sqlite3_uint64>(text.utf8.size()), SQLITE_TRANSIENT,
                               SQLITE_UTF8),
           m_statement);
-    return *this;
 }
 
-SqliteQuery& SqliteQuery::bind(int parameter, const QByteArray& value) {
+void SqliteQuery::bind(int parameter, const QByteArray& value) {
     check(sqlite3_bind_blob64(m_statement, parameter, value.constData(),
                               static_cast<sqlite3_uint64>(value.size()), SQLITE_TRANSIENT),
           m_statement);
-    return *this;
 }
 
 bool SqliteQuery::next() {
@@ -94,7 +90,7 @@ double SqliteQuery::number(int column) const {
 }
 
 std::string_view SqliteQuery::utf8(int column) const {
-    // Asked for as bytes, a text is not copied to put a zero byte after it.
+    // SQLite copies a text to put a zero byte after it, unless it is asked for the bytes.
     const auto* text = static_cast<const char*>(sqlite3_column_blob(m_statement, column));
     const auto size = static_cast<std::size_t>(sqlite3_column_bytes(m_statement, column));
     return text ? std::string_view(text, size) : std::string_view();
@@ -136,12 +132,12 @@ void SqliteConnection::execute(const char* sql) {
     check(sqlite3_exec(m_handle, sql, nullptr, nullptr, nullptr), m_handle);
 }
 
-SqliteQuery SqliteConnection::query(const char* sql) {
+sqlite3_stmt* SqliteConnection::prepared(const char* sql) {
     sqlite3_stmt*& statement = m_statements[sql];
     if (!statement)
         check(sqlite3_prepare_v3(m_handle, sql, -1, SQLITE_PREPARE_PERSISTENT, &statement, nullptr),
               m_handle);
-    return SqliteQuery(statement);
+    return statement;
 }
 
 qint64 SqliteConnection::single(const char* sql) {

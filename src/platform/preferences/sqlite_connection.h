@@ -4,7 +4,7 @@
 #include <QByteArray>
 #include <QString>
 
-#include <exception>
+#include <stdexcept>
 #include <string_view>
 #include <unordered_map>
 
@@ -14,46 +14,51 @@ struct sqlite3_stmt;
 namespace halvane {
 
 /// A failed call of SQLite, with its primary result code.
-class SqliteError : public std::exception {
+class SqliteError : public std::runtime_error {
   public:
     SqliteError(int code, const QString& message)
-        : m_code(code)
-        , m_message(message)
-        , m_utf8(message.toUtf8()) {}
+        : std::runtime_error(message.toStdString())
+        , m_code(code) {}
     int code() const { return m_code; }
-    /// The file itself is bad, as opposed to what stands in the way of reaching it.
+    /// The file itself is bad. Otherwise something stands in the way of reaching it.
     bool isDamage() const;
-    QString message() const { return m_message; }
-    const char* what() const noexcept override { return m_utf8.constData(); }
 
   private:
     int m_code;
-    QString m_message;
-    QByteArray m_utf8;
 };
 
-/// One run of a prepared statement; the statement is reset when this goes. Parameters are numbered
-/// from 1, columns from 0. Throws SqliteError.
+/// A text to bind that is UTF-8 already.
+struct SqliteText {
+    const QByteArray& utf8;
+};
+
+/// One run of a prepared statement, which is reset when this goes. Columns are numbered from 0.
+/// Throws SqliteError.
 class SqliteQuery {
   public:
-    explicit SqliteQuery(sqlite3_stmt* statement)
-        : m_statement(statement) {}
+    /// The values are those of the parameters ?1, ?2 and so on: numbers, QString and SqliteText, or
+    /// QByteArray for data. Not-a-number is stored as NULL.
+    template<typename... Values>
+    explicit SqliteQuery(sqlite3_stmt* statement, const Values&... values)
+        : m_statement(statement) {
+        bindAll(values...);
+    }
     ~SqliteQuery();
     SqliteQuery(const SqliteQuery&) = delete;
     SqliteQuery& operator=(const SqliteQuery&) = delete;
 
-    SqliteQuery& bind(int parameter, qint64 value);
-    SqliteQuery& bind(int parameter, double value); ///< not-a-number is stored as NULL
-    SqliteQuery& bind(int parameter, const QString& value);
-    SqliteQuery& bind(int parameter, const QByteArray& value);
-    SqliteQuery& bindUtf8(int parameter, const QByteArray& text);
-
     /// Moves to the next row; false after the last.
     bool next();
-    /// Runs a statement that gives no rows, and makes it ready to be bound and run again.
+    /// Runs a statement that gives no rows.
     void run();
+    /// The same again with other values.
+    template<typename... Values>
+    void runWith(const Values&... values) {
+        bindAll(values...);
+        run();
+    }
 
-    int type(int column) const; ///< SQLITE_INTEGER and its like
+    int type(int column) const; ///< SQLITE_INTEGER and the like
     qint64 integer(int column) const;
     double number(int column) const; ///< NULL is not-a-number
     QString text(int column) const;
@@ -62,10 +67,21 @@ class SqliteQuery {
     std::string_view utf8(int column) const;
 
   private:
+    template<typename... Values>
+    void bindAll(const Values&... values) {
+        int parameter = 0;
+        (bind(++parameter, values), ...);
+    }
+    void bind(int parameter, qint64 value);
+    void bind(int parameter, double value);
+    void bind(int parameter, const QString& value);
+    void bind(int parameter, SqliteText text);
+    void bind(int parameter, const QByteArray& value);
+
     sqlite3_stmt* m_statement;
 };
 
-/// One open database. Not thread-safe: one thread at a time. Throws SqliteError.
+/// One open database. One thread at a time. Throws SqliteError.
 class SqliteConnection {
   public:
     /// Flags are SQLite's own. A call that finds the database locked waits this long at most.
@@ -76,20 +92,25 @@ class SqliteConnection {
 
     void setPatience(int busyMilliseconds);
     void execute(const char* sql);
-    /// Prepares a statement once for each address of a text, which must live as long as the
-    /// program.
-    SqliteQuery query(const char* sql);
+    /// A statement with the values of its parameters. It is prepared once and known by the address
+    /// of its text, which must stay while the connection is used.
+    template<typename... Values>
+    SqliteQuery query(const char* sql, const Values&... values) {
+        return SqliteQuery(prepared(sql), values...);
+    }
     /// The one number that a pragma or query gives.
     qint64 single(const char* sql);
 
     sqlite3* handle() const { return m_handle; }
 
   private:
+    sqlite3_stmt* prepared(const char* sql);
+
     sqlite3* m_handle = nullptr;
     std::unordered_map<const char*, sqlite3_stmt*> m_statements;
 };
 
-/// A write transaction; rolled back unless committed.
+/// A write transaction. It is rolled back unless committed.
 class SqliteTransaction {
   public:
     explicit SqliteTransaction(SqliteConnection& connection);

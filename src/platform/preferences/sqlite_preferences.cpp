@@ -19,8 +19,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int patience = 250;         ///< ms that a locked file may hold up the program
-constexpr qsizetype fewEntries = 200; ///< what is removed within a few milliseconds
+constexpr int patience = 250;         // ms that a locked file may hold up the program
+constexpr qsizetype fewEntries = 200; // are removed within a few milliseconds
 constexpr std::chrono::seconds firstRetry{2};
 constexpr std::chrono::seconds lastRetry{256};
 
@@ -29,19 +29,19 @@ constexpr std::chrono::seconds lastRetry{256};
 SqlitePreferences::SqlitePreferences(const QString& path, Clock& clock)
     : m_path(path)
     , m_clock(clock)
-    , m_removals(path)
-    , m_backup(path, clock) {
+    , m_backup(path, clock, m_worker) {
     QDir().mkpath(QFileInfo(path).path());
     open(patience);
-    readAhead();
-    if (!m_database) {
+    if (m_database) {
+        readAhead();
+    } else {
         m_unwritten = salvagePreferences(m_path).values;
-        retryLater();
+        retryAfter(firstRetry);
     }
 }
 
 SqlitePreferences::~SqlitePreferences() {
-    waitForRemovals();
+    stopWorker();
     if (!isStored())
         retry();
 }
@@ -52,12 +52,9 @@ QString SqlitePreferences::defaultPath() {
 }
 
 std::optional<PreferenceValue> SqlitePreferences::value(const QString& key) {
-    // Asked before the file is read: the worker may finish them meanwhile.
-    const auto removals = m_removals.unfinished();
-    auto value = m_prefetch ? m_prefetch->take(key) : std::nullopt;
+    auto value = m_prefetch.take(key);
     if (!value)
         value = storedValue(key);
-    applyRemovals(removals, key, value);
     for (const auto& change : m_pending)
         if (change.key == key)
             applyChange(change, value);
@@ -65,24 +62,30 @@ std::optional<PreferenceValue> SqlitePreferences::value(const QString& key) {
 }
 
 Later<PreferenceValue> SqlitePreferences::valueLater(const QString& key) {
-    return m_prefetch ? m_prefetch->takeLater(key) : nullptr;
+    return m_prefetch.takeLater(key);
 }
 
 void SqlitePreferences::change(PreferenceChange change) {
-    if (m_prefetch)
-        m_prefetch->forget(change.key);
+    m_prefetch.forget(change.key);
     if (isStored() && write({&change, 1}))
         return;
     remember(std::move(change));
-    retryLater();
+    if (!m_retry)
+        retryAfter(firstRetry);
 }
 
 void SqlitePreferences::removeEntries(const QStringList& keys, const QSet<QString>& entries) {
-    if (entries.size() <= fewEntries || !isStored() || !note(keys, entries))
+    if (entries.size() <= fewEntries || !isStored())
+        return Preferences::removeEntries(keys, entries);
+    for (const QString& key : keys)
+        m_prefetch.forget(key);
+    if (attempt([&](PreferencesDatabase& database) { database.noteRemoval(keys, entries); }))
+        carryOutRemovals();
+    else
         Preferences::removeEntries(keys, entries);
 }
 
-// Leaves the database closed when it can't be opened.
+// Leaves m_database null when the file can't be opened.
 void SqlitePreferences::open(int busyMilliseconds) {
     try {
         try {
@@ -99,22 +102,35 @@ void SqlitePreferences::open(int busyMilliseconds) {
     }
 }
 
-// Finishes first what was unfinished when the program last ended.
 void SqlitePreferences::readAhead() {
     try {
-        if (!m_database)
-            return;
-        for (PreferencesRemoval& removal : m_database->notedRemovals())
-            m_removals.begin(std::move(removal));
-        m_removals.finish();
-        if (m_removals.unfinished().empty())
-            m_prefetch = std::make_unique<PreferencesPrefetch>(m_path, m_database->longValues());
+        m_prefetch.begin(m_worker, m_path, m_database->longValues());
+        if (m_database->hasRemovals())
+            carryOutRemovals();
     } catch (const SqliteError&) {
         // Whoever asks for a value meets the fault and deals with it.
     }
 }
 
-// SQLite takes an empty file for a new one. Where there are backups, its contents were lost.
+void SqlitePreferences::carryOutRemovals() {
+    m_worker.start([path = m_path, turns = m_turns](const SerialWorker::Job& job) {
+        try {
+            PreferencesDatabase(path, patience).carryOutRemovals(*turns, job.token());
+        } catch (const SqliteError& error) {
+            // The note stays until a change crosses it, the next large removal or the next start.
+            qCWarning(libraryLog, "preferences not tidied yet: %s", error.what());
+        }
+    });
+}
+
+// The worker has closed the file when this returns.
+void SqlitePreferences::stopWorker() {
+    m_worker.cancel();
+    m_worker.finish();
+}
+
+// SQLite takes an empty file for a new one. Where there are backups, the file has lost its
+// contents.
 void SqlitePreferences::checkNotEmptied() const {
     const QFileInfo info(m_path);
     if (info.exists() && info.size() == 0 && !QFileInfo::exists(m_path + u"-wal"_s) &&
@@ -122,19 +138,17 @@ void SqlitePreferences::checkNotEmptied() const {
         throw SqliteError(SQLITE_CORRUPT, u"it is empty"_s);
 }
 
-// Damage was found in the open file, or while opening it.
+// Called for damage in the open file, and in a file that can't be opened for it.
 void SqlitePreferences::replaceDamaged(const SqliteError& damage) {
-    m_prefetch.reset();
-    m_removals.stop();
+    stopWorker();
+    m_prefetch.forgetAll();
     m_database.reset();
-    m_backup.interrupt();
     SalvagedPreferences salvaged = salvagePreferences(m_path);
     const QStringList copies = PreferencesBackup::copies(m_path);
-    // SQLite may read zeros in the place of what was cut off, without an error.
+    // SQLite may read zeros where the end of a file was cut off, and report no error.
     const bool isWhole = salvaged.isComplete && damage.code() != SQLITE_CORRUPT;
     if (!isWhole && !copies.isEmpty())
         fillFrom(salvagePreferences(copies.first()).values, salvaged);
-    finishRemovals(salvaged.values);
     m_unwritten = salvaged.values;
     const auto now = QDateTime::fromSecsSinceEpoch(static_cast<qint64>(m_clock.wallTime()));
     const QString aside =
@@ -143,16 +157,6 @@ void SqlitePreferences::replaceDamaged(const SqliteError& damage) {
     qCWarning(libraryLog, "preferences were damaged (%s): set aside as %s, %lld keys kept",
               damage.what(), qUtf8Printable(QFileInfo(aside).fileName()),
               static_cast<long long>(salvaged.values.size()));
-}
-
-void SqlitePreferences::finishRemovals(QHash<QString, PreferenceValue>& values) {
-    const auto removals = m_removals.unfinished();
-    for (auto entry = values.begin(); entry != values.end(); ++entry) {
-        std::optional<PreferenceValue> value(std::move(*entry));
-        applyRemovals(removals, entry.key(), value);
-        *entry = *std::move(value);
-    }
-    m_removals.clear();
 }
 
 std::optional<PreferenceValue> SqlitePreferences::storedValue(const QString& key) {
@@ -168,23 +172,14 @@ std::optional<PreferenceValue> SqlitePreferences::storedValue(const QString& key
 }
 
 bool SqlitePreferences::write(std::span<const PreferenceChange> changes) {
-    const bool endsRemovals = m_removals.areCrossedBy(changes);
-    if (endsRemovals)
-        m_removals.stop();
-    return attempt([&](PreferencesDatabase& database) {
-        if (!endsRemovals)
-            return database.apply(changes);
-        database.apply(changes, m_removals.unfinished());
-        m_removals.clear();
-    });
+    return attempt([&](PreferencesDatabase& database) { database.apply(changes); });
 }
 
-// Nothing else of this process writes meanwhile.
 template<typename Change>
 bool SqlitePreferences::attempt(const Change& change) {
     for (int i = 0; m_database && i < 2; ++i) {
         try {
-            const auto turn = m_removals.holdUp();
+            const auto turn = m_turns->takeFirst();
             change(*m_database);
             return true;
         } catch (const SqliteError& error) {
@@ -193,18 +188,6 @@ bool SqlitePreferences::attempt(const Change& change) {
         }
     }
     return false;
-}
-
-bool SqlitePreferences::note(const QStringList& keys, const QSet<QString>& entries) {
-    for (const QString& key : keys)
-        if (m_prefetch)
-            m_prefetch->forget(key);
-    PreferencesRemoval removal;
-    if (!attempt(
-            [&](PreferencesDatabase& database) { removal = database.noteRemoval(keys, entries); }))
-        return false;
-    m_removals.begin(std::move(removal));
-    return true;
 }
 
 // True when the file has been replaced by a good one.
@@ -217,20 +200,22 @@ bool SqlitePreferences::handle(const SqliteError& error) {
         replaceDamaged(error);
     } catch (const SqliteError& inTheWay) {
         report(inTheWay);
-        retryLater();
+        if (!m_retry)
+            retryAfter(firstRetry);
         return false;
     }
     open(patience);
     return m_database != nullptr;
 }
 
-// Logs the error once for each time that storing stops.
+// Logs an error once, until everything is stored again.
 void SqlitePreferences::report(const SqliteError& error) {
     if (!m_retry)
         qCWarning(libraryLog, "preferences can't be stored now, kept in memory: %s", error.what());
 }
 
-// A whole value replaces the changes of its key that wait, so that they do not pile up.
+// Changes that wait give way to one that replaces the whole value of their key, so that they do not
+// pile up.
 void SqlitePreferences::remember(PreferenceChange change) {
     if (replacesAll(change))
         std::erase_if(m_pending, [&](const auto& earlier) { return earlier.key == change.key; });
@@ -253,19 +238,11 @@ bool SqlitePreferences::retry() {
     return true;
 }
 
-void SqlitePreferences::retryLater() {
-    if (m_retry)
-        return;
-    m_retryDelay = firstRetry;
-    scheduleRetry();
-}
-
 // The delays grow, since each try may cost the program a moment.
-void SqlitePreferences::scheduleRetry() {
-    m_retry = m_clock.after(m_retryDelay, [this] {
-        m_retryDelay = std::min(2 * m_retryDelay, lastRetry);
+void SqlitePreferences::retryAfter(std::chrono::seconds delay) {
+    m_retry = m_clock.after(delay, [this, delay] {
         if (!retry())
-            scheduleRetry();
+            retryAfter(std::min(2 * delay, lastRetry));
     });
 }
 

@@ -3,27 +3,28 @@
 
 #include "platform/preferences/preferences.h"
 #include "platform/preferences/preferences_backup.h"
+#include "platform/preferences/preferences_database.h"
 #include "platform/preferences/preferences_prefetch.h"
-#include "platform/preferences/preferences_removal.h"
 
 namespace halvane {
 
-/// Preferences in an SQLite file. A change is committed and synced when its setter returns; a value
+/// Preferences in an SQLite file. A change is committed and synced when its setter returns. A value
 /// that is stored already costs no write.
 ///
-/// Long values are read on a thread of their own from the start on, so that they are there when
-/// they are asked for.
+/// One worker does what takes long, one job after the other: it reads the long values ahead at the
+/// start, carries out large removals, those of an earlier run too, and copies the file.
 ///
-/// A damaged file, or one of a newer version, is set aside under a new name and replaced by what
-/// can be read of it, filled up from the newest backup. Where the file can't be opened or written
-/// to (a read-only folder, a full disk, another process's lock) the program goes on with what can
-/// be read of it; changes are kept in memory and written, in their order, as soon as it can be.
-/// Main thread.
+/// A damaged file, or one of a newer version, gets another name. A file takes its place with what
+/// can be read of it and what the newest backup has beyond that. Where the file can't be opened or
+/// written to (a read-only folder, a full disk, another process's lock) the program goes on with
+/// what can be read of it. Changes then stay in memory, and are written in their order as soon as
+/// they can be. Main thread.
 class SqlitePreferences final : public Preferences {
   public:
     /// The file and its folder are made where they are missing. The clock must outlive this.
     SqlitePreferences(const QString& path, Clock& clock);
-    /// Tries once more to write what could not be written.
+    /// Tries once more to write what could not be written. Waits for the worker, which gives up
+    /// what it is at: the rest of a removal is for the next start.
     ~SqlitePreferences() override;
 
     /// Halvane/preferences.sqlite in the user's configuration folder.
@@ -31,13 +32,11 @@ class SqlitePreferences final : public Preferences {
 
     /// Whether every change so far is on the disk.
     bool isStored() const { return m_database && m_pending.empty(); }
-    /// Waits until a backup that is being made is done.
-    void waitForBackup() { m_backup.wait(); }
+    /// Waits until the worker has nothing more to do.
+    void waitForWorker() { m_worker.finish(); }
 
-    /// Many entries are noted as gone, which is durable; a worker then takes them out of the file.
+    /// Many entries are noted as gone, in one change; the worker then takes them out of the file.
     void removeEntries(const QStringList& keys, const QSet<QString>& entries) override;
-    /// Waits until they have left the file.
-    void waitForRemovals() { m_removals.finish(); }
 
   protected:
     std::optional<PreferenceValue> value(const QString& key) override;
@@ -47,31 +46,30 @@ class SqlitePreferences final : public Preferences {
   private:
     void open(int busyMilliseconds);
     void readAhead();
+    void carryOutRemovals();
+    void stopWorker();
     void checkNotEmptied() const;
     void replaceDamaged(const SqliteError& damage);
-    void finishRemovals(QHash<QString, PreferenceValue>& values);
     std::optional<PreferenceValue> storedValue(const QString& key);
     bool write(std::span<const PreferenceChange> changes);
     template<typename Change>
     bool attempt(const Change& change);
-    bool note(const QStringList& keys, const QSet<QString>& entries);
     bool handle(const SqliteError& error);
     void report(const SqliteError& error);
     void remember(PreferenceChange change);
     bool retry();
-    void retryLater();
-    void scheduleRetry();
+    void retryAfter(std::chrono::seconds delay);
 
-    QString m_path;
+    const QString m_path;
     Clock& m_clock;
+    SerialWorker m_worker;
+    std::shared_ptr<WriteTurns> m_turns = std::make_shared<WriteTurns>();
     std::unique_ptr<PreferencesDatabase> m_database; ///< null while the file can't be opened
     QHash<QString, PreferenceValue> m_unwritten; ///< what the file gave, while it can't be opened
     std::vector<PreferenceChange> m_pending;     ///< not yet on the disk, in order
     std::unique_ptr<Timer> m_retry;              ///< runs while something waits
-    std::chrono::seconds m_retryDelay{};
-    PreferencesRemovals m_removals;
     PreferencesBackup m_backup;
-    std::unique_ptr<PreferencesPrefetch> m_prefetch; ///< null where the file can't be opened
+    PreferencesPrefetch m_prefetch;
 };
 
 } // namespace halvane

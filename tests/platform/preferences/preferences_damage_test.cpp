@@ -66,7 +66,7 @@ void execute(const QString& path, const char* sql) {
 struct Damage {
     const char* name;
     std::function<void(const QString& path)> inflict;
-    int leastCounts; ///< entries that must be saved without a backup
+    int leastCounts; // entries that must be saved without a backup
 };
 
 class PreferencesDamageTest : public testing::TestWithParam<Damage> {
@@ -109,7 +109,7 @@ TEST_P(PreferencesDamageTest, ABackupGivesWhatTheFileHasLost) {
     {
         SqlitePreferences preferences(path, clock);
         clock.advance(std::chrono::minutes(2));
-        preferences.waitForBackup();
+        preferences.waitForWorker();
     }
     GetParam().inflict(path);
     SqlitePreferences preferences(path, clock);
@@ -164,10 +164,31 @@ TEST(PreferencesEmptiedTest, AnEmptiedFileIsFilledFromTheBackup) {
     {
         SqlitePreferences preferences(path, clock);
         clock.advance(std::chrono::minutes(2));
-        preferences.waitForBackup();
+        preferences.waitForWorker();
     }
     overwrite(path, {});
     EXPECT_EQ(SqlitePreferences(path, clock).number(u"volume"_s).value_or(0), 0.5);
+}
+
+// The backup was made before the removal, and the program was killed in the middle of it.
+TEST(PreferencesRemovedTest, WhatWasNotedAsGoneComesBackFromNeitherFile) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"preferences.sqlite"_s);
+    ManualClock clock;
+    fill(path);
+    {
+        SqlitePreferences preferences(path, clock);
+        clock.advance(std::chrono::minutes(2));
+        preferences.waitForWorker();
+    }
+    PreferencesDatabase(path, 0).noteRemoval({u"counts"_s}, {trackPath(1), trackPath(2)});
+    execute(path, "DROP TABLE numbers_entry");
+    SqlitePreferences preferences(path, clock);
+    const auto counts = preferences.integerMap(u"counts"_s);
+    ASSERT_TRUE(counts);
+    EXPECT_EQ(counts->size(), tracks - 2);
+    EXPECT_FALSE(counts->contains(trackPath(1)));
+    EXPECT_EQ(preferences.strings(u"loved"_s).value_or(QStringList()).size(), tracks);
 }
 
 } // namespace

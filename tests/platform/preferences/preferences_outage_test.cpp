@@ -16,7 +16,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// Another program that holds the file's lock until it is destroyed.
+// Another program that holds the file's lock until it is destroyed.
 class LockHolder {
   public:
     LockHolder(const QString& path, const QByteArray& sql) {
@@ -133,7 +133,7 @@ TEST_F(PreferencesOutageTest, WhatIsPutInAgainDuringARemovalThatIsHeldUpStays) {
         }
         clock.advance(std::chrono::seconds(3));
         EXPECT_TRUE(preferences->isStored());
-        preferences->waitForRemovals();
+        preferences->waitForWorker();
         expectPutIn(*preferences);
     }
     SqlitePreferences again(path, clock);

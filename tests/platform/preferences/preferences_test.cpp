@@ -117,6 +117,8 @@ TEST_F(PreferencesTest, ARemovalThatAnEarlierVersionLeftIsFinished) {
         INSERT INTO spared VALUES (7, 'counts', '/a'), (7, 'ratings', NULL))sql"_s});
     SqlitePreferences preferences(path, clock);
     EXPECT_EQ(*preferences.strings(u"paths"_s), QStringList{u"/d"_s});
+    preferences.waitForWorker();
+    EXPECT_EQ(*preferences.strings(u"paths"_s), QStringList{u"/d"_s});
     EXPECT_EQ(*preferences.integerMap(u"counts"_s), (IntegerMap{{u"/a"_s, 1}, {u"/d"_s, 1}}));
     EXPECT_EQ(preferences.integerMap(u"ratings"_s)->size(), 3);
     EXPECT_EQ(
@@ -145,7 +147,7 @@ TEST_F(PreferencesTest, ADailyCopyIsKeptForThreeDays) {
     for (int day = 1; day <= 5; ++day) {
         preferences.setNumber(u"day"_s, day);
         clock.advance(std::chrono::hours(24));
-        preferences.waitForBackup();
+        preferences.waitForWorker();
     }
     const QStringList copies = PreferencesBackup::copies(path);
     ASSERT_EQ(copies.size(), 3);
