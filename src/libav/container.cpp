@@ -15,8 +15,8 @@ unsigned byteAt(const OpeningBytes& bytes, std::size_t at) {
     return static_cast<unsigned char>(bytes[at]);
 }
 
-/// The header of an MPEG audio frame (ISO/IEC 11172-3, 2.4.1.3) of layer II or III, without a
-/// reserved value and with a bitrate. One of layer I can't be told from a text in UTF-16.
+// The header of an MPEG audio frame (ISO/IEC 11172-3, 2.4.1.3) of layer II or III, without a
+// reserved value and with a bitrate. One of layer I can't be told from a text in UTF-16.
 bool isMpegFrame(const OpeningBytes& bytes) {
     const unsigned second = byteAt(bytes, 1);
     const unsigned third = byteAt(bytes, 2);
@@ -28,7 +28,7 @@ bool isMpegFrame(const OpeningBytes& bytes) {
     return isSync && isVersion && isLayer && isBitrate && isRate;
 }
 
-/// The header of an ADTS frame (ISO/IEC 13818-7, 6.2) with a known sample rate and room for itself.
+// The header of an ADTS frame (ISO/IEC 13818-7, 6.2) with a known sample rate and room for itself.
 bool isAdtsFrame(const OpeningBytes& bytes) {
     constexpr unsigned rates = 13;
     constexpr unsigned headerBytes = 7;

@@ -9,11 +9,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The most that libav may ask of memory at once, as it believes the sizes that files claim. The
-/// index of an audiobook of 70 hours (24 bytes for each of 43 packets a second) still fits.
+// The most that libav may ask of memory at once, as it believes the sizes that files claim. The
+// index of an audiobook of 70 hours (24 bytes for each of 43 packets a second) still fits.
 constexpr std::size_t largestBlock = 256 << 20;
 
-/// Fills the table of functions; they are written once, before anyone may call them.
+// Fills the table of functions; they are written once, before anyone may call them.
 Result<> loadOnce() {
     // The version whose headers were read. It brings libavcodec and libavutil along, in which
     // dlsym() looks too. Never unloaded.

@@ -31,8 +31,7 @@ bool hasPlayableExtension(QByteArrayView fileName) {
     return extensions.contains(loweredExtension(fileName));
 }
 
-/// Folders that the desktops they come from show as one document; what is in them is not the user's
-/// music.
+// Some desktops show these folders as one document. Their contents are not the user's music.
 bool isPackage(QByteArrayView folderName) {
     static const QSet<QByteArray> extensions{
         "app",    "appdir", "band",   "bundle",       "framework",     "imovielibrary",
@@ -41,7 +40,7 @@ bool isPackage(QByteArrayView folderName) {
     return extensions.contains(loweredExtension(folderName));
 }
 
-/// Whether a name can be kept as text: otherwise the file could not be found again.
+// Whether a name can be kept as text. The file could not be found again otherwise.
 bool isText(QByteArrayView name) {
     return name.toByteArray().isValidUtf8();
 }
@@ -73,7 +72,7 @@ class Walk {
             ::close(descriptor);
             return;
         }
-        // Links may loop, and may show one folder in several places.
+        // Links may loop, or show one folder in several places.
         struct stat facts;
         if (::fstat(descriptor, &facts) != 0 ||
             !m_visited.insert({facts.st_dev, facts.st_ino}).second)
@@ -106,7 +105,7 @@ class Walk {
     }
 
     const std::stop_token m_stop;
-    std::vector<QByteArray> m_pending; ///< folders still to be read
+    std::vector<QByteArray> m_pending; // folders still to be read
     std::vector<QByteArray> m_files;
     std::set<std::pair<dev_t, ino_t>> m_visited;
 };

@@ -16,7 +16,7 @@ FileFacts fileFacts(const QString& path) {
 
 std::vector<FileFacts> fileFacts(const std::vector<FileUrl>& files, const std::stop_token& stop) {
     constexpr std::size_t portion = 512;
-    // Owned by the look: a thread that hangs in a dead mount outlives it.
+    // The threads own the files, because one that is held up by a dead mount outlives this call.
     const auto inputs = std::make_shared<const std::vector<FileUrl>>(files);
     BoundedParallel<std::vector<FileFacts>>::Options options;
     options.threads = lookingThreads();

@@ -12,14 +12,14 @@ namespace halvane {
 /// Seconds between 1970-01-01 and 2001-01-01 UTC, from which file dates are counted.
 inline constexpr double referenceDateOffset = 978307200.0;
 
-/// A file time as seconds since 2001-01-01 UTC. The whole part is shifted first, so that the result
-/// keeps as many digits of the fraction as a double holds.
+/// A file time as seconds since 2001-01-01 UTC. Shifting the whole part first keeps as many digits
+/// of the fraction as a double holds.
 inline double referenceDate(const timespec& time) {
     return (static_cast<double>(time.tv_sec) - referenceDateOffset) +
            static_cast<double>(time.tv_nsec) * 1e-9;
 }
 
-/// What one look at a file's attributes gives.
+/// The attributes of a file.
 struct FileFacts {
     bool exists = false;
     double modificationDate = 0; ///< seconds since 2001-01-01 UTC
@@ -29,8 +29,8 @@ struct FileFacts {
 /// Never opens the file. Any thread; may block on the disk.
 FileFacts fileFacts(const QString& path);
 
-/// The same of many files, on several threads. A disk that does not answer leaves its files without
-/// facts, as if they were gone; so does an end before time.
+/// The same of many files, on several threads. Files whose disk does not answer, and those that are
+/// left when a stop is requested, look as if they were missing.
 std::vector<FileFacts> fileFacts(const std::vector<FileUrl>& files, const std::stop_token& stop);
 
 } // namespace halvane

@@ -30,7 +30,7 @@ struct Album {
     Q_PROPERTY(QStringList colorList READ colorList)
 
   public:
-    QString id; ///< from makeID; two spellings that differ in case share one
+    QString id; ///< from makeID; spellings that differ only in case share one
     QString title;
     QString artist;
     qint64 year = 0;
@@ -49,8 +49,8 @@ struct Album {
     QStringList colorList() const;
 
     // Views know no 64-bit integers.
-    int shownYear() const { return int(year); }
-    int shownTrackCount() const { return int(trackCount); }
+    int shownYear() const { return static_cast<int>(year); }
+    int shownTrackCount() const { return static_cast<int>(trackCount); }
 
     bool operator==(const Album&) const = default;
 

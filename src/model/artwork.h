@@ -37,7 +37,7 @@ class Artwork {
     QString key() const { return m_source->key(); }
     QString filePath() const { return m_source->filePath(); }
 
-    /// For those who made the source; lives as long as a handle to it.
+    /// Lets those who made the source recognise it. It lives as long as a handle to it.
     const ArtworkSource* source() const { return m_source.get(); }
 
     friend bool operator==(const Artwork& a, const Artwork& b) {

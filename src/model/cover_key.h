@@ -13,8 +13,8 @@ namespace halvane {
 inline constexpr QLatin1StringView embeddedCoverPrefix("artwork:");
 inline constexpr QLatin1StringView coverFilePrefix("file:");
 
-/// A short text that names a record's picture, for views to hand around: the embedded one before
-/// the file; empty without any. Any thread.
+/// A short text by which views name a picture. The embedded picture goes before the file. Empty
+/// where there is neither. Any thread.
 inline QString coverKey(const std::optional<Artwork>& embedded,
                         const std::optional<FileUrl>& file) {
     if (embedded)

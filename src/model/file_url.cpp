@@ -7,13 +7,13 @@ namespace halvane {
 
 namespace {
 
-/// Whether cleaning a path would change nothing, as is true of nearly all.
+// Whether cleaning would leave the path as it is, which holds for nearly all.
 bool isStandardized(QStringView path) {
     if (!path.startsWith(u'/') || path.endsWith(u'/'))
         return false;
     for (qsizetype at = 0; at >= 0; at = path.indexOf(u'/', at + 1)) {
         const QStringView rest = path.sliced(at + 1);
-        // A doubled slash, or a step of dots; a name that begins with a dot is looked at closely.
+        // A doubled slash or a step of dots needs cleaning. A name that begins with a dot may.
         if (rest.startsWith(u'/') || rest.startsWith(u'.'))
             return false;
     }

@@ -5,9 +5,9 @@
 
 namespace halvane {
 
-/// A new random identity (UUID version 4). Drawn from a generator of this thread's own that the
-/// system has seeded: asking the processor for every one would take a third of the time in which a
-/// large library is restored. Any thread.
+/// A new random identity (UUID version 4). Each thread has a generator that the system has seeded,
+/// because asking the processor for every identity takes a third of the time of restoring a large
+/// library. Any thread.
 QUuid freshId();
 
 } // namespace halvane

@@ -13,8 +13,8 @@
 
 namespace halvane {
 
-/// One entry of the play queue, and the record that reading one file yields. Two entries for one
-/// file differ by their ids. Plain value, any thread.
+/// One entry of the play queue, and what reading one file yields. Two entries for one file differ
+/// by their ids. Plain value, any thread.
 struct QueueItem {
     Q_GADGET
     Q_PROPERTY(QUuid id MEMBER id)

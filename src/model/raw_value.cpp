@@ -4,7 +4,7 @@
 namespace halvane::detail {
 
 std::optional<int> enumValue(const QMetaEnum& meta, const QString& raw) {
-    // Compared whole: QMetaEnum's own look-up also takes scoped names.
+    // QMetaEnum's own look-up also takes scoped names, which are never stored.
     for (int i = 0; i < meta.keyCount(); ++i)
         if (raw == QLatin1String(meta.key(i)))
             return meta.value(i);

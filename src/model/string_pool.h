@@ -6,8 +6,8 @@
 
 namespace halvane {
 
-/// Gives equal texts one shared buffer: a library repeats its artists, albums, genres and formats
-/// tens of thousands of times. Not thread-safe; one pool for one batch of work.
+/// Gives equal texts one shared buffer, because a library repeats its artists, albums, genres and
+/// formats tens of thousands of times. One pool serves one batch of work. One thread.
 class StringPool {
   public:
     QString shared(const QString& text) { return *m_texts.insert(text); }

@@ -14,8 +14,9 @@
 
 namespace halvane {
 
-/// One audio file of the library. The live loved flag, rating and play count are kept by path
-/// elsewhere; the three fields here are what the record was built with. Plain value, any thread.
+/// One audio file of the library. The loved flag, rating and play count that the user changes are
+/// kept by path elsewhere. The three fields here are those that the track was made with. Plain
+/// value, any thread.
 struct Track {
     QUuid id = freshId();
     QString title;

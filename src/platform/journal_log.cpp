@@ -40,10 +40,10 @@ int syslogPriority(QtMsgType type) {
 void appendField(QByteArray& datagram, const char* name, const QByteArray& value) {
     datagram += name;
     if (value.contains('\n')) {
-        const auto length = quint64(value.size());
+        const auto length = static_cast<quint64>(value.size());
         datagram += '\n';
         for (int shift = 0; shift < 64; shift += 8)
-            datagram += char((length >> shift) & 0xff);
+            datagram += static_cast<char>((length >> shift) & 0xff);
     } else {
         datagram += '=';
     }
@@ -68,8 +68,8 @@ class Journal {
         appendField(datagram, "PRIORITY", QByteArray::number(syslogPriority(type)));
         appendField(datagram, "SYSLOG_IDENTIFIER", identifier);
         appendField(datagram, "CATEGORY", category ? category : "default");
-        return sendto(m_socket, datagram.constData(), size_t(datagram.size()), MSG_NOSIGNAL,
-                      reinterpret_cast<const sockaddr*>(&m_address),
+        return sendto(m_socket, datagram.constData(), static_cast<size_t>(datagram.size()),
+                      MSG_NOSIGNAL, reinterpret_cast<const sockaddr*>(&m_address),
                       sizeof m_address) == datagram.size();
     }
 
@@ -86,7 +86,7 @@ void handle(QtMsgType type, const QMessageLogContext& context, const QString& te
     if (!inJournal || isWatched || type == QtFatalMsg)
         std::fprintf(stderr, "halvane: %s: %s\n", context.category ? context.category : "default",
                      message.constData());
-    // No display is the user's matter; anything fatal later is a fault and leaves a core.
+    // A missing display is no fault of the program. Anything fatal later is one, and leaves a core.
     if (type == QtFatalMsg && QCoreApplication::startingUp())
         _exit(EXIT_FAILURE);
 }

@@ -11,10 +11,10 @@ namespace halvane {
 /// The level of a word: "debug", "info", "warning" or "error"; none for any other.
 std::optional<QtMsgType> logLevel(const QString& word);
 
-/// Sends the program's log, from this level on, to the journal where there is one and otherwise, or
-/// when it is looked at in a terminal, to standard error. A message that ends the program while
-/// it starts (the toolkit's, when there is no display) is printed, with exit code 1. Once, at
-/// start.
+/// Sends the program's log, from this level on, to the journal. Without a journal, or when standard
+/// error is a terminal, the log goes to standard error. A message that ends the program while it
+/// starts, such as the toolkit's without a display, is printed, and the exit code is 1. Called
+/// once, at start.
 void installLog(QtMsgType lowest);
 
 } // namespace halvane

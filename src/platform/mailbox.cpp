@@ -8,9 +8,9 @@
 namespace halvane {
 
 struct Mailbox::Box {
-    std::mutex mutex;       ///< guards what follows
-    std::deque<Call> calls; ///< the first is announced
-    Mailbox* mailbox;       ///< null once it has gone
+    std::mutex mutex;       // guards what follows
+    std::deque<Call> calls; // an event for the first is under way
+    Mailbox* mailbox;       // null once it is destroyed
 };
 
 void Mailbox::Address::post(Call call) const {
@@ -18,7 +18,7 @@ void Mailbox::Address::post(Call call) const {
     if (!m_box->mailbox)
         return;
     m_box->calls.push_back(std::move(call));
-    // Under the lock, so that the mailbox can't go meanwhile. A queued connection only posts.
+    // The lock keeps the mailbox alive meanwhile. A queued connection only posts.
     if (m_box->calls.size() == 1)
         Q_EMIT m_box->mailbox->filled();
 }
@@ -48,7 +48,7 @@ void Mailbox::deliverNext() {
         if (!m_box->calls.empty())
             Q_EMIT filled();
     }
-    call(); // which may destroy this
+    call(); // may destroy this mailbox
 }
 
 } // namespace halvane

@@ -10,12 +10,12 @@ namespace halvane {
 
 /// Brings calls from any thread to the thread on which it lives. They run there in the order in
 /// which they came, each in a turn of the event loop of its own, so that windows are drawn in
-/// between. Calls that have not run when the mailbox goes never run.
+/// between. Calls that have not run when the mailbox is destroyed never run.
 ///
-/// All that crosses from one thread to the other does so under one mutex, which the thread
-/// sanitizer sees; Qt only brings the word that there is something, which carries no data. Whoever
-/// posts releases the mutex after writing a call, and whoever delivers acquires it before reading
-/// that call. At most one such word is under way at a time, however many calls wait.
+/// Calls cross from one thread to the other under one mutex, which the thread sanitizer sees:
+/// posting releases it after writing a call, and delivery acquires it before reading that call.
+/// Qt's event queue carries no data. It only wakes the mailbox, with at most one event under way
+/// however many calls wait.
 class Mailbox : public QObject {
     Q_OBJECT
 
@@ -24,10 +24,10 @@ class Mailbox : public QObject {
   public:
     using Call = std::function<void()>;
 
-    /// Where to post. May outlive the mailbox: it then leads nowhere. Any thread.
+    /// Where to post. May outlive the mailbox; calls then never run. Any thread.
     class Address {
       public:
-        /// Where the mailbox has gone, the call is destroyed here.
+        /// Destroys the call when the mailbox is no more.
         void post(Call call) const;
 
       private:

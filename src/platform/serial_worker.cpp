@@ -15,7 +15,7 @@ namespace halvane {
 
 namespace {
 
-/// Of the calling thread, and of those that it starts.
+// Applies to the calling thread, and to those that it starts.
 void take(SerialWorker::Priority priority) {
     constexpr int nicer = 5;
     const sched_param none{};
@@ -28,9 +28,9 @@ void take(SerialWorker::Priority priority) {
 } // namespace
 
 struct SerialWorker::Queue {
-    std::mutex mutex; ///< guards what follows
+    std::mutex mutex; // guards what follows
     std::condition_variable ended;
-    std::deque<std::function<void()>> jobs; ///< without the one that runs
+    std::deque<std::function<void()>> jobs; // without the one that runs
     bool hasThread = false;
 
     void workOff() {

@@ -11,37 +11,36 @@
 
 namespace halvane {
 
-/// Runs jobs one after the other on a thread of its own and brings their results back to the thread
-/// on which it was made, which alone may use it. It is a member of whoever takes the results: once
-/// that is gone, none arrives. The thread is started by the first of several jobs and ends after
-/// the last.
+/// Runs jobs one after the other on a thread of its own, and brings their results back to the
+/// thread that made the worker. Only that thread may use it. The worker is a member of the object
+/// that takes the results, so that none arrives once the object is destroyed. The first of several
+/// jobs starts the thread, which ends after the last.
 ///
-/// A job may hang in a system call on a file, and then nobody waits for it: a worker that goes
-/// leaves its running job behind. A job must therefore own all that it uses. What has to be done
-/// before the program ends is waited for with finish().
+/// A job may be held up by a disk, and nobody waits for it then: a worker that is destroyed leaves
+/// its running job behind. A job must therefore own all that it uses. finish() waits for work that
+/// has to be done before the program ends.
 ///
 /// Jobs and results each cross under one mutex. A job is written before start() releases the
 /// queue's mutex and read after the thread has acquired it; a result goes through the mailbox in
-/// the same way. The queue belongs to the worker and to its thread together, so that either may go
-/// first. The stop token is the generation of a job: cancelling takes another one for the jobs to
-/// come. Nothing is read on the strength of it, so it needs no order with anything else; and as it
-/// is set on the thread that takes the results, a cancelled job's result is always known as such
-/// there.
+/// the same way. The worker and its thread share the queue, so that either may go first. The stop
+/// token is a job's generation: cancelling gives later jobs another one. No other memory depends on
+/// the token, so it needs no order with anything else. It is set on the thread that takes the
+/// results, which therefore always recognises the result of a cancelled job.
 class SerialWorker {
   public:
     enum class Priority {
         usual,
-        low,  ///< where processors are scarce the windows come first
+        low,  ///< the windows come first where processors are scarce
         idle, ///< runs when nothing else wants the processor
     };
 
-    /// What a job knows of itself. Good for as long as anybody holds it, on any thread.
+    /// What a job knows of itself. Valid for as long as anybody holds it. Any thread.
     class Job {
       public:
         /// Whether nobody wants its result any more.
         bool isCancelled() const { return m_token.stop_requested(); }
         const std::stop_token& token() const { return m_token; }
-        /// Calls on the worker's own thread, unless the job is cancelled by then.
+        /// Calls on the thread that made the worker, unless the job is cancelled by then.
         void post(Mailbox::Call call) const;
 
       private:
@@ -55,12 +54,12 @@ class SerialWorker {
 
     /// Jobs, and the threads that they start, run at this priority.
     explicit SerialWorker(Priority priority = Priority::usual);
-    /// Drops what waits, and leaves a running job behind.
+    /// Drops jobs that wait, and leaves a running job behind.
     ~SerialWorker();
     SerialWorker(const SerialWorker&) = delete;
     SerialWorker& operator=(const SerialWorker&) = delete;
 
-    /// Runs a job after those that were asked for before.
+    /// Runs a job after all earlier ones.
     void start(std::function<void(const Job&)> work);
 
     /// Runs `work`, which may take a Job, and then `done` with its result on this thread.
@@ -80,9 +79,9 @@ class SerialWorker {
 
     /// Drops jobs that wait and results that have not arrived, and tells the running job.
     void cancel();
-    /// The same, and the next job does not wait for the one that runs now.
+    /// Like cancel(), and the next job does not wait for the running one.
     void leaveBehind();
-    /// Waits until every job that was asked for has run. Their results arrive as ever.
+    /// Waits until every job has run. Their results arrive later, as usual.
     void finish();
 
   private:
@@ -90,7 +89,7 @@ class SerialWorker {
 
     const Priority m_priority;
     Mailbox m_mailbox;
-    std::stop_source m_generation; ///< of the jobs asked for from now on
+    std::stop_source m_generation; ///< of the jobs that are started from now on
     std::shared_ptr<Queue> m_queue;
 };
 

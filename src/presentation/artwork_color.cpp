@@ -35,8 +35,8 @@ std::optional<Color> averageColor(const QImage& image) {
     for (int j = 0; j < grid; ++j) {
         for (int i = 0; i < grid; ++i) {
             // In 64 bits: eight times the width of a large picture does not fit an int.
-            const int x = static_cast<int>(width / 16 + qint64(i) * width / grid);
-            const int y = static_cast<int>(height / 16 + qint64(j) * height / grid);
+            const int x = static_cast<int>(width / 16 + static_cast<qint64>(i) * width / grid);
+            const int y = static_cast<int>(height / 16 + static_cast<qint64>(j) * height / grid);
             const QRgb pixel = image.pixel(x, y);
             red += qRed(pixel);
             green += qGreen(pixel);

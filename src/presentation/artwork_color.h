@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Colours taken from cover art. Pure functions; any thread, but those that decode never the main
-// one.
+// Colours taken from cover art. Pure functions. Any thread, but ambientColor decodes a picture and
+// must not run on the main one.
 #pragma once
 
 #include "model/artwork.h"
@@ -16,8 +16,8 @@ namespace halvane::ArtworkColor {
 /// The mean of 64 pixels on an 8 by 8 grid over the image; none for an image without pixels.
 std::optional<Color> averageColor(const QImage& image);
 
-/// A background tint of the artwork's hue; without artwork that of the file at the cover URL. None
-/// when there is neither, or no picture in what there is: the URL is no second try for artwork that
+/// A background tint of the artwork's hue, or of the cover file's where there is no artwork. None
+/// when there is neither, or when it does not decode: the file does not stand in for artwork that
 /// does not decode.
 std::optional<Color> ambientColor(const std::optional<Artwork>& artworkData,
                                   const std::optional<FileUrl>& coverURL);

@@ -11,7 +11,7 @@ namespace halvane {
 
 namespace {
 
-// What an entry takes beside its pixels; also bounds the number of pictures that do not decode.
+// An entry takes this beside its pixels. It also bounds the number of pictures that do not decode.
 constexpr qsizetype entryBytes = 256;
 
 } // namespace

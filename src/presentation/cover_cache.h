@@ -19,7 +19,7 @@ class CoverCache {
     explicit CoverCache(qsizetype bytes = defaultBytes);
 
     /// The cover scaled to cover a size in pixels (its own size where it is smaller); a null image
-    /// when there is no picture in it. Reads and decodes where it must: never on the main thread.
+    /// when it does not decode. Reads and decodes what is not at hand, so never on the main thread.
     QImage cover(const Artwork& artwork, QSize pixels);
 
     /// The cover if it is at hand; false when it has to be decoded.

@@ -32,7 +32,7 @@ QImage decodeCover(const QByteArray& bytes, QSize covering) {
     reader.setDecideFormatFromContent(true);
     reader.setAutoTransform(true);
     const QSize size = reader.size();
-    if (qint64(size.width()) * size.height() > mostPixels)
+    if (static_cast<qint64>(size.width()) * size.height() > mostPixels)
         return {};
     const bool turned = reader.transformation() & QImageIOHandler::TransformationRotate90;
     if (size.isValid()) {

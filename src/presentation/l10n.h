@@ -23,7 +23,7 @@ enum class L10nKey {
 /// with "zh" (Traditional Chinese included, on purpose), otherwise English.
 ResolvedLanguage systemResolved(const PreferredLanguages& system);
 
-/// The language of a setting; the system is asked afresh each time.
+/// The language of a setting. The system is asked each time.
 ResolvedLanguage resolved(AppLanguage setting, const PreferredLanguages& system);
 
 namespace L10n {

@@ -16,10 +16,10 @@ inline QColor qtColor(const Color& color) {
                             static_cast<float>(color.blue), static_cast<float>(color.opacity));
 }
 
-/// The other way round.
+/// The inverse of qtColor.
 inline Color colorOf(const QColor& color) {
-    return {double(color.redF()), double(color.greenF()), double(color.blueF()),
-            double(color.alphaF())};
+    return {static_cast<double>(color.redF()), static_cast<double>(color.greenF()),
+            static_cast<double>(color.blueF()), static_cast<double>(color.alphaF())};
 }
 
 inline QList<QColor> qtColors(const std::vector<Color>& colors) {

@@ -9,9 +9,9 @@
 
 namespace halvane {
 
-/// The texts as properties that a view can bind to: one a key, and the sentences behind
-/// `sentences`, so that a binding to either is evaluated again when the language changes. Holds no
-/// language of its own. Main thread.
+/// The texts as properties that a view can bind to: each key is one. The sentences are functions of
+/// the property `sentences`, so that a binding to either is evaluated again when the language
+/// changes. Holds no language of its own. Main thread.
 class Strings : public QObject {
     Q_OBJECT
     Q_PROPERTY(

@@ -29,13 +29,13 @@ Result<> check(int digit) {
 TEST(ResultTest, HoldsAValueOrAFailureThatPassesOn) {
     const struct {
         int digit;
-        QString failure; ///< empty for success
+        QString failure; // empty for success
     } cases[] = {{0, {}}, {9, {}}, {10, u"10 is no digit"_s}};
     for (const auto& [digit, failure] : cases) {
         Result<Number> found = number(digit);
         const Result<> checked = check(digit);
-        ASSERT_EQ(bool(found), failure.isEmpty()) << digit;
-        ASSERT_EQ(bool(checked), failure.isEmpty()) << digit;
+        ASSERT_EQ(static_cast<bool>(found), failure.isEmpty()) << digit;
+        ASSERT_EQ(static_cast<bool>(checked), failure.isEmpty()) << digit;
         if (!found) {
             EXPECT_EQ(found.failure().text, failure);
             EXPECT_EQ(checked.failure().text, failure);

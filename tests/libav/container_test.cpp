@@ -19,8 +19,8 @@ QByteArray hex(const char* digits) {
     return QByteArray::fromHex(digits);
 }
 
-/// A tag of the version with so many bytes behind its header, the last ten of which are the footer
-/// if it has one.
+// A tag of the version with so many bytes behind its header, the last ten of which are the footer
+// if it has one.
 QByteArray tag(int version, int size, int flags = 0) {
     QByteArray bytes("ID3");
     for (int byte : {version, 0, flags, 0, 0, size >> 7, size & 0x7f})

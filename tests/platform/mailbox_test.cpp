@@ -17,7 +17,7 @@ namespace {
 TEST(Mailbox, BringsEveryCallOfTwoThreadsInTheOrderOfEach) {
     constexpr int each = 2000;
     Mailbox mailbox;
-    std::vector<int> first, second; // touched by the calls alone, and so on this thread alone
+    std::vector<int> first, second; // only the calls touch them, on this thread
     const auto post = [address = mailbox.address()](std::vector<int>& into) {
         for (int i = 0; i < each; ++i)
             address.post([&into, i] { into.push_back(i); });

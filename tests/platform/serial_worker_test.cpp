@@ -19,12 +19,12 @@ void until(const std::function<bool()>& reached) {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }
 
-/// What a job hangs in until the test lets go of it.
+// Holds a job up until the test lets it go.
 struct Hold {
     std::binary_semaphore begun{0}, release{0}, ended{0};
 };
 
-/// A job that hangs, and owns what it hangs in.
+// A job that is held up, and owns what holds it up.
 auto hanging(const std::shared_ptr<Hold>& hold) {
     return [hold](const SerialWorker::Job& job) {
         hold->begun.release();
@@ -109,7 +109,7 @@ TEST(SerialWorker, DoesNotWaitForAJobThatHangs) {
         until([&] { return isNextTaken; });
         worker.run(hanging(hold), [&](bool) { isTaken = true; });
         hold->begun.acquire();
-    } // with two threads that hang
+    } // two threads are still held up
     hold->release.release();
     hold->ended.acquire();
     hold->release.release();

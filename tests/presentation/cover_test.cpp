@@ -49,7 +49,7 @@ QByteArray hugePng() {
     QByteArray png = encoded(filled({1, 1}, 0), "PNG");
     qToBigEndian<quint32>(20'000, png.data() + 16);
     qToBigEndian<quint32>(20'000, png.data() + 20);
-    // The header's check sum, of the type and thirteen bytes.
+    // The header's check sum covers the type and thirteen bytes.
     quint32 sum = 0xffffffff;
     for (const char byte : QByteArrayView(png).sliced(12, 17)) {
         sum ^= static_cast<quint8>(byte);
@@ -107,7 +107,7 @@ TEST(CoverCacheTest, StaysWithinItsBytesAndKeepsWhatIsUsed) {
     QImage found;
     for (int i = 0; i < 20; ++i) {
         EXPECT_EQ(cache.cover(cover(i), {100, 100}).pixel(0, 0), qRgb(i, i, i));
-        EXPECT_TRUE(cache.find(first, {100, 100}, found)); // and is the latest used again
+        EXPECT_TRUE(cache.find(first, {100, 100}, found)); // which makes it the latest used
         EXPECT_LE(cache.bytes(), 200'000);
     }
     EXPECT_FALSE(cache.find(cover(1), {100, 100}, found));

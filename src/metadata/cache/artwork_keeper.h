@@ -5,9 +5,9 @@
 
 namespace halvane {
 
-/// Puts embedded pictures into files of their own, for one save. The tracks of an album mostly
-/// carry the same picture and follow one another: it is stored once, under several names. One
-/// thread; failures are ignored.
+/// Puts embedded pictures into files of their own, for one save. The tracks of an album follow one
+/// another and mostly carry the same picture, which is stored once under several names. One thread;
+/// failures are ignored.
 class ArtworkKeeper {
   public:
     explicit ArtworkKeeper(const QString& cacheDirectory)

@@ -14,7 +14,7 @@ QByteArray neighbourOf(const QByteArray& path) {
     return path + ".new";
 }
 
-/// Makes the new name durable. A file system that can't sync folders has done what it can.
+// Makes the new name durable. Some file systems can't sync folders.
 void syncFolderOf(const QByteArray& path) {
     const QByteArray folder = path.left(path.lastIndexOf('/') + 1);
     const int descriptor = ::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -29,7 +29,7 @@ void syncFolderOf(const QByteArray& path) {
 AtomicFile::AtomicFile(const QString& path)
     : m_path(path.toUtf8())
     , m_neighbour(neighbourOf(m_path)) {
-    // What a killed process left under this name is overwritten.
+    // Overwrites whatever a killed process left under this name.
     m_descriptor = ::open(m_neighbour.constData(),
                           O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0644);
     m_failed = m_descriptor < 0;

@@ -6,8 +6,8 @@
 
 namespace halvane {
 
-/// Writes a file so that at any moment, also after a crash or a power cut, either the old or the
-/// new content is there, whole: to a neighbour first, which is synced and then takes the name. One
+/// Writes a file so that the old or the new content is there, whole, at any moment, even after a
+/// crash or a power cut. A neighbouring file is written and synced, and then takes the name. One
 /// writer of one name at a time. One thread.
 class AtomicFile {
   public:
@@ -29,8 +29,8 @@ class AtomicFile {
     bool m_failed = false;
 };
 
-/// Gives `path` the content of another file without storing it twice, where the file system can;
-/// whether it did.
+/// Gives `path` the content of another file without storing it twice. False where the file system
+/// can't.
 bool linkAtomically(const QString& existing, const QString& path);
 
 } // namespace halvane

@@ -6,8 +6,8 @@
 
 namespace halvane {
 
-/// An embedded picture that the cache keeps in a file of its own; read from the audio file again
-/// should that be gone. Any thread.
+/// An embedded picture that the cache keeps in a file of its own. It is read from the audio file
+/// where that file is missing. Any thread.
 class CachedPicture final : public ArtworkSource {
   public:
     CachedPicture(const QString& cacheDirectory, const QString& trackPath)
@@ -19,7 +19,7 @@ class CachedPicture final : public ArtworkSource {
     QString filePath() const override;
 
   private:
-    QString m_cacheDirectory; // both share their buffers with the library
+    QString m_cacheDirectory; ///< shares its buffer with the library, as does the other
     QString m_trackPath;
 };
 

@@ -89,7 +89,7 @@ void appendText(QByteArray& json, const char* key, const QString& text) {
     appendText(json, text);
 }
 
-/// The shortest digits that read back as the same number.
+// The shortest digits that read back as the same number.
 template<typename Number>
 void appendNumber(QByteArray& json, const char* key, Number value) {
     char digits[32];

@@ -26,8 +26,8 @@ struct CachedTrackMetadata {
     bool hasEmbeddedArtwork = false;
 
     CachedTrackMetadata() = default;
-    /// The record of a loaded item, with the date that its file had when it was read: tags that
-    /// were changed since are read at the next start.
+    /// The record of a loaded item. Its date is the one that the file had when it was read, so that
+    /// the next start reads tags that have changed since.
     CachedTrackMetadata(const QueueItem& item, const QString& path);
 
     /// A new item with an id of its own. Its picture is read from the cache when it is needed.

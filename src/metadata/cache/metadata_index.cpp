@@ -23,8 +23,8 @@ QString fromUtf8(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-/// Decodes the records of one portion. Texts that many records repeat are made once; the views by
-/// which they are found live as long as the parser's buffer.
+// Decodes the records of one portion. A text that many records repeat is made once. The views that
+// find it point into the parser's buffer.
 class PortionDecoder {
   public:
     Records decode(const dom::array& array) {
@@ -100,7 +100,7 @@ class PortionDecoder {
         return value;
     }
 
-    /// A text as one record after the other has it in one field.
+    // The text that the record before has in one field.
     struct Last {
         std::string_view utf8;
         QString text;
@@ -126,15 +126,15 @@ class PortionDecoder {
 
     std::unordered_map<std::string_view, QString> m_texts;
     std::unordered_map<std::string_view, FileUrl> m_urls;
-    std::array<Last, 7> m_last; ///< one for each field whose texts repeat
+    std::array<Last, 7> m_last; // one for each field whose texts repeat
     const std::pair<const std::string_view, FileUrl>* m_lastUrl = nullptr;
     unsigned m_found = 0;
 };
 
-/// The records in a stretch of the index that begins after a bracket or comma and ends before one;
-/// none when it is no such list.
+// The records in a stretch of the index that begins after a bracket or comma and ends before one;
+// none when it is no such list.
 std::optional<Records> decodePortion(std::string_view list) {
-    // Reused: the parser's own notes on a portion stay in the processor's cache.
+    // Reused for each portion, so that the parser's memory stays in the processor's cache.
     thread_local dom::parser parser;
     thread_local std::string array;
     array.assign(1, '[').append(list).append(1, ']');
@@ -147,9 +147,9 @@ std::optional<Records> decodePortion(std::string_view list) {
     }
 }
 
-/// Cuts a list of records between two of them about every so many bytes. These very characters
-/// can't stand inside a text, whose quotes are escaped; inside a value nested in a record they
-/// leave two portions with brackets that do not match, which then do not decode.
+// Cuts a list of records into portions of about one size. The characters at a cut can't stand
+// inside a text, where quotes are escaped. A cut inside a nested value leaves two portions with
+// unmatched brackets, which do not decode.
 std::vector<std::string_view> portionsOf(std::string_view list) {
     constexpr std::size_t portionBytes = 512 << 10;
     constexpr std::string_view between = R"(},{"path":)";
@@ -187,7 +187,7 @@ std::optional<std::vector<Records>> decodePortions(const std::shared_ptr<const Q
     return records;
 }
 
-/// What stands between the brackets of an array; none when there are no such brackets.
+// What stands between the brackets of an array; none when there are no such brackets.
 std::optional<std::string_view> listWithin(std::string_view json) {
     constexpr std::string_view blanks = " \t\r\n";
     const std::size_t first = json.find_first_not_of(blanks);

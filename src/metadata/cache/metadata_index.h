@@ -9,11 +9,11 @@
 
 namespace halvane {
 
-/// The records of an index as they were read, found by path. Never changed once read; any thread.
+/// The records of an index, found by path. They never change once they are read. Any thread.
 class MetadataIndex {
   public:
     MetadataIndex() = default;
-    /// Of two records with one path the later one stands.
+    /// The later of two records with one path counts.
     explicit MetadataIndex(std::vector<std::vector<CachedTrackMetadata>> portions);
     // Moving leaves the records where they are; a copy would point into the original.
     MetadataIndex(MetadataIndex&&) = default;
@@ -30,9 +30,9 @@ class MetadataIndex {
     QHash<QString, const CachedTrackMetadata*> m_byPath;
 };
 
-/// Decodes an index: a JSON array of records. Empty when it is no such array, or a record lacks a
-/// key that it must have or holds a value of another kind. Unknown keys are ignored. Equal texts
-/// mostly share their memory. A long index is decoded on several threads.
+/// Decodes an index, a JSON array of records. Empty when the file holds something else, when a
+/// record lacks a required key, or when a value is of another kind. Unknown keys are ignored. Equal
+/// texts mostly share their memory. A long index is decoded on several threads.
 MetadataIndex decodeIndex(const QString& file);
 
 } // namespace halvane

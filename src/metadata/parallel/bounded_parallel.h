@@ -15,19 +15,19 @@
 
 namespace halvane {
 
-/// For short looks at many files: more threads than processors only get in each other's way, but
-/// one that hangs in a dead mount must not hold up the rest.
+/// How many threads look at many files for a moment each. More threads than processors get in each
+/// other's way, but a few more must go on where some are held up by a dead mount.
 inline std::size_t lookingThreads() {
     return std::clamp<std::size_t>(std::thread::hardware_concurrency(), 4, 16);
 }
 
 /// Computes one result for each of a number of inputs on several threads, and does not wait for a
-/// thread that is stuck: after `patience` with one input its result stays empty, and a fresh thread
-/// takes its place. The stuck one is left behind; whatever it still computes is thrown away.
-template<typename Result>
+/// thread that is held up. After `patience` with one input its result stays empty, and a new thread
+/// takes the place of the old one. The old one is left behind, and its later result is dropped.
+template<typename Value>
 class BoundedParallel {
   public:
-    using Results = std::vector<std::optional<Result>>;
+    using Results = std::vector<std::optional<Value>>;
     struct Options {
         std::size_t threads = 8;
         std::chrono::milliseconds patience{20'000}; ///< with one input
@@ -35,10 +35,10 @@ class BoundedParallel {
         std::function<bool()> isCancelled;
         std::function<void(std::size_t done)> progress; ///< called on the calling thread
     };
-    /// Must own all that it uses: a stuck call outlives run().
-    using Compute = std::function<Result(std::size_t index)>;
+    /// Must own all that it uses, because a call that is held up outlives run().
+    using Compute = std::function<Value(std::size_t index)>;
 
-    /// How many results are handed over together: few at first, so that the first come soon.
+    /// How many results are handed over together. The first portion is small so that it comes soon.
     struct Portions {
         std::size_t first;
         std::size_t largest;
@@ -55,9 +55,9 @@ class BoundedParallel {
         return all;
     }
 
-    /// The same, with the results handed over on the calling thread, in the order of the inputs,
-    /// while later ones are computed: portion by portion, or what there is each time `reports` goes
-    /// by.
+    /// The same, but hands results over on the calling thread, in the order of the inputs, while
+    /// later ones are computed. They come in portions, or as many as there are each time `reports`
+    /// goes by.
     static void stream(std::size_t count, const Compute& compute, const Options& options,
                        Portions portions, const Take& take) {
         auto work = std::make_shared<Work>(count, compute);
@@ -71,7 +71,7 @@ class BoundedParallel {
             work->changed.wait_for(lock, options.reports, [&work] { return work->isAnswerable(); });
             work->cancelled = options.isCancelled && options.isCancelled();
             work->giveUpStuck(options.patience);
-            // Once nothing is computed any more, what is lacking stays empty.
+            // Nothing is computed any more, so results that are lacking stay empty.
             const std::size_t end = work->running > 0 ? work->ready : count;
             Results next = work->results(taken, std::min(end, taken + portions.largest));
             taken += next.size();
@@ -90,7 +90,7 @@ class BoundedParallel {
   private:
     using Time = std::chrono::steady_clock::time_point;
 
-    /// What one thread works on; its owner is told by `current` whether it was given up.
+    /// What one thread works on. A thread that was given up finds that out here.
     struct Slot {
         std::size_t current = none;
         Time since;
@@ -99,11 +99,11 @@ class BoundedParallel {
     static constexpr std::size_t none = static_cast<std::size_t>(-1);
 
     struct Output {
-        std::optional<Result> result;
+        std::optional<Value> result;
         bool isDone = false; ///< computed or given up
     };
 
-    /// Shared by the caller and all threads, the stuck ones too. Guarded by `mutex`.
+    /// Shared by the caller and all threads, with those that are held up. Guarded by `mutex`.
     struct Work : std::enable_shared_from_this<Work> {
         Work(std::size_t count, Compute function)
             : outputs(count)
@@ -123,7 +123,7 @@ class BoundedParallel {
                 slot.current = index;
                 slot.since = std::chrono::steady_clock::now();
                 lock.unlock();
-                std::optional<Result> result(compute(index));
+                std::optional<Value> result(compute(index));
                 lock.lock();
                 if (slot.isGivenUp)
                     return; // the caller has counted this input and may be gone

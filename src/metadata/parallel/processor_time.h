@@ -6,8 +6,8 @@
 
 namespace halvane {
 
-/// The processor time that a thread has used so far; the calling one's by default. None for a
-/// thread that is no more.
+/// The processor time that a thread has used, by default the calling one. Zero for a thread that
+/// has ended.
 inline std::chrono::nanoseconds processorTime(clockid_t thread = CLOCK_THREAD_CPUTIME_ID) {
     timespec used{};
     if (::clock_gettime(thread, &used) != 0)

@@ -9,9 +9,9 @@
 
 namespace halvane {
 
-/// How much processor time goes into each of several inputs: a thread that does not come back
-/// from one either works without end, which is the input's fault, or waits for a disk, which is
-/// not. Any thread.
+/// How much processor time goes into each of several inputs. A thread that does not come back from
+/// an input may work without end, which is the input's fault, or wait for a disk, which is not. Any
+/// thread.
 class ReadingEffort {
   public:
     /// The calling thread works on an input for as long as this lives.
@@ -27,7 +27,7 @@ class ReadingEffort {
         std::size_t m_input;
     };
 
-    /// What the thread at work on the input has spent on it; nothing when there is none.
+    /// What the thread at work on the input has spent on it. Zero when no thread works on it.
     std::chrono::nanoseconds spentOn(std::size_t input) const;
 
   private:

@@ -24,7 +24,7 @@ namespace {
 
 // What a slot begins with. The path is written before the mark.
 constexpr char freeMark = 0;
-constexpr char sharedMark = 1; ///< other files were being read as well
+constexpr char sharedMark = 1; // other files were being read as well
 constexpr char aloneMark = 2;
 constexpr std::size_t headerBytes = 1 + sizeof(quint16);
 
@@ -43,7 +43,7 @@ ReadingJournal::ReadingJournal(const QString& folder)
         ::open(file.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0644);
     if (descriptor < 0)
         return;
-    // posix_fallocate: on a full disk a hole would end the program when it is first written to.
+    // Room is allocated now, because writing to a hole on a full disk would end the program.
     constexpr off_t size = slots * slotBytes;
     if (::posix_fallocate(descriptor, 0, size) == 0) {
         void* map = ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, descriptor, 0);

@@ -10,14 +10,15 @@
 
 namespace halvane {
 
-/// Remembers files that crash or hang the readers, so that they do it once. While a file is read
-/// its path stands in a small mapped file, which costs no system call and outlives the program.
-/// What stands there at the next start was being read when the program died: one of these did it.
-/// Each is then read alone; one that the program dies of alone is not read again until it changes.
-/// Any thread. Without a writable folder nothing is remembered.
+/// Remembers files that crash the readers or never let them finish, so that each does so once. The
+/// path of a file that is being read stands in a small mapped file, which costs no system call and
+/// outlives the program. The files that stand there at the next start were being read when the
+/// program died, and one of them did it. Each is then read alone. A file that the program dies of
+/// alone is not read again until it changes. Any thread. Without a writable folder nothing is
+/// remembered.
 class ReadingJournal {
   public:
-    /// Takes up what an earlier run left in the folder, which is made if it can be.
+    /// Makes the folder where there is none, and reads what an earlier run left in it.
     explicit ReadingJournal(const QString& folder);
     ~ReadingJournal();
     ReadingJournal(const ReadingJournal&) = delete;
@@ -44,15 +45,15 @@ class ReadingJournal {
     void condemn(const QString& path);
     /// A suspect was read without harm.
     void acquit(const QString& path);
-    /// The program ends in order, so that files which are still being read have harmed nobody. From
-    /// now on nothing is remembered.
+    /// The program ends in order, so the files that are still being read did no harm. Nothing is
+    /// remembered from now on.
     void close();
 
   private:
     static constexpr std::size_t slots = 32;
     static constexpr std::size_t slotBytes = 4096;
 
-    /// A file as it was when it was found out.
+    /// A file as it was when it got its verdict.
     struct Trouble {
         Verdict verdict = Verdict::suspect;
         double modificationDate = 0;

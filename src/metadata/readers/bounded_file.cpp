@@ -19,7 +19,7 @@ BoundedFile::BoundedFile(const QString& path, const ReadingLimits& limits)
     , m_deadline(std::chrono::steady_clock::now() + limits.time)
     , m_workDeadline(processorTime() + limits.time) {
     struct stat facts;
-    // The kind is looked at first: opening a device can have effects.
+    // Opening a device can have effects, so the kind is looked at first.
     m_gone = ::stat(m_name.constData(), &facts) != 0;
     if (m_gone || !S_ISREG(facts.st_mode))
         return;
@@ -36,7 +36,7 @@ BoundedFile::~BoundedFile() {
 }
 
 bool BoundedFile::checkTime() {
-    // The thread's clock costs a system call, and is never ahead of the other.
+    // The thread's clock costs a system call, and is never ahead of the steady one.
     if (std::chrono::steady_clock::now() > m_deadline && processorTime() > m_workDeadline)
         m_exhausted = m_late = true;
     return m_late;
@@ -84,7 +84,7 @@ qint64 BoundedFile::read(qint64 offset, qint64 length, char* data) {
     if (!window && length <= Window::bytes - Window::step)
         window = fillWindow(offset);
     if (window) {
-        // Less than was asked for where the file was cut short meanwhile.
+        // A file that was cut short meanwhile gives less than was asked for.
         const qint64 available = std::min(length, window->start + window->length - offset);
         if (available <= 0)
             return 0;

@@ -16,12 +16,13 @@ struct ReadingLimits {
     qint64 blockBytes = 32LL << 20;  ///< largest single read
     qint64 totalBytes = 128LL << 20; ///< of all reads together
     int reads = 200'000;
-    std::chrono::milliseconds time{5000}; ///< of the processor: a slow disk is not the file's fault
+    std::chrono::milliseconds time{
+        5000}; ///< processor time, because a slow disk is not the file's fault
 };
 
-/// A regular file opened for reading only, that stops answering when a parser asks for too much of
-/// it: past a limit every read is empty, as at the end of the file, so loops in parsers end.
-/// Opening never blocks on a pipe or a device. For the thread that made it.
+/// A regular file, opened for reading only, that stops answering when a parser asks for too much of
+/// it. Past a limit every read is empty, as at the end of the file, so that loops in parsers end.
+/// Opening never blocks on a pipe or a device. One thread.
 class BoundedFile {
   public:
     explicit BoundedFile(const QString& path, const ReadingLimits& limits = {});
@@ -37,10 +38,11 @@ class BoundedFile {
     double modificationDate() const { return m_modificationDate; }
     const QByteArray& name() const { return m_name; }
 
-    /// Reads up to `length` bytes at `offset` into `data`; how many were read.
+    /// Reads up to `length` bytes at `offset` into `data`. Returns how many were read.
     qint64 read(qint64 offset, qint64 length, char* data);
     QByteArray read(qint64 offset, qint64 length);
-    /// Whether `length` may be read at once at all; parsers allocate before they read.
+    /// How many of `length` bytes may be read at once. Asked by parsers, which allocate before they
+    /// read.
     qint64 clampedLength(qint64 offset, qint64 length) const;
 
     /// Whether a limit was reached.
@@ -51,8 +53,8 @@ class BoundedFile {
     bool checkTime();
 
   private:
-    /// A part of the file in memory. Parsers read a few bytes at a time, and go to and fro between
-    /// the beginning, the end and what they find there.
+    /// A part of the file in memory. Parsers read a few bytes at a time, and go back and forth
+    /// between the beginning and the end of the file.
     struct Window {
         static constexpr qint64 bytes = 8192;
         static constexpr qint64 step = 4096; ///< windows begin at multiples of it

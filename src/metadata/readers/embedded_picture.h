@@ -8,8 +8,8 @@
 
 namespace halvane {
 
-/// The picture in an audio file's tags, read from the file again whenever somebody needs it; a file
-/// that has changed since has another picture. Any thread.
+/// The picture in an audio file's tags, read from the file each time that it is needed. A file that
+/// has changed since has another picture. Any thread.
 class EmbeddedPicture final : public ArtworkSource {
   public:
     /// `modificationDate` is the audio file's, in seconds since 2001-01-01 UTC.

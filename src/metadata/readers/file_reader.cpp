@@ -15,7 +15,7 @@ namespace halvane {
 
 namespace {
 
-/// Stream facts that a hostile header could have made up are worse than none.
+// Stream facts that a hostile header could have made up are worse than none.
 bool isCredible(const StreamFacts& facts) {
     constexpr double longest = 366.0 * 24 * 3600;
     return std::isfinite(facts.seconds) && facts.seconds >= 0 && facts.seconds < longest &&
@@ -23,8 +23,8 @@ bool isCredible(const StreamFacts& facts) {
            facts.bitsPerSample <= 64;
 }
 
-/// With junk in front of the first frame, or with nothing behind the tags, the name is all there is
-/// to tell a container by.
+// With junk in front of the first frame, or with nothing behind the tags, the name is all there is
+// to tell a container by.
 ContainerFacts containerOf(BoundedFile& file, const QString& lowerCasedExtension) {
     ContainerFacts facts = detectContainer([&file](qint64 offset, OpeningBytes& bytes) {
         return file.read(offset, std::ssize(bytes), bytes.data()) == std::ssize(bytes);
@@ -69,7 +69,7 @@ AudioFileReading readAudioFile(const QString& path, const ReadingLimits& limits)
         const auto facts = containerOf(file, QFileInfo(path).suffix().toLower());
         reading.metadata = readMetadata(file, facts);
     } catch (const std::exception&) {
-        // A parser ran out of memory or of range: the file yields what its name says.
+        // A parser ran out of memory or of range. The file yields what its name says.
         reading.metadata = {};
     }
     if (!isCredible(reading.metadata.stream))

@@ -14,8 +14,8 @@ struct AudioFileReading {
     bool isGone = false;         ///< there is no such file
 };
 
-/// Reads the tags and stream facts of one audio file with the reader that its bytes call for.
-/// Never fails: what can't be read stays empty. Any thread.
+/// Reads the tags and stream facts of one audio file with the reader that its bytes call for. Never
+/// fails: fields that can't be read stay empty. Any thread.
 AudioFileReading readAudioFile(const QString& path, const ReadingLimits& limits = {});
 
 } // namespace halvane

@@ -10,7 +10,7 @@ namespace halvane {
 
 namespace {
 
-/// TagLib gives frames of ID3v2.2 the names of their successors.
+// TagLib gives frames of ID3v2.2 the names of their successors.
 QByteArray modernName(const QByteArray& id) {
     constexpr const char* pairs[][2] = {
         {"TT2", "TIT2"}, {"TP1", "TPE1"}, {"TAL", "TALB"}, {"TCO", "TCON"}, {"TYE", "TDRC"}};
@@ -73,7 +73,8 @@ QString utf16TextWithoutMark(BoundedFile& file, qint64 tagOffset, const QByteArr
         if (bytes.size() < 3 || bytes[0] != 1)
             continue;
         const QByteArray text = bytes.mid(1, (bytes.size() - 1) / 2 * 2);
-        // Little-endian is what such writers used; text whose first halves are zero is the other.
+        // Such writers used little-endian. Text is big-endian when more first than second bytes are
+        // zero.
         qsizetype zeroFirst = 0;
         qsizetype zeroSecond = 0;
         for (qsizetype i = 0; i < text.size(); i += 2) {

@@ -7,8 +7,8 @@
 
 namespace halvane {
 
-/// Steps over the frames of an ID3v2 tag without reading what is in them: for what has to be known
-/// before TagLib takes the tag apart, and for what it leaves out. One thread.
+/// Steps over the frames of an ID3v2 tag without reading their contents. Tells what has to be known
+/// before TagLib reads the tag, and finds what TagLib leaves out. One thread.
 class Id3v2Walk {
   public:
     struct Frame {
@@ -31,11 +31,11 @@ class Id3v2Walk {
     unsigned m_version = 0;
 };
 
-/// Whether the tag holds more frames than any real one, so that to read it would cost much memory.
+/// Whether the tag holds more frames than any real one. Reading it would cost much memory.
 bool id3v2IsOvercrowded(BoundedFile& file, qint64 offset);
 
-/// The text of a frame in UTF-16 that lacks the byte-order mark its encoding asks for; TagLib
-/// drops such texts. Empty where there is none.
+/// The text of a frame in UTF-16 that lacks its byte-order mark. TagLib drops such texts. Empty
+/// where there is none.
 QString utf16TextWithoutMark(BoundedFile& file, qint64 tagOffset, const QByteArray& frameId);
 
 } // namespace halvane

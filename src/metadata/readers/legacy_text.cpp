@@ -24,12 +24,12 @@ uchar at(const QByteArray& bytes, qsizetype index) {
     return index >= 0 && index < bytes.size() ? static_cast<uchar>(bytes[index]) : 0;
 }
 
-/// What strictly valid UTF-8 is made of.
+// The characters of a text in strictly valid UTF-8.
 struct Utf8Facts {
     bool isValid = false;
-    bool hasLongSequences = false; ///< of three or four bytes
-    bool isAccentedLatin = true;   ///< nothing beyond U+024F
-    bool isGreekOrCyrillic = true; ///< two letters at least, and nothing else above ASCII
+    bool hasLongSequences = false; // of three or four bytes
+    bool isAccentedLatin = true;   // nothing beyond U+024F
+    bool isGreekOrCyrillic = true; // two letters at least, and nothing else above ASCII
     bool hasAsciiLetters = false;
 };
 
@@ -51,15 +51,15 @@ Utf8Facts utf8Facts(const QByteArray& bytes) {
     return facts;
 }
 
-/// UTF-8 by accident is rare where a sequence is long; a two-byte one may as well be a Chinese
-/// character, unless the letters make words of one script.
+// Other text is rarely valid UTF-8 where a sequence is long. A sequence of two bytes may as well be
+// a Chinese character, unless the letters make words of one script.
 bool isPlausibleUtf8(const QByteArray& bytes) {
     const Utf8Facts facts = utf8Facts(bytes);
     return facts.isValid && (facts.hasLongSequences || facts.isGreekOrCyrillic ||
                              (facts.isAccentedLatin && facts.hasAsciiLetters));
 }
 
-/// Punctuation of Latin-1 and Windows-1252 that stands beside words.
+// Punctuation of Latin-1 and Windows-1252 that stands beside words.
 bool isLatinPunctuation(uchar c) {
     constexpr uchar marks[] = {0x85, 0x91, 0x92, 0x93, 0x94, 0x96, 0x97, 0x99, 0xa0, 0xa1, 0xa9,
                                0xab, 0xae, 0xb0, 0xb2, 0xb3, 0xb4, 0xb7, 0xba, 0xbb, 0xbd, 0xbf};
@@ -75,7 +75,7 @@ bool isLatinCapital(uchar c) {
     return (c >= 0xc0 && c <= 0xde) || c == 0x8a || c == 0x8c || c == 0x8e || c == 0x9f;
 }
 
-/// Whether one stretch of bytes above ASCII reads as the accented letters of a word, or as a mark.
+// Whether one stretch of bytes above ASCII reads as the accented letters of a word, or as a mark.
 bool isPlausibleLatinRun(const QByteArray& bytes, qsizetype start, qsizetype end) {
     const auto touchesWord = [&] {
         return isAsciiLetter(at(bytes, start - 1)) || isAsciiLetter(at(bytes, end));
@@ -123,8 +123,8 @@ bool isPlausibleLatin1(const QByteArray& bytes) {
     return true;
 }
 
-/// The text as GB18030, none unless every byte belongs to a character and most of the characters
-/// are common ones: those of GB2312, which are two bytes above 0xa0.
+// The text as GB18030. None unless every byte belongs to a character and most characters are common
+// ones, which are those of GB2312: two bytes above 0xa0.
 std::optional<QString> plausibleGb18030(const QByteArray& bytes) {
     qsizetype common = 0;
     qsizetype rare = 0;
@@ -165,7 +165,8 @@ std::optional<QString> plausibleGb18030(const QByteArray& bytes) {
 } // namespace
 
 QString decodeLegacyText(const QByteArray& bytes) {
-    if (std::all_of(bytes.begin(), bytes.end(), [](char c) { return isAscii(uchar(c)); }))
+    if (std::all_of(bytes.begin(), bytes.end(),
+                    [](char c) { return isAscii(static_cast<uchar>(c)); }))
         return QString::fromLatin1(bytes);
     if (isPlausibleUtf8(bytes))
         return QString::fromUtf8(bytes);
@@ -176,7 +177,7 @@ QString decodeLegacyText(const QByteArray& bytes) {
         if (const auto chinese = plausibleGb18030(bytes.chopped(1)))
             return *chinese;
     }
-    // What is called Latin-1 is Windows-1252 in practice; the two differ where Latin-1 has
+    // Text that is called Latin-1 is Windows-1252 in practice. The two differ where Latin-1 has
     // controls.
     static constexpr char16_t windows1252[] = {
         0x20ac, 0x81,   0x201a, 0x0192, 0x201e, 0x2026, 0x2020, 0x2021, 0x02c6, 0x2030, 0x0160,

@@ -13,7 +13,7 @@ using namespace libav;
 
 namespace {
 
-/// A BoundedFile as libavformat's input.
+// A BoundedFile as libavformat's input.
 class LibavInput {
   public:
     explicit LibavInput(BoundedFile& file)
@@ -143,7 +143,7 @@ FileMetadata readWithLibav(BoundedFile& file, Container container) {
     FileMetadata result;
     if (!libav::load())
         return result;
-    // What it has to say of strange files is of no use to the user.
+    // Messages about strange files are of no use to the user.
     av_log_set_level(AV_LOG_QUIET);
     LibavInput input(file);
     const Format context = open(input, container);

@@ -7,8 +7,7 @@
 
 namespace halvane {
 
-/// What libavformat finds in a file: for CAF, and for whatever else TagLib could make nothing of.
-/// Any thread.
+/// Reads a file with libavformat: CAF, and other files that TagLib can make nothing of. Any thread.
 FileMetadata readWithLibav(BoundedFile& file, Container container);
 
 } // namespace halvane

@@ -5,13 +5,13 @@
 
 namespace halvane {
 
-/// How many samples of an MP3 stream are not music: what the encoder put before and after it, by
-/// the figures that it leaves in the stream's first frame. 0 where there are none. Costs no read of
-/// the disk right after the stream was looked at.
+/// How many samples the encoder put before and after the music of an MP3 stream, by the figures in
+/// the stream's first frame. 0 where there are none. Costs no read of the disk right after the
+/// stream was looked at.
 ///
-/// The layout is that of the LAME tag, which other encoders write too: behind the frame's side
-/// information "Xing" or "Info", four bytes of flags, the fields that these announce, the encoder's
-/// name in nine bytes, twelve more bytes, and then two numbers of 12 bits.
+/// The layout is that of the LAME tag, which other encoders write too. Behind the frame's side
+/// information stand "Xing" or "Info", four bytes of flags, the fields that the flags announce, the
+/// encoder's name in nine bytes, twelve more bytes, and two numbers of 12 bits.
 int mp3PaddingSamples(BoundedFile& file, qint64 firstFrame);
 
 } // namespace halvane

@@ -32,7 +32,7 @@ AdtsFrame adtsFrameAt(BoundedFile& file, qint64 offset) {
     return frame.size >= 7 && frame.sampleRate > 0 ? frame : AdtsFrame{};
 }
 
-/// Where two frames follow one another, within the first bytes.
+// Where two frames follow one another, within the first bytes.
 qint64 firstAdtsFrame(BoundedFile& file, qint64 from) {
     constexpr qint64 searched = 64 << 10;
     for (qint64 offset = from; offset < from + searched && offset + 7 <= file.size(); ++offset) {

@@ -19,7 +19,7 @@ namespace halvane {
 
 namespace {
 
-/// TagLib's list of the chunks of a file, for reading.
+// TagLib's list of the chunks of a file, for reading.
 class ChunkFile final : public TagLib::RIFF::File {
   public:
     ChunkFile(TagLib::IOStream& stream, bool isLittleEndian)
@@ -41,7 +41,7 @@ struct Chunk {
     qint64 size = 0;
 };
 
-/// The format of a WAV file: the code 0xfffe says that the real one follows further on.
+// The format of a WAV file: the code 0xfffe says that the real one follows further on.
 struct WavFormat {
     quint16 code = 0;
     double sampleRate = 0;
@@ -64,7 +64,7 @@ struct WavFormat {
     bool isLossless() const { return code == 1 || code == 3; } // integers and floats
 };
 
-/// An 80-bit IEEE 754 number, big-endian, as AIFF writes its sample rate.
+// An 80-bit IEEE 754 number, big-endian, as AIFF writes its sample rate.
 double extendedFloat(const char* bytes) {
     const int exponent = (qFromBigEndian<quint16>(bytes) & 0x7fff) - 16383 - 63;
     return std::ldexp(static_cast<double>(qFromBigEndian<quint64>(bytes + 2)), exponent);
@@ -88,7 +88,7 @@ class RiffReader {
         , m_chunks(m_stream, m_isWav) {}
 
     FileMetadata read() {
-        // ID3v2 says more than the older chunks: it is read last.
+        // ID3v2 says more than the older chunks, so it is read last.
         std::vector<Chunk> id3;
         for (unsigned int i = 0; i < m_chunks.chunkCount(); ++i) {
             const auto name = m_chunks.chunkName(i);
@@ -107,7 +107,7 @@ class RiffReader {
     }
 
   private:
-    /// Descriptions and texts are small; more than this is not read.
+    // Descriptions and texts are small; more than this is not read.
     QByteArray bytes(const Chunk& chunk) {
         return m_file.read(chunk.offset, std::min<qint64>(chunk.size, 64 << 10));
     }
@@ -165,7 +165,7 @@ class RiffReader {
         m_result.stream.sampleRate = rate;
         const QByteArray compression = common.size() >= 22 ? common.mid(18, 4) : QByteArray("NONE");
         if (!isLosslessAiffCompression(compression))
-            return; // what it calls frames may be packets: left to a decoder
+            return; // these frames may be packets, which only a decoder can count
         m_result.stream.seconds = frames / rate;
         m_result.stream.bitsPerSample = qFromBigEndian<quint16>(common.constData() + 6);
     }
@@ -175,7 +175,7 @@ class RiffReader {
     bool m_isWav;
     ChunkFile m_chunks;
     WavFormat m_format{QByteArray()};
-    double m_frames = 0; ///< of a lossy WAV, where it says
+    double m_frames = 0; // of a lossy WAV, where it says
     FileMetadata m_result;
 };
 

@@ -8,8 +8,8 @@
 namespace halvane {
 
 /// Tags and stream facts of WAV and AIFF files, both made of chunks. TagLib finds the chunks and
-/// reads the tags in them; the few bytes that describe the stream are read here, because TagLib
-/// keeps back the text chunks of AIFF and lengths in frames. Any thread.
+/// reads the tags in them. The text chunks of AIFF and the bytes that describe the stream are read
+/// here, because TagLib does not tell them. Any thread.
 FileMetadata readRiff(BoundedFile& file, Container container);
 
 } // namespace halvane

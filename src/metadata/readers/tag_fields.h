@@ -15,8 +15,8 @@ enum class TagField { title, artist, albumName, type, creationDate };
 /// The first run of four digits that is a year between 1900 and 2100.
 std::optional<qint64> parseYear(const QString& text);
 
-/// Which of several pictures is the cover: a front cover before any other, and among equals the
-/// later one.
+/// Which of several pictures is the cover. A front cover goes before any other, and the later one
+/// goes first among equals.
 enum class PictureRank { none, other, frontCover };
 
 /// The tags of one file as they are found. Values are trimmed, empty ones are skipped, and a later
@@ -24,7 +24,7 @@ enum class PictureRank { none, other, frontCover };
 class TagFields {
   public:
     void add(TagField field, const QString& value);
-    /// `bytes` is called when somebody wants the picture, at most for as long as these fields live.
+    /// `bytes` is called when somebody wants the picture, and not after these fields are destroyed.
     void addPicture(PictureRank rank, std::function<QByteArray()> bytes);
 
     const QString& title() const { return m_title; }
@@ -45,7 +45,7 @@ class TagFields {
     std::function<QByteArray()> m_picture;
 };
 
-/// What the first audio stream of a file is. Zero stands for not known.
+/// Facts of the first audio stream of a file. Zero stands for not known.
 struct StreamFacts {
     double seconds = 0;
     double sampleRate = 0; ///< hertz

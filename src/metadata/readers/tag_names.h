@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// Which tag of which container means what. One table a container; where several tags of one table
-// mean the same, the later row wins. Pictures come from APIC and PIC frames, "Cover Art" items,
-// PICTURE blocks and METADATA_BLOCK_PICTURE comments, the covr atom, and attached pictures.
+// The meaning of each tag, in one table for each container. The later row wins where several tags
+// of one table mean the same. Pictures come from APIC and PIC frames, "Cover Art" items, PICTURE
+// blocks and METADATA_BLOCK_PICTURE comments, the covr atom, and attached pictures.
 //
-// A file can hold several tags. They are read in this order, a later one replacing what an earlier
-// one said:
+// A file can hold several tags. They are read in this order, and a later one replaces the fields of
+// an earlier one:
 //   MPEG, raw AAC: ID3v1, APE, ID3v2
 //   FLAC:          ID3v1, ID3v2, Vorbis comments
 //   WAV:           INFO list, ID3v2

@@ -53,7 +53,7 @@ FileMetadata readMpeg(BoundedFile& file, const ContainerFacts& facts) {
     return result;
 }
 
-// A damaged file may announce a tag that TagLib then does not give: both are asked for.
+// A damaged file may announce a tag that TagLib then does not give, so both are asked for.
 FileMetadata readFlac(BoundedFile& file) {
     FileMetadata result;
     TagLibStream stream(file);

@@ -7,8 +7,8 @@
 
 namespace halvane {
 
-/// What TagLib finds in a file of the given container; nothing for containers it does not know.
-/// Any thread. Pictures stay in memory only as long as the result lives.
+/// Reads a file of the given container with TagLib. Finds nothing in containers that TagLib does
+/// not know. Pictures stay in memory only as long as the result. Any thread.
 FileMetadata readWithTagLib(BoundedFile& file, const ContainerFacts& facts);
 
 } // namespace halvane

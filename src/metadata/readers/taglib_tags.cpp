@@ -26,7 +26,7 @@ TagLib::String toTagLib(const QString& text) {
     return TagLib::String(text.toStdWString());
 }
 
-/// The bytes up to the first zero, as they stand.
+// The bytes up to the first zero.
 QByteArray fieldBytes(const TagLib::ByteVector& data) {
     if (data.isEmpty())
         return {};
@@ -64,16 +64,16 @@ PictureRank rankOf(int type) {
 void addBytes(TagFields& fields, PictureRank rank, const TagLib::ByteVector& bytes) {
     if (bytes.isEmpty())
         return;
-    // TagLib's vectors share their bytes: nothing is copied until somebody asks.
+    // TagLib's vectors share their bytes, so nothing is copied until somebody asks.
     fields.addPicture(rank, [bytes] { return QByteArray(bytes.data(), bytes.size()); });
 }
 
-/// Several values of one frame are one value for us.
+// Several values of one frame are one value for us.
 QString joined(const TagLib::StringList& values) {
     return fromTagLib(values.toString(", "));
 }
 
-/// A number stands for one of the genres of ID3v1.
+// A number stands for one of the genres of ID3v1.
 QString genreText(const TagLib::StringList& values) {
     TagLib::StringList names;
     for (const auto& value : values) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Takes the tags that TagLib parsed over into the common fields. Any thread.
+// Copies the tags that TagLib parsed into the common fields. Any thread.
 #pragma once
 
 #include "metadata/readers/bounded_file.h"
@@ -37,12 +37,12 @@ namespace halvane {
 
 QString fromTagLib(const TagLib::String& text);
 
-/// Has TagLib read fields of unsure encoding by decodeLegacyText. Called before any file is read;
-/// may be called again.
+/// Makes TagLib read fields of unsure encoding by decodeLegacyText. Called before any file is read,
+/// and may be called again.
 void installLegacyTextReading();
 
 void addId3v1(TagFields& fields, const TagLib::ID3v1::Tag& tag);
-/// `tagOffset` is where the tag begins in the file, for what TagLib drops.
+/// `tagOffset` is where the tag begins in the file, where texts that TagLib drops are found.
 void addId3v2(TagFields& fields, const TagLib::ID3v2::Tag& tag, BoundedFile& file,
               qint64 tagOffset);
 void addApe(TagFields& fields, const TagLib::APE::Tag& tag);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// Everything that TagLib 1 (Debian 12) and TagLib 2 (Debian 13 and later) name differently.
+// Names for what TagLib 1 (Debian 12) and TagLib 2 (Debian 13 and later) call differently.
 
 #include <taglib/audioproperties.h>
 #include <taglib/taglib.h>

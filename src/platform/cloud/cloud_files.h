@@ -22,13 +22,12 @@ class CloudFiles {
     /// Whether the file lives in the cloud and not on this disk. Never opens the file: that could
     /// block until it is downloaded. Any thread.
     bool isEvicted(const QString& path) const { return presence(path) == FilePresence::evicted; }
-    /// Whether what stands at the path is to be downloaded when it is opened, which would block: a
-    /// look that costs less than isEvicted(), which also finds what another name stands for. Any
-    /// thread.
+    /// Whether opening the file would block until it is downloaded. Costs less than isEvicted(),
+    /// which also finds placeholders of another name. Any thread.
     virtual bool blocksWhenOpened(const QString& path) const { return isEvicted(path); }
-    /// The same look, which also tells whether there is anything at all. Any thread.
+    /// Like isEvicted(), and also tells a file that is here from a missing one. Any thread.
     virtual FilePresence presence(const QString& path) const = 0;
-    /// The same of many files, in their order, which may cost less where they share folders. Any
+    /// The same for many files, in their order. May cost less where files share folders. Any
     /// thread.
     virtual std::vector<FilePresence> presences(const QStringList& paths) const {
         std::vector<FilePresence> all;

@@ -10,7 +10,7 @@ namespace halvane {
 
 namespace {
 
-/// With the slash at its end.
+// The folder ends with a slash.
 QStringView folderOf(QStringView path) {
     return path.first(path.lastIndexOf(QLatin1Char('/')) + 1);
 }

@@ -25,7 +25,7 @@ class DesktopCloudFiles final : public CloudFiles {
 
     QString m_runtimeFolder;
     mutable MountTable m_mounts;
-    SerialWorker m_requests; ///< which so reach a client in order
+    SerialWorker m_requests; ///< one worker, so that requests reach a client in order
 };
 
 } // namespace halvane

@@ -14,13 +14,13 @@ namespace halvane {
 
 namespace {
 
-/// Mount points are listed with blanks, tabs, line ends and backslashes as \ooo.
+// Mount points are listed with blanks, tabs, line ends and backslashes as \ooo.
 QByteArray unescaped(const QByteArray& text) {
     QByteArray result;
     for (qsizetype i = 0; i < text.size(); ++i) {
         bool isOctal = false;
         const int code = text[i] == '\\' ? text.mid(i + 1, 3).toInt(&isOctal, 8) : 0;
-        result += isOctal ? char(code) : text[i];
+        result += isOctal ? static_cast<char>(code) : text[i];
         i += isOctal ? 3 : 0;
     }
     return result;

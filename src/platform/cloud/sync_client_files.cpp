@@ -66,7 +66,7 @@ bool mayHoldDotNamePlaceholders(const QString& folder, qsizetype files) {
         const dirent* const entry = ::readdir(listing.get());
         if (!entry)
             return errno != 0;
-        // In any case of letters: some file systems don't tell them apart.
+        // Some file systems don't tell upper from lower case.
         const std::string_view name(entry->d_name);
         if (name.size() > ending.size() &&
             ::strcasecmp(name.data() + name.size() - ending.size(), ending.data()) == 0)
@@ -76,8 +76,8 @@ bool mayHoldDotNamePlaceholders(const QString& folder, qsizetype files) {
 }
 
 FilePresence presenceBySyncClient(const QString& path, MountTable* mounts) {
-    // The first look also tells whether the file is there at all: a library's thousands of files
-    // are looked at again and again.
+    // The first call also tells whether the file exists, which spares thousands of files a second
+    // one.
     if (hasAttribute(path, "user.nextcloud.hydrate_exec"))
         return FilePresence::evicted;
     if (errno == ENOENT)

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What sync clients leave on the disk in place of a file that they have not downloaded. Nothing
-// here opens the file: on a file system of theirs that would wait for the whole download.
+// here opens the file, which would wait for the whole download on their own file systems.
 #pragma once
 
 #include "platform/cloud/cloud_files.h"
@@ -21,9 +21,9 @@ std::optional<QString> suffixPlaceholder(const QString& path);
 /// thread.
 bool hasDotNamePlaceholder(const QString& path);
 
-/// Whether there may be such placeholders in a folder of which so many files are asked for: one
-/// look at it costs less than looking for each. A folder that can't be listed, or that holds far
-/// more than that, may hold them. Any thread.
+/// Whether a folder may hold such placeholders. Listing it once costs less than looking for the
+/// placeholder of each of `files` files. A folder that can't be listed, or that holds far more
+/// files than that, may hold them. Any thread.
 bool mayHoldDotNamePlaceholders(const QString& folder, qsizetype files);
 
 /// Whether the file is there, or a sync client has left something in its place, or its extended
@@ -31,9 +31,9 @@ bool mayHoldDotNamePlaceholders(const QString& folder, qsizetype files);
 /// systems are; null when there is none. Any thread.
 FilePresence presenceBySyncClient(const QString& path, MountTable* mounts);
 
-/// Whether the state record of an on-demand file system (a MessagePack map whose "state" is 0 for a
-/// downloaded file) says so. A record that can't be read counts as not downloaded: to be wrong that
-/// way is to wait for nothing, the other way to hang on an open.
+/// Whether the state record of an on-demand file system says that the file is not downloaded. The
+/// record is a MessagePack map whose "state" is 0 for a downloaded file. A record that can't be
+/// read counts as not downloaded, because a needless wait does less harm than an open that hangs.
 bool stateRecordSaysEvicted(const QByteArray& record);
 
 } // namespace halvane

@@ -19,7 +19,7 @@ namespace {
 
 using SteadyClock = std::chrono::steady_clock;
 
-/// One client's socket, with an end to every wait.
+// One client's socket, with an end to every wait.
 class Client {
   public:
     Client(const QString& path, SteadyClock::time_point deadline)
@@ -28,9 +28,9 @@ class Client {
         const QByteArray name = QFile::encodeName(path);
         sockaddr_un address{};
         address.sun_family = AF_UNIX;
-        if (name.size() >= qsizetype(sizeof address.sun_path))
+        if (name.size() >= static_cast<qsizetype>(sizeof address.sun_path))
             return;
-        std::memcpy(address.sun_path, name.constData(), std::size_t(name.size()));
+        std::memcpy(address.sun_path, name.constData(), static_cast<std::size_t>(name.size()));
         m_isConnected =
             ::connect(m_socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
     }
@@ -45,8 +45,9 @@ class Client {
 
     bool send(const QByteArray& line) {
         for (qsizetype sent = 0; sent < line.size();) {
-            const ssize_t count = ::send(m_socket, line.constData() + sent,
-                                         std::size_t(line.size() - sent), MSG_NOSIGNAL);
+            const ssize_t count =
+                ::send(m_socket, line.constData() + sent,
+                       static_cast<std::size_t>(line.size() - sent), MSG_NOSIGNAL);
             if (count > 0)
                 sent += count;
             else if (!waitFor(POLLOUT))
@@ -55,7 +56,7 @@ class Client {
         return true;
     }
 
-    /// The next line without its end; none at the end, or when the client takes too long.
+    // The next line without its end; none at the end, or when the client takes too long.
     std::optional<QByteArray> readLine() {
         for (;;) {
             if (const qsizetype end = m_unread.indexOf('\n'); end >= 0) {
@@ -78,7 +79,7 @@ class Client {
         const auto left =
             std::chrono::duration_cast<std::chrono::milliseconds>(m_deadline - SteadyClock::now());
         pollfd ready{m_socket, events, 0};
-        return left.count() > 0 && ::poll(&ready, 1, int(left.count())) > 0;
+        return left.count() > 0 && ::poll(&ready, 1, static_cast<int>(left.count())) > 0;
     }
 
     const int m_socket;
@@ -101,8 +102,8 @@ bool isBelow(const QString& file, const QString& root) {
     return file.startsWith(root.endsWith(QLatin1Char('/')) ? root : root + QLatin1Char('/'));
 }
 
-/// The folders that the client keeps in step. It names them unasked when one connects; the answer
-/// to a question sent meanwhile comes behind the last of them.
+// The folders that the client keeps in step. The client names them when one connects, and answers a
+// question only after the last of them.
 QStringList roots(Client& client, const QString& anyFile) {
     QStringList found;
     if (!client.send("RETRIEVE_FILE_STATUS:" + anyFile.toUtf8() + '\n'))
@@ -141,7 +142,7 @@ int requestDownloads(const QString& runtimeFolder, const QStringList& files,
         for (qsizetype at = 0; at < wanted.size(); at += filesInOneLine) {
             const QStringList batch = wanted.mid(at, filesInOneLine);
             if (client.send("MAKE_AVAILABLE_LOCALLY:" + batch.join(separator).toUtf8() + '\n'))
-                asked += int(batch.size());
+                asked += static_cast<int>(batch.size());
         }
     }
     return asked;

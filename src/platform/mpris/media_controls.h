@@ -64,18 +64,17 @@ struct WindowCommandHandlers {
     std::function<void()> quit;
 };
 
-/// The desktop's media controls. Main thread. Without a service behind it, everything is accepted
-/// and nothing happens.
+/// The desktop's media controls. Does nothing where no service is behind it. Main thread.
 class MediaControls {
   public:
     virtual ~MediaControls() = default;
-    /// Once, before anything is published.
+    /// Called once, before anything is published.
     virtual void setHandlers(MediaCommandHandlers handlers) = 0;
     /// Publishes what is playing; none clears it, with the state stopped.
     virtual void publish(const std::optional<NowPlayingInfo>& info, MediaPlaybackState state) = 0;
     virtual void publishCapabilities(const MediaCapabilities& capabilities) = 0;
     virtual void publishModes(MediaLoop loop, bool shuffle, double volume) = 0;
-    /// The position jumped to this place, other than by playing on.
+    /// The position jumped to this place instead of moving on with the music.
     virtual void seeked(double seconds) = 0;
 
     virtual void setWindowHandlers(WindowCommandHandlers handlers) = 0;

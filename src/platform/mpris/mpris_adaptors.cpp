@@ -107,7 +107,8 @@ void MprisPlayerAdaptor::Seek(qlonglong Offset) {
     if (info->durationSeconds && target > microseconds(*info->durationSeconds))
         Next();
     else
-        run(m_shared.handlers.changePlaybackPosition, double(std::max(target, 0LL)) / 1e6);
+        run(m_shared.handlers.changePlaybackPosition,
+            static_cast<double>(std::max(target, 0LL)) / 1e6);
 }
 
 // A client that aims at a track which has ended meanwhile must not move the next one.
@@ -117,7 +118,7 @@ void MprisPlayerAdaptor::SetPosition(const QDBusObjectPath& TrackId, qlonglong P
         return;
     if (info->durationSeconds && Position > microseconds(*info->durationSeconds))
         return;
-    run(m_shared.handlers.changePlaybackPosition, double(Position) / 1e6);
+    run(m_shared.handlers.changePlaybackPosition, static_cast<double>(Position) / 1e6);
 }
 
 void MprisPlayerAdaptor::OpenUri(const QString& Uri, const QDBusMessage& message) {

@@ -11,8 +11,8 @@ namespace halvane {
 
 /// The desktop's media controls by MPRIS 2.2: a player under "org.mpris.MediaPlayer2.halvane" on
 /// the session bus (with a suffix if another program holds that name). Changes that are published
-/// in one turn of the event loop are signalled together, and only those properties that differ from
-/// what was signalled last. Main thread. On a connection that is not there nothing happens.
+/// in one turn of the event loop are signalled together. Only properties that differ from the last
+/// signal are in it. Does nothing without a connection. Main thread.
 class MprisControls final : public MediaControls {
   public:
     /// Takes the name of a D-Bus connection that outlives this object.

@@ -11,7 +11,7 @@ namespace halvane {
 using namespace Qt::StringLiterals;
 
 qint64 microseconds(double seconds) {
-    return std::isfinite(seconds) ? qint64(std::llround(seconds * 1e6)) : 0;
+    return std::isfinite(seconds) ? static_cast<qint64>(std::llround(seconds * 1e6)) : 0;
 }
 
 QString mprisTrackId(const std::optional<NowPlayingInfo>& info) {

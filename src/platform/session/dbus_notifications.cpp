@@ -29,7 +29,7 @@ QDBusMessage call(const QString& method) {
 
 } // namespace
 
-/// Knows the server's capabilities, and which number the server gave to each identifier.
+// Knows the server's capabilities, and which number the server gave to each identifier.
 class DBusNotifications::Client final : public QObject {
     Q_OBJECT
 
@@ -74,7 +74,7 @@ class DBusNotifications::Client final : public QObject {
         m_waiting.clear();
     }
 
-    /// Without leave to start a server, one that is not running stays so.
+    // Starts a server that is not running only with leave to do so.
     void askForCapabilities(bool mayStartServer) {
         if (!m_connection.isConnected() || std::exchange(m_isAsking, true))
             return;
@@ -93,9 +93,10 @@ class DBusNotifications::Client final : public QObject {
         });
     }
 
-    // One call of an identifier at a time: the next needs the number that this one gives.
+    // Sends one call of an identifier at a time, because the next needs the number that this one
+    // gives.
     void send(const QString& identifier) {
-        if (m_inFlight.contains(identifier) || !m_waiting.contains(identifier))
+        if (!m_capabilities || m_inFlight.contains(identifier) || !m_waiting.contains(identifier))
             return;
         m_inFlight.insert(identifier);
         const auto message = notify(m_waiting.take(identifier), m_ids.value(identifier, 0));
@@ -114,7 +115,7 @@ class DBusNotifications::Client final : public QObject {
         const bool markup = m_capabilities->contains(u"body-markup"_s);
         QVariantMap hints{
             {u"desktop-entry"_s, u"org.halvane.Halvane"_s},
-            {u"urgency"_s, QVariant::fromValue(uchar(0))},
+            {u"urgency"_s, QVariant::fromValue(static_cast<uchar>(0))},
             {u"transient"_s, true},
         };
         if (notification.imagePath)
@@ -127,7 +128,7 @@ class DBusNotifications::Client final : public QObject {
         return message;
     }
 
-    /// Runs the action with the answer, unless the server has changed meanwhile.
+    // Runs the action with the answer, unless the server has changed meanwhile.
     template<typename T, typename Action>
     void whenAnswered(const QDBusMessage& message, Action action) {
         auto* pending =
@@ -142,12 +143,12 @@ class DBusNotifications::Client final : public QObject {
 
     QDBusConnection m_connection;
     QDBusServiceWatcher m_watcher;
-    std::optional<QStringList> m_capabilities; ///< none: not asked yet
+    std::optional<QStringList> m_capabilities; // none: not asked yet
     bool m_isAsking = false;
-    int m_generation = 0;                   ///< counts the servers
-    QHash<QString, uint> m_ids;             ///< by identifier, of what is shown
-    QSet<QString> m_inFlight;               ///< identifiers
-    QHash<QString, Notification> m_waiting; ///< by identifier, the newest
+    int m_generation = 0;                   // counts the servers
+    QHash<QString, uint> m_ids;             // by identifier, of what is shown
+    QSet<QString> m_inFlight;               // identifiers
+    QHash<QString, Notification> m_waiting; // by identifier, the newest
 };
 
 DBusNotifications::DBusNotifications(const QString& connection)

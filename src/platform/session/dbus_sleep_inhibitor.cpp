@@ -45,8 +45,8 @@ QDBusMessage loginInhibit() {
 
 } // namespace
 
-/// Holds at most one lock: the portal's request or the login manager's open file. While a question
-/// is out nothing more is asked; its answer is compared with what is wanted by then.
+// Holds at most one lock: the portal's request or the login manager's open file. Asks one question
+// at a time, and compares each answer with what is wanted by then.
 class DBusSleepInhibitor::Client final : public QObject {
   public:
     Client(const QString& session, const QString& system)

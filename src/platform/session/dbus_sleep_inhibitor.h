@@ -9,8 +9,8 @@ class QString;
 
 namespace halvane {
 
-/// Keeps the machine awake by the desktop portal, or where that can't, by the login manager. Calls
-/// are asynchronous; where neither answers, nothing is held. Main thread.
+/// Keeps the machine awake by the desktop portal, or by the login manager where the portal can't.
+/// Calls are asynchronous. Nothing is held where neither answers. Main thread.
 class DBusSleepInhibitor final : public SleepInhibitor {
   public:
     /// Takes the names of the connections to the session bus and to the system bus.

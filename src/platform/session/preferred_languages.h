@@ -9,8 +9,8 @@ namespace halvane {
 class PreferredLanguages {
   public:
     virtual ~PreferredLanguages() = default;
-    /// Language tags such as zh-Hans-CN or en-US, the most preferred first; may be empty. Asked
-    /// afresh each time.
+    /// Language tags such as zh-Hans-CN or en-US, the most preferred first; may be empty. The
+    /// system is asked each time.
     virtual QStringList tags() const = 0;
 };
 

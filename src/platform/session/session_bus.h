@@ -13,10 +13,10 @@ class SessionBus : public QObject {
 
   public:
     explicit SessionBus(QObject* parent = nullptr);
-    /// Another bus in its place, by its connection's name.
+    /// Takes the name of a connection to another bus.
     explicit SessionBus(const QString& connection, QObject* parent = nullptr);
 
-    /// False where there is no bus; what needs it then does nothing.
+    /// False where there is no bus. Whatever needs the bus then does nothing.
     bool isConnected() const { return m_connected; }
     QString connectionName() const { return m_connection; }
 

@@ -40,8 +40,8 @@ QDBusMessage messageFor(const StartRequest& request) {
     return call(u"Activate"_s) << data;
 }
 
-/// Connects in a thread of its own, since QtDBus waits without end for a bus that accepts and then
-/// says nothing; none when that has taken too long.
+// Connects in a thread of its own, because QtDBus waits without end for a bus that accepts and then
+// says nothing. None when that takes too long.
 std::optional<QDBusConnection> connectedWithin(std::chrono::milliseconds patience,
                                                const QString& name) {
     std::promise<QDBusConnection> promise;
@@ -54,19 +54,19 @@ std::optional<QDBusConnection> connectedWithin(std::chrono::milliseconds patienc
     return connection.get();
 }
 
-/// One start's conversation with the one that runs.
+// The conversation of one start with the instance that runs.
 class Conversation {
   public:
     Conversation(const QDBusConnection& bus, std::chrono::milliseconds patience)
         : m_bus(bus)
-        , m_patience(int(patience.count())) {}
+        , m_patience(static_cast<int>(patience.count())) {}
 
     HandOver handOver(const StartRequest& request) const {
         if (const auto runs = otherRuns(); !runs || !*runs)
             return runs ? HandOver::nobodyThere : withoutBus();
         if (ask(messageFor(request)).type() == QDBusMessage::ReplyMessage)
             return HandOver::done;
-        // One that was ending, or was killed a moment ago, goes without an answer.
+        // An instance that is ending, or was killed a moment ago, does not answer.
         if (const auto runs = otherRuns())
             return *runs ? HandOver::notAnswered : HandOver::nobodyThere;
         return withoutBus();
@@ -77,7 +77,7 @@ class Conversation {
         return m_bus.call(message, QDBus::Block, m_patience);
     }
 
-    /// None when the bus doesn't say.
+    // None when the bus doesn't say.
     std::optional<bool> otherRuns() const {
         auto question =
             QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,

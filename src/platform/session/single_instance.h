@@ -25,10 +25,10 @@ enum class HandOver {
     busLost,     ///< the bus went away meanwhile, as it does when the session ends
 };
 
-/// Gives the request to the instance that already runs, all its files in one message, and waits for
-/// it to be taken: `patience` for each answer, of which there are four at most. Needs a
-/// QCoreApplication. Without a session bus there is nobody. A bus that is silent from the start
-/// keeps QtDBus waiting for it, also when the process ends in the ordinary way.
+/// Gives the request to the instance that already runs, all files in one message, and waits until
+/// it is taken. There are at most four answers to wait for, each for at most `patience`. Needs a
+/// QCoreApplication. Nobody is there without a session bus. QtDBus goes on waiting for a bus that
+/// is silent from the start, even when the process ends in the ordinary way.
 HandOver handOver(const StartRequest& request,
                   std::chrono::milliseconds patience = std::chrono::seconds(15));
 

@@ -11,7 +11,7 @@
 namespace halvane {
 
 /// Shows a menu to the desktop by com.canonical.dbusmenu: the menu of a tray icon, or a window's
-/// menus for a bar at the top of the screen. The menu is asked for afresh whenever the desktop is
+/// menus for a bar at the top of the screen. The menu is asked for each time that the desktop is
 /// about to show it. Main thread.
 class DBusMenu {
   public:

@@ -58,7 +58,7 @@ void DBusMenuAdaptor::rebuild() {
     m_childIds.assign(1, {});
     for (std::size_t id = 0; id < m_byId.size(); ++id) {
         for (const auto& child : m_byId[id]->children) {
-            m_childIds[id].push_back(int(m_byId.size()));
+            m_childIds[id].push_back(static_cast<int>(m_byId.size()));
             m_byId.push_back(&child);
             m_childIds.emplace_back();
         }
@@ -67,7 +67,9 @@ void DBusMenuAdaptor::rebuild() {
 }
 
 const MenuEntry* DBusMenuAdaptor::entry(int id) const {
-    return id >= 0 && std::size_t(id) < m_byId.size() ? m_byId[std::size_t(id)] : nullptr;
+    return id >= 0 && static_cast<std::size_t>(id) < m_byId.size()
+               ? m_byId[static_cast<std::size_t>(id)]
+               : nullptr;
 }
 
 DBusMenuLayout DBusMenuAdaptor::layoutOf(int id, int depth) const {
@@ -77,7 +79,7 @@ DBusMenuLayout DBusMenuAdaptor::layoutOf(int id, int depth) const {
     DBusMenuLayout layout{
         id, id == 0 ? QVariantMap{{u"children-display"_s, u"submenu"_s}} : propertiesOf(*item), {}};
     if (depth != 0) {
-        for (const int child : m_childIds[std::size_t(id)])
+        for (const int child : m_childIds[static_cast<std::size_t>(id)])
             layout.children.append(layoutOf(child, depth - 1));
     }
     return layout;
@@ -111,7 +113,7 @@ void DBusMenuAdaptor::Event(int id, const QString& eventId, const QDBusVariant&,
     const auto* item = entry(id);
     if (!item || !item->isEnabled || !item->action)
         return;
-    // The action may change the menu, and this entry with it.
+    // The action may rebuild the menu and destroy this entry.
     const auto action = item->action;
     action();
 }
@@ -127,7 +129,7 @@ QList<int> DBusMenuAdaptor::EventGroup(const DBusMenuEventList& events) {
     return unknown;
 }
 
-// Only the root: a number below it must stay good while its menu is open.
+// Rebuilds for the root alone, because the numbers below it must stay good while its menu is open.
 bool DBusMenuAdaptor::AboutToShow(int id) {
     if (id == 0)
         rebuild();

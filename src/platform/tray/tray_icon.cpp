@@ -28,7 +28,7 @@ QDBusMessage watcherCall(const QString& interface, const QString& method) {
 
 } // namespace
 
-/// Registers with whatever watcher there is, and knows whether anything shows what it registers.
+// Registers with the watcher that there is, and knows whether anything shows the icon.
 class TrayIcon::Item final : public QObject {
     Q_OBJECT
 

@@ -23,12 +23,12 @@ struct TrayPixmap {
 };
 
 /// An icon in the desktop's tray, by StatusNotifierItem. The tray may come and go; the icon is
-/// offered to each. Main thread. On a connection that is not there nothing happens.
+/// offered to each. Does nothing without a connection. Main thread.
 class TrayIcon : public QObject {
     Q_OBJECT
 
   public:
-    /// Takes the name of a D-Bus connection. `menu` is asked afresh at each opening.
+    /// Takes the name of a D-Bus connection. `menu` is asked at each opening.
     TrayIcon(const QString& connection, const QString& title,
              std::function<std::vector<MenuEntry>()> menu, QObject* parent = nullptr);
     ~TrayIcon() override;
@@ -41,7 +41,7 @@ class TrayIcon : public QObject {
 
   Q_SIGNALS:
     void shownChanged();
-    /// A click, where it happened on the screen (null where the desktop doesn't say).
+    /// A click, with its place on the screen (null where the desktop doesn't say).
     void clicked(QPoint where);
     /// Wheel steps, upwards positive.
     void scrolled(int steps);

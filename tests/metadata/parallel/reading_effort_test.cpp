@@ -1,5 +1,4 @@
-// SPDX-License-Identifier: MIT
-// Work that a file makes, told from time that passes while a disk is waited for.
+// SPDX-License-Identifier: MIT Tells work on a file from waiting for a disk.
 #include "metadata/parallel/reading_effort.h"
 #include "metadata/readers/bounded_file.h"
 

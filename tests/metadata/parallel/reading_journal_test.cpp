@@ -24,7 +24,7 @@ class ReadingJournalTest : public testing::Test {
         target.write(content);
         return target.fileName();
     }
-    /// A process that dies while it reads these files.
+    // A process that dies while it reads these files.
     void dieReading(const QStringList& paths, bool isAlone) {
         const pid_t child = ::fork();
         if (child == 0) {

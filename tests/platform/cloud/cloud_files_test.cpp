@@ -31,7 +31,7 @@ class CloudFilesTest : public testing::Test {
     }
     bool setAttribute(const QString& path, const char* name, const QByteArray& value) {
         return ::setxattr(path.toUtf8().constData(), name, value.constData(),
-                          std::size_t(value.size()), 0) == 0;
+                          static_cast<std::size_t>(value.size()), 0) == 0;
     }
 
     QTemporaryDir folder;
@@ -62,7 +62,8 @@ TEST_F(CloudFilesTest, PlaceholdersStandForFilesThatAreNotHere) {
     paths += folder.filePath(u"no such folder/gone.mp3"_s);
     const auto together = cloud.presences(paths);
     for (qsizetype i = 0; i < paths.size(); ++i)
-        EXPECT_EQ(together[std::size_t(i)], cloud.presence(paths[i])) << paths[i].toStdString();
+        EXPECT_EQ(together[static_cast<std::size_t>(i)], cloud.presence(paths[i]))
+            << paths[i].toStdString();
 }
 
 TEST_F(CloudFilesTest, AttributesAreReadAndTheFileIsNeverOpened) {

@@ -17,7 +17,7 @@ SyncClient::SyncClient(const QString& socketPath, const QString& root, Manner ma
     const QByteArray name = socketPath.toUtf8();
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
-    std::memcpy(address.sun_path, name.constData(), std::size_t(name.size()));
+    std::memcpy(address.sun_path, name.constData(), static_cast<std::size_t>(name.size()));
     ::bind(m_listener, reinterpret_cast<const sockaddr*>(&address), sizeof address);
     ::listen(m_listener, 4);
     m_thread = std::thread([this] { serve(); });
@@ -42,7 +42,8 @@ void SyncClient::serve() {
 void SyncClient::talk(int connection) {
     const auto say = [&](const QByteArray& text) {
         if (m_manner == Manner::polite)
-            ::send(connection, text.constData(), std::size_t(text.size()), MSG_NOSIGNAL);
+            ::send(connection, text.constData(), static_cast<std::size_t>(text.size()),
+                   MSG_NOSIGNAL);
     };
     say("REGISTER_PATH:" + m_root + '\n');
     QByteArray unread;

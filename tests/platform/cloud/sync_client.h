@@ -21,7 +21,7 @@ class SyncClient {
     SyncClient(const SyncClient&) = delete;
     SyncClient& operator=(const SyncClient&) = delete;
 
-    /// The lines received, once there are that many; fewer when none comes for some seconds.
+    /// Waits for that many lines and returns them. Fewer when none comes for some seconds.
     std::vector<QByteArray> waitForLines(std::size_t count);
 
   private:

@@ -26,7 +26,7 @@ const auto rootInterface = u"org.mpris.MediaPlayer2"_s;
 const auto playerInterface = u"org.mpris.MediaPlayer2.Player"_s;
 const auto propertiesInterface = u"org.freedesktop.DBus.Properties"_s;
 
-/// What a client of the bus hears and asks.
+// A client of the bus, which hears signals and asks questions.
 class Client : public QObject {
     Q_OBJECT
 
@@ -53,11 +53,11 @@ class Client : public QObject {
         return call(propertiesInterface, u"Set"_s,
                     {interface, property, QVariant::fromValue(QDBusVariant(value))});
     }
-    /// Everything that was signalled until now has been heard when this returns.
+    // Returns when every signal so far has been heard.
     void catchUp() { get(rootInterface, u"Identity"_s); }
 
     QDBusConnection bus;
-    QList<QStringList> changes; ///< names of the properties of each signal
+    QList<QStringList> changes; // names of the properties of each signal
     QVariantMap latest;
     QList<qlonglong> seeks;
 
@@ -102,7 +102,7 @@ class Mpris : public testing::Test {
             .previousTrack = [this] { return heard(u"previous"_s); },
             .changePlaybackPosition = [this](double s) { return heard(u"position %1"_s.arg(s)); },
             .openFile = [this](const QString& file) { heard(u"open "_s + file); },
-            .setLoop = [this](MediaLoop loop) { heard(u"loop %1"_s.arg(int(loop))); },
+            .setLoop = [this](MediaLoop loop) { heard(u"loop %1"_s.arg(static_cast<int>(loop))); },
             .setShuffle = [this](bool on) { heard(u"shuffle %1"_s.arg(on)); },
             .setVolume = [this](double v) { heard(u"volume %1"_s.arg(v)); },
             .elapsedSeconds = [this] { return elapsed; },
@@ -136,7 +136,7 @@ class Mpris : public testing::Test {
 
 TEST_F(Mpris, EveryPropertyHasItsTypeAndAccess) {
     playSomething();
-    // Types and names; those that can be set have a star.
+    // Types and names. A star marks those that can be set.
     const QHash<QString, QString> table{
         {rootInterface,
          u"b CanQuit, b Fullscreen*, b CanSetFullscreen, b CanRaise, b HasTrackList, s Identity, "
@@ -147,7 +147,7 @@ TEST_F(Mpris, EveryPropertyHasItsTypeAndAccess) {
          "b CanPause, b CanSeek, b CanControl"_s},
     };
 
-    // What the object says of itself.
+    // The object's own description.
     QHash<QString, QStringList> properties;
     QStringList members; // of the two interfaces, with the types of their arguments
     QString interface;
@@ -225,7 +225,7 @@ TEST_F(Mpris, ChangesAreSignalledOnceTogetherAndOnlyWhenTheyAreOnes) {
     EXPECT_EQ(client.latest[u"LoopStatus"_s].toString(), u"Playlist"_s);
     client.changes.clear();
 
-    // The same again, and the position alone, are no changes.
+    // Neither the same values nor the position alone are a change.
     auto later = someTrack();
     later.elapsedSeconds = 99;
     controls.publishCapabilities(everything);
@@ -266,7 +266,7 @@ TEST_F(Mpris, CommandsReachThePlayer) {
     struct Row {
         QString method;
         QVariantList arguments;
-        QString heard; ///< empty: nothing
+        QString heard; // empty: nothing
         QString interface = playerInterface;
     };
     const std::vector<Row> table{

@@ -32,7 +32,7 @@ using testing::SizeIs;
 
 namespace {
 
-/// A service of the desktop that keeps what it is asked and answers as the test says.
+// A service of the desktop that keeps what it is asked and answers as the test says.
 class Service : public QDBusVirtualObject {
   public:
     Service(PrivateBus& privateBus, const QString& name)
@@ -73,7 +73,7 @@ class Service : public QDBusVirtualObject {
     QDBusConnection bus;
     QHash<QString, std::function<QVariantList(const QDBusMessage&)>> answers;
     QList<QDBusMessage> asked;
-    QList<QDBusMessage> waiting; ///< unanswered, while it hangs
+    QList<QDBusMessage> waiting; // unanswered, while it hangs
     bool hangs = false;
 
   private:
@@ -117,7 +117,7 @@ bool waitForCount(const Service& service, const QString& member, int count) {
 
 class DesktopServices : public testing::Test {
   protected:
-    /// What was sent on the connection before this call has been delivered when it returns.
+    // Returns when everything that was sent on the connection before has been delivered.
     void settle(QDBusConnection connection) {
         callAndWait(connection,
                     QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/"_s,
@@ -152,7 +152,7 @@ TEST_F(DesktopServices, ANotificationReplacesTheOneBefore) {
     EXPECT_TRUE(hints[u"transient"_s].toBool());
     EXPECT_EQ(server.shown()[1].arguments()[1].toUInt(), 7U);
 
-    // One that the user has closed is not replaced any more.
+    // A notification that the user has closed is not replaced any more.
     settle(program);
     server.close(7);
     settle(program);
@@ -227,7 +227,7 @@ TEST_F(DesktopServices, SuspendIsHeldOffByThePortalOnlyWhilePlaying) {
     EXPECT_EQ(portal.asked.last().path(), request.path());
     EXPECT_THAT(portal.asked, SizeIs(2));
 
-    // A pause that comes before the portal has answered lets go as soon as it does.
+    // A pause before the portal has answered lets go when the answer comes.
     portal.hangs = true;
     inhibitor.setInhibited(true);
     ASSERT_TRUE(waitForCount(portal, u"Inhibit"_s, 2));
@@ -254,7 +254,7 @@ TEST_F(DesktopServices, WithoutAPortalTheLoginManagerHoldsSuspendOff) {
     char byte;
     EXPECT_EQ(read(ends[0], &byte, 1), -1) << "the lock is held as long as its file is open";
     inhibitor.setInhibited(false);
-    // The message that carried the file lives a moment longer in the library below.
+    // QtDBus keeps the message that carried the file for a moment longer.
     EXPECT_TRUE(waitFor([&] { return read(ends[0], &byte, 1) == 0; }));
     close(ends[0]);
 }
@@ -357,7 +357,7 @@ TEST_F(DesktopServices, AStartDoesNotWaitForASilentBus) {
     EXPECT_EQ(handOver({}), HandOver::nobodyThere);
     bus.freeze();
     EXPECT_EQ(handOver({}, std::chrono::milliseconds(50)), HandOver::busSilent);
-    bus.thaw(); // or QtDBus would wait for it at the end
+    bus.thaw(); // QtDBus would wait for the bus at the end otherwise
 }
 
 TEST_F(DesktopServices, AThreadThatMayNotRaiseItselfIsRaisedByRealtimeKit) {
@@ -365,7 +365,7 @@ TEST_F(DesktopServices, AThreadThatMayNotRaiseItselfIsRaisedByRealtimeKit) {
     Service kit(bus, u"org.freedesktop.RealtimeKit1"_s);
     pid_t thread = 0;
     std::thread([&thread] {
-        // As for an ordinary user, whoever runs the test.
+        // The limit of an ordinary user, whoever runs the test.
         const rlimit none{0, 0};
         setrlimit(RLIMIT_NICE, &none);
         __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
@@ -377,12 +377,12 @@ TEST_F(DesktopServices, AThreadThatMayNotRaiseItselfIsRaisedByRealtimeKit) {
         preferThisThread();
     }).join();
     ASSERT_TRUE(waitForCount(kit, u"MakeThreadHighPriority"_s, 1));
-    EXPECT_EQ(kit.asked[0].arguments()[0].toULongLong(), quint64(thread));
+    EXPECT_EQ(kit.asked[0].arguments()[0].toULongLong(), static_cast<quint64>(thread));
     EXPECT_EQ(kit.asked[0].arguments()[1].toInt(), -11);
 }
 
 TEST_F(DesktopServices, ALostBusIsNoticed) {
-    // QtDBus keeps one session bus a process, so this is asked of a connection of the test's own.
+    // QtDBus keeps one session bus for each process, so the test uses a connection of its own.
     bool lost = false;
     SessionBus session(program.name());
     QObject::connect(&session, &SessionBus::lost, [&] { lost = true; });

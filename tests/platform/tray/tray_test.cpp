@@ -17,7 +17,7 @@ using testing::ElementsAre;
 
 namespace {
 
-/// A desktop's panel: keeps what registers with it, and says that it shows icons.
+// A desktop's panel: keeps what registers with it, and says that it shows icons.
 class Panel : public QDBusVirtualObject {
   public:
     Panel(PrivateBus& privateBus, const QString& name)
