@@ -7,7 +7,7 @@ using namespace halvane;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const FileUrl file(fuzz::writeScratchFile(data, size));
-    const QueueItem item = TrackMetadataLoader::queueItem(file, ResolvedLanguage::english);
+    const QueueItem item = TrackMetadataLoader::queueItem(file, {});
     if (item.coverImageData)
         (void)item.coverImageData->read();
     // What the rest of the program relies on, whatever the file says.

@@ -2,7 +2,6 @@
 #include "metadata/folder_names.h"
 
 #include "metadata/track_metadata_loader.h"
-#include "presentation/l10n.h"
 
 #include <QCollator>
 #include <QRegularExpression>
@@ -19,7 +18,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A folder's name without what rippers put around it: underscores for blanks, a number in front.
+// A folder's name without the underscores and the leading number that rippers write.
 QString cleanedFolderName(const QString& folder) {
     static const QRegularExpression numberPrefix(u"^\\d+\\s*[-_. ]\\s*"_s,
                                                  QRegularExpression::UseUnicodePropertiesOption);
@@ -94,7 +93,7 @@ std::optional<FileUrl> FolderCovers::cover(const QString& folder) {
         if (known != m_covers.cend())
             return *known;
     }
-    // Two threads may list one folder at the same time: they find the same.
+    // Two threads that list one folder at the same time find the same.
     const auto found = coverInFolder(folder);
     const std::lock_guard lock(m_mutex);
     return *m_covers.insert(folder, found);
@@ -106,10 +105,10 @@ std::optional<FileUrl> folderArtworkURL(const FileUrl& near) {
     return coverInFolder(folderOf(near.path()));
 }
 
-QString folderAlbumName(const FileUrl& file, ResolvedLanguage language) {
+std::optional<QString> folderAlbumName(const FileUrl& file) {
     const QString folder = folderOf(file.path());
     const QString name = folder == u"/"_s ? QString() : cleanedFolderName(folder);
-    return name.isEmpty() ? L10n::text(L10nKey::draggedFiles, language) : name;
+    return name.isEmpty() ? std::nullopt : std::optional(name);
 }
 
 std::optional<QString> folderArtistName(const FileUrl& file, const QString& album) {

@@ -8,7 +8,6 @@
 #include "metadata/readers/embedded_picture.h"
 #include "metadata/readers/file_reader.h"
 #include "model/string_pool.h"
-#include "presentation/l10n.h"
 
 #include <QSet>
 
@@ -35,7 +34,7 @@ struct FileName {
     }
 };
 
-/// Only of formats that are always lossy: "m4a" may hold lossless audio.
+// True of formats that are always lossy. An "m4a" may hold lossless audio.
 bool showsBitrate(const QString& lowerCasedExtension) {
     static const QSet<QString> extensions{u"mp3"_s, u"aac"_s, u"m4b"_s};
     return extensions.contains(lowerCasedExtension);
@@ -48,7 +47,7 @@ std::optional<qint64> bitrateKbps(const QString& extension, qint64 fileSize, dou
 }
 
 QueueItem itemFrom(const FileUrl& url, const AudioFileReading& reading,
-                   const std::optional<FileUrl>& cover, ResolvedLanguage language) {
+                   const std::optional<FileUrl>& cover, const Fallbacks& fallbacks) {
     const FileName name(url);
     const TagFields& tags = reading.metadata.tags;
     const StreamFacts& stream = reading.metadata.stream;
@@ -58,11 +57,11 @@ QueueItem itemFrom(const FileUrl& url, const AudioFileReading& reading,
     item.readDate = reading.modificationDate;
     item.fileSize = reading.fileSize;
     item.title = tags.title().isEmpty() ? name.base : tags.title();
-    item.album = tags.album().isEmpty() ? folderAlbumName(url, language) : tags.album();
+    item.album =
+        tags.album().isEmpty() ? folderAlbumName(url).value_or(fallbacks.album) : tags.album();
     item.artist = tags.artist();
     if (item.artist.isEmpty())
-        item.artist =
-            folderArtistName(url, item.album).value_or(L10n::text(L10nKey::localFile, language));
+        item.artist = folderArtistName(url, item.album).value_or(fallbacks.artist);
     item.genre = tags.genre();
     item.year = tags.year();
     item.coverURL = cover;
@@ -88,18 +87,18 @@ void shareTexts(QueueItem& item, StringPool& pool) {
 
 } // namespace
 
-QueueItem queueItem(const FileUrl& url, ResolvedLanguage language) {
-    return itemFrom(url, readAudioFile(url.path()), folderArtworkURL(url), language);
+QueueItem queueItem(const FileUrl& url, const Fallbacks& fallbacks) {
+    return itemFrom(url, readAudioFile(url.path()), folderArtworkURL(url), fallbacks);
 }
 
 namespace {
 
-/// Reads files one by one, on any thread.
+// Reads files one by one, on any thread.
 class Reader {
   public:
-    Reader(std::vector<FileUrl> urls, ResolvedLanguage language, const Accompaniment& with)
+    Reader(std::vector<FileUrl> urls, const Fallbacks& fallbacks, const Accompaniment& with)
         : m_urls(std::move(urls))
-        , m_language(language)
+        , m_fallbacks(fallbacks)
         , m_journal(with.journal)
         , m_known(with.known)
         , m_isEvicted(with.isEvicted) {}
@@ -112,15 +111,15 @@ class Reader {
         AudioFileReading reading;
         if (!(m_isEvicted && m_isEvicted(url.path())) && !isCondemned(url.path()))
             reading = readNoted(index, isAlone);
-        return {itemFrom(url, reading, m_covers.cover(folderOf(url.path())), m_language), false,
+        return {itemFrom(url, reading, m_covers.cover(folderOf(url.path())), m_fallbacks), false,
                 reading.isGone};
     }
     bool isSuspect(std::size_t index) const {
         return m_journal &&
                m_journal->verdict(m_urls[index].path()) == ReadingJournal::Verdict::suspect;
     }
-    /// What is left of a file whose reader does not come back. One that waits for a disk may find
-    /// the file in order when the disk answers again.
+    // The item of a file whose reader does not come back. A reader that waits for a disk does not
+    // condemn the file, which may be in order.
     LoadedItem giveUp(std::size_t index) {
         constexpr std::chrono::seconds work{1};
         if (m_journal && m_effort.spentOn(index) > work)
@@ -128,7 +127,7 @@ class Reader {
         return bare(index);
     }
     LoadedItem bare(std::size_t index) const {
-        return {itemFrom(m_urls[index], {}, std::nullopt, m_language)};
+        return {itemFrom(m_urls[index], {}, std::nullopt, m_fallbacks)};
     }
 
   private:
@@ -154,22 +153,23 @@ class Reader {
     }
 
     std::vector<FileUrl> m_urls;
-    ResolvedLanguage m_language;
-    std::shared_ptr<ReadingJournal> m_journal; // a stuck reader may outlive its owner
+    Fallbacks m_fallbacks;
+    std::shared_ptr<ReadingJournal>
+        m_journal; // shared, because a reader that is held up outlives its owner
     std::function<std::optional<LoadedItem>(const FileUrl& url)> m_known;
     std::function<bool(const QString& path)> m_isEvicted;
     FolderCovers m_covers;
-    ReadingEffort m_effort; ///< by index
+    ReadingEffort m_effort; // by index
 };
 
 } // namespace
 
-void streamItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
+void streamItems(const std::vector<FileUrl>& urls, const Fallbacks& fallbacks,
                  const Accompaniment& with, const TakeItems& take) {
     using Parallel = BoundedParallel<LoadedItem>;
     constexpr Parallel::Portions portions{32, 256};
-    // Shared with the threads, of which a stuck one may outlive this call.
-    auto reader = std::make_shared<Reader>(urls, language, with);
+    // The threads share it, because one that is held up outlives this call.
+    auto reader = std::make_shared<Reader>(urls, fallbacks, with);
     const auto isCancelled = [&with] { return with.stop.stop_requested(); };
     StringPool pool;
 
@@ -210,20 +210,20 @@ void streamItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
     }
 }
 
-std::vector<LoadedItem> loadItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
+std::vector<LoadedItem> loadItems(const std::vector<FileUrl>& urls, const Fallbacks& fallbacks,
                                   const Accompaniment& with) {
     std::vector<LoadedItem> items;
     items.reserve(urls.size());
-    streamItems(urls, language, with, [&items](std::vector<LoadedItem> next) {
+    streamItems(urls, fallbacks, with, [&items](std::vector<LoadedItem> next) {
         std::move(next.begin(), next.end(), std::back_inserter(items));
     });
     return items;
 }
 
-std::vector<QueueItem> queueItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
+std::vector<QueueItem> queueItems(const std::vector<FileUrl>& urls, const Fallbacks& fallbacks,
                                   const Accompaniment& with) {
     std::vector<QueueItem> items;
-    for (LoadedItem& loaded : loadItems(urls, language, with))
+    for (LoadedItem& loaded : loadItems(urls, fallbacks, with))
         items.push_back(std::move(loaded.item));
     return items;
 }

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Turns files on disk into library entries: finds the playable ones, reads their tags, streams and
-// sizes, and derives from file and folder names what the tags do not say. Every function may be
-// called from any thread; those that look at files block on the disk and must not run on the main
-// thread. Audio files are only ever opened for reading.
+// sizes, and derives from file and folder names what the tags do not say. Any thread, but functions
+// that look at files block on the disk and must not run on the main thread. Audio files are only
+// ever opened for reading.
 #pragma once
 
-#include "model/enums.h"
 #include "model/file_url.h"
 #include "model/queue_item.h"
 
@@ -28,7 +27,7 @@ class ReadingJournal;
 struct LoadedItem {
     QueueItem item;
     bool isFromCache = false; ///< the file was not opened
-    bool isGone = false;      ///< there is no file, so that the item is what its name says
+    bool isGone = false;      ///< there is no file, and the item is what its name says
 };
 
 namespace TrackMetadataLoader {
@@ -43,49 +42,56 @@ bool isPlayable(const QString& fileName);
 std::vector<FileUrl> audioFileURLs(const std::vector<QString>& roots,
                                    const std::stop_token& stop = {});
 
-/// What accompanies the reading of many files. All members may be left out.
+/// Helpers for reading many files. All members may be left out.
 struct Accompaniment {
     std::shared_ptr<ReadingJournal> journal; ///< remembers files that crash or hang readers
     std::stop_token stop;                    ///< on request the files not yet read stay bare
-    /// Whether opening a file would block until it is downloaded: then it yields what its name
+    /// Whether opening a file would block until it is downloaded. Such a file yields what its name
     /// says. Called on many threads, and must own what it uses.
     std::function<bool(const QString& path)> isEvicted;
-    /// What is known of a file, which then need not be opened. Called on many threads, and must own
+    /// Gives an item that is known without opening the file. Called on many threads, and must own
     /// what it uses.
     std::function<std::optional<LoadedItem>(const FileUrl& url)> known;
     /// Called now and then with the number of files done, on the calling thread.
     std::function<void(std::size_t done)> progress;
 };
 
+/// The names, in the user's language, of what neither tags nor folders name.
+struct Fallbacks {
+    QString album;
+    QString artist;
+};
+
 /// How many files are read at the same time, at most.
 inline constexpr int concurrentFiles = 8;
 
-/// One item for each file, in the order of the input. Blocks until all are read; a file that takes
+/// One item for each file, in the order of the input. Blocks until all are read. A file that takes
 /// too long is given up and yields what its name says.
-std::vector<QueueItem> queueItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
+std::vector<QueueItem> queueItems(const std::vector<FileUrl>& urls, const Fallbacks& fallbacks,
                                   const Accompaniment& with = {});
-/// The same, and where each came from.
-std::vector<LoadedItem> loadItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
+/// The same, and whether each came from the cache.
+std::vector<LoadedItem> loadItems(const std::vector<FileUrl>& urls, const Fallbacks& fallbacks,
                                   const Accompaniment& with = {});
 
-/// Takes over items; called on the calling thread.
+/// Gets the next items. Called on the calling thread.
 using TakeItems = std::function<void(std::vector<LoadedItem> next)>;
-/// The same, handed over while later files are read: portion by portion in the order of the input,
-/// a small one first, or what there is every tenth of a second.
-void streamItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
+/// The same, handed over in the order of the input while later files are read. They come in
+/// portions, of which the first is small, or as many as there are every tenth of a second.
+void streamItems(const std::vector<FileUrl>& urls, const Fallbacks& fallbacks,
                  const Accompaniment& with, const TakeItems& take);
 
-/// One file. Never fails: what can't be read falls back to a default.
-QueueItem queueItem(const FileUrl& url, ResolvedLanguage language);
+/// One file. Never fails: fields that can't be read get a default.
+QueueItem queueItem(const FileUrl& url, const Fallbacks& fallbacks);
 
-/// One item of a drop as a URL: a URL as it is, bytes as an absolute URL's data, a string parsed;
-/// none for anything else.
+/// One item of a drop as a URL. Bytes are an encoded URL, and a string is parsed. None for anything
+/// else.
 std::optional<QUrl> url(const QVariant& fromDroppedItem);
 
 /// The cover file in a file's folder: by a preferred name, or the only picture there.
 std::optional<FileUrl> folderArtworkURL(const FileUrl& near);
-/// The name of a file's folder, cleaned of a leading number and underscores.
-QString folderAlbumName(const FileUrl& file, ResolvedLanguage language);
+/// The name of a file's folder, cleaned of a leading number and underscores; none where nothing is
+/// left of it.
+std::optional<QString> folderAlbumName(const FileUrl& file);
 /// The name of the folder above a file's folder, where it can be an artist's.
 std::optional<QString> folderArtistName(const FileUrl& file, const QString& album);
 

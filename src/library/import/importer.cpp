@@ -4,6 +4,7 @@
 #include "audio/files/audio_file.h"
 #include "library/catalog/catalog_publisher.h"
 #include "library/catalog/track_rows.h"
+#include "library/import/fallback_names.h"
 #include "library/import/imported_paths.h"
 #include "library/playback/play_queue.h"
 #include "library/status_line.h"
@@ -138,7 +139,7 @@ struct Importer::Run {
             job.post([importer = importer, fraction] { importer->setProgress(fraction); });
         };
         auto index = std::make_shared<const MetadataIndex>(needs.cache.loadIndex());
-        needs.cache.streamItems(files, language, std::move(index), with,
+        needs.cache.streamItems(files, fallbackNames(language), std::move(index), with,
                                 [&](std::vector<LoadedItem> next) {
                                     preparation.wait();
                                     handOver(job, std::move(next));

@@ -4,6 +4,7 @@
 #include "library/catalog/catalog_publisher.h"
 #include "library/catalog/track_rows.h"
 #include "library/import/cache_persistence.h"
+#include "library/import/fallback_names.h"
 #include "library/playback/play_queue.h"
 #include "library/user/language_setting.h"
 #include "platform/cloud/cloud_files.h"
@@ -43,7 +44,7 @@ void MetadataHealing::healIncompleteMetadata() {
                 pass.attempted.insert(row->path());
                 incomplete.push_back(*row->sourceURL);
             }
-            pass.items = TrackMetadataLoader::loadItems(incomplete, language,
+            pass.items = TrackMetadataLoader::loadItems(incomplete, fallbackNames(language),
                                                         needs.accompaniment(job.token()));
             return pass;
         },

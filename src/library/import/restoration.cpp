@@ -4,6 +4,7 @@
 #include "library/catalog/catalog_publisher.h"
 #include "library/catalog/track_rows.h"
 #include "library/import/cache_persistence.h"
+#include "library/import/fallback_names.h"
 #include "library/import/imported_paths.h"
 #include "library/user/language_setting.h"
 #include "metadata/file_dates.h"
@@ -156,7 +157,8 @@ Restoration::Fresh Restoration::fresh(const TrackRows& known, std::vector<FileUr
         }
     }
 
-    auto read = TrackMetadataLoader::loadItems(toRead, language, needs.accompaniment(stop));
+    auto read =
+        TrackMetadataLoader::loadItems(toRead, fallbackNames(language), needs.accompaniment(stop));
     for (std::size_t i = 0; i < changed.size(); ++i) {
         // A file that can't be opened now, such as one in the cloud, stays as it is known. Its date
         // will still differ at the next start.

@@ -56,7 +56,7 @@ void MetadataCache::save(std::size_t count,
     AtomicFile index(indexFile(m_directory));
     QByteArray json("[");
     QSet<QString> written;
-    // Backwards, so that of several items with one path the last is the one that is written.
+    // The last of several items with one path is written, so this goes backwards.
     for (std::size_t i = count; i-- > 0;) {
         const QueueItem item = itemAt(i);
         const QString path = item.path();
@@ -78,18 +78,18 @@ void MetadataCache::save(std::size_t count,
 }
 
 std::vector<QueueItem>
-MetadataCache::queueItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
+MetadataCache::queueItems(const std::vector<FileUrl>& urls,
+                          const TrackMetadataLoader::Fallbacks& fallbacks,
                           const TrackMetadataLoader::Accompaniment& with) const {
     std::vector<QueueItem> items;
-    for (LoadedItem& loaded : loadItems(urls, language, loadIndex(), with))
+    for (LoadedItem& loaded : loadItems(urls, fallbacks, loadIndex(), with))
         items.push_back(std::move(loaded.item));
     return items;
 }
 
-std::vector<LoadedItem>
-MetadataCache::loadItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
-                         const MetadataIndex& index,
-                         const TrackMetadataLoader::Accompaniment& with) const {
+std::vector<LoadedItem> MetadataCache::loadItems(
+    const std::vector<FileUrl>& urls, const TrackMetadataLoader::Fallbacks& fallbacks,
+    const MetadataIndex& index, const TrackMetadataLoader::Accompaniment& with) const {
     const std::vector<FileFacts> facts = fileFacts(urls, with.stop);
 
     std::vector<LoadedItem> items(urls.size());
@@ -104,15 +104,16 @@ MetadataCache::loadItems(const std::vector<FileUrl>& urls, ResolvedLanguage lang
             positions.push_back(i);
         }
     }
-    auto loaded = TrackMetadataLoader::loadItems(misses, language, with);
+    auto loaded = TrackMetadataLoader::loadItems(misses, fallbacks, with);
     for (std::size_t i = 0; i < loaded.size(); ++i)
         items[positions[i]] = std::move(loaded[i]);
-    // What is neither there nor known has no file.
+    // An item stayed empty where the file is missing and has no record.
     std::erase_if(items, [](const LoadedItem& item) { return !item.item.sourceURL; });
     return items;
 }
 
-void MetadataCache::streamItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
+void MetadataCache::streamItems(const std::vector<FileUrl>& urls,
+                                const TrackMetadataLoader::Fallbacks& fallbacks,
                                 std::shared_ptr<const MetadataIndex> index,
                                 TrackMetadataLoader::Accompaniment with,
                                 const TrackMetadataLoader::TakeItems& take) const {
@@ -120,13 +121,13 @@ void MetadataCache::streamItems(const std::vector<FileUrl>& urls, ResolvedLangua
                   directory = m_directory](const FileUrl& url) -> std::optional<LoadedItem> {
         const CachedTrackMetadata* record = index->find(url.standardizedPath());
         if (!record)
-            return std::nullopt; // whether there is such a file its reader finds out
+            return std::nullopt; // the reader finds out whether there is such a file
         const FileFacts facts = fileFacts(url.path());
         if (facts.exists && record->modificationDate != facts.modificationDate)
             return std::nullopt;
         return known(*record, directory, url, facts);
     };
-    TrackMetadataLoader::streamItems(urls, language, with, [&take](std::vector<LoadedItem> next) {
+    TrackMetadataLoader::streamItems(urls, fallbacks, with, [&take](std::vector<LoadedItem> next) {
         std::erase_if(next, [](const LoadedItem& item) { return item.isGone; });
         take(std::move(next));
     });

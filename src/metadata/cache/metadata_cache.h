@@ -9,10 +9,11 @@
 
 namespace halvane {
 
-/// What was read of the library's files, on disk: "library-cache.json" and, in "Artwork", a file
-/// for each embedded picture. Holds nothing in memory between calls. All operations block on the
-/// disk and may run on any thread but the main one; only one save at a time. No failure is
-/// reported: an unreadable index is an empty cache, a failed write leaves the old file.
+/// Keeps on disk what was read of the library's files: "library-cache.json" and, in "Artwork", a
+/// file for each embedded picture. Holds nothing in memory between calls. All operations block on
+/// the disk and may run on any thread but the main one. One save at a time. No failure is reported,
+/// because the files can be read again: an unreadable index is an empty cache, and a failed write
+/// leaves the old file.
 class MetadataCache {
   public:
     /// `directory` is made when something is first saved.
@@ -29,23 +30,28 @@ class MetadataCache {
     /// Records by path.
     MetadataIndex loadIndex() const;
 
-    /// Replaces the index by one of exactly these items. Items without a file are left out; of
-    /// several with one path the last counts. A picture that is already kept is not written again.
+    /// Replaces the index by one of exactly these items. Items without a file are left out. The
+    /// last of several items with one path counts. A picture that is already kept is not written
+    /// again.
     void save(const std::vector<QueueItem>& items) const;
-    /// The same for items that are made one by one, so that never all of them are in memory.
+    /// The same for items that are made one by one and are never all in memory.
     void save(std::size_t count, const std::function<QueueItem(std::size_t)>& itemAt) const;
 
-    /// The items of files, in the order of the input: from the index where the file's date is that
-    /// of its record, otherwise read afresh. A file that is gone is known by its record; without
-    /// one it yields nothing. Opens no file and reads no picture of a known, unchanged track.
-    std::vector<QueueItem> queueItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
+    /// The items of files, in the order of the input. An item comes from the index where the date
+    /// of the file is that of its record, and from the file otherwise. A missing file yields its
+    /// record, or nothing where it has none. Opens no file and reads no picture of a known,
+    /// unchanged track.
+    std::vector<QueueItem> queueItems(const std::vector<FileUrl>& urls,
+                                      const TrackMetadataLoader::Fallbacks& fallbacks,
                                       const TrackMetadataLoader::Accompaniment& with = {}) const;
-    /// The same by an index that is loaded already.
-    std::vector<LoadedItem> loadItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
+    /// The same with an index that is loaded already.
+    std::vector<LoadedItem> loadItems(const std::vector<FileUrl>& urls,
+                                      const TrackMetadataLoader::Fallbacks& fallbacks,
                                       const MetadataIndex& index,
                                       const TrackMetadataLoader::Accompaniment& with = {}) const;
     /// The same, handed over in portions while later files are looked at.
-    void streamItems(const std::vector<FileUrl>& urls, ResolvedLanguage language,
+    void streamItems(const std::vector<FileUrl>& urls,
+                     const TrackMetadataLoader::Fallbacks& fallbacks,
                      std::shared_ptr<const MetadataIndex> index,
                      TrackMetadataLoader::Accompaniment with,
                      const TrackMetadataLoader::TakeItems& take) const;

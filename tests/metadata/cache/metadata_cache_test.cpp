@@ -23,7 +23,7 @@ using namespace Qt::StringLiterals;
 namespace halvane::test {
 namespace {
 
-constexpr auto english = ResolvedLanguage::english;
+const TrackMetadataLoader::Fallbacks fallbacks{u"No Album"_s, u"No Artist"_s};
 
 class MetadataCacheTest : public testing::Test {
   protected:
@@ -77,7 +77,7 @@ TEST_F(MetadataCacheTest, GivesBackWhatItSaved) {
     withoutFile.sourceURL.reset();
     cache.save({full, withoutFile, bare});
 
-    const auto items = cache.queueItems({*full.sourceURL, *bare.sourceURL}, english);
+    const auto items = cache.queueItems({*full.sourceURL, *bare.sourceURL}, fallbacks);
     ASSERT_EQ(items.size(), 2U);
     for (std::size_t i = 0; i < 2; ++i) {
         QueueItem expected = i == 0 ? full : bare;
@@ -92,7 +92,7 @@ TEST_F(MetadataCacheTest, GivesBackWhatItSaved) {
     EXPECT_EQ(items[0].coverImageData->read(), "picture");
     EXPECT_FALSE(items[1].coverImageData);
 
-    // As another JSON reader sees it.
+    // Another JSON reader must agree.
     const QJsonArray records = QJsonDocument::fromJson(index()).array();
     ASSERT_EQ(records.size(), 2);
     const QJsonObject one = records[0].toObject();
@@ -112,7 +112,7 @@ TEST_F(MetadataCacheTest, KnowsHitsMissesAndWhatIsGone) {
     const QString known = touch(u"known.mp3"_s);
     const QString touched = touch(u"touched.mp3"_s);
     const QString gone = touch(u"gone.mp3"_s);
-    // Its tags were changed after they had been read and before they were saved.
+    // The tags change after they are read and before they are saved.
     QueueItem retagged = item(touch(u"retagged.mp3"_s));
     retagged.readDate = MetadataCache::modificationDate(retagged.path()) - 1;
     cache.save({item(known), item(touched), item(gone), retagged});
@@ -129,10 +129,10 @@ TEST_F(MetadataCacheTest, KnowsHitsMissesAndWhatIsGone) {
                                     *retagged.sourceURL};
     const QStringList expected{title, u"touched"_s, title, u"retagged"_s};
     QStringList together, streamed;
-    for (const QueueItem& found : cache.queueItems(urls, english))
+    for (const QueueItem& found : cache.queueItems(urls, fallbacks))
         together += found.title;
     EXPECT_EQ(together, expected);
-    cache.streamItems(urls, english, std::make_shared<MetadataIndex>(cache.loadIndex()), {},
+    cache.streamItems(urls, fallbacks, std::make_shared<MetadataIndex>(cache.loadIndex()), {},
                       [&](const std::vector<LoadedItem>& next) {
                           for (const LoadedItem& found : next)
                               streamed += found.item.title;
@@ -149,7 +149,7 @@ TEST_F(MetadataCacheTest, AKnownFileAndItsPictureAreNotOpened) {
     const QString picture = cache.artworkFileURL(pipe.path()).path();
     EXPECT_TRUE(QFile::remove(picture));
     ASSERT_EQ(::mkfifo(picture.toUtf8().constData(), 0644), 0);
-    const QueueItem known = cache.queueItems({*pipe.sourceURL}, english).front();
+    const QueueItem known = cache.queueItems({*pipe.sourceURL}, fallbacks).front();
     EXPECT_EQ(known.title, pipe.title);
     EXPECT_TRUE(known.coverImageData);
 }
@@ -202,7 +202,7 @@ TEST_F(MetadataCacheTest, KeepsPicturesUnderTheHashOfThePath) {
     EXPECT_EQ(inode(album[0]).first, before) << "written again";
     album[1].coverImageData = Artwork::fromBytes("other");
     cache.save(album);
-    const auto items = cache.queueItems({*album[0].sourceURL, *album[1].sourceURL}, english);
+    const auto items = cache.queueItems({*album[0].sourceURL, *album[1].sourceURL}, fallbacks);
     EXPECT_EQ(items[0].coverImageData->read(), "front");
     EXPECT_EQ(items[1].coverImageData->read(), "other");
 }
@@ -225,7 +225,7 @@ TEST_F(MetadataCacheTest, SurvivesBeingKilledAtAnyMoment) {
         }
         char begun = 0;
         ASSERT_EQ(::read(saving[0], &begun, 1), 1);
-        // The blow falls later from round to round; whoever reads meanwhile finds a whole index.
+        // The process is killed later from round to round. Readers always find a whole index.
         for (int look = 0; look <= round; ++look) {
             const auto records = cache.loadIndex().size();
             EXPECT_TRUE(records == 1 || records == 3000) << records;
@@ -278,7 +278,7 @@ TEST_F(MetadataCacheTest, AFullDiskAndAReadOnlyHomeLeaveTheOldIndexAndPictures) 
         EXPECT_EQ(cache.loadIndex().size(), 150);
         EXPECT_EQ(picture(), large);
     }
-    // Where nothing can be made, nothing happens.
+    // Nothing happens where nothing can be made.
     MetadataCache(u"/proc/nowhere"_s).save(many);
 }
 

@@ -19,6 +19,8 @@ using namespace Qt::StringLiterals;
 namespace halvane::test {
 namespace {
 
+const TrackMetadataLoader::Fallbacks fallbacks{u"No Album"_s, u"No Artist"_s};
+
 class TaggedFiles : public testing::Test {
   protected:
     static void SetUpTestSuite() {
@@ -34,17 +36,17 @@ class TaggedFiles : public testing::Test {
         delete folder;
         folder = nullptr;
     }
-    // Here, since tests whose suite can't be set up count as skipped.
+    // Checked for each test, because tests count as skipped when their suite can't be set up.
     void SetUp() override { ASSERT_TRUE(areMade) << output.toStdString(); }
     static QString samplesFolder() { return folder->path() + u"/Nina/02_Best  Of"_s; }
     static QString pathOf(const QString& name) { return samplesFolder() + u"/"_s + name; }
     static QueueItem read(const QString& name) {
-        return TrackMetadataLoader::queueItem(FileUrl(pathOf(name)), ResolvedLanguage::english);
+        return TrackMetadataLoader::queueItem(FileUrl(pathOf(name)), fallbacks);
     }
 
     static inline QTemporaryDir* folder = nullptr;
     static inline bool areMade = false;
-    static inline QByteArray output; ///< of the script that makes them
+    static inline QByteArray output; // of the script that makes them
 };
 
 TEST_F(TaggedFiles, GiveTheirTagsWhateverWroteThem) {
@@ -139,7 +141,7 @@ TEST_F(TaggedFiles, GiveTheFactsOfTheirStreamsByTheirContent) {
         EXPECT_TRUE(item.quality.startsWith(parts.first()) && item.quality.endsWith(parts.last()))
             << item.quality.toStdString();
         ASSERT_TRUE(item.durationSeconds);
-        // What surrounds the music is known of some formats only.
+        // Only some formats tell what surrounds the music.
         EXPECT_NEAR(*item.durationSeconds, 2.0,
                     QLatin1StringView(name) == "bare.mp3"_L1 ? 0.002 : 0.11);
         EXPECT_EQ(item.duration, u"0:02"_s);
@@ -167,7 +169,7 @@ TEST_F(TaggedFiles, ThatAreWrongYieldWhatTheirNamesSay) {
         EXPECT_FALSE(item.coverImageData);
     }
     EXPECT_LT(mostMemory() - before, 200) << "megabytes, where one claims to need 1600";
-    // A tag of 200,000 frames is not worth its memory; the stream is known nevertheless.
+    // A tag of 200,000 frames is not worth its memory. The stream is read nevertheless.
     EXPECT_EQ(read(u"crowded.mp3"_s).title, u"crowded"_s);
 }
 
@@ -179,7 +181,7 @@ TEST_F(TaggedFiles, AreReadInTheOrderAskedForAndLeaveThemUntouched) {
     std::size_t lastDone = 0;
     TrackMetadataLoader::Accompaniment with;
     with.progress = [&](std::size_t done) { lastDone = done; };
-    const auto items = TrackMetadataLoader::queueItems(urls, ResolvedLanguage::english, with);
+    const auto items = TrackMetadataLoader::queueItems(urls, fallbacks, with);
     ASSERT_EQ(items.size(), urls.size());
     for (std::size_t i = 0; i < items.size(); ++i)
         EXPECT_EQ(items[i].path(), urls[i].standardizedPath());
@@ -191,11 +193,11 @@ TEST_F(TaggedFiles, InTheCloudAreNotOpened) {
     const FileUrl url(pathOf(u"mutagen.mp3"_s));
     TrackMetadataLoader::Accompaniment with;
     with.isEvicted = [&](const QString& path) { return path == url.path(); };
-    const auto items = TrackMetadataLoader::queueItems({url}, ResolvedLanguage::english, with);
+    const auto items = TrackMetadataLoader::queueItems({url}, fallbacks, with);
     EXPECT_EQ(items.front().title, u"mutagen"_s);
 }
 
-/// Every kind of file, cut short and with bytes changed, by a fixed seed.
+// Every kind of file, cut short and with bytes changed, by a fixed seed.
 TEST_F(TaggedFiles, SurviveDamage) {
     const char* names[] = {"mutagen.mp3",   "v22.mp3",     "ape.mp3", "metaflac.flac",
                            "repeated.flac", "mutagen.m4a", "id3.wav", "info.wav",
