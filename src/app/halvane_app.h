@@ -52,19 +52,19 @@ class HalvaneApp : public QObject {
     /// The one instance; null before it is made and after it is gone.
     static HalvaneApp* instance();
 
-    LibraryViewModel* library() const { return &m_library; }
+    [[nodiscard]] LibraryViewModel* library() const { return &m_library; }
     Commands& commands() { return *m_commands; }
     WindowRegistry& windows() { return *m_windows; }
     AppDelegate& delegate() { return *m_delegate; }
     QQmlListProperty<CommandMenu> menuList();
-    bool menusAreGlobal() const { return m_menusAreGlobal; }
+    [[nodiscard]] bool menusAreGlobal() const { return m_menusAreGlobal; }
     void setMenusAreGlobal(bool global);
-    bool hasSystemFrame() const;
+    [[nodiscard]] bool hasSystemFrame() const;
 
     /// Shows the window, made now if need be, and brings it forward.
     Q_INVOKABLE void openWindow(const QString& id);
     Q_INVOKABLE void closeWindow(const QString& id);
-    Q_INVOKABLE bool isWindowOpen(const QString& id) const;
+    Q_INVOKABLE [[nodiscard]] bool isWindowOpen(const QString& id) const;
     /// From the main window to the mini player in its place, or back.
     Q_INVOKABLE void toggleMiniPlayer();
     Q_INVOKABLE void toggleFullScreen();
@@ -76,7 +76,7 @@ class HalvaneApp : public QObject {
     void useActivationToken(const QString& token);
     Q_INVOKABLE void quit();
     /// The command of this identifier ("playPause", "find", ...); null when there is none.
-    Q_INVOKABLE halvane::Command* command(const QString& id) const;
+    Q_INVOKABLE [[nodiscard]] halvane::Command* command(const QString& id) const;
 
   Q_SIGNALS:
     /// No window is left open.

@@ -29,7 +29,8 @@ class QuickFileChooser final : public QObject, public FileChooser {
 
   private:
     /// A window of the panel's own, over the one in front.
-    QQuickWindow* openWindowFor(const FileChooserRequest& request, QWindow* inFront) const;
+    [[nodiscard]] QQuickWindow* openWindowFor(const FileChooserRequest& request,
+                                              QWindow* inFront) const;
 
     QQmlEngine& m_engine;
     QUrl m_viewsRoot;

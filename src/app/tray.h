@@ -20,7 +20,7 @@ class Tray : public QObject {
     Tray(HalvaneApp& app, const QString& connection, QObject* parent = nullptr);
 
     /// The desktop shows the icon, so that the player can be reached without a window.
-    bool isShown() const { return m_icon.isShown(); }
+    [[nodiscard]] bool isShown() const { return m_icon.isShown(); }
 
   Q_SIGNALS:
     void shownChanged();

@@ -39,7 +39,7 @@ class [[nodiscard]] Result {
     const Value* operator->() const { return std::get_if<0>(&m_content); }
     Value* operator->() { return std::get_if<0>(&m_content); }
     /// Why there is no value; asked for only then.
-    const Failure& failure() const { return *std::get_if<1>(&m_content); }
+    [[nodiscard]] const Failure& failure() const { return *std::get_if<1>(&m_content); }
 
   private:
     std::variant<Value, Failure> m_content;
@@ -56,7 +56,7 @@ class [[nodiscard]] Result<void> {
     /// Whether it worked.
     explicit operator bool() const { return !m_failure; }
     /// Why it did not work; asked for only then.
-    const Failure& failure() const { return *m_failure; }
+    [[nodiscard]] const Failure& failure() const { return *m_failure; }
 
   private:
     std::optional<Failure> m_failure;

@@ -106,48 +106,48 @@ class LibraryViewModel : public QObject {
     /// once.
     void start();
 
-    Transport* transport() const { return m_transport.get(); }
-    ProgressClock* progressClock() const { return m_progressClock.get(); }
-    PlayQueue* queue() const { return m_queue.get(); }
-    CollectionPlayer* collections() const { return m_collections.get(); }
-    PlayerDisplay* player() const { return m_player.get(); }
-    EqualizerSettings* equalizer() const { return m_equalizer.get(); }
-    SoundCheck* soundCheck() const { return m_soundCheck.get(); }
-    SpectrumModel* spectrum() const;
-    OutputDevices* output() const { return m_output.get(); }
-    OutputDeviceListModel* outputDevices() const { return m_outputDevices.get(); }
-    SignalPath* signalPath() const { return m_signalPath.get(); }
-    int trackCount() const;
+    [[nodiscard]] Transport* transport() const { return m_transport.get(); }
+    [[nodiscard]] ProgressClock* progressClock() const { return m_progressClock.get(); }
+    [[nodiscard]] PlayQueue* queue() const { return m_queue.get(); }
+    [[nodiscard]] CollectionPlayer* collections() const { return m_collections.get(); }
+    [[nodiscard]] PlayerDisplay* player() const { return m_player.get(); }
+    [[nodiscard]] EqualizerSettings* equalizer() const { return m_equalizer.get(); }
+    [[nodiscard]] SoundCheck* soundCheck() const { return m_soundCheck.get(); }
+    [[nodiscard]] SpectrumModel* spectrum() const;
+    [[nodiscard]] OutputDevices* output() const { return m_output.get(); }
+    [[nodiscard]] OutputDeviceListModel* outputDevices() const { return m_outputDevices.get(); }
+    [[nodiscard]] SignalPath* signalPath() const { return m_signalPath.get(); }
+    [[nodiscard]] int trackCount() const;
     /// How many tracks and albums there are, and how large their files are, in one line.
-    QString librarySummary() const;
-    Importer* importing() const { return m_importing.get(); }
-    Tidying* tidying() const { return m_tidying.get(); }
-    TidyingLists* tidyingLists() const { return m_tidyingLists.get(); }
-    CloudDownloads* downloads() const { return m_downloads.get(); }
-    Duplicates* duplicates() const { return m_duplicates.get(); }
-    Browsing* browsing() const { return m_browsing.get(); }
-    SidebarModel* sidebar() const { return m_sidebar.get(); }
-    ViewState* views() const { return m_views.get(); }
-    StatusLine* status() const { return m_status.get(); }
-    Playlists* playlists() const { return m_playlists.get(); }
-    TrackUserData* userData() const { return m_userData.get(); }
-    ThemeSettings* appearance() const { return m_appearance.get(); }
-    AmbientColor* ambient() const { return m_ambient.get(); }
-    LanguageSetting* language() const { return m_language.get(); }
+    [[nodiscard]] QString librarySummary() const;
+    [[nodiscard]] Importer* importing() const { return m_importing.get(); }
+    [[nodiscard]] Tidying* tidying() const { return m_tidying.get(); }
+    [[nodiscard]] TidyingLists* tidyingLists() const { return m_tidyingLists.get(); }
+    [[nodiscard]] CloudDownloads* downloads() const { return m_downloads.get(); }
+    [[nodiscard]] Duplicates* duplicates() const { return m_duplicates.get(); }
+    [[nodiscard]] Browsing* browsing() const { return m_browsing.get(); }
+    [[nodiscard]] SidebarModel* sidebar() const { return m_sidebar.get(); }
+    [[nodiscard]] ViewState* views() const { return m_views.get(); }
+    [[nodiscard]] StatusLine* status() const { return m_status.get(); }
+    [[nodiscard]] Playlists* playlists() const { return m_playlists.get(); }
+    [[nodiscard]] TrackUserData* userData() const { return m_userData.get(); }
+    [[nodiscard]] ThemeSettings* appearance() const { return m_appearance.get(); }
+    [[nodiscard]] AmbientColor* ambient() const { return m_ambient.get(); }
+    [[nodiscard]] LanguageSetting* language() const { return m_language.get(); }
 
     // What no view shows.
-    LibraryStore* store() const { return m_store.get(); }
-    CatalogPublisher* catalog() const { return m_catalog.get(); }
-    MetadataCache* cache() const { return m_cache.get(); }
-    Bookmarks* bookmarks() const { return m_bookmarks.get(); }
-    ImportedPaths* importedPaths() const { return m_importedPaths.get(); }
-    CachePersistence* persistence() const { return m_persistence.get(); }
-    Restoration* restoration() const { return m_restoration.get(); }
-    Availability* availability() const { return m_availability.get(); }
-    MetadataHealing* healing() const { return m_healing.get(); }
-    AudioPlaybackEngine* engine() const { return m_engine.get(); }
+    [[nodiscard]] LibraryStore* store() const { return m_store.get(); }
+    [[nodiscard]] CatalogPublisher* catalog() const { return m_catalog.get(); }
+    [[nodiscard]] MetadataCache* cache() const { return m_cache.get(); }
+    [[nodiscard]] Bookmarks* bookmarks() const { return m_bookmarks.get(); }
+    [[nodiscard]] ImportedPaths* importedPaths() const { return m_importedPaths.get(); }
+    [[nodiscard]] CachePersistence* persistence() const { return m_persistence.get(); }
+    [[nodiscard]] Restoration* restoration() const { return m_restoration.get(); }
+    [[nodiscard]] Availability* availability() const { return m_availability.get(); }
+    [[nodiscard]] MetadataHealing* healing() const { return m_healing.get(); }
+    [[nodiscard]] AudioPlaybackEngine* engine() const { return m_engine.get(); }
     /// The views' covers, by the keys that lists and albums carry. Any thread.
-    const CoverStore& covers() const { return *m_covers; }
+    [[nodiscard]] const CoverStore& covers() const { return *m_covers; }
 
   Q_SIGNALS:
     void trackCountChanged();

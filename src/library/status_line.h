@@ -20,9 +20,9 @@ class StatusLine : public QObject {
     explicit StatusLine(Clock& clock, QObject* parent = nullptr);
 
     /// Empty when there is nothing to say.
-    const QString& text() const { return m_text; }
+    [[nodiscard]] const QString& text() const { return m_text; }
     /// Whether the newest message is an error, also after it has gone.
-    bool isError() const { return m_isError; }
+    [[nodiscard]] bool isError() const { return m_isError; }
 
     void show(const QString& text, bool isError);
 

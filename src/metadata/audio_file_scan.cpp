@@ -59,7 +59,7 @@ class Walk {
         }
         std::sort(m_files.begin(), m_files.end());
     }
-    const std::vector<QByteArray>& files() const { return m_files; }
+    [[nodiscard]] const std::vector<QByteArray>& files() const { return m_files; }
 
   private:
     void readFolder(const QByteArray& folder) {

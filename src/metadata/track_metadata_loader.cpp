@@ -114,7 +114,7 @@ class Reader {
         return {itemFrom(url, reading, m_covers.cover(folderOf(url.path())), m_fallbacks), false,
                 reading.isGone};
     }
-    bool isSuspect(std::size_t index) const {
+    [[nodiscard]] bool isSuspect(std::size_t index) const {
         return m_journal &&
                m_journal->verdict(m_urls[index].path()) == ReadingJournal::Verdict::suspect;
     }
@@ -126,12 +126,12 @@ class Reader {
             m_journal->condemn(m_urls[index].path());
         return bare(index);
     }
-    LoadedItem bare(std::size_t index) const {
+    [[nodiscard]] LoadedItem bare(std::size_t index) const {
         return {itemFrom(m_urls[index], {}, std::nullopt, m_fallbacks)};
     }
 
   private:
-    bool isCondemned(const QString& path) const {
+    [[nodiscard]] bool isCondemned(const QString& path) const {
         return m_journal && m_journal->verdict(path) == ReadingJournal::Verdict::condemned;
     }
 

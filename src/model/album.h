@@ -44,13 +44,13 @@ struct Album {
     std::optional<FileUrl> coverURL;
 
     /// Names the picture, as halvane::coverKey does.
-    QString coverKey() const { return halvane::coverKey(coverImageData, coverURL); }
+    [[nodiscard]] QString coverKey() const { return halvane::coverKey(coverImageData, coverURL); }
     /// The colours as "#rrggbb".
-    QStringList colorList() const;
+    [[nodiscard]] QStringList colorList() const;
 
     // Views know no 64-bit integers.
-    int shownYear() const { return static_cast<int>(year); }
-    int shownTrackCount() const { return static_cast<int>(trackCount); }
+    [[nodiscard]] int shownYear() const { return static_cast<int>(year); }
+    [[nodiscard]] int shownTrackCount() const { return static_cast<int>(trackCount); }
 
     bool operator==(const Album&) const = default;
 

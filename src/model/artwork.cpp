@@ -14,8 +14,8 @@ class BytesSource final : public ArtworkSource {
         : m_bytes(bytes)
         , m_key(QString::fromLatin1(
               QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex())) {}
-    QByteArray read() const override { return m_bytes; }
-    QString key() const override { return m_key; }
+    [[nodiscard]] QByteArray read() const override { return m_bytes; }
+    [[nodiscard]] QString key() const override { return m_key; }
 
   private:
     QByteArray m_bytes;
@@ -26,12 +26,12 @@ class FileSource final : public ArtworkSource {
   public:
     explicit FileSource(const QString& path)
         : m_path(path) {}
-    QByteArray read() const override {
+    [[nodiscard]] QByteArray read() const override {
         QFile file(m_path);
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
-    QString key() const override { return m_path; }
-    QString filePath() const override { return m_path; }
+    [[nodiscard]] QString key() const override { return m_path; }
+    [[nodiscard]] QString filePath() const override { return m_path; }
 
   private:
     QString m_path;

@@ -15,11 +15,11 @@ class ArtworkSource {
   public:
     virtual ~ArtworkSource() = default;
     /// Reads the bytes; empty when they can't be read. Any thread; may block on the disk.
-    virtual QByteArray read() const = 0;
+    [[nodiscard]] virtual QByteArray read() const = 0;
     /// Names the picture: two sources with one key give the same bytes.
-    virtual QString key() const = 0;
+    [[nodiscard]] virtual QString key() const = 0;
     /// The file that holds this picture and nothing else; empty when there is none.
-    virtual QString filePath() const { return {}; }
+    [[nodiscard]] virtual QString filePath() const { return {}; }
 };
 
 /// A shared handle to a picture. Copying it copies no bytes, and a library of 100,000 tracks holds
@@ -33,12 +33,12 @@ class Artwork {
     explicit Artwork(std::shared_ptr<const ArtworkSource> source)
         : m_source(std::move(source)) {}
 
-    QByteArray read() const { return m_source->read(); }
-    QString key() const { return m_source->key(); }
-    QString filePath() const { return m_source->filePath(); }
+    [[nodiscard]] QByteArray read() const { return m_source->read(); }
+    [[nodiscard]] QString key() const { return m_source->key(); }
+    [[nodiscard]] QString filePath() const { return m_source->filePath(); }
 
     /// Lets those who made the source recognise it. It lives as long as a handle to it.
-    const ArtworkSource* source() const { return m_source.get(); }
+    [[nodiscard]] const ArtworkSource* source() const { return m_source.get(); }
 
     friend bool operator==(const Artwork& a, const Artwork& b) {
         return a.m_source == b.m_source || a.key() == b.key();

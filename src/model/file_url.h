@@ -18,10 +18,10 @@ class FileUrl {
   public:
     explicit FileUrl(const QString& path);
 
-    const QString& path() const { return m_path; }
-    const QString& standardizedPath() const { return m_standardized; }
+    [[nodiscard]] const QString& path() const { return m_path; }
+    [[nodiscard]] const QString& standardizedPath() const { return m_standardized; }
     /// The last component of the path.
-    QString fileName() const;
+    [[nodiscard]] QString fileName() const;
 
     bool operator==(const FileUrl&) const = default;
 

@@ -33,7 +33,7 @@ class Hasher {
             add(value);
         return *this;
     }
-    size_t result() const { return m_hash; }
+    [[nodiscard]] size_t result() const { return m_hash; }
 
   private:
     size_t m_hash;

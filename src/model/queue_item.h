@@ -47,7 +47,9 @@ struct QueueItem {
     bool isPlaying = false; ///< set on the entry that is current
 
     /// The standardized path of the file, empty without one.
-    QString path() const { return sourceURL ? sourceURL->standardizedPath() : QString(); }
+    [[nodiscard]] QString path() const {
+        return sourceURL ? sourceURL->standardizedPath() : QString();
+    }
 
     bool operator==(const QueueItem&) const = default;
 };

@@ -40,10 +40,14 @@ struct Track {
     double readDate = 0;
 
     /// The standardized path of the file, empty without one.
-    QString path() const { return sourceURL ? sourceURL->standardizedPath() : QString(); }
+    [[nodiscard]] QString path() const {
+        return sourceURL ? sourceURL->standardizedPath() : QString();
+    }
 
     /// Display text of the file's size, empty while it is not known.
-    QString size() const { return fileSize < 0 ? QString() : byteCountText(fileSize); }
+    [[nodiscard]] QString size() const {
+        return fileSize < 0 ? QString() : byteCountText(fileSize);
+    }
 
     bool operator==(const Track&) const = default;
 };

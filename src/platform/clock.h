@@ -19,9 +19,9 @@ class Clock {
   public:
     virtual ~Clock() = default;
     /// Seconds on a clock that never jumps.
-    virtual double now() const = 0;
+    [[nodiscard]] virtual double now() const = 0;
     /// Seconds since 1970-01-01 UTC.
-    virtual double wallTime() const = 0;
+    [[nodiscard]] virtual double wallTime() const = 0;
     /// Runs the action once after the delay.
     [[nodiscard]] virtual std::unique_ptr<Timer> after(std::chrono::milliseconds delay,
                                                        std::function<void()> action) = 0;

@@ -60,7 +60,7 @@ class Journal {
             m_socket = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
     }
 
-    bool send(QtMsgType type, const char* category, const QByteArray& message) const {
+    [[nodiscard]] bool send(QtMsgType type, const char* category, const QByteArray& message) const {
         if (m_socket < 0)
             return false;
         QByteArray datagram;

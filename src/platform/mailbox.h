@@ -40,7 +40,7 @@ class Mailbox : public QObject {
     explicit Mailbox(QObject* parent = nullptr);
     ~Mailbox() override;
 
-    Address address() const { return Address(m_box); }
+    [[nodiscard]] Address address() const { return Address(m_box); }
 
   Q_SIGNALS:
     /// For the mailbox itself.

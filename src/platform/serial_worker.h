@@ -38,8 +38,8 @@ class SerialWorker {
     class Job {
       public:
         /// Whether nobody wants its result any more.
-        bool isCancelled() const { return m_token.stop_requested(); }
-        const std::stop_token& token() const { return m_token; }
+        [[nodiscard]] bool isCancelled() const { return m_token.stop_requested(); }
+        [[nodiscard]] const std::stop_token& token() const { return m_token; }
         /// Calls on the thread that made the worker, unless the job is cancelled by then.
         void post(Mailbox::Call call) const;
 

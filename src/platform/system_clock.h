@@ -8,8 +8,8 @@ namespace halvane {
 /// The machine's clock, with timers of the event loop.
 class SystemClock final : public Clock {
   public:
-    double now() const override;
-    double wallTime() const override;
+    [[nodiscard]] double now() const override;
+    [[nodiscard]] double wallTime() const override;
     std::unique_ptr<Timer> after(std::chrono::milliseconds delay,
                                  std::function<void()> action) override;
     std::unique_ptr<Timer> every(std::chrono::milliseconds interval,

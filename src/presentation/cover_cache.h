@@ -23,10 +23,10 @@ class CoverCache {
     QImage cover(const Artwork& artwork, QSize pixels);
 
     /// The cover if it is at hand; false when it has to be decoded.
-    bool find(const Artwork& artwork, QSize pixels, QImage& found) const;
+    [[nodiscard]] bool find(const Artwork& artwork, QSize pixels, QImage& found) const;
 
     /// Bytes that the covers held take.
-    qsizetype bytes() const;
+    [[nodiscard]] qsizetype bytes() const;
 
   private:
     struct Key {

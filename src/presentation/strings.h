@@ -29,7 +29,7 @@ class Strings : public QObject {
         , m_language(std::move(language)) {
     }
 
-    ResolvedLanguage resolvedLanguage() const {
+    [[nodiscard]] ResolvedLanguage resolvedLanguage() const {
         return m_language();
     }
     Strings* sentences() {
@@ -37,25 +37,25 @@ class Strings : public QObject {
     }
 
 #define HALVANE_L10N_GETTER(key, english, chinese)                                                 \
-    QString key() const {                                                                          \
+    [[nodiscard]] QString key() const {                                                            \
         return L10n::text(L10nKey::key, m_language());                                             \
     }
     HALVANE_L10N_TABLE(HALVANE_L10N_GETTER)
 #undef HALVANE_L10N_GETTER
 
-    Q_INVOKABLE QString playbackFailure(const QString& trackTitle) const;
-    Q_INVOKABLE QString downloadingTrack(const QString& trackTitle) const;
-    Q_INVOKABLE QString maintenanceBadge(int count) const;
-    Q_INVOKABLE QString artistSummary(int albums, int tracks) const;
-    Q_INVOKABLE QString visibleCount(int count) const;
-    Q_INVOKABLE QString confirmRemoveMissing(int count) const;
-    Q_INVOKABLE QString confirmRemoveDuplicates(int groups) const;
-    Q_INVOKABLE QString cloudDownloadStarted(int count) const;
-    Q_INVOKABLE QString playlistCount(int count) const;
-    Q_INVOKABLE QString importResult(int added, int skipped) const;
-    Q_INVOKABLE QString albumDuration(int totalMinutes) const;
-    Q_INVOKABLE QString trackCount(int count) const;
-    Q_INVOKABLE QString languageName(halvane::AppLanguage setting) const;
+    Q_INVOKABLE [[nodiscard]] QString playbackFailure(const QString& trackTitle) const;
+    Q_INVOKABLE [[nodiscard]] QString downloadingTrack(const QString& trackTitle) const;
+    Q_INVOKABLE [[nodiscard]] QString maintenanceBadge(int count) const;
+    Q_INVOKABLE [[nodiscard]] QString artistSummary(int albums, int tracks) const;
+    Q_INVOKABLE [[nodiscard]] QString visibleCount(int count) const;
+    Q_INVOKABLE [[nodiscard]] QString confirmRemoveMissing(int count) const;
+    Q_INVOKABLE [[nodiscard]] QString confirmRemoveDuplicates(int groups) const;
+    Q_INVOKABLE [[nodiscard]] QString cloudDownloadStarted(int count) const;
+    Q_INVOKABLE [[nodiscard]] QString playlistCount(int count) const;
+    Q_INVOKABLE [[nodiscard]] QString importResult(int added, int skipped) const;
+    Q_INVOKABLE [[nodiscard]] QString albumDuration(int totalMinutes) const;
+    Q_INVOKABLE [[nodiscard]] QString trackCount(int count) const;
+    Q_INVOKABLE [[nodiscard]] QString languageName(halvane::AppLanguage setting) const;
 
   Q_SIGNALS:
     /// Texts may read differently now: the setting changed, or the system's languages may have.

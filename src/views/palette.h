@@ -31,20 +31,20 @@ class AppPalette : public QObject {
   public:
     using QObject::QObject;
 
-    QColor sidebarBackground() const { return qtColor(AppTheme::sidebarBackground); }
-    QColor panel() const { return qtColor(AppTheme::panel); }
-    QColor panelRaised() const { return qtColor(AppTheme::panelRaised); }
-    QColor controlBackground() const { return qtColor(AppTheme::controlBackground); }
-    QColor line() const { return qtColor(AppTheme::line); }
-    QColor primaryText() const { return qtColor(AppTheme::primaryText); }
-    QColor secondaryText() const { return qtColor(AppTheme::secondaryText); }
-    QColor tertiaryText() const { return qtColor(AppTheme::tertiaryText); }
-    QColor warmAccent() const { return qtColor(AppTheme::warmAccent); }
-    QColor gold() const { return qtColor(AppTheme::gold); }
+    [[nodiscard]] QColor sidebarBackground() const { return qtColor(AppTheme::sidebarBackground); }
+    [[nodiscard]] QColor panel() const { return qtColor(AppTheme::panel); }
+    [[nodiscard]] QColor panelRaised() const { return qtColor(AppTheme::panelRaised); }
+    [[nodiscard]] QColor controlBackground() const { return qtColor(AppTheme::controlBackground); }
+    [[nodiscard]] QColor line() const { return qtColor(AppTheme::line); }
+    [[nodiscard]] QColor primaryText() const { return qtColor(AppTheme::primaryText); }
+    [[nodiscard]] QColor secondaryText() const { return qtColor(AppTheme::secondaryText); }
+    [[nodiscard]] QColor tertiaryText() const { return qtColor(AppTheme::tertiaryText); }
+    [[nodiscard]] QColor warmAccent() const { return qtColor(AppTheme::warmAccent); }
+    [[nodiscard]] QColor gold() const { return qtColor(AppTheme::gold); }
 
     /// A text style: pixels, weight (100...900) and space between letters in pixels. Latin is set
     /// in Inter, Chinese in Noto Sans CJK SC.
-    Q_INVOKABLE QFont font(int pixels, int weight, double spacing = 0) const {
+    Q_INVOKABLE [[nodiscard]] QFont font(int pixels, int weight, double spacing = 0) const {
         QFont result;
         result.setFamilies({QStringLiteral("Inter"), QStringLiteral("Noto Sans CJK SC")});
         result.setPixelSize(pixels);
@@ -56,7 +56,7 @@ class AppPalette : public QObject {
 
     /// The same with every letter as wide as the next, for key caps. Not whatever the desktop takes
     /// for "monospace", which is another one on each.
-    Q_INVOKABLE QFont fixedWidthFont(int pixels, int weight) const {
+    Q_INVOKABLE [[nodiscard]] QFont fixedWidthFont(int pixels, int weight) const {
         QFont result = font(pixels, weight);
         result.setFamily(QStringLiteral("DejaVu Sans Mono"));
         return result;

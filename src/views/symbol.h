@@ -18,8 +18,8 @@ class Symbol : public QObject {
   public:
     using QObject::QObject;
 
-    QString family() const { return symbolFontFamily(); }
-    Q_INVOKABLE QString glyph(const QString& name) const { return symbolGlyph(name); }
+    [[nodiscard]] QString family() const { return symbolFontFamily(); }
+    Q_INVOKABLE [[nodiscard]] QString glyph(const QString& name) const { return symbolGlyph(name); }
 };
 
 } // namespace halvane::views

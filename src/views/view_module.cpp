@@ -28,8 +28,8 @@ class StoredCover final : public ArtworkSource {
         : m_store(store)
         , m_key(std::move(key)) {}
 
-    QByteArray read() const override { return m_store.read(m_key); }
-    QString key() const override { return m_key; }
+    [[nodiscard]] QByteArray read() const override { return m_store.read(m_key); }
+    [[nodiscard]] QString key() const override { return m_key; }
 
   private:
     const CoverStore& m_store;

@@ -37,7 +37,7 @@ class Keys : public testing::Test {
     }
     QQuickItem* item(const QString& name) { return window->findChild<QQuickItem*>(name); }
     // With nothing to play, an attempt to play says so in the status line.
-    bool hasTriedToPlay() const { return !library.status()->text().isEmpty(); }
+    [[nodiscard]] bool hasTriedToPlay() const { return !library.status()->text().isEmpty(); }
 
     FakeOutside outside;
     LibraryViewModel library{outside.environment()};

@@ -32,14 +32,14 @@ class TimedOutput final : public SoundOutput {
     void freeze();
     std::optional<QString> open(const StreamFormat& format, RenderSource& source) override;
     void close() override;
-    bool isOpen() const override { return m_source != nullptr; }
+    [[nodiscard]] bool isOpen() const override { return m_source != nullptr; }
     std::optional<QString> start() override;
     void pause() override;
-    bool isRunning() const override { return m_isRunning; }
+    [[nodiscard]] bool isRunning() const override { return m_isRunning; }
     void flush() override {}
-    std::int64_t framesRendered() const override { return m_frames; }
-    std::int64_t framesHeard() const override { return m_frames; }
-    int deviceSampleRate() const override { return 96000; }
+    [[nodiscard]] std::int64_t framesRendered() const override { return m_frames; }
+    [[nodiscard]] std::int64_t framesHeard() const override { return m_frames; }
+    [[nodiscard]] int deviceSampleRate() const override { return 96000; }
     std::optional<QString> setDevice(std::optional<std::uint32_t>) override { return {}; }
 
   private:
@@ -57,9 +57,9 @@ class TimedOutput final : public SoundOutput {
 
 class ListedDevices final : public AudioOutput::Devices {
   public:
-    std::vector<AudioOutput::OutputDevice> outputDevices() const override;
-    std::optional<std::uint32_t> defaultOutputDevice() const override { return 1; }
-    std::optional<QString> deviceName(std::uint32_t id) const override;
+    [[nodiscard]] std::vector<AudioOutput::OutputDevice> outputDevices() const override;
+    [[nodiscard]] std::optional<std::uint32_t> defaultOutputDevice() const override { return 1; }
+    [[nodiscard]] std::optional<QString> deviceName(std::uint32_t id) const override;
 };
 
 class QuietControls final : public MediaControls {
@@ -94,7 +94,7 @@ class SilentChooser final : public FileChooser {
 
 class OneLanguage final : public PreferredLanguages {
   public:
-    QStringList tags() const override { return {QStringLiteral("en-GB")}; }
+    [[nodiscard]] QStringList tags() const override { return {QStringLiteral("en-GB")}; }
 };
 
 class NoInhibitor final : public SleepInhibitor {

@@ -30,15 +30,17 @@ class GalleryWorld {
     HalvaneApp& app() { return *m_app; }
     FakeOutside& outside() { return m_outside; }
     QQmlEngine& engine() { return m_engine; }
-    const LibraryPlan& plan() const { return m_plan; }
-    QString pathOf(int firstAlbumTrack) const { return firstAlbumPath(m_plan, firstAlbumTrack); }
+    [[nodiscard]] const LibraryPlan& plan() const { return m_plan; }
+    [[nodiscard]] QString pathOf(int firstAlbumTrack) const {
+        return firstAlbumPath(m_plan, firstAlbumTrack);
+    }
 
     /// Opens a window and waits until it has drawn a frame.
     QQuickWindow* open(const QString& id);
     /// Runs the event loop until the condition holds; false when it does not within the time.
     static bool waitFor(const std::function<bool()>& condition, int milliseconds = 20000);
     /// Every warning that QML gave.
-    const QStringList& warnings() const { return m_warnings; }
+    [[nodiscard]] const QStringList& warnings() const { return m_warnings; }
 
   private:
     FakeOutside m_outside;

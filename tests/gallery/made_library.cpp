@@ -22,14 +22,14 @@ class PaintedCover final : public ArtworkSource {
   public:
     explicit PaintedCover(int seed)
         : m_seed(seed) {}
-    QByteArray read() const override {
+    [[nodiscard]] QByteArray read() const override {
         QByteArray bytes;
         QBuffer buffer(&bytes);
         buffer.open(QIODevice::WriteOnly);
         paintCover(m_seed, 600).save(&buffer, "BMP");
         return bytes;
     }
-    QString key() const override { return u"painted-%1"_s.arg(m_seed); }
+    [[nodiscard]] QString key() const override { return u"painted-%1"_s.arg(m_seed); }
 
   private:
     int m_seed;

@@ -92,10 +92,12 @@ struct PlayingTest : testing::Test {
         library.store()->append(rowsOf(tracks));
         library.catalog()->rebuildImportedAlbums();
     }
-    QString path(const char* name) const {
+    [[nodiscard]] QString path(const char* name) const {
         return music.filePath(QLatin1StringView(name) + u".wav"_s);
     }
-    QString title() const { return library.queue()->currentItem().value_or(QueueItem()).title; }
+    [[nodiscard]] QString title() const {
+        return library.queue()->currentItem().value_or(QueueItem()).title;
+    }
     // Plays until the test's condition holds.
     void playUntil(const std::function<bool()>& reached) {
         for (int i = 0; i < 2000 && !reached(); ++i) {

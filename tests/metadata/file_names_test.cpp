@@ -34,7 +34,7 @@ class Folders : public testing::Test {
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
         return path;
     }
-    QStringList found() const {
+    [[nodiscard]] QStringList found() const {
         QStringList names;
         for (const FileUrl& url : audioFileURLs({root.path()}))
             names.append(url.path().mid(root.path().size() + 1));

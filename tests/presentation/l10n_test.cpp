@@ -17,7 +17,7 @@ constexpr auto zh = ResolvedLanguage::simplifiedChinese;
 
 struct FixedLanguages final : PreferredLanguages {
     QStringList list;
-    QStringList tags() const override { return list; }
+    [[nodiscard]] QStringList tags() const override { return list; }
 };
 
 TEST(L10nTest, TheFirstPreferredLanguageDecides) {

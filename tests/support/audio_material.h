@@ -15,10 +15,12 @@ struct Pcm {
     int bits = 16;
     std::vector<std::int32_t> samples;
 
-    std::size_t frames() const { return samples.size() / static_cast<std::size_t>(channels); }
-    Pcm cut(std::size_t begin, std::size_t end) const;
+    [[nodiscard]] std::size_t frames() const {
+        return samples.size() / static_cast<std::size_t>(channels);
+    }
+    [[nodiscard]] Pcm cut(std::size_t begin, std::size_t end) const;
     /// With full scale at 1, as exact as a float is.
-    std::vector<float> floats() const;
+    [[nodiscard]] std::vector<float> floats() const;
 };
 
 /// Tones that wander, over a little noise, peaking near -3 dBFS: the same for the same arguments.

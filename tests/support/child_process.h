@@ -20,8 +20,8 @@ class ChildProcess {
                  const QString& errorFile = {});
     ~ChildProcess();
 
-    bool isRunning() const;
-    qint64 pid() const { return m_process.processId(); }
+    [[nodiscard]] bool isRunning() const;
+    [[nodiscard]] qint64 pid() const { return m_process.processId(); }
     /// Ends it at once, as a crash would, and waits until it is gone.
     void kill();
     /// Asks it to end and waits until it is gone.

@@ -29,7 +29,7 @@ class FakeCloudFiles final : public CloudFiles {
         m_beforeOpening = std::move(call);
     }
 
-    bool blocksWhenOpened(const QString& path) const override {
+    [[nodiscard]] bool blocksWhenOpened(const QString& path) const override {
         BeforeOpening call;
         {
             const std::scoped_lock lock(m_mutex);
@@ -39,7 +39,7 @@ class FakeCloudFiles final : public CloudFiles {
             call(path);
         return isEvicted(path);
     }
-    FilePresence presence(const QString& path) const override {
+    [[nodiscard]] FilePresence presence(const QString& path) const override {
         {
             const std::scoped_lock lock(m_mutex);
             if (m_evicted.contains(path))
@@ -48,7 +48,7 @@ class FakeCloudFiles final : public CloudFiles {
         return QFile::exists(path) ? FilePresence::here : FilePresence::gone;
     }
     void startDownloading(const QStringList& paths) override { downloading += paths; }
-    bool isRemote(const QString&) const override { return false; }
+    [[nodiscard]] bool isRemote(const QString&) const override { return false; }
 
   private:
     mutable std::mutex m_mutex;

@@ -23,9 +23,13 @@ class FakeDevices final : public AudioOutput::Devices {
     std::vector<AudioOutput::OutputDevice> devices{{1, QStringLiteral("Speakers")}};
     std::optional<std::uint32_t> defaultDevice = 1;
 
-    std::vector<AudioOutput::OutputDevice> outputDevices() const override { return devices; }
-    std::optional<std::uint32_t> defaultOutputDevice() const override { return defaultDevice; }
-    std::optional<QString> deviceName(std::uint32_t id) const override {
+    [[nodiscard]] std::vector<AudioOutput::OutputDevice> outputDevices() const override {
+        return devices;
+    }
+    [[nodiscard]] std::optional<std::uint32_t> defaultOutputDevice() const override {
+        return defaultDevice;
+    }
+    [[nodiscard]] std::optional<QString> deviceName(std::uint32_t id) const override {
         for (const AudioOutput::OutputDevice& device : devices) {
             if (device.id == id)
                 return device.name;
@@ -80,7 +84,7 @@ class FakeFileChooser final : public FileChooser {
 class FakeLanguages final : public PreferredLanguages {
   public:
     QStringList list{QStringLiteral("en-US")};
-    QStringList tags() const override { return list; }
+    [[nodiscard]] QStringList tags() const override { return list; }
 };
 
 class FakeSleepInhibitor final : public SleepInhibitor {

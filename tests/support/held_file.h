@@ -29,9 +29,9 @@ class HeldFile {
     HeldFile& operator=(const HeldFile&) = delete;
 
     /// False on a file system that gives no leases.
-    bool isHeld() const { return m_isHeld; }
+    [[nodiscard]] bool isHeld() const { return m_isHeld; }
     /// Whether anybody has tried to open it, this process or another.
-    bool wasTried() const { return ::fcntl(m_descriptor, F_GETLEASE) != F_WRLCK; }
+    [[nodiscard]] bool wasTried() const { return ::fcntl(m_descriptor, F_GETLEASE) != F_WRLCK; }
 
   private:
     int m_descriptor = -1;

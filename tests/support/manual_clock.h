@@ -10,8 +10,8 @@ namespace halvane::test {
 /// A clock that stands still until it is told to move; timers fire, in order, while it moves.
 class ManualClock final : public Clock {
   public:
-    double now() const override { return m_now; }
-    double wallTime() const override { return m_wallStart + m_now; }
+    [[nodiscard]] double now() const override { return m_now; }
+    [[nodiscard]] double wallTime() const override { return m_wallStart + m_now; }
     std::unique_ptr<Timer> after(std::chrono::milliseconds delay,
                                  std::function<void()> action) override;
     std::unique_ptr<Timer> every(std::chrono::milliseconds interval,
@@ -20,7 +20,7 @@ class ManualClock final : public Clock {
     /// Moves the hands, stopping at every timer that falls due on the way.
     void advance(std::chrono::milliseconds time);
     /// How many timers are waiting.
-    std::size_t pendingTimers() const { return m_pending.size(); }
+    [[nodiscard]] std::size_t pendingTimers() const { return m_pending.size(); }
 
   private:
     struct Pending {

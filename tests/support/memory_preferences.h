@@ -12,8 +12,8 @@ namespace halvane::test {
 class MemoryPreferences final : public Preferences {
   public:
     /// How often a key was written or removed.
-    int changes(const QString& key) const { return m_changes.value(key); }
-    bool contains(const QString& key) const { return m_values.contains(key); }
+    [[nodiscard]] int changes(const QString& key) const { return m_changes.value(key); }
+    [[nodiscard]] bool contains(const QString& key) const { return m_values.contains(key); }
 
   protected:
     std::optional<PreferenceValue> value(const QString& key) override {

@@ -30,9 +30,9 @@ class OfflineOutput final : public SoundOutput {
     }
 
     /// Everything rendered since the last clearRecording, interleaved, over all streams.
-    const std::vector<float>& recording() const { return m_recording; }
+    [[nodiscard]] const std::vector<float>& recording() const { return m_recording; }
     void clearRecording() { m_recording.clear(); }
-    const StreamFormat& format() const { return m_format; }
+    [[nodiscard]] const StreamFormat& format() const { return m_format; }
 
     // Misbehaviour, until taken back.
 
@@ -62,14 +62,14 @@ class OfflineOutput final : public SoundOutput {
     // SoundOutput
     std::optional<QString> open(const StreamFormat& format, RenderSource& source) override;
     void close() override;
-    bool isOpen() const override { return m_source != nullptr; }
+    [[nodiscard]] bool isOpen() const override { return m_source != nullptr; }
     std::optional<QString> start() override;
     void pause() override { m_running = false; }
-    bool isRunning() const override { return m_running; }
+    [[nodiscard]] bool isRunning() const override { return m_running; }
     void flush() override;
-    std::int64_t framesRendered() const override { return m_rendered; }
-    std::int64_t framesHeard() const override { return m_heard; }
-    int deviceSampleRate() const override { return deviceRate; }
+    [[nodiscard]] std::int64_t framesRendered() const override { return m_rendered; }
+    [[nodiscard]] std::int64_t framesHeard() const override { return m_heard; }
+    [[nodiscard]] int deviceSampleRate() const override { return deviceRate; }
     std::optional<QString> setDevice(std::optional<std::uint32_t> id) override;
 
   private:

@@ -18,7 +18,7 @@ class PrivateBus {
     PrivateBus();
     ~PrivateBus();
 
-    QString address() const;
+    [[nodiscard]] QString address() const;
     /// A new connection to it; closed with the bus.
     QDBusConnection connect();
     /// Ends the bus as a crash would.

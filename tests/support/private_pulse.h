@@ -20,12 +20,12 @@ class MonitorRecording {
                      const QString& file);
 
     /// Whether the recorder has begun to receive.
-    bool hasBegun() const;
+    [[nodiscard]] bool hasBegun() const;
     /// All samples so far.
-    std::vector<float> samples() const;
-    std::int64_t frames() const;
+    [[nodiscard]] std::vector<float> samples() const;
+    [[nodiscard]] std::int64_t frames() const;
     /// Runs the event loop until this many more frames have been recorded.
-    bool waitForFrames(std::int64_t more) const;
+    [[nodiscard]] bool waitForFrames(std::int64_t more) const;
 
   private:
     QString m_file;
@@ -40,7 +40,7 @@ class PrivateSoundServer {
     virtual ~PrivateSoundServer();
 
     /// What to connect to, as libpulse writes it ("unix:...").
-    QString address() const;
+    [[nodiscard]] QString address() const;
     /// Starts it, again after kill(). What was loaded after the first start is gone.
     virtual void start() = 0;
     /// Ends it at once, as a crash would.
@@ -66,8 +66,8 @@ class PrivateSoundServer {
 
   protected:
     PrivateSoundServer();
-    QString path(const QString& name) const { return m_folder.filePath(name); }
-    QProcessEnvironment environment() const;
+    [[nodiscard]] QString path(const QString& name) const { return m_folder.filePath(name); }
+    [[nodiscard]] QProcessEnvironment environment() const;
     std::uint32_t load(const QStringList& module);
     QString control(const QStringList& arguments);
 
@@ -111,7 +111,7 @@ class PrivatePipeWire final : public PrivateSoundServer {
     void forceRate(int sampleRate);
 
   private:
-    QProcessEnvironment sessionEnvironment() const;
+    [[nodiscard]] QProcessEnvironment sessionEnvironment() const;
     void leaveBluetoothOut() const;
 
     // In the order they are started.

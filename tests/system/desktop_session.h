@@ -32,7 +32,7 @@ class DesktopSession {
     class Listener;
     std::unique_ptr<Listener> listen(const QString& program, const QStringList& arguments);
     /// What the program under test has logged.
-    QString log() const;
+    [[nodiscard]] QString log() const;
     /// An audio file of this many seconds, tagged with the title and a cover, in a folder that is
     /// made if need be; its path.
     QString makeTrack(const QString& name, int seconds, const QString& title);
@@ -49,7 +49,7 @@ class DesktopSession::Listener {
         , m_process(program, arguments, environment, outputFile) {}
 
     /// How often it has printed this so far.
-    qsizetype count(const QString& text) const;
+    [[nodiscard]] qsizetype count(const QString& text) const;
 
   private:
     QString m_outputFile;
@@ -64,7 +64,7 @@ class RunningProgram {
 
     /// Waits until it answers to all that a desktop asks of it; not on a session without a bus.
     bool isReady();
-    bool isRunning() const { return m_process.state() == QProcess::Running; }
+    [[nodiscard]] bool isRunning() const { return m_process.state() == QProcess::Running; }
     void terminate() { m_process.terminate(); }
     void signal(int number);
     /// How it ended, once it has; none when it does not.

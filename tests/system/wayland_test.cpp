@@ -42,18 +42,20 @@ class Wayland : public testing::Test {
     }
 
     /// What the program and the compositor have said to each other so far.
-    QString talk() const { return session.log(); }
-    bool asked(const QString& pattern) const {
+    [[nodiscard]] QString talk() const { return session.log(); }
+    [[nodiscard]] bool asked(const QString& pattern) const {
         return talk().contains(QRegularExpression(u"-> .*"_s + pattern));
     }
     /// Moves the pointer, from the top left corner of the compositor's screen.
     void pointer(const QString& commands) {
         ASSERT_EQ(session.run(u"xdotool"_s, commands.split(u' ')).exitCode, 0);
     }
-    QString at(QPoint place) const { return u"mousemove %1 %2"_s.arg(place.x()).arg(place.y()); }
+    [[nodiscard]] QString at(QPoint place) const {
+        return u"mousemove %1 %2"_s.arg(place.x()).arg(place.y());
+    }
 
     /// Whether the program has heard of the pointer being at this place of its window.
-    bool isAt(QPoint inWindow) const {
+    [[nodiscard]] bool isAt(QPoint inWindow) const {
         return talk().contains(QRegularExpression(
             uR"(wl_pointer@\d+\.(enter\(\d+, wl_surface@\d+|motion\(\d+), %1\.0+, %2\.0+\))"_s
                 .arg(inWindow.x())

@@ -41,7 +41,7 @@ class FullScreenTest : public testing::Test {
                    !ui->find(u"Library"_s, QAccessible::ListItem);
         });
     }
-    double angle() const { return record->property("angle").toDouble(); }
+    [[nodiscard]] double angle() const { return record->property("angle").toDouble(); }
     void advance(double seconds) {
         QMetaObject::invokeMethod(record, "advance", Q_ARG(double, seconds));
     }

@@ -29,7 +29,9 @@ class ListCursorTest : public testing::Test {
         item->setData(title, titleRole);
         model.insertRow(row, item);
     }
-    QString chosen() const { return cursor.value(cursor.index(), u"title"_s).toString(); }
+    [[nodiscard]] QString chosen() const {
+        return cursor.value(cursor.index(), u"title"_s).toString();
+    }
 
     QStandardItemModel model;
     ListCursor cursor;

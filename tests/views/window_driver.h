@@ -25,13 +25,14 @@ class WindowDriver {
 
     /// The first visible thing of a role whose name is, or begins with, the text; null when there
     /// is none.
-    QAccessibleInterface* find(const QString& name,
-                               QAccessible::Role role = QAccessible::NoRole) const;
-    bool shows(const QString& name) const { return find(name) != nullptr; }
+    [[nodiscard]] QAccessibleInterface* find(const QString& name,
+                                             QAccessible::Role role = QAccessible::NoRole) const;
+    [[nodiscard]] bool shows(const QString& name) const { return find(name) != nullptr; }
     /// Waits until it is there.
-    bool waitsFor(const QString& name) const;
+    [[nodiscard]] bool waitsFor(const QString& name) const;
 
-    QPoint centreOf(const QString& name, QAccessible::Role role = QAccessible::NoRole) const;
+    [[nodiscard]] QPoint centreOf(const QString& name,
+                                  QAccessible::Role role = QAccessible::NoRole) const;
     /// Each gives false when there is no such thing.
     bool click(const QString& name, QAccessible::Role role = QAccessible::NoRole,
                Qt::MouseButton button = Qt::LeftButton);
@@ -44,11 +45,11 @@ class WindowDriver {
     /// Presses Tab until the keyboard is on the thing of this name; false when it never gets there.
     bool tabTo(const QString& name);
     /// What the keyboard is on; empty when that has no name.
-    QString focusedName() const;
+    [[nodiscard]] QString focusedName() const;
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void type(const QString& text);
 
-    QQuickWindow& window() const { return m_window; }
+    [[nodiscard]] QQuickWindow& window() const { return m_window; }
 
   private:
     QQuickWindow& m_window;

@@ -26,12 +26,12 @@ class Command : public QObject {
     Command(const QString& id, const QKeySequence& shortcut, std::function<void()> action,
             QObject* parent = nullptr);
 
-    QString id() const { return m_id; }
-    bool isSeparator() const { return m_id.isEmpty(); }
-    QString title() const { return m_title; }
-    bool isEnabled() const { return m_enabled; }
-    QKeySequence shortcut() const { return m_shortcut; }
-    QString shortcutText() const;
+    [[nodiscard]] QString id() const { return m_id; }
+    [[nodiscard]] bool isSeparator() const { return m_id.isEmpty(); }
+    [[nodiscard]] QString title() const { return m_title; }
+    [[nodiscard]] bool isEnabled() const { return m_enabled; }
+    [[nodiscard]] QKeySequence shortcut() const { return m_shortcut; }
+    [[nodiscard]] QString shortcutText() const;
 
     void setTitle(const QString& title);
     void setEnabled(bool enabled);
@@ -59,8 +59,8 @@ class CommandMenu : public QObject {
   public:
     CommandMenu(const QString& title, QObject* parent = nullptr);
 
-    QString title() const { return m_title; }
-    const QList<Command*>& items() const { return m_items; }
+    [[nodiscard]] QString title() const { return m_title; }
+    [[nodiscard]] const QList<Command*>& items() const { return m_items; }
     /// Adds a command at the end; the menu becomes its owner.
     void append(Command* command);
     QQmlListProperty<Command> itemList() { return {this, &m_items}; }

@@ -32,7 +32,7 @@ class Commands : public QObject {
 
     QList<CommandMenu*>& menus() { return m_menus; }
     /// Null when there is none of this identifier.
-    Command* find(const QString& id) const { return m_byId.value(id); }
+    [[nodiscard]] Command* find(const QString& id) const { return m_byId.value(id); }
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -45,8 +45,8 @@ class Commands : public QObject {
     void followLibrary();
     void refresh();
     void show(const CommandState& now);
-    CommandState state() const;
-    bool takesKeysFromText(int keyCombination) const;
+    [[nodiscard]] CommandState state() const;
+    [[nodiscard]] bool takesKeysFromText(int keyCombination) const;
 
     LibraryViewModel& m_library;
     CommandState m_shown; ///< by which titles and enabled states are

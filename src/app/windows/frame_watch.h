@@ -16,7 +16,7 @@ class FrameWatch : public QObject {
     using QObject::QObject;
     /// Looks at a frameless window whenever it is shown.
     void follow(QWindow* window);
-    bool hasSystemFrame() const { return m_hasSystemFrame; }
+    [[nodiscard]] bool hasSystemFrame() const { return m_hasSystemFrame; }
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 

@@ -27,7 +27,7 @@ class WindowGeometry : public QObject {
         QRect place;
         bool isMaximized = false;
     };
-    std::optional<Remembered> remembered(const QString& id) const;
+    [[nodiscard]] std::optional<Remembered> remembered(const QString& id) const;
     /// Follows a window from now on.
     void follow(QWindow* window, const QString& id);
 

@@ -34,10 +34,10 @@ class WindowRegistry : public QObject {
     /// The window without showing it; made if need be.
     QQuickWindow* prepared(const QString& id);
     void close(const QString& id);
-    bool isOpen(const QString& id) const;
+    [[nodiscard]] bool isOpen(const QString& id) const;
     /// The first visible window whose identifier begins with this; null without one.
-    QQuickWindow* visibleWindow(const QString& idPrefix) const;
-    bool isAnyOpen() const;
+    [[nodiscard]] QQuickWindow* visibleWindow(const QString& idPrefix) const;
+    [[nodiscard]] bool isAnyOpen() const;
 
     /// Whether this desktop lets a program place its windows.
     static bool canPlaceWindows();

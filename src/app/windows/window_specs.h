@@ -24,7 +24,7 @@ struct WindowSpec {
     std::optional<QSize> defaultSize; ///< none: the window follows its content
     QSize minimumSize;
 
-    bool isResizable() const { return defaultSize.has_value(); }
+    [[nodiscard]] bool isResizable() const { return defaultSize.has_value(); }
 };
 
 const std::vector<WindowSpec>& windowSpecs();

@@ -15,7 +15,7 @@ class LoudnessMeter {
   public:
     void add(std::span<const float> samples) noexcept;
     /// None without samples, or when one of them was not a number.
-    std::optional<LoudnessAnalyzer::Measurement> result() const;
+    [[nodiscard]] std::optional<LoudnessAnalyzer::Measurement> result() const;
 
   private:
     double m_sumOfSquares = 0;

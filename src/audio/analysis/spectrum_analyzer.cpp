@@ -54,7 +54,7 @@ class SpectrumAnalyzer::Transform {
         m_run(m_context, m_spectrum.data(), m_samples.data(), sizeof(float));
     }
 
-    float power(int bin) const {
+    [[nodiscard]] float power(int bin) const {
         const AVComplexFloat& value = m_spectrum[std::size_t(bin)];
         return value.re * value.re + value.im * value.im;
     }

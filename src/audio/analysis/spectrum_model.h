@@ -29,14 +29,14 @@ class SpectrumModel : public QObject {
   public:
     using QObject::QObject;
 
-    const SpectrumBands& bands() const { return m_output.bands; }
-    const SpectrumBands& peaks() const { return m_output.peaks; }
-    float level() const { return m_output.level; }
+    [[nodiscard]] const SpectrumBands& bands() const { return m_output.bands; }
+    [[nodiscard]] const SpectrumBands& peaks() const { return m_output.peaks; }
+    [[nodiscard]] float level() const { return m_output.level; }
 
     /// A view that comes into sight calls beginWatching, and endWatching when it goes out of sight.
     Q_INVOKABLE void beginWatching();
     Q_INVOKABLE void endWatching();
-    bool isWatched() const { return m_watchers > 0; }
+    [[nodiscard]] bool isWatched() const { return m_watchers > 0; }
 
     /// Shows a new result.
     void publish(const SpectrumOutput& output);
@@ -47,8 +47,12 @@ class SpectrumModel : public QObject {
     void watchedChanged();
 
   private:
-    QList<float> bandList() const { return {m_output.bands.begin(), m_output.bands.end()}; }
-    QList<float> peakList() const { return {m_output.peaks.begin(), m_output.peaks.end()}; }
+    [[nodiscard]] QList<float> bandList() const {
+        return {m_output.bands.begin(), m_output.bands.end()};
+    }
+    [[nodiscard]] QList<float> peakList() const {
+        return {m_output.peaks.begin(), m_output.peaks.end()};
+    }
 
     SpectrumOutput m_output;
     int m_watchers = 0;

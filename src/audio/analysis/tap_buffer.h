@@ -28,7 +28,7 @@ class TapBuffer {
         : m_mask(std::bit_ceil(frames) - 1)
         , m_slots(std::make_unique<std::atomic<float>[]>(m_mask + 1)) {}
 
-    std::size_t capacity() const { return m_mask + 1; }
+    [[nodiscard]] std::size_t capacity() const { return m_mask + 1; }
 
     /// Writer: takes the first channel of a block that begins at the stream's frame `position`.
     void push(const float* interleaved, std::size_t frames, std::size_t channels,

@@ -18,15 +18,15 @@ class AudioDecoder {
     /// Opens a file and decodes its first block. On failure gives an error text for the user.
     [[nodiscard]] std::optional<QString> open(const QString& path);
 
-    const StreamFormat& format() const { return m_format; }
-    const AVFormatContext& container() const { return *m_container; }
-    const AVStream& stream() const { return *m_stream; }
+    [[nodiscard]] const StreamFormat& format() const { return m_format; }
+    [[nodiscard]] const AVFormatContext& container() const { return *m_container; }
+    [[nodiscard]] const AVStream& stream() const { return *m_stream; }
     /// Where the first packet lies in the file, in bytes.
-    std::int64_t firstPacketPosition() const { return m_firstPacketPosition; }
+    [[nodiscard]] std::int64_t firstPacketPosition() const { return m_firstPacketPosition; }
 
     /// The present block: [blockStart, blockEnd), empty where there is none.
-    std::int64_t blockStart() const { return m_blockStart; }
-    std::int64_t blockEnd() const { return m_blockStart + m_frame->nb_samples; }
+    [[nodiscard]] std::int64_t blockStart() const { return m_blockStart; }
+    [[nodiscard]] std::int64_t blockEnd() const { return m_blockStart + m_frame->nb_samples; }
     /// Writes frames of the present block, from raw frame `from` on, as interleaved floats.
     void copy(std::int64_t from, std::size_t frames, float* out) const noexcept;
 
@@ -42,17 +42,17 @@ class AudioDecoder {
     /// be decoded. Leaves the decoder at the end.
     std::optional<std::int64_t> decodedEnd(std::int64_t near);
     /// What stopped reading, where that was not the end of the file.
-    const std::optional<QString>& readError() const { return m_readError; }
+    [[nodiscard]] const std::optional<QString>& readError() const { return m_readError; }
 
     /// A time of the stream as a raw frame, rounded to the nearest.
-    std::int64_t toFrames(std::int64_t streamTime) const;
+    [[nodiscard]] std::int64_t toFrames(std::int64_t streamTime) const;
 
   private:
     std::optional<QString> openContainer(const QString& path);
     std::optional<QString> openDecoder(const AVCodec* codec);
     std::optional<QString> decodeFirstBlock();
     bool readPacket();
-    bool isUsable() const;
+    [[nodiscard]] bool isUsable() const;
     void place();
     bool seekBefore(std::int64_t frame);
     std::optional<std::int64_t> indexFrames();

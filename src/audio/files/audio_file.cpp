@@ -25,7 +25,7 @@ class AudioFile::Impl {
 
   private:
     bool goToPosition();
-    bool holds(std::int64_t raw) const {
+    [[nodiscard]] bool holds(std::int64_t raw) const {
         return decoder.blockStart() <= raw && raw < decoder.blockEnd();
     }
     void endEarly();

@@ -26,12 +26,12 @@ class AudioFile {
     static void prepare();
 
     /// The processing format. Two files with equal formats can follow each other in one stream.
-    const StreamFormat& format() const;
+    [[nodiscard]] const StreamFormat& format() const;
     /// Exact length, with the encoder's delay and padding taken off.
-    std::int64_t lengthFrames() const;
-    double durationSeconds() const;
+    [[nodiscard]] std::int64_t lengthFrames() const;
+    [[nodiscard]] double durationSeconds() const;
     /// The frame that the next read begins with.
-    std::int64_t position() const;
+    [[nodiscard]] std::int64_t position() const;
 
     /// Goes to a frame, cut to 0...lengthFrames; the next read delivers just what reading the file
     /// from its start would have delivered there (but for noise that AAC lets a decoder invent).
@@ -44,7 +44,7 @@ class AudioFile {
     std::size_t read(float* interleaved, std::size_t frames);
 
     /// Why reading ended before lengthFrames; none after an ordinary end.
-    const std::optional<QString>& failure() const;
+    [[nodiscard]] const std::optional<QString>& failure() const;
 
   private:
     class Impl;

@@ -20,7 +20,7 @@ T bigEndian(const char* at) {
 struct Range {
     qint64 begin = 0;
     qint64 end = 0;
-    qint64 size() const { return end - begin; }
+    [[nodiscard]] qint64 size() const { return end - begin; }
 };
 
 QByteArray bytesAt(QIODevice& file, qint64 position, qint64 count) {

@@ -24,7 +24,7 @@ class FileOpener : public QObject {
     void open(const QString& path, Done done);
     void cancel();
     /// Between open and its outcome.
-    bool isOpening() const { return static_cast<bool>(m_done); }
+    [[nodiscard]] bool isOpening() const { return static_cast<bool>(m_done); }
 
   private:
     Done m_done; ///< of the present request

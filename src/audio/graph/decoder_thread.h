@@ -56,8 +56,8 @@ class DecoderThread {
     void decodeSome(Lock& lock);
     void rest(Lock& lock);
     void finishSegment(std::int64_t delivered);
-    std::size_t filledFrames() const;
-    bool hasWork() const;
+    [[nodiscard]] std::size_t filledFrames() const;
+    [[nodiscard]] bool hasWork() const;
 
     const std::function<void(std::uint64_t, std::int64_t)> m_onCutShort;
 

@@ -18,7 +18,7 @@ class HeardTimeline {
     /// anchors from the ring. Never falls.
     std::int64_t mediaHeard(SampleRing<StreamAnchor>& anchors, std::int64_t streamHeard);
     /// The last answer.
-    std::int64_t last() const { return m_last; }
+    [[nodiscard]] std::int64_t last() const { return m_last; }
 
   private:
     std::uint32_t m_epoch = 0;

@@ -37,13 +37,13 @@ class AudioPlaybackEngine : public QObject, public TransportEngine {
     [[nodiscard]] std::optional<QString> load(const QString& path) override;
     /// Stops and forgets everything.
     void unload() override;
-    bool hasFile() const override;
+    [[nodiscard]] bool hasFile() const override;
     /// Length of the loaded file; 0 without one.
-    double durationSeconds() const override;
+    [[nodiscard]] double durationSeconds() const override;
     /// The loaded file's processing rate in Hz; 0 without one.
-    double fileSampleRate() const;
+    [[nodiscard]] double fileSampleRate() const;
     /// The output device's rate in Hz; 0 while unknown.
-    double outputSampleRate() const;
+    [[nodiscard]] double outputSampleRate() const;
 
     /// Schedules the file from a position, cut to the file's length; drops a pre-scheduled file.
     [[nodiscard]] std::optional<QString> scheduleSegment(double fromSeconds, bool andPlay) override;
@@ -52,9 +52,9 @@ class AudioPlaybackEngine : public QObject, public TransportEngine {
     /// Goes on after a pause.
     [[nodiscard]] std::optional<QString> resume() override;
     /// The engine's own playing flag.
-    bool isPlaying() const override;
+    [[nodiscard]] bool isPlaying() const override;
     /// Position heard in the current file.
-    double elapsedSeconds() const override;
+    [[nodiscard]] double elapsedSeconds() const override;
 
     /// Opens a file away from the main thread and then queues it behind the current one, if it can
     /// follow without a gap; prescheduleSettled tells. False where nothing is done because nothing
@@ -105,8 +105,8 @@ class AudioPlaybackEngine : public QObject, public TransportEngine {
     };
 
     std::optional<QString> schedule(std::int64_t startFrame, bool andPlay);
-    std::int64_t frameAt(double seconds) const;
-    std::int64_t elapsedFrames() const;
+    [[nodiscard]] std::int64_t frameAt(double seconds) const;
+    [[nodiscard]] std::int64_t elapsedFrames() const;
     std::shared_ptr<AudioFile> takeOpened(const QString& path);
     void follow(const QString& path, AudioFile::Opened opened);
     void dropPending();

@@ -48,19 +48,19 @@ class PlayerNode : public QObject {
                   std::function<void()> heard);
     /// Takes back what was scheduled last, its completion with it; false when it was begun already.
     bool unscheduleLast();
-    bool hasScheduled() const { return !m_segments.empty(); }
+    [[nodiscard]] bool hasScheduled() const { return !m_segments.empty(); }
 
     /// Starts the sound, on a new stream if there is none; that must be right after stop. On
     /// failure gives the error's description and stays stopped.
     [[nodiscard]] std::optional<QString> play();
     /// Stops the sound at once and keeps the place.
     void pause();
-    bool hasStream() const { return m_streamOpen && m_output.isOpen(); }
+    [[nodiscard]] bool hasStream() const { return m_streamOpen && m_output.isOpen(); }
 
     /// Frames heard of what was scheduled since the last stop.
-    std::int64_t framesHeard() const;
+    [[nodiscard]] std::int64_t framesHeard() const;
     /// Frames scheduled since the last stop in front of the last segment.
-    std::int64_t framesBeforeLast() const;
+    [[nodiscard]] std::int64_t framesBeforeLast() const;
 
   private:
     struct Segment {

@@ -32,15 +32,19 @@ class SampleRing {
         : m_size(std::bit_ceil(std::max<std::size_t>(capacity, 1)))
         , m_values(std::make_unique<T[]>(m_size)) {}
 
-    std::size_t capacity() const { return m_size; }
+    [[nodiscard]] std::size_t capacity() const { return m_size; }
 
     /// How many values have been written and how many taken out or skipped. Any thread; a value may
     /// be out of date by the time it is used.
-    std::uint64_t written() const { return m_written.load(std::memory_order_acquire); }
-    std::uint64_t consumed() const { return m_consumed.load(std::memory_order_acquire); }
+    [[nodiscard]] std::uint64_t written() const {
+        return m_written.load(std::memory_order_acquire);
+    }
+    [[nodiscard]] std::uint64_t consumed() const {
+        return m_consumed.load(std::memory_order_acquire);
+    }
 
     /// Writer: how many values there is room for.
-    std::size_t writeAvailable() const {
+    [[nodiscard]] std::size_t writeAvailable() const {
         return m_size - std::size_t(m_written.load(std::memory_order_relaxed) - consumed());
     }
 
@@ -59,7 +63,7 @@ class SampleRing {
     }
 
     /// Reader: how many values wait.
-    std::size_t readAvailable() const {
+    [[nodiscard]] std::size_t readAvailable() const {
         return std::size_t(written() - m_consumed.load(std::memory_order_relaxed));
     }
 

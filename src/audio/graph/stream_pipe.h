@@ -37,8 +37,8 @@ class StreamPipe {
         , samples(std::size_t(secondsAhead) * std::size_t(format.sampleRate * format.channels))
         , anchors(4096) {}
 
-    const StreamFormat& format() const { return m_format; }
-    std::size_t channels() const { return std::size_t(m_format.channels); }
+    [[nodiscard]] const StreamFormat& format() const { return m_format; }
+    [[nodiscard]] std::size_t channels() const { return std::size_t(m_format.channels); }
 
     /// Makes room for the next epoch. Main thread, while the output does not render and so leaves
     /// the reader's part to it; what the decoder is writing just now is dropped when the epoch
@@ -56,14 +56,18 @@ class StreamPipe {
     }
 
     /// Audio thread.
-    std::uint32_t requested() const { return m_requested.load(std::memory_order_acquire); }
-    bool isReady(std::uint32_t epoch) const {
+    [[nodiscard]] std::uint32_t requested() const {
+        return m_requested.load(std::memory_order_acquire);
+    }
+    [[nodiscard]] bool isReady(std::uint32_t epoch) const {
         return m_ready.load(std::memory_order_acquire) == epoch;
     }
-    bool fadesIn() const { return m_fadesIn.load(std::memory_order_relaxed); }
+    [[nodiscard]] bool fadesIn() const { return m_fadesIn.load(std::memory_order_relaxed); }
 
     /// The ring's position where the epoch begins. Audio thread once ready; decoder.
-    std::uint64_t beginning() const { return m_begin.load(std::memory_order_relaxed); }
+    [[nodiscard]] std::uint64_t beginning() const {
+        return m_begin.load(std::memory_order_relaxed);
+    }
 
   private:
     const StreamFormat m_format;

@@ -15,14 +15,14 @@ class TransportEngine {
 
     [[nodiscard]] virtual std::optional<QString> load(const QString& path) = 0;
     virtual void unload() = 0;
-    virtual bool hasFile() const = 0;
-    virtual double durationSeconds() const = 0;
+    [[nodiscard]] virtual bool hasFile() const = 0;
+    [[nodiscard]] virtual double durationSeconds() const = 0;
     [[nodiscard]] virtual std::optional<QString> scheduleSegment(double fromSeconds,
                                                                  bool andPlay) = 0;
     virtual void pause() = 0;
     [[nodiscard]] virtual std::optional<QString> resume() = 0;
-    virtual bool isPlaying() const = 0;
-    virtual double elapsedSeconds() const = 0;
+    [[nodiscard]] virtual bool isPlaying() const = 0;
+    [[nodiscard]] virtual double elapsedSeconds() const = 0;
     virtual bool prescheduleNextIfCompatible(const QString& path) = 0;
     virtual std::optional<QString> adoptPrescheduledTrack() = 0;
     virtual void invalidatePreschedule() = 0;

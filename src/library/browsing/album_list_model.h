@@ -35,8 +35,8 @@ class AlbumListModel : public CatalogListModel<Album, AlbumKind> {
     /// The covers must outlive it.
     explicit AlbumListModel(CoverStore& covers, QObject* parent = nullptr);
 
-    QVariant data(const QModelIndex& index, int role) const override;
-    QHash<int, QByteArray> roleNames() const override;
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+    [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
   private:
     CoverStore& m_covers;

@@ -32,8 +32,8 @@ class ArtistListModel : public CatalogListModel<CatalogArtist, ArtistKind> {
     /// Both references must outlive it.
     ArtistListModel(CoverStore& covers, const LanguageSetting& language, QObject* parent = nullptr);
 
-    QVariant data(const QModelIndex& index, int role) const override;
-    QHash<int, QByteArray> roleNames() const override;
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+    [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
   private:
     CoverStore& m_covers;

@@ -41,16 +41,20 @@ class Browsing : public QObject {
              const TrackUserData& userData, const LanguageSetting& language, const RowState& rows,
              QObject* parent = nullptr);
 
-    SidebarItem selectedSidebar() const { return m_sidebar; }
-    LibraryMode mode() const { return m_mode; }
-    const QString& searchText() const { return m_searchText; }
-    const QString& focusedArtist() const { return m_focusedArtist; }     ///< empty: none
-    const QString& selectedAlbumID() const { return m_selectedAlbumID; } ///< empty: none
-    bool showLovedOnly() const { return m_showLovedOnly; }
-    const QUuid& selectedPlaylistID() const { return m_selectedPlaylistID; } ///< null: none
+    [[nodiscard]] SidebarItem selectedSidebar() const { return m_sidebar; }
+    [[nodiscard]] LibraryMode mode() const { return m_mode; }
+    [[nodiscard]] const QString& searchText() const { return m_searchText; }
+    [[nodiscard]] const QString& focusedArtist() const { return m_focusedArtist; } ///< empty: none
+    [[nodiscard]] const QString& selectedAlbumID() const {
+        return m_selectedAlbumID;
+    } ///< empty: none
+    [[nodiscard]] bool showLovedOnly() const { return m_showLovedOnly; }
+    [[nodiscard]] const QUuid& selectedPlaylistID() const {
+        return m_selectedPlaylistID;
+    } ///< null: none
 
     /// Empty: none.
-    QString selectedPlaylistName() const;
+    [[nodiscard]] QString selectedPlaylistName() const;
 
     TrackListModel* visibleTracks() { return &m_tracks; }
     AlbumListModel* visibleAlbums() { return &m_albums; }
@@ -59,16 +63,16 @@ class Browsing : public QObject {
     // These pointers are valid until the catalog changes.
 
     /// The album to which the track table is limited, or null.
-    const Album* focusedAlbum() const;
+    [[nodiscard]] const Album* focusedAlbum() const;
     /// The selected album, or the first if none is selected. Null without albums.
-    const Album* selectedAlbum() const;
+    [[nodiscard]] const Album* selectedAlbum() const;
     /// The album whose artwork is shown for what plays: that of the current entry, or the selected
     /// album without a current entry.
-    const Album* artworkAlbum(const std::optional<QueueItem>& current) const;
+    [[nodiscard]] const Album* artworkAlbum(const std::optional<QueueItem>& current) const;
     /// An album as a value, empty for null. Its cover can be read by its key.
-    Album shown(const Album* album) const;
-    bool hasFocusedAlbum() const { return focusedAlbum() != nullptr; }
-    Album shownFocusedAlbum() const { return shown(focusedAlbum()); }
+    [[nodiscard]] Album shown(const Album* album) const;
+    [[nodiscard]] bool hasFocusedAlbum() const { return focusedAlbum() != nullptr; }
+    [[nodiscard]] Album shownFocusedAlbum() const { return shown(focusedAlbum()); }
 
     void setSearchText(const QString& text);
     void setFocusedArtist(const QString& name);
@@ -116,11 +120,13 @@ class Browsing : public QObject {
     void refreshTracks();
     void refreshAlbums();
     void refreshArtists();
-    SourceRows sourceRows() const;
-    std::vector<quint32> rowsOfPaths(const std::vector<QString>& paths) const;
-    std::vector<quint32> rowsOfAlbum(const QString& id) const;
-    std::vector<quint32> rowsOfArtist(const QString& name) const;
-    const std::shared_ptr<const Catalog>& catalog() const { return m_catalog.published(); }
+    [[nodiscard]] SourceRows sourceRows() const;
+    [[nodiscard]] std::vector<quint32> rowsOfPaths(const std::vector<QString>& paths) const;
+    [[nodiscard]] std::vector<quint32> rowsOfAlbum(const QString& id) const;
+    [[nodiscard]] std::vector<quint32> rowsOfArtist(const QString& name) const;
+    [[nodiscard]] const std::shared_ptr<const Catalog>& catalog() const {
+        return m_catalog.published();
+    }
 
     template<typename T>
     bool assign(T& field, const T& value, void (Browsing::*changed)());

@@ -21,8 +21,8 @@ class CatalogListModel : public QAbstractListModel {
   public:
     using QAbstractListModel::QAbstractListModel;
 
-    std::size_t size() const { return m_items.size(); }
-    const Item& item(std::size_t row) const { return *m_items[row]; }
+    [[nodiscard]] std::size_t size() const { return m_items.size(); }
+    [[nodiscard]] const Item& item(std::size_t row) const { return *m_items[row]; }
 
     /// Shows these items, which belong to the catalog.
     void setItems(std::shared_ptr<const Catalog> catalog, std::vector<const Item*> items) {
@@ -46,7 +46,7 @@ class CatalogListModel : public QAbstractListModel {
         m_catalog = std::move(catalog);
     }
 
-    int rowCount(const QModelIndex& parent = {}) const override {
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override {
         return parent.isValid() ? 0 : static_cast<int>(m_items.size());
     }
 

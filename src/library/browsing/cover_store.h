@@ -19,7 +19,7 @@ class CoverStore {
     QString keyFor(const std::optional<Artwork>& embedded, const std::optional<FileUrl>& file);
     /// The picture's bytes, empty for an unknown key or an unreadable picture. May block on the
     /// disk.
-    QByteArray read(const QString& key) const;
+    [[nodiscard]] QByteArray read(const QString& key) const;
 
   private:
     mutable QMutex m_mutex;

@@ -23,14 +23,14 @@ class SidebarModel : public QAbstractListModel {
     explicit SidebarModel(const CatalogPublisher& catalog, QObject* parent = nullptr);
 
     /// The text beside an item, empty for none.
-    QString sidebarBadge(SidebarItem item) const;
+    [[nodiscard]] QString sidebarBadge(SidebarItem item) const;
 
-    int rowCount(const QModelIndex& parent = {}) const override;
-    QVariant data(const QModelIndex& index, int role) const override;
-    QHash<int, QByteArray> roleNames() const override;
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+    [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
   private:
-    std::size_t countOf(SidebarItem item) const;
+    [[nodiscard]] std::size_t countOf(SidebarItem item) const;
     void refresh();
 
     const CatalogPublisher& m_catalog;

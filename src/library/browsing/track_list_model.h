@@ -24,8 +24,8 @@ class TrackListModel : public CatalogListModel<Track, TrackKind> {
 
     explicit TrackListModel(RowState state, QObject* parent = nullptr);
 
-    QVariant data(const QModelIndex& index, int role) const override;
-    QHash<int, QByteArray> roleNames() const override;
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+    [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
   private:
     RowState m_state;

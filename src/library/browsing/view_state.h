@@ -33,14 +33,14 @@ class ViewState : public QObject {
     void restoreNowPlayingPanel();
     void restoreRemainingTime();
 
-    bool showFullPlayer() const { return m_showFullPlayer; }
-    bool isMiniPlayerOpen() const { return m_isMiniPlayerOpen; }
-    bool showNowPlayingPanel() const { return m_showNowPlayingPanel; }
-    bool showMaintenance() const { return m_showMaintenance; }
-    bool isQuitting() const { return m_isQuitting; }
-    bool isSearchFieldFocused() const { return m_isSearchFieldFocused; }
-    int searchFocusRequest() const { return m_searchFocusRequest; }
-    bool showRemainingTime() const { return m_showRemainingTime; }
+    [[nodiscard]] bool showFullPlayer() const { return m_showFullPlayer; }
+    [[nodiscard]] bool isMiniPlayerOpen() const { return m_isMiniPlayerOpen; }
+    [[nodiscard]] bool showNowPlayingPanel() const { return m_showNowPlayingPanel; }
+    [[nodiscard]] bool showMaintenance() const { return m_showMaintenance; }
+    [[nodiscard]] bool isQuitting() const { return m_isQuitting; }
+    [[nodiscard]] bool isSearchFieldFocused() const { return m_isSearchFieldFocused; }
+    [[nodiscard]] int searchFocusRequest() const { return m_searchFocusRequest; }
+    [[nodiscard]] bool showRemainingTime() const { return m_showRemainingTime; }
 
     void setShowFullPlayer(bool show);
     void setMiniPlayerOpen(bool open);

@@ -38,9 +38,9 @@ struct Catalog {
     FoldedTexts albumTiles; ///< for each album its title, artist and genre
 
     /// The first album of an id, or null.
-    const Album* albumWithID(const QString& id) const;
+    [[nodiscard]] const Album* albumWithID(const QString& id) const;
     /// The artist of an exact name, or null.
-    const CatalogArtist* artistNamed(const QString& name) const;
+    [[nodiscard]] const CatalogArtist* artistNamed(const QString& name) const;
 };
 
 std::shared_ptr<const Catalog> buildCatalog(std::shared_ptr<const TrackRows> rows,

@@ -25,11 +25,11 @@ class CatalogPublisher : public QObject {
                      const LanguageSetting& language, QObject* parent = nullptr);
 
     /// The newest catalog, never null.
-    const std::shared_ptr<const Catalog>& published() const { return m_catalog; }
+    [[nodiscard]] const std::shared_ptr<const Catalog>& published() const { return m_catalog; }
     /// How many rows of the published catalog are loved now.
-    std::size_t lovedCount() const { return m_lovedCount; }
+    [[nodiscard]] std::size_t lovedCount() const { return m_lovedCount; }
     /// Whether the published catalog is of the store's rows as they are now.
-    bool isCurrent() const { return m_catalog->rows.get() == &m_store.rows(); }
+    [[nodiscard]] bool isCurrent() const { return m_catalog->rows.get() == &m_store.rows(); }
 
     /// Calls `then` when the published catalog is of the store's rows, which may be at once. Does
     /// not call it if `context` has been destroyed by then.

@@ -18,13 +18,13 @@ class FoldedTexts {
   public:
     void reserve(std::size_t texts, std::size_t bytes);
     void add(QStringView text);
-    std::size_t size() const { return m_ends.size(); }
+    [[nodiscard]] std::size_t size() const { return m_ends.size(); }
 
     /// One number for each text: 1 if it contains the folded query, otherwise 0. The query is not
     /// empty.
-    std::vector<quint8> matches(const QByteArray& foldedQuery) const;
+    [[nodiscard]] std::vector<quint8> matches(const QByteArray& foldedQuery) const;
     /// Whether one text contains the folded query.
-    bool contains(std::size_t index, const QByteArray& foldedQuery) const;
+    [[nodiscard]] bool contains(std::size_t index, const QByteArray& foldedQuery) const;
 
   private:
     QByteArray m_bytes;          ///< each text is followed by a zero byte, which no text contains

@@ -43,16 +43,16 @@ class LibraryStore : public QObject {
     explicit LibraryStore(QObject* parent = nullptr);
 
     /// The rows as they are now, to keep or to take to another thread.
-    std::shared_ptr<const TrackRows> snapshot() const;
+    [[nodiscard]] std::shared_ptr<const TrackRows> snapshot() const;
     /// The rows as they are now, for reading at once.
-    const TrackRows& rows() const { return *m_rows; }
-    std::size_t size() const { return m_rows->size(); }
+    [[nodiscard]] const TrackRows& rows() const { return *m_rows; }
+    [[nodiscard]] std::size_t size() const { return m_rows->size(); }
     /// The row of a standardized path; none if the library doesn't hold it.
-    std::optional<std::size_t> rowOf(const QString& path) const;
+    [[nodiscard]] std::optional<std::size_t> rowOf(const QString& path) const;
     /// The track of a standardized path, or null.
-    TrackPtr track(const QString& path) const;
+    [[nodiscard]] TrackPtr track(const QString& path) const;
     /// The track of an id, or null.
-    TrackPtr trackWithID(const QUuid& id) const;
+    [[nodiscard]] TrackPtr trackWithID(const QUuid& id) const;
 
     /// Appends the tracks whose paths the library doesn't hold yet, in their order, and gives their
     /// number. All tracks without a file are appended.
@@ -71,13 +71,13 @@ class LibraryStore : public QObject {
         quint64 revision = 0;
     };
     /// The work of a removal, which may run on any thread.
-    std::function<Remainder()> beginRemoval(const QSet<QString>& paths) const;
+    [[nodiscard]] std::function<Remainder()> beginRemoval(const QSet<QString>& paths) const;
     /// Like remove. The cost does not grow with the library, unless that has changed since the
     /// removal began. `remainder` gets the rows from before, because freeing them takes time.
     void finishRemoval(const QSet<QString>& paths, Remainder& remainder);
 
     /// Another number after each change.
-    quint64 revision() const { return m_revision; }
+    [[nodiscard]] quint64 revision() const { return m_revision; }
 
   Q_SIGNALS:
     /// Tracks came, went or were replaced.

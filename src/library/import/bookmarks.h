@@ -27,7 +27,7 @@ class Bookmarks : public QObject {
     void persistBookmarks(const QStringList& forGrantedRoots);
 
     /// Standardized paths, for as long as the program runs.
-    const QSet<QString>& accessedPaths() const { return m_accessed; }
+    [[nodiscard]] const QSet<QString>& accessedPaths() const { return m_accessed; }
 
   Q_SIGNALS:
     /// Restoring or persisting has ended, and its result is stored.

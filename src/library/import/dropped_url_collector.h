@@ -16,7 +16,7 @@ class DroppedURLCollector {
         m_urls.append(url);
     }
     /// What has arrived so far.
-    QList<QUrl> urls() const {
+    [[nodiscard]] QList<QUrl> urls() const {
         const std::lock_guard lock(m_mutex);
         return m_urls;
     }

@@ -22,7 +22,7 @@ class ImportedPaths {
         , m_library(library) {}
 
     /// The list as it is stored, for a worker to sort.
-    QStringList stored() const;
+    [[nodiscard]] QStringList stored() const;
     /// The same, to be read on any thread; none if that failed. The library is not whole until
     /// restored(), so that the stored list is not replaced by its paths before.
     std::function<std::optional<QStringList>()> restore();

@@ -116,7 +116,7 @@ struct Importer::Run {
             read(job, files, preparation);
     }
 
-    std::vector<FileUrl> notQueued(const std::vector<FileUrl>& files) const {
+    [[nodiscard]] std::vector<FileUrl> notQueued(const std::vector<FileUrl>& files) const {
         QSet<QString> known;
         known.reserve(std::ssize(queued) + std::ssize(files));
         for (const TrackPtr& row : queued)

@@ -50,8 +50,8 @@ class Importer : public QObject {
     bool importDroppedProviders(const std::vector<DroppedItem>& items);
 
     /// From 0 to 1 for an import that has been running for more than a second, otherwise below 0.
-    double importProgress() const { return m_progress; }
-    bool isImporting() const { return m_isRunning; }
+    [[nodiscard]] double importProgress() const { return m_progress; }
+    [[nodiscard]] bool isImporting() const { return m_isRunning; }
 
   Q_SIGNALS:
     void importProgressChanged();

@@ -31,7 +31,7 @@ class MetadataHealing : public QObject {
     /// data.
     void applyHealedMetadata(const std::vector<LoadedItem>& items);
 
-    const QSet<QString>& metadataHealAttempts() const { return m_attempts; }
+    [[nodiscard]] const QSet<QString>& metadataHealAttempts() const { return m_attempts; }
 
   Q_SIGNALS:
     /// A pass has ended.

@@ -19,7 +19,7 @@ struct ReadingNeeds {
     std::shared_ptr<const CloudFiles> cloudFiles;
 
     /// For one run of reading, which ends early when `stop` asks for it.
-    TrackMetadataLoader::Accompaniment accompaniment(std::stop_token stop) const;
+    [[nodiscard]] TrackMetadataLoader::Accompaniment accompaniment(std::stop_token stop) const;
 };
 
 } // namespace halvane

@@ -35,7 +35,7 @@ class Restoration : public QObject {
 
     void restoreImportedAudio();
     /// Whether the restoration has begun and not finished.
-    bool isRunning() const { return m_isRunning; }
+    [[nodiscard]] bool isRunning() const { return m_isRunning; }
 
   Q_SIGNALS:
     /// The library agrees with its files.

@@ -29,8 +29,8 @@ class CollectionPlayer : public QObject {
     Q_INVOKABLE void playPlaylist(const QUuid& id);
 
   private:
-    std::optional<QString> firstPlayable(const TrackRows& tracks) const;
-    TrackRows
+    [[nodiscard]] std::optional<QString> firstPlayable(const TrackRows& tracks) const;
+    [[nodiscard]] TrackRows
     tracksWhere(const std::function<bool(const Catalog&, std::size_t row)>& belongs) const;
 
     const LibraryStore& m_store;

@@ -32,29 +32,29 @@ class PlayQueue : public QAbstractListModel {
 
     explicit PlayQueue(RowState state, QObject* parent = nullptr);
 
-    std::size_t size() const { return m_entries->size(); }
-    bool isEmpty() const { return m_entries->empty(); }
+    [[nodiscard]] std::size_t size() const { return m_entries->size(); }
+    [[nodiscard]] bool isEmpty() const { return m_entries->empty(); }
     /// The record behind an entry.
-    const Track& record(std::size_t row) const { return *(*m_entries)[row].record; }
+    [[nodiscard]] const Track& record(std::size_t row) const { return *(*m_entries)[row].record; }
     /// The records behind all entries, for a worker.
-    TrackRows records() const;
-    const QUuid& idAt(std::size_t row) const { return (*m_entries)[row].id; }
+    [[nodiscard]] TrackRows records() const;
+    [[nodiscard]] const QUuid& idAt(std::size_t row) const { return (*m_entries)[row].id; }
     /// The whole entry, as a value of its own.
-    QueueItem item(std::size_t row) const;
+    [[nodiscard]] QueueItem item(std::size_t row) const;
     /// The entry of an id. Without one, an entry with a null id and no texts.
-    Q_INVOKABLE halvane::QueueItem itemOf(const QUuid& id) const;
-    std::optional<std::size_t> rowOfID(const QUuid& id) const;
+    Q_INVOKABLE [[nodiscard]] halvane::QueueItem itemOf(const QUuid& id) const;
+    [[nodiscard]] std::optional<std::size_t> rowOfID(const QUuid& id) const;
     /// The first entry of a standardized path.
-    std::optional<std::size_t> rowOfPath(const QString& path) const;
+    [[nodiscard]] std::optional<std::size_t> rowOfPath(const QString& path) const;
 
-    std::optional<std::size_t> currentRow() const { return m_current; }
-    std::optional<QueueItem> currentItem() const;
+    [[nodiscard]] std::optional<std::size_t> currentRow() const { return m_current; }
+    [[nodiscard]] std::optional<QueueItem> currentItem() const;
     /// The standardized path of the current entry's file, empty without one.
-    QString currentPath() const;
+    [[nodiscard]] QString currentPath() const;
     void setCurrentRow(std::optional<std::size_t> row);
 
     /// The collection from which the queue was made; none for the library.
-    const std::optional<QString>& sourceLabel() const { return m_sourceLabel; }
+    [[nodiscard]] const std::optional<QString>& sourceLabel() const { return m_sourceLabel; }
 
     /// A new queue of the tracks that have a file, with nothing current.
     void assign(const TrackRows& tracks, const std::optional<QString>& sourceLabel);
@@ -75,7 +75,7 @@ class PlayQueue : public QAbstractListModel {
         quint64 revision = 0;
     };
     /// The work of a removal, which may run on any thread.
-    std::function<Remainder()> beginRemoval(const QSet<QString>& paths) const;
+    [[nodiscard]] std::function<Remainder()> beginRemoval(const QSet<QString>& paths) const;
     /// Like remove. The cost does not grow with the queue, unless that has changed since the
     /// removal began. `remainder` gets the entries from before, because freeing them takes time.
     void finishRemoval(const QSet<QString>& paths, Remainder& remainder);
@@ -97,9 +97,9 @@ class PlayQueue : public QAbstractListModel {
     /// What any of the rows show has changed.
     void refreshAll(const QList<int>& roles);
 
-    int rowCount(const QModelIndex& parent = {}) const override;
-    QVariant data(const QModelIndex& index, int role) const override;
-    QHash<int, QByteArray> roleNames() const override;
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+    [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
   Q_SIGNALS:
     /// Another entry is current.

@@ -37,15 +37,15 @@ class PlayerDisplay : public QObject {
                   const TrackUserData& userData, const Browsing& browsing,
                   const LanguageSetting& language, QObject* parent = nullptr);
 
-    bool hasCurrentTrack() const;
-    QueueItem currentTrack() const;
-    bool isCurrentTrackLoved() const;
-    bool hasCurrentArtworkAlbum() const;
+    [[nodiscard]] bool hasCurrentTrack() const;
+    [[nodiscard]] QueueItem currentTrack() const;
+    [[nodiscard]] bool isCurrentTrackLoved() const;
+    [[nodiscard]] bool hasCurrentArtworkAlbum() const;
     /// The album whose artwork is shown for what plays, empty without one.
-    Album currentArtworkAlbum() const;
-    QString durationDisplay() const;
-    QString queuePositionText() const;
-    QString queueSourceText() const;
+    [[nodiscard]] Album currentArtworkAlbum() const;
+    [[nodiscard]] QString durationDisplay() const;
+    [[nodiscard]] QString queuePositionText() const;
+    [[nodiscard]] QString queueSourceText() const;
 
   Q_SIGNALS:
     void currentTrackChanged();

@@ -19,14 +19,14 @@ class ProgressClock : public QObject {
     /// The engine and the clock must outlive this.
     ProgressClock(const TransportEngine& engine, Clock& clock, QObject* parent = nullptr);
 
-    double progress() const { return m_progress; }
-    const QString& elapsedTime() const { return m_elapsedTime; }
-    double elapsedSeconds() const { return m_elapsedSeconds; }
+    [[nodiscard]] double progress() const { return m_progress; }
+    [[nodiscard]] const QString& elapsedTime() const { return m_elapsedTime; }
+    [[nodiscard]] double elapsedSeconds() const { return m_elapsedSeconds; }
 
     /// Starts the quarter-second beat, also if it runs already.
     void start();
     void stop();
-    bool isRunning() const { return m_beat != nullptr; }
+    [[nodiscard]] bool isRunning() const { return m_beat != nullptr; }
     /// Reads the engine. Does nothing while the user drags the slider or no file is loaded.
     void tick();
 

@@ -15,14 +15,14 @@ namespace halvane {
 class QueueView {
   public:
     virtual ~QueueView() = default;
-    virtual std::size_t size() const = 0;
+    [[nodiscard]] virtual std::size_t size() const = 0;
     /// The entry that is current.
-    virtual std::optional<std::size_t> current() const = 0;
+    [[nodiscard]] virtual std::optional<std::size_t> current() const = 0;
     /// The entry's file is available, as far as is known.
-    virtual bool isPlayable(std::size_t entry) const = 0;
+    [[nodiscard]] virtual bool isPlayable(std::size_t entry) const = 0;
     /// The entry has been played in the present shuffle cycle.
-    virtual bool wasPlayed(std::size_t entry) const = 0;
-    virtual bool isSameFile(std::size_t entry, std::size_t other) const = 0;
+    [[nodiscard]] virtual bool wasPlayed(std::size_t entry) const = 0;
+    [[nodiscard]] virtual bool isSameFile(std::size_t entry, std::size_t other) const = 0;
 };
 
 struct PlayMode {

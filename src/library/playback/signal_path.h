@@ -31,7 +31,7 @@ class SignalPath : public QObject {
                const AudioPlaybackEngine& engine, const OutputDevices& output,
                QObject* parent = nullptr);
 
-    QString signalPathDescription() const;
+    [[nodiscard]] QString signalPathDescription() const;
 
   Q_SIGNALS:
     void signalPathDescriptionChanged();

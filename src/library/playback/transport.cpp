@@ -23,20 +23,22 @@ class Transport::View final : public QueueView {
         , m_files(transport.m_with.files)
         , m_played(transport.m_shufflePlayedIDs) {}
 
-    std::size_t size() const override { return m_queue.size(); }
-    std::optional<std::size_t> current() const override { return m_queue.currentRow(); }
-    bool isPlayable(std::size_t entry) const override {
+    [[nodiscard]] std::size_t size() const override { return m_queue.size(); }
+    [[nodiscard]] std::optional<std::size_t> current() const override {
+        return m_queue.currentRow();
+    }
+    [[nodiscard]] bool isPlayable(std::size_t entry) const override {
         return m_files.state(path(entry)) == TrackAvailability::available;
     }
-    bool wasPlayed(std::size_t entry) const override {
+    [[nodiscard]] bool wasPlayed(std::size_t entry) const override {
         return m_played.contains(m_queue.idAt(entry));
     }
-    bool isSameFile(std::size_t entry, std::size_t other) const override {
+    [[nodiscard]] bool isSameFile(std::size_t entry, std::size_t other) const override {
         return path(entry) == path(other);
     }
 
   private:
-    const QString& path(std::size_t entry) const {
+    [[nodiscard]] const QString& path(std::size_t entry) const {
         return m_queue.record(entry).sourceURL->standardizedPath();
     }
 

@@ -45,11 +45,11 @@ class Transport : public QObject {
     explicit Transport(TransportCollaborators with, QObject* parent = nullptr);
     ~Transport() override;
 
-    bool isPlaying() const { return m_isPlaying; }
-    double volume() const { return m_volume; }
-    bool isShuffleEnabled() const { return m_mode.shuffle; }
-    PlaybackRepeatMode repeatMode() const { return m_mode.repeat; }
-    bool hasLoadedFile() const { return m_with.engine.hasFile(); }
+    [[nodiscard]] bool isPlaying() const { return m_isPlaying; }
+    [[nodiscard]] double volume() const { return m_volume; }
+    [[nodiscard]] bool isShuffleEnabled() const { return m_mode.shuffle; }
+    [[nodiscard]] PlaybackRepeatMode repeatMode() const { return m_mode.repeat; }
+    [[nodiscard]] bool hasLoadedFile() const { return m_with.engine.hasFile(); }
 
     /// 0...1, clamped; nonsense is silence.
     void setVolume(double volume);
@@ -75,11 +75,11 @@ class Transport : public QObject {
     void showNothingToPlay();
 
     // Whether playNext(manual), playPrevious and togglePlayback would find something to play.
-    bool canGoNext() const;
-    bool canGoPrevious() const;
-    bool canPlay() const;
+    [[nodiscard]] bool canGoNext() const;
+    [[nodiscard]] bool canGoPrevious() const;
+    [[nodiscard]] bool canPlay() const;
     /// Whether the current entry is a file, playing or paused.
-    bool isTrackPlaying(const QString& path) const;
+    [[nodiscard]] bool isTrackPlaying(const QString& path) const;
     /// Drops the successor that was handed to the engine and plans it again: the queue changed.
     Q_INVOKABLE void replanSuccessor();
     /// Hands the engine the next entry where it may follow without a gap.
@@ -123,8 +123,8 @@ class Transport : public QObject {
     void advanceUIForGaplessTrack(const QString& path);
     void makeCurrent(std::size_t row, bool userInitiated);
     void applySoundCheck(const QString& path);
-    double gainOrZero(const QString& path) const;
-    QString currentTitle() const;
+    [[nodiscard]] double gainOrZero(const QString& path) const;
+    [[nodiscard]] QString currentTitle() const;
     void setPlaying(bool playing);
 
     TransportCollaborators m_with;

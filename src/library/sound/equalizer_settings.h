@@ -33,18 +33,18 @@ class EqualizerSettings : public QObject {
     /// Takes everything from the preferences and applies it.
     void restore();
 
-    bool eqEnabled() const { return m_enabled; }
-    const std::vector<double>& eqGains() const { return m_gains; }
-    double eqPreamp() const { return m_preamp; }
+    [[nodiscard]] bool eqEnabled() const { return m_enabled; }
+    [[nodiscard]] const std::vector<double>& eqGains() const { return m_gains; }
+    [[nodiscard]] double eqPreamp() const { return m_preamp; }
     /// "builtin:" and an id, or "user:" and a name; empty after a change by hand.
-    const QString& currentEQPresetID() const { return m_currentPresetID; }
+    [[nodiscard]] const QString& currentEQPresetID() const { return m_currentPresetID; }
     /// The current preset's name, in the windows' language.
-    QString presetMenuTitle() const;
+    [[nodiscard]] QString presetMenuTitle() const;
     /// Ten gains and the preamp by name. A stored preset of another length is listed, but choosing
     /// it does nothing.
-    const NumbersMap& userEQPresets() const { return m_userPresets; }
+    [[nodiscard]] const NumbersMap& userEQPresets() const { return m_userPresets; }
     /// The names of the user's presets, in the order of the user's language.
-    QStringList userEQPresetNames() const;
+    [[nodiscard]] QStringList userEQPresetNames() const;
 
     void setEqEnabled(bool enabled);
     /// Sets all ten gains. This is a change by hand, after which no preset is current.

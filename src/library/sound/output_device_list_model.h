@@ -21,9 +21,9 @@ class OutputDeviceListModel : public QAbstractListModel {
     /// The devices must outlive it.
     explicit OutputDeviceListModel(const OutputDevices& devices, QObject* parent = nullptr);
 
-    int rowCount(const QModelIndex& parent = {}) const override;
-    QVariant data(const QModelIndex& index, int role) const override;
-    QHash<int, QByteArray> roleNames() const override;
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+    [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
   private:
     const OutputDevices& m_devices;

@@ -40,21 +40,23 @@ class OutputDevices final : public QObject {
     void restore();
 
     /// The devices that can play, in the system's order.
-    const std::vector<AudioOutput::OutputDevice>& availableOutputDevices() const {
+    [[nodiscard]] const std::vector<AudioOutput::OutputDevice>& availableOutputDevices() const {
         return m_available;
     }
     /// The user's choice, empty for the system's default. Stored at every change.
-    QString selectedOutputDeviceName() const { return m_selectedName.value_or(QString()); }
+    [[nodiscard]] QString selectedOutputDeviceName() const {
+        return m_selectedName.value_or(QString());
+    }
     /// The name shown as the current output.
-    QString outputDeviceName() const { return m_shownName; }
+    [[nodiscard]] QString outputDeviceName() const { return m_shownName; }
     /// Whether the engine has been routed to a device explicitly at least once.
-    bool enginePinnedToDevice() const { return m_routed.has_value(); }
+    [[nodiscard]] bool enginePinnedToDevice() const { return m_routed.has_value(); }
     /// Whether the engine plays on the chosen device now.
-    bool devicePinActive() const { return m_pinActive; }
+    [[nodiscard]] bool devicePinActive() const { return m_pinActive; }
     /// The place of the chosen device in availableOutputDevices; -1 for the system's default and
     /// while the device is missing. Of two devices with one name it is the one that plays, or else
     /// the first.
-    int selectedDeviceIndex() const;
+    [[nodiscard]] int selectedDeviceIndex() const;
 
     /// The user chooses from the output menu. None stands for the system's default.
     void selectOutputDevice(const std::optional<AudioOutput::OutputDevice>& device);
@@ -82,8 +84,8 @@ class OutputDevices final : public QObject {
     void setShownName(const QString& name);
     void setSelectedName(const std::optional<QString>& name);
     void setPinActive(bool active);
-    const AudioOutput::OutputDevice* availableDevice(const QString& name) const;
-    const AudioOutput::OutputDevice* availableDevice(std::uint32_t id) const;
+    [[nodiscard]] const AudioOutput::OutputDevice* availableDevice(const QString& name) const;
+    [[nodiscard]] const AudioOutput::OutputDevice* availableDevice(std::uint32_t id) const;
 
     AudioOutput::Devices& m_devices;
     Preferences& m_preferences;

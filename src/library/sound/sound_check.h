@@ -56,19 +56,19 @@ class SoundCheck : public QObject {
     /// nothing and scans nothing.
     void restore();
 
-    bool soundCheckEnabled() const { return m_enabled; }
+    [[nodiscard]] bool soundCheckEnabled() const { return m_enabled; }
     /// Stores the switch and applies it to the current track at once; on starts a scan, off ends
     /// it.
     void setSoundCheckEnabled(bool enabled);
 
     /// Results by standardized path: RMS and peak in dBFS. An entry of another length counts as
     /// unmeasured for the gain and is not measured again.
-    const NumbersMap& trackLoudness() const { return m_trackLoudness.get(); }
+    [[nodiscard]] const NumbersMap& trackLoudness() const { return m_trackLoudness.get(); }
     /// Files left the library, and the preferences with it.
     void forget(const QSet<QString>& paths);
 
     /// The gain in dB for a file; none while switched off or without a result. Not clamped.
-    std::optional<double> soundCheckGain(const QString& forPath) const;
+    [[nodiscard]] std::optional<double> soundCheckGain(const QString& forPath) const;
     /// Sets the track gain for a file, clamped to -18...+12 dB; 0 dB where there is no gain.
     void applySoundCheck(const std::optional<QString>& forPath);
     void applySoundCheckForCurrentTrack();
@@ -83,7 +83,7 @@ class SoundCheck : public QObject {
     void trackLoudnessChanged();
 
   private:
-    std::deque<FileUrl> unmeasuredFiles() const;
+    [[nodiscard]] std::deque<FileUrl> unmeasuredFiles() const;
     void cancelScan();
     void measureNext();
     void take(const FileUrl& file, const std::optional<LoudnessAnalyzer::Measurement>& measured);

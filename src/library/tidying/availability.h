@@ -26,20 +26,20 @@ class Availability : public QObject, public FileAvailability {
                  std::shared_ptr<const CloudFiles> cloudFiles, QObject* parent = nullptr);
 
     /// Paths of files that are in the cloud.
-    const QSet<QString>& cloudPendingPaths() const { return m_sets.inCloud; }
+    [[nodiscard]] const QSet<QString>& cloudPendingPaths() const { return m_sets.inCloud; }
     /// Paths of missing files.
-    const QSet<QString>& unavailablePaths() const { return m_sets.missing; }
+    [[nodiscard]] const QSet<QString>& unavailablePaths() const { return m_sets.missing; }
 
     /// The size of the library's missing files, as far as it is known.
-    qint64 missingBytes() const { return m_missingBytes; }
+    [[nodiscard]] qint64 missingBytes() const { return m_missingBytes; }
 
     void refreshAvailability();
     /// These files have left the library.
     void forget(const QSet<QString>& paths);
 
-    TrackAvailability state(const QString& path) const override;
-    bool isCloudEvicted(const QString& path) const override;
-    bool isReadable(const QString& path) const override;
+    [[nodiscard]] TrackAvailability state(const QString& path) const override;
+    [[nodiscard]] bool isCloudEvicted(const QString& path) const override;
+    [[nodiscard]] bool isReadable(const QString& path) const override;
     void markAvailable(const QString& path) override;
     void markInCloud(const QString& path) override;
     void markUnavailable(const QString& path) override;
@@ -65,7 +65,7 @@ class Availability : public QObject, public FileAvailability {
     void land(quint64 generation, Sets sets);
     void publish(Sets sets);
     void setState(const QString& path, TrackAvailability state);
-    qint64 bytesOf(const QString& path) const;
+    [[nodiscard]] qint64 bytesOf(const QString& path) const;
 
     const LibraryStore& m_store;
     const PlayQueue& m_queue;

@@ -28,7 +28,7 @@ class CloudDownloads : public QObject {
     CloudDownloads(Availability& availability, CloudFiles& cloudFiles, Clock& clock,
                    StatusLine& status, const LanguageSetting& language, QObject* parent = nullptr);
 
-    bool cloudDownloadInFlight() const { return m_inFlight; }
+    [[nodiscard]] bool cloudDownloadInFlight() const { return m_inFlight; }
     /// Fetches every file that is in the cloud, and says so in the status line.
     Q_INVOKABLE void downloadAllCloudTracks();
 
@@ -39,7 +39,7 @@ class CloudDownloads : public QObject {
     void startCloudDownloads(const QSet<QString>& paths);
     void pollCloudDownloads();
     void pendingChanged();
-    bool arePending() const;
+    [[nodiscard]] bool arePending() const;
     void wait(std::chrono::seconds time);
     void round();
     void setInFlight(bool inFlight);

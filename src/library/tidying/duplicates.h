@@ -31,13 +31,13 @@ class Duplicates : public QObject {
     explicit Duplicates(const LibraryStore& library, QObject* parent = nullptr);
 
     /// The groups that the last search found.
-    const std::vector<TrackRows>& groups() const { return m_groups; }
-    int duplicateGroupCount() const { return static_cast<int>(m_groups.size()); }
+    [[nodiscard]] const std::vector<TrackRows>& groups() const { return m_groups; }
+    [[nodiscard]] int duplicateGroupCount() const { return static_cast<int>(m_groups.size()); }
 
     /// Searches the library as it is now.
     void refresh();
     /// Whether the groups are those of the library as it is now.
-    bool areCurrent() const { return m_revision == m_library.revision(); }
+    [[nodiscard]] bool areCurrent() const { return m_revision == m_library.revision(); }
     /// Takes tracks out of the groups. To be called when they have just left the library, the
     /// groups were current until then, and nothing else has changed.
     void forget(const QSet<QString>& paths);

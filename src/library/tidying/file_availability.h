@@ -15,12 +15,12 @@ class FileAvailability {
     virtual ~FileAvailability() = default;
 
     /// What is known of a file. Does not touch the disk. An empty path is available.
-    virtual TrackAvailability state(const QString& path) const = 0;
+    [[nodiscard]] virtual TrackAvailability state(const QString& path) const = 0;
 
     /// Looks at the disk: the file is in the cloud.
-    virtual bool isCloudEvicted(const QString& path) const = 0;
+    [[nodiscard]] virtual bool isCloudEvicted(const QString& path) const = 0;
     /// Looks at the disk: the file can be opened for reading.
-    virtual bool isReadable(const QString& path) const = 0;
+    [[nodiscard]] virtual bool isReadable(const QString& path) const = 0;
 
     // Each of these makes a look at the disk that is still running stale.
 

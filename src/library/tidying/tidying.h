@@ -30,7 +30,7 @@ class Tidying : public QObject {
             Preferences& preferences, QObject* parent = nullptr);
 
     /// How many things need attention.
-    int maintenanceActionCount() const;
+    [[nodiscard]] int maintenanceActionCount() const;
 
     /// The stored preferences change before this returns. Very many tracks then leave the library,
     /// the queue with the playlists, the catalog, and the user's data in an event of its own each,

@@ -30,7 +30,7 @@ class TidyingLists : public QObject {
   private:
     void scheduleRefresh();
     void refresh();
-    TrackRows tracksOf(const QSet<QString>& paths) const;
+    [[nodiscard]] TrackRows tracksOf(const QSet<QString>& paths) const;
 
     const LibraryStore& m_store;
     const Availability& m_availability;

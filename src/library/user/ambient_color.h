@@ -23,8 +23,8 @@ class AmbientColor : public QObject {
     /// The default accent until the first request is answered.
     explicit AmbientColor(QObject* parent = nullptr);
 
-    const Color& ambientColor() const { return m_color; }
-    QColor shownColor() const { return qtColor(m_color); }
+    [[nodiscard]] const Color& ambientColor() const { return m_color; }
+    [[nodiscard]] QColor shownColor() const { return qtColor(m_color); }
 
     /// Asks for the colour of the artwork, or else of the picture at the cover URL. Without a
     /// picture it is the fallback, and without that the default accent.

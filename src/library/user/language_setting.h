@@ -25,11 +25,11 @@ class LanguageSetting : public QObject {
 
     void restore();
 
-    AppLanguage languageSetting() const { return m_setting; }
+    [[nodiscard]] AppLanguage languageSetting() const { return m_setting; }
     /// Stores the choice.
     void setLanguageSetting(AppLanguage setting);
     /// The language of the texts now. Asks the system each time if the setting follows the system.
-    ResolvedLanguage resolvedLanguage() const;
+    [[nodiscard]] ResolvedLanguage resolvedLanguage() const;
     /// The system's languages may have changed.
     void systemLanguagesChanged();
 

@@ -19,7 +19,7 @@ class LateValue {
         m_now = std::move(now);
     }
 
-    const T& get() const {
+    [[nodiscard]] const T& get() const {
         settle();
         return m_value;
     }

@@ -32,9 +32,9 @@ class Playlists : public QAbstractListModel {
     /// Takes the stored playlists. What can't be decoded is left alone.
     void restore();
 
-    const std::vector<Playlist>& all() const { return m_playlists; }
+    [[nodiscard]] const std::vector<Playlist>& all() const { return m_playlists; }
     /// The playlist of an id, or null. Valid until the next change.
-    const Playlist* find(const QUuid& id) const;
+    [[nodiscard]] const Playlist* find(const QUuid& id) const;
 
     /// Gives the new playlist's id, or null for a blank name.
     Q_INVOKABLE QUuid createPlaylist(const QString& named);
@@ -48,9 +48,9 @@ class Playlists : public QAbstractListModel {
     /// Removes the paths of tracks that left the library from every playlist.
     void removePaths(const QSet<QString>& paths);
 
-    int rowCount(const QModelIndex& parent = {}) const override;
-    QVariant data(const QModelIndex& index, int role) const override;
-    QHash<int, QByteArray> roleNames() const override;
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+    [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
   Q_SIGNALS:
     /// A playlist's paths changed.
@@ -59,7 +59,7 @@ class Playlists : public QAbstractListModel {
     void deleted(const QUuid& id);
 
   private:
-    std::optional<std::size_t> rowOf(const QUuid& id) const;
+    [[nodiscard]] std::optional<std::size_t> rowOf(const QUuid& id) const;
     void pathsChanged(std::size_t row);
     void persistPlaylists();
 

@@ -46,12 +46,12 @@ class ThemeSettings : public QObject {
     /// Takes everything else from the preferences, and applies it once.
     void restoreTheme();
 
-    SpectrumTintMode themeAccentMode() const { return m_accentMode; }
-    const Color& customThemeAccent() const { return m_customAccent; }
-    CornerStyle themeCornerStyle() const { return m_cornerStyle; }
-    BackgroundStyle themeBackgroundStyle() const { return m_backgroundStyle; }
-    SpectrumTintMode spectrumTintMode() const { return m_spectrumMode; }
-    const Color& customSpectrumColor() const { return m_customSpectrum; }
+    [[nodiscard]] SpectrumTintMode themeAccentMode() const { return m_accentMode; }
+    [[nodiscard]] const Color& customThemeAccent() const { return m_customAccent; }
+    [[nodiscard]] CornerStyle themeCornerStyle() const { return m_cornerStyle; }
+    [[nodiscard]] BackgroundStyle themeBackgroundStyle() const { return m_backgroundStyle; }
+    [[nodiscard]] SpectrumTintMode spectrumTintMode() const { return m_spectrumMode; }
+    [[nodiscard]] const Color& customSpectrumColor() const { return m_customSpectrum; }
 
     void setThemeAccentMode(SpectrumTintMode mode);
     /// Colours are stored without their opacity, and only if all their numbers are finite.
@@ -62,24 +62,24 @@ class ThemeSettings : public QObject {
     void setCustomSpectrumColor(const Color& color);
 
     /// What the windows are drawn with now.
-    const AppTheme::Style& style() const { return m_style; }
-    QColor accent() const { return qtColor(m_style.accent); }
-    QColor windowBackground() const { return qtColor(m_style.windowBackground); }
-    double radiusLarge() const { return m_style.radii.large; }
-    double radiusMedium() const { return m_style.radii.medium; }
-    double radiusSmall() const { return m_style.radii.small; }
-    Color resolvedThemeAccent() const;
-    Color spectrumTint() const;
-    double ambientBackgroundBoost() const;
+    [[nodiscard]] const AppTheme::Style& style() const { return m_style; }
+    [[nodiscard]] QColor accent() const { return qtColor(m_style.accent); }
+    [[nodiscard]] QColor windowBackground() const { return qtColor(m_style.windowBackground); }
+    [[nodiscard]] double radiusLarge() const { return m_style.radii.large; }
+    [[nodiscard]] double radiusMedium() const { return m_style.radii.medium; }
+    [[nodiscard]] double radiusSmall() const { return m_style.radii.small; }
+    [[nodiscard]] Color resolvedThemeAccent() const;
+    [[nodiscard]] Color spectrumTint() const;
+    [[nodiscard]] double ambientBackgroundBoost() const;
 
     // The colours as the views take and give them.
-    QColor shownCustomThemeAccent() const { return qtColor(m_customAccent); }
+    [[nodiscard]] QColor shownCustomThemeAccent() const { return qtColor(m_customAccent); }
     void setShownCustomThemeAccent(const QColor& color) { setCustomThemeAccent(colorOf(color)); }
-    QColor shownCustomSpectrumColor() const { return qtColor(m_customSpectrum); }
+    [[nodiscard]] QColor shownCustomSpectrumColor() const { return qtColor(m_customSpectrum); }
     void setShownCustomSpectrumColor(const QColor& color) {
         setCustomSpectrumColor(colorOf(color));
     }
-    QColor shownSpectrumTint() const { return qtColor(spectrumTint()); }
+    [[nodiscard]] QColor shownSpectrumTint() const { return qtColor(spectrumTint()); }
 
   Q_SIGNALS:
     /// A choice was made, or the style has changed with the artwork.

@@ -22,13 +22,13 @@ class TrackUserData : public QObject {
     /// needed. A stored value that is no map is left alone.
     void restore();
 
-    const QSet<QString>& lovedPaths() const { return m_lovedPaths; }
-    const IntegerMap& trackRatings() const { return m_trackRatings.get(); }
-    const IntegerMap& playCounts() const { return m_playCounts.get(); }
+    [[nodiscard]] const QSet<QString>& lovedPaths() const { return m_lovedPaths; }
+    [[nodiscard]] const IntegerMap& trackRatings() const { return m_trackRatings.get(); }
+    [[nodiscard]] const IntegerMap& playCounts() const { return m_playCounts.get(); }
 
-    bool isLoved(const QString& path) const { return m_lovedPaths.contains(path); }
-    qint64 rating(const QString& path) const { return trackRatings().value(path); }
-    qint64 playCount(const QString& path) const { return playCounts().value(path); }
+    [[nodiscard]] bool isLoved(const QString& path) const { return m_lovedPaths.contains(path); }
+    [[nodiscard]] qint64 rating(const QString& path) const { return trackRatings().value(path); }
+    [[nodiscard]] qint64 playCount(const QString& path) const { return playCounts().value(path); }
 
     /// Loves a track that is not loved, and the reverse. Does nothing without a path.
     Q_INVOKABLE void toggleLoved(const QString& path);

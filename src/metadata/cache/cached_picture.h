@@ -14,9 +14,9 @@ class CachedPicture final : public ArtworkSource {
         : m_cacheDirectory(cacheDirectory)
         , m_trackPath(trackPath) {}
 
-    QByteArray read() const override;
-    QString key() const override;
-    QString filePath() const override;
+    [[nodiscard]] QByteArray read() const override;
+    [[nodiscard]] QString key() const override;
+    [[nodiscard]] QString filePath() const override;
 
   private:
     QString m_cacheDirectory; ///< shares its buffer with the library, as does the other

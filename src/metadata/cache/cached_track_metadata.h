@@ -31,7 +31,7 @@ struct CachedTrackMetadata {
     CachedTrackMetadata(const QueueItem& item, const QString& path);
 
     /// A new item with an id of its own. Its picture is read from the cache when it is needed.
-    QueueItem item(const QString& cacheDirectory, const FileUrl& file) const;
+    [[nodiscard]] QueueItem item(const QString& cacheDirectory, const FileUrl& file) const;
 };
 
 /// One record as a JSON object.

@@ -20,15 +20,15 @@ class MetadataCache {
     explicit MetadataCache(const QString& directory)
         : m_directory(directory) {}
 
-    const QString& cacheDirectory() const { return m_directory; }
+    [[nodiscard]] const QString& cacheDirectory() const { return m_directory; }
     void ensureDirectoriesExist() const;
     /// Where a track's embedded picture is kept: a name made of the SHA-256 of its path.
-    FileUrl artworkFileURL(const QString& forPath) const;
+    [[nodiscard]] FileUrl artworkFileURL(const QString& forPath) const;
     /// Seconds since 2001-01-01 UTC, 0 when it can't be read.
     static double modificationDate(const QString& atPath);
 
     /// Records by path.
-    MetadataIndex loadIndex() const;
+    [[nodiscard]] MetadataIndex loadIndex() const;
 
     /// Replaces the index by one of exactly these items. Items without a file are left out. The
     /// last of several items with one path counts. A picture that is already kept is not written
@@ -41,14 +41,14 @@ class MetadataCache {
     /// of the file is that of its record, and from the file otherwise. A missing file yields its
     /// record, or nothing where it has none. Opens no file and reads no picture of a known,
     /// unchanged track.
-    std::vector<QueueItem> queueItems(const std::vector<FileUrl>& urls,
-                                      const TrackMetadataLoader::Fallbacks& fallbacks,
-                                      const TrackMetadataLoader::Accompaniment& with = {}) const;
+    [[nodiscard]] std::vector<QueueItem>
+    queueItems(const std::vector<FileUrl>& urls, const TrackMetadataLoader::Fallbacks& fallbacks,
+               const TrackMetadataLoader::Accompaniment& with = {}) const;
     /// The same with an index that is loaded already.
-    std::vector<LoadedItem> loadItems(const std::vector<FileUrl>& urls,
-                                      const TrackMetadataLoader::Fallbacks& fallbacks,
-                                      const MetadataIndex& index,
-                                      const TrackMetadataLoader::Accompaniment& with = {}) const;
+    [[nodiscard]] std::vector<LoadedItem>
+    loadItems(const std::vector<FileUrl>& urls, const TrackMetadataLoader::Fallbacks& fallbacks,
+              const MetadataIndex& index,
+              const TrackMetadataLoader::Accompaniment& with = {}) const;
     /// The same, handed over in portions while later files are looked at.
     void streamItems(const std::vector<FileUrl>& urls,
                      const TrackMetadataLoader::Fallbacks& fallbacks,

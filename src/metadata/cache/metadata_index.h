@@ -20,10 +20,14 @@ class MetadataIndex {
     MetadataIndex& operator=(MetadataIndex&&) = default;
 
     /// How many paths it knows.
-    qsizetype size() const { return m_byPath.size(); }
+    [[nodiscard]] qsizetype size() const { return m_byPath.size(); }
     /// The record of a standardized path, or null.
-    const CachedTrackMetadata* find(const QString& path) const { return m_byPath.value(path); }
-    const QHash<QString, const CachedTrackMetadata*>& records() const { return m_byPath; }
+    [[nodiscard]] const CachedTrackMetadata* find(const QString& path) const {
+        return m_byPath.value(path);
+    }
+    [[nodiscard]] const QHash<QString, const CachedTrackMetadata*>& records() const {
+        return m_byPath;
+    }
 
   private:
     std::vector<std::vector<CachedTrackMetadata>> m_portions;

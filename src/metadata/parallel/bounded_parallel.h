@@ -146,7 +146,7 @@ class BoundedParallel {
         }
 
         /// Whether the caller need not wait any longer.
-        bool isAnswerable() const { return ready >= awaited || running == 0; }
+        [[nodiscard]] bool isAnswerable() const { return ready >= awaited || running == 0; }
 
         void giveUpStuck(std::chrono::milliseconds patience) {
             const Time now = std::chrono::steady_clock::now();

@@ -28,7 +28,7 @@ class ReadingEffort {
     };
 
     /// What the thread at work on the input has spent on it. Zero when no thread works on it.
-    std::chrono::nanoseconds spentOn(std::size_t input) const;
+    [[nodiscard]] std::chrono::nanoseconds spentOn(std::size_t input) const;
 
   private:
     struct Worker {

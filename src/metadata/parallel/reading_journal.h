@@ -25,7 +25,7 @@ class ReadingJournal {
     ReadingJournal& operator=(const ReadingJournal&) = delete;
 
     enum class Verdict { sound, suspect, condemned };
-    Verdict verdict(const QString& path) const;
+    [[nodiscard]] Verdict verdict(const QString& path) const;
 
     /// A file is being read for as long as this lives.
     class Entry {
@@ -64,7 +64,7 @@ class ReadingJournal {
     void load();
     void store() const;
     void note(const QString& path, Verdict verdict);
-    char* slot(std::size_t index) const { return m_map + index * slotBytes; }
+    [[nodiscard]] char* slot(std::size_t index) const { return m_map + index * slotBytes; }
 
     QString m_folder;
     char* m_map = nullptr; ///< slots: a mark, the length of the path, the path

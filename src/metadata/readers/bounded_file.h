@@ -30,25 +30,25 @@ class BoundedFile {
     BoundedFile(const BoundedFile&) = delete;
     BoundedFile& operator=(const BoundedFile&) = delete;
 
-    bool isOpen() const { return m_descriptor >= 0; }
+    [[nodiscard]] bool isOpen() const { return m_descriptor >= 0; }
     /// Whether nothing was found at the path.
-    bool isGone() const { return m_gone; }
-    qint64 size() const { return m_size; }
+    [[nodiscard]] bool isGone() const { return m_gone; }
+    [[nodiscard]] qint64 size() const { return m_size; }
     /// Seconds since 2001-01-01 UTC.
-    double modificationDate() const { return m_modificationDate; }
-    const QByteArray& name() const { return m_name; }
+    [[nodiscard]] double modificationDate() const { return m_modificationDate; }
+    [[nodiscard]] const QByteArray& name() const { return m_name; }
 
     /// Reads up to `length` bytes at `offset` into `data`. Returns how many were read.
     qint64 read(qint64 offset, qint64 length, char* data);
     QByteArray read(qint64 offset, qint64 length);
     /// How many of `length` bytes may be read at once. Asked by parsers, which allocate before they
     /// read.
-    qint64 clampedLength(qint64 offset, qint64 length) const;
+    [[nodiscard]] qint64 clampedLength(qint64 offset, qint64 length) const;
 
     /// Whether a limit was reached.
-    bool isExhausted() const { return m_exhausted; }
+    [[nodiscard]] bool isExhausted() const { return m_exhausted; }
     /// Whether it was the limit of time.
-    bool isLate() const { return m_late; }
+    [[nodiscard]] bool isLate() const { return m_late; }
     /// Looks at the processor's clock; true when the time is over.
     bool checkTime();
 
@@ -63,12 +63,12 @@ class BoundedFile {
         qint64 length = 0;
         char data[bytes];
 
-        bool holds(qint64 offset, qint64 count) const {
+        [[nodiscard]] bool holds(qint64 offset, qint64 count) const {
             return offset >= start && offset + count <= start + length;
         }
     };
 
-    const Window* windowOf(qint64 offset, qint64 length) const;
+    [[nodiscard]] const Window* windowOf(qint64 offset, qint64 length) const;
     const Window* fillWindow(qint64 offset);
 
     QByteArray m_name;

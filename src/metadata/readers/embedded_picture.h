@@ -17,11 +17,11 @@ class EmbeddedPicture final : public ArtworkSource {
         : m_path(audioFile.path())
         , m_modificationDate(modificationDate) {}
 
-    QByteArray read() const override;
-    QString key() const override;
+    [[nodiscard]] QByteArray read() const override;
+    [[nodiscard]] QString key() const override;
 
     /// Whether the cache already holds these bytes in a file of its own.
-    bool isStored() const { return m_isStored; }
+    [[nodiscard]] bool isStored() const { return m_isStored; }
     void setStored() const { m_isStored = true; }
 
   private:

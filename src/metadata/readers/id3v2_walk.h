@@ -20,7 +20,7 @@ class Id3v2Walk {
     /// `offset` is where the tag begins in the file.
     Id3v2Walk(BoundedFile& file, qint64 offset);
     /// Size of the tag behind its header; 0 where there is no tag.
-    qint64 tagSize() const { return m_size; }
+    [[nodiscard]] qint64 tagSize() const { return m_size; }
     std::optional<Frame> next();
 
   private:

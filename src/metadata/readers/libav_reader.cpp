@@ -30,7 +30,7 @@ class LibavInput {
     LibavInput(const LibavInput&) = delete;
     LibavInput& operator=(const LibavInput&) = delete;
 
-    AVIOContext* io() const { return m_io; }
+    [[nodiscard]] AVIOContext* io() const { return m_io; }
     static int isInterrupted(void* self) {
         return static_cast<LibavInput*>(self)->m_file.checkTime() ? 1 : 0;
     }

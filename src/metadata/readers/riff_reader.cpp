@@ -30,8 +30,8 @@ class ChunkFile final : public TagLib::RIFF::File {
     using TagLib::RIFF::File::chunkName;
     using TagLib::RIFF::File::chunkOffset;
 
-    TagLib::Tag* tag() const override { return nullptr; }
-    TagLib::AudioProperties* audioProperties() const override { return nullptr; }
+    [[nodiscard]] TagLib::Tag* tag() const override { return nullptr; }
+    [[nodiscard]] TagLib::AudioProperties* audioProperties() const override { return nullptr; }
     bool save() override { return false; }
 };
 
@@ -61,7 +61,7 @@ struct WavFormat {
         if (code == 0xfffe && chunk.size() >= 26)
             code = qFromLittleEndian<quint16>(p + 24);
     }
-    bool isLossless() const { return code == 1 || code == 3; } // integers and floats
+    [[nodiscard]] bool isLossless() const { return code == 1 || code == 3; } // integers and floats
 };
 
 // An 80-bit IEEE 754 number, big-endian, as AIFF writes its sample rate.

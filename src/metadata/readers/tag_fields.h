@@ -27,13 +27,13 @@ class TagFields {
     /// `bytes` is called when somebody wants the picture, and not after these fields are destroyed.
     void addPicture(PictureRank rank, std::function<QByteArray()> bytes);
 
-    const QString& title() const { return m_title; }
-    const QString& artist() const { return m_artist; }
-    const QString& album() const { return m_album; }
-    const QString& genre() const { return m_genre; }
-    qint64 year() const { return m_year; }
-    bool hasPicture() const { return m_rank != PictureRank::none; }
-    QByteArray picture() const { return m_picture ? m_picture() : QByteArray(); }
+    [[nodiscard]] const QString& title() const { return m_title; }
+    [[nodiscard]] const QString& artist() const { return m_artist; }
+    [[nodiscard]] const QString& album() const { return m_album; }
+    [[nodiscard]] const QString& genre() const { return m_genre; }
+    [[nodiscard]] qint64 year() const { return m_year; }
+    [[nodiscard]] bool hasPicture() const { return m_rank != PictureRank::none; }
+    [[nodiscard]] QByteArray picture() const { return m_picture ? m_picture() : QByteArray(); }
 
   private:
     QString m_title;
@@ -51,7 +51,7 @@ struct StreamFacts {
     double sampleRate = 0; ///< hertz
     int bitsPerSample = 0; ///< of lossless streams only
 
-    bool isComplete() const { return seconds > 0 && sampleRate > 0; }
+    [[nodiscard]] bool isComplete() const { return seconds > 0 && sampleRate > 0; }
 };
 
 /// Everything that is read out of one audio file.

@@ -13,15 +13,15 @@ class TagLibStream final : public TagLib::IOStream {
     explicit TagLibStream(BoundedFile& file)
         : m_file(file) {}
 
-    TagLib::FileName name() const override { return m_file.name().constData(); }
+    [[nodiscard]] TagLib::FileName name() const override { return m_file.name().constData(); }
     TagLib::ByteVector readBlock(taglib::Length length) override;
     void writeBlock(const TagLib::ByteVector&) override {}
     void insert(const TagLib::ByteVector&, taglib::Start, taglib::Length) override {}
     void removeBlock(taglib::Start, taglib::Length) override {}
-    bool readOnly() const override { return true; }
-    bool isOpen() const override { return m_file.isOpen(); }
+    [[nodiscard]] bool readOnly() const override { return true; }
+    [[nodiscard]] bool isOpen() const override { return m_file.isOpen(); }
     void seek(taglib::Offset offset, Position from) override;
-    taglib::Offset tell() const override { return m_position; }
+    [[nodiscard]] taglib::Offset tell() const override { return m_position; }
     taglib::Offset length() override { return m_file.size(); }
     void truncate(taglib::Offset) override {}
 

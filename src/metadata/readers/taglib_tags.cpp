@@ -35,7 +35,7 @@ QByteArray fieldBytes(const TagLib::ByteVector& data) {
 
 class LegacyId3v1 final : public TagLib::ID3v1::StringHandler {
   public:
-    TagLib::String parse(const TagLib::ByteVector& data) const override {
+    [[nodiscard]] TagLib::String parse(const TagLib::ByteVector& data) const override {
         // Fields are padded to 30 bytes, with blanks by some writers.
         return toTagLib(decodeLegacyText(fieldBytes(data).trimmed()));
     }
@@ -43,14 +43,14 @@ class LegacyId3v1 final : public TagLib::ID3v1::StringHandler {
 
 class LegacyId3v2 final : public TagLib::ID3v2::Latin1StringHandler {
   public:
-    TagLib::String parse(const TagLib::ByteVector& data) const override {
+    [[nodiscard]] TagLib::String parse(const TagLib::ByteVector& data) const override {
         return toTagLib(decodeLegacyText(fieldBytes(data)));
     }
 };
 
 class LegacyInfo final : public TagLib::RIFF::Info::StringHandler {
   public:
-    TagLib::String parse(const TagLib::ByteVector& data) const override {
+    [[nodiscard]] TagLib::String parse(const TagLib::ByteVector& data) const override {
         const QByteArray bytes = fieldBytes(data);
         return toTagLib(bytes.isValidUtf8() ? QString::fromUtf8(bytes) : decodeLegacyText(bytes));
     }

@@ -21,15 +21,19 @@ class CloudFiles {
     virtual ~CloudFiles() = default;
     /// Whether the file lives in the cloud and not on this disk. Never opens the file: that could
     /// block until it is downloaded. Any thread.
-    bool isEvicted(const QString& path) const { return presence(path) == FilePresence::evicted; }
+    [[nodiscard]] bool isEvicted(const QString& path) const {
+        return presence(path) == FilePresence::evicted;
+    }
     /// Whether opening the file would block until it is downloaded. Costs less than isEvicted(),
     /// which also finds placeholders of another name. Any thread.
-    virtual bool blocksWhenOpened(const QString& path) const { return isEvicted(path); }
+    [[nodiscard]] virtual bool blocksWhenOpened(const QString& path) const {
+        return isEvicted(path);
+    }
     /// Like isEvicted(), and also tells a file that is here from a missing one. Any thread.
-    virtual FilePresence presence(const QString& path) const = 0;
+    [[nodiscard]] virtual FilePresence presence(const QString& path) const = 0;
     /// The same for many files, in their order. May cost less where files share folders. Any
     /// thread.
-    virtual std::vector<FilePresence> presences(const QStringList& paths) const {
+    [[nodiscard]] virtual std::vector<FilePresence> presences(const QStringList& paths) const {
         std::vector<FilePresence> all;
         for (const QString& path : paths)
             all.push_back(presence(path));
@@ -39,7 +43,7 @@ class CloudFiles {
     virtual void startDownloading(const QStringList& paths) = 0;
     /// Whether every read of the file goes over a network, so that no background pass should read
     /// it unasked. Any thread.
-    virtual bool isRemote(const QString& path) const = 0;
+    [[nodiscard]] virtual bool isRemote(const QString& path) const = 0;
 };
 
 } // namespace halvane

@@ -14,14 +14,14 @@ class DesktopCloudFiles final : public CloudFiles {
     /// `runtimeFolder` holds the clients' sockets ($XDG_RUNTIME_DIR).
     explicit DesktopCloudFiles(const QString& runtimeFolder);
 
-    FilePresence presence(const QString& path) const override;
-    bool blocksWhenOpened(const QString& path) const override;
-    std::vector<FilePresence> presences(const QStringList& paths) const override;
+    [[nodiscard]] FilePresence presence(const QString& path) const override;
+    [[nodiscard]] bool blocksWhenOpened(const QString& path) const override;
+    [[nodiscard]] std::vector<FilePresence> presences(const QStringList& paths) const override;
     void startDownloading(const QStringList& paths) override;
-    bool isRemote(const QString& path) const override;
+    [[nodiscard]] bool isRemote(const QString& path) const override;
 
   private:
-    MountTable* onDemandMounts() const;
+    [[nodiscard]] MountTable* onDemandMounts() const;
 
     QString m_runtimeFolder;
     mutable MountTable m_mounts;

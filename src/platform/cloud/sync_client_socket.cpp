@@ -41,7 +41,7 @@ class Client {
     Client(const Client&) = delete;
     Client& operator=(const Client&) = delete;
 
-    bool isConnected() const { return m_isConnected; }
+    [[nodiscard]] bool isConnected() const { return m_isConnected; }
 
     bool send(const QByteArray& line) {
         for (qsizetype sent = 0; sent < line.size();) {
@@ -75,7 +75,7 @@ class Client {
     }
 
   private:
-    bool waitFor(short events) const {
+    [[nodiscard]] bool waitFor(short events) const {
         const auto left =
             std::chrono::duration_cast<std::chrono::milliseconds>(m_deadline - SteadyClock::now());
         pollfd ready{m_socket, events, 0};

@@ -36,14 +36,14 @@ class MprisRootAdaptor final : public QDBusAbstractAdaptor {
         : QDBusAbstractAdaptor(object)
         , m_shared(shared) {}
 
-    bool yes() const { return true; }
-    bool no() const { return false; }
-    bool fullScreen() const { return m_shared.state.fullScreen; }
+    [[nodiscard]] bool yes() const { return true; }
+    [[nodiscard]] bool no() const { return false; }
+    [[nodiscard]] bool fullScreen() const { return m_shared.state.fullScreen; }
     void setFullScreen(bool fullScreen);
-    QString identity() const;
-    QString desktopEntry() const;
-    QStringList uriSchemes() const;
-    QStringList mimeTypes() const { return mprisMimeTypes(); }
+    [[nodiscard]] QString identity() const;
+    [[nodiscard]] QString desktopEntry() const;
+    [[nodiscard]] QStringList uriSchemes() const;
+    [[nodiscard]] QStringList mimeTypes() const { return mprisMimeTypes(); }
 
   public Q_SLOTS:
     void Raise();
@@ -77,23 +77,25 @@ class MprisPlayerAdaptor final : public QDBusAbstractAdaptor {
         : QDBusAbstractAdaptor(object)
         , m_shared(shared) {}
 
-    QString playbackStatus() const { return mprisPlaybackStatus(m_shared.state.playback); }
-    QString loopStatus() const { return mprisLoopStatus(m_shared.state.loop); }
+    [[nodiscard]] QString playbackStatus() const {
+        return mprisPlaybackStatus(m_shared.state.playback);
+    }
+    [[nodiscard]] QString loopStatus() const { return mprisLoopStatus(m_shared.state.loop); }
     void setLoopStatus(const QString& status);
-    double rate() const { return 1.0; }
+    [[nodiscard]] double rate() const { return 1.0; }
     void setRate(double rate);
-    bool shuffle() const { return m_shared.state.shuffle; }
+    [[nodiscard]] bool shuffle() const { return m_shared.state.shuffle; }
     void setShuffle(bool shuffle);
-    QVariantMap metadata() const { return mprisMetadata(m_shared.state.info); }
-    double volume() const { return m_shared.state.volume; }
+    [[nodiscard]] QVariantMap metadata() const { return mprisMetadata(m_shared.state.info); }
+    [[nodiscard]] double volume() const { return m_shared.state.volume; }
     void setVolume(double volume);
-    qlonglong position() const;
-    bool canGoNext() const { return m_shared.state.capabilities.canGoNext; }
-    bool canGoPrevious() const { return m_shared.state.capabilities.canGoPrevious; }
-    bool canPlay() const { return m_shared.state.capabilities.canPlay; }
-    bool canPause() const { return m_shared.state.capabilities.canPause; }
-    bool canSeek() const { return m_shared.state.capabilities.canSeek; }
-    bool canControl() const { return true; }
+    [[nodiscard]] qlonglong position() const;
+    [[nodiscard]] bool canGoNext() const { return m_shared.state.capabilities.canGoNext; }
+    [[nodiscard]] bool canGoPrevious() const { return m_shared.state.capabilities.canGoPrevious; }
+    [[nodiscard]] bool canPlay() const { return m_shared.state.capabilities.canPlay; }
+    [[nodiscard]] bool canPause() const { return m_shared.state.capabilities.canPause; }
+    [[nodiscard]] bool canSeek() const { return m_shared.state.capabilities.canSeek; }
+    [[nodiscard]] bool canControl() const { return true; }
 
   public Q_SLOTS:
     void Next();

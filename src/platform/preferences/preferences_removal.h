@@ -20,7 +20,7 @@ struct PreferencesRemoval {
     std::vector<Part> parts;
 
     /// Whether a change puts in again what leaves. The removal must be over before such a change.
-    bool isCrossedBy(const PreferenceChange& change) const;
+    [[nodiscard]] bool isCrossedBy(const PreferenceChange& change) const;
 };
 
 /// Makes the value of a key what it is once the removals are over.

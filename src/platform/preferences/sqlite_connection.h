@@ -19,9 +19,9 @@ class SqliteError : public std::runtime_error {
     SqliteError(int code, const QString& message)
         : std::runtime_error(message.toStdString())
         , m_code(code) {}
-    int code() const { return m_code; }
+    [[nodiscard]] int code() const { return m_code; }
     /// The file itself is bad. Otherwise something stands in the way of reaching it.
-    bool isDamage() const;
+    [[nodiscard]] bool isDamage() const;
 
   private:
     int m_code;
@@ -58,13 +58,13 @@ class SqliteQuery {
         run();
     }
 
-    int type(int column) const; ///< SQLITE_INTEGER and the like
-    qint64 integer(int column) const;
-    double number(int column) const; ///< NULL is not-a-number
-    QString text(int column) const;
-    QByteArray blob(int column) const;
+    [[nodiscard]] int type(int column) const; ///< SQLITE_INTEGER and the like
+    [[nodiscard]] qint64 integer(int column) const;
+    [[nodiscard]] double number(int column) const; ///< NULL is not-a-number
+    [[nodiscard]] QString text(int column) const;
+    [[nodiscard]] QByteArray blob(int column) const;
     /// The column's UTF-8, valid until the next step.
-    std::string_view utf8(int column) const;
+    [[nodiscard]] std::string_view utf8(int column) const;
 
   private:
     template<typename... Values>
@@ -101,7 +101,7 @@ class SqliteConnection {
     /// The one number that a pragma or query gives.
     qint64 single(const char* sql);
 
-    sqlite3* handle() const { return m_handle; }
+    [[nodiscard]] sqlite3* handle() const { return m_handle; }
 
   private:
     sqlite3_stmt* prepared(const char* sql);

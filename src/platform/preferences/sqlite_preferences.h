@@ -31,7 +31,7 @@ class SqlitePreferences final : public Preferences {
     static QString defaultPath();
 
     /// Whether every change so far is on the disk.
-    bool isStored() const { return m_database && m_pending.empty(); }
+    [[nodiscard]] bool isStored() const { return m_database && m_pending.empty(); }
     /// Waits until the worker has nothing more to do.
     void waitForWorker() { m_worker.finish(); }
 

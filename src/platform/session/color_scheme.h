@@ -18,7 +18,7 @@ class ColorScheme : public QObject {
 
     /// Takes the name of a D-Bus connection.
     explicit ColorScheme(const QString& connection, QObject* parent = nullptr);
-    Preference preference() const { return m_preference; }
+    [[nodiscard]] Preference preference() const { return m_preference; }
 
   Q_SIGNALS:
     void changed();

@@ -111,7 +111,7 @@ class DBusNotifications::Client final : public QObject {
         });
     }
 
-    QDBusMessage notify(const Notification& notification, uint replaces) const {
+    [[nodiscard]] QDBusMessage notify(const Notification& notification, uint replaces) const {
         const bool markup = m_capabilities->contains(u"body-markup"_s);
         QVariantMap hints{
             {u"desktop-entry"_s, u"org.halvane.Halvane"_s},

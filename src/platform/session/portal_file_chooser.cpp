@@ -66,7 +66,8 @@ class PortalFileChooser::Portal final : public QObject {
     }
 
   private:
-    QDBusMessage openFile(const FileChooserRequest& request, const QString& token) const {
+    [[nodiscard]] QDBusMessage openFile(const FileChooserRequest& request,
+                                        const QString& token) const {
         auto message = QDBusMessage::createMethodCall(
             u"org.freedesktop.portal.Desktop"_s, u"/org/freedesktop/portal/desktop"_s,
             u"org.freedesktop.portal.FileChooser"_s, u"OpenFile"_s);

@@ -18,7 +18,7 @@ class PortalRequest : public QObject {
     explicit PortalRequest(const QString& connection, QObject* parent = nullptr);
 
     /// To be passed as "handle_token".
-    QString token() const { return m_token; }
+    [[nodiscard]] QString token() const { return m_token; }
     /// Listens for the answer on another object: older portals choose the path themselves.
     void listenOn(const QString& path);
 

@@ -11,7 +11,7 @@ class PreferredLanguages {
     virtual ~PreferredLanguages() = default;
     /// Language tags such as zh-Hans-CN or en-US, the most preferred first; may be empty. The
     /// system is asked each time.
-    virtual QStringList tags() const = 0;
+    [[nodiscard]] virtual QStringList tags() const = 0;
 };
 
 } // namespace halvane

@@ -17,8 +17,8 @@ class SessionBus : public QObject {
     explicit SessionBus(const QString& connection, QObject* parent = nullptr);
 
     /// False where there is no bus. Whatever needs the bus then does nothing.
-    bool isConnected() const { return m_connected; }
-    QString connectionName() const { return m_connection; }
+    [[nodiscard]] bool isConnected() const { return m_connected; }
+    [[nodiscard]] QString connectionName() const { return m_connection; }
 
   Q_SIGNALS:
     /// The bus has gone away, as it does when the session ends.

@@ -61,7 +61,7 @@ class Conversation {
         : m_bus(bus)
         , m_patience(static_cast<int>(patience.count())) {}
 
-    HandOver handOver(const StartRequest& request) const {
+    [[nodiscard]] HandOver handOver(const StartRequest& request) const {
         if (const auto runs = otherRuns(); !runs || !*runs)
             return runs ? HandOver::nobodyThere : withoutBus();
         if (ask(messageFor(request)).type() == QDBusMessage::ReplyMessage)
@@ -73,12 +73,12 @@ class Conversation {
     }
 
   private:
-    QDBusMessage ask(const QDBusMessage& message) const {
+    [[nodiscard]] QDBusMessage ask(const QDBusMessage& message) const {
         return m_bus.call(message, QDBus::Block, m_patience);
     }
 
     // None when the bus doesn't say.
-    std::optional<bool> otherRuns() const {
+    [[nodiscard]] std::optional<bool> otherRuns() const {
         auto question =
             QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
                                            u"org.freedesktop.DBus"_s, u"NameHasOwner"_s);
@@ -86,7 +86,7 @@ class Conversation {
         return answer.isValid() ? std::optional(answer.value()) : std::nullopt;
     }
 
-    HandOver withoutBus() const {
+    [[nodiscard]] HandOver withoutBus() const {
         return m_bus.isConnected() ? HandOver::busSilent : HandOver::busLost;
     }
 

@@ -8,7 +8,7 @@ namespace halvane {
 /// The languages of the session's locale (LANGUAGE, LC_ALL, LC_MESSAGES, LANG).
 class SystemLanguages final : public PreferredLanguages {
   public:
-    QStringList tags() const override;
+    [[nodiscard]] QStringList tags() const override;
 };
 
 } // namespace halvane

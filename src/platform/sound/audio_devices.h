@@ -31,9 +31,9 @@ class Devices : public QObject {
     using QObject::QObject;
 
     /// The devices that can play, in the system's order.
-    virtual std::vector<OutputDevice> outputDevices() const = 0;
-    virtual std::optional<std::uint32_t> defaultOutputDevice() const = 0;
-    virtual std::optional<QString> deviceName(std::uint32_t id) const = 0;
+    [[nodiscard]] virtual std::vector<OutputDevice> outputDevices() const = 0;
+    [[nodiscard]] virtual std::optional<std::uint32_t> defaultOutputDevice() const = 0;
+    [[nodiscard]] virtual std::optional<QString> deviceName(std::uint32_t id) const = 0;
 
   Q_SIGNALS:
     void deviceListChanged();

@@ -25,18 +25,24 @@ class FallbackOutput final : public SoundOutput {
 
     std::optional<QString> open(const StreamFormat& format, RenderSource& source) override;
     void close() override;
-    bool isOpen() const override { return current().isOpen(); }
+    [[nodiscard]] bool isOpen() const override { return current().isOpen(); }
     std::optional<QString> start() override;
     void pause() override;
-    bool isRunning() const override { return m_waitsToStart || current().isRunning(); }
+    [[nodiscard]] bool isRunning() const override {
+        return m_waitsToStart || current().isRunning();
+    }
     void flush() override { current().flush(); }
-    std::int64_t framesRendered() const override { return current().framesRendered(); }
-    std::int64_t framesHeard() const override { return current().framesHeard(); }
-    int deviceSampleRate() const override;
+    [[nodiscard]] std::int64_t framesRendered() const override {
+        return current().framesRendered();
+    }
+    [[nodiscard]] std::int64_t framesHeard() const override { return current().framesHeard(); }
+    [[nodiscard]] int deviceSampleRate() const override;
     std::optional<QString> setDevice(std::optional<std::uint32_t> id) override;
 
   private:
-    SoundOutput& current() const { return *m_current.load(std::memory_order_acquire); }
+    [[nodiscard]] SoundOutput& current() const {
+        return *m_current.load(std::memory_order_acquire);
+    }
     void report();
     void giveUpWaiting();
 

@@ -26,9 +26,11 @@ class HeardClock {
     /// still.
     void skipToRendered();
 
-    std::int64_t rendered() const { return m_rendered.load(std::memory_order_acquire); }
+    [[nodiscard]] std::int64_t rendered() const {
+        return m_rendered.load(std::memory_order_acquire);
+    }
     /// Never falls, never exceeds rendered().
-    std::int64_t heard(double now) const;
+    [[nodiscard]] std::int64_t heard(double now) const;
 
   private:
     struct Report {
@@ -37,7 +39,7 @@ class HeardClock {
         double rate = 0;  ///< frames a second, 0 while it stands still
         double limit = 0; ///< frames that can be heard at most
     };
-    Report report() const;
+    [[nodiscard]] Report report() const;
     void publish(const Report& report);
 
     double m_sampleRate = 0;

@@ -15,9 +15,13 @@ class PulseDevices final : public AudioOutput::Devices {
     /// The server must outlive it.
     explicit PulseDevices(PulseServer& server, QObject* parent = nullptr);
 
-    std::vector<AudioOutput::OutputDevice> outputDevices() const override { return m_devices; }
-    std::optional<std::uint32_t> defaultOutputDevice() const override { return m_default; }
-    std::optional<QString> deviceName(std::uint32_t id) const override;
+    [[nodiscard]] std::vector<AudioOutput::OutputDevice> outputDevices() const override {
+        return m_devices;
+    }
+    [[nodiscard]] std::optional<std::uint32_t> defaultOutputDevice() const override {
+        return m_default;
+    }
+    [[nodiscard]] std::optional<QString> deviceName(std::uint32_t id) const override;
 
   private:
     void refresh();

@@ -24,17 +24,17 @@ class PulseOutput final : public QObject, public SoundOutput {
 
     std::optional<QString> open(const StreamFormat& format, RenderSource& source) override;
     void close() override;
-    bool isOpen() const override { return m_stream != nullptr && !m_lost; }
+    [[nodiscard]] bool isOpen() const override { return m_stream != nullptr && !m_lost; }
     std::optional<QString> start() override;
     void pause() override;
-    bool isRunning() const override { return isOpen() && m_running; }
+    [[nodiscard]] bool isRunning() const override { return isOpen() && m_running; }
     void flush() override;
-    std::int64_t framesRendered() const override { return m_heard.rendered(); }
-    std::int64_t framesHeard() const override { return m_heard.heard(m_clock.now()); }
-    int deviceSampleRate() const override;
+    [[nodiscard]] std::int64_t framesRendered() const override { return m_heard.rendered(); }
+    [[nodiscard]] std::int64_t framesHeard() const override { return m_heard.heard(m_clock.now()); }
+    [[nodiscard]] int deviceSampleRate() const override;
     std::optional<QString> setDevice(std::optional<std::uint32_t> id) override;
     /// How often the server has run out of sound so far, because the machine was too busy.
-    int holes() const { return m_holes; }
+    [[nodiscard]] int holes() const { return m_holes; }
 
   private:
     PulseStream::Events events();

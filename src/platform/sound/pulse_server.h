@@ -55,11 +55,11 @@ class PulseServer final : public QObject {
     /// Waits until the first attempt to connect has come to an end, but not longer than this.
     void waitForFirstAttempt(std::chrono::milliseconds longest);
     /// Whether the server answers and has told its sinks.
-    bool isReady() const { return m_ready; }
+    [[nodiscard]] bool isReady() const { return m_ready; }
     /// As last told; empty while not ready.
-    const PulseSinks& sinks() const { return m_sinks; }
-    const PulseSink* sink(std::uint32_t index) const;
-    const PulseSink* sink(const QString& name) const;
+    [[nodiscard]] const PulseSinks& sinks() const { return m_sinks; }
+    [[nodiscard]] const PulseSink* sink(std::uint32_t index) const;
+    [[nodiscard]] const PulseSink* sink(const QString& name) const;
 
     /// Holds the audio thread off while it lives. Whatever is called of libpulse from another
     /// thread needs it. Not to be taken on the audio thread, which holds it in every callback.
@@ -74,9 +74,9 @@ class PulseServer final : public QObject {
         pa_threaded_mainloop* m_loop;
     };
     /// Under the lock; null while not connected.
-    pa_context* context() const { return m_context; }
+    [[nodiscard]] pa_context* context() const { return m_context; }
     /// The library's thread.
-    pa_threaded_mainloop* loop() const { return m_loop; }
+    [[nodiscard]] pa_threaded_mainloop* loop() const { return m_loop; }
 
   Q_SIGNALS:
     /// Comes before readyChanged when the server appears, and after it when it goes away.

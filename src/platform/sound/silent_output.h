@@ -20,15 +20,15 @@ class SilentOutput final : public SoundOutput {
 
     std::optional<QString> open(const StreamFormat& format, RenderSource& source) override;
     void close() override;
-    bool isOpen() const override { return m_source != nullptr; }
+    [[nodiscard]] bool isOpen() const override { return m_source != nullptr; }
     std::optional<QString> start() override;
     void pause() override;
-    bool isRunning() const override { return m_timer != nullptr; }
+    [[nodiscard]] bool isRunning() const override { return m_timer != nullptr; }
     void flush() override;
-    std::int64_t framesRendered() const override { return m_heard.rendered(); }
-    std::int64_t framesHeard() const override { return m_heard.heard(m_clock.now()); }
+    [[nodiscard]] std::int64_t framesRendered() const override { return m_heard.rendered(); }
+    [[nodiscard]] std::int64_t framesHeard() const override { return m_heard.heard(m_clock.now()); }
     /// No device, no rate.
-    int deviceSampleRate() const override { return 0; }
+    [[nodiscard]] int deviceSampleRate() const override { return 0; }
     /// There is no device to choose but the default.
     std::optional<QString> setDevice(std::optional<std::uint32_t> id) override;
 

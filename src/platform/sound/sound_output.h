@@ -45,26 +45,26 @@ class SoundOutput {
                                                       RenderSource& source) = 0;
     /// Ends the stream and drops what is queued. After it returns, render is not called any more.
     virtual void close() = 0;
-    virtual bool isOpen() const = 0;
+    [[nodiscard]] virtual bool isOpen() const = 0;
 
     /// Starts pulling. On failure gives the error's description.
     [[nodiscard]] virtual std::optional<QString> start() = 0;
     /// Stops pulling and hearing at once; what is queued is kept and heard after the next start.
     /// After it returns, render is neither running nor called until then.
     virtual void pause() = 0;
-    virtual bool isRunning() const = 0;
+    [[nodiscard]] virtual bool isRunning() const = 0;
     /// Drops what has been rendered and not heard; framesHeard then equals framesRendered.
     virtual void flush() = 0;
 
     /// Frames rendered since open: the sum of what render was asked for.
-    virtual std::int64_t framesRendered() const = 0;
+    [[nodiscard]] virtual std::int64_t framesRendered() const = 0;
     /// Frames heard since open: rendered, less what the server still holds, interpolated between
     /// its reports; never falls, never exceeds framesRendered. Of a stream that has been lost, the
     /// last count. Any thread.
-    virtual std::int64_t framesHeard() const = 0;
+    [[nodiscard]] virtual std::int64_t framesHeard() const = 0;
 
     /// The device's own rate in Hz, 0 while unknown.
-    virtual int deviceSampleRate() const = 0;
+    [[nodiscard]] virtual int deviceSampleRate() const = 0;
     /// Chooses the device of the streams opened from now on; none follows the system's default. An
     /// open stream stays where it is until it is closed. On failure (there is no such device) gives
     /// the error's description and changes nothing.

@@ -19,7 +19,7 @@ class DBusMenu::Server final : public QObject {
     }
     ~Server() override { m_connection.unregisterObject(m_path); }
 
-    const QString& path() const { return m_path; }
+    [[nodiscard]] const QString& path() const { return m_path; }
 
     void changed() {
         m_adaptor->rebuild();

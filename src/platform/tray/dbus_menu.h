@@ -21,7 +21,7 @@ class DBusMenu {
              std::function<std::vector<MenuEntry>()> menu);
     ~DBusMenu();
 
-    QString path() const;
+    [[nodiscard]] QString path() const;
     /// Something about the menu has changed.
     void changed();
 

@@ -23,13 +23,13 @@ class DBusMenuAdaptor final : public QDBusAbstractAdaptor {
   public:
     DBusMenuAdaptor(QObject* object, std::function<std::vector<MenuEntry>()> menu);
 
-    uint version() const { return 3; }
-    QString textDirection() const;
-    QString status() const;
-    QStringList iconThemePath() const { return {}; }
+    [[nodiscard]] uint version() const { return 3; }
+    [[nodiscard]] QString textDirection() const;
+    [[nodiscard]] QString status() const;
+    [[nodiscard]] QStringList iconThemePath() const { return {}; }
 
     void rebuild();
-    uint revision() const { return m_revision; }
+    [[nodiscard]] uint revision() const { return m_revision; }
 
   public Q_SLOTS:
     uint GetLayout(int parentId, int recursionDepth, const QStringList& propertyNames,
@@ -49,8 +49,8 @@ class DBusMenuAdaptor final : public QDBusAbstractAdaptor {
     void ItemActivationRequested(int id, uint timestamp);
 
   private:
-    const MenuEntry* entry(int id) const;
-    DBusMenuLayout layoutOf(int id, int depth) const;
+    [[nodiscard]] const MenuEntry* entry(int id) const;
+    [[nodiscard]] DBusMenuLayout layoutOf(int id, int depth) const;
 
     std::function<std::vector<MenuEntry>()> m_menu;
     MenuEntry m_root;

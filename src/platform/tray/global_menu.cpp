@@ -38,7 +38,7 @@ class GlobalMenu::Registrar final : public QObject {
             askWhetherThere();
     }
 
-    bool isAvailable() const { return m_isAvailable; }
+    [[nodiscard]] bool isAvailable() const { return m_isAvailable; }
     void menuChanged() { m_menu.changed(); }
 
     void registerWindow(quint32 window) {

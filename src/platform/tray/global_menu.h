@@ -25,7 +25,7 @@ class GlobalMenu : public QObject {
     ~GlobalMenu() override;
 
     /// The desktop has such a bar.
-    bool isAvailable() const;
+    [[nodiscard]] bool isAvailable() const;
     void registerWindow(quint32 window);
     /// Titles or enabled states have changed.
     void menuChanged();

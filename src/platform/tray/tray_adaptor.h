@@ -48,16 +48,16 @@ class TrayAdaptor final : public QDBusAbstractAdaptor {
   public:
     TrayAdaptor(QObject* object, const QString& title, const QString& menuPath);
 
-    QString category() const;
-    QString id() const;
-    QString title() const { return m_title; }
-    QString status() const;
-    uint windowId() const { return 0; }
-    QString iconName() const { return m_iconName; }
-    TrayImageList iconPixmap() const { return m_images; }
-    TrayToolTip toolTip() const { return {{}, {}, m_title, m_toolTip}; }
-    bool itemIsMenu() const { return false; }
-    QDBusObjectPath menu() const { return QDBusObjectPath(m_menuPath); }
+    [[nodiscard]] QString category() const;
+    [[nodiscard]] QString id() const;
+    [[nodiscard]] QString title() const { return m_title; }
+    [[nodiscard]] QString status() const;
+    [[nodiscard]] uint windowId() const { return 0; }
+    [[nodiscard]] QString iconName() const { return m_iconName; }
+    [[nodiscard]] TrayImageList iconPixmap() const { return m_images; }
+    [[nodiscard]] TrayToolTip toolTip() const { return {{}, {}, m_title, m_toolTip}; }
+    [[nodiscard]] bool itemIsMenu() const { return false; }
+    [[nodiscard]] QDBusObjectPath menu() const { return QDBusObjectPath(m_menuPath); }
 
     void setIcon(const QString& name, const QList<TrayPixmap>& pixmaps);
     void setToolTip(const QString& text);

@@ -64,7 +64,7 @@ class TrayIcon::Item final : public QObject {
 
     ~Item() override { m_connection.unregisterObject(itemPath); }
 
-    bool isShown() const { return m_isShown; }
+    [[nodiscard]] bool isShown() const { return m_isShown; }
     TrayAdaptor& adaptor() { return *m_adaptor; }
 
   private Q_SLOTS:

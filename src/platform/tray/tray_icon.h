@@ -34,7 +34,7 @@ class TrayIcon : public QObject {
     ~TrayIcon() override;
 
     /// The desktop shows the icon.
-    bool isShown() const;
+    [[nodiscard]] bool isShown() const;
     /// An icon of the desktop's theme, where it is installed, goes before the pictures.
     void setIcon(const QString& themeName, const QList<TrayPixmap>& pixmaps);
     void setToolTip(const QString& text);

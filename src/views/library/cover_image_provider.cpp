@@ -23,7 +23,7 @@ class CoverResponse : public QQuickImageResponse {
         m_image = std::move(image);
         Q_EMIT finished();
     }
-    QQuickTextureFactory* textureFactory() const override {
+    [[nodiscard]] QQuickTextureFactory* textureFactory() const override {
         return QQuickTextureFactory::textureFactoryForImage(m_image);
     }
     void cancel() override { m_cancelled->store(true, std::memory_order_relaxed); }

@@ -25,16 +25,16 @@ class ListCursor : public QObject {
   public:
     using QObject::QObject;
 
-    QAbstractItemModel* model() const { return m_model; }
+    [[nodiscard]] QAbstractItemModel* model() const { return m_model; }
     void setModel(QAbstractItemModel* model);
-    int index() const { return m_index; }
+    [[nodiscard]] int index() const { return m_index; }
     /// Chooses a row; a number beyond the ends takes the row at that end.
     void setIndex(int index);
 
     /// The first row whose role holds the value; -1 when there is none.
-    Q_INVOKABLE int rowWith(const QString& role, const QVariant& value) const;
+    Q_INVOKABLE [[nodiscard]] int rowWith(const QString& role, const QVariant& value) const;
     /// A role's value in a row; invalid outside the list.
-    Q_INVOKABLE QVariant value(int row, const QString& role) const;
+    Q_INVOKABLE [[nodiscard]] QVariant value(int row, const QString& role) const;
     /// Adds typed text to what was typed within the last second, and chooses the next row whose
     /// text begins with it, going round. Typing one letter again goes on to the next such row.
     Q_INVOKABLE void type(const QString& text);
@@ -44,7 +44,7 @@ class ListCursor : public QObject {
     void indexChanged();
 
   private:
-    int roleOf(const QString& name) const;
+    [[nodiscard]] int roleOf(const QString& name) const;
     void refind();
     void place(int index);
 

@@ -31,7 +31,7 @@ class RedrawClock : public QObject {
         });
     }
 
-    bool isRunning() const { return m_timer.isActive(); }
+    [[nodiscard]] bool isRunning() const { return m_timer.isActive(); }
     void setRunning(bool running) {
         if (running == isRunning())
             return;
@@ -40,7 +40,7 @@ class RedrawClock : public QObject {
         Q_EMIT runningChanged();
     }
 
-    int interval() const { return m_timer.interval(); }
+    [[nodiscard]] int interval() const { return m_timer.interval(); }
     void setInterval(int milliseconds) {
         const int interval = std::max(shortest, milliseconds);
         if (interval == m_timer.interval())

@@ -64,7 +64,7 @@ class Triangles {
         quad(from + core, paint, to + core, paint, from + edge, clear, to + edge, clear);
     }
 
-    QSGNode* into(QSGNode* old) const {
+    [[nodiscard]] QSGNode* into(QSGNode* old) const {
         auto* node = static_cast<QSGGeometryNode*>(old);
         if (!node) {
             node = new QSGGeometryNode;

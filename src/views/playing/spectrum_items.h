@@ -18,9 +18,9 @@ class SpectrumItem : public QQuickItem {
   public:
     explicit SpectrumItem(QQuickItem* parent = nullptr);
 
-    QList<float> bands() const { return m_bands; }
+    [[nodiscard]] QList<float> bands() const { return m_bands; }
     void setBands(const QList<float>& bands);
-    QColor tint() const { return m_tint; }
+    [[nodiscard]] QColor tint() const { return m_tint; }
     void setTint(const QColor& tint);
 
   Q_SIGNALS:
@@ -59,9 +59,9 @@ class SpectrumBarsItem : public halvane::views::SpectrumItem {
   public:
     using SpectrumItem::SpectrumItem;
 
-    qreal innerRadius() const { return m_innerRadius; }
+    [[nodiscard]] qreal innerRadius() const { return m_innerRadius; }
     void setInnerRadius(qreal radius);
-    qreal reach() const { return m_reach; }
+    [[nodiscard]] qreal reach() const { return m_reach; }
     void setReach(qreal reach);
 
   Q_SIGNALS:

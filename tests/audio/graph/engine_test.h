@@ -85,7 +85,7 @@ class EngineTest : public testing::Test {
     }
 
     /// The position in whole frames.
-    std::int64_t elapsedFrames() const {
+    [[nodiscard]] std::int64_t elapsedFrames() const {
         return std::llround(engine.elapsedSeconds() * engine.fileSampleRate());
     }
 

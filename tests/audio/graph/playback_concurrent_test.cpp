@@ -68,7 +68,7 @@ class RunningOutput final : public SoundOutput {
         m_running = false;
         m_source = nullptr;
     }
-    bool isOpen() const override { return m_source != nullptr; }
+    [[nodiscard]] bool isOpen() const override { return m_source != nullptr; }
     std::optional<QString> start() override {
         const std::lock_guard lock(mutex);
         m_running = true;
@@ -78,15 +78,15 @@ class RunningOutput final : public SoundOutput {
         const std::lock_guard lock(mutex);
         m_running = false;
     }
-    bool isRunning() const override { return m_running; }
+    [[nodiscard]] bool isRunning() const override { return m_running; }
     void flush() override {
         const std::lock_guard lock(mutex);
         m_heard = m_rendered.load();
         flushedAt = m_heard;
     }
-    std::int64_t framesRendered() const override { return m_rendered; }
-    std::int64_t framesHeard() const override { return m_heard; }
-    int deviceSampleRate() const override { return 48'000; }
+    [[nodiscard]] std::int64_t framesRendered() const override { return m_rendered; }
+    [[nodiscard]] std::int64_t framesHeard() const override { return m_heard; }
+    [[nodiscard]] int deviceSampleRate() const override { return 48'000; }
     std::optional<QString> setDevice(std::optional<std::uint32_t>) override { return {}; }
 
     std::mutex mutex;           ///< held while rendering; guards what follows

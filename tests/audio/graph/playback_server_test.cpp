@@ -45,7 +45,9 @@ class OnServer : public testing::Test {
         ASSERT_TRUE(waitFor([&] { return engine->elapsedSeconds() >= goal; }))
             << engine->elapsedSeconds() << " of " << goal;
     }
-    std::int64_t position() const { return std::llround(engine->elapsedSeconds() * rate); }
+    [[nodiscard]] std::int64_t position() const {
+        return std::llround(engine->elapsedSeconds() * rate);
+    }
     std::uint32_t sinkNamed(const QString& name) {
         EXPECT_TRUE(waitFor([&] { return sound->server().sink(name) != nullptr; }));
         return sound->server().sink(name)->index;

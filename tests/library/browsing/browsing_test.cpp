@@ -71,7 +71,7 @@ struct BrowsingTest : testing::Test {
             names += browsing.visibleArtists()->item(row).name;
         return names;
     }
-    QueueItem entry(const QString& album, const QString& artist) const {
+    [[nodiscard]] QueueItem entry(const QString& album, const QString& artist) const {
         QueueItem item;
         item.album = album;
         item.artist = artist;

@@ -72,7 +72,7 @@ class NowPlayingTest : public testing::Test {
         player.play(0);
         player.engine.position = 3;
     }
-    QueueItem item() const { return player.queue.currentItem().value(); }
+    [[nodiscard]] QueueItem item() const { return player.queue.currentItem().value(); }
     Artwork picture(Qt::GlobalColor color) {
         QImage image(4, 4, QImage::Format_RGB32);
         image.fill(color);

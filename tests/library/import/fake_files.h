@@ -16,13 +16,17 @@ class FakeFiles final : public FileAvailability {
     QSet<QString> inCloud;
     QSet<QString> downloading;
 
-    TrackAvailability state(const QString& path) const override {
+    [[nodiscard]] TrackAvailability state(const QString& path) const override {
         return inCloud.contains(path)   ? TrackAvailability::inCloud
                : missing.contains(path) ? TrackAvailability::missing
                                         : TrackAvailability::available;
     }
-    bool isCloudEvicted(const QString& path) const override { return evicted.contains(path); }
-    bool isReadable(const QString& path) const override { return !gone.contains(path); }
+    [[nodiscard]] bool isCloudEvicted(const QString& path) const override {
+        return evicted.contains(path);
+    }
+    [[nodiscard]] bool isReadable(const QString& path) const override {
+        return !gone.contains(path);
+    }
     void markAvailable(const QString& path) override {
         missing.remove(path);
         inCloud.remove(path);

@@ -88,11 +88,11 @@ class HeldFilesTest : public testing::Test {
         QFile::remove(path);
         return write(placeholder, " ");
     }
-    bool isRead(const QString& path) const {
+    [[nodiscard]] bool isRead(const QString& path) const {
         const TrackPtr track = library->store()->track(path);
         return track && track->durationSeconds;
     }
-    TrackAvailability state(const QString& path) const {
+    [[nodiscard]] TrackAvailability state(const QString& path) const {
         return library->availability()->state(path);
     }
     void play(const QString& path) {

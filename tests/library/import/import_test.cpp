@@ -57,13 +57,15 @@ class ImportTest : public testing::Test {
         writeWave(sine(440, 0.5, 8000, 8000, 1), path);
         return path;
     }
-    QStringList queued() const {
+    [[nodiscard]] QStringList queued() const {
         QStringList names;
         for (std::size_t row = 0; row < library->queue()->size(); ++row)
             names.append(library->queue()->record(row).title);
         return names;
     }
-    QString current() const { return library->queue()->currentItem().value_or(QueueItem()).title; }
+    [[nodiscard]] QString current() const {
+        return library->queue()->currentItem().value_or(QueueItem()).title;
+    }
     QStringList storedPaths() {
         return *environment.preferences.strings(SettingsKey::importedAudioPaths);
     }

@@ -50,8 +50,8 @@ class FakeEngine final : public TransportEngine {
         position = 0;
         playing = false;
     }
-    bool hasFile() const override { return !file.isEmpty(); }
-    double durationSeconds() const override { return hasFile() ? length : 0; }
+    [[nodiscard]] bool hasFile() const override { return !file.isEmpty(); }
+    [[nodiscard]] double durationSeconds() const override { return hasFile() ? length : 0; }
     std::optional<QString> scheduleSegment(double fromSeconds, bool andPlay) override {
         pending.clear();
         position = fromSeconds;
@@ -63,8 +63,8 @@ class FakeEngine final : public TransportEngine {
         playing = !resumeFailure;
         return resumeFailure;
     }
-    bool isPlaying() const override { return playing; }
-    double elapsedSeconds() const override { return position; }
+    [[nodiscard]] bool isPlaying() const override { return playing; }
+    [[nodiscard]] double elapsedSeconds() const override { return position; }
     bool prescheduleNextIfCompatible(const QString& path) override {
         if (!hasFile() || !pending.isEmpty() || broken.contains(path) ||
             formatOf.value(path) != formatOf.value(file))

@@ -23,11 +23,15 @@ struct Letters final : QueueView {
         if (current >= 0)
             at = current;
     }
-    std::size_t size() const override { return files.size(); }
-    std::optional<std::size_t> current() const override { return at; }
-    bool isPlayable(std::size_t i) const override { return std::isupper(files[i]) != 0; }
-    bool wasPlayed(std::size_t i) const override { return played[i]; }
-    bool isSameFile(std::size_t i, std::size_t j) const override { return files[i] == files[j]; }
+    [[nodiscard]] std::size_t size() const override { return files.size(); }
+    [[nodiscard]] std::optional<std::size_t> current() const override { return at; }
+    [[nodiscard]] bool isPlayable(std::size_t i) const override {
+        return std::isupper(files[i]) != 0;
+    }
+    [[nodiscard]] bool wasPlayed(std::size_t i) const override { return played[i]; }
+    [[nodiscard]] bool isSameFile(std::size_t i, std::size_t j) const override {
+        return files[i] == files[j];
+    }
 };
 
 using enum PlaybackRepeatMode;

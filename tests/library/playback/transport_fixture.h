@@ -75,16 +75,18 @@ struct TransportFixture {
         queue.assign(rows, std::nullopt);
     }
     static QString path(char letter) { return QStringLiteral("/m/") + QLatin1Char(letter); }
-    QUuid id(std::size_t row) const { return queue.idAt(row); }
+    [[nodiscard]] QUuid id(std::size_t row) const { return queue.idAt(row); }
     void play(std::size_t row) { transport.playItem(id(row), true); }
     /// The title of the current entry, '-' without one.
-    char current() const {
+    [[nodiscard]] char current() const {
         const auto row = queue.currentRow();
         return row ? queue.record(*row).title.at(0).toLatin1() : '-';
     }
     /// What the engine plays or has loaded.
-    char loaded() const { return engine.file.isEmpty() ? '-' : engine.file.back().toLatin1(); }
-    char pending() const {
+    [[nodiscard]] char loaded() const {
+        return engine.file.isEmpty() ? '-' : engine.file.back().toLatin1();
+    }
+    [[nodiscard]] char pending() const {
         return engine.pending.isEmpty() ? '-' : engine.pending.back().toLatin1();
     }
     /// The current track is heard to its end.

@@ -30,7 +30,7 @@ class Reference {
     QSet<QUuid> played;
     QHash<QString, int> counts;
 
-    bool playable(std::size_t i) const {
+    [[nodiscard]] bool playable(std::size_t i) const {
         return !missing.contains(entries[i].path) && !inCloud.contains(entries[i].path);
     }
 
@@ -154,7 +154,7 @@ class Reference {
     }
 
   private:
-    bool isCurrentFile(std::size_t i) const {
+    [[nodiscard]] bool isCurrentFile(std::size_t i) const {
         return current && entries[i].path == entries[*current].path;
     }
     void find(const QUuid& id) {

@@ -16,9 +16,11 @@ namespace {
 
 class PluggedDevices final : public AudioOutput::Devices {
   public:
-    std::vector<OutputDevice> outputDevices() const override { return list; }
-    std::optional<std::uint32_t> defaultOutputDevice() const override { return preferred; }
-    std::optional<QString> deviceName(std::uint32_t id) const override {
+    [[nodiscard]] std::vector<OutputDevice> outputDevices() const override { return list; }
+    [[nodiscard]] std::optional<std::uint32_t> defaultOutputDevice() const override {
+        return preferred;
+    }
+    [[nodiscard]] std::optional<QString> deviceName(std::uint32_t id) const override {
         for (const OutputDevice& device : list)
             if (device.id == id)
                 return device.name;

@@ -32,11 +32,13 @@ TEST(SoundCheckGain, TurnsLoudDownAndQuietUpAsFarAsThePeakAllows) {
 
 class NoCloud final : public CloudFiles {
   public:
-    FilePresence presence(const QString& path) const override {
+    [[nodiscard]] FilePresence presence(const QString& path) const override {
         return evicted.contains(path) ? FilePresence::evicted : FilePresence::here;
     }
     void startDownloading(const QStringList&) override {}
-    bool isRemote(const QString& path) const override { return remote.contains(path); }
+    [[nodiscard]] bool isRemote(const QString& path) const override {
+        return remote.contains(path);
+    }
     QSet<QString> evicted;
     QSet<QString> remote;
 };
@@ -62,11 +64,11 @@ class Meter {
         m_permits += files;
         m_changed.notify_all();
     }
-    QStringList asked() const {
+    [[nodiscard]] QStringList asked() const {
         const std::scoped_lock lock(m_mutex);
         return m_asked;
     }
-    int mostAtOnce() const { return m_mostAtOnce; }
+    [[nodiscard]] int mostAtOnce() const { return m_mostAtOnce; }
     void breakFile(const QString& path) { m_broken.insert(path); }
 
   private:

@@ -223,13 +223,15 @@ class ManyTracksTest : public TidyingTest {
         while (!reached())
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
-    QStringList third(int which) const {
+    [[nodiscard]] QStringList third(int which) const {
         QStringList some;
         for (qsizetype i = which; i < paths.size(); i += 3)
             some.append(paths[i]);
         return some;
     }
-    QString lovedBadge() const { return library.sidebar()->sidebarBadge(SidebarItem::loved); }
+    [[nodiscard]] QString lovedBadge() const {
+        return library.sidebar()->sidebarBadge(SidebarItem::loved);
+    }
     QStringList stored() {
         return *environment.preferences.strings(SettingsKey::importedAudioPaths);
     }

@@ -15,7 +15,9 @@ struct PlaylistsTest : testing::Test {
     MemoryPreferences preferences;
     Playlists playlists{preferences};
 
-    std::vector<QString> pathsOf(const QUuid& id) const { return playlists.find(id)->trackPaths; }
+    [[nodiscard]] std::vector<QString> pathsOf(const QUuid& id) const {
+        return playlists.find(id)->trackPaths;
+    }
 };
 
 using Paths = std::vector<QString>;

@@ -139,8 +139,8 @@ struct EqualizerSettingsTest : testing::Test {
                          });
     }
 
-    QString title() const { return equalizer.presetMenuTitle(); }
-    std::vector<double> rock() const { return {4, 3, 1, 0, -1, 0, 1, 3, 4, 4}; }
+    [[nodiscard]] QString title() const { return equalizer.presetMenuTitle(); }
+    [[nodiscard]] std::vector<double> rock() const { return {4, 3, 1, 0, -1, 0, 1, 3, 4, 4}; }
 };
 
 TEST_F(EqualizerSettingsTest, ABuiltInPresetAppliesUntilAFaderMoves) {

@@ -34,11 +34,11 @@ QByteArray picture(QRgb color) {
 struct SlowSource final : ArtworkSource {
     QByteArray bytes;
     mutable QSemaphore gate;
-    QByteArray read() const override {
+    [[nodiscard]] QByteArray read() const override {
         gate.acquire();
         return bytes;
     }
-    QString key() const override { return u"slow"_s; }
+    [[nodiscard]] QString key() const override { return u"slow"_s; }
 };
 
 // Waits until nobody reads it any more.

@@ -33,8 +33,10 @@ class MetadataCacheTest : public testing::Test {
         file.write(content);
         return file.fileName();
     }
-    QString indexPath() const { return cache.cacheDirectory() + u"/library-cache.json"_s; }
-    QByteArray index() const {
+    [[nodiscard]] QString indexPath() const {
+        return cache.cacheDirectory() + u"/library-cache.json"_s;
+    }
+    [[nodiscard]] QByteArray index() const {
         QFile file(indexPath());
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }

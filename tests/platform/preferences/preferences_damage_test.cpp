@@ -71,7 +71,7 @@ struct Damage {
 
 class PreferencesDamageTest : public testing::TestWithParam<Damage> {
   protected:
-    QStringList setAside() const {
+    [[nodiscard]] QStringList setAside() const {
         return QDir(folder.path()).entryList({u"preferences.set-aside-*.sqlite"_s});
     }
     QTemporaryDir folder;

@@ -44,7 +44,7 @@ class Service : public QDBusVirtualObject {
     void appear() { bus.registerService(m_name); }
     void disappear() { bus.unregisterService(m_name); }
 
-    QString introspect(const QString&) const override { return {}; }
+    [[nodiscard]] QString introspect(const QString&) const override { return {}; }
     bool handleMessage(const QDBusMessage& message, const QDBusConnection&) override {
         asked.append(message);
         if (!answers.contains(message.member()))
@@ -61,7 +61,7 @@ class Service : public QDBusVirtualObject {
         const auto make = answers.value(message.member());
         bus.send(message.createReply(make(message)));
     }
-    QList<QDBusMessage> askedFor(const QString& member) const {
+    [[nodiscard]] QList<QDBusMessage> askedFor(const QString& member) const {
         QList<QDBusMessage> found;
         for (const auto& message : asked) {
             if (message.member() == member)
@@ -92,7 +92,7 @@ class NotificationServer : public Service {
             return QVariantList{replaces != 0 ? replaces : ++m_lastId};
         };
     }
-    QList<QDBusMessage> shown() const { return askedFor(u"Notify"_s); }
+    [[nodiscard]] QList<QDBusMessage> shown() const { return askedFor(u"Notify"_s); }
     void close(uint id) {
         auto signal =
             QDBusMessage::createSignal(u"/org/freedesktop/Notifications"_s,

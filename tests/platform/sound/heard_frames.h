@@ -38,7 +38,7 @@ struct HeardRun {
     std::int64_t first;         ///< the number of its first frame
     std::int64_t frames;
 
-    std::int64_t last() const { return first + frames - 1; }
+    [[nodiscard]] std::int64_t last() const { return first + frames - 1; }
 };
 
 /// Takes a recording of numbered sound apart. Where playback fades in, the samples tell a smaller

@@ -27,7 +27,7 @@ class Panel : public QDBusVirtualObject {
         bus.registerService(name);
     }
     ~Panel() override { bus.unregisterService(m_name); }
-    QString introspect(const QString&) const override { return {}; }
+    [[nodiscard]] QString introspect(const QString&) const override { return {}; }
     bool handleMessage(const QDBusMessage& message, const QDBusConnection&) override {
         if (message.member() == "Get"_L1) {
             bus.send(message.createReply(QVariant::fromValue(QDBusVariant(QVariant(hasHost)))));
