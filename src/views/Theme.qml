@@ -4,7 +4,7 @@ pragma Singleton
 import QtQuick
 import Halvane
 
-// Every colour, length and text style of the windows, once.
+// The colours, the shared lengths and the text styles of the windows.
 QtObject {
     id: theme
 
@@ -53,6 +53,8 @@ QtObject {
     readonly property real gap: 12
     readonly property real gapLarge: 16
     readonly property real margin: 24
+    readonly property real rowInset: 10 // from a row's ends to what stands in it
+    readonly property real tabInset: 14 // from a tab's ends to its word
 
     // Sizes
     readonly property real topRowHeight: 34
@@ -62,8 +64,13 @@ QtObject {
     readonly property real sidebarRowHeight: 32
     readonly property real trackRowHeight: 38
     readonly property real queueRowHeight: 44
+    readonly property real tidyingRowHeight: 22
     readonly property real controlHeight: 28
     readonly property real buttonSize: 34
+    readonly property real menuLineHeight: 9
+    readonly property real albumTileWords: 56 // beneath the cover
+    readonly property real artistTileHeight: 74
+    readonly property real helpIndent: 44 // of the words beside their symbols
 
     // Durations, ms
     readonly property int quick: 140
@@ -91,17 +98,6 @@ QtObject {
     // A card with a little of a colour in it.
     function tinted(color: color, amount: real): color {
         return Qt.tint(panel, withAlpha(color, amount))
-    }
-    // Where the track table's columns begin in a row of a width. Where the title would have too
-    // little room left, first the quality and then the album give way.
-    function trackColumns(width: real): var {
-        const title = 160
-        const time = width - 10 - 58
-        const showsQuality = time - 150 - 200 - 40 >= title
-        const quality = showsQuality ? time - 150 : time
-        const showsAlbum = quality - 200 - 40 >= title
-        const album = showsAlbum ? quality - 200 : quality
-        return { showsQuality: showsQuality, quality: quality, showsAlbum: showsAlbum, album: album, titleEnd: album }
     }
     // A colour at another opacity.
     function withAlpha(color: color, alpha: real): color {

@@ -10,8 +10,9 @@ RowLayout {
 
     property font timeFont: Theme.caption
     property color fill: Theme.accent
+    readonly property real leastTimeWidth: 28
 
-    // In a window that nobody sees the line stands still, and costs nothing.
+    // The line stands still in a window that nobody sees, where it would cost for nothing.
     readonly property bool isWatched: Window.window !== null && Window.window.visible
                                       && Window.window.visibility !== Window.Minimized
     property string elapsed
@@ -34,7 +35,7 @@ RowLayout {
         text: root.elapsed
         font: root.timeFont
         Layout.alignment: Qt.AlignVCenter
-        Layout.minimumWidth: 28
+        Layout.minimumWidth: root.leastTimeWidth
         layoutDirection: Qt.LeftToRight
     }
     ValueSlider {
@@ -67,7 +68,7 @@ RowLayout {
     }
     PressableBase {
         id: duration
-        implicitWidth: Math.max(28, digits.implicitWidth)
+        implicitWidth: Math.max(root.leastTimeWidth, digits.implicitWidth)
         implicitHeight: 20
         tip: Strings.toggleRemainingTime
         Accessible.name: root.length

@@ -19,9 +19,9 @@ Item {
     signal chosen
     signal played
 
-    implicitHeight: width + 56
+    implicitHeight: width + Theme.albumTileWords
     Accessible.role: Accessible.ListItem
-    Accessible.name: root.title + ", " + root.artist
+    Accessible.name: Spoken.titled(root.title, root.artist)
     Accessible.description: root.quality
     Accessible.selectable: true
     Accessible.selected: root.isSelected
@@ -52,14 +52,14 @@ Item {
         }
     }
     PlainText {
-        y: root.width + 9
+        y: cover.height + 9
         width: parent.width
         text: root.title
         font: Theme.name
         Accessible.ignored: true
     }
     PlainText {
-        y: root.width + 26
+        y: cover.height + 26
         width: parent.width
         text: root.artist
         font: Theme.label
@@ -67,7 +67,7 @@ Item {
         Accessible.ignored: true
     }
     PlainText {
-        y: root.width + 42
+        y: cover.height + 42
         width: parent.width
         text: root.quality
         font: Theme.caption

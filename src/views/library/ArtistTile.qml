@@ -13,10 +13,13 @@ Rectangle {
     required property string coverKey
     property bool isSelected
     property bool hasKeyboard
+    readonly property real textLeft: cover.x + cover.width + Theme.gap
+    readonly property real textWidth: width - textLeft - Theme.gap
 
     signal chosen
     signal played
 
+    implicitHeight: Theme.artistTileHeight
     radius: Theme.radiusMedium
     color: root.isSelected ? Theme.selectionFill : hover.hovered ? Theme.pressWash : Theme.hoverWash
     Accessible.role: Accessible.ListItem
@@ -29,17 +32,18 @@ Rectangle {
     Accessible.onPressAction: root.chosen()
 
     CoverArt {
-        x: 12
+        id: cover
+        x: Theme.gap
         anchors.verticalCenter: parent.verticalCenter
         width: 50
-        height: 50
+        height: width
         coverKey: root.coverKey
-        radius: 25
+        radius: width / 2
         symbol: "person.fill"
     }
     PlainText {
-        x: 74
-        width: parent.width - 74 - 12
+        x: root.textLeft
+        width: root.textWidth
         height: parent.height - 17
         text: root.shownName
         font: Theme.name
@@ -47,10 +51,10 @@ Rectangle {
         Accessible.ignored: true
     }
     PlainText {
-        x: 74
+        x: root.textLeft
         y: 19
-        width: parent.width - 74 - 12
-        height: parent.height - 19
+        width: root.textWidth
+        height: parent.height - y
         text: root.summary
         font: Theme.caption
         color: Theme.tertiaryText

@@ -20,7 +20,7 @@ Row {
             required property int index
             readonly property bool isCurrent: Library.browsing.selectedPlaylistName.length === 0 && Library.browsing.mode === tab.modelData
 
-            implicitWidth: label.implicitWidth + 28
+            implicitWidth: label.implicitWidth + 2 * Theme.tabInset
             implicitHeight: 27
             text: [Strings.albums, Strings.tracks, Strings.artists][tab.index]
             Accessible.role: Accessible.PageTab

@@ -13,10 +13,14 @@ Item {
         id: outline
 
         readonly property real r: Theme.radiusMedium
+        // The line lies in the middle of its pixels.
+        readonly property real near: 0.5
+        readonly property real farX: width - near
+        readonly property real farY: height - near
 
         y: 10
         width: root.width
-        height: 57
+        height: root.implicitHeight - y - 1
         ShapePath {
             strokeWidth: 1
             strokeColor: Theme.line
@@ -24,15 +28,15 @@ Item {
             strokeStyle: ShapePath.DashLine
             dashPattern: [3, 3]
             startX: outline.r
-            startY: 0.5
-            PathLine { x: root.width - outline.r; y: 0.5 }
-            PathArc { x: root.width - 0.5; y: outline.r; radiusX: outline.r; radiusY: outline.r }
-            PathLine { x: root.width - 0.5; y: outline.height - outline.r }
-            PathArc { x: root.width - outline.r; y: outline.height - 0.5; radiusX: outline.r; radiusY: outline.r }
-            PathLine { x: outline.r; y: outline.height - 0.5 }
-            PathArc { x: 0.5; y: outline.height - outline.r; radiusX: outline.r; radiusY: outline.r }
-            PathLine { x: 0.5; y: outline.r }
-            PathArc { x: outline.r; y: 0.5; radiusX: outline.r; radiusY: outline.r }
+            startY: outline.near
+            PathLine { x: outline.width - outline.r; y: outline.near }
+            PathArc { x: outline.farX; y: outline.r; radiusX: outline.r; radiusY: outline.r }
+            PathLine { x: outline.farX; y: outline.height - outline.r }
+            PathArc { x: outline.width - outline.r; y: outline.farY; radiusX: outline.r; radiusY: outline.r }
+            PathLine { x: outline.r; y: outline.farY }
+            PathArc { x: outline.near; y: outline.height - outline.r; radiusX: outline.r; radiusY: outline.r }
+            PathLine { x: outline.near; y: outline.r }
+            PathArc { x: outline.r; y: outline.near; radiusX: outline.r; radiusY: outline.r }
         }
     }
     Column {

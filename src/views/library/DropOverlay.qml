@@ -26,18 +26,12 @@ Rectangle {
     Column {
         anchors.centerIn: parent
         spacing: 14
-        Rectangle {
+        SymbolTile {
             anchors.horizontalCenter: parent.horizontalCenter
-            width: 72
-            height: 72
-            radius: 36
-            color: Theme.withAlpha(Theme.accent, 0.14)
-            SymbolLabel {
-                anchors.centerIn: parent
-                symbol: "music.note.list"
-                size: 40
-                color: Theme.accent
-            }
+            symbol: "music.note.list"
+            side: 72
+            symbolSize: 40
+            radius: side / 2
         }
         Text {
             anchors.horizontalCenter: parent.horizontalCenter

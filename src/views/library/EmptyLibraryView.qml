@@ -9,18 +9,13 @@ Item {
         width: Math.min(parent.width - 2 * Theme.margin, 420)
         spacing: Theme.gap
 
-        Rectangle {
+        SymbolTile {
             anchors.horizontalCenter: parent.horizontalCenter
-            width: 88
-            height: 88
-            radius: 44
-            color: Theme.withAlpha(Theme.accent, 0.1)
-            SymbolLabel {
-                anchors.centerIn: parent
-                symbol: "music.note.list"
-                size: 44
-                color: Theme.accent
-            }
+            symbol: "music.note.list"
+            side: 88
+            symbolSize: 44
+            radius: side / 2
+            color: Theme.withAlpha(tint, 0.1)
         }
         Text {
             width: parent.width

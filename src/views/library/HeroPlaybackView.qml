@@ -17,10 +17,10 @@ Rectangle {
 
     AlbumArtwork {
         id: cover
-        x: 16
+        x: Theme.gapLarge
         anchors.verticalCenter: parent.verticalCenter
         width: 112
-        height: 112
+        height: width
         album: Library.player.currentArtworkAlbum
         shown: Library.player.hasCurrentArtworkAlbum
         radius: Theme.radiusMedium
@@ -57,7 +57,7 @@ Rectangle {
                 Library.browsing.jumpToAlbum(Library.player.currentTrack)
             }
         }
-        Item { width: 1; height: 8 }
+        Item { width: 1; height: Theme.gapSmall }
         Row {
             spacing: Theme.gapSmall
             visible: Library.player.hasCurrentArtworkAlbum
@@ -81,7 +81,7 @@ Rectangle {
     PlayButton {
         id: playButton
         anchors.right: parent.right
-        anchors.rightMargin: 24
+        anchors.rightMargin: Theme.margin
         anchors.verticalCenter: parent.verticalCenter
         size: 54
         symbolSize: 28

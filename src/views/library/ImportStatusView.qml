@@ -9,12 +9,12 @@ Column {
     readonly property bool runs: Library.importing.importProgress >= 0
 
     spacing: 6
-    topPadding: children.length > 0 && (message.visible || busy.visible) ? 8 : 0
+    topPadding: children.length > 0 && (message.visible || busy.visible) ? Theme.gapSmall : 0
 
     Row {
         id: message
         width: parent.width
-        spacing: 6
+        spacing: root.spacing
         visible: Library.status.lastImportMessage.length > 0
         SymbolLabel {
             id: mark
@@ -23,7 +23,7 @@ Column {
             color: Library.status.statusIsError ? Theme.warmAccent : Theme.accent
         }
         PlainText {
-            width: parent.width - mark.width - 6
+            width: parent.width - mark.width - message.spacing
             text: Library.status.lastImportMessage
             font: Theme.label
             color: Theme.secondaryText
@@ -36,7 +36,7 @@ Column {
         visible: root.runs
         width: parent.width
         height: 3
-        radius: 1.5
+        radius: height / 2
         color: Theme.groove
         Accessible.role: Accessible.ProgressBar
         Accessible.name: Strings.importMusicFolder
@@ -44,7 +44,7 @@ Column {
         Rectangle {
             width: parent.width * Math.max(0, Math.min(1, Library.importing.importProgress))
             height: parent.height
-            radius: 1.5
+            radius: parent.radius
             color: Theme.accent
         }
     }

@@ -11,7 +11,7 @@ Item {
     LibraryToolbar {
         id: toolbar
         x: Theme.margin
-        y: 8
+        y: Theme.gapSmall
         width: parent.width - 2 * Theme.margin
     }
     ImportStatusView {

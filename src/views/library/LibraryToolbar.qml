@@ -11,12 +11,20 @@ RowLayout {
         ? Library.browsing.selectedPlaylistName
         : [Strings.library, Strings.albums, Strings.artists, Strings.tracks, Strings.loved][Library.browsing.selectedSidebar]
 
+    readonly property real besideTitle: 290 // the search field at its narrowest, and the buttons
+
     spacing: 10
+
+    component ToolButton: SymbolButton {
+        corner: Theme.radiusSmall
+        fill: Theme.controlBackground
+        outline: Theme.hairline
+    }
 
     Column {
         // Where there is little room, the search field gives way first.
         Layout.fillWidth: true
-        Layout.minimumWidth: Math.min(Math.max(80, root.width - 290), Math.ceil(Math.max(title.implicitWidth, summary.implicitWidth)))
+        Layout.minimumWidth: Math.min(Math.max(80, root.width - root.besideTitle), Math.ceil(Math.max(title.implicitWidth, summary.implicitWidth)))
         spacing: 2
         PlainText {
             id: title
@@ -38,26 +46,20 @@ RowLayout {
         Layout.fillWidth: true
         Layout.minimumWidth: 120
         Layout.maximumWidth: 270
-        Layout.preferredWidth: 270
+        Layout.preferredWidth: Layout.maximumWidth
     }
-    SymbolButton {
+    ToolButton {
         symbol: "folder.badge.plus"
         tip: Strings.importMusicFolder
-        corner: Theme.radiusSmall
-        fill: Theme.controlBackground
-        outline: Theme.hairline
         onClicked: Library.importing.chooseAndImportMusic(false, true)
     }
-    SymbolButton {
+    ToolButton {
         id: wand
 
         readonly property int count: Library.tidying.maintenanceActionCount
 
         symbol: "wand.and.sparkles"
         tip: wand.count < 1 ? Strings.libraryMaintenance : Strings.sentences.maintenanceBadge(wand.count)
-        corner: Theme.radiusSmall
-        fill: Theme.controlBackground
-        outline: Theme.hairline
         onClicked: Library.views.showMaintenance = true
 
         CountBadge {
@@ -70,12 +72,9 @@ RowLayout {
             textColor: Theme.onAccent
         }
     }
-    SymbolButton {
+    ToolButton {
         symbol: "sidebar.right"
         tip: Strings.toggleNowPlayingPanel
-        corner: Theme.radiusSmall
-        fill: Theme.controlBackground
-        outline: Theme.hairline
         symbolColor: Library.views.showNowPlayingPanel ? Theme.accent : Theme.secondaryText
         Accessible.checkable: true
         Accessible.checked: Library.views.showNowPlayingPanel

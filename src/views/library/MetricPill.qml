@@ -8,8 +8,9 @@ Rectangle {
 
     required property string caption
     required property string value
+    readonly property real inset: 13
 
-    implicitWidth: Math.max(captionText.implicitWidth, valueText.implicitWidth) + 26
+    implicitWidth: Math.max(captionText.implicitWidth, valueText.implicitWidth) + 2 * root.inset
     implicitHeight: 43
     radius: Theme.radiusMedium
     color: Theme.hoverWash
@@ -17,7 +18,7 @@ Rectangle {
     Accessible.name: root.caption + ": " + root.value
 
     Column {
-        x: 13
+        x: root.inset
         anchors.verticalCenter: parent.verticalCenter
         spacing: 1
         Text {

@@ -18,7 +18,7 @@ EntryField {
         root.forceActiveFocus(Qt.ShortcutFocusReason)
         root.selectAll()
     }
-    // Esc empties the field first, then leaves it, to no button, which Space would press.
+    // Esc empties the field first, then leaves it. No button gets the focus: Space would press it.
     Keys.onEscapePressed: {
         if (root.text.length > 0)
             Library.browsing.searchText = ""
@@ -31,14 +31,14 @@ EntryField {
         restoreMode: Binding.RestoreNone
     }
     SymbolLabel {
-        x: 10
+        x: Theme.rowInset
         anchors.verticalCenter: parent.verticalCenter
         symbol: "magnifyingglass"
         size: 18
     }
     SymbolButton {
         anchors.right: parent.right
-        anchors.rightMargin: 4
+        anchors.rightMargin: Theme.gapTiny
         anchors.verticalCenter: parent.verticalCenter
         visible: Library.browsing.searchText.length > 0
         symbol: "xmark.circle.fill"

@@ -10,7 +10,7 @@ Item {
 
     Text {
         id: label
-        x: 10
+        x: Theme.rowInset
         anchors.verticalCenter: parent.verticalCenter
         font: Theme.captionStrong
         color: Theme.tertiaryText

@@ -20,8 +20,9 @@ PressableBase {
 
     contentItem: Item {
         SymbolLabel {
-            x: 10
-            width: 18
+            id: mark
+            x: Theme.rowInset
+            width: size
             anchors.verticalCenter: parent.verticalCenter
             symbol: root.symbol
             size: 18
@@ -29,8 +30,8 @@ PressableBase {
         }
         PlainText {
             id: label
-            x: 38
-            width: parent.width - 38 - (count.visible ? count.width + 16 : 10)
+            x: mark.x + mark.width + Theme.rowInset
+            width: parent.width - x - (count.visible ? count.width + Theme.gapLarge : Theme.rowInset)
             height: parent.height
             text: root.text
             font: Theme.body
@@ -40,7 +41,7 @@ PressableBase {
         CountBadge {
             id: count
             anchors.right: parent.right
-            anchors.rightMargin: 10
+            anchors.rightMargin: Theme.rowInset
             anchors.verticalCenter: parent.verticalCenter
             text: root.badge
         }

@@ -8,18 +8,20 @@ import Halvane
 Rectangle {
     id: root
 
+    readonly property real gap: 14 // between its parts
+
     color: Theme.sidebarVeil
 
     AppIdentityView {
         id: identity
         x: 18
-        y: 14
-        width: parent.width - 30
+        y: root.gap
+        width: parent.width - x - Theme.gap
     }
     Flickable {
         id: scroll
         anchors.top: identity.bottom
-        anchors.topMargin: 14
+        anchors.topMargin: root.gap
         anchors.bottom: parent.bottom
         width: parent.width
         contentHeight: sections.height + Theme.gapLarge
@@ -30,9 +32,9 @@ Rectangle {
 
         Column {
             id: sections
-            x: 12
-            width: parent.width - 24
-            spacing: 14
+            x: Theme.gap
+            width: parent.width - 2 * x
+            spacing: root.gap
 
             Column {
                 width: parent.width

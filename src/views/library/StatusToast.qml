@@ -9,7 +9,7 @@ Rectangle {
     required property string text
     required property bool isError
 
-    implicitHeight: words.implicitHeight + 20
+    implicitHeight: words.implicitHeight + 2 * Theme.rowInset
     radius: Theme.radiusMedium
     color: Theme.panelRaised
     border.color: Theme.line
@@ -20,7 +20,7 @@ Rectangle {
     }
 
     SymbolLabel {
-        x: 12
+        x: Theme.gap
         anchors.verticalCenter: parent.verticalCenter
         symbol: root.isError ? "exclamationmark.triangle.fill" : "info.circle.fill"
         size: 17
@@ -29,7 +29,7 @@ Rectangle {
     Text {
         id: words
         x: 38
-        width: parent.width - 50
+        width: parent.width - x - Theme.gap
         anchors.verticalCenter: parent.verticalCenter
         text: root.text
         Accessible.role: Accessible.AlertMessage

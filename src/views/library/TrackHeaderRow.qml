@@ -7,7 +7,7 @@ import Halvane
 Item {
     id: root
 
-    readonly property var columns: Theme.trackColumns(root.width)
+    required property TrackColumns columns
 
     implicitHeight: 30
 
@@ -20,7 +20,7 @@ Item {
     }
 
     Label {
-        x: 40
+        x: root.columns.title
         text: Strings.title
     }
     Label {
@@ -34,7 +34,7 @@ Item {
         text: Strings.quality
     }
     Label {
-        x: root.width - 10 - width
+        x: root.width - Theme.rowInset - width
         text: Strings.time
     }
 }

@@ -18,7 +18,7 @@ Rectangle {
     required property int rating
     required property int availability
     required property bool isPlaying
-    required property var columns
+    required property TrackColumns columns
     property bool hasKeyboard
     readonly property bool isAvailable: root.availability === Availability.Available
     readonly property color textColor: !root.isAvailable ? Theme.withAlpha(Theme.tertiaryText, 0.66)
@@ -39,7 +39,7 @@ Rectangle {
     radius: Theme.radiusSmall
     color: root.isPlaying ? Theme.playingFill : hover.hovered ? Theme.hoverWash : "transparent"
     Accessible.role: Accessible.ListItem
-    Accessible.name: root.artist.length > 0 ? root.title + ", " + root.artist : root.title
+    Accessible.name: Spoken.titled(root.title, root.artist)
     Accessible.description: root.hint
     Accessible.focusable: true
     Accessible.focused: root.hasKeyboard
@@ -48,7 +48,7 @@ Rectangle {
     Accessible.onPressAction: root.play()
 
     SymbolLabel {
-        x: 10
+        x: Theme.rowInset
         width: 20
         height: parent.height
         size: 19
@@ -66,15 +66,16 @@ Rectangle {
     }
     PlainText {
         id: titleText
-        x: 40
-        width: root.columns.titleEnd - 40 - (root.isLoved ? 34 : 12)
+        x: root.columns.title
+        width: root.columns.album - x - Theme.gap - (root.isLoved ? Theme.gapSmall + heart.size : 0)
         height: parent.height
         text: root.title
         color: root.textColor
         Accessible.ignored: true
     }
     SymbolLabel {
-        x: root.isLoved ? titleText.x + Math.min(titleText.contentWidth, titleText.width) + 8 : 0
+        id: heart
+        x: root.isLoved ? titleText.x + Math.min(titleText.contentWidth, titleText.width) + Theme.gapSmall : 0
         height: parent.height
         visible: root.isLoved
         symbol: "heart.fill"
@@ -84,7 +85,7 @@ Rectangle {
     PlainText {
         visible: root.columns.showsAlbum
         x: root.columns.album
-        width: 190
+        width: root.columns.albumWidth - Theme.rowInset
         height: parent.height
         text: root.album
         color: root.isAvailable ? Theme.primaryText : root.textColor
@@ -93,7 +94,7 @@ Rectangle {
     PlainText {
         visible: root.columns.showsQuality
         x: root.columns.quality
-        width: 142
+        width: root.columns.qualityWidth - Theme.gapSmall
         height: parent.height
         text: root.quality
         font: Theme.label
@@ -102,7 +103,7 @@ Rectangle {
     }
     TabularText {
         anchors.right: parent.right
-        anchors.rightMargin: 10
+        anchors.rightMargin: Theme.rowInset
         anchors.verticalCenter: parent.verticalCenter
         text: root.duration
         font: Theme.row

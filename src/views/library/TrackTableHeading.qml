@@ -12,7 +12,7 @@ Item {
     implicitHeight: 34
 
     Row {
-        x: 10
+        x: Theme.rowInset
         anchors.verticalCenter: parent.verticalCenter
         spacing: Theme.gapLarge
         Text {
@@ -33,7 +33,7 @@ Item {
     }
     Row {
         anchors.right: parent.right
-        anchors.rightMargin: 10
+        anchors.rightMargin: Theme.rowInset
         anchors.verticalCenter: parent.verticalCenter
         spacing: Theme.gapSmall
         PillButton {
@@ -51,7 +51,7 @@ Item {
             visible: root.isNarrowed && Library.browsing.hasFocusedAlbum
             symbol: "play.fill"
             tip: Strings.playAlbum
-            size: 28
+            size: Theme.controlHeight
             symbolSize: 18
             fill: Theme.accent
             symbolColor: Theme.onAccent

@@ -11,7 +11,7 @@ ListView {
     // Beneath a grid, showing one album's or artist's tracks only.
     property bool isNarrowed
     readonly property real available: width - 2 * Theme.margin
-    readonly property var columns: Theme.trackColumns(available)
+    readonly property TrackColumns columns: TrackColumns { width: root.available }
 
     function reveal(): void {
         const row = cursor.rowWith("path", Library.player.currentTrack.path)
@@ -61,6 +61,7 @@ ListView {
         }
         TrackHeaderRow {
             width: parent.width
+            columns: root.columns
             visible: root.count > 0
         }
         NoResults {
@@ -113,7 +114,7 @@ ListView {
         onMenuAsked: row => {
             const item = root.itemAtIndex(row) as TrackRow
             if (item)
-                menu.openFor(item, 40, item.height)
+                menu.openFor(item, root.columns.title, item.height)
         }
     }
     TrackMenu {

@@ -10,7 +10,6 @@ Popover {
 
     name: Strings.equalizer
     width: 470
-    padding: 16
 
     contentItem: ColumnLayout {
         spacing: 14
@@ -29,7 +28,7 @@ Popover {
                 color: Theme.primaryText
                 Accessible.ignored: true
             }
-            EQPresetMenu { Layout.preferredWidth: 140 }
+            EQPresetMenu {}
         }
         Row {
             Layout.alignment: Qt.AlignHCenter

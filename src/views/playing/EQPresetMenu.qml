@@ -20,17 +20,19 @@ PressableBase {
         { id: "acoustic", name: Strings.presetAcoustic }
     ]
 
+    readonly property real arrowRoom: 26
+
     implicitWidth: 140
     implicitHeight: Theme.controlHeight
     text: Library.equalizer.presetMenuTitle
     Accessible.role: Accessible.ComboBox
     Accessible.name: Strings.equalizer + ": " + Library.equalizer.presetMenuTitle
-    onClicked: menu.popup(root, 0, root.height + 4)
+    onClicked: menu.popup(root, 0, root.height + Theme.gapTiny)
 
     contentItem: Item {
         Text {
-            x: 10
-            width: parent.width - 36
+            x: Theme.rowInset
+            width: parent.width - x - root.arrowRoom
             anchors.verticalCenter: parent.verticalCenter
             text: root.text
             font: Theme.labelStrong
@@ -41,7 +43,7 @@ PressableBase {
         }
         SymbolLabel {
             anchors.right: parent.right
-            anchors.rightMargin: 8
+            anchors.rightMargin: Theme.gapSmall
             anchors.verticalCenter: parent.verticalCenter
             symbol: "chevron.up.chevron.down"
             size: 14

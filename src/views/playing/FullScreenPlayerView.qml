@@ -12,9 +12,11 @@ FocusScope {
     readonly property real magnification: Math.max(1, Math.min(width / 1360, height / 960, 1.75))
     readonly property real below: controls.height * magnification
     readonly property real ringShare: 1.32
-    readonly property real vinylSize: Math.round(Math.max(120, Math.min((height - below - 104 * magnification) / ringShare, width * 0.64, 1200)))
+    readonly property real around: 104 // the least that is left free above and below, before it is magnified
+    readonly property real vinylSize: Math.round(Math.max(120, Math.min((height - below - around * magnification) / ringShare, width * 0.64, 1200)))
     readonly property real spare: height - below - vinylSize * ringShare
     readonly property real gap: Math.min(spare * 0.22, 64 * magnification)
+    readonly property real sideMargin: 40
     readonly property bool isShown: visible && Window.window !== null && Window.window.visible
                                     && Window.window.visibility !== Window.Minimized
 
@@ -28,7 +30,7 @@ FocusScope {
     Accessible.name: Strings.fullScreenPlayer
 
     // One clock for everything that moves here, so that it costs one redraw a tick. The light alone
-    // moves too slowly to need every one.
+    // moves too slowly to need every tick.
     RedrawClock {
         objectName: "redrawClock"
         running: root.isShown
@@ -46,7 +48,7 @@ FocusScope {
 
     SymbolButton {
         x: 20
-        y: 20
+        y: x
         symbol: "xmark"
         tip: Strings.backToMainWindow
         size: 30
@@ -67,21 +69,21 @@ FocusScope {
         id: controls
         anchors.horizontalCenter: parent.horizontalCenter
         y: Math.round(vinyl.y + vinyl.height + root.gap)
-        width: Math.min((root.width - 80) / root.magnification, 720)
+        width: Math.min((root.width - 2 * root.sideMargin) / root.magnification, 720)
         transformOrigin: Item.Top
         scale: root.magnification
         spacing: 6
 
         Rectangle {
             anchors.horizontalCenter: parent.horizontalCenter
-            width: signal.implicitWidth + 24
+            width: signal.implicitWidth + height
             height: 24
-            radius: 12
+            radius: height / 2
             color: Theme.badgeFillStrong
             Row {
                 id: signal
                 anchors.centerIn: parent
-                spacing: 6
+                spacing: controls.spacing
                 SymbolLabel {
                     anchors.verticalCenter: parent.verticalCenter
                     symbol: "waveform.path.ecg"
@@ -140,9 +142,10 @@ FocusScope {
         }
         Row {
             anchors.horizontalCenter: parent.horizontalCenter
-            topPadding: 4
-            spacing: 12
+            topPadding: Theme.gapTiny
+            spacing: Theme.gap
             SymbolLabel {
+                id: quiet
                 anchors.verticalCenter: parent.verticalCenter
                 symbol: "speaker.fill"
                 size: 18
@@ -157,7 +160,7 @@ FocusScope {
             SymbolLabel {
                 anchors.verticalCenter: parent.verticalCenter
                 symbol: "speaker.wave.3.fill"
-                size: 18
+                size: quiet.size
             }
         }
     }

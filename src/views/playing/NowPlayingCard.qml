@@ -6,14 +6,16 @@ import Halvane
 Card {
     id: root
 
-    implicitHeight: 122
+    readonly property real inset: 13
+
+    implicitHeight: cover.height + 2 * root.inset
 
     AlbumArtwork {
         id: cover
-        x: 13
+        x: root.inset
         anchors.verticalCenter: parent.verticalCenter
         width: 96
-        height: 96
+        height: width
         album: Library.player.currentArtworkAlbum
         shown: Library.player.hasCurrentArtworkAlbum
         radius: Theme.radiusMedium
@@ -22,7 +24,7 @@ Card {
         anchors.left: cover.right
         anchors.leftMargin: 14
         anchors.right: parent.right
-        anchors.rightMargin: 12
+        anchors.rightMargin: Theme.gap
         anchors.verticalCenter: parent.verticalCenter
         spacing: 3
         PlainText {
@@ -36,7 +38,7 @@ Card {
             font: Theme.label
             color: Theme.secondaryText
         }
-        Item { width: 1; height: 4 }
+        Item { width: 1; height: Theme.gapTiny }
         PlainText {
             width: parent.width
             text: Library.player.queueSourceText

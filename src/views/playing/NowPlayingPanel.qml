@@ -22,14 +22,14 @@ Rectangle {
         id: card
         anchors.top: heading.bottom
         anchors.topMargin: 9
-        x: 16
-        width: parent.width - 32
+        x: Theme.gapLarge
+        width: parent.width - 2 * x
     }
     Text {
         id: nextHeading
         anchors.top: card.bottom
         anchors.topMargin: 18
-        x: 18
+        x: heading.x
         text: Strings.playlist
         font: Theme.name
         color: Theme.primaryText
@@ -44,9 +44,9 @@ Rectangle {
     }
     StatusToast {
         anchors.bottom: parent.bottom
-        anchors.bottomMargin: 12
-        x: 16
-        width: parent.width - 32
+        anchors.bottomMargin: Theme.gap
+        x: Theme.gapLarge
+        width: parent.width - 2 * x
         text: Library.status.lastImportMessage
         isError: Library.status.statusIsError
     }

@@ -7,7 +7,10 @@ import Halvane
 PressableBase {
     id: root
 
-    implicitWidth: Math.max(deviceName.implicitWidth + 44, path.implicitWidth)
+    readonly property real arrowRoom: 20
+    readonly property real lineTop: 3 // of the first line
+
+    implicitWidth: Math.max(deviceName.x + deviceName.implicitWidth + Theme.gapTiny + root.arrowRoom, path.implicitWidth)
     implicitHeight: 40
     text: Library.output.outputDeviceName
     tip: Strings.output
@@ -15,21 +18,21 @@ PressableBase {
     Accessible.description: Library.signalPath.signalPathDescription
     onClicked: {
         const devices = menu.made() as ContextMenu
-        devices.popup(root, 0, -devices.implicitHeight - 8)
+        devices.popup(root, 0, -devices.implicitHeight - Theme.gapSmall)
     }
 
     contentItem: Item {
         SymbolLabel {
             id: speaker
-            y: 3
+            y: root.lineTop
             symbol: "hifispeaker.fill"
             size: 16
         }
         Text {
             id: deviceName
             x: 20
-            y: 3
-            width: Math.min(implicitWidth, parent.width - 40)
+            y: root.lineTop
+            width: Math.min(implicitWidth, parent.width - x - root.arrowRoom)
             height: 17
             verticalAlignment: Text.AlignVCenter
             text: Library.output.outputDeviceName
@@ -41,8 +44,8 @@ PressableBase {
         }
         SymbolLabel {
             anchors.left: deviceName.right
-            anchors.leftMargin: 4
-            y: 4
+            anchors.leftMargin: Theme.gapTiny
+            y: root.lineTop + 1
             symbol: "chevron.down"
             size: 15
         }
@@ -61,7 +64,7 @@ PressableBase {
     background: Item {
         Rectangle {
             anchors.fill: parent
-            anchors.margins: -4
+            anchors.margins: -Theme.gapTiny
             radius: Theme.radiusSmall
             color: Theme.hoverWash
             visible: root.hovered

@@ -11,14 +11,18 @@ Rectangle {
     implicitHeight: Theme.playerBarHeight
     color: Theme.playerBarVeil
 
+    component SizeButton: TransportButton {
+        symbolSize: 18
+    }
+
     RowLayout {
         anchors.fill: parent
         anchors.leftMargin: 18
-        anchors.rightMargin: 18
+        anchors.rightMargin: anchors.leftMargin
         spacing: 20
 
         PlayerBarTrack {
-            Layout.preferredWidth: 270
+            Layout.preferredWidth: Layout.maximumWidth
             Layout.minimumWidth: 150
             Layout.fillWidth: true
             Layout.maximumWidth: 270
@@ -32,7 +36,7 @@ Rectangle {
             Layout.fillWidth: true
             Layout.minimumWidth: 240
             Layout.maximumWidth: 440
-            Layout.preferredWidth: 440
+            Layout.preferredWidth: Layout.maximumWidth
             spacing: 2
             TransportRow { Layout.alignment: Qt.AlignHCenter }
             ProgressLine { Layout.fillWidth: true }
@@ -42,7 +46,7 @@ Rectangle {
             Layout.preferredWidth: 0
         }
         SpectrumStrip {
-            Layout.preferredWidth: 116
+            Layout.preferredWidth: Layout.maximumWidth
             Layout.minimumWidth: 40
             Layout.fillWidth: true
             Layout.maximumWidth: 116
@@ -91,20 +95,18 @@ Rectangle {
                     EQPopover {
                         parent: eqButton
                         x: eqButton.width - width + 60
-                        y: -height - 16
+                        y: -height - Theme.gapLarge
                     }
                 }
             }
-            TransportButton {
+            SizeButton {
                 symbol: "arrow.up.left.and.arrow.down.right"
                 tip: Strings.fullScreenPlayer
-                symbolSize: 18
                 onClicked: Library.views.showFullPlayer = true
             }
-            TransportButton {
+            SizeButton {
                 symbol: "arrow.down.right.and.arrow.up.left"
                 tip: Strings.miniPlayer
-                symbolSize: 18
                 onClicked: App.toggleMiniPlayer()
             }
         }

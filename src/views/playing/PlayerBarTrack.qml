@@ -10,7 +10,7 @@ Item {
         id: cover
         anchors.verticalCenter: parent.verticalCenter
         width: 52
-        height: 52
+        height: width
         enabled: Library.player.hasCurrentTrack
         tip: Strings.viewAlbum
         onClicked: {
@@ -29,7 +29,7 @@ Item {
     }
     Column {
         anchors.left: cover.right
-        anchors.leftMargin: 12
+        anchors.leftMargin: Theme.gap
         anchors.right: heart.left
         anchors.rightMargin: Theme.gapSmall
         anchors.verticalCenter: parent.verticalCenter

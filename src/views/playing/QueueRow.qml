@@ -18,6 +18,9 @@ Rectangle {
     property bool hasKeyboard
     property bool isDragged
     readonly property bool isAvailable: root.availability === Availability.Available
+    readonly property real inset: Theme.gapSmall
+    readonly property real textLeft: cover.x + cover.width + Theme.rowInset
+    readonly property real textWidth: width - textLeft - Theme.gapLarge - mark.width - inset
 
     signal pressed
     signal menuAsked(real x, real y)
@@ -36,7 +39,7 @@ Rectangle {
     border.width: root.isDragged ? 1 : 0
     border.color: Theme.accent
     Accessible.role: Accessible.ListItem
-    Accessible.name: root.artist.length > 0 ? root.title + ", " + root.artist : root.title
+    Accessible.name: Spoken.titled(root.title, root.artist)
     Accessible.description: root.isAvailable ? Strings.playThisTrack
                           : root.availability === Availability.InCloud ? Strings.cloudFileHint : Strings.unavailableFile
     Accessible.focusable: true
@@ -47,36 +50,37 @@ Rectangle {
 
     CoverArt {
         id: cover
-        x: 8
+        x: root.inset
         anchors.verticalCenter: parent.verticalCenter
         width: 32
-        height: 32
+        height: width
         coverKey: root.coverKey
         radius: Math.min(5, Theme.radiusSmall)
         opacity: root.isAvailable ? 1 : 0.45
     }
     PlainText {
-        x: 50
+        x: root.textLeft
         y: 6
-        width: parent.width - 50 - 40
+        width: root.textWidth
         text: root.title
         font: Theme.name
         color: !root.isAvailable ? Theme.withAlpha(Theme.tertiaryText, 0.8) : root.isCurrent ? Theme.accent : Theme.primaryText
         Accessible.ignored: true
     }
     PlainText {
-        x: 50
+        x: root.textLeft
         y: 24
-        width: parent.width - 50 - 40
+        width: root.textWidth
         text: root.artist
         font: Theme.caption
         color: root.isAvailable ? Theme.tertiaryText : Theme.withAlpha(Theme.tertiaryText, 0.6)
         Accessible.ignored: true
     }
     SymbolLabel {
+        id: mark
         anchors.right: parent.right
-        anchors.rightMargin: 8
-        width: 16
+        anchors.rightMargin: root.inset
+        width: size
         height: parent.height
         visible: root.isCurrent || !root.isAvailable
         symbol: root.availability === Availability.InCloud ? "icloud.and.arrow.down"

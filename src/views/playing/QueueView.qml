@@ -10,9 +10,11 @@ ListView {
     property var draggedItemID: undefined
     property real dragY: 0 // in the view
     readonly property bool isDragging: draggedItemID !== undefined
+    readonly property real rowLeft: Theme.gapLarge
+    readonly property real rowWidth: width - 2 * rowLeft
 
-    // Moves the dragged entry to the row under the pointer: to the place, as the rows themselves may
-    // still be on their way.
+    // Moves the dragged entry to the place under the pointer. The rows themselves may still be on
+    // their way.
     function dragOver(): void {
         const y = Math.max(0, Math.min(root.height - 1, root.dragY)) + root.contentY - root.originY
         const row = Math.min(Math.floor(y / Theme.queueRowHeight), root.count - 1)
@@ -68,12 +70,12 @@ ListView {
     }
     // qmllint disable unqualified
     footer: DropHintRow {
-        x: 16
-        width: root.width - 32
+        x: root.rowLeft
+        width: root.rowWidth
     }
     delegate: QueueRow {
-        x: 16
-        width: root.width - 32
+        x: root.rowLeft
+        width: root.rowWidth
         hasKeyboard: root.activeFocus && index === cursor.index
         isDragged: root.draggedItemID === entryId
         onPressed: {

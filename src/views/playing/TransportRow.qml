@@ -11,7 +11,7 @@ Row {
     property real sideSymbolSize: 24
     property real modeSymbolSize: 19
 
-    spacing: 12
+    spacing: Theme.gap
 
     TransportButton {
         anchors.verticalCenter: parent.verticalCenter

@@ -47,7 +47,7 @@ Column {
             y: slider.topPadding
             width: 4
             height: slider.availableHeight
-            radius: 2
+            radius: width / 2
             color: Theme.groove
 
             // From the middle to the handle.
@@ -57,20 +57,21 @@ Column {
                 y: Math.min(middle, here)
                 width: parent.width
                 height: Math.abs(middle - here)
-                radius: 2
+                radius: width / 2
                 color: Theme.accent
                 opacity: Library.equalizer.eqEnabled ? 1 : 0.4
             }
         }
         handle: Rectangle {
+            id: knob
             x: (slider.width - width) / 2
             y: slider.topPadding + slider.visualPosition * (slider.availableHeight - height)
             width: 14
-            height: 14
-            radius: 7
+            height: width
+            radius: width / 2
             color: Theme.disc
             opacity: Library.equalizer.eqEnabled ? 1 : 0.7
-            FocusRing { shown: slider.visualFocus; corner: 7 }
+            FocusRing { shown: slider.visualFocus; corner: knob.radius }
         }
     }
     Text {

@@ -9,6 +9,8 @@ Popover {
 
     readonly property bool isClean: cloud.count === 0 && missing.count === 0 && duplicates.count === 0
 
+    readonly property real beside: 120 // the window's height that the lists leave free
+
     name: Strings.libraryMaintenance
     anchors.centerIn: parent
     width: 470
@@ -52,9 +54,9 @@ Popover {
             Column {
                 visible: root.isClean
                 width: parent.width
-                topPadding: 24
+                topPadding: Theme.margin
                 bottomPadding: 30
-                spacing: 12
+                spacing: Theme.gap
                 SymbolLabel {
                     anchors.horizontalCenter: parent.horizontalCenter
                     symbol: "checkmark.seal.fill"
@@ -76,7 +78,7 @@ Popover {
                 id: scroll
                 visible: !root.isClean
                 width: parent.width
-                height: Math.min(380, sections.height, (root.parent ? root.parent.height : 600) - 120)
+                height: Math.min(380, sections.height, root.parent ? root.parent.height - root.beside : Infinity)
                 contentHeight: sections.height
                 boundsBehavior: Flickable.StopAtBounds
                 interactive: false

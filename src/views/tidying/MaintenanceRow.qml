@@ -11,23 +11,26 @@ Item {
     required property string path
     property bool canRemove
     property bool hasKeyboard
+    readonly property real symbolSize: 15
+    readonly property real textLeft: 22
+    readonly property real buttonRoom: 28
 
     signal removed
 
-    implicitHeight: 22
+    implicitHeight: Theme.tidyingRowHeight
     Accessible.role: Accessible.ListItem
-    Accessible.name: root.title + ", " + root.artist
+    Accessible.name: Spoken.titled(root.title, root.artist)
 
     SymbolLabel {
         width: 14
         height: parent.height
         symbol: "music.note"
-        size: 15
+        size: root.symbolSize
     }
     PlainText {
         id: name
-        x: 22
-        width: Math.min(implicitWidth, (parent.width - 22 - 28) * 0.62)
+        x: root.textLeft
+        width: Math.min(implicitWidth, (parent.width - x - root.buttonRoom) * 0.62)
         height: parent.height
         text: root.title
         font: Theme.label
@@ -35,9 +38,9 @@ Item {
     }
     PlainText {
         anchors.left: name.right
-        anchors.leftMargin: 8
+        anchors.leftMargin: Theme.gapSmall
         anchors.right: parent.right
-        anchors.rightMargin: 28
+        anchors.rightMargin: root.buttonRoom
         height: parent.height
         text: root.artist
         font: Theme.label
@@ -49,8 +52,8 @@ Item {
         visible: root.canRemove
         symbol: "xmark.circle.fill"
         tip: Strings.removeFromLibrary
-        size: 22
-        symbolSize: 15
+        size: root.height
+        symbolSize: root.symbolSize
         onClicked: root.removed()
     }
     FocusRing {

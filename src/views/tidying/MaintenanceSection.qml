@@ -16,6 +16,9 @@ Item {
     property bool canRemoveOne
     property bool isBusy
     readonly property int count: rows.count
+    readonly property real besideTop: Theme.gapTiny // of the symbol and the button, which are beside two lines
+    readonly property real textLeft: tile.width + Theme.gap
+    readonly property int rowsInSight: 8
 
     signal acted
     signal removedOne(string path)
@@ -38,29 +41,26 @@ Item {
         idRole: "path"
         textRole: "title"
     }
-    Rectangle {
-        y: 4
-        width: 34
-        height: 34
-        radius: Theme.radiusSmall
+    SymbolTile {
+        id: tile
+        y: root.besideTop
+        symbol: root.symbol
+        side: 34
+        symbolSize: 20
+        tint: root.tint
         color: Theme.withAlpha(root.tint, 0.16)
-        SymbolLabel {
-            anchors.centerIn: parent
-            symbol: root.symbol
-            size: 20
-            color: root.tint
-        }
     }
     Column {
         id: heading
-        x: 46
-        width: action.x - 46 - Theme.gap
+        x: root.textLeft
+        width: action.x - x - Theme.gap
         spacing: 2
         Row {
+            id: titleLine
             width: parent.width
             spacing: 6
             PlainText {
-                width: Math.min(implicitWidth, parent.width - number.width - 6)
+                width: Math.min(implicitWidth, parent.width - number.width - titleLine.spacing)
                 text: root.title
                 font: Theme.name
                 Accessible.role: Accessible.Heading
@@ -87,7 +87,7 @@ Item {
     PillButton {
         id: action
         anchors.right: parent.right
-        y: 4
+        y: root.besideTop
         text: root.actionText
         enabled: !root.isBusy
         onClicked: root.acted()
@@ -95,10 +95,10 @@ Item {
     // Only the rows in sight are made, however many tracks have the problem.
     ListView {
         id: rows
-        x: 46
-        y: Math.max(heading.height, 40) + 6
-        width: parent.width - 46
-        height: Math.min(count * 22, 176)
+        x: root.textLeft
+        y: Math.max(heading.height, 40) + titleLine.spacing
+        width: parent.width - x
+        height: Math.min(count, root.rowsInSight) * Theme.tidyingRowHeight
         model: root.model
         reuseItems: true
         clip: true

@@ -4,20 +4,14 @@ import Halvane
 
 // The product's name and version.
 Row {
-    spacing: 12
+    spacing: Theme.gap
 
-    Rectangle {
-        width: 38
-        height: 38
+    SymbolTile {
         y: 5
+        symbol: "waveform"
+        side: 38
+        symbolSize: 20
         radius: Theme.radiusMedium
-        color: Theme.selectionFill
-        SymbolLabel {
-            anchors.centerIn: parent
-            symbol: "waveform"
-            size: 20
-            color: Theme.accent
-        }
     }
     Column {
         spacing: 2

@@ -9,8 +9,8 @@ import Halvane
 Item {
     id: root
 
-    // Never changes, so it is painted once, small, and then only shown: with the second picture, since
-    // it is hardly seen and the first would wait for a shader of its own.
+    // The light never changes, so it is painted once. It comes with the second picture: it is
+    // hardly seen, and the first would wait for its shader.
     Deferred {
         id: later
         Shape {

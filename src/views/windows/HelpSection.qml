@@ -13,23 +13,12 @@ Item {
     width: parent ? parent.width : 0
     implicitHeight: words.height
 
-    Rectangle {
-        width: 30
-        height: 30
-        radius: Theme.radiusSmall
-        color: Theme.selectionFill
-        SymbolLabel {
-            anchors.centerIn: parent
-            symbol: root.symbol
-            size: 18
-            color: Theme.accent
-        }
-    }
+    HelpSymbol { symbol: root.symbol }
     Column {
         id: words
-        x: 44
-        width: parent.width - 44
-        spacing: 4
+        x: Theme.helpIndent
+        width: parent.width - x
+        spacing: Theme.gapTiny
         Text {
             width: parent.width
             text: root.title

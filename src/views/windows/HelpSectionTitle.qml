@@ -9,23 +9,15 @@ Item {
     required property string symbol
     required property string title
 
-    implicitHeight: 34
+    implicitHeight: tile.height + Theme.gapTiny
 
-    Rectangle {
-        width: 30
-        height: 30
-        radius: Theme.radiusSmall
-        color: Theme.selectionFill
-        SymbolLabel {
-            anchors.centerIn: parent
-            symbol: root.symbol
-            size: 18
-            color: Theme.accent
-        }
+    HelpSymbol {
+        id: tile
+        symbol: root.symbol
     }
     Text {
-        x: 44
-        height: 30
+        x: Theme.helpIndent
+        height: tile.height
         verticalAlignment: Text.AlignVCenter
         text: root.title
         font: Theme.name

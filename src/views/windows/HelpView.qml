@@ -7,6 +7,8 @@ import Halvane
 FocusScope {
     id: root
 
+    readonly property real keyStep: 40 // by which an arrow key scrolls
+
     implicitWidth: 480
     implicitHeight: 560
     focus: true
@@ -23,7 +25,7 @@ FocusScope {
         anchors.top: heading.bottom
         anchors.bottom: parent.bottom
         width: parent.width
-        contentHeight: sections.height + 24
+        contentHeight: sections.height + Theme.margin
         boundsBehavior: Flickable.StopAtBounds
         interactive: false
         clip: true
@@ -31,8 +33,8 @@ FocusScope {
         activeFocusOnTab: true
         Accessible.role: Accessible.Document
         Accessible.name: Strings.helpTitle
-        Keys.onUpPressed: wheel.scrollTo(contentY - 40)
-        Keys.onDownPressed: wheel.scrollTo(contentY + 40)
+        Keys.onUpPressed: wheel.scrollTo(contentY - root.keyStep)
+        Keys.onDownPressed: wheel.scrollTo(contentY + root.keyStep)
         Keys.onPressed: event => {
             event.accepted = true
             if (event.key === Qt.Key_PageDown)
@@ -51,7 +53,7 @@ FocusScope {
         Column {
             id: sections
             x: 20
-            width: parent.width - 40
+            width: parent.width - 2 * x
             spacing: 18
 
             HelpSection {

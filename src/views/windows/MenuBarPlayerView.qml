@@ -6,6 +6,8 @@ import Halvane
 FocusScope {
     id: root
 
+    readonly property real inset: 15
+
     implicitWidth: 280
     implicitHeight: 118
     focus: true
@@ -23,19 +25,19 @@ FocusScope {
     }
     AlbumArtwork {
         id: cover
-        x: 15
-        y: 15
+        x: root.inset
+        y: root.inset
         width: 44
-        height: 44
+        height: width
         album: Library.player.currentArtworkAlbum
         shown: Library.player.hasCurrentArtworkAlbum
         radius: Theme.radiusSmall
     }
     Column {
         anchors.left: cover.right
-        anchors.leftMargin: 12
+        anchors.leftMargin: Theme.gap
         anchors.right: parent.right
-        anchors.rightMargin: 15
+        anchors.rightMargin: root.inset
         anchors.verticalCenter: cover.verticalCenter
         spacing: 2
         PlainText {
@@ -52,18 +54,19 @@ FocusScope {
         }
     }
     CompactTransportRow {
-        x: 15
+        id: transport
+        x: root.inset
         anchors.bottom: parent.bottom
-        anchors.bottomMargin: 15
+        anchors.bottomMargin: root.inset
     }
     SymbolButton {
         anchors.right: parent.right
-        anchors.rightMargin: 15
+        anchors.rightMargin: root.inset
         anchors.bottom: parent.bottom
-        anchors.bottomMargin: 15
+        anchors.bottomMargin: root.inset
         symbol: "macwindow"
         tip: Strings.backToMainWindow
-        size: 32
+        size: transport.buttonSize
         symbolSize: 18
         fill: Theme.hoverWash
         onClicked: {

@@ -7,6 +7,9 @@ import Halvane
 FocusScope {
     id: root
 
+    readonly property real inset: 15
+    readonly property real textLeft: cover.x + cover.width + 14
+
     implicitWidth: 480
     implicitHeight: 86
     focus: true
@@ -21,18 +24,18 @@ FocusScope {
 
     AlbumArtwork {
         id: cover
-        x: 15
-        y: 15
+        x: root.inset
+        y: root.inset
         width: 56
-        height: 56
+        height: width
         album: Library.player.currentArtworkAlbum
         shown: Library.player.hasCurrentArtworkAlbum
         radius: Theme.radiusSmall
     }
     Column {
-        x: 85
-        y: 15
-        width: transport.x - 85 - Theme.gapSmall
+        x: root.textLeft
+        y: root.inset
+        width: transport.x - x - Theme.gapSmall
         spacing: 2
         PlainText {
             width: parent.width
@@ -49,9 +52,9 @@ FocusScope {
     Row {
         id: transport
         anchors.right: back.left
-        anchors.rightMargin: 16
+        anchors.rightMargin: Theme.gapLarge
         y: 13
-        spacing: 4
+        spacing: Theme.gapTiny
         TransportButton {
             anchors.verticalCenter: parent.verticalCenter
             symbol: "backward.fill"
@@ -74,7 +77,7 @@ FocusScope {
     SymbolButton {
         id: back
         anchors.right: parent.right
-        anchors.rightMargin: 15
+        anchors.rightMargin: root.inset
         y: 19
         symbol: "arrow.up.left.and.arrow.down.right"
         tip: Strings.backToMainWindow
@@ -87,9 +90,9 @@ FocusScope {
         }
     }
     ProgressLine {
-        x: 85
+        x: root.textLeft
         y: 54
-        width: parent.width - 85 - 15
+        width: parent.width - x - root.inset
         fill: Library.appearance.spectrumTint
     }
     FileDropArea {

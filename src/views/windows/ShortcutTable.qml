@@ -24,7 +24,9 @@ Column {
         { keys: "⌘,", here: ["Ctrl+,"], text: Strings.settingsLabel }
     ]
 
-    spacing: 8
+    readonly property real keysWidth: 110
+
+    spacing: Theme.gapSmall
 
     HelpSectionTitle {
         width: parent.width
@@ -38,15 +40,15 @@ Column {
 
             required property var modelData
 
-            x: 44
-            width: root.width - 44
+            x: Theme.helpIndent
+            width: root.width - x
             height: Math.max(keyNames.height, words.height)
             Accessible.role: Accessible.StaticText
             Accessible.name: modelData.here.join(" / ") + ": " + modelData.text
 
             Column {
                 id: keyNames
-                width: 110
+                width: root.keysWidth
                 Text {
                     text: line.modelData.keys
                     font: Theme.keys
@@ -56,7 +58,7 @@ Column {
                 }
                 Text {
                     visible: text !== line.modelData.keys
-                    width: 110
+                    width: parent.width
                     text: line.modelData.here.join(" / ")
                     font: Theme.badge
                     color: Theme.tertiaryText
@@ -66,8 +68,8 @@ Column {
             }
             Text {
                 id: words
-                x: 122
-                width: parent.width - 122
+                x: root.keysWidth + Theme.gap
+                width: parent.width - x
                 text: line.modelData.text
                 font: Theme.label
                 color: Theme.secondaryText

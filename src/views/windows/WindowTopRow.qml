@@ -30,7 +30,7 @@ Item {
     }
     Row {
         anchors.right: parent.right
-        anchors.rightMargin: 8
+        anchors.rightMargin: Theme.gapSmall
         height: parent.height
         visible: !App.hasSystemFrame
 

@@ -7,7 +7,7 @@ PressableBase {
     id: root
 
     property color color: Theme.secondaryText
-    property real maximumWidth: 10000
+    property real maximumWidth: Infinity
     property int alignment: Text.AlignLeft
 
     width: Math.min(implicitWidth, root.maximumWidth)

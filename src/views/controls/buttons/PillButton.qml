@@ -12,8 +12,9 @@ PressableBase {
     property bool isPrimary
     property bool isQuiet
     property color quietColor: Theme.secondaryText
+    readonly property real inset: root.isQuiet ? Theme.gapSmall : Theme.gap
 
-    implicitWidth: words.implicitWidth + 2 * (root.isQuiet ? 8 : 12)
+    implicitWidth: words.implicitWidth + 2 * root.inset
     implicitHeight: Theme.controlHeight
     opacity: root.enabled ? 1 : 0.4
 

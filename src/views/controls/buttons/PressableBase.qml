@@ -50,7 +50,7 @@ Item {
     MouseArea {
         id: touch
 
-        property bool isAnswered // what a click opens, no tip may cover
+        property bool isAnswered // no tip may cover what a click opens
 
         anchors.fill: parent
         onClicked: {

@@ -9,6 +9,7 @@ PressableBase {
 
     required property string name
     required property color color
+    readonly property real mixerWidth: 200
 
     signal chose(color color)
 
@@ -28,7 +29,7 @@ PressableBase {
     }
 
     component Part: ValueSlider {
-        width: 200
+        width: root.mixerWidth
         stepSize: 0.01
         spokenValue: Math.round(value * 100) + " %"
         onMoved: root.chose(Qt.hsva(hue.value, saturation.value, brightness.value, 1))
@@ -46,10 +47,10 @@ PressableBase {
             brightness.value = root.color.hsvValue
         }
         contentItem: Column {
-            spacing: 8
+            spacing: Theme.gapSmall
             Rectangle {
-                width: 200
-                height: 28
+                width: root.mixerWidth
+                height: Theme.controlHeight
                 radius: Theme.radiusSmall
                 color: root.color
                 border.color: Theme.hairline

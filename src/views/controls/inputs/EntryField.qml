@@ -10,9 +10,9 @@ T.TextField {
     required property string name
 
     implicitWidth: 200
-    implicitHeight: Theme.controlHeight + 6
+    implicitHeight: Theme.buttonSize
     leftPadding: 11
-    rightPadding: 11
+    rightPadding: leftPadding
     verticalAlignment: TextInput.AlignVCenter
     font: Theme.label
     color: Theme.primaryText

@@ -10,10 +10,11 @@ PressableBase {
     required property string name
     required property var choices // list of texts
     required property int chosen
+    readonly property real arrowRoom: 28
 
     signal chose(int index)
 
-    implicitWidth: label.implicitWidth + 44
+    implicitWidth: label.x + label.implicitWidth + Theme.gapTiny + root.arrowRoom
     implicitHeight: Theme.controlHeight
     text: root.choices[root.chosen] ?? ""
     Accessible.role: Accessible.ComboBox
@@ -21,13 +22,13 @@ PressableBase {
     Accessible.description: root.text
     Keys.onUpPressed: root.chose(Math.max(0, root.chosen - 1))
     Keys.onDownPressed: root.chose(Math.min(root.choices.length - 1, root.chosen + 1))
-    onClicked: menu.popup(root, 0, root.height + 4)
+    onClicked: menu.popup(root, 0, root.height + Theme.gapTiny)
 
     contentItem: Item {
         Text {
             id: label
-            x: 12
-            width: parent.width - 40
+            x: Theme.gap
+            width: parent.width - x - root.arrowRoom
             anchors.verticalCenter: parent.verticalCenter
             text: root.text
             font: Theme.labelStrong
@@ -37,7 +38,7 @@ PressableBase {
         }
         SymbolLabel {
             anchors.right: parent.right
-            anchors.rightMargin: 8
+            anchors.rightMargin: Theme.gapSmall
             anchors.verticalCenter: parent.verticalCenter
             symbol: "chevron.up.chevron.down"
             size: 14

@@ -10,10 +10,11 @@ FocusScope {
     required property string name
     required property var choices // list of texts
     required property int chosen
+    readonly property real rim: 2 // around the segments
 
     signal chose(int index)
 
-    implicitWidth: segments.implicitWidth + 4
+    implicitWidth: segments.implicitWidth + 2 * root.rim
     implicitHeight: Theme.controlHeight
     activeFocusOnTab: true
     Accessible.role: Accessible.PageTabList
@@ -30,8 +31,8 @@ FocusScope {
     }
     Row {
         id: segments
-        x: 2
-        y: 2
+        x: root.rim
+        y: root.rim
         Repeater {
             model: root.choices
             PressableBase {
@@ -39,8 +40,8 @@ FocusScope {
                 required property string modelData
                 required property int index
 
-                height: root.height - 4
-                implicitWidth: word.implicitWidth + 28
+                height: root.height - 2 * root.rim
+                implicitWidth: word.implicitWidth + 2 * Theme.tabInset
                 text: modelData
                 activeFocusOnTab: false
                 Accessible.role: Accessible.RadioButton
@@ -58,7 +59,7 @@ FocusScope {
                     Accessible.ignored: true
                 }
                 background: Rectangle {
-                    radius: Theme.radiusSmall - 2
+                    radius: Theme.radiusSmall - root.rim
                     color: segment.index === root.chosen ? Theme.panelRaised : "transparent"
                 }
             }

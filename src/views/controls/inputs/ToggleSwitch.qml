@@ -8,6 +8,7 @@ T.Switch {
     id: root
 
     required property string name
+    readonly property real rim: 2 // around the knob
 
     function flip(): void {
         root.toggle()
@@ -36,9 +37,9 @@ T.Switch {
         }
 
         Rectangle {
-            x: root.checked ? parent.width - width - 2 : 2
-            y: 2
-            width: parent.height - 4
+            x: root.checked ? parent.width - width - root.rim : root.rim
+            y: root.rim
+            width: parent.height - 2 * root.rim
             height: width
             radius: width / 2
             color: Theme.disc

@@ -22,30 +22,31 @@ T.Slider {
     Accessible.description: root.spokenValue
 
     handle: Rectangle {
+        id: knob
         x: root.leftPadding + root.visualPosition * (root.availableWidth - width)
         y: root.topPadding + (root.availableHeight - height) / 2
         width: 12
-        height: 12
-        radius: 6
+        height: width
+        radius: width / 2
         color: Theme.disc
         scale: root.pressed ? 1.15 : root.hovered ? 1.08 : 1
         Behavior on scale {
             NumberAnimation { duration: Theme.quick; easing.type: Easing.OutQuad }
         }
-        FocusRing { shown: root.visualFocus; corner: 6; around: 3 }
+        FocusRing { shown: root.visualFocus; corner: knob.radius }
     }
     background: Rectangle {
         x: root.leftPadding
         y: root.topPadding + (root.availableHeight - height) / 2
         width: root.availableWidth
         height: 4
-        radius: 2
+        radius: height / 2
         color: Theme.groove
 
         Rectangle {
             width: root.handle.x - root.leftPadding + root.handle.width / 2
             height: parent.height
-            radius: 2
+            radius: height / 2
             color: root.fill
         }
     }

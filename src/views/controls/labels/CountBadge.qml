@@ -9,8 +9,9 @@ Rectangle {
     required property string text
     property color fill: Theme.badgeFill
     property color textColor: Theme.secondaryText
+    readonly property real inset: 7
 
-    implicitWidth: Math.max(number.implicitWidth + 14, height)
+    implicitWidth: Math.max(number.implicitWidth + 2 * root.inset, height)
     implicitHeight: 17
     radius: height / 2
     color: root.fill

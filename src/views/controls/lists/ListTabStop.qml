@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
 
-// Where the Tab key comes to a list: after what stands above its rows, as the eye does. A list in the
-// chain itself would come before its own header.
+// The place of a list in the order of the Tab key: after what stands above its rows. The list
+// itself would come before its own header.
 Item {
     id: root
 
     required property Item view
     property bool isTaking
 
-    // Gives the list itself the focus. A list is a focus scope, in which what last had the focus
-    // would get it again.
+    // Gives the list itself the focus. A list is a focus scope and would give it to what had it
+    // last.
     function take(reason: int): void {
         if (root.isTaking)
             return

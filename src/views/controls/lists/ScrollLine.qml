@@ -7,8 +7,10 @@ import Halvane
 T.ScrollBar {
     id: root
 
-    implicitWidth: 10
-    implicitHeight: 10
+    readonly property real thickness: 6
+
+    implicitWidth: root.thickness + 2 * root.padding
+    implicitHeight: implicitWidth
     padding: 2
     minimumSize: 0.04
     visible: root.size < 1
@@ -16,9 +18,9 @@ T.ScrollBar {
     Accessible.ignored: true
 
     contentItem: Rectangle {
-        implicitWidth: 6
-        implicitHeight: 6
-        radius: 3
+        implicitWidth: root.thickness
+        implicitHeight: root.thickness
+        radius: root.thickness / 2
         color: root.pressed ? Theme.tertiaryText : Theme.line
         opacity: root.active || root.hovered ? 1 : 0.45
         Behavior on opacity {

@@ -11,6 +11,7 @@ DragHandler {
     property string title
     property list<string> paths
     property Item carried: null
+    readonly property point fromPointer: Qt.point(10, 6)
 
     // Asks what is to be carried.
     signal begun
@@ -30,9 +31,9 @@ DragHandler {
 
     // Made when a drag begins: a table has many rows, and few are ever dragged.
     readonly property Component label: Rectangle {
-        x: root.centroid.scenePosition.x + 10
-        y: root.centroid.scenePosition.y + 6
-        width: Math.min(words.implicitWidth + 40, 260)
+        x: root.centroid.scenePosition.x + root.fromPointer.x
+        y: root.centroid.scenePosition.y + root.fromPointer.y
+        width: Math.min(words.x + words.implicitWidth + Theme.rowInset, 260)
         height: 30
         radius: Theme.radiusSmall
         color: Theme.panelRaised
@@ -40,7 +41,7 @@ DragHandler {
         Drag.active: root.active
         Drag.source: root
         Drag.keys: ["halvane/tracks"]
-        Drag.hotSpot: Qt.point(-10, -6)
+        Drag.hotSpot: Qt.point(-root.fromPointer.x, -root.fromPointer.y)
 
         SymbolLabel {
             x: 9
@@ -52,7 +53,7 @@ DragHandler {
         Text {
             id: words
             x: 30
-            width: parent.width - 38
+            width: parent.width - x - Theme.gapSmall
             height: parent.height
             verticalAlignment: Text.AlignVCenter
             text: root.title

@@ -11,14 +11,14 @@ MenuEntry {
     text: root.command.isSeparator ? "" : root.command.title
     detail: root.command.isSeparator ? "" : root.command.shortcutText
     enabled: !root.command.isSeparator && root.command.enabled
-    implicitHeight: root.command.isSeparator ? 9 : 28
+    implicitHeight: root.command.isSeparator ? Theme.menuLineHeight : Theme.controlHeight
     Accessible.ignored: root.command.isSeparator
     onTriggered: root.command.trigger()
 
     Rectangle {
         anchors.verticalCenter: parent.verticalCenter
-        x: 8
-        width: parent.width - 16
+        x: Theme.gapSmall
+        width: parent.width - 2 * x
         height: 1
         visible: root.command.isSeparator
         color: Theme.line

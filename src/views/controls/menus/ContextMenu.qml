@@ -9,6 +9,8 @@ import Halvane
 T.Menu {
     id: root
 
+    readonly property real clearance: 40 // of the window's height, which the longest menu leaves free
+
     // As wide as its widest entry, within reason.
     function widest(): real {
         let width = 160
@@ -32,7 +34,7 @@ T.Menu {
     contentItem: ListView {
         id: list
         implicitHeight: Math.min(contentHeight, root.parent && root.parent.Window.window
-                                 ? root.parent.Window.window.height - 40 : contentHeight)
+                                 ? root.parent.Window.window.height - root.clearance : contentHeight)
         model: root.contentModel
         currentIndex: root.currentIndex
         interactive: contentHeight > height

@@ -7,7 +7,7 @@ import Halvane
 T.MenuBarItem {
     id: root
 
-    implicitWidth: label.implicitWidth + 20
+    implicitWidth: label.implicitWidth + 2 * Theme.rowInset
     implicitHeight: Theme.topRowHeight
     hoverEnabled: true
     Accessible.name: root.text
@@ -24,7 +24,7 @@ T.MenuBarItem {
         Rectangle {
             anchors.fill: parent
             anchors.topMargin: 5
-            anchors.bottomMargin: 5
+            anchors.bottomMargin: anchors.topMargin
             radius: Theme.radiusSmall
             color: root.highlighted ? Theme.pressWash : root.hovered ? Theme.hoverWash : "transparent"
         }

@@ -11,9 +11,15 @@ T.MenuItem {
     property string detail
     property bool isDestructive
     readonly property string mark: root.checked ? "checkmark" : root.symbol
+    readonly property bool hasExtra: root.detail.length > 0 || root.subMenu !== null
+    readonly property real inset: Theme.gapSmall
+    readonly property real textLeft: 32
+    // What stands right of the words: the keys or the arrow, where there are any.
+    readonly property real extraWidth: root.hasExtra ? extra.implicitWidth + 2 * root.inset : root.inset
+    readonly property real air: root.hasExtra ? 12 : 10
 
-    implicitWidth: words.implicitWidth + 36 + (root.detail.length > 0 || root.subMenu ? extra.implicitWidth + 24 : 14)
-    implicitHeight: 28
+    implicitWidth: root.textLeft + words.implicitWidth + root.air + root.extraWidth
+    implicitHeight: Theme.controlHeight
     hoverEnabled: true
     opacity: root.enabled ? 1 : 0.4
     Accessible.name: root.text
@@ -22,7 +28,7 @@ T.MenuItem {
 
     contentItem: Item {
         SymbolLabel {
-            x: 8
+            x: root.inset
             anchors.verticalCenter: parent.verticalCenter
             symbol: root.mark
             size: 16
@@ -31,8 +37,8 @@ T.MenuItem {
         Text {
             id: words
             anchors.verticalCenter: parent.verticalCenter
-            x: 32
-            width: parent.width - 32 - (extra.visible ? extra.width + 16 : 8)
+            x: root.textLeft
+            width: parent.width - x - root.extraWidth
             text: root.text
             font: Theme.label
             textFormat: Text.PlainText
@@ -43,8 +49,8 @@ T.MenuItem {
             id: extra
             anchors.verticalCenter: parent.verticalCenter
             anchors.right: parent.right
-            anchors.rightMargin: 8
-            visible: text.length > 0
+            anchors.rightMargin: root.inset
+            visible: root.hasExtra
             text: root.subMenu ? Symbol.glyph("chevron.right") : root.detail
             font.family: root.subMenu ? Symbol.family : words.font.family
             font.pixelSize: root.subMenu ? 16 : 11

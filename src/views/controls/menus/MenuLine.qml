@@ -6,7 +6,7 @@ import Halvane
 // The line between two groups of a menu.
 T.MenuSeparator {
     implicitWidth: 20
-    implicitHeight: 9
+    implicitHeight: Theme.menuLineHeight
     contentItem: Item {
         Rectangle {
             width: parent.width

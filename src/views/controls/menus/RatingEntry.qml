@@ -13,7 +13,7 @@ MenuEntry {
     Accessible.name: root.stars
 
     Text {
-        x: 32
+        x: root.textLeft
         height: root.height
         verticalAlignment: Text.AlignVCenter
         text: Symbol.glyph("star.fill").repeat(root.stars)

@@ -12,7 +12,7 @@ T.Popup {
     // The surface, which is not the content but its parent, is what is read out as a dialog.
     onAboutToShow: root.contentItem.parent.Accessible.name = root.name
     padding: Theme.gapLarge
-    margins: 8
+    margins: Theme.gapSmall
     focus: true
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent
     implicitWidth: contentItem.implicitWidth + leftPadding + rightPadding

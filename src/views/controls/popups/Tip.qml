@@ -9,17 +9,18 @@ Loader {
 
     required property bool shown
     required property string text
+    readonly property real air: 6
 
     active: root.shown && root.text.length > 0
     // qmllint disable unqualified
     sourceComponent: T.ToolTip {
         parent: root.parent
         x: root.parent ? Math.round((root.parent.width - width) / 2) : 0
-        y: -height - 6
-        margins: 6
-        padding: 6
+        y: -height - root.air
+        margins: root.air
+        padding: root.air
         leftPadding: 9
-        rightPadding: 9
+        rightPadding: leftPadding
         visible: true
         delay: Theme.tipDelay
         text: root.text

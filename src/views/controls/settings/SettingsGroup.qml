@@ -10,8 +10,8 @@ Column {
     default property alias lines: body.data
 
     x: 18
-    width: parent ? parent.width - 36 : 0
-    spacing: 8
+    width: parent ? parent.width - 2 * x : 0
+    spacing: Theme.gapSmall
 
     Text {
         text: root.title
@@ -23,6 +23,6 @@ Column {
     Column {
         id: body
         width: parent.width
-        spacing: 8
+        spacing: Theme.gapSmall
     }
 }
