@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/arguments.h"
 
+#include "app/commands/desktop_actions.h"
 #include "platform/journal_log.h"
 
 #include <QCommandLineParser>
@@ -49,10 +50,6 @@ void addFile(Arguments& result, const QString& argument, const QString& folder) 
 
 } // namespace
 
-QStringList actionNames() {
-    return {u"PlayPause"_s, u"Next"_s, u"Previous"_s};
-}
-
 Arguments parsedArguments(const QStringList& commandLine, const QString& folder) {
     QCommandLineParser parser;
     parser.setApplicationDescription(
@@ -77,7 +74,7 @@ Arguments parsedArguments(const QStringList& commandLine, const QString& folder)
         return complaint(u"\"%1\" is no log level"_s.arg(parser.value(level)));
     result.logLevel = *lowest;
     result.request.action = parser.value(action);
-    if (parser.isSet(action) && !actionNames().contains(result.request.action))
+    if (parser.isSet(action) && !commandOfAction(result.request.action))
         return complaint(u"\"%1\" is no action"_s.arg(result.request.action));
     if (parser.isSet(screenshots)) {
         result.task = Arguments::Task::screenshots;

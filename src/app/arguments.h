@@ -29,7 +29,4 @@ struct Arguments {
 /// Reads the command line. Relative paths are taken from `folder`. Needs a QCoreApplication.
 Arguments parsedArguments(const QStringList& commandLine, const QString& folder);
 
-/// The names of the desktop entry's actions.
-QStringList actionNames();
-
 } // namespace halvane

@@ -31,12 +31,7 @@ HalvaneApp::HalvaneApp(LibraryViewModel& library, Clock& clock, QQmlEngine& engi
     , m_windows(
           std::make_unique<WindowRegistry>(engine, viewsRoot, stateFolder + u"/windows.ini"_s))
     , m_miniPlacement(std::make_unique<MiniWindowPlacement>(*m_windows, clock))
-    , m_commands(std::make_unique<Commands>(
-          library, CommandTargets{.openWindow = [this](const QString& id) { openWindow(id); },
-                                  .find = [this] { find(); },
-                                  .toggleMiniPlayer = [this] { toggleMiniPlayer(); },
-                                  .toggleFullScreen = [this] { toggleFullScreen(); },
-                                  .quit = [this] { quit(); }})) {
+    , m_commands(std::make_unique<Commands>(library)) {
     Q_ASSERT(!theInstance);
     theInstance = this;
     connect(m_windows.get(), &WindowRegistry::windowMade, m_frames.get(), &FrameWatch::follow);
@@ -47,6 +42,11 @@ HalvaneApp::HalvaneApp(LibraryViewModel& library, Clock& clock, QQmlEngine& engi
     connect(m_windows.get(), &WindowRegistry::lastWindowClosed, this,
             &HalvaneApp::lastWindowClosed);
     connect(m_frames.get(), &FrameWatch::changed, this, &HalvaneApp::hasSystemFrameChanged);
+    connect(m_commands.get(), &Commands::windowAsked, this, &HalvaneApp::openWindow);
+    connect(m_commands.get(), &Commands::searchAsked, this, &HalvaneApp::find);
+    connect(m_commands.get(), &Commands::miniPlayerToggled, this, &HalvaneApp::toggleMiniPlayer);
+    connect(m_commands.get(), &Commands::fullScreenToggled, this, &HalvaneApp::toggleFullScreen);
+    connect(m_commands.get(), &Commands::quitAsked, this, &HalvaneApp::quit);
 }
 
 HalvaneApp::~HalvaneApp() {
@@ -126,10 +126,6 @@ void HalvaneApp::useActivationToken(const QString& token) {
 // Not QGuiApplication::quit(), which closes the windows one by one first, as if the user did.
 void HalvaneApp::quit() {
     QGuiApplication::exit(0);
-}
-
-Command* HalvaneApp::command(const QString& id) const {
-    return m_commands->find(id);
 }
 
 } // namespace halvane

@@ -72,11 +72,9 @@ class HalvaneApp : public QObject {
     Q_INVOKABLE void find();
     /// Brings the program forward: the mini player if that is open, or else the main window.
     void raise();
-    /// By this the desktop lets the next window come forward.
+    /// The next window shows this token to the desktop, which then lets it come forward.
     void useActivationToken(const QString& token);
     Q_INVOKABLE void quit();
-    /// The command of this identifier ("playPause", "find", ...); null when there is none.
-    Q_INVOKABLE [[nodiscard]] halvane::Command* command(const QString& id) const;
 
   Q_SIGNALS:
     /// No window is left open.

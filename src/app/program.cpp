@@ -3,6 +3,7 @@
 
 #include "app/app_delegate.h"
 #include "app/commands/commands.h"
+#include "app/commands/desktop_actions.h"
 #include "app/commands/menu_export.h"
 #include "app/folders.h"
 #include "app/screenshots.h"
@@ -11,8 +12,8 @@
 #include "audio/files/audio_file.h"
 #include "library/browsing/view_state.h"
 #include "library/import/importer.h"
+#include "library/import/restoration.h"
 #include "library/playback/play_queue.h"
-#include "library/playback/transport.h"
 #include "platform/log.h"
 
 #include <QGuiApplication>
@@ -29,7 +30,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// A panel that is started anew takes a moment.
+// A desktop's panel that restarts is back within this time.
 constexpr auto trayPatience = 5000ms;
 
 std::atomic<bool> loopRuns = false;
@@ -41,9 +42,9 @@ int runEventLoop() {
     return exitCode;
 }
 
-/// When the display goes, the window system's library calls exit() on the thread that notices
-/// first, and what exit() would destroy the others still use. All that is to last is on the disk
-/// already.
+// When the display goes away, the window system's library calls exit() on whichever thread notices
+// first. exit() would destroy what the other threads still use. Everything that lasts is on the
+// disk by then.
 void leaveAtOnceOnExit() {
     std::atexit([] {
         if (loopRuns)
@@ -90,7 +91,7 @@ int Program::run() {
     }
     if (!claim())
         return EXIT_SUCCESS;
-    // Read by the workers while the window is being made: the sound need not wait for the picture.
+    // The workers read them while the window is made: the sound need not wait for the picture.
     open(m_arguments.request.files);
     m_app.openWindow(u"main"_s);
     if (!m_app.isWindowOpen(u"main"_s))
@@ -99,11 +100,11 @@ int Program::run() {
     return runEventLoop();
 }
 
-/// False when another instance does what this one was asked to.
+// False when another instance does what this one was asked to.
 bool Program::claim() {
     if (m_instance.claim())
         return true;
-    // Two starts in one moment: the other was first. Nothing here has to end in order yet.
+    // Another start was first by a moment. Nothing here needs an orderly end yet.
     m_signals.reset();
     if (leftToAnother(m_arguments.request))
         return false;
@@ -145,14 +146,14 @@ void Program::connectGlobalMenu() {
             [this] { m_app.setMenusAreGlobal(m_globalMenu.isAvailable()); });
     connect(&m_app.windows(), &WindowRegistry::windowOpened, this, [this](const QString& id) {
         if (const auto* window = m_app.windows().visibleWindow(id); window && id == "main"_L1)
-            m_globalMenu.registerWindow(quint32(window->winId()));
+            m_globalMenu.registerWindow(static_cast<quint32>(window->winId()));
     });
     connect(&m_app.commands(), &Commands::changed, &m_globalMenu, &GlobalMenu::menuChanged);
 }
 
-/// The library is restored and the decoders are loaded when the first picture no longer waits for a
-/// processor. By then whatever has something to destroy at the end has said so, too, and the last
-/// to say it is the first to go.
+// The first picture has the processors to itself; then the library is restored and the decoders are
+// loaded. Exit handlers run in reverse order, and every library has registered its own by then, so
+// this one runs first.
 void Program::followFirstPicture(QQuickWindow* window) {
     connect(
         window, &QQuickWindow::frameSwapped, this,
@@ -182,7 +183,7 @@ void Program::watchSignals() {
     connect(m_signals.get(), &SignalWatch::endRequested, &m_app, &HalvaneApp::quit);
 }
 
-// Without the tray's icon a program without a window could not be reached any more.
+// Without the tray's icon, a program without a window could no longer be reached.
 void Program::keepReachable() {
     m_trayGone.reset();
     if (m_tray.isShown())
@@ -204,33 +205,34 @@ void Program::comeForward(const QString& token) {
     m_app.raise();
 }
 
-// An action that starts the program comes before the library is there; then it waits for it.
+// An action that starts the program comes before the library is there, and waits for it. With an
+// empty library it lapses, and so it does when an import runs, which plays its first track itself.
 void Program::runAction(const QString& action) {
     if (action.isEmpty())
         return;
     const auto* queue = m_library.queue();
-    if (queue->rowCount() > 0) {
+    const auto* restoration = m_library.restoration();
+    if (queue->rowCount() > 0 || !restoration->isRunning()) {
         perform(action);
         return;
     }
     auto* waiting = new QObject(this);
-    const auto performOnce = [this, waiting, action, queue] {
-        if (queue->rowCount() == 0)
+    const auto goOn = [this, waiting, action, queue, restoration] {
+        const bool canPlay = queue->rowCount() > 0;
+        if (!canPlay && restoration->isRunning())
             return;
-        delete waiting; // and with it both connections
-        perform(action);
+        delete waiting; // and with it its connections
+        if (canPlay && !m_library.importing()->isImporting())
+            perform(action);
     };
-    connect(queue, &QAbstractItemModel::rowsInserted, waiting, performOnce, Qt::QueuedConnection);
-    connect(queue, &QAbstractItemModel::modelReset, waiting, performOnce, Qt::QueuedConnection);
+    connect(queue, &QAbstractItemModel::rowsInserted, waiting, goOn, Qt::QueuedConnection);
+    connect(queue, &QAbstractItemModel::modelReset, waiting, goOn, Qt::QueuedConnection);
+    connect(restoration, &Restoration::finished, waiting, goOn, Qt::QueuedConnection);
 }
 
 void Program::perform(const QString& action) {
-    if (action == "PlayPause"_L1)
-        m_library.transport()->togglePlayback();
-    else if (action == "Next"_L1)
-        m_library.transport()->playNext(true);
-    else if (action == "Previous"_L1)
-        m_library.transport()->playPrevious();
+    if (const auto command = commandOfAction(action))
+        m_app.commands().perform(*command);
     else
         qCWarning(libraryLog, "no such action: %s", qUtf8Printable(action));
 }

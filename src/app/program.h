@@ -22,7 +22,7 @@ class QQuickWindow;
 
 namespace halvane {
 
-/// Makes the views' module usable in an engine and gives what has to be kept for it. The views
+/// Makes the views' module usable in an engine and returns what must be kept for it. The views
 /// stand above this folder, so they come from outside.
 using PrepareViews = std::function<std::shared_ptr<void>(QQmlEngine&, LibraryViewModel&)>;
 

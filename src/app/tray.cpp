@@ -2,18 +2,20 @@
 #include "app/tray.h"
 
 #include "app/app_delegate.h"
+#include "app/commands/commands.h"
 #include "app/halvane_app.h"
 #include "app/waveform_icon.h"
 #include "app/windows/window_placement.h"
 #include "app/windows/window_registry.h"
 #include "library/library_view_model.h"
 #include "library/playback/player_display.h"
-#include "library/playback/transport.h"
 
 #include <QGuiApplication>
 #include <QQuickWindow>
 #include <QScreen>
 #include <QStandardPaths>
+
+#include <cstdlib>
 
 namespace halvane {
 
@@ -21,7 +23,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr double volumeStep = 1.0 / 16;
 const auto themedIcon = u"org.halvane.Halvane-symbolic"_s;
 
 bool isInstalled(const QString& icon) {
@@ -46,8 +47,7 @@ Tray::Tray(HalvaneApp& app, const QString& connection, QObject* parent)
     auto* library = app.library();
     connect(&m_icon, &TrayIcon::shownChanged, this, &Tray::shownChanged);
     connect(&m_icon, &TrayIcon::clicked, this, &Tray::togglePanel);
-    connect(&m_icon, &TrayIcon::scrolled, library,
-            [library](int steps) { library->transport()->stepVolume(steps * volumeStep); });
+    connect(&m_icon, &TrayIcon::scrolled, this, &Tray::changeVolume);
     connect(&m_icon, &TrayIcon::activationTokenProvided, &app, &HalvaneApp::useActivationToken);
     connect(&m_scheme, &ColorScheme::changed, this, &Tray::showIcon);
     connect(library->player(), &PlayerDisplay::currentTrackChanged, this, &Tray::showTrack);
@@ -68,6 +68,12 @@ void Tray::showTrack() {
                           ? library->player()->currentTrack().title + u" - "_s +
                                 library->player()->currentTrack().artist
                           : QString());
+}
+
+void Tray::changeVolume(int steps) {
+    const auto command = steps > 0 ? CommandId::increaseVolume : CommandId::decreaseVolume;
+    for (int step = 0; step < std::abs(steps); ++step)
+        m_app.commands().perform(command);
 }
 
 void Tray::togglePanel(QPoint icon) {

@@ -10,8 +10,8 @@ namespace halvane {
 
 class HalvaneApp;
 
-/// The player in the desktop's tray: the waveform symbol, whose click opens the small panel beside
-/// it, whose menu is the dock menu, and over which the wheel changes the volume. Main thread.
+/// The player's symbol in the desktop's tray. A click opens the panel beside it, its menu is the
+/// dock menu, and the wheel over it changes the volume. Main thread.
 class Tray : public QObject {
     Q_OBJECT
 
@@ -28,6 +28,7 @@ class Tray : public QObject {
   private:
     void showIcon();
     void showTrack();
+    void changeVolume(int steps);
     void togglePanel(QPoint icon);
 
     HalvaneApp& m_app;

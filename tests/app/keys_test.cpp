@@ -21,10 +21,18 @@ using testing::ElementsAre;
 
 namespace {
 
-/// A window with a text field and a button, and the program's commands over it.
+// A window with a text field and a button, and the program's commands over it.
 class Keys : public testing::Test {
   protected:
     Keys() {
+        const auto note = [this](const QString& what) {
+            return [this, what] { asked.append(what); };
+        };
+        QObject::connect(&commands, &Commands::windowAsked, &commands,
+                         [this](const QString& id) { asked.append(u"open "_s + id); });
+        QObject::connect(&commands, &Commands::searchAsked, &commands, note(u"find"_s));
+        QObject::connect(&commands, &Commands::miniPlayerToggled, &commands, note(u"mini"_s));
+        QObject::connect(&commands, &Commands::fullScreenToggled, &commands, note(u"full"_s));
         QQmlComponent component(&engine);
         component.setData("import QtQuick; import QtQuick.Templates as T\n"
                           "Window { visible: true; width: 200; height: 100\n"
@@ -42,12 +50,7 @@ class Keys : public testing::Test {
     FakeOutside outside;
     LibraryViewModel library{outside.environment()};
     QStringList asked;
-    Commands commands{library,
-                      {.openWindow = [this](const QString& id) { asked.append(u"open "_s + id); },
-                       .find = [this] { asked.append(u"find"_s); },
-                       .toggleMiniPlayer = [this] { asked.append(u"mini"_s); },
-                       .toggleFullScreen = [this] { asked.append(u"full"_s); },
-                       .quit = [this] { asked.append(u"quit"_s); }}};
+    Commands commands{library};
     QQmlEngine engine;
     std::unique_ptr<QQuickWindow> window;
 };
@@ -73,7 +76,7 @@ TEST_F(Keys, WorkInEveryWindow) {
 TEST_F(Keys, ATextFieldKeepsSpaceAndItsOwnCommandsButNotTheOthers) {
     auto* text = item(u"text"_s);
     text->forceActiveFocus();
-    ASSERT_TRUE(commands.find(u"paste"_s)->isEnabled());
+    ASSERT_TRUE(commands.find(CommandId::paste).isEnabled());
     QTest::keyClick(window.get(), Qt::Key_A);
     QTest::keyClick(window.get(), Qt::Key_Space);
     EXPECT_EQ(text->property("text").toString(), u"a "_s);
@@ -85,8 +88,8 @@ TEST_F(Keys, ATextFieldKeepsSpaceAndItsOwnCommandsButNotTheOthers) {
     EXPECT_EQ(text->property("selectedText").toString(), u"a "_s) << "the command has that key";
 
     library.views()->setSearchFieldFocused(true);
-    EXPECT_FALSE(commands.find(u"playPause"_s)->isEnabled());
-    EXPECT_TRUE(commands.find(u"nextTrack"_s)->isEnabled());
+    EXPECT_FALSE(commands.find(CommandId::playPause).isEnabled());
+    EXPECT_TRUE(commands.find(CommandId::nextTrack).isEnabled());
 }
 
 TEST_F(Keys, SpacePlaysUnlessAButtonWasReachedByKeyboard) {
@@ -105,14 +108,14 @@ TEST_F(Keys, SpacePlaysUnlessAButtonWasReachedByKeyboard) {
 
 TEST_F(Keys, TitlesFollowTheLibraryAndStayEnglish) {
     library.language()->setLanguageSetting(AppLanguage::simplifiedChinese);
-    auto* shuffle = commands.find(u"toggleShuffle"_s);
-    EXPECT_EQ(shuffle->title(), u"Shuffle on"_s);
-    shuffle->trigger();
+    auto& shuffle = commands.find(CommandId::toggleShuffle);
+    EXPECT_EQ(shuffle.title(), u"Shuffle on"_s);
+    shuffle.trigger();
     EXPECT_TRUE(library.transport()->isShuffleEnabled());
-    EXPECT_EQ(shuffle->title(), u"Shuffle off"_s);
-    auto* repeat = commands.find(u"advanceRepeatMode"_s);
-    repeat->trigger();
-    EXPECT_EQ(repeat->title(), u"Repeat playlist"_s);
+    EXPECT_EQ(shuffle.title(), u"Shuffle off"_s);
+    auto& repeat = commands.find(CommandId::advanceRepeatMode);
+    repeat.trigger();
+    EXPECT_EQ(repeat.title(), u"Repeat playlist"_s);
 }
 
 TEST_F(Keys, TheDockMenuReachesTheLibrary) {

@@ -2,13 +2,17 @@
 #include "app/app_delegate.h"
 #include "app/arguments.h"
 #include "app/commands/command_table.h"
+#include "app/commands/desktop_actions.h"
 #include "app/waveform_icon.h"
 #include "app/windows/edge_resizer.h"
 #include "app/windows/window_placement.h"
 
+#include <QFile>
 #include <QKeySequence>
 
 #include <gmock/gmock.h>
+
+#include <map>
 
 using namespace halvane;
 using namespace Qt::StringLiterals;
@@ -20,7 +24,7 @@ QStringList listed(const CommandState& state) {
     QStringList lines;
     for (const auto& menu : menuTable()) {
         for (const auto& item : menu.items) {
-            if (item.id.isEmpty())
+            if (item.id == CommandId::separator)
                 lines.append(menu.title + u" --"_s);
             else
                 lines.append(menu.title + u" | "_s + item.title(state) + u" | "_s + item.keys +
@@ -81,11 +85,34 @@ TEST(Commands, FollowTheState) {
     EXPECT_EQ(line({}, u"Ctrl+C"_s), u"Copy | Ctrl+C | off"_s);
 }
 
+TEST(Commands, AreInTheMenusOnceEach) {
+    std::map<CommandId, int> count;
+    for (const auto& menu : menuTable())
+        for (const auto& item : menu.items)
+            ++count[item.id];
+    constexpr auto last = CommandId::help;
+    for (int id = static_cast<int>(CommandId::separator) + 1; id <= static_cast<int>(last); ++id)
+        EXPECT_EQ(count[static_cast<CommandId>(id)], 1) << "number " << id;
+}
+
+TEST(DesktopActions, AreThoseOfTheDesktopEntry) {
+    QFile file(QStringLiteral(HALVANE_DESKTOP_ENTRY));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const auto entry = QString::fromUtf8(file.readAll());
+    QStringList names;
+    for (const auto& [name, command] : desktopActions()) {
+        names.append(name + u';');
+        EXPECT_TRUE(entry.contains(u"--action "_s + name + u'\n')) << name.toStdString();
+    }
+    EXPECT_TRUE(entry.contains(u"\nActions=%1\n"_s.arg(names.join(QString()))));
+    EXPECT_EQ(commandOfAction(u"Dance"_s), std::nullopt);
+}
+
 TEST(Commands, ShareNoKeys) {
     QList<QKeySequence> seen;
     for (const auto& menu : menuTable()) {
         for (const auto& item : menu.items) {
-            if (item.id.isEmpty())
+            if (item.id == CommandId::separator)
                 continue;
             for (const auto& keys : QKeySequence::listFromString(item.keys)) {
                 EXPECT_FALSE(seen.contains(keys)) << item.keys.toStdString();
@@ -118,7 +145,7 @@ TEST(Placement, CentresAndStaysOnTheScreen) {
 
 TEST(Placement, OpensThePanelBesideItsIconWhateverEdgeTheTrayIsAt) {
     struct Row {
-        QRect area; ///< what the tray's own panel leaves of its screen
+        QRect area; // what the tray's own panel leaves of its screen
         QPoint icon;
         QPoint expected;
     };

@@ -3,12 +3,10 @@
 
 namespace halvane {
 
-Command::Command(const QString& id, const QKeySequence& shortcut, std::function<void()> action,
-                 QObject* parent)
+Command::Command(CommandId id, const QKeySequence& shortcut, QObject* parent)
     : QObject(parent)
     , m_id(id)
-    , m_shortcut(shortcut)
-    , m_action(std::move(action)) {
+    , m_shortcut(shortcut) {
 }
 
 QString Command::shortcutText() const {
@@ -30,8 +28,8 @@ void Command::setEnabled(bool enabled) {
 }
 
 void Command::trigger() {
-    if (m_enabled && m_action)
-        m_action();
+    if (m_enabled)
+        Q_EMIT triggered();
 }
 
 CommandMenu::CommandMenu(const QString& title, QObject* parent)

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "app/commands/command_id.h"
+
 #include <QKeySequence>
 #include <QList>
 #include <QObject>
 #include <QQmlListProperty>
 #include <QString>
-
-#include <functional>
 
 namespace halvane {
 
@@ -15,19 +15,16 @@ namespace halvane {
 /// work in every window of the program; a menu only shows them. Main thread.
 class Command : public QObject {
     Q_OBJECT
-    Q_PROPERTY(QString id READ id CONSTANT)
     Q_PROPERTY(bool isSeparator READ isSeparator CONSTANT)
-    Q_PROPERTY(QString title READ title NOTIFY titleChanged) // always English
+    Q_PROPERTY(QString title READ title NOTIFY titleChanged) ///< always English
     Q_PROPERTY(bool enabled READ isEnabled NOTIFY enabledChanged)
     Q_PROPERTY(
-        QString shortcutText READ shortcutText CONSTANT) // by this keyboard's names; may be empty
+        QString shortcutText READ shortcutText CONSTANT) ///< by this keyboard's names; may be empty
 
   public:
-    Command(const QString& id, const QKeySequence& shortcut, std::function<void()> action,
-            QObject* parent = nullptr);
+    Command(CommandId id, const QKeySequence& shortcut, QObject* parent = nullptr);
 
-    [[nodiscard]] QString id() const { return m_id; }
-    [[nodiscard]] bool isSeparator() const { return m_id.isEmpty(); }
+    [[nodiscard]] bool isSeparator() const { return m_id == CommandId::separator; }
     [[nodiscard]] QString title() const { return m_title; }
     [[nodiscard]] bool isEnabled() const { return m_enabled; }
     [[nodiscard]] QKeySequence shortcut() const { return m_shortcut; }
@@ -35,17 +32,17 @@ class Command : public QObject {
 
     void setTitle(const QString& title);
     void setEnabled(bool enabled);
-    /// Does it, if it is enabled.
+    /// Asks for it, if it is enabled.
     Q_INVOKABLE void trigger();
 
   Q_SIGNALS:
     void titleChanged();
     void enabledChanged();
+    void triggered();
 
   private:
-    QString m_id;
+    CommandId m_id;
     QKeySequence m_shortcut;
-    std::function<void()> m_action;
     QString m_title;
     bool m_enabled = true;
 };

@@ -18,7 +18,7 @@ QString fixed(const CommandState&) {
     return english(key);
 }
 
-// The names of what every desktop program has, which are not among the product's own texts.
+// Every desktop program has these commands: the product's own texts do not name them.
 QString quitTitle(const CommandState&) {
     return u"Quit"_s;
 }
@@ -46,7 +46,7 @@ QString shuffleTitle(const CommandState& state) {
     return english(state.isShuffleEnabled ? L10nKey::shuffleOff : L10nKey::shuffleOn);
 }
 
-// Names the mode in force.
+// Names the current mode.
 QString repeatTitle(const CommandState& state) {
     switch (state.repeatMode) {
     case PlaybackRepeatMode::off:
@@ -77,38 +77,39 @@ const CommandSpec separator{};
 const std::vector<MenuSpec>& menuTable() {
     static const std::vector<MenuSpec> table{
         {u"File"_s,
-         {{u"addToLibrary"_s, u"Ctrl+O"_s, fixed<L10nKey::addToLibraryCommand>},
-          {u"importMusicFolder"_s, u"Ctrl+I"_s, fixed<L10nKey::importMusicFolderCommand>},
+         {{CommandId::addToLibrary, u"Ctrl+O"_s, fixed<L10nKey::addToLibraryCommand>},
+          {CommandId::importMusicFolder, u"Ctrl+I"_s, fixed<L10nKey::importMusicFolderCommand>},
           separator,
-          {u"settings"_s, u"Ctrl+,"_s, fixed<L10nKey::settingsLabel>},
+          {CommandId::settings, u"Ctrl+,"_s, fixed<L10nKey::settingsLabel>},
           separator,
-          {u"quit"_s, u"Ctrl+Q"_s, quitTitle}}},
+          {CommandId::quit, u"Ctrl+Q"_s, quitTitle}}},
         {u"Edit"_s,
-         {{u"undo"_s, u"Ctrl+Z"_s, undoTitle, inTextField, true},
-          {u"redo"_s, u"Ctrl+Shift+Z"_s, redoTitle, inTextField, true},
+         {{CommandId::undo, u"Ctrl+Z"_s, undoTitle, inTextField, true},
+          {CommandId::redo, u"Ctrl+Shift+Z"_s, redoTitle, inTextField, true},
           separator,
-          {u"cut"_s, u"Ctrl+X"_s, cutTitle, inTextField, true},
-          {u"copy"_s, u"Ctrl+C"_s, copyTitle, inTextField, true},
-          {u"paste"_s, u"Ctrl+V"_s, pasteTitle, inTextField, true},
-          {u"selectAll"_s, u"Ctrl+A"_s, selectAllTitle, inTextField, true},
+          {CommandId::cut, u"Ctrl+X"_s, cutTitle, inTextField, true},
+          {CommandId::copy, u"Ctrl+C"_s, copyTitle, inTextField, true},
+          {CommandId::paste, u"Ctrl+V"_s, pasteTitle, inTextField, true},
+          {CommandId::selectAll, u"Ctrl+A"_s, selectAllTitle, inTextField, true},
           separator,
-          {u"find"_s, u"Ctrl+F"_s, fixed<L10nKey::findCommand>}}},
+          {CommandId::find, u"Ctrl+F"_s, fixed<L10nKey::findCommand>}}},
         {u"View"_s,
-         {{u"toggleNowPlayingPanel"_s, u"Ctrl+Alt+N"_s, fixed<L10nKey::toggleNowPlayingPanel>}}},
+         {{CommandId::toggleNowPlayingPanel, u"Ctrl+Alt+N"_s,
+           fixed<L10nKey::toggleNowPlayingPanel>}}},
         {english(L10nKey::playbackMenu),
-         {{u"playPause"_s, u"Space"_s, fixed<L10nKey::playPause>, notInSearchField, true},
-          {u"nextTrack"_s, u"Ctrl+Right"_s, fixed<L10nKey::nextTrack>},
-          {u"previousTrack"_s, u"Ctrl+Left"_s, fixed<L10nKey::previousTrack>},
+         {{CommandId::playPause, u"Space"_s, fixed<L10nKey::playPause>, notInSearchField, true},
+          {CommandId::nextTrack, u"Ctrl+Right"_s, fixed<L10nKey::nextTrack>},
+          {CommandId::previousTrack, u"Ctrl+Left"_s, fixed<L10nKey::previousTrack>},
           separator,
-          {u"toggleShuffle"_s, u"Ctrl+Shift+S"_s, shuffleTitle},
-          {u"advanceRepeatMode"_s, u"Ctrl+Shift+R"_s, repeatTitle},
+          {CommandId::toggleShuffle, u"Ctrl+Shift+S"_s, shuffleTitle},
+          {CommandId::advanceRepeatMode, u"Ctrl+Shift+R"_s, repeatTitle},
           separator,
-          {u"increaseVolume"_s, u"Ctrl+Up"_s, fixed<L10nKey::increaseVolume>},
-          {u"decreaseVolume"_s, u"Ctrl+Down"_s, fixed<L10nKey::decreaseVolume>},
+          {CommandId::increaseVolume, u"Ctrl+Up"_s, fixed<L10nKey::increaseVolume>},
+          {CommandId::decreaseVolume, u"Ctrl+Down"_s, fixed<L10nKey::decreaseVolume>},
           separator,
-          {u"toggleMiniPlayer"_s, u"Ctrl+Meta+M"_s, miniPlayerTitle},
-          {u"toggleFullScreen"_s, u"Ctrl+Meta+F"_s, fixed<L10nKey::fullScreenPlayer>}}},
-        {u"Help"_s, {{u"help"_s, u"Ctrl+?"_s, fixed<L10nKey::helpTitle>}}},
+          {CommandId::toggleMiniPlayer, u"Ctrl+Meta+M"_s, miniPlayerTitle},
+          {CommandId::toggleFullScreen, u"Ctrl+Meta+F"_s, fixed<L10nKey::fullScreenPlayer>}}},
+        {u"Help"_s, {{CommandId::help, u"Ctrl+?"_s, fixed<L10nKey::helpTitle>}}},
     };
     return table;
 }

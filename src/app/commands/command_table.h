@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "app/commands/command_id.h"
 #include "model/enums.h"
 
 #include <QString>
@@ -22,7 +23,7 @@ struct CommandState {
 
 /// One entry of the menus. Titles are English whatever the language setting.
 struct CommandSpec {
-    QString id;   ///< empty: a separator
+    CommandId id = CommandId::separator;
     QString keys; ///< in portable form, several divided by "; "; may be empty
     QString (*title)(const CommandState&) = nullptr;
     bool (*isEnabled)(const CommandState&) = nullptr; ///< null: always

@@ -8,9 +8,8 @@
 
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QQuickItem>
 #include <QShortcut>
-
-#include <algorithm>
 
 namespace halvane {
 
@@ -21,81 +20,103 @@ namespace {
 constexpr double volumeStep = 1.0 / 16;
 
 bool isTextField(const QObject* object) {
-    return object && (object->inherits("QQuickTextInput") || object->inherits("QQuickTextEdit"));
+    const auto* item = qobject_cast<const QQuickItem*>(object);
+    return item && item->flags().testFlag(QQuickItem::ItemAcceptsInputMethod);
 }
 
-// A control that was reached by keyboard and would be pressed by Space.
+// A button that was reached by keyboard would be pressed by Space.
 bool wantsSpace(const QObject* object) {
-    return object && object->inherits("QQuickAbstractButton") &&
-           object->property("visualFocus").toBool();
+    return object->property("visualFocus").toBool() &&
+           object->metaObject()->indexOfSignal("clicked()") >= 0;
 }
 
-std::function<void()> onTextField(const char* method) {
-    return [method] {
-        if (auto* field = QGuiApplication::focusObject(); isTextField(field))
-            QMetaObject::invokeMethod(field, method);
-    };
+void askTextField(const char* method) {
+    if (auto* field = QGuiApplication::focusObject(); isTextField(field))
+        QMetaObject::invokeMethod(field, method);
 }
 
 } // namespace
 
-Commands::Commands(LibraryViewModel& library, CommandTargets targets, QObject* parent)
+Commands::Commands(LibraryViewModel& library, QObject* parent)
     : QObject(parent)
     , m_library(library) {
     for (const auto& menuSpec : menuTable()) {
         auto* menu = new CommandMenu(menuSpec.title, this);
         m_menus.append(menu);
-        for (const auto& spec : menuSpec.items) {
-            const auto keys = QKeySequence::listFromString(spec.keys);
-            auto* command = new Command(spec.id, keys.value(0), action(spec.id, targets));
-            menu->append(command);
-            if (command->isSeparator())
-                continue;
-            m_byId.insert(spec.id, command);
-            auto* shortcut = new QShortcut(command);
-            shortcut->setKeys(keys);
-            shortcut->setContext(Qt::ApplicationShortcut);
-            connect(shortcut, &QShortcut::activated, command, &Command::trigger);
-            connect(command, &Command::enabledChanged, shortcut,
-                    [command, shortcut] { shortcut->setEnabled(command->isEnabled()); });
-        }
+        for (const auto& spec : menuSpec.items)
+            add(*menu, spec);
     }
     followLibrary();
     show(state());
     qApp->installEventFilter(this);
 }
 
-std::function<void()> Commands::action(const QString& id, CommandTargets& targets) {
-    auto& library = m_library;
-    const QHash<QString, std::function<void()>> actions{
-        {u"addToLibrary"_s, [&library] { library.importing()->chooseAndImportMusic(true, false); }},
-        {u"importMusicFolder"_s,
-         [&library] { library.importing()->chooseAndImportMusic(false, true); }},
-        {u"settings"_s, [open = targets.openWindow] { open(u"settings"_s); }},
-        {u"quit"_s, targets.quit},
-        {u"undo"_s, onTextField("undo")},
-        {u"redo"_s, onTextField("redo")},
-        {u"cut"_s, onTextField("cut")},
-        {u"copy"_s, onTextField("copy")},
-        {u"paste"_s, onTextField("paste")},
-        {u"selectAll"_s, onTextField("selectAll")},
-        {u"find"_s, targets.find},
-        {u"toggleNowPlayingPanel"_s,
-         [&library] {
-             library.views()->setShowNowPlayingPanel(!library.views()->showNowPlayingPanel());
-         }},
-        {u"playPause"_s, [&library] { library.transport()->togglePlayback(); }},
-        {u"nextTrack"_s, [&library] { library.transport()->playNext(true); }},
-        {u"previousTrack"_s, [&library] { library.transport()->playPrevious(); }},
-        {u"toggleShuffle"_s, [&library] { library.transport()->toggleShuffle(); }},
-        {u"advanceRepeatMode"_s, [&library] { library.transport()->advanceRepeatMode(); }},
-        {u"increaseVolume"_s, [&library] { library.transport()->stepVolume(volumeStep); }},
-        {u"decreaseVolume"_s, [&library] { library.transport()->stepVolume(-volumeStep); }},
-        {u"toggleMiniPlayer"_s, targets.toggleMiniPlayer},
-        {u"toggleFullScreen"_s, targets.toggleFullScreen},
-        {u"help"_s, [open = targets.openWindow] { open(u"help"_s); }},
-    };
-    return actions.value(id);
+void Commands::add(CommandMenu& menu, const CommandSpec& spec) {
+    const auto keys = QKeySequence::listFromString(spec.keys);
+    auto* command = new Command(spec.id, keys.value(0));
+    menu.append(command);
+    if (command->isSeparator())
+        return;
+    m_byId.emplace(spec.id, command);
+    connect(command, &Command::triggered, this, [this, id = spec.id] { perform(id); });
+    auto* shortcut = new QShortcut(command);
+    shortcut->setKeys(keys);
+    shortcut->setContext(Qt::ApplicationShortcut);
+    connect(shortcut, &QShortcut::activated, command, &Command::trigger);
+    connect(command, &Command::enabledChanged, shortcut,
+            [command, shortcut] { shortcut->setEnabled(command->isEnabled()); });
+}
+
+void Commands::perform(CommandId id) {
+    auto* transport = m_library.transport();
+    switch (id) {
+    case CommandId::separator:
+        return;
+    case CommandId::addToLibrary:
+        return m_library.importing()->chooseAndImportMusic(true, false);
+    case CommandId::importMusicFolder:
+        return m_library.importing()->chooseAndImportMusic(false, true);
+    case CommandId::settings:
+        return Q_EMIT windowAsked(u"settings"_s);
+    case CommandId::quit:
+        return Q_EMIT quitAsked();
+    case CommandId::undo:
+        return askTextField("undo");
+    case CommandId::redo:
+        return askTextField("redo");
+    case CommandId::cut:
+        return askTextField("cut");
+    case CommandId::copy:
+        return askTextField("copy");
+    case CommandId::paste:
+        return askTextField("paste");
+    case CommandId::selectAll:
+        return askTextField("selectAll");
+    case CommandId::find:
+        return Q_EMIT searchAsked();
+    case CommandId::toggleNowPlayingPanel:
+        return m_library.views()->setShowNowPlayingPanel(!m_library.views()->showNowPlayingPanel());
+    case CommandId::playPause:
+        return transport->togglePlayback();
+    case CommandId::nextTrack:
+        return transport->playNext(true);
+    case CommandId::previousTrack:
+        return transport->playPrevious();
+    case CommandId::toggleShuffle:
+        return transport->toggleShuffle();
+    case CommandId::advanceRepeatMode:
+        return transport->advanceRepeatMode();
+    case CommandId::increaseVolume:
+        return transport->stepVolume(volumeStep);
+    case CommandId::decreaseVolume:
+        return transport->stepVolume(-volumeStep);
+    case CommandId::toggleMiniPlayer:
+        return Q_EMIT miniPlayerToggled();
+    case CommandId::toggleFullScreen:
+        return Q_EMIT fullScreenToggled();
+    case CommandId::help:
+        return Q_EMIT windowAsked(u"help"_s);
+    }
 }
 
 void Commands::followLibrary() {
@@ -126,10 +147,10 @@ void Commands::show(const CommandState& now) {
     m_shown = now;
     for (const auto& menu : menuTable()) {
         for (const auto& spec : menu.items) {
-            if (auto* command = m_byId.value(spec.id)) {
-                command->setTitle(spec.title(now));
-                command->setEnabled(!spec.isEnabled || spec.isEnabled(now));
-            }
+            if (spec.id == CommandId::separator)
+                continue;
+            find(spec.id).setTitle(spec.title(now));
+            find(spec.id).setEnabled(!spec.isEnabled || spec.isEnabled(now));
         }
     }
 }
@@ -138,7 +159,7 @@ bool Commands::takesKeysFromText(int keyCombination) const {
     const QKeySequence pressed(keyCombination);
     for (const auto& menu : menuTable()) {
         for (const auto& spec : menu.items) {
-            if (!spec.yieldsToText && !spec.id.isEmpty() &&
+            if (!spec.yieldsToText && spec.id != CommandId::separator &&
                 QKeySequence::listFromString(spec.keys).contains(pressed))
                 return true;
         }

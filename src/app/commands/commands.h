@@ -4,44 +4,44 @@
 #include "app/commands/command.h"
 #include "app/commands/command_table.h"
 
-#include <QHash>
 #include <QObject>
 
-#include <functional>
+#include <map>
 
 namespace halvane {
 
 class LibraryViewModel;
 
-/// What the commands do that is not the library's doing.
-struct CommandTargets {
-    std::function<void(const QString& window)> openWindow;
-    std::function<void()> find;
-    std::function<void()> toggleMiniPlayer;
-    std::function<void()> toggleFullScreen;
-    std::function<void()> quit;
-};
-
-/// The menus and their commands, kept as the library's state has them, and their keys, which work
-/// in every window. Main thread.
+/// The menus and their commands. Titles and enabled states follow the library; the keys work in
+/// every window. Main thread.
 class Commands : public QObject {
     Q_OBJECT
 
   public:
-    Commands(LibraryViewModel& library, CommandTargets targets, QObject* parent = nullptr);
+    /// The library must outlive this object.
+    explicit Commands(LibraryViewModel& library, QObject* parent = nullptr);
 
     QList<CommandMenu*>& menus() { return m_menus; }
-    /// Null when there is none of this identifier.
-    [[nodiscard]] Command* find(const QString& id) const { return m_byId.value(id); }
+    /// The command in the menus.
+    [[nodiscard]] Command& find(CommandId id) const { return *m_byId.at(id); }
+    /// Does what the command stands for, whether or not the menus offer it now.
+    void perform(CommandId id);
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   Q_SIGNALS:
-    /// Titles or enabled states are others than before.
+    /// Titles or enabled states have changed.
     void changed();
 
+    // What the commands ask of the windows.
+    void windowAsked(const QString& id);
+    void searchAsked();
+    void miniPlayerToggled();
+    void fullScreenToggled();
+    void quitAsked();
+
   private:
-    std::function<void()> action(const QString& id, CommandTargets& targets);
+    void add(CommandMenu& menu, const CommandSpec& spec);
     void followLibrary();
     void refresh();
     void show(const CommandState& now);
@@ -49,9 +49,9 @@ class Commands : public QObject {
     [[nodiscard]] bool takesKeysFromText(int keyCombination) const;
 
     LibraryViewModel& m_library;
-    CommandState m_shown; ///< by which titles and enabled states are
+    CommandState m_shown; ///< the state that titles and enabled states show
     QList<CommandMenu*> m_menus;
-    QHash<QString, Command*> m_byId;
+    std::map<CommandId, Command*> m_byId;
 };
 
 } // namespace halvane

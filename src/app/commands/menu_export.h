@@ -9,8 +9,7 @@ namespace halvane {
 
 class Commands;
 
-/// The menus of the commands as the desktop is told of them. The commands must outlive what is
-/// given.
+/// The menus in the form that the desktop takes. The commands must outlive the result.
 std::vector<MenuEntry> exportedMenus(Commands& commands);
 
 } // namespace halvane

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+namespace halvane {
+
+/// Every command that a menu, a key or the desktop can ask for, and the line between two groups of
+/// them. Commands::perform says what each does, command_table.cpp how it looks.
+enum class CommandId {
+    separator,
+    addToLibrary,
+    importMusicFolder,
+    settings,
+    quit,
+    undo,
+    redo,
+    cut,
+    copy,
+    paste,
+    selectAll,
+    find,
+    toggleNowPlayingPanel,
+    playPause,
+    nextTrack,
+    previousTrack,
+    toggleShuffle,
+    advanceRepeatMode,
+    increaseVolume,
+    decreaseVolume,
+    toggleMiniPlayer,
+    toggleFullScreen,
+    help,
+};
+
+} // namespace halvane
