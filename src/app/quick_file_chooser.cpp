@@ -17,16 +17,17 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Where people keep their music, or where they are at home.
+// The music folder, or the home folder where there is none.
 QUrl startingFolder() {
     const auto music = QStandardPaths::writableLocation(QStandardPaths::MusicLocation);
     return QUrl::fromLocalFile(QDir(music).exists() ? music : QDir::homePath());
 }
 
-/// The panel is drawn inside a window: with less than this it could not be used.
+// The panel is drawn inside a window and needs this much room.
 constexpr QSize leastRoom(640, 440);
 
-/// The ground of the panel's path is white in its style, whatever the window's colours.
+// The style draws the path on white, whatever the window's colours are. The toolkit gives no way to
+// it but the name of its class.
 void darkenPath(const QQuickItem& within) {
     const auto children = within.childItems();
     for (auto* child : children) {
@@ -67,39 +68,38 @@ void QuickFileChooser::choose(const FileChooserRequest& request,
         window = openWindowFor(request, window);
     const auto file = request.files ? u"windows/FilesDialog.qml"_s : u"windows/FolderDialog.qml"_s;
     QQmlComponent component(&m_engine, m_viewsRoot.resolved(QUrl(file)));
-    auto* dialog = component.createWithInitialProperties(
-        {{u"title"_s, request.title},
+    delete m_panel.data();
+    m_chosen = std::move(chosen);
+    m_panel = component.createWithInitialProperties(
+        {{u"chooser"_s, QVariant::fromValue(this)},
+         {u"title"_s, request.title},
          {u"acceptLabel"_s, request.prompt},
          {u"currentFolder"_s, startingFolder()},
          {u"parentWindow"_s, QVariant::fromValue(static_cast<QWindow*>(window))}});
-    if (!dialog) {
+    if (!m_panel) {
         qCWarning(libraryLog, "no file panel: %s", qUtf8Printable(component.errorString()));
         return;
     }
-    m_chosen = std::move(chosen);
-    dialog->setParent(this);
-    connect(dialog, SIGNAL(accepted()), this, SLOT(accepted()));
-    connect(dialog, SIGNAL(rejected()), this, SLOT(rejected()));
+    m_panel->setParent(this);
     if (!hasRoom) {
-        connect(window, &QWindow::visibleChanged, dialog,
-                [dialog] { QMetaObject::invokeMethod(dialog, "reject"); });
-        connect(dialog, &QObject::destroyed, window, &QObject::deleteLater);
+        connect(window, &QWindow::visibleChanged, m_panel.data(), [this] { reject(); });
+        connect(m_panel.data(), &QObject::destroyed, window, &QObject::deleteLater);
     }
-    QMetaObject::invokeMethod(dialog, "open");
     darkenPath(*window->contentItem());
 }
 
-void QuickFileChooser::accepted() {
+void QuickFileChooser::accept(const QList<QUrl>& files) {
     QStringList paths;
-    for (const auto& url : sender()->property("chosen").value<QList<QUrl>>())
+    for (const auto& url : files)
         paths.append(url.toLocalFile());
-    sender()->deleteLater();
+    m_panel->deleteLater();
     if (m_chosen && !paths.isEmpty())
         m_chosen(paths);
 }
 
-void QuickFileChooser::rejected() {
-    sender()->deleteLater();
+void QuickFileChooser::reject() {
+    if (m_panel)
+        m_panel->deleteLater();
 }
 
 } // namespace halvane

@@ -3,7 +3,9 @@
 
 #include "platform/session/file_chooser.h"
 
+#include <QList>
 #include <QObject>
+#include <QPointer>
 #include <QUrl>
 
 class QQmlEngine;
@@ -23,9 +25,9 @@ class QuickFileChooser final : public QObject, public FileChooser {
     void choose(const FileChooserRequest& request,
                 std::function<void(const QStringList& paths)> chosen) override;
 
-  private Q_SLOTS:
-    void accepted();
-    void rejected();
+    /// What the panel says at its end.
+    Q_INVOKABLE void accept(const QList<QUrl>& files);
+    Q_INVOKABLE void reject();
 
   private:
     /// A window of the panel's own, over the one in front.
@@ -35,6 +37,7 @@ class QuickFileChooser final : public QObject, public FileChooser {
     QQmlEngine& m_engine;
     QUrl m_viewsRoot;
     std::function<void(const QStringList&)> m_chosen;
+    QPointer<QObject> m_panel; ///< a child
 };
 
 } // namespace halvane

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/halvane_app.h"
+#include "app/quick_file_chooser.h"
 
 #include <QQmlEngine>
 #include <QtQml/qqmlregistration.h>
@@ -21,6 +22,13 @@ struct AppSingleton {
         QQmlEngine::setObjectOwnership(app, QQmlEngine::CppOwnership);
         return app;
     }
+};
+
+struct QuickFileChooserType {
+    Q_GADGET
+    QML_FOREIGN(halvane::QuickFileChooser)
+    QML_NAMED_ELEMENT(QuickFileChooser)
+    QML_UNCREATABLE("made by the application")
 };
 
 struct CommandMenuType {

@@ -1,13 +1,19 @@
 // SPDX-License-Identifier: MIT
-// Without it the panel's own files end the program when it opens; so it is asked for here, where
+// The panel's own files need this module, and end the program where it is missing. Imported here,
 // its absence is only an error.
 import Qt.labs.folderlistmodel // qmllint disable unused-imports
+import QtQml
 import QtQuick.Dialogs as Dialogs
 import Halvane
 
 // The toolkit's own panel for a folder, where the desktop has none.
 Dialogs.FolderDialog {
-    readonly property list<url> chosen: [selectedFolder]
+    id: root
+
+    required property QuickFileChooser chooser
 
     rejectLabel: Strings.cancel
+    onAccepted: root.chooser.accept([root.selectedFolder])
+    onRejected: root.chooser.reject()
+    Component.onCompleted: root.open()
 }
