@@ -148,9 +148,9 @@ TEST_F(Program, HandsItsFilesToTheOneThatRuns) {
     EXPECT_TRUE(halvane.answers({u"status"_s}, u"Paused"_s));
     EXPECT_EQ(session.run(program, {u"--action"_s, u"Previous"_s}).exitCode, 0);
     EXPECT_TRUE(halvane.answers({u"metadata"_s, u"title"_s}, u"Spaces"_s));
-    RecordProperty("second start, ms", int(second.milliseconds));
+    RecordProperty("second start, ms", static_cast<int>(second.milliseconds));
 
-    // One that is killed while it is asked leaves its place to the second.
+    // An instance that is killed while it is asked leaves its place to the second.
     const auto monitor = session.listen(
         u"dbus-monitor"_s, {u"type='method_call',interface='org.freedesktop.Application'"_s});
     ASSERT_TRUE(waitFor([&] { return monitor->count(u"NameLost"_s) > 0; }));
@@ -159,6 +159,40 @@ TEST_F(Program, HandsItsFilesToTheOneThatRuns) {
     ASSERT_TRUE(waitFor([&] { return monitor->count(u"member=Open"_s) > 0; }));
     halvane.signal(SIGKILL);
     EXPECT_TRUE(heir.answers({u"metadata"_s, u"title"_s}, u"Spaces"_s));
+}
+
+TEST_F(Program, AnActionThatFindsNothingToPlayLeavesLaterFilesAlone) {
+    session.makeTrack(u"a.flac"_s, 60, u"Later"_s);
+    RunningProgram halvane(session, {u"--action"_s, u"PlayPause"_s});
+    ASSERT_TRUE(halvane.isReady());
+    EXPECT_EQ(session.run(program, {u"a.flac"_s}).exitCode, 0);
+    EXPECT_TRUE(halvane.answers({u"metadata"_s, u"title"_s}, u"Later"_s));
+    EXPECT_TRUE(waitFor([&] { return halvane.ask({u"position"_s}).toDouble() > 0.5; }));
+    EXPECT_EQ(halvane.ask({u"status"_s}), u"Playing"_s);
+}
+
+TEST_F(Program, AClickOnTheTraysIconOpensThePanelBesideItAndClosesIt) {
+    RunningProgram halvane(session);
+    ASSERT_TRUE(halvane.isReady());
+    auto desktop = session.bus.connect();
+    const auto click = [&] {
+        auto message =
+            QDBusMessage::createMethodCall(u"org.halvane.Halvane"_s, u"/StatusNotifierItem"_s,
+                                           u"org.kde.StatusNotifierItem"_s, u"Activate"_s);
+        message.setArguments({800, 10});
+        callAndWait(desktop, message);
+    };
+    const auto isBesideTheIcon = [&] {
+        return session
+            .run(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, u"--name"_s, u"^Halvane$"_s,
+                                u"getwindowgeometry"_s, u"--shell"_s, u"%@"_s})
+            .output.contains(u"X=660\nY=18\nWIDTH=280\nHEIGHT=118"_s);
+    };
+    EXPECT_FALSE(isBesideTheIcon());
+    click();
+    EXPECT_TRUE(waitFor(isBesideTheIcon));
+    click();
+    EXPECT_TRUE(waitFor([&] { return !isBesideTheIcon(); }));
 }
 
 TEST_F(Program, ASecondStartDoesNotOutlastWhatItWaitsFor) {
