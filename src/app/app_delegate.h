@@ -11,7 +11,7 @@ namespace halvane {
 
 class LibraryViewModel;
 
-/// What the desktop reaches of the player while no window need be open. Main thread.
+/// What the desktop offers of the player, whether or not a window is open. Main thread.
 class AppDelegate {
   public:
     /// Unset until the main window or the mini player has appeared.

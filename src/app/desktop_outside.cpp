@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// How the portal is told of a window; on Wayland it would take a protocol of its own.
+// The name by which the portal knows a window. On Wayland that would take a protocol of its own.
 QString windowInFront() {
     const auto* window = QGuiApplication::focusWindow();
     return window && WindowRegistry::canPlaceWindows()

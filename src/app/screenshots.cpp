@@ -3,8 +3,15 @@
 
 #include "app/halvane_app.h"
 #include "app/windows/window_registry.h"
-#include "library/library_concerns.h"
+#include "library/browsing/album_list_model.h"
+#include "library/browsing/browsing.h"
+#include "library/browsing/view_state.h"
+#include "library/import/importer.h"
 #include "library/library_view_model.h"
+#include "library/playback/collection_player.h"
+#include "library/playback/player_display.h"
+#include "library/user/language_setting.h"
+#include "library/user/playlists.h"
 #include "platform/log.h"
 #include "presentation/l10n.h"
 
@@ -21,8 +28,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Covers are decoded, panels slide and colours fade in the meantime: a window that draws nothing
-// new for a while has settled, and one that plays never does.
+// Covers are decoded, panels slide and colours fade first. A window that draws nothing new for a
+// while has settled; one that plays never does.
 constexpr auto still = 500ms;
 constexpr auto longestSettling = 2000ms;
 constexpr auto betweenLooks = 100ms;
@@ -38,7 +45,7 @@ QQuickItem* buttonWithTip(QQuickItem* within, const QString& tip) {
     return nullptr;
 }
 
-/// Presses what only a view can open.
+// Presses what only a view can open.
 void press(QQuickWindow* window, const QString& tip) {
     if (auto* button = window ? buttonWithTip(window->contentItem(), tip) : nullptr)
         QMetaObject::invokeMethod(button, "clicked");
@@ -123,7 +130,7 @@ void Screenshots::start(bool expectsTracks) {
         Q_EMIT finished(false);
         return;
     }
-    // A library that is restored is there at once.
+    // A restored library is there at once.
     waitForTracks(expectsTracks ? looks : fewLooks);
 }
 
@@ -157,8 +164,7 @@ void Screenshots::next() {
     if (auto* window = m_app.windows().visibleWindow(picture.window))
         m_frames = connect(window, &QQuickWindow::frameSwapped, this,
                            [this, settled, left = m_pictures.size()] {
-                               // One that belongs to the last picture may still have been on its
-                               // way.
+                               // A frame of the picture before may still have been on its way.
                                if (left == m_pictures.size())
                                    m_still = m_clock.after(still, settled);
                            });

@@ -23,7 +23,7 @@ class Screenshots : public QObject {
     /// The application and the clock must outlive this object. `folder` is made if need be.
     Screenshots(HalvaneApp& app, Clock& clock, const QString& folder, QObject* parent = nullptr);
 
-    /// Begins; `expectsTracks`: waits for the first of them to be listed.
+    /// Begins. With `expectsTracks` it waits longer for the first tracks to be listed.
     void start(bool expectsTracks);
 
   Q_SIGNALS:

@@ -10,7 +10,7 @@ namespace {
 
 [[noreturn]] void fail(const char* why) {
     std::fputs(why, stderr);
-    // What exit() destroys may be waiting for the bus, too.
+    // exit() would destroy objects that may be waiting for the bus, too.
     std::_Exit(EXIT_FAILURE);
 }
 

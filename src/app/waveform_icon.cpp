@@ -20,8 +20,8 @@ QImage waveformImage(int size, const QColor& color) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(color);
-    constexpr int count = int(std::size(bars));
-    const double step = double(size) / count;
+    constexpr int count = static_cast<int>(std::size(bars));
+    const double step = static_cast<double>(size) / count;
     const double width = step * 0.56;
     for (int i = 0; i < count; ++i) {
         const double height = bars[i] * size;

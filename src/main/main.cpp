@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The program, of which nothing is made here but the order of its beginning.
+// The program's entry point: the order in which it begins.
 #include "app/arguments.h"
 #include "app/program.h"
 #include "app/second_start.h"
@@ -25,7 +25,7 @@ void print(FILE* stream, const QString& text) {
     std::fputs(text.toLocal8Bit().constData(), stream);
 }
 
-/// What can be done without a display; none when the program is to go on.
+// What can be done without a display; none when the program is to go on.
 std::optional<int> doneEarly(const Arguments& arguments) {
     switch (arguments.task) {
     case Arguments::Task::print:

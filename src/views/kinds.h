@@ -21,9 +21,9 @@ namespace BrowseMode {
 Q_NAMESPACE
 QML_ELEMENT
 enum Value {
-    Albums = int(LibraryMode::albums),
-    Songs = int(LibraryMode::songs),
-    Artists = int(LibraryMode::artists),
+    Albums = static_cast<int>(LibraryMode::albums),
+    Songs = static_cast<int>(LibraryMode::songs),
+    Artists = static_cast<int>(LibraryMode::artists),
 };
 Q_ENUM_NS(Value)
 } // namespace BrowseMode
@@ -32,11 +32,11 @@ namespace SidebarPlace {
 Q_NAMESPACE
 QML_ELEMENT
 enum Value {
-    Library = int(SidebarItem::library),
-    Albums = int(SidebarItem::albums),
-    Artists = int(SidebarItem::artists),
-    Tracks = int(SidebarItem::tracks),
-    Loved = int(SidebarItem::loved),
+    Library = static_cast<int>(SidebarItem::library),
+    Albums = static_cast<int>(SidebarItem::albums),
+    Artists = static_cast<int>(SidebarItem::artists),
+    Tracks = static_cast<int>(SidebarItem::tracks),
+    Loved = static_cast<int>(SidebarItem::loved),
 };
 Q_ENUM_NS(Value)
 } // namespace SidebarPlace
@@ -45,9 +45,9 @@ namespace Repeat {
 Q_NAMESPACE
 QML_ELEMENT
 enum Value {
-    Off = int(PlaybackRepeatMode::off),
-    All = int(PlaybackRepeatMode::all),
-    One = int(PlaybackRepeatMode::one),
+    Off = static_cast<int>(PlaybackRepeatMode::off),
+    All = static_cast<int>(PlaybackRepeatMode::all),
+    One = static_cast<int>(PlaybackRepeatMode::one),
 };
 Q_ENUM_NS(Value)
 } // namespace Repeat
@@ -56,11 +56,11 @@ namespace Tint {
 Q_NAMESPACE
 QML_ELEMENT
 enum Value {
-    Ambient = int(SpectrumTintMode::ambient),
-    Mint = int(SpectrumTintMode::mint),
-    Gold = int(SpectrumTintMode::gold),
-    Sunset = int(SpectrumTintMode::sunset),
-    Custom = int(SpectrumTintMode::custom),
+    Ambient = static_cast<int>(SpectrumTintMode::ambient),
+    Mint = static_cast<int>(SpectrumTintMode::mint),
+    Gold = static_cast<int>(SpectrumTintMode::gold),
+    Sunset = static_cast<int>(SpectrumTintMode::sunset),
+    Custom = static_cast<int>(SpectrumTintMode::custom),
 };
 Q_ENUM_NS(Value)
 } // namespace Tint
@@ -69,9 +69,9 @@ namespace Corners {
 Q_NAMESPACE
 QML_ELEMENT
 enum Value {
-    Sharp = int(CornerStyle::sharp),
-    Standard = int(CornerStyle::standard),
-    Round = int(CornerStyle::round),
+    Sharp = static_cast<int>(CornerStyle::sharp),
+    Standard = static_cast<int>(CornerStyle::standard),
+    Round = static_cast<int>(CornerStyle::round),
 };
 Q_ENUM_NS(Value)
 } // namespace Corners
@@ -80,9 +80,9 @@ namespace Backdrop {
 Q_NAMESPACE
 QML_ELEMENT
 enum Value {
-    Dark = int(BackgroundStyle::dark),
-    Oled = int(BackgroundStyle::oled),
-    Ambient = int(BackgroundStyle::ambient),
+    Dark = static_cast<int>(BackgroundStyle::dark),
+    Oled = static_cast<int>(BackgroundStyle::oled),
+    Ambient = static_cast<int>(BackgroundStyle::ambient),
 };
 Q_ENUM_NS(Value)
 } // namespace Backdrop
@@ -91,9 +91,9 @@ namespace Availability {
 Q_NAMESPACE
 QML_ELEMENT
 enum Value {
-    Available = int(TrackAvailability::available),
-    InCloud = int(TrackAvailability::inCloud),
-    Missing = int(TrackAvailability::missing),
+    Available = static_cast<int>(TrackAvailability::available),
+    InCloud = static_cast<int>(TrackAvailability::inCloud),
+    Missing = static_cast<int>(TrackAvailability::missing),
 };
 Q_ENUM_NS(Value)
 } // namespace Availability

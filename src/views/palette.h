@@ -48,14 +48,14 @@ class AppPalette : public QObject {
         QFont result;
         result.setFamilies({QStringLiteral("Inter"), QStringLiteral("Noto Sans CJK SC")});
         result.setPixelSize(pixels);
-        result.setWeight(QFont::Weight(weight));
+        result.setWeight(static_cast<QFont::Weight>(weight));
         if (spacing != 0)
             result.setLetterSpacing(QFont::AbsoluteSpacing, spacing);
         return result;
     }
 
-    /// The same with every letter as wide as the next, for key caps. Not whatever the desktop takes
-    /// for "monospace", which is another one on each.
+    /// The same with every letter as wide as the next, for key caps. The face is named, since
+    /// "monospace" is another one on every desktop.
     Q_INVOKABLE [[nodiscard]] QFont fixedWidthFont(int pixels, int weight) const {
         QFont result = font(pixels, weight);
         result.setFamily(QStringLiteral("DejaVu Sans Mono"));

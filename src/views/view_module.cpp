@@ -21,7 +21,7 @@ namespace {
 
 constexpr auto moduleProperty = "halvaneViews";
 
-/// A cover by the key that the lists carry.
+// A cover by the key that the lists carry.
 class StoredCover final : public ArtworkSource {
   public:
     StoredCover(const CoverStore& store, QString key)
@@ -43,7 +43,7 @@ ViewModule::ViewModule(QQmlEngine& engine, LibraryViewModel& library)
     , m_library(library)
     , m_strings([&library] { return library.language()->resolvedLanguage(); }) {
     qml_register_types_Halvane();
-    // What a view's text style does not say itself.
+    // The font of texts that name no style.
     QFont font = QGuiApplication::font();
     font.setFamilies(AppPalette().font(13, QFont::Normal).families());
     QGuiApplication::setFont(font);

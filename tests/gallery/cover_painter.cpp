@@ -49,7 +49,7 @@ void rings(QPainter& p, const QColor&, const QColor& light) {
     p.setBrush(Qt::NoBrush);
     for (int ring = 1; ring <= 6; ++ring) {
         QColor color = light;
-        color.setAlphaF(1.05f - 0.13f * float(ring));
+        color.setAlphaF(1.05f - 0.13f * static_cast<float>(ring));
         p.setPen(QPen(color, 0.016));
         p.drawEllipse(QPointF(0.5, 0.5), 0.072 * ring, 0.072 * ring);
     }
@@ -65,19 +65,22 @@ void hill(QPainter& p, const QColor& ink, const QColor& light) {
 } // namespace
 
 QImage paintCover(int seed, int side) {
-    QRandomGenerator random(quint32(seed) * 2654435761u + 17u);
+    QRandomGenerator random(static_cast<quint32>(seed) * 2654435761u + 17u);
     QImage image(side, side, QImage::Format_RGB32);
     QPainter p(&image);
     p.setRenderHint(QPainter::Antialiasing);
     p.scale(side, side);
     p.setPen(Qt::NoPen);
     static constexpr std::array hues{0.145, 0.33, 0.58, 0.065, 0.46, 0.03, 0.78, 0.2, 0.53, 0.9};
-    const double hue = seed < int(hues.size()) ? hues[size_t(seed)] : random.generateDouble();
+    const double hue = seed < static_cast<int>(hues.size()) ? hues[static_cast<size_t>(seed)]
+                                                            : random.generateDouble();
     QLinearGradient ground(0, 0, 1, 1);
-    ground.setColorAt(0, QColor::fromHsvF(float(hue), 0.62f, 0.82f));
-    ground.setColorAt(1, QColor::fromHsvF(float(std::fmod(hue + 0.1, 1.0)), 0.74f, 0.5f));
+    ground.setColorAt(0, QColor::fromHsvF(static_cast<float>(hue), 0.62f, 0.82f));
+    ground.setColorAt(1,
+                      QColor::fromHsvF(static_cast<float>(std::fmod(hue + 0.1, 1.0)), 0.74f, 0.5f));
     p.fillRect(QRectF(0, 0, 1, 1), ground);
-    const QColor light = QColor::fromHsvF(float(std::fmod(hue + 0.5, 1.0)), 0.36f, 0.9f);
+    const QColor light =
+        QColor::fromHsvF(static_cast<float>(std::fmod(hue + 0.5, 1.0)), 0.36f, 0.9f);
     QColor ink(20, 22, 26);
     ink.setAlphaF(0.62f);
     switch (seed % 5) {

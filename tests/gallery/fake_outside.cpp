@@ -42,10 +42,10 @@ void TimedOutput::pause() {
 }
 
 void TimedOutput::pull() {
-    const auto frames = std::size_t(m_since.restart() * m_format.sampleRate / 1000);
-    m_block.resize(frames * std::size_t(m_format.channels));
+    const auto frames = static_cast<std::size_t>(m_since.restart() * m_format.sampleRate / 1000);
+    m_block.resize(frames * static_cast<std::size_t>(m_format.channels));
     m_source->render(m_block.data(), frames);
-    m_frames += std::int64_t(frames);
+    m_frames += static_cast<std::int64_t>(frames);
 }
 
 std::vector<AudioOutput::OutputDevice> ListedDevices::outputDevices() const {

@@ -43,7 +43,7 @@ GalleryWorld::~GalleryWorld() {
 }
 
 bool GalleryWorld::waitFor(const std::function<bool()>& condition, int milliseconds) {
-    // A wait by processEvents() with a time spins, and takes the processor from what is waited for.
+    // processEvents() with a time limit spins, and takes the processor from what is waited for.
     constexpr int lookAgainMs = 5;
     QTimer wake;
     wake.setObjectName(u"waitFor"_s);

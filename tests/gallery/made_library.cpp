@@ -64,8 +64,8 @@ const std::vector<AlbumPlan>& namedAlbums() {
 }
 
 AlbumPlan albumPlan(int number) {
-    if (number < int(namedAlbums().size()))
-        return namedAlbums()[size_t(number)];
+    if (number < static_cast<int>(namedAlbums().size()))
+        return namedAlbums()[static_cast<size_t>(number)];
     static constexpr std::array firsts{"Silver", "Quiet",  "Distant", "Copper", "Winter", "Open",
                                        "Glass",  "Hollow", "Blue",    "Early",  "Second", "Golden"};
     static constexpr std::array seconds{"Harbour", "Lines",   "Letters", "Weather",
@@ -75,16 +75,16 @@ AlbumPlan albumPlan(int number) {
                                       "Tessa",   "Corvin", "Elsin",  "Hazel", "Ro"};
     static constexpr std::array kinds{"Collective", "& the Tides", "Trio",     "Hart",
                                       "Lindqvist",  "Okafor",      "Ensemble", "Sound"};
-    AlbumPlan plan = namedAlbums()[size_t(number) % 6];
+    AlbumPlan plan = namedAlbums()[static_cast<size_t>(number) % 6];
     const auto text = [](const char* words) { return QString::fromUtf8(words); };
-    const int volume = number / int(firsts.size() * seconds.size());
-    plan.title = text(firsts[size_t(number) % firsts.size()]) + u' ' +
-                 text(seconds[size_t(number / 12) % seconds.size()]) +
+    const int volume = number / static_cast<int>(firsts.size() * seconds.size());
+    plan.title = text(firsts[static_cast<size_t>(number) % firsts.size()]) + u' ' +
+                 text(seconds[static_cast<size_t>(number / 12) % seconds.size()]) +
                  (volume > 0 ? u" %1"_s.arg(volume + 1) : QString());
     const int artist = number / 2;
-    const int round = artist / int(bands.size() * kinds.size());
-    plan.artist = text(bands[size_t(artist) % bands.size()]) + u' ' +
-                  text(kinds[size_t(artist / 10) % kinds.size()]) +
+    const int round = artist / static_cast<int>(bands.size() * kinds.size());
+    plan.artist = text(bands[static_cast<size_t>(artist) % bands.size()]) + u' ' +
+                  text(kinds[static_cast<size_t>(artist / 10) % kinds.size()]) +
                   (round > 0 ? u" %1"_s.arg(round + 1) : QString());
     plan.year = 1965 + number * 7 % 60;
     return plan;
@@ -119,31 +119,31 @@ QString timeText(int seconds) {
 
 constexpr int rate = 22050;
 
-/// A few seconds of chords.
+// A few seconds of chords.
 QByteArray chords() {
     QByteArray sound;
     QDataStream samples(&sound, QIODevice::WriteOnly);
     samples.setByteOrder(QDataStream::LittleEndian);
     for (int i = 0; i < rate * 4; ++i) {
-        const double t = double(i) / rate;
+        const double t = static_cast<double>(i) / rate;
         double sum = 0;
         for (int partial = 1; partial < 40; ++partial) {
             const double swell = 0.5 + 0.5 * std::sin(t * 1.5708 * (1 + partial % 5) + partial);
             sum += swell * std::sin(6.283185 * t * 55 * std::pow(partial, 1.25)) /
                    std::pow(partial, 0.75);
         }
-        samples << qint16(std::lround(3800 * sum));
+        samples << static_cast<qint16>(std::lround(3800 * sum));
     }
     return sound;
 }
 
-/// The chords over and over, long enough for the whole track.
+// The chords over and over, long enough for the whole track.
 void writeSound(const QString& path, int seconds) {
     static const QByteArray sound = chords();
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly))
         return;
-    const quint32 bytes = quint32(seconds) * rate * 2;
+    const quint32 bytes = static_cast<quint32>(seconds) * rate * 2;
     QDataStream out(&file);
     out.setByteOrder(QDataStream::LittleEndian);
     out.writeRawData("RIFF", 4);
@@ -153,14 +153,16 @@ void writeSound(const QString& path, int seconds) {
         << quint16(2) << quint16(16);
     out.writeRawData("data", 4);
     out << bytes;
-    for (quint32 written = 0; written < bytes; written += quint32(sound.size()))
-        out.writeRawData(sound.constData(), int(std::min(quint32(sound.size()), bytes - written)));
+    for (quint32 written = 0; written < bytes; written += static_cast<quint32>(sound.size()))
+        out.writeRawData(
+            sound.constData(),
+            static_cast<int>(std::min(static_cast<quint32>(sound.size()), bytes - written)));
 }
 
 void writePlaceholder(const QString& path, int seconds) {
     QFile file(path);
     if (file.open(QIODevice::WriteOnly))
-        file.resize(qint64(seconds) * 118000); // a hole: it takes no room
+        file.resize(static_cast<qint64>(seconds) * 118000); // a hole: it takes no room
 }
 
 } // namespace
@@ -176,7 +178,8 @@ TrackRows makeLibrary(const LibraryPlan& plan) {
         QDir().mkpath(plan.folder + u"/%1"_s.arg(number, 4, 10, QChar(u'0')));
         const int tracks = number == 0 ? 11 : 11 + number % 3;
         for (int index = 0; index < tracks; ++index) {
-            const auto name = size_t(number == 0 ? index : index * 5 + number) % trackNames.size();
+            const auto name =
+                static_cast<size_t>(number == 0 ? index : index * 5 + number) % trackNames.size();
             // Other lengths on other albums, so that few of them pass for the same track.
             const int seconds = trackSeconds[name] + number % 53;
             const QString path = trackPath(plan, number, index);

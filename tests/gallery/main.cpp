@@ -12,18 +12,18 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// What assistive technology finds, a line a thing.
+// What assistive technology finds, a line a thing.
 void printTree(QAccessibleInterface* thing, int depth) {
     if (!thing || thing->state().invisible)
         return;
-    printf("%*s%x %s | %s\n", depth * 2, "", unsigned(thing->role()),
+    printf("%*s%x %s | %s\n", depth * 2, "", static_cast<unsigned>(thing->role()),
            qPrintable(thing->text(QAccessible::Name)),
            qPrintable(thing->text(QAccessible::Description)));
     for (int i = 0; i < thing->childCount(); ++i)
         printTree(thing->child(i), depth + 1);
 }
 
-/// Sets a property by its name in QML; false when there is none of that name.
+// Sets a property by its name in QML; false when there is none of that name.
 bool setProperty(LibraryViewModel& library, const QString& name, const QString& value) {
     const QByteArray concern = name.section(u'.', 0, 0).toUtf8();
     const QByteArray property = name.section(u'.', 1).toUtf8();
@@ -63,9 +63,9 @@ int main(int argc, char** argv) {
         const QString name = setting.section(u'=', 0, 0);
         const QString value = setting.section(u'=', 1);
         if (name == "mode"_L1)
-            library.browsing()->selectBrowseMode(LibraryMode(value.toInt()));
+            library.browsing()->selectBrowseMode(static_cast<LibraryMode>(value.toInt()));
         else if (name == "place"_L1)
-            library.browsing()->selectSidebarItem(SidebarItem(value.toInt()));
+            library.browsing()->selectSidebarItem(static_cast<SidebarItem>(value.toInt()));
         else if (!setProperty(library, name, value))
             qFatal("no such property: %ls", qUtf16Printable(name));
     }

@@ -149,7 +149,7 @@ RunningProgram::~RunningProgram() {
 }
 
 void RunningProgram::signal(int number) {
-    ::kill(pid_t(m_process.processId()), number);
+    ::kill(static_cast<pid_t>(m_process.processId()), number);
 }
 
 std::optional<int> RunningProgram::exitCode() {

@@ -20,7 +20,7 @@ namespace {
 class Wayland : public testing::Test {
   protected:
     Wayland() {
-        // The screen is as large as the window, which so can only be put in its corner.
+        // The screen is as large as the window, so that the window can only stand in its corner.
         const auto configuration = session.home.filePath(u"weston.ini"_s);
         QFile file(configuration);
         if (!file.open(QIODevice::WriteOnly))
@@ -41,12 +41,12 @@ class Wayland : public testing::Test {
         session.environment.insert(u"WAYLAND_DEBUG"_s, u"1"_s);
     }
 
-    /// What the program and the compositor have said to each other so far.
+    // What the program and the compositor have said to each other so far.
     [[nodiscard]] QString talk() const { return session.log(); }
     [[nodiscard]] bool asked(const QString& pattern) const {
         return talk().contains(QRegularExpression(u"-> .*"_s + pattern));
     }
-    /// Moves the pointer, from the top left corner of the compositor's screen.
+    // Moves the pointer, from the top left corner of the compositor's screen.
     void pointer(const QString& commands) {
         ASSERT_EQ(session.run(u"xdotool"_s, commands.split(u' ')).exitCode, 0);
     }
@@ -54,16 +54,16 @@ class Wayland : public testing::Test {
         return u"mousemove %1 %2"_s.arg(place.x()).arg(place.y());
     }
 
-    /// Whether the program has heard of the pointer being at this place of its window.
+    // Whether the program has heard of the pointer being at this place of its window.
     [[nodiscard]] bool isAt(QPoint inWindow) const {
         return talk().contains(QRegularExpression(
             uR"(wl_pointer@\d+\.(enter\(\d+, wl_surface@\d+|motion\(\d+), %1\.0+, %2\.0+\))"_s
                 .arg(inWindow.x())
                 .arg(inWindow.y())));
     }
-    /// Brings the pointer into the compositor's screen. Where it was when that screen appeared the
-    /// compositor may not know, and it takes every movement as one from there on; on coming in from
-    /// outside it is told the place itself. A window that is not there yet hears of neither.
+    // Brings the pointer into the compositor's screen. It comes from outside, which tells the
+    // compositor the place: of a pointer that was there before the screen, it may not know it, and
+    // would count movements from a wrong one. A window that is not there yet hears nothing.
     void enterAt(QPoint inWindow) {
         const QPoint outside(1500, 900);
         ASSERT_TRUE(waitFor([&] {

@@ -15,14 +15,14 @@ using namespace std::string_view_literals;
 
 struct Surface {
     std::string_view window;
-    std::string_view flag = {}; ///< a flag of the controller that shows it
+    std::string_view flag = {}; // a flag of the controller that shows it
 };
 
-/// The product's own texts. Those of the music may be elided, and are, with the whole in a tooltip.
+// The product's own texts. Those of the music may be elided, and are, with the whole in a tooltip.
 QSet<QString> productTexts(ResolvedLanguage language) {
     QSet<QString> texts;
     for (int key = 0; key < L10n::keyCount; ++key)
-        texts.insert(L10n::text(L10nKey(key), language));
+        texts.insert(L10n::text(static_cast<L10nKey>(key), language));
     return texts;
 }
 

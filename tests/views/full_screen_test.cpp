@@ -25,7 +25,7 @@ class FullScreenTest : public testing::Test {
     }
     void TearDown() override { EXPECT_EQ(world.warnings(), QStringList()); }
 
-    /// The first item below this one whose kind has such a property of its own.
+    // The first item below this one whose kind has such a property of its own.
     static QQuickItem* itemOf(QQuickItem* from, const char* property) {
         if (from->metaObject()->indexOfProperty(property) >= 0)
             return from;
@@ -34,7 +34,7 @@ class FullScreenTest : public testing::Test {
                 return found;
         return nullptr;
     }
-    /// Has come all the way in, so that nothing of the library is left behind it.
+    // Has come all the way in, so that nothing of the library is left behind it.
     bool covers() {
         return world.waitFor([&] {
             return ui->shows(u"Back to Main Window"_s) &&

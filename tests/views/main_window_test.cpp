@@ -304,7 +304,7 @@ TEST_F(MainWindowTest, TabGoesRoundEverythingAsTheEyeDoes) {
           u"Import Music Folder"_s, u"Toggle Now Playing Panel"_s, u"Night Walk"_s, u"Artists"_s,
           u"Play Album"_s, u"Albums"_s, u"Up Next"_s, u"Previous track"_s, u"Next track"_s,
           u"Volume"_s, u"Equalizer"_s, u"Mini Player"_s}) {
-        const int at = int(names.indexOf(name, last + 1));
+        const int at = static_cast<int>(names.indexOf(name, last + 1));
         EXPECT_GT(at, last) << qPrintable(name) << " in " << qPrintable(names.join(u'|'));
         last = std::max(at, last);
     }
@@ -353,7 +353,7 @@ class Activity : public QObject {
         QObject::connect(&window, &QQuickWindow::frameSwapped, this, [this] { ++m_events; });
         qApp->installEventFilter(this);
     }
-    /// Waits for half a second in which nothing happens.
+    // Waits for half a second in which nothing happens.
     bool ceases() {
         QElapsedTimer quiet;
         quiet.start();

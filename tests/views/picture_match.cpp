@@ -32,7 +32,7 @@ int difference(QRgb a, QRgb b) {
                      std::abs(qBlue(a) - qBlue(b))});
 }
 
-/// The greatest mean difference of any area; as much as there can be for pictures of other sizes.
+// The greatest mean difference of any area; as much as there can be for pictures of other sizes.
 double greatestDifference(const QImage& a, const QImage& b) {
     if (a.size() != b.size())
         return 255;
@@ -44,7 +44,8 @@ double greatestDifference(const QImage& a, const QImage& b) {
             for (int y = area.top(); y <= area.bottom(); ++y)
                 for (int x = area.left(); x <= area.right(); ++x)
                     sum += difference(a.pixel(x, y), b.pixel(x, y));
-            greatest = std::max(greatest, double(sum) / (area.width() * area.height()));
+            greatest =
+                std::max(greatest, static_cast<double>(sum) / (area.width() * area.height()));
         }
     }
     return greatest;
@@ -55,7 +56,7 @@ QImage differencePicture(const QImage& a, const QImage& b) {
     for (int y = 0; y < result.height(); ++y)
         for (int x = 0; x < result.width(); ++x)
             result.scanLine(y)[x] =
-                uchar(std::min(255, 4 * difference(a.pixel(x, y), b.pixel(x, y))));
+                static_cast<uchar>(std::min(255, 4 * difference(a.pixel(x, y), b.pixel(x, y))));
     return result;
 }
 

@@ -20,7 +20,7 @@ struct Look {
     void (*show)(GalleryWorld& world, WindowDriver& ui);
     bool isChinese = false;
     int albums = 12;
-    QSize size = {}; ///< where it is not the window's own
+    QSize size = {}; // where it is not the window's own
 };
 
 std::ostream& operator<<(std::ostream& out, const Look& look) {
@@ -59,7 +59,7 @@ void tidyUp(GalleryWorld& world, WindowDriver& ui) {
     world.library().views()->setShowMaintenance(true);
     EXPECT_TRUE(ui.waitsFor(u"Missing files, 1"_s));
 }
-/// Its light turns while nothing plays, too: put back to where it begins, and stopped there.
+// Its light turns while nothing plays, too: put back to where it begins, and stopped there.
 void fullScreen(GalleryWorld& world, WindowDriver& ui) {
     world.library().views()->setShowFullPlayer(true);
     EXPECT_TRUE(ui.waitsFor(u"Back to Main Window"_s));

@@ -12,13 +12,13 @@ TEST(SpectrumCurve, RunsFromEdgeToEdgeWithoutLeavingTheBands) {
     const QList<float> bands{0.2f, 0.9f, 0.1f, 0.6f, 0.4f};
     const auto curve = spectrumCurve(bands, 100, 50, 6);
     ASSERT_FALSE(curve.isEmpty());
-    EXPECT_EQ(curve.first(), QPointF(0, 50 * (1 - double(0.2f))));
-    EXPECT_EQ(curve.last(), QPointF(100, 50 * (1 - double(0.4f))));
+    EXPECT_EQ(curve.first(), QPointF(0, 50 * (1 - static_cast<double>(0.2f))));
+    EXPECT_EQ(curve.last(), QPointF(100, 50 * (1 - static_cast<double>(0.4f))));
     EXPECT_TRUE(std::is_sorted(curve.begin(), curve.end(),
                                [](const QPointF& a, const QPointF& b) { return a.x() < b.x(); }));
     for (const QPointF& point : curve) {
-        EXPECT_GE(point.y(), 50 * (1 - double(0.9f)));
-        EXPECT_LE(point.y(), 50 * (1 - double(0.1f)));
+        EXPECT_GE(point.y(), 50 * (1 - static_cast<double>(0.9f)));
+        EXPECT_LE(point.y(), 50 * (1 - static_cast<double>(0.1f)));
     }
 }
 

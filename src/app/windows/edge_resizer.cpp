@@ -10,7 +10,7 @@ namespace halvane {
 namespace {
 
 constexpr int thickness = 6;
-constexpr int corner = 14; // corners are easier to catch than their square of thickness
+constexpr int corner = 14; // a square of the thickness would be hard to catch
 
 Qt::CursorShape cursorFor(Qt::Edges edges) {
     if (edges == (Qt::TopEdge | Qt::LeftEdge) || edges == (Qt::BottomEdge | Qt::RightEdge))

@@ -9,7 +9,7 @@ class QWindow;
 
 namespace halvane {
 
-/// Which edges of a window a point takes hold of; none in its inside.
+/// The edges of a window that a point takes hold of; none inside it.
 Qt::Edges edgesAt(QPointF point, QSize window);
 
 /// Lets the edges of a frameless window resize it. Lives as long as the window. Main thread.
@@ -26,7 +26,7 @@ class EdgeResizer : public QObject {
     void showCursorFor(Qt::Edges edges);
 
     QWindow* m_window;
-    Qt::Edges m_edges; // those under the pointer
+    Qt::Edges m_edges; ///< those under the pointer
 };
 
 } // namespace halvane

@@ -36,7 +36,7 @@ class WindowGeometry : public QObject {
     void store();
 
     QSettings m_file;
-    QHash<QString, Remembered> m_latest; // not yet in the file
+    QHash<QString, Remembered> m_latest; ///< not yet in the file
     QTimer m_storeSoon;
 };
 

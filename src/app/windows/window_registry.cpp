@@ -28,8 +28,8 @@ QList<QRect> freeAreas() {
     return areas;
 }
 
-/// A popup that closes leaves the keyboard with the window's ground, where no key is heard: back to
-/// what had it in the window's view.
+// A popup that closes leaves the keyboard with the window's root item, which hears no keys. It goes
+// back to what had it in the window's view.
 void takeKeyboardBack(const QQuickWindow& window) {
     if (window.activeFocusItem() != window.contentItem())
         return;
@@ -181,7 +181,8 @@ bool WindowRegistry::isAnyOpen() const {
 void WindowRegistry::visibilityChanged(QQuickWindow& window) {
     if (window.isVisible())
         return;
-    if (windowSpec(window.objectName())->kind != WindowSpec::Kind::popup) // beside its icon, anew
+    if (windowSpec(window.objectName())->kind !=
+        WindowSpec::Kind::popup) // it opens beside its icon
         m_lastPlaces.insert(window.objectName(), window.position());
     if (m_closing)
         return;

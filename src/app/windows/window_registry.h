@@ -57,9 +57,9 @@ class WindowRegistry : public QObject {
     QQmlEngine& m_engine;
     QUrl m_viewsRoot;
     std::unique_ptr<WindowGeometry> m_geometry;
-    QHash<QString, QQuickWindow*> m_windows; // owned
-    QHash<QString, QPoint> m_lastPlaces;     // of windows that were closed
-    bool m_closing = false;                  // lastWindowClosed has been asked for
+    QHash<QString, QQuickWindow*> m_windows; ///< owned
+    QHash<QString, QPoint> m_lastPlaces;     ///< of windows that were closed
+    bool m_closing = false;                  ///< lastWindowClosed has been asked for
 };
 
 } // namespace halvane

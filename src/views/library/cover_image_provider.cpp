@@ -13,7 +13,7 @@ namespace {
 
 constexpr int workerCount = 2;
 
-/// What the engine waits for. The job and the engine each hold it; the last one frees it.
+// What the engine waits for. The job and the engine each hold it; the last one frees it.
 class CoverResponse : public QQuickImageResponse {
   public:
     explicit CoverResponse(std::shared_ptr<std::atomic_bool> cancelled)

@@ -43,7 +43,7 @@ void ListCursor::place(int index) {
 void ListCursor::refind() {
     if (!m_id.isValid())
         return;
-    // Most changes leave the row where it was; only then is the whole list not looked through.
+    // Most changes leave the row where it was, which spares a search through the whole list.
     if (value(m_index, m_idRole) != m_id)
         place(rowWith(m_idRole, m_id));
 }

@@ -52,7 +52,7 @@ class ListCursor : public QObject {
     QString m_idRole;
     QString m_textRole;
     int m_index = -1;
-    QVariant m_id; // of the row at m_index, kept while that row is filtered away
+    QVariant m_id; ///< of the row at m_index, kept while that row is filtered away
     QString m_typed;
     QElapsedTimer m_sinceTyped;
 };

@@ -25,7 +25,7 @@ class RedrawClock : public QObject {
         m_timer.setTimerType(Qt::PreciseTimer);
         m_timer.setInterval(shortest);
         connect(&m_timer, &QTimer::timeout, this, [this] {
-            const double seconds = double(m_sinceTick.nsecsElapsed()) / 1e9;
+            const double seconds = static_cast<double>(m_sinceTick.nsecsElapsed()) / 1e9;
             m_sinceTick.start();
             Q_EMIT ticked(seconds);
         });

@@ -26,7 +26,7 @@ constexpr double restingBar = 0.16; // of the reach: a silent ring is still a ri
 constexpr double circleOpacity = 0.05;
 constexpr int circlePieces = 192;
 
-/// Collects triangles for one strip-less draw. Colours are premultiplied, as the scene graph wants.
+// Collects triangles for one strip-less draw. Colours are premultiplied, as the scene graph wants.
 class Triangles {
   public:
     struct Paint {
@@ -36,11 +36,13 @@ class Triangles {
 
     void add(const QPointF& at, const Paint& paint) {
         const double alpha = paint.opacity * paint.color.alphaF();
-        const auto part = [&](float c) { return uchar(std::lround(double(c) * alpha * 255)); };
+        const auto part = [&](float c) {
+            return static_cast<uchar>(std::lround(static_cast<double>(c) * alpha * 255));
+        };
         QSGGeometry::ColoredPoint2D point;
-        point.set(float(at.x()), float(at.y()), part(paint.color.redF()),
+        point.set(static_cast<float>(at.x()), static_cast<float>(at.y()), part(paint.color.redF()),
                   part(paint.color.greenF()), part(paint.color.blueF()),
-                  uchar(std::lround(alpha * 255)));
+                  static_cast<uchar>(std::lround(alpha * 255)));
         m_points.append(point);
     }
     void quad(const QPointF& a, const Paint& pa, const QPointF& b, const Paint& pb,
@@ -48,7 +50,7 @@ class Triangles {
         add(a, pa), add(b, pb), add(c, pc);
         add(c, pc), add(b, pb), add(d, pd);
     }
-    /// A line whose edges fade over half a pixel, so that it is smooth without multisampling.
+    // A line whose edges fade over half a pixel, so that it is smooth without multisampling.
     void line(const QPointF& from, const QPointF& to, double width, const Paint& paint,
               double pixel) {
         const QPointF along = to - from;
@@ -77,7 +79,7 @@ class Triangles {
         }
         QSGGeometry* geometry = node->geometry();
         if (geometry->vertexCount() != m_points.size())
-            geometry->allocate(int(m_points.size()));
+            geometry->allocate(static_cast<int>(m_points.size()));
         std::copy(m_points.begin(), m_points.end(), geometry->vertexDataAsColoredPoint2D());
         node->markDirty(QSGNode::DirtyGeometry);
         return node;
@@ -173,14 +175,15 @@ QSGNode* SpectrumBarsItem::updatePaintNode(QSGNode* old, UpdatePaintNodeData*) {
     Triangles triangles;
     const Triangles::Paint circle{Qt::white, circleOpacity};
     for (int i = 0; i < circlePieces; ++i)
-        triangles.line(at(double(i) / circlePieces, m_innerRadius),
-                       at(double(i + 1) / circlePieces, m_innerRadius), 1, circle, pixel);
+        triangles.line(at(static_cast<double>(i) / circlePieces, m_innerRadius),
+                       at(static_cast<double>(i + 1) / circlePieces, m_innerRadius), 1, circle,
+                       pixel);
     const double thickness = std::max(thinnestBar, barWidth * m_innerRadius);
     const QList<double> levels = ringLevels(bands(), barCount);
     for (int i = 0; i < barCount; ++i) {
         const double length = m_reach * (restingBar + (1 - restingBar) * levels[i]);
         const Triangles::Paint paint{tint(), 0.45 + 0.55 * levels[i]};
-        const double turn = double(i) / barCount;
+        const double turn = static_cast<double>(i) / barCount;
         triangles.line(at(turn, m_innerRadius), at(turn, m_innerRadius + length), thickness, paint,
                        pixel);
     }
