@@ -71,7 +71,8 @@ ListView {
     }
     footer: Item { height: Theme.gapLarge }
     delegate: TrackRow {
-        x: Theme.margin
+        // Later versions of Qt put rows at x 0 when they lay them out.
+        transform: Translate { x: Theme.margin }
         width: root.available
         columns: root.columns
         hasKeyboard: root.activeFocus && index === cursor.index

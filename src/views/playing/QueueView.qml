@@ -74,7 +74,8 @@ ListView {
         width: root.rowWidth
     }
     delegate: QueueRow {
-        x: root.rowLeft
+        // Later versions of Qt put rows at x 0 when they lay them out.
+        transform: Translate { x: root.rowLeft }
         width: root.rowWidth
         hasKeyboard: root.activeFocus && index === cursor.index
         isDragged: root.draggedItemID === entryId
