@@ -23,6 +23,16 @@ IndexedRows indexed(const TrackRows& tracks) {
     return indexed;
 }
 
+IndexedRows indexedWithout(const TrackRows& tracks, const QSet<QString>& paths) {
+    TrackRows staying;
+    staying.reserve(tracks.size());
+    for (const TrackPtr& track : tracks) {
+        if (!track->sourceURL || !paths.contains(track->sourceURL->standardizedPath()))
+            staying.push_back(track);
+    }
+    return indexed(staying);
+}
+
 LibraryStore::LibraryStore(QObject* parent)
     : QObject(parent)
     , m_rows(std::make_shared<TrackRows>()) {
@@ -89,12 +99,17 @@ std::size_t LibraryStore::append(IndexedRows tracks) {
     assertOwnThread(*this);
     if (!m_rows->empty())
         return append(tracks.rows);
+    if (!tracks.rows.empty())
+        assign(tracks);
+    return m_rows->size();
+}
+
+void LibraryStore::assign(IndexedRows& tracks) {
+    assertOwnThread(*this);
     m_rows = std::make_shared<TrackRows>(std::move(tracks.rows));
     m_isShared = false;
-    m_rowOfPath = std::move(tracks.rowOfPath);
-    if (!m_rows->empty())
-        changed();
-    return m_rows->size();
+    m_rowOfPath.swap(tracks.rowOfPath);
+    changed();
 }
 
 void LibraryStore::replace(const TrackRows& tracks) {
@@ -138,33 +153,6 @@ void LibraryStore::remove(const QSet<QString>& paths) {
     m_isShared = false;
     for (quint32& row : m_rowOfPath)
         row = movesTo[row]; // no path is hashed again
-    changed();
-}
-
-std::function<LibraryStore::Remainder()>
-LibraryStore::beginRemoval(const QSet<QString>& paths) const {
-    return [paths, before = snapshot(), revision = m_revision] {
-        TrackRows staying;
-        staying.reserve(before->size());
-        for (const TrackPtr& track : *before) {
-            if (!track->sourceURL || !paths.contains(track->sourceURL->standardizedPath()))
-                staying.push_back(track);
-        }
-        IndexedRows made = indexed(staying);
-        return Remainder{std::make_shared<TrackRows>(std::move(made.rows)),
-                         std::move(made.rowOfPath), revision};
-    };
-}
-
-void LibraryStore::finishRemoval(const QSet<QString>& paths, Remainder& remainder) {
-    assertOwnThread(*this);
-    if (remainder.revision != m_revision)
-        return remove(paths);
-    if (remainder.rows->size() == m_rows->size())
-        return;
-    m_rows.swap(remainder.rows);
-    m_rowOfPath.swap(remainder.rowOfPath);
-    m_isShared = false;
     changed();
 }
 

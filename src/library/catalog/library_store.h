@@ -7,7 +7,6 @@
 #include <QObject>
 #include <QSet>
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -32,6 +31,9 @@ struct IndexedRows {
 
 /// Leaves out tracks whose path comes a second time. Any thread.
 IndexedRows indexed(const TrackRows& tracks);
+
+/// Leaves out the tracks of some standardized paths, too. Any thread.
+IndexedRows indexedWithout(const TrackRows& tracks, const QSet<QString>& paths);
 
 /// Owns the library's tracks, in library order and without a path twice. The queue, the lists and
 /// the workers share the rows. A snapshot costs nothing to take and never changes. Main thread; a
@@ -64,17 +66,9 @@ class LibraryStore : public QObject {
     /// Takes out the tracks of these standardized paths.
     void remove(const QSet<QString>& paths);
 
-    /// What stays of the library as it was when the removal began.
-    struct Remainder {
-        std::shared_ptr<TrackRows> rows;
-        QHash<QString, quint32> rowOfPath;
-        quint64 revision = 0;
-    };
-    /// The work of a removal, which may run on any thread.
-    [[nodiscard]] std::function<Remainder()> beginRemoval(const QSet<QString>& paths) const;
-    /// Like remove. The cost does not grow with the library, unless that has changed since the
-    /// removal began. `remainder` gets the rows from before, because freeing them takes time.
-    void finishRemoval(const QSet<QString>& paths, Remainder& remainder);
+    /// Takes these rows in place of all others. The caller gets the previous index, which takes
+    /// long to free.
+    void assign(IndexedRows& tracks);
 
     /// Another number after each change.
     [[nodiscard]] quint64 revision() const { return m_revision; }

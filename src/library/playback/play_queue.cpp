@@ -181,30 +181,24 @@ std::size_t PlayQueue::append(std::vector<Entry> entries) {
 }
 
 void PlayQueue::remove(const QSet<QString>& paths) {
-    assertOwnThread(*this);
     Remainder remainder{rowsOfFiles(*m_entries, paths), nullptr};
-    takeOut(remainder);
+    take(remainder);
 }
 
-std::function<PlayQueue::Remainder()> PlayQueue::beginRemoval(const QSet<QString>& paths) const {
+PlayQueue::Remainder PlayQueue::remainderOf(const Entries& entries, const QSet<QString>& paths) {
+    Remainder remainder{rowsOfFiles(entries, paths), nullptr};
+    remainder.entries = entriesWithout(entries, remainder.gone);
+    return remainder;
+}
+
+std::shared_ptr<const PlayQueue::Entries> PlayQueue::snapshot() const {
     assertOwnThread(*this);
     m_isShared = true;
-    return [paths, before = std::shared_ptr<const Entries>(m_entries), revision = m_revision] {
-        std::vector<RowRange> gone = rowsOfFiles(*before, paths);
-        auto entries = entriesWithout(*before, gone);
-        return Remainder{std::move(gone), std::move(entries), revision};
-    };
+    return m_entries;
 }
 
-void PlayQueue::finishRemoval(const QSet<QString>& paths, Remainder& remainder) {
+void PlayQueue::take(Remainder& remainder) {
     assertOwnThread(*this);
-    if (remainder.revision == m_revision)
-        takeOut(remainder);
-    else
-        remove(paths);
-}
-
-void PlayQueue::takeOut(Remainder& remainder) {
     const std::vector<RowRange>& gone = remainder.gone;
     if (gone.empty())
         return;

@@ -68,17 +68,20 @@ class PlayQueue : public QAbstractListModel {
     /// Takes out the entries of these files.
     void remove(const QSet<QString>& paths);
 
-    /// What leaves and what stays of the queue as it was when the removal began.
+    /// The queue without the entries of some files.
     struct Remainder {
-        std::vector<RowRange> gone; ///< ascending
-        std::shared_ptr<Entries> entries;
-        quint64 revision = 0;
+        std::vector<RowRange> gone;       ///< rows, ascending
+        std::shared_ptr<Entries> entries; ///< those that stay; null: not worked out
     };
-    /// The work of a removal, which may run on any thread.
-    [[nodiscard]] std::function<Remainder()> beginRemoval(const QSet<QString>& paths) const;
-    /// Like remove. The cost does not grow with the queue, unless that has changed since the
-    /// removal began. `remainder` gets the entries from before, because freeing them takes time.
-    void finishRemoval(const QSet<QString>& paths, Remainder& remainder);
+    /// Any thread.
+    [[nodiscard]] static Remainder remainderOf(const Entries& entries, const QSet<QString>& paths);
+    /// The entries as they are now, for a worker.
+    [[nodiscard]] std::shared_ptr<const Entries> snapshot() const;
+    /// Another number after each change of the entries.
+    [[nodiscard]] quint64 revision() const { return m_revision; }
+    /// Takes out what is gone in the remainder of the entries as they are now. The caller gets the
+    /// previous entries where the model is reset, since they take long to free.
+    void take(Remainder& remainder);
 
     /// Where the files of the queue are. Replacements that follow each other share one, so that
     /// only the first of them looks at every entry.
@@ -112,7 +115,6 @@ class PlayQueue : public QAbstractListModel {
 
   private:
     Entries& writableEntries();
-    void takeOut(Remainder& remainder);
     void takeOutRange(const RowRange& range);
     void setSourceLabel(const std::optional<QString>& label);
     void learn(Places& places) const;

@@ -46,6 +46,7 @@ Tidying::Tidying(LibraryStore& store, CatalogPublisher& catalog, PlayQueue& queu
     connect(&availability, &Availability::unavailablePathsChanged, this,
             &Tidying::maintenanceActionCountChanged);
     connect(&duplicates, &Duplicates::groupsChanged, this, &Tidying::maintenanceActionCountChanged);
+    connect(&m_turn, &QTimer::timeout, this, &Tidying::takeStep);
 }
 
 int Tidying::maintenanceActionCount() const {
@@ -64,25 +65,31 @@ void Tidying::removeTracks(const QStringList& withPaths) {
                                  SettingsKey::trackRatings, SettingsKey::playCounts,
                                  SettingsKey::trackLoudness},
                                 paths);
-    for (const Step step : {&Tidying::removeFromLibrary, &Tidying::removeFromQueue,
-                            &Tidying::deriveWithout, &Tidying::forget})
-        m_steps.push_back([this, step, paths] { (this->*step)(paths); });
+    // The derivation shares the loved paths with its worker, and a change would then copy them all.
+    // So it comes last.
+    m_steps = {
+        [this, paths] { removeFromLibrary(paths); },
+        [this, paths] { removeFromQueue(paths); },
+        [this, paths] { forget(paths); },
+        [this, paths] { deriveWithout(paths); },
+    };
     if (paths.size() <= removedAtOnce)
         finishRemoval();
     else
-        beginRemoval(paths);
+        prepareRemoval(paths);
 }
 
-void Tidying::beginRemoval(const QSet<QString>& paths) {
+void Tidying::prepareRemoval(const QSet<QString>& paths) {
     m_worker.run(
-        [paths, library = m_store.beginRemoval(paths), queue = m_queue.beginRemoval(paths)] {
-            return std::make_shared<Remainder>(Remainder{library(), queue(), portionsOf(paths)});
+        [paths, rows = m_store.snapshot(), libraryRevision = m_store.revision(),
+         entries = m_queue.snapshot(), queueRevision = m_queue.revision()] {
+            return std::make_shared<Prepared>(
+                Prepared{libraryRevision, queueRevision, rows, indexedWithout(*rows, paths),
+                         PlayQueue::remainderOf(*entries, paths), portionsOf(paths)});
         },
-        [this, generation = m_generation](const std::shared_ptr<Remainder>& remainder) {
-            if (generation != m_generation)
-                return;
-            m_remainder = remainder;
-            takeNextStep();
+        [this](std::shared_ptr<Prepared> prepared) {
+            m_prepared = std::move(prepared);
+            m_turn.start();
         });
 }
 
@@ -90,37 +97,25 @@ void Tidying::takeStep() {
     const auto step = std::move(m_steps.front());
     m_steps.pop_front();
     step();
-}
-
-void Tidying::takeNextStep() {
-    takeStep();
-    if (m_steps.empty())
-        return endRemoval();
-    QMetaObject::invokeMethod(
-        this,
-        [this, generation = m_generation] {
-            if (generation == m_generation)
-                takeNextStep();
-        },
-        Qt::QueuedConnection);
+    if (!m_steps.empty())
+        return;
+    m_turn.stop();
+    if (m_prepared) // holds the old rows and entries, which take long to free
+        m_worker.start([prepared = std::exchange(m_prepared, nullptr)](const auto&) {});
 }
 
 void Tidying::finishRemoval() {
+    if (m_steps.empty())
+        return;
+    m_worker.cancel();
     while (!m_steps.empty())
         takeStep();
-    endRemoval();
-}
-
-void Tidying::endRemoval() {
-    ++m_generation;
-    if (m_remainder) // holds the old rows and entries, which take long to free
-        m_worker.start([remainder = std::exchange(m_remainder, nullptr)](const auto&) {});
 }
 
 void Tidying::removeFromLibrary(const QSet<QString>& paths) {
     const bool areDuplicatesKnown = m_duplicates.areCurrent();
-    if (m_remainder)
-        m_store.finishRemoval(paths, m_remainder->library);
+    if (m_prepared && m_prepared->libraryRevision == m_store.revision())
+        m_store.assign(m_prepared->library);
     else
         m_store.remove(paths);
     if (areDuplicatesKnown)
@@ -132,26 +127,26 @@ void Tidying::removeFromLibrary(const QSet<QString>& paths) {
 void Tidying::removeFromQueue(const QSet<QString>& paths) {
     if (paths.contains(m_queue.currentPath()))
         m_transport.stopPlayer(true);
-    if (m_remainder)
-        m_queue.finishRemoval(paths, m_remainder->queue);
+    if (m_prepared && m_prepared->queueRevision == m_queue.revision())
+        m_queue.take(m_prepared->queue);
     else
         m_queue.remove(paths);
     m_playlists.removePaths(paths);
     m_transport.replanSuccessor();
 }
 
-void Tidying::deriveWithout(const QSet<QString>& paths) {
-    m_catalog.rebuildImportedAlbums();
-    m_availability.forget(paths);
-}
-
 void Tidying::forget(const QSet<QString>& paths) {
-    if (!m_remainder) {
+    if (!m_prepared) {
         Q_EMIT removed(paths);
         return;
     }
-    for (const QSet<QString>& portion : m_remainder->portions)
-        m_steps.push_back([this, portion] { Q_EMIT removed(portion); });
+    for (const QSet<QString>& portion : m_prepared->portions)
+        m_steps.push_front([this, portion] { Q_EMIT removed(portion); });
+}
+
+void Tidying::deriveWithout(const QSet<QString>& paths) {
+    m_catalog.rebuildImportedAlbums();
+    m_availability.forget(paths);
 }
 
 void Tidying::removeDuplicateTracks() {

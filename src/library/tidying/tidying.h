@@ -5,6 +5,7 @@
 #include "platform/serial_worker.h"
 
 #include <QStringList>
+#include <QTimer>
 
 #include <deque>
 
@@ -33,8 +34,8 @@ class Tidying : public QObject {
     [[nodiscard]] int maintenanceActionCount() const;
 
     /// The stored preferences change before this returns. Very many tracks then leave the library,
-    /// the queue with the playlists, the catalog, and the user's data in an event of its own each,
-    /// after a worker has worked out what stays.
+    /// the queue with the playlists, the user's data, and the catalog in events of their own, after
+    /// a worker has worked out what stays.
     Q_INVOKABLE void removeTracks(const QStringList& withPaths);
     /// Ends a removal that is under way at once. To be called before tracks are added: the removal
     /// would take those of its paths that come back.
@@ -48,22 +49,21 @@ class Tidying : public QObject {
     void removed(const QSet<QString>& paths);
 
   private:
-    /// What the worker prepares for a removal.
-    struct Remainder {
-        LibraryStore::Remainder library;
+    /// What stays once many tracks have left, as the worker works it out.
+    struct Prepared {
+        quint64 libraryRevision, queueRevision; ///< of what it was worked out from
+        std::shared_ptr<const TrackRows> before;
+        IndexedRows library;
         PlayQueue::Remainder queue;
-        std::vector<QSet<QString>> portions; ///< of the paths
+        std::vector<QSet<QString>> portions; ///< of the paths that left
     };
-    using Step = void (Tidying::*)(const QSet<QString>& paths);
 
-    void beginRemoval(const QSet<QString>& paths);
+    void prepareRemoval(const QSet<QString>& paths);
     void takeStep();
-    void takeNextStep();
-    void endRemoval();
     void removeFromLibrary(const QSet<QString>& paths);
     void removeFromQueue(const QSet<QString>& paths);
-    void deriveWithout(const QSet<QString>& paths);
     void forget(const QSet<QString>& paths);
+    void deriveWithout(const QSet<QString>& paths);
 
     LibraryStore& m_store;
     CatalogPublisher& m_catalog;
@@ -75,8 +75,8 @@ class Tidying : public QObject {
     Preferences& m_preferences;
     // The removal under way.
     std::deque<std::function<void()>> m_steps; ///< still to be done
-    quint64 m_generation = 0;
-    std::shared_ptr<Remainder> m_remainder; ///< null until the worker has made it
+    QTimer m_turn;                             ///< the next step's; runs once the worker is done
+    std::shared_ptr<Prepared> m_prepared; ///< null until the worker is done, and for few tracks
     SerialWorker m_worker;
 };
 
