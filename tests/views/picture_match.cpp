@@ -39,6 +39,11 @@ int difference(QRgb a, QRgb b) {
                      std::abs(qBlue(a) - qBlue(b))});
 }
 
+quint32 faceRevision() {
+    const QByteArray head = QRawFont::fromFont(QFont(u"Inter"_s)).fontTable("head");
+    return head.size() < 8 ? 0 : qFromBigEndian<quint32>(head.constData() + 4);
+}
+
 // The greatest mean difference of any area; as much as there can be for pictures of other sizes.
 double greatestDifference(const QImage& a, const QImage& b) {
     if (a.size() != b.size())
