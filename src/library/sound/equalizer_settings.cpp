@@ -133,10 +133,10 @@ void EqualizerSettings::applyBuiltInEQPreset(const QString& id) {
 }
 
 void EqualizerSettings::applyUserEQPreset(const QString& name) {
-    const auto found = m_userPresets.constFind(name);
-    if (found == m_userPresets.cend() || found->size() != m_gains.size() + 1)
+    // A copy, since a listener may change the map.
+    const std::vector<double> numbers = m_userPresets.value(name);
+    if (numbers.size() != m_gains.size() + 1)
         return;
-    const std::vector<double> numbers = *found; // a listener may change the map
     applyPreset({numbers.begin(), numbers.end() - 1}, numbers.back(), userEQPresetID(name));
 }
 
