@@ -3,14 +3,14 @@
 #include "metadata/track_metadata_loader.h"
 #include "platform/log.h"
 
-#include <QSet>
-
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
 #include <memory>
 #include <set>
+#include <span>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -25,19 +25,23 @@ QByteArray loweredExtension(QByteArrayView fileName) {
     return dot < 0 ? QByteArray() : fileName.sliced(dot + 1).toByteArray().toLower();
 }
 
+bool contains(std::span<const QByteArrayView> names, const QByteArray& name) {
+    return std::find(names.begin(), names.end(), name) != names.end();
+}
+
 bool hasPlayableExtension(QByteArrayView fileName) {
-    static const QSet<QByteArray> extensions{"mp3",  "m4a",  "m4b",  "aac",  "wav", "aif",
-                                             "aiff", "aifc", "flac", "alac", "caf"};
-    return extensions.contains(loweredExtension(fileName));
+    static constexpr std::array<QByteArrayView, 11> extensions{
+        "mp3", "m4a", "m4b", "aac", "wav", "aif", "aiff", "aifc", "flac", "alac", "caf"};
+    return contains(extensions, loweredExtension(fileName));
 }
 
 // Some desktops show these folders as one document. Their contents are not the user's music.
 bool isPackage(QByteArrayView folderName) {
-    static const QSet<QByteArray> extensions{
+    static constexpr std::array<QByteArrayView, 18> extensions{
         "app",    "appdir", "band",   "bundle",       "framework",     "imovielibrary",
         "kext",   "lpdf",   "logicx", "musiclibrary", "photoslibrary", "pkg",
         "plugin", "rtfd",   "vst3",   "sparsebundle", "tvlibrary",     "component"};
-    return extensions.contains(loweredExtension(folderName));
+    return contains(extensions, loweredExtension(folderName));
 }
 
 // Whether a name can be kept as text. The file could not be found again otherwise.

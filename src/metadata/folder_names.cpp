@@ -5,11 +5,12 @@
 
 #include <QCollator>
 #include <QRegularExpression>
-#include <QSet>
 
 #include <algorithm>
+#include <array>
 #include <dirent.h>
 #include <memory>
+#include <span>
 #include <vector>
 
 namespace halvane {
@@ -18,10 +19,15 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+bool contains(std::span<const QStringView> names, const QString& name) {
+    return std::find(names.begin(), names.end(), name) != names.end();
+}
+
 // A folder's name without the underscores and the leading number that rippers write.
 QString cleanedFolderName(const QString& folder) {
-    static const QRegularExpression numberPrefix(u"^\\d+\\s*[-_. ]\\s*"_s,
-                                                 QRegularExpression::UseUnicodePropertiesOption);
+    // Never destroyed: a reader that is left behind may still run when the program ends.
+    static const auto& numberPrefix = *new QRegularExpression(
+        u"^\\d+\\s*[-_. ]\\s*"_s, QRegularExpression::UseUnicodePropertiesOption);
     QString name = folder == u"/"_s ? folder : folder.section(QLatin1Char('/'), -1);
     name.replace(QLatin1Char('_'), QLatin1Char(' '));
     name.remove(numberPrefix);
@@ -34,10 +40,10 @@ QString baseName(const QString& fileName) {
 }
 
 bool isImage(const QString& fileName) {
-    static const QSet<QString> extensions{u"jpg"_s, u"jpeg"_s, u"png"_s, u"webp"_s,
-                                          u"tif"_s, u"tiff"_s, u"heic"_s};
+    static constexpr std::array<QStringView, 7> extensions{u"jpg", u"jpeg", u"png", u"webp",
+                                                           u"tif", u"tiff", u"heic"};
     const qsizetype dot = fileName.lastIndexOf(QLatin1Char('.'));
-    return dot > 0 && extensions.contains(fileName.mid(dot + 1).toLower());
+    return dot > 0 && contains(extensions, fileName.mid(dot + 1).toLower());
 }
 
 std::vector<QString> imagesIn(const QString& folder) {
@@ -73,13 +79,13 @@ QString folderOf(const QString& path) {
 }
 
 std::optional<FileUrl> coverInFolder(const QString& folder) {
-    static const QString preferred[] = {u"cover"_s, u"folder"_s,  u"front"_s,
-                                        u"album"_s, u"artwork"_s, u"封面"_s};
+    static constexpr std::array<QStringView, 6> preferred{u"cover", u"folder",  u"front",
+                                                          u"album", u"artwork", u"封面"};
     const std::vector<QString> images = imagesIn(folder);
     const auto urlOf = [&](const QString& name) {
         return FileUrl(folder == u"/"_s ? folder + name : folder + u"/"_s + name);
     };
-    for (const QString& wanted : preferred)
+    for (const QStringView wanted : preferred)
         for (const QString& image : images)
             if (baseName(image).compare(wanted, Qt::CaseInsensitive) == 0)
                 return urlOf(image);
@@ -112,14 +118,14 @@ std::optional<QString> folderAlbumName(const FileUrl& file) {
 }
 
 std::optional<QString> folderArtistName(const FileUrl& file, const QString& album) {
-    static const QSet<QString> ignored{u"audio"_s,    u"desktop"_s, u"documents"_s, u"downloads"_s,
-                                       u"tessolin"_s, u"halvane"_s, u"itunes"_s,    u"media"_s,
-                                       u"music"_s,    u"musics"_s,  u"音频"_s,      u"音乐"_s,
-                                       u"下载"_s,     u"桌面"_s,    u"文稿"_s};
+    static constexpr std::array<QStringView, 15> ignored{
+        u"audio",   u"desktop", u"documents", u"downloads", u"tessolin",
+        u"halvane", u"itunes",  u"media",     u"music",     u"musics",
+        u"音频",    u"音乐",    u"下载",      u"桌面",      u"文稿"};
     const QString name = cleanedFolderName(folderOf(folderOf(file.path())));
     const QString lowered = name.toLower();
     if (name.isEmpty() || name == u"/"_s || name == u"."_s ||
-        lowered == album.trimmed().toLower() || ignored.contains(lowered))
+        lowered == album.trimmed().toLower() || contains(ignored, lowered))
         return std::nullopt;
     return name;
 }

@@ -9,8 +9,6 @@
 #include "metadata/readers/file_reader.h"
 #include "model/string_pool.h"
 
-#include <QSet>
-
 #include <algorithm>
 #include <cmath>
 #include <iterator>
@@ -36,8 +34,8 @@ struct FileName {
 
 // True of formats that are always lossy. An "m4a" may hold lossless audio.
 bool showsBitrate(const QString& lowerCasedExtension) {
-    static const QSet<QString> extensions{u"mp3"_s, u"aac"_s, u"m4b"_s};
-    return extensions.contains(lowerCasedExtension);
+    return lowerCasedExtension == u"mp3"_s || lowerCasedExtension == u"aac"_s ||
+           lowerCasedExtension == u"m4b"_s;
 }
 
 std::optional<qint64> bitrateKbps(const QString& extension, qint64 fileSize, double seconds) {
