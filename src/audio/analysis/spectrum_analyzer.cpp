@@ -29,6 +29,13 @@ constexpr float bandDecay = 0.82F;
 constexpr float peakDecay = 0.94F;
 constexpr float levelGain = 3.2F;
 
+/// A broken file may hold any number, or none. One that is far beyond full scale would put the
+/// reference out of reach of all that follows.
+float shown(float sample) {
+    constexpr float loudest = 16;
+    return std::isfinite(sample) ? std::clamp(sample, -loudest, loudest) : 0;
+}
+
 } // namespace
 
 /// The windowed Fourier transform of a block of real samples.
@@ -84,7 +91,8 @@ std::optional<SpectrumOutput> SpectrumAnalyzer::processIfDue(std::span<const flo
     const auto newest = samples.last(std::min(samples.size(), N));
     auto& block = m_transform->samples();
     std::fill(block.begin(), block.end() - std::ptrdiff_t(newest.size()), 0.0F);
-    std::copy(newest.begin(), newest.end(), block.end() - std::ptrdiff_t(newest.size()));
+    std::transform(newest.begin(), newest.end(), block.end() - std::ptrdiff_t(newest.size()),
+                   shown);
     float squares = 0;
     for (const float sample : block)
         squares += sample * sample;

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 #include <numbers>
 #include <thread>
 #include <vector>
@@ -52,6 +53,23 @@ SpectrumOutput settled(SpectrumAnalyzer& analyzer, const std::vector<float>& sam
 std::size_t tallest(const SpectrumOutput& output) {
     return std::size_t(std::max_element(output.bands.begin(), output.bands.end()) -
                        output.bands.begin());
+}
+
+TEST(SpectrumAnalyzer, GetsOverSamplesThatAreNoSound) {
+    const auto good = tones({{1000, 0.5}});
+    for (const float broken : {3e20F, -std::numeric_limits<float>::infinity(),
+                               std::numeric_limits<float>::quiet_NaN()}) {
+        SpectrumAnalyzer analyzer;
+        auto block = good;
+        block[1000] = broken;
+        (void)analyzer.processIfDue(block, rate, 0);
+        SpectrumOutput output;
+        for (int i = 1; i <= 300; ++i) // 12 s
+            output = *analyzer.processIfDue(good, rate, i * due);
+        EXPECT_NEAR(output.bands[tallest(output)], 0.92, 0.02) << broken;
+        EXPECT_TRUE(std::all_of(output.peaks.begin(), output.peaks.end(),
+                                [](float peak) { return std::isfinite(peak); }));
+    }
 }
 
 TEST(SpectrumAnalyzer, GivesAtMostThirtyResultsASecond) {
