@@ -16,9 +16,9 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const auto opened = AudioFile::open(fuzz::writeScratchFile(data, size));
-    if (!opened.file)
-        return opened.error.isEmpty() ? std::abort(), 1 : 0;
-    AudioFile& file = *opened.file;
+    if (!opened)
+        return opened.failure().text.isEmpty() ? std::abort(), 1 : 0;
+    AudioFile& file = **opened;
     constexpr std::size_t frames = 4096;
     std::vector<float> block(frames * std::size_t(file.format().channels));
     const auto playSome = [&] {

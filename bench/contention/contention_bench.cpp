@@ -4,7 +4,9 @@
 // compared, sample by sample, with the file. A break is a place where it does not go on as the file
 // does. The argument is how many seconds each part lasts (20 by default).
 #include "audio/graph/playback_engine.h"
+#include "library/import/fake_files.h"
 #include "library/sound/sound_check.h"
+#include "library/tracks.h"
 #include "platform/cloud/cloud_files.h"
 #include "platform/sound/pulse_output.h"
 #include "platform/sound/pulse_server.h"
@@ -96,17 +98,16 @@ int play(const Burden& burden, int seconds, const QString& path,
     const QStringList library = linksTo(path, folder.path(), 5'000);
     MemoryPreferences preferences;
     const auto cloud = std::make_shared<LocalFiles>();
-    SoundCheck::Collaborators with;
-    with.visitFiles = [&](const std::function<void(const FileUrl&)>& visit) {
-        for (const QString& file : library)
-            visit(FileUrl(file));
-    };
-    with.isAvailable = [](const QString&) { return true; };
-    with.currentPath = [] { return std::nullopt; };
-    with.setTrackGain = [&](double dB) { engine.setTrackGain(dB); };
-    SoundCheck check(preferences, cloud, with);
+    LibraryStore store;
+    std::vector<Track> tracks;
+    for (const QString& file : library)
+        tracks.push_back(trackAt(file));
+    store.append(rowsOf(std::move(tracks)));
+    const FakeFiles files;
+    SoundCheck check(preferences, store, files, cloud);
 
-    if (engine.load(path) || engine.scheduleSegment(0, true))
+    engine.open(path);
+    if (!waitFor([&] { return engine.hasFile(); }) || !engine.scheduleSegment(0, true))
         return 1;
     if (burden.scans)
         check.setSoundCheckEnabled(true);

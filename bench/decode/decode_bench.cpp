@@ -32,9 +32,9 @@ void throughAudioFile(benchmark::State& state, const QString& path) {
     for (auto _ : state) {
         const auto opened = AudioFile::open(path);
         std::int64_t frames = 0;
-        while (const std::size_t count = opened.file->read(block.data(), 4096))
+        while (const std::size_t count = (*opened)->read(block.data(), 4096))
             frames += std::int64_t(count);
-        if (frames != opened.file->lengthFrames())
+        if (frames != (*opened)->lengthFrames())
             state.SkipWithError("the file was not read to its end");
     }
     reportSpeed(state);

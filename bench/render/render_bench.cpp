@@ -18,17 +18,17 @@ namespace {
 /// Only asked how far the ear has come.
 class NoOutput final : public SoundOutput {
   public:
-    std::optional<QString> open(const StreamFormat&, RenderSource&) override { return {}; }
+    Result<> open(const StreamFormat&, RenderSource&) override { return {}; }
     void close() override {}
     bool isOpen() const override { return false; }
-    std::optional<QString> start() override { return {}; }
+    Result<> start() override { return {}; }
     void pause() override {}
     bool isRunning() const override { return false; }
     void flush() override {}
     std::int64_t framesRendered() const override { return 0; }
     std::int64_t framesHeard() const override { return 0; }
     int deviceSampleRate() const override { return 0; }
-    std::optional<QString> setDevice(std::optional<std::uint32_t>) override { return {}; }
+    Result<> setDevice(std::optional<std::uint32_t>) override { return {}; }
 };
 
 std::vector<float> noise(std::size_t samples) {
@@ -56,7 +56,7 @@ void renderSecond(benchmark::State& state, bool everythingOn) {
     graph.beginStream(pipe);
     if (everythingOn) {
         graph.setEqualizer(equalizerCurve(everyBand, format.sampleRate));
-        graph.setGain(0.3f);
+        graph.setVolume(0.3f);
         model.beginWatching();
         tap.beginStream(format);
         tap.setActive(true);

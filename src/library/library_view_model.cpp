@@ -23,7 +23,6 @@ bool isApplicationActive() {
 LibraryViewModel::LibraryViewModel(const Environment& environment, QObject* parent)
     : QObject(parent)
     , m_environment(environment) {
-    const auto language = [this] { return m_language->resolvedLanguage(); };
     const QString artworkFolder = m_environment.cacheFolder + QStringLiteral("/NowPlaying");
 
     // What the user has chosen and said
@@ -45,51 +44,23 @@ LibraryViewModel::LibraryViewModel(const Environment& environment, QObject* pare
     m_duplicates = std::make_unique<Duplicates>(*m_store);
 
     // What plays
-    m_engine = std::make_unique<AudioPlaybackEngine>(m_environment.output, m_environment.clock);
+    m_engine = std::make_unique<AudioPlaybackEngine>(m_environment.output, m_environment.clock,
+                                                     m_environment.cloudFiles);
     m_status = std::make_unique<StatusLine>(m_environment.clock);
     m_progressClock = std::make_unique<ProgressClock>(*m_engine, m_environment.clock);
     m_queue = std::make_unique<PlayQueue>(rowState());
     m_availability = std::make_unique<Availability>(*m_store, *m_queue, m_environment.cloudFiles);
     m_downloads = std::make_unique<CloudDownloads>(*m_availability, *m_environment.cloudFiles,
                                                    m_environment.clock, *m_status, *m_language);
-    m_transport = std::make_unique<Transport>(TransportCollaborators{
-        .engine = *m_engine,
-        .queue = *m_queue,
-        .files = *m_availability,
-        .status = *m_status,
-        .progress = *m_progressClock,
-        .clock = m_environment.clock,
-        .random = systemRandomIndex(),
-        .language = language,
-        .soundCheckGain =
-            [this](const QString& path) { return m_soundCheck->soundCheckGain(path); },
-    });
+    m_soundCheck = std::make_unique<SoundCheck>(m_environment.preferences, *m_store,
+                                                *m_availability, m_environment.cloudFiles);
+    m_transport = std::make_unique<Transport>(*m_engine, *m_queue, *m_availability, *m_soundCheck,
+                                              *m_status, *m_progressClock, *m_language);
     m_transportSettings =
         std::make_unique<TransportSettings>(m_environment.preferences, *m_transport);
 
     // How it sounds, and where
     m_equalizer = std::make_unique<EqualizerSettings>(m_environment.preferences, *m_language);
-    m_soundCheck = std::make_unique<SoundCheck>(
-        m_environment.preferences, m_environment.cloudFiles,
-        SoundCheck::Collaborators{
-            .visitFiles =
-                [this](const std::function<void(const FileUrl&)>& visit) {
-                    for (const TrackPtr& track : m_store->rows()) {
-                        if (track->sourceURL)
-                            visit(*track->sourceURL);
-                    }
-                },
-            .isAvailable =
-                [this](const QString& path) {
-                    return m_availability->state(path) == TrackAvailability::available;
-                },
-            .currentPath =
-                [this] {
-                    const QString path = m_queue->currentPath();
-                    return path.isEmpty() ? std::nullopt : std::optional(path);
-                },
-            .setTrackGain = [this](double dB) { m_engine->setTrackGain(dB); },
-        });
     m_output = std::make_unique<OutputDevices>(
         m_environment.devices, m_environment.preferences, *m_language,
         [this](std::optional<std::uint32_t> id) { return m_engine->setOutputDevice(id); });
@@ -121,9 +92,9 @@ LibraryViewModel::LibraryViewModel(const Environment& environment, QObject* pare
                                                *m_browsing, *m_language);
     m_ambient = std::make_unique<AmbientColor>();
     m_appearance = std::make_unique<ThemeSettings>(m_environment.preferences, *m_ambient);
-    m_nowPlaying = std::make_unique<NowPlaying>(m_environment.mediaControls,
-                                                m_environment.notifications, *m_transport, *m_queue,
-                                                *m_engine, isApplicationActive, artworkFolder);
+    m_nowPlaying =
+        std::make_unique<NowPlaying>(m_environment.mediaControls, m_environment.notifications,
+                                     *m_transport, *m_queue, isApplicationActive, artworkFolder);
 
     connectRows();
     connectSummary();
@@ -200,7 +171,7 @@ void LibraryViewModel::showEntry(const QueueItem& entry) {
 
 void LibraryViewModel::selectedAlbumChanged() {
     // While a file is loaded, the colour is that of the current entry.
-    if (m_engine->hasFile())
+    if (m_transport->hasLoadedFile())
         return;
     if (const Album* album = m_browsing->selectedAlbum())
         m_ambient->updateAmbientColor(album->coverImageData, album->coverURL,
@@ -266,7 +237,7 @@ void LibraryViewModel::connectFiles() {
     // A removal under way would take those of its tracks that are added again.
     connect(m_importing.get(), &Importer::adding, m_tidying.get(), &Tidying::finishRemoval);
     connect(m_importing.get(), &Importer::playAsked, m_transport.get(),
-            [this](const QUuid& entry) { m_transport->playItem(entry, true); });
+            [this](const QUuid& entry) { m_transport->playOn(entry); });
     connect(m_importing.get(), &Importer::imported, this, [this] {
         m_persistence->persistMetadataCache();
         libraryGrew();
@@ -283,13 +254,6 @@ void LibraryViewModel::connectTransport() {
     connect(m_transport.get(), &Transport::playStarted, m_userData.get(),
             &TrackUserData::countPlay);
     connect(m_transport.get(), &Transport::becameCurrent, this, &LibraryViewModel::showEntry);
-    // This object owns the engine, which therefore calls nobody after it.
-    m_engine->onTrackEnd = [this] { m_transport->trackEnded(); };
-    m_engine->onGraphRebuilt = [this] { m_transport->attemptGaplessPreschedule(); };
-    m_engine->onPauseRequested = [this](bool pause) { m_transport->pauseRequested(pause); };
-    m_engine->onPlaybackInterrupted = [this](const QString& reason) {
-        m_transport->interrupted(reason);
-    };
 }
 
 void LibraryViewModel::connectNowPlaying() {

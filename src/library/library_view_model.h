@@ -192,10 +192,10 @@ class LibraryViewModel : public QObject {
     std::unique_ptr<PlayQueue> m_queue;
     std::unique_ptr<Availability> m_availability;
     std::unique_ptr<CloudDownloads> m_downloads;
+    std::unique_ptr<SoundCheck> m_soundCheck;
     std::unique_ptr<Transport> m_transport;
     std::unique_ptr<TransportSettings> m_transportSettings;
     std::unique_ptr<EqualizerSettings> m_equalizer;
-    std::unique_ptr<SoundCheck> m_soundCheck;
     std::unique_ptr<OutputDevices> m_output;
     std::unique_ptr<OutputDeviceListModel> m_outputDevices;
     std::unique_ptr<SignalPath> m_signalPath;

@@ -10,7 +10,7 @@ TimedOutput::TimedOutput() {
     QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { pull(); });
 }
 
-std::optional<QString> TimedOutput::open(const StreamFormat& format, RenderSource& source) {
+Result<> TimedOutput::open(const StreamFormat& format, RenderSource& source) {
     close();
     m_format = format;
     m_source = &source;
@@ -28,7 +28,7 @@ void TimedOutput::close() {
     m_source = nullptr;
 }
 
-std::optional<QString> TimedOutput::start() {
+Result<> TimedOutput::start() {
     m_since.start();
     m_isRunning = true;
     if (!m_isFrozen)

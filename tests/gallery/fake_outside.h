@@ -30,17 +30,17 @@ class TimedOutput final : public SoundOutput {
     TimedOutput();
     /// From now on time stands still: what plays stays where it is.
     void freeze();
-    std::optional<QString> open(const StreamFormat& format, RenderSource& source) override;
+    Result<> open(const StreamFormat& format, RenderSource& source) override;
     void close() override;
-    [[nodiscard]] bool isOpen() const override { return m_source != nullptr; }
-    std::optional<QString> start() override;
+    bool isOpen() const override { return m_source != nullptr; }
+    Result<> start() override;
     void pause() override;
     [[nodiscard]] bool isRunning() const override { return m_isRunning; }
     void flush() override {}
-    [[nodiscard]] std::int64_t framesRendered() const override { return m_frames; }
-    [[nodiscard]] std::int64_t framesHeard() const override { return m_frames; }
-    [[nodiscard]] int deviceSampleRate() const override { return 96000; }
-    std::optional<QString> setDevice(std::optional<std::uint32_t>) override { return {}; }
+    std::int64_t framesRendered() const override { return m_frames; }
+    std::int64_t framesHeard() const override { return m_frames; }
+    int deviceSampleRate() const override { return 96000; }
+    Result<> setDevice(std::optional<std::uint32_t>) override { return {}; }
 
   private:
     void pull();

@@ -48,22 +48,21 @@ void OfflineOutput::comeBack() {
 }
 
 void OfflineOutput::changeConfiguration() {
-    if (onConfigurationChange)
-        onConfigurationChange();
+    Q_EMIT configurationChanged();
 }
 
-std::optional<QString> OfflineOutput::open(const StreamFormat& format, RenderSource& source) {
+Result<> OfflineOutput::open(const StreamFormat& format, RenderSource& source) {
     if (m_gone)
-        return QStringLiteral("Connection refused");
+        return Failure{QStringLiteral("Connection refused")};
     if (openFailure)
-        return openFailure;
+        return Failure{*openFailure};
     if (failOpensOfDevice && !devices.empty() && devices.back() == failOpensOfDevice)
-        return QStringLiteral("No such device");
+        return Failure{QStringLiteral("No such device")};
     ++opens;
     m_format = format;
     m_source = &source;
     m_rendered = m_heard = 0;
-    return std::nullopt;
+    return {};
 }
 
 void OfflineOutput::close() {
@@ -71,14 +70,14 @@ void OfflineOutput::close() {
     m_source = nullptr;
 }
 
-std::optional<QString> OfflineOutput::start() {
+Result<> OfflineOutput::start() {
     if (!isOpen())
-        return QStringLiteral("No stream");
+        return Failure{QStringLiteral("No stream")};
     if (startFailure)
-        return startFailure;
+        return Failure{*startFailure};
     ++starts;
     m_running = true;
-    return std::nullopt;
+    return {};
 }
 
 void OfflineOutput::flush() {
@@ -86,11 +85,11 @@ void OfflineOutput::flush() {
     m_heard = m_rendered.load();
 }
 
-std::optional<QString> OfflineOutput::setDevice(std::optional<std::uint32_t> id) {
+Result<> OfflineOutput::setDevice(std::optional<std::uint32_t> id) {
     if (deviceFailure)
-        return deviceFailure;
+        return Failure{*deviceFailure};
     devices.push_back(id);
-    return std::nullopt;
+    return {};
 }
 
 } // namespace halvane::test

@@ -60,17 +60,17 @@ class OfflineOutput final : public SoundOutput {
     std::vector<std::optional<std::uint32_t>> devices; ///< every one that was chosen, in order
 
     // SoundOutput
-    std::optional<QString> open(const StreamFormat& format, RenderSource& source) override;
+    Result<> open(const StreamFormat& format, RenderSource& source) override;
     void close() override;
     [[nodiscard]] bool isOpen() const override { return m_source != nullptr; }
-    std::optional<QString> start() override;
+    Result<> start() override;
     void pause() override { m_running = false; }
     [[nodiscard]] bool isRunning() const override { return m_running; }
     void flush() override;
     [[nodiscard]] std::int64_t framesRendered() const override { return m_rendered; }
     [[nodiscard]] std::int64_t framesHeard() const override { return m_heard; }
     [[nodiscard]] int deviceSampleRate() const override { return deviceRate; }
-    std::optional<QString> setDevice(std::optional<std::uint32_t> id) override;
+    Result<> setDevice(std::optional<std::uint32_t> id) override;
 
   private:
     void render(std::size_t frames, bool wait);

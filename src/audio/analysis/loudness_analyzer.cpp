@@ -13,13 +13,14 @@ std::optional<Measurement> measure(const QString& path, std::stop_token stop) {
     // Small enough to be still in the nearest cache when it is measured.
     constexpr std::size_t blockSamples = 8192;
     const auto opened = AudioFile::open(path);
-    if (!opened.file)
+    if (!opened)
         return std::nullopt;
-    const auto channels = static_cast<std::size_t>(opened.file->format().channels);
+    AudioFile& file = **opened;
+    const auto channels = static_cast<std::size_t>(file.format().channels);
     std::vector<float> block(blockSamples);
     LoudnessMeter meter;
     while (!stop.stop_requested()) {
-        const std::size_t frames = opened.file->read(block.data(), blockSamples / channels);
+        const std::size_t frames = file.read(block.data(), blockSamples / channels);
         if (frames == 0)
             return meter.result();
         meter.add({block.data(), frames * channels});

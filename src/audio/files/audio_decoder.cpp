@@ -32,23 +32,23 @@ constexpr const char* containers = "mp3,mov,aac,loas,wav,w64,aiff,flac,caf,ogg";
 /// overlaps by one frame, and its bandwidth extension settles within a few.
 constexpr int prerollPackets = 16;
 
-QString cannotOpen(int error) {
-    return QString::fromLocal8Bit(std::strerror(error));
+Failure cannotOpen(int error) {
+    return {QString::fromLocal8Bit(std::strerror(error))};
 }
 
 /// What the file system has to say before libav looks: a pipe would block, a folder reads as a
 /// broken file.
-std::optional<QString> checkFile(const QByteArray& name) {
+Result<> checkFile(const QByteArray& name) {
     struct stat info {};
     if (::stat(name.constData(), &info) != 0)
         return cannotOpen(errno);
     if (S_ISDIR(info.st_mode))
-        return u"It is a folder"_s;
+        return Failure{u"It is a folder"_s};
     if (!S_ISREG(info.st_mode))
-        return u"It is not a regular file"_s;
+        return Failure{u"It is not a regular file"_s};
     if (info.st_size == 0)
-        return u"The file is empty"_s;
-    return std::nullopt;
+        return Failure{u"The file is empty"_s};
+    return {};
 }
 
 /// Whether an error of opening comes from what the file holds: not what a container of its kind
@@ -114,35 +114,35 @@ int openAs(const AVInputFormat* format, const QByteArray& name, AVFormatContext*
 
 } // namespace
 
-std::optional<QString> AudioDecoder::open(const QString& path) {
+Result<> AudioDecoder::open(const QString& path) {
     m_path = path;
-    if (const auto loaded = libav::load(); !loaded)
-        return loaded.failure().text;
-    if (auto error = openContainer(path))
-        return error;
+    if (auto loaded = libav::load(); !loaded)
+        return loaded;
+    if (auto opened = openContainer(path); !opened)
+        return opened;
 
     const AVCodec* codec = nullptr;
     const int index = av_find_best_stream(m_container.get(), AVMEDIA_TYPE_AUDIO, -1, -1, &codec, 0);
     if (index == AVERROR_DECODER_NOT_FOUND)
-        return u"There is no decoder for its sound"_s;
+        return Failure{u"There is no decoder for its sound"_s};
     if (index < 0)
-        return u"There is no sound in the file"_s;
+        return Failure{u"There is no sound in the file"_s};
     m_stream = m_container->streams[index];
     for (unsigned i = 0; i < m_container->nb_streams; ++i)
         m_container->streams[i]->discard =
             static_cast<int>(i) == index ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
 
-    if (auto error = openDecoder(codec))
-        return error;
+    if (auto opened = openDecoder(codec); !opened)
+        return opened;
     return decodeFirstBlock();
 }
 
-std::optional<QString> AudioDecoder::openContainer(const QString& path) {
+Result<> AudioDecoder::openContainer(const QString& path) {
     // Broken files are reported in our own words; libav's would only repeat them by the hundred.
     av_log_set_level(AV_LOG_QUIET);
     const QByteArray name = QFile::encodeName(path);
-    if (auto error = checkFile(name))
-        return error;
+    if (auto checked = checkFile(name); !checked)
+        return checked;
 
     AVFormatContext* context = nullptr;
     int opened = AVERROR_INVALIDDATA;
@@ -151,36 +151,36 @@ std::optional<QString> AudioDecoder::openContainer(const QString& path) {
     if (opened < 0)
         opened = openAs(nullptr, name, context);
     if (isAboutContent(opened))
-        return u"It is damaged, or not in a format that can be played"_s;
+        return Failure{u"It is damaged, or not in a format that can be played"_s};
     if (opened < 0)
-        return libav::errorText(opened);
+        return Failure{libav::errorText(opened)};
     m_container.reset(context);
     if (const int found = avformat_find_stream_info(context, nullptr); found < 0)
-        return libav::errorText(found);
-    return std::nullopt;
+        return Failure{libav::errorText(found)};
+    return {};
 }
 
-std::optional<QString> AudioDecoder::openDecoder(const AVCodec* codec) {
+Result<> AudioDecoder::openDecoder(const AVCodec* codec) {
     m_codec.reset(avcodec_alloc_context3(codec));
     m_packet.reset(av_packet_alloc());
     m_frame.reset(av_frame_alloc());
     if (!m_codec || !m_packet || !m_frame)
         return cannotOpen(ENOMEM);
     if (const int set = avcodec_parameters_to_context(m_codec.get(), m_stream->codecpar); set < 0)
-        return libav::errorText(set);
+        return Failure{libav::errorText(set)};
     m_codec->pkt_timebase = m_stream->time_base;
     m_codec->thread_count = 1;                     // the least work and the fewest wake-ups
     m_codec->flags2 |= AV_CODEC_FLAG2_SKIP_MANUAL; // delay and padding are cut by our own figures
     if (const int opened = avcodec_open2(m_codec.get(), codec, nullptr); opened < 0)
-        return libav::errorText(opened);
-    return std::nullopt;
+        return Failure{libav::errorText(opened)};
+    return {};
 }
 
-std::optional<QString> AudioDecoder::decodeFirstBlock() {
+Result<> AudioDecoder::decodeFirstBlock() {
     while (readPacket() && m_packet->size == 0)
         av_packet_unref(m_packet.get());
     if (isEncrypted(*m_stream, *m_packet))
-        return u"It is encrypted"_s;
+        return Failure{u"It is encrypted"_s};
     m_origin = m_packet->pts == AV_NOPTS_VALUE ? 0 : m_packet->pts;
     m_packetDuration = m_packet->duration;
     m_firstPacketPosition = std::max<std::int64_t>(m_packet->pos, 0);
@@ -188,15 +188,16 @@ std::optional<QString> AudioDecoder::decodeFirstBlock() {
     avcodec_send_packet(m_codec.get(), m_packet.get()); // an error shows as no frame below
     av_packet_unref(m_packet.get());
     if (!next())
-        return u"There is no sound in the file that can be decoded"_s;
+        return Failure{u"There is no sound in the file that can be decoded"_s};
 
     const int channels = m_frame->ch_layout.nb_channels;
     const int rate = m_frame->sample_rate;
     if (channels < 1 || channels > maxChannels)
-        return u"It has %1 channels; up to %2 can be played"_s.arg(channels).arg(maxChannels);
+        return Failure{
+            u"It has %1 channels; up to %2 can be played"_s.arg(channels).arg(maxChannels)};
     if (rate < 1 || rate > maxSampleRate)
-        return u"Its sample rate of %1 Hz can't be played"_s.arg(rate);
-    return std::nullopt;
+        return Failure{u"Its sample rate of %1 Hz can't be played"_s.arg(rate)};
+    return {};
 }
 
 /// Reads the next packet of our stream into m_packet; false at the end.
@@ -258,8 +259,9 @@ void AudioDecoder::place() {
         m_format = {m_frame->sample_rate, m_frame->ch_layout.nb_channels,
                     speakerMask(m_frame->ch_layout)};
     const auto format = static_cast<AVSampleFormat>(m_frame->format);
-    m_layout = {*sampleKind(format), av_sample_fmt_is_planar(format) != 0, m_format.channels,
-                m_frame->extended_data};
+    // The kind is one that is known: isUsable() has seen to that.
+    m_layout = {sampleKind(format).value_or(SampleKind::f32), av_sample_fmt_is_planar(format) != 0,
+                m_format.channels, m_frame->extended_data};
 
     m_blockStart = m_expectedStart.value_or(0);
     if (m_frame->pts != AV_NOPTS_VALUE) {

@@ -3,6 +3,7 @@
 
 #include "audio/files/libav.h"
 #include "audio/files/sample_convert.h"
+#include "base/result.h"
 #include "platform/sound/sound_output.h"
 
 #include <cstdint>
@@ -15,8 +16,8 @@ namespace halvane {
 /// a time.
 class AudioDecoder {
   public:
-    /// Opens a file and decodes its first block. On failure gives an error text for the user.
-    [[nodiscard]] std::optional<QString> open(const QString& path);
+    /// Opens a file and decodes its first block.
+    Result<> open(const QString& path);
 
     [[nodiscard]] const StreamFormat& format() const { return m_format; }
     [[nodiscard]] const AVFormatContext& container() const { return *m_container; }
@@ -48,9 +49,9 @@ class AudioDecoder {
     [[nodiscard]] std::int64_t toFrames(std::int64_t streamTime) const;
 
   private:
-    std::optional<QString> openContainer(const QString& path);
-    std::optional<QString> openDecoder(const AVCodec* codec);
-    std::optional<QString> decodeFirstBlock();
+    Result<> openContainer(const QString& path);
+    Result<> openDecoder(const AVCodec* codec);
+    Result<> decodeFirstBlock();
     bool readPacket();
     [[nodiscard]] bool isUsable() const;
     void place();

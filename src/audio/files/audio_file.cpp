@@ -6,6 +6,7 @@
 #include "platform/log.h"
 
 #include <algorithm>
+#include <mutex>
 
 namespace halvane {
 
@@ -13,9 +14,10 @@ using namespace Qt::StringLiterals;
 
 class AudioFile::Impl {
   public:
-    std::optional<QString> open(const QString& path);
+    Result<> open(const QString& path);
     std::size_t read(float* out, std::size_t frames);
 
+    std::mutex reading; ///< held by readAt
     QString path;
     StreamExtent extent;
     std::int64_t position = 0;
@@ -31,16 +33,16 @@ class AudioFile::Impl {
     void endEarly();
 };
 
-std::optional<QString> AudioFile::Impl::open(const QString& file) {
+Result<> AudioFile::Impl::open(const QString& file) {
     path = file;
-    if (auto error = decoder.open(file))
-        return error;
+    if (auto opened = decoder.open(file); !opened)
+        return opened;
     extent = findExtent(decoder, file);
     if (extent.length == 0)
-        return u"There is no sound in the file"_s;
+        return Failure{u"There is no sound in the file"_s};
     // Finding the extent may have read ahead.
     mustSeek = decoder.blockStart() == decoder.blockEnd();
-    return std::nullopt;
+    return {};
 }
 
 bool AudioFile::Impl::goToPosition() {
@@ -95,11 +97,11 @@ AudioFile::AudioFile(std::unique_ptr<Impl> impl)
 
 AudioFile::~AudioFile() = default;
 
-AudioFile::Opened AudioFile::open(const QString& path) {
+Result<std::unique_ptr<AudioFile>> AudioFile::open(const QString& path) {
     auto impl = std::make_unique<Impl>();
-    if (auto error = impl->open(path))
-        return {nullptr, *error};
-    return {std::unique_ptr<AudioFile>(new AudioFile(std::move(impl))), {}};
+    if (const auto opened = impl->open(path); !opened)
+        return opened.failure();
+    return std::unique_ptr<AudioFile>(new AudioFile(std::move(impl)));
 }
 
 void AudioFile::prepare() {
@@ -132,6 +134,12 @@ void AudioFile::seek(std::int64_t frame) {
 }
 
 std::size_t AudioFile::read(float* interleaved, std::size_t frames) {
+    return m_impl->read(interleaved, frames);
+}
+
+std::size_t AudioFile::readAt(std::int64_t frame, float* interleaved, std::size_t frames) {
+    const std::lock_guard lock(m_impl->reading);
+    seek(frame);
     return m_impl->read(interleaved, frames);
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "base/result.h"
 #include "platform/sound/sound_output.h"
 
 #include <QString>
@@ -14,13 +15,12 @@ namespace halvane {
 
 /// An audio file opened for reading: any of the playable formats, recognised by content, decoded to
 /// interleaved 32-bit floats at the file's own rate. Integer samples of up to 24 bits convert
-/// exactly (full scale is 1); 32-bit ones are rounded to the nearest float. One thread at a time,
-/// any thread but the audio thread: reading blocks on the disk. Never writes.
+/// exactly (full scale is 1); 32-bit ones are rounded to the nearest float. One thread at a time
+/// where nothing else is said, any thread but the audio thread: reading blocks on the disk. Never
+/// writes.
 class AudioFile {
   public:
-    struct Opened;
-    /// Opens a file. On failure there is no file, and an error text for the log and the user.
-    static Opened open(const QString& path);
+    static Result<std::unique_ptr<AudioFile>> open(const QString& path);
     ~AudioFile();
     /// Loads the decoders ahead of the first open, which would wait for them. Any thread.
     static void prepare();
@@ -42,6 +42,9 @@ class AudioFile {
     /// damaged stretch reads as silence, so that what follows keeps its place; a file that is cut
     /// short ends early, with a line in the log. Decodes straight into the caller's buffer.
     std::size_t read(float* interleaved, std::size_t frames);
+    /// Goes to a frame and reads from there. For several threads, each of which waits for the one
+    /// that reads now.
+    std::size_t readAt(std::int64_t frame, float* interleaved, std::size_t frames);
 
     /// Why reading ended before lengthFrames; none after an ordinary end.
     [[nodiscard]] const std::optional<QString>& failure() const;
@@ -50,11 +53,6 @@ class AudioFile {
     class Impl;
     explicit AudioFile(std::unique_ptr<Impl> impl);
     std::unique_ptr<Impl> m_impl;
-};
-
-struct AudioFile::Opened {
-    std::unique_ptr<AudioFile> file; ///< null on failure
-    QString error;                   ///< empty on success
 };
 
 } // namespace halvane

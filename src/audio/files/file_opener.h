@@ -7,17 +7,27 @@
 #include <QObject>
 
 #include <functional>
+#include <memory>
 
 namespace halvane {
+
+class CloudFiles;
 
 /// Opens a file on a thread of its own: a slow disk, or a long MP3 that does not tell its length,
 /// would hold the main thread up. One that hangs holds up neither the next file nor the end of
 /// this. Main thread.
 class FileOpener : public QObject {
   public:
-    using Done = std::function<void(AudioFile::Opened)>;
+    /// What became of a file.
+    struct Outcome {
+        std::shared_ptr<AudioFile> file; ///< null: it was not opened
+        bool isInCloud = false;          ///< it was left alone: opening it would download it
+        QString failure;                 ///< why it could not be opened, for the log and the user
+    };
+    using Done = std::function<void(Outcome)>;
 
-    explicit FileOpener(QObject* parent = nullptr);
+    /// Without cloud files every file counts as lying here.
+    explicit FileOpener(std::shared_ptr<const CloudFiles> cloudFiles, QObject* parent = nullptr);
 
     /// `done` gets the outcome, from the event loop, unless this is called again or cancelled by
     /// then.
@@ -27,6 +37,7 @@ class FileOpener : public QObject {
     [[nodiscard]] bool isOpening() const { return static_cast<bool>(m_done); }
 
   private:
+    const std::shared_ptr<const CloudFiles> m_cloudFiles;
     Done m_done; ///< of the present request
     SerialWorker m_worker;
 };

@@ -4,164 +4,219 @@
 #include "audio/files/audio_file.h"
 
 #include <algorithm>
+#include <condition_variable>
+#include <deque>
+#include <mutex>
 #include <pthread.h>
+#include <thread>
+#include <vector>
 
 namespace halvane {
-namespace {
 
-/// What is decoded at a time: short, so that a seek never waits long for what it makes useless.
-constexpr std::size_t blockFrames = 4096;
+/// What one thread does, and what it shares with its owner: all under one mutex. A loop that has
+/// been told to quit writes to no ring and calls nobody, so that another one may take its place at
+/// once.
+struct DecoderThread::Loop {
+    using Lock = std::unique_lock<std::mutex>;
 
-} // namespace
+    explicit Loop(CutShort cutShort)
+        : onCutShort(std::move(cutShort)) {}
 
-DecoderThread::DecoderThread(std::function<void(std::uint64_t, std::int64_t)> onCutShort)
-    : m_onCutShort(std::move(onCutShort))
-    , m_thread([this] { run(); }) {
+    bool begin(std::shared_ptr<StreamPipe> on, std::uint32_t newEpoch);
+    void run();
+    void decodeSome(Lock& lock);
+    void rest(Lock& lock);
+    void finishSegment();
+    [[nodiscard]] std::size_t filledFrames() const;
+    [[nodiscard]] bool hasWork() const { return pipe && !segments.empty() && filling; }
+
+    const CutShort onCutShort;
+
+    std::mutex mutex; ///< guards what follows
+    std::condition_variable wake;
+    std::condition_variable filled;
+    std::shared_ptr<StreamPipe> pipe;
+    std::deque<DecodeSegment> segments; ///< the first is being decoded
+    std::int64_t delivered = 0;         ///< frames of the first segment, in the ring
+    bool segmentBegun = false;
+    std::uint32_t epoch = 0;
+    bool epochBegun = true;
+    bool running = false;
+    bool filling = true;
+    bool reading = false; ///< the thread is in a file, without the lock
+    bool quit = false;
+
+    std::vector<float> block; ///< the thread's own
+};
+
+DecoderThread::DecoderThread(CutShort onCutShort)
+    : m_onCutShort(std::move(onCutShort)) {
 }
 
 DecoderThread::~DecoderThread() {
+    leaveBehind();
+}
+
+void DecoderThread::leaveBehind() {
+    if (!m_loop)
+        return;
     {
-        const std::lock_guard lock(m_mutex);
-        m_quit = true;
+        const std::lock_guard lock(m_loop->mutex);
+        m_loop->quit = true;
     }
-    m_wake.notify_one();
-    m_thread.join();
+    m_loop->wake.notify_one();
+    m_loop.reset();
 }
 
 void DecoderThread::begin(std::shared_ptr<StreamPipe> pipe, std::uint32_t epoch) {
-    std::deque<DecodeSegment> dropped; // files close after the lock is given back
+    if (m_loop && m_loop->begin(pipe, epoch))
+        return;
+    leaveBehind();
+    m_loop = std::make_shared<Loop>(m_onCutShort);
+    m_loop->begin(std::move(pipe), epoch);
+    std::thread([loop = m_loop] { loop->run(); }).detach();
+}
+
+/// False where the thread is in a file: what it reads there belongs to the epoch before.
+bool DecoderThread::Loop::begin(std::shared_ptr<StreamPipe> on, std::uint32_t newEpoch) {
+    std::deque<DecodeSegment> dropped; // files are let go after the lock has been given back
     {
-        const std::lock_guard lock(m_mutex);
-        m_pipe = std::move(pipe);
-        m_epoch = epoch;
-        m_epochBegun = false;
-        m_segments.swap(dropped);
-        m_segmentBegun = false;
+        const std::lock_guard lock(mutex);
+        if (reading)
+            return false;
+        pipe = std::move(on);
+        epoch = newEpoch;
+        epochBegun = false;
+        running = false;
+        segments.swap(dropped);
+        segmentBegun = false;
     }
-    m_wake.notify_one();
+    wake.notify_one();
+    return true;
 }
 
 void DecoderThread::append(DecodeSegment segment) {
     {
-        const std::lock_guard lock(m_mutex);
-        m_segments.push_back(std::move(segment));
+        const std::lock_guard lock(m_loop->mutex);
+        m_loop->segments.push_back(std::move(segment));
     }
-    m_wake.notify_one();
+    m_loop->wake.notify_one();
 }
 
 bool DecoderThread::remove(std::uint64_t id) {
-    const std::lock_guard lock(m_mutex);
-    const auto it = std::find_if(m_segments.begin(), m_segments.end(),
+    const std::lock_guard lock(m_loop->mutex);
+    auto& segments = m_loop->segments;
+    const auto it = std::find_if(segments.begin(), segments.end(),
                                  [id](const DecodeSegment& s) { return s.id == id; });
-    if (it == m_segments.end() || (it == m_segments.begin() && m_segmentBegun))
+    if (it == segments.end() || (it == segments.begin() && m_loop->segmentBegun))
         return false;
-    m_segments.erase(it);
+    segments.erase(it);
     return true;
 }
 
 void DecoderThread::setRunning(bool running) {
+    if (!m_loop)
+        return;
     {
-        const std::lock_guard lock(m_mutex);
-        m_running = running;
+        const std::lock_guard lock(m_loop->mutex);
+        m_loop->running = running;
     }
-    m_wake.notify_one();
+    m_loop->wake.notify_one();
 }
 
 void DecoderThread::awaitFrames(std::size_t frames, std::chrono::milliseconds atMost) {
-    Lock lock(m_mutex);
-    if (!m_pipe)
+    if (!m_loop)
         return;
-    m_filling = true;
-    m_wake.notify_one();
-    m_filled.wait_for(lock, atMost, [&] {
-        const auto target = std::min(frames, m_pipe->samples.capacity() / m_pipe->channels() / 2);
-        return m_quit || (m_epochBegun && (m_segments.empty() || filledFrames() >= target));
+    Loop& loop = *m_loop;
+    Loop::Lock lock(loop.mutex);
+    loop.filling = true;
+    loop.wake.notify_one();
+    loop.filled.wait_for(lock, atMost, [&] {
+        const auto target =
+            std::min(frames, loop.pipe->samples.capacity() / loop.pipe->channels() / 2);
+        return loop.epochBegun && (loop.segments.empty() || loop.filledFrames() >= target);
     });
 }
 
-std::size_t DecoderThread::filledFrames() const {
-    const auto& samples = m_pipe->samples;
-    const auto from = std::max(samples.consumed(), m_pipe->beginning());
-    return std::size_t(samples.written() - from) / m_pipe->channels();
+std::size_t DecoderThread::Loop::filledFrames() const {
+    const auto& samples = pipe->samples;
+    const auto from = std::max(samples.consumed(), pipe->beginning());
+    return std::size_t(samples.written() - from) / pipe->channels();
 }
 
-bool DecoderThread::hasWork() const {
-    return m_pipe && !m_segments.empty() && m_filling;
-}
-
-void DecoderThread::run() {
+void DecoderThread::Loop::run() {
     pthread_setname_np(pthread_self(), "halvane-decoder");
-    Lock lock(m_mutex);
-    while (!m_quit) {
-        if (!m_epochBegun) {
-            m_pipe->begin(m_epoch);
-            m_epochBegun = true;
-            m_filling = true;
-            m_filled.notify_all();
+    Lock lock(mutex);
+    while (!quit) {
+        if (!epochBegun) {
+            pipe->begin(epoch);
+            epochBegun = true;
+            filling = true;
+            filled.notify_all();
         } else if (hasWork()) {
             decodeSome(lock);
         } else {
             rest(lock);
         }
     }
-    m_filled.notify_all();
 }
 
 /// Decodes one block of the first segment into the ring, without the lock.
-void DecoderThread::decodeSome(Lock& lock) {
-    const auto pipe = m_pipe;
-    const auto epoch = m_epoch;
+void DecoderThread::Loop::decodeSome(Lock& lock) {
+    constexpr std::size_t blockFrames = StreamPipe::blockFrames;
     if (pipe->samples.writeAvailable() / pipe->channels() < blockFrames) {
-        m_filling = false;
+        filling = false;
         return;
     }
-    const DecodeSegment segment = m_segments.front();
-    const bool begins = !m_segmentBegun;
-    if (begins)
-        m_delivered = 0;
-    m_segmentBegun = true;
+    const DecodeSegment segment = segments.front();
+    if (!std::exchange(segmentBegun, true))
+        delivered = 0;
+    const auto from = segment.startFrame + delivered;
     const auto wanted =
-        std::min<std::int64_t>(std::int64_t(blockFrames), segment.frames - m_delivered);
+        std::min<std::int64_t>(std::int64_t(blockFrames), segment.frames - delivered);
+    block.resize(blockFrames * pipe->channels());
 
+    reading = true;
     lock.unlock();
-    if (begins)
-        segment.file->seek(segment.startFrame);
-    m_block.resize(blockFrames * pipe->channels());
-    const auto got = segment.file->read(m_block.data(), std::size_t(wanted));
+    const auto got = segment.file->readAt(from, block.data(), std::size_t(wanted));
     lock.lock();
+    reading = false;
+    if (quit)
+        return; // what was read is nobody's, and the ring is another's
 
-    if (m_epoch != epoch)
-        return; // nobody wants it any more
-    pipe->samples.write(m_block.data(), got * pipe->channels());
-    m_delivered += std::int64_t(got);
-    if (got == 0 || m_delivered >= segment.frames)
-        finishSegment(m_delivered);
-    m_filled.notify_all();
+    if (delivered == 0) {
+        const SegmentStart start{pipe->samples.written(), segment.id};
+        pipe->starts.write(&start, 1);
+    }
+    pipe->samples.write(block.data(), got * pipe->channels());
+    delivered += std::int64_t(got);
+    if (got == 0 || delivered >= segment.frames)
+        finishSegment();
+    filled.notify_all();
 }
 
-void DecoderThread::finishSegment(std::int64_t delivered) {
-    if (delivered < m_segments.front().frames)
-        m_onCutShort(m_segments.front().id, delivered);
-    m_segments.pop_front();
-    m_segmentBegun = false;
+void DecoderThread::Loop::finishSegment() {
+    if (delivered < segments.front().frames)
+        onCutShort(segments.front().id, delivered);
+    segments.pop_front();
+    segmentBegun = false;
 }
 
 /// Sleeps until there is something to do: until called, or until the ring is half empty.
-void DecoderThread::rest(Lock& lock) {
-    if (!m_pipe || m_segments.empty() || !m_running) {
-        m_wake.wait(lock);
+void DecoderThread::Loop::rest(Lock& lock) {
+    if (!pipe || segments.empty() || !running) {
+        wake.wait(lock);
         return;
     }
-    const auto half = m_pipe->samples.capacity() / m_pipe->channels() / 2;
-    const auto filled = filledFrames();
-    if (filled > half) {
-        const std::chrono::duration<double> time(double(filled - half) /
-                                                 m_pipe->format().sampleRate);
+    const auto half = pipe->samples.capacity() / pipe->channels() / 2;
+    const auto now = filledFrames();
+    if (now > half) {
+        const std::chrono::duration<double> time(double(now - half) / pipe->format().sampleRate);
         // The ring empties in the server's strides, so there is no point in looking closer.
-        if (m_wake.wait_for(lock, time) == std::cv_status::timeout)
-            m_filling = true;
+        if (wake.wait_for(lock, time) == std::cv_status::timeout)
+            filling = true;
     } else {
-        m_filling = true;
+        filling = true;
     }
 }
 

@@ -14,6 +14,11 @@ class GainStage {
     void reset(int sampleRate, int channels, float gain) noexcept {
         m_channels = std::size_t(channels);
         m_rampFrames = std::max<std::size_t>(std::size_t(sampleRate) / 100, 1);
+        jumpTo(gain);
+    }
+
+    /// Has a gain (linear) from the next frame on.
+    void jumpTo(float gain) noexcept {
         m_rampLeft = 0;
         m_gain = m_target = gain;
     }
@@ -26,6 +31,9 @@ class GainStage {
         m_rampLeft = m_rampFrames;
         m_step = (m_target - m_gain) / float(m_rampFrames);
     }
+
+    /// What it has, or is moving to.
+    [[nodiscard]] float target() const noexcept { return m_target; }
 
     /// Scales interleaved frames in place.
     void process(float* interleaved, std::size_t frames) noexcept {

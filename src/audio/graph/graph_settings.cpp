@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "audio/graph/graph_settings.h"
 
-#include "audio/graph/decibels.h"
 #include "audio/graph/render_graph.h"
 
 #include <algorithm>
@@ -10,7 +9,8 @@ namespace halvane {
 
 GraphSettings::GraphSettings(RenderGraph& graph)
     : m_graph(graph) {
-    applyGain();
+    constexpr double usual = 0.72;
+    setVolume(usual);
 }
 
 void GraphSettings::setSampleRate(int sampleRate) {
@@ -29,23 +29,13 @@ void GraphSettings::setEQ(bool enabled, const std::vector<double>& gains, double
     applyEQ();
 }
 
-void GraphSettings::setTrackGain(double dB) {
-    m_trackGain = std::clamp(dB, -18.0, 12.0);
-    applyGain();
-}
-
 void GraphSettings::setVolume(double volume) {
-    m_volume = std::clamp(volume, 0.0, 1.0);
-    applyGain();
+    m_graph.setVolume(static_cast<float>(std::clamp(volume, 0.0, 1.0)));
 }
 
 void GraphSettings::applyEQ() {
     if (m_sampleRate > 0)
         m_graph.setEqualizer(equalizerCurve(m_equalizer, m_sampleRate));
-}
-
-void GraphSettings::applyGain() {
-    m_graph.setGain(float(linearGain(m_trackGain) * m_volume));
 }
 
 } // namespace halvane

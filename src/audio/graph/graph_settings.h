@@ -20,20 +20,15 @@ class GraphSettings {
     void setSampleRate(int sampleRate);
     /// Gains and preamp in dB, each clamped to -12...+12; missing gains keep their bands.
     void setEQ(bool enabled, const std::vector<double>& gains, double preamp);
-    /// In dB, clamped to -18...+12.
-    void setTrackGain(double dB);
     /// 0...1, clamped.
     void setVolume(double volume);
 
   private:
     void applyEQ();
-    void applyGain();
 
     RenderGraph& m_graph;
     int m_sampleRate = 0; ///< none yet
     EqualizerValues m_equalizer;
-    double m_trackGain = 0;
-    double m_volume = 0.72;
 };
 
 } // namespace halvane

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "audio/graph/playback_engine.h"
 
+#include "audio/graph/decibels.h"
 #include "platform/log.h"
 #include "platform/thread_check.h"
 
@@ -10,40 +11,45 @@
 
 namespace halvane {
 
-AudioPlaybackEngine::AudioPlaybackEngine(SoundOutput& output, Clock& clock, QObject* parent)
-    : QObject(parent)
+AudioPlaybackEngine::AudioPlaybackEngine(SoundOutput& output, Clock& clock,
+                                         std::shared_ptr<const CloudFiles> cloudFiles,
+                                         QObject* parent)
+    : TransportEngine(parent)
     , m_output(output)
     , m_tap(m_spectrum, output)
     , m_node(output, clock, &m_tap)
-    , m_settings(m_node.graph()) {
-    output.onConfigurationChange = [this] { handleConfigurationChange(); };
-    output.onDeviceSampleRateChange = [this] { Q_EMIT outputSampleRateChanged(); };
-    output.onPauseRequest = [this](bool pause) {
-        if (onPauseRequested)
-            onPauseRequested(pause);
-    };
+    , m_settings(m_node.graph())
+    , m_opener(std::move(cloudFiles)) {
+    connect(&output, &SoundOutput::configurationChanged, this,
+            &AudioPlaybackEngine::handleConfigurationChange);
+    connect(&output, &SoundOutput::deviceSampleRateChanged, this,
+            &AudioPlaybackEngine::outputSampleRateChanged);
+    connect(&output, &SoundOutput::pauseRequested, this, &AudioPlaybackEngine::pauseRequested);
 }
 
-AudioPlaybackEngine::~AudioPlaybackEngine() {
-    m_output.onConfigurationChange = nullptr;
-    m_output.onDeviceSampleRateChange = nullptr;
-    m_output.onPauseRequest = nullptr;
-}
-
-std::optional<QString> AudioPlaybackEngine::load(const QString& path) {
+void AudioPlaybackEngine::open(const QString& path) {
     assertOwnThread(*this);
     auto file = takeOpened(path);
     unload();
-    if (!file) {
-        auto opened = AudioFile::open(path);
-        if (!opened.file)
-            return opened.error;
-        file = std::move(opened.file);
+    if (file) {
+        post([this, file] { take(file); });
+        return;
     }
+    m_opener.open(path, [this](FileOpener::Outcome outcome) {
+        if (outcome.file)
+            take(std::move(outcome.file));
+        else if (outcome.isInCloud)
+            Q_EMIT foundInCloud();
+        else
+            Q_EMIT openFailed(outcome.failure);
+    });
+}
+
+void AudioPlaybackEngine::take(std::shared_ptr<AudioFile> file) {
     m_file = std::move(file);
     m_node.setFormat(m_file->format());
     m_settings.setSampleRate(m_file->format().sampleRate);
-    return std::nullopt;
+    Q_EMIT opened();
 }
 
 /// The file if it has been opened to follow the current one, and none of it has been read.
@@ -81,10 +87,10 @@ std::int64_t AudioPlaybackEngine::frameAt(double seconds) const {
     return frame < double(length) ? std::int64_t(frame) : length;
 }
 
-std::optional<QString> AudioPlaybackEngine::schedule(std::int64_t startFrame, bool andPlay) {
+Result<> AudioPlaybackEngine::schedule(std::int64_t startFrame, bool andPlay) {
     if (!m_file)
-        return std::nullopt;
-    const auto generation = ++m_scheduleGeneration;
+        return {};
+    ++m_scheduleGeneration;
     const auto remaining = m_file->lengthFrames() - startFrame;
     m_node.stop();
     dropPending();
@@ -92,16 +98,15 @@ std::optional<QString> AudioPlaybackEngine::schedule(std::int64_t startFrame, bo
     m_segmentStartFrame = startFrame;
     if (remaining < 1) {
         if (andPlay)
-            post(generation, &AudioPlaybackEngine::reportTrackEnd);
-        return std::nullopt;
+            post([this] { Q_EMIT trackEnded(); });
+        return {};
     }
-    m_node.schedule(m_file, startFrame, remaining, completion());
+    m_node.schedule(m_file, startFrame, remaining, float(linearGain(m_trackGain)), completion());
     if (!andPlay)
-        return std::nullopt;
-    if (auto error = m_node.play())
-        return error;
-    m_playing = true;
-    return std::nullopt;
+        return {};
+    auto played = m_node.play();
+    m_playing = static_cast<bool>(played);
+    return played;
 }
 
 void AudioPlaybackEngine::pause() {
@@ -110,16 +115,15 @@ void AudioPlaybackEngine::pause() {
     m_playing = false;
 }
 
-std::optional<QString> AudioPlaybackEngine::resume() {
+Result<> AudioPlaybackEngine::resume() {
     assertOwnThread(*this);
     if (!m_file || m_playing)
-        return std::nullopt;
+        return {};
     if (!m_node.hasStream() || !m_node.hasScheduled())
         return schedule(elapsedFrames(), true);
-    if (auto error = m_node.play())
-        return error;
-    m_playing = true;
-    return std::nullopt;
+    auto played = m_node.play();
+    m_playing = static_cast<bool>(played);
+    return played;
 }
 
 std::int64_t AudioPlaybackEngine::elapsedFrames() const {
@@ -129,28 +133,30 @@ std::int64_t AudioPlaybackEngine::elapsedFrames() const {
     return std::clamp<std::int64_t>(frame, 0, m_file->lengthFrames());
 }
 
-bool AudioPlaybackEngine::prescheduleNextIfCompatible(const QString& path) {
+bool AudioPlaybackEngine::prescheduleNextIfCompatible(const QString& path, double gain) {
     assertOwnThread(*this);
     // With nothing in front of it, the next file would begin on its own.
     if (!m_file || m_pendingNext.file || m_opener.isOpening() || !m_node.hasScheduled())
         return false;
     m_setAside = {};
-    m_opener.open(path, [this, path](AudioFile::Opened opened) {
-        follow(path, std::move(opened));
+    m_opener.open(path, [this, path, gain](FileOpener::Outcome outcome) {
+        if (outcome.file)
+            follow({std::move(outcome.file), path, gain});
+        else if (outcome.isInCloud)
+            Q_EMIT nextFoundInCloud(path);
         Q_EMIT prescheduleSettled(m_pendingNext.file != nullptr);
     });
     return true;
 }
 
-void AudioPlaybackEngine::follow(const QString& path, AudioFile::Opened opened) {
-    if (!opened.file)
-        return;
-    if (opened.file->format() != m_file->format() || !m_node.hasScheduled()) {
-        m_setAside = {std::move(opened.file), path};
+void AudioPlaybackEngine::follow(NextFile next) {
+    if (next.file->format() != m_file->format() || !m_node.hasScheduled()) {
+        m_setAside = std::move(next);
         return;
     }
-    m_pendingNext = {std::move(opened.file), path};
-    m_node.schedule(m_pendingNext.file, 0, m_pendingNext.file->lengthFrames(), completion());
+    m_pendingNext = std::move(next);
+    m_node.schedule(m_pendingNext.file, 0, m_pendingNext.file->lengthFrames(),
+                    float(linearGain(m_pendingNext.gain)), completion());
 }
 
 std::optional<QString> AudioPlaybackEngine::adoptPrescheduledTrack() {
@@ -159,6 +165,7 @@ std::optional<QString> AudioPlaybackEngine::adoptPrescheduledTrack() {
         return std::nullopt;
     m_chainPriorFrames = m_node.framesBeforeLast();
     m_file = std::move(m_pendingNext.file);
+    m_trackGain = m_pendingNext.gain;
     m_segmentStartFrame = 0;
     return std::exchange(m_pendingNext.path, {});
 }
@@ -174,9 +181,9 @@ void AudioPlaybackEngine::invalidatePreschedule() {
         return;
     }
     const bool wasPlaying = m_playing;
-    if (auto error = schedule(elapsedFrames(), wasPlaying))
+    if (const auto scheduled = schedule(elapsedFrames(), wasPlaying); !scheduled)
         qCWarning(libraryLog, "going on without the next track failed: %ls",
-                  qUtf16Printable(*error));
+                  qUtf16Printable(scheduled.failure().text));
 }
 
 void AudioPlaybackEngine::handleConfigurationChange() {
@@ -188,40 +195,44 @@ void AudioPlaybackEngine::handleConfigurationChange() {
     const auto position = elapsedFrames();
     const bool wasPlaying = m_playing;
     m_node.closeStream();
-    if (const auto error = schedule(position, wasPlaying)) {
-        if (onPlaybackInterrupted)
-            onPlaybackInterrupted(*error);
-    } else {
-        reportRebuilt();
-    }
+    if (const auto scheduled = schedule(position, wasPlaying); !scheduled)
+        Q_EMIT playbackInterrupted(scheduled.failure().text);
+    else
+        Q_EMIT graphRebuilt();
 }
 
-std::optional<QString> AudioPlaybackEngine::setOutputDevice(std::optional<std::uint32_t> id) {
+Result<> AudioPlaybackEngine::setOutputDevice(std::optional<std::uint32_t> id) {
     assertOwnThread(*this);
-    ++m_scheduleGeneration;
     const auto position = elapsedFrames();
     const bool wasPlaying = m_playing;
-    m_node.stop();
-    dropPending();
-    m_segmentStartFrame = position;
-    m_playing = false;
-
-    auto error = m_output.setDevice(id);
-    if (!error) {
-        m_node.closeStream();
-        error = schedule(position, wasPlaying);
-        if (error) { // the device is there and does not play
-            m_node.closeStream();
-            (void)m_output.setDevice(m_device);
-        } else {
-            m_device = id;
-        }
+    if (m_file) { // one that is being opened needs no stream yet
+        ++m_scheduleGeneration;
+        m_node.stop();
+        dropPending();
+        m_segmentStartFrame = position;
+        m_playing = false;
     }
-    if (error && schedule(position, wasPlaying))
-        return error;
+    auto moved = moveTo(id, position, wasPlaying);
+    if (!moved && !schedule(position, wasPlaying))
+        return moved;
     if (m_file)
-        post(m_scheduleGeneration, &AudioPlaybackEngine::reportRebuilt);
-    return error;
+        post([this] { Q_EMIT graphRebuilt(); });
+    return moved;
+}
+
+Result<> AudioPlaybackEngine::moveTo(std::optional<std::uint32_t> device, std::int64_t position,
+                                     bool wasPlaying) {
+    if (auto set = m_output.setDevice(device); !set)
+        return set;
+    m_node.closeStream();
+    auto scheduled = schedule(position, wasPlaying);
+    if (scheduled) {
+        m_device = device;
+    } else { // the device is there and does not play
+        m_node.closeStream();
+        (void)m_output.setDevice(m_device);
+    }
+    return scheduled;
 }
 
 /// The audio scheduled now has been heard; a later generation has thrown it away.
@@ -235,29 +246,19 @@ void AudioPlaybackEngine::endOfPlayback(std::int64_t generation) {
     if (!m_pendingNext.file)
         m_playing = false;
     const QPointer<AudioPlaybackEngine> engine(this);
-    reportTrackEnd();
+    Q_EMIT trackEnded();
     // Nobody had more to play: silence needs no stream.
     if (engine && !m_playing && generation == m_scheduleGeneration)
         m_node.pause();
 }
 
-void AudioPlaybackEngine::reportTrackEnd() {
-    if (onTrackEnd)
-        onTrackEnd();
-}
-
-void AudioPlaybackEngine::reportRebuilt() {
-    if (onGraphRebuilt)
-        onGraphRebuilt();
-}
-
 /// Calls from the event loop, unless something else has been scheduled by then.
-void AudioPlaybackEngine::post(std::int64_t generation, void (AudioPlaybackEngine::*operation)()) {
+void AudioPlaybackEngine::post(std::function<void()> call) {
     QMetaObject::invokeMethod(
         this,
-        [this, generation, operation] {
+        [this, generation = m_scheduleGeneration, call = std::move(call)] {
             if (generation == m_scheduleGeneration)
-                (this->*operation)();
+                call();
         },
         Qt::QueuedConnection);
 }
@@ -292,7 +293,7 @@ double AudioPlaybackEngine::elapsedSeconds() const {
     return m_file ? double(elapsedFrames()) / m_file->format().sampleRate : 0;
 }
 
-std::optional<QString> AudioPlaybackEngine::scheduleSegment(double fromSeconds, bool andPlay) {
+Result<> AudioPlaybackEngine::scheduleSegment(double fromSeconds, bool andPlay) {
     assertOwnThread(*this);
     return schedule(frameAt(fromSeconds), andPlay);
 }
@@ -304,7 +305,8 @@ void AudioPlaybackEngine::setEQ(bool enabled, const std::vector<double>& gains, 
 
 void AudioPlaybackEngine::setTrackGain(double dB) {
     assertOwnThread(*this);
-    m_settings.setTrackGain(dB);
+    m_trackGain = dB;
+    m_node.setGain(float(linearGain(dB)));
 }
 
 void AudioPlaybackEngine::setVolume(double volume) {

@@ -78,14 +78,29 @@ void PlayerNode::closeStream() {
 }
 
 void PlayerNode::schedule(std::shared_ptr<AudioFile> file, std::int64_t startFrame,
-                          std::int64_t frames, std::function<void()> heard) {
+                          std::int64_t frames, float gain, std::function<void()> heard) {
     const auto begin =
         m_segments.empty() ? m_framesCompleted : m_segments.back().begin + m_segments.back().frames;
     if (begin == 0)
         m_pipe->setFadesIn(startFrame > 0);
-    m_segments.push_back({++m_lastId, begin, frames, std::move(heard)});
+    m_segments.push_back({++m_lastId, begin, frames, gain, std::move(heard)});
+    publishGains();
     m_decoder.append({m_lastId, std::move(file), startFrame, frames});
     arm();
+}
+
+void PlayerNode::setGain(float gain) {
+    if (m_segments.empty())
+        return;
+    m_segments.front().gain = gain;
+    publishGains();
+}
+
+void PlayerNode::publishGains() {
+    SegmentGains gains;
+    for (std::size_t i = 0; i < std::min(m_segments.size(), gains.all.size()); ++i)
+        gains.all[i] = {m_segments[i].id, m_segments[i].gain};
+    m_graph.setSegmentGains(gains);
 }
 
 bool PlayerNode::unscheduleLast() {
@@ -95,25 +110,25 @@ bool PlayerNode::unscheduleLast() {
     return true;
 }
 
-std::optional<QString> PlayerNode::play() {
+Result<> PlayerNode::play() {
     if (!m_streamOpen || !m_output.isOpen()) {
         closeStream();
         m_graph.beginStream(m_pipe);
         if (m_tap)
             m_tap->beginStream(m_pipe->format());
-        if (auto error = m_output.open(m_pipe->format(), m_graph))
-            return error;
+        if (auto opened = m_output.open(m_pipe->format(), m_graph); !opened)
+            return opened;
         m_streamOpen = true;
     }
     m_decoder.awaitFrames(std::size_t(m_pipe->format().sampleRate) / 4, firstSound);
-    if (auto error = m_output.start())
-        return error;
+    if (auto started = m_output.start(); !started)
+        return started;
     m_playing = true;
     m_decoder.setRunning(true);
     if (m_tap)
         m_tap->setActive(true);
     arm();
-    return std::nullopt;
+    return {};
 }
 
 void PlayerNode::pause() {
@@ -161,7 +176,7 @@ void PlayerNode::arm() {
 }
 
 void PlayerNode::checkHeard() {
-    const Segment& front = m_segments.front();
+    Segment& front = m_segments.front();
     const auto heard = framesHeard();
     const auto remaining = front.begin + front.frames - heard;
     if (remaining > 0) {

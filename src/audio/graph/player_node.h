@@ -4,6 +4,7 @@
 #include "audio/graph/decoder_thread.h"
 #include "audio/graph/heard_timeline.h"
 #include "audio/graph/render_graph.h"
+#include "base/result.h"
 #include "platform/clock.h"
 #include "platform/mailbox.h"
 #include "platform/sound/sound_output.h"
@@ -42,17 +43,20 @@ class PlayerNode : public QObject {
     /// Lets the stream go, at the position heard.
     void closeStream();
 
-    /// Schedules frames of a file behind what is scheduled already; `heard` is called once when the
-    /// last of them has been heard, however many the file turned out to have.
+    /// Schedules frames of a file behind what is scheduled already, under a gain (linear) of their
+    /// own; `heard` is called once when the last of them has been heard, however many the file
+    /// turned out to have.
     void schedule(std::shared_ptr<AudioFile> file, std::int64_t startFrame, std::int64_t frames,
-                  std::function<void()> heard);
+                  float gain, std::function<void()> heard);
+    /// Changes the gain (linear) of the segment that is being heard, if there is one.
+    void setGain(float gain);
     /// Takes back what was scheduled last, its completion with it; false when it was begun already.
     bool unscheduleLast();
     [[nodiscard]] bool hasScheduled() const { return !m_segments.empty(); }
 
     /// Starts the sound, on a new stream if there is none; that must be right after stop. On
-    /// failure gives the error's description and stays stopped.
-    [[nodiscard]] std::optional<QString> play();
+    /// failure stays stopped.
+    Result<> play();
     /// Stops the sound at once and keeps the place.
     void pause();
     [[nodiscard]] bool hasStream() const { return m_streamOpen && m_output.isOpen(); }
@@ -67,9 +71,11 @@ class PlayerNode : public QObject {
         std::uint64_t id;
         std::int64_t begin; ///< in frames since the last stop
         std::int64_t frames;
+        float gain;
         std::function<void()> heard;
     };
 
+    void publishGains();
     void segmentCutShort(std::uint64_t id, std::int64_t frames);
     void arm();
     void checkHeard();

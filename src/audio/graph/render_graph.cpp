@@ -19,6 +19,8 @@ void RenderGraph::beginStream(std::shared_ptr<StreamPipe> pipe) {
     m_epoch = 0;
     m_streamFrame = 0;
     m_sounding = false;
+    m_segment = 0;
+    m_hasNextStart = false;
 }
 
 void RenderGraph::render(float* interleaved, std::size_t frames) noexcept {
@@ -30,9 +32,10 @@ void RenderGraph::render(float* interleaved, std::size_t frames) noexcept {
             m_curve = *curve;
             m_equalizer.setCurve(m_curve);
         }
-        m_gainStage.setGain(m_gain.load(std::memory_order_relaxed));
         m_equalizer.process(interleaved, frames);
-        m_gainStage.process(interleaved, frames);
+        applySegmentGains(interleaved, frames, sounding);
+        m_volumeStage.setGain(m_volume.load(std::memory_order_relaxed));
+        m_volumeStage.process(interleaved, frames);
     }
     if (m_tap)
         m_tap->push(interleaved, frames, m_streamFrame);
@@ -79,7 +82,47 @@ void RenderGraph::beginEpoch(std::uint32_t epoch) noexcept {
         m_curve = *curve;
     const auto& format = m_pipe->format();
     m_equalizer.reset(format.sampleRate, format.channels, m_curve);
-    m_gainStage.reset(format.sampleRate, format.channels, m_gain.load(std::memory_order_relaxed));
+    m_volumeStage.reset(format.sampleRate, format.channels,
+                        m_volume.load(std::memory_order_relaxed));
+    m_segmentStage.reset(format.sampleRate, format.channels, 1); // the first segment brings its own
+}
+
+/// Each stretch of the block under the gain of the segment that it belongs to. The gains are taken
+/// after the samples have been read, so that those of every segment in the block are among them.
+void RenderGraph::applySegmentGains(float* interleaved, std::size_t frames,
+                                    std::size_t sounding) noexcept {
+    if (const auto* gains = m_segmentGains.take()) {
+        m_gains = *gains;
+        m_segmentStage.setGain(gainOf(m_segment));
+    }
+    const std::size_t channels = m_pipe->channels();
+    const std::uint64_t blockEnd = m_pipe->samples.consumed();
+    const std::uint64_t blockBegin = blockEnd - sounding * channels;
+    std::size_t done = 0;
+    for (;;) {
+        if (!m_hasNextStart)
+            m_hasNextStart = m_pipe->starts.read(&m_nextStart, 1) == 1;
+        if (!m_hasNextStart || m_nextStart.sample >= blockEnd)
+            break;
+        // What has been dropped may have begun before the block.
+        const auto from = std::max(m_nextStart.sample, blockBegin) - blockBegin;
+        const auto joint = static_cast<std::size_t>(from) / channels;
+        m_segmentStage.process(interleaved + done * channels, joint - done);
+        done = joint;
+        m_segment = m_nextStart.segment;
+        m_segmentStage.jumpTo(gainOf(m_segment));
+        m_hasNextStart = false;
+    }
+    m_segmentStage.process(interleaved + done * channels, frames - done);
+}
+
+/// What is still in the ring of a segment that has been dropped keeps the gain that it has.
+float RenderGraph::gainOf(std::uint64_t segment) const noexcept {
+    for (const auto& of : m_gains.all) {
+        if (of.segment == segment)
+            return of.gain;
+    }
+    return m_segmentStage.target();
 }
 
 void RenderGraph::anchor(std::size_t offset, bool running) noexcept {

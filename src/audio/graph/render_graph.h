@@ -6,7 +6,9 @@
 #include "audio/graph/latest_value.h"
 #include "audio/graph/stream_pipe.h"
 
+#include <array>
 #include <atomic>
+#include <cstdint>
 #include <memory>
 
 namespace halvane {
@@ -14,9 +16,18 @@ namespace halvane {
 class DecoderThread;
 class SpectrumTap;
 
-/// What the sound server pulls from: the ring, through the equalizer and the gain, past the tap.
-/// Where the ring is empty the stream is silent, and the pipe is told where. With the equalizer
-/// flat and the gain 1 the samples are those of the file.
+/// The gains (linear) of the segments that are scheduled, at most two at once.
+struct SegmentGains {
+    struct Of {
+        std::uint64_t segment = 0; ///< its id; 0: none
+        float gain = 1;
+    };
+    std::array<Of, 2> all;
+};
+
+/// What the sound server pulls from: the ring, through the equalizer, each segment's gain and the
+/// volume, past the tap. Where the ring is empty the stream is silent, and the pipe is told where.
+/// With the equalizer flat and both gains 1 the samples are those of the file.
 class RenderGraph final : public RenderSource {
   public:
     /// Main thread. Both must outlive the graph; the tap may be missing.
@@ -26,8 +37,11 @@ class RenderGraph final : public RenderSource {
     void beginStream(std::shared_ptr<StreamPipe> pipe);
     /// A curve that was made for the stream's rate. Main thread.
     void setEqualizer(const EqualizerCurve& curve) { m_curves.publish(curve); }
-    /// Track gain times volume, linear. Main thread.
-    void setGain(float gain) { m_gain.store(gain, std::memory_order_relaxed); }
+    /// The gain of a segment is to be told before the segment is handed to the decoder: it is in
+    /// force from the segment's first sample on. A change of it in between is ramped. Main thread.
+    void setSegmentGains(const SegmentGains& gains) { m_segmentGains.publish(gains); }
+    /// Linear. Main thread.
+    void setVolume(float volume) { m_volume.store(volume, std::memory_order_relaxed); }
 
     void render(float* interleaved, std::size_t frames) noexcept override;
     void awaitFrames(std::size_t frames) override;
@@ -37,19 +51,27 @@ class RenderGraph final : public RenderSource {
     void beginEpoch(std::uint32_t epoch) noexcept;
     void anchor(std::size_t offset, bool running) noexcept;
     void fadeIn(float* interleaved, std::size_t frames) noexcept;
+    void applySegmentGains(float* interleaved, std::size_t frames, std::size_t sounding) noexcept;
+    [[nodiscard]] float gainOf(std::uint64_t segment) const noexcept;
 
     DecoderThread& m_decoder;
     SpectrumTap* const m_tap;
     std::shared_ptr<StreamPipe> m_pipe; ///< changes only while there is no stream
 
-    // From the main thread to the audio thread. The gain stands for itself, so relaxed will do.
+    // From the main thread to the audio thread. The volume stands for itself, so relaxed will do.
     LatestValue<EqualizerCurve> m_curves;
-    std::atomic<float> m_gain{1};
+    LatestValue<SegmentGains> m_segmentGains;
+    std::atomic<float> m_volume{1};
 
     // The audio thread's.
     EqualizerCurve m_curve;
     Equalizer m_equalizer;
-    GainStage m_gainStage;
+    GainStage m_segmentStage;
+    GainStage m_volumeStage;
+    SegmentGains m_gains;
+    std::uint64_t m_segment = 0; ///< the id of the one that sounds
+    SegmentStart m_nextStart;    ///< the next one's, where m_hasNextStart
+    bool m_hasNextStart = false;
     std::uint32_t m_epoch = 0;
     std::int64_t m_streamFrame = 0;
     std::int64_t m_mediaFrame = 0;

@@ -4,7 +4,9 @@
 #include "audio/graph/sample_ring.h"
 #include "platform/sound/sound_output.h"
 
+#include <algorithm>
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 
 namespace halvane {
@@ -18,6 +20,13 @@ struct StreamAnchor {
     bool running = false;
 };
 
+/// Where in the ring the sound of a segment begins: a frame's first sample, counted as the ring
+/// counts.
+struct SegmentStart {
+    std::uint64_t sample = 0;
+    std::uint64_t segment = 0; ///< its id
+};
+
 /// What the decoder thread, the audio thread and the main thread share about one stream's sound.
 ///
 /// Sound comes in epochs: whenever what is scheduled is thrown away, the main thread begins a new
@@ -27,14 +36,21 @@ struct StreamAnchor {
 /// until it loads that epoch from m_ready with acquire, so it sees m_begin, and then drops from the
 /// ring what lies before it. m_begin cannot change under it: for that, another epoch would have to
 /// be requested, and nobody renders then.
+///
+/// The decoder writes a segment's start before the segment's first sample, so whoever has read the
+/// sample also sees the start.
 class StreamPipe {
   public:
     /// How far the decoder runs ahead of the audio thread.
     static constexpr int secondsAhead = 2;
+    /// What the decoder writes at a time: short, so that a seek never waits long for what it makes
+    /// useless.
+    static constexpr std::size_t blockFrames = 4096;
 
     explicit StreamPipe(const StreamFormat& format)
         : m_format(format)
-        , samples(std::size_t(secondsAhead) * std::size_t(format.sampleRate * format.channels))
+        , samples(framesAhead(format.sampleRate) * std::size_t(format.channels))
+        , starts(64)
         , anchors(4096) {}
 
     [[nodiscard]] const StreamFormat& format() const { return m_format; }
@@ -43,7 +59,10 @@ class StreamPipe {
     /// Makes room for the next epoch. Main thread, while the output does not render and so leaves
     /// the reader's part to it; what the decoder is writing just now is dropped when the epoch
     /// begins.
-    void dropUnplayed() { samples.skipTo(samples.written()); }
+    void dropUnplayed() {
+        samples.skipTo(samples.written());
+        starts.skipTo(starts.written());
+    }
     /// Main thread, while the output does not render.
     void request(std::uint32_t epoch) { m_requested.store(epoch, std::memory_order_release); }
     /// Whether the epoch begins in the middle of a wave. Main thread, while the output does not
@@ -70,6 +89,13 @@ class StreamPipe {
     }
 
   private:
+    /// At very low rates several blocks are longer than that.
+    static constexpr std::size_t framesAhead(int sampleRate) {
+        constexpr std::size_t fewestBlocks = 8;
+        return std::max(std::size_t(secondsAhead) * std::size_t(sampleRate),
+                        fewestBlocks * blockFrames);
+    }
+
     const StreamFormat m_format;
     std::atomic<std::uint32_t> m_requested{0};
     std::atomic<bool> m_fadesIn{false};
@@ -77,7 +103,8 @@ class StreamPipe {
     std::atomic<std::uint32_t> m_ready{0};
 
   public:
-    SampleRing<float> samples;        ///< interleaved; decoder to audio thread, whole frames
+    SampleRing<float> samples;       ///< interleaved; decoder to audio thread, whole frames
+    SampleRing<SegmentStart> starts; ///< decoder to audio thread; few, as few are scheduled at once
     SampleRing<StreamAnchor> anchors; ///< audio thread to main thread
 };
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "library/desktop/now_playing.h"
 
-#include "audio/graph/transport_engine.h"
 #include "library/desktop/artwork_export.h"
 #include "library/playback/play_queue.h"
 #include "library/playback/transport.h"
@@ -47,15 +46,13 @@ std::optional<QString> nonEmpty(const QString& path) {
 } // namespace
 
 NowPlaying::NowPlaying(MediaControls& controls, Notifications& notifications, Transport& transport,
-                       const PlayQueue& queue, const TransportEngine& engine,
-                       std::function<bool()> isApplicationActive, const QString& artworkFolder,
-                       QObject* parent)
+                       const PlayQueue& queue, std::function<bool()> isApplicationActive,
+                       const QString& artworkFolder, QObject* parent)
     : QObject(parent)
     , m_controls(controls)
     , m_notifications(notifications)
     , m_transport(transport)
     , m_queue(queue)
-    , m_engine(engine)
     , m_isApplicationActive(std::move(isApplicationActive))
     , m_artworkFolder(artworkFolder) {
 }
@@ -91,13 +88,13 @@ void NowPlaying::setupRemoteCommands() {
                     player.toggleShuffle();
             },
         .setVolume = [&player](double v) { player.setVolume(std::clamp(v, 0.0, 1.0)); },
-        .elapsedSeconds = [this] { return m_engine.elapsedSeconds(); },
+        .elapsedSeconds = [&player] { return player.elapsedSeconds(); },
     });
     updateModes();
 }
 
 CommandResult NowPlaying::changePlaybackPosition(double seconds) {
-    const double duration = m_engine.hasFile() ? m_engine.durationSeconds() : 0;
+    const double duration = m_transport.durationSeconds();
     if (!(duration > 0))
         return CommandResult::commandFailed;
     m_transport.seek(std::clamp(seconds / duration, 0.0, 1.0));
@@ -107,7 +104,7 @@ CommandResult NowPlaying::changePlaybackPosition(double seconds) {
 void NowPlaying::updateNowPlayingInfo() {
     assertOwnThread(*this);
     const auto item = m_queue.currentItem();
-    if (!item || !m_engine.hasFile()) {
+    if (!item || !m_transport.hasLoadedFile()) {
         m_controls.publish({}, MediaPlaybackState::stopped);
     } else {
         const bool isPlaying = m_transport.isPlaying();
@@ -116,7 +113,7 @@ void NowPlaying::updateNowPlayingInfo() {
                                           .artist = item->artist,
                                           .albumTitle = item->album,
                                           .genre = item->genre,
-                                          .elapsedSeconds = m_engine.elapsedSeconds(),
+                                          .elapsedSeconds = m_transport.elapsedSeconds(),
                                           .playbackRate = isPlaying ? 1.0 : 0.0,
                                           .durationSeconds = item->durationSeconds,
                                           .artworkPath = nowPlayingArtwork(*item),
@@ -128,19 +125,19 @@ void NowPlaying::updateNowPlayingInfo() {
 
 void NowPlaying::positionJumped() {
     updateNowPlayingInfo();
-    if (m_engine.hasFile())
-        m_controls.seeked(m_engine.elapsedSeconds());
+    if (m_transport.hasLoadedFile())
+        m_controls.seeked(m_transport.elapsedSeconds());
 }
 
 void NowPlaying::updateModes() {
     m_controls.publishModes(loopOf(m_transport.repeatMode()), m_transport.isShuffleEnabled(),
                             m_transport.volume());
-    const bool loaded = m_engine.hasFile();
+    const bool loaded = m_transport.hasLoadedFile();
     m_controls.publishCapabilities({.canGoNext = m_transport.canGoNext(),
                                     .canGoPrevious = m_transport.canGoPrevious(),
                                     .canPlay = loaded || m_transport.canPlay(),
                                     .canPause = loaded,
-                                    .canSeek = loaded && m_engine.durationSeconds() > 0});
+                                    .canSeek = loaded && m_transport.durationSeconds() > 0});
 }
 
 std::optional<QString> NowPlaying::nowPlayingArtwork(const QueueItem& item) {

@@ -17,7 +17,6 @@ namespace halvane {
 class Notifications;
 class PlayQueue;
 class Transport;
-class TransportEngine;
 
 /// Tells the desktop what plays and does what its media controls ask. A worker reads the pictures,
 /// which are published when they are there. Main thread.
@@ -29,9 +28,8 @@ class NowPlaying : public QObject {
     /// audio files are written to `artworkFolder` for the desktop to read. All references must
     /// outlive it.
     NowPlaying(MediaControls& controls, Notifications& notifications, Transport& transport,
-               const PlayQueue& queue, const TransportEngine& engine,
-               std::function<bool()> isApplicationActive, const QString& artworkFolder,
-               QObject* parent = nullptr);
+               const PlayQueue& queue, std::function<bool()> isApplicationActive,
+               const QString& artworkFolder, QObject* parent = nullptr);
 
     /// Registers for what the desktop may ask. To be called once, at the start.
     void setupRemoteCommands();
@@ -65,7 +63,6 @@ class NowPlaying : public QObject {
     Notifications& m_notifications;
     Transport& m_transport;
     const PlayQueue& m_queue;
-    const TransportEngine& m_engine;
     std::function<bool()> m_isApplicationActive;
     QString m_artworkFolder;
     std::optional<CachedArtwork> m_nowPlayingArtworkCache; ///< of the last entry that was asked for

@@ -31,7 +31,9 @@ Advance nextInOrder(const QueueView& queue, PlaybackRepeatMode repeat, bool manu
                 return {i, manual};
         }
     }
-    return {};
+    // A queue of one file repeats as one of many does.
+    const auto again = repeat == PlaybackRepeatMode::all ? firstPlayable(queue, 0) : std::nullopt;
+    return again ? Advance{again, manual} : Advance{};
 }
 
 } // namespace
@@ -50,6 +52,8 @@ Advance shuffledEntry(const QueueView& queue, PlaybackRepeatMode repeat, bool ma
     }
     if (playable.empty())
         return {};
+    if (current && unplayed.size() >= 2)
+        std::erase(unplayed, *current);
     if (!unplayed.empty())
         return {unplayed[random(unplayed.size())], manual};
     if (repeat != PlaybackRepeatMode::all && !manual)

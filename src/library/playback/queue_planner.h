@@ -48,8 +48,9 @@ Advance nextEntry(const QueueView& queue, PlayMode mode, bool manual, const Rand
 /// The entry of the user's Previous. Nothing happens without one.
 Advance previousEntry(const QueueView& queue, PlayMode mode, const RandomIndex& random);
 
-/// A random entry that has not been played in this cycle. With none left, a new cycle begins with
-/// any entry but the current one. An automatic advance begins one only when all is repeated.
+/// A random entry that has not been played in this cycle. With none left, a new cycle begins. An
+/// automatic advance begins one only when all is repeated. The current entry is chosen only where
+/// there is no other.
 Advance shuffledEntry(const QueueView& queue, PlaybackRepeatMode repeat, bool manual,
                       const RandomIndex& random);
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "library/playback/transport.h"
 
+#include "library/sound/sound_check.h"
+#include "library/user/language_setting.h"
 #include "platform/log.h"
 #include "platform/thread_check.h"
 #include "presentation/l10n.h"
@@ -11,16 +13,14 @@
 #include <cmath>
 #include <random>
 
-using namespace std::chrono_literals;
-
 namespace halvane {
 
-/// The queue as the planner sees it at this moment.
+// The queue as the planner sees it at this moment.
 class Transport::View final : public QueueView {
   public:
     explicit View(const Transport& transport)
-        : m_queue(transport.m_with.queue)
-        , m_files(transport.m_with.files)
+        : m_queue(transport.m_queue)
+        , m_files(transport.m_files)
         , m_played(transport.m_shufflePlayedIDs) {}
 
     [[nodiscard]] std::size_t size() const override { return m_queue.size(); }
@@ -54,12 +54,34 @@ RandomIndex systemRandomIndex() {
     };
 }
 
-Transport::Transport(TransportCollaborators with, QObject* parent)
+Transport::Transport(TransportEngine& engine, PlayQueue& queue, FileAvailability& files,
+                     const SoundCheck& soundCheck, StatusLine& status, ProgressClock& progress,
+                     const LanguageSetting& language, RandomIndex random, QObject* parent)
     : QObject(parent)
-    , m_with(std::move(with)) {
+    , m_engine(engine)
+    , m_queue(queue)
+    , m_files(files)
+    , m_soundCheck(soundCheck)
+    , m_status(status)
+    , m_progress(progress)
+    , m_language(language)
+    , m_random(std::move(random)) {
+    connect(&engine, &TransportEngine::opened, this, &Transport::opened);
+    connect(&engine, &TransportEngine::foundInCloud, this, &Transport::foundInCloud);
+    connect(&engine, &TransportEngine::nextFoundInCloud, this,
+            [this](const QString& path) { m_files.markInCloud(path); });
+    connect(&engine, &TransportEngine::openFailed, this, &Transport::openFailed);
+    connect(&engine, &TransportEngine::trackEnded, this, &Transport::trackEnded);
+    connect(&engine, &TransportEngine::playbackInterrupted, this, &Transport::interrupted);
+    connect(&engine, &TransportEngine::graphRebuilt, this, &Transport::attemptGaplessPreschedule);
+    connect(&engine, &TransportEngine::pauseRequested, this, &Transport::pauseRequested);
+    connect(&soundCheck, &SoundCheck::soundCheckEnabledChanged, this,
+            &Transport::applySoundCheckForCurrentTrack);
+    connect(&soundCheck, &SoundCheck::gainFound, this, [this](const QString& path) {
+        if (path == m_queue.currentPath() || path == successorPath())
+            applySoundCheckForCurrentTrack();
+    });
 }
-
-Transport::~Transport() = default;
 
 // Settings
 
@@ -68,7 +90,7 @@ void Transport::setVolume(double volume) {
     const double clamped = volume > 0 ? std::min(volume, 1.0) : 0.0;
     const bool changed = m_volume != clamped;
     m_volume = clamped;
-    m_with.engine.setVolume(clamped);
+    m_engine.setVolume(clamped);
     if (changed)
         Q_EMIT volumeChanged();
 }
@@ -98,7 +120,7 @@ void Transport::setPlaying(bool playing) {
 // Starting
 
 void Transport::showNothingToPlay() {
-    m_with.status.show(L10n::text(L10nKey::nothingToPlay, m_with.language()), true);
+    m_status.show(L10n::text(L10nKey::nothingToPlay, m_language.resolvedLanguage()), true);
 }
 
 void Transport::playCollection(const TrackRows& tracks, const QString& startPath,
@@ -109,200 +131,225 @@ void Transport::playCollection(const TrackRows& tracks, const QString& startPath
     });
     if (!hasFiles)
         return showNothingToPlay();
-    m_with.queue.assign(tracks, context);
+    m_queue.assign(tracks, context);
     m_shufflePlayedIDs.clear();
-    playItem(m_with.queue.idAt(m_with.queue.rowOfPath(startPath).value_or(0)), true);
+    const std::size_t asked = m_queue.rowOfPath(startPath).value_or(0);
+    const View view(*this);
+    if (const auto row = view.isPlayable(asked) ? asked : entryToStart(view))
+        return start(*row, AskedBy::collection);
+    stopPlayer(false); // what plays is not in the queue any more
+    showNothingToPlay();
 }
 
 void Transport::playItem(const QUuid& id, bool userInitiated) {
     assertOwnThread(*this);
-    const auto row = m_with.queue.rowOfID(id);
+    const auto row = m_queue.rowOfID(id);
     if (!row)
         return;
-    if (userInitiated && m_with.queue.currentRow() == row && m_with.engine.hasFile())
+    if (userInitiated && m_queue.currentRow() == row && hasLoadedFile())
         return togglePlayback();
-    proceed({row, userInitiated});
+    start(*row, userInitiated ? AskedBy::user : AskedBy::advance);
 }
 
-void Transport::proceed(Advance advance) {
-    // On a drive that went away everything is skipped; the disk is asked about each, so a long run
-    // gives the event loop a turn now and then.
-    constexpr int skipsInOneTurn = 32;
-    m_skipping.reset();
-    for (int skips = 0;; ++skips) {
-        if (advance.startsCycle)
-            m_shufflePlayedIDs.clear();
-        if (!advance.entry)
-            return finishPlaybackAtQueueEnd();
-        if (start(*advance.entry, advance.userInitiated) == Outcome::settled)
-            return;
-        if (skips == skipsInOneTurn) {
-            m_skipping = m_with.clock.after(0ms, [this] { playNext(false); });
-            return;
-        }
-        advance = nextEntry(View(*this), m_mode, false, m_with.random);
-    }
+void Transport::playOn(const QUuid& id) {
+    const bool playsAlready = m_isPlaying && m_queue.rowOfID(id) == m_queue.currentRow();
+    if (!playsAlready)
+        playItem(id, true);
 }
 
-Transport::Outcome Transport::start(std::size_t row, bool userInitiated) {
-    const QString path = m_with.queue.record(row).path();
-    const QString title = m_with.queue.record(row).title;
-    const Outcome passedOver = userInitiated ? Outcome::settled : Outcome::skip;
-    if (m_with.files.isCloudEvicted(path)) {
-        m_with.files.markInCloud(path);
-        if (userInitiated) {
-            m_with.files.startCloudDownloads({path});
-            m_with.status.show(L10n::downloadingTrack(title, m_with.language()), false);
-        }
-        return passedOver;
-    }
-    if (!m_with.files.isReadable(path)) {
-        m_with.files.markUnavailable(path);
-        m_with.status.show(L10n::playbackFailure(title, m_with.language()), true);
-        return passedOver;
-    }
-    m_with.files.markAvailable(path);
-    const bool startsOver = m_with.queue.currentRow() == row;
-    makeCurrent(row, userInitiated);
-    if (const auto failure = startPlayer(path)) {
-        qCCritical(libraryLog, "engine load/play failed: %s", qUtf8Printable(*failure));
-        return handlePlaybackFailure(*failure);
-    }
-    if (startsOver)
-        Q_EMIT positionJumped(0);
-    if (const auto item = m_with.queue.currentItem())
-        Q_EMIT trackChanged(*item);
-    return Outcome::settled;
+void Transport::proceed(const Advance& advance) {
+    if (advance.startsCycle)
+        m_shufflePlayedIDs.clear();
+    if (!advance.entry)
+        return finishPlaybackAtQueueEnd();
+    start(*advance.entry, advance.userInitiated ? AskedBy::user : AskedBy::advance);
 }
 
-void Transport::makeCurrent(std::size_t row, bool userInitiated) {
-    m_with.queue.setCurrentRow(row);
-    m_shufflePlayedIDs.insert(m_with.queue.idAt(row));
-    m_currentPlaybackIsUserInitiated = userInitiated;
-    Q_EMIT becameCurrent(m_with.queue.item(row));
-}
-
-std::optional<QString> Transport::startPlayer(const QString& path) {
-    if (auto failure = m_with.engine.load(path))
-        return failure;
-    applySoundCheck(path);
-    if (auto failure = m_with.engine.scheduleSegment(0, true))
-        return failure;
-    Q_EMIT playStarted(path);
+void Transport::start(std::size_t row, AskedBy askedBy) {
+    const QString path = m_queue.record(row).path();
+    // What plays goes on while the file comes.
+    if (askedBy == AskedBy::user && m_files.state(path) == TrackAvailability::inCloud)
+        return download(path, m_queue.record(row).title);
+    m_opening = Opening{.path = path, .startsOver = m_queue.currentRow() == row, .fraction = 0};
+    m_engine.open(path);
+    makeCurrent(row, askedBy);
     setPlaying(true);
+    m_progress.show(0, 0);
+    m_progress.start();
     Q_EMIT loadedFileChanged();
-    m_with.progress.show(0, 0);
-    m_with.progress.start();
     Q_EMIT nowPlayingChanged();
-    attemptGaplessPreschedule();
-    qCInfo(libraryLog, "startPlayer: engine playing, duration=%f", m_with.engine.durationSeconds());
-    return std::nullopt;
 }
 
-Transport::Outcome Transport::handlePlaybackFailure(const QString& description) {
+void Transport::makeCurrent(std::size_t row, AskedBy askedBy) {
+    m_queue.setCurrentRow(row);
+    m_shufflePlayedIDs.insert(m_queue.idAt(row));
+    m_askedBy = askedBy;
+    Q_EMIT becameCurrent(m_queue.item(row));
+}
+
+void Transport::opened() {
+    if (!m_opening)
+        return;
+    const Opening opening = *std::exchange(m_opening, std::nullopt);
+    m_files.markAvailable(opening.path);
+    if (m_askedBy == AskedBy::collection)
+        m_askedBy = AskedBy::user; // its first entry that plays has been found
+    m_engine.setTrackGain(m_soundCheck.gainFor(opening.path));
+    const double from = opening.fraction * m_engine.durationSeconds();
+    if (const auto scheduled = m_engine.scheduleSegment(from, m_isPlaying); !scheduled) {
+        qCCritical(libraryLog, "engine load/play failed: %s",
+                   qUtf8Printable(scheduled.failure().text));
+        return handlePlaybackFailure(scheduled.failure().text);
+    }
+    Q_EMIT playStarted(opening.path);
+    Q_EMIT loadedFileChanged();
+    Q_EMIT nowPlayingChanged();
+    if (opening.startsOver)
+        Q_EMIT positionJumped(from);
+    attemptGaplessPreschedule();
+    qCInfo(libraryLog, "startPlayer: engine playing, duration=%f", m_engine.durationSeconds());
+    if (const auto item = m_queue.currentItem())
+        Q_EMIT trackChanged(*item);
+}
+
+void Transport::foundInCloud() {
+    if (!m_opening)
+        return;
+    const Opening opening = *std::exchange(m_opening, std::nullopt);
+    m_files.markInCloud(opening.path);
+    if (m_askedBy != AskedBy::advance)
+        download(opening.path, currentTitle());
+    passOver();
+}
+
+void Transport::openFailed(const QString& reason) {
+    if (!m_opening)
+        return;
+    m_opening.reset();
+    qCCritical(libraryLog, "engine load/play failed: %s", qUtf8Printable(reason));
+    handlePlaybackFailure(reason);
+}
+
+void Transport::handlePlaybackFailure(const QString& description) {
     qCCritical(libraryLog, "playback failed: %s", qUtf8Printable(description));
-    if (const QString path = m_with.queue.currentPath(); !path.isEmpty())
-        m_with.files.markUnavailable(path);
-    m_with.status.show(L10n::playbackFailure(currentTitle(), m_with.language()), true);
-    if (!m_currentPlaybackIsUserInitiated)
-        return Outcome::skip;
-    stopPlayer(true);
-    return Outcome::settled;
+    if (const QString path = m_queue.currentPath(); !path.isEmpty())
+        m_files.markMissing(path);
+    m_status.show(L10n::playbackFailure(currentTitle(), m_language.resolvedLanguage()), true);
+    passOver();
+}
+
+// The current entry does not play.
+void Transport::passOver() {
+    if (!m_isPlaying || m_askedBy == AskedBy::user)
+        return stopPlayer(true); // whoever has paused meanwhile is not surprised by another entry
+    if (m_askedBy == AskedBy::advance)
+        return playNext(false);
+    const auto first = entryToStart(View(*this));
+    first ? start(*first, AskedBy::collection) : stopPlayer(true);
+}
+
+void Transport::download(const QString& path, const QString& title) {
+    m_files.startCloudDownloads({path});
+    m_status.show(L10n::downloadingTrack(title, m_language.resolvedLanguage()), false);
 }
 
 QString Transport::currentTitle() const {
-    const auto row = m_with.queue.currentRow();
-    return row ? m_with.queue.record(*row).title : QString();
+    const auto row = m_queue.currentRow();
+    return row ? m_queue.record(*row).title : QString();
 }
 
 // Pausing, advancing, stopping
 
 void Transport::togglePlayback() {
     assertOwnThread(*this);
+    // While a file is being opened, the engine has nothing to pause or to resume.
     if (m_isPlaying) {
-        m_with.engine.pause();
+        m_engine.pause();
         setPlaying(false);
-        m_with.progress.stop();
+        m_progress.stop();
         Q_EMIT nowPlayingChanged();
         return;
     }
-    if (!m_with.engine.hasFile()) {
+    if (!hasLoadedFile()) {
         const auto entry = entryToStart(View(*this));
-        return entry ? playItem(m_with.queue.idAt(*entry), true) : showNothingToPlay();
+        return entry ? playItem(m_queue.idAt(*entry), true) : showNothingToPlay();
     }
-    if (const auto failure = m_with.engine.resume())
-        return interrupted(*failure);
+    if (const auto resumed = m_engine.resume(); !resumed)
+        return interrupted(resumed.failure().text);
     setPlaying(true);
-    m_with.progress.start();
+    m_progress.start();
     Q_EMIT nowPlayingChanged();
     attemptGaplessPreschedule();
 }
 
 void Transport::playNext(bool manual) {
     assertOwnThread(*this);
-    proceed(nextEntry(View(*this), m_mode, manual, m_with.random));
+    proceed(nextEntry(View(*this), m_mode, manual, m_random));
 }
 
 void Transport::playPrevious() {
     assertOwnThread(*this);
-    const Advance advance = previousEntry(View(*this), m_mode, m_with.random);
+    const Advance advance = previousEntry(View(*this), m_mode, m_random);
     if (advance.entry)
         proceed(advance);
 }
 
 void Transport::finishPlaybackAtQueueEnd() {
-    m_with.engine.unload();
-    m_with.progress.stop();
+    m_opening.reset();
+    m_shufflePlayedIDs.clear(); // the next press of play begins a new cycle
+    m_engine.unload();
+    m_progress.stop();
     setPlaying(false);
     Q_EMIT loadedFileChanged();
-    const auto row = m_with.queue.currentRow();
-    m_with.progress.showEnd(row ? m_with.queue.record(*row).duration
-                                : m_with.progress.elapsedTime());
+    const auto row = m_queue.currentRow();
+    m_progress.showEnd(row ? m_queue.record(*row).duration : m_progress.elapsedTime());
     Q_EMIT nowPlayingChanged();
 }
 
 void Transport::stopPlayer(bool keepSelection) {
     assertOwnThread(*this);
-    m_skipping.reset();
-    m_with.engine.unload();
-    m_with.progress.stop();
+    m_opening.reset();
+    m_engine.unload();
+    m_progress.stop();
     setPlaying(false);
     Q_EMIT loadedFileChanged();
-    m_with.progress.show(0, 0);
+    m_progress.show(0, 0);
     if (!keepSelection)
-        m_with.queue.setCurrentRow(std::nullopt);
+        m_queue.setCurrentRow(std::nullopt);
     Q_EMIT nowPlayingChanged();
 }
 
 void Transport::adoptEngineState() {
-    setPlaying(m_with.engine.isPlaying());
+    if (m_opening)
+        return; // the engine does not play yet, and will
+    setPlaying(m_engine.isPlaying());
     if (!m_isPlaying)
-        m_with.progress.stop();
+        m_progress.stop();
     Q_EMIT nowPlayingChanged();
 }
 
 // Place and modes
 
 void Transport::scrub(double fraction) {
-    const auto row = m_with.queue.currentRow();
-    m_with.progress.scrub(fraction, row ? m_with.queue.record(*row).durationSeconds : std::nullopt);
+    const auto row = m_queue.currentRow();
+    m_progress.scrub(fraction, row ? m_queue.record(*row).durationSeconds : std::nullopt);
 }
 
 void Transport::seek(double fraction) {
     assertOwnThread(*this);
     fraction = fraction > 0 ? std::min(fraction, 1.0) : 0.0;
-    const double length = m_with.engine.durationSeconds();
-    if (!m_with.engine.hasFile() || !(length > 0)) {
-        m_with.progress.show(fraction, m_with.progress.elapsedSeconds());
+    const double length = durationSeconds();
+    if (!m_opening && !(length > 0)) {
+        m_progress.show(fraction, m_progress.elapsedSeconds());
         return;
     }
     const double target = fraction * length;
-    if (const auto failure = m_with.engine.scheduleSegment(target, m_with.engine.isPlaying())) {
-        if (handlePlaybackFailure(*failure) == Outcome::skip)
-            playNext(false);
-        return;
-    }
-    m_with.progress.show(fraction, target);
+    if (m_opening)
+        m_opening->fraction = fraction;
+    else if (const auto scheduled = m_engine.scheduleSegment(target, m_engine.isPlaying());
+             !scheduled)
+        return handlePlaybackFailure(scheduled.failure().text);
+    m_progress.show(fraction, target);
     Q_EMIT nowPlayingChanged();
     Q_EMIT positionJumped(target);
     attemptGaplessPreschedule();
@@ -338,6 +385,17 @@ void Transport::stepVolume(double delta) {
     setVolume(m_volume + delta);
 }
 
+double Transport::elapsedSeconds() const {
+    return m_opening ? m_opening->fraction * durationSeconds() : m_engine.elapsedSeconds();
+}
+
+// While the file is being opened, as long as its tags say.
+double Transport::durationSeconds() const {
+    const auto row = m_queue.currentRow();
+    return m_opening && row ? m_queue.record(*row).durationSeconds.value_or(0)
+                            : m_engine.durationSeconds();
+}
+
 bool Transport::canGoNext() const {
     // Shuffle leads somewhere as long as anything plays; asking it costs a pass over the queue.
     const auto first = [](std::size_t) { return std::size_t(0); };
@@ -355,53 +413,52 @@ bool Transport::canPlay() const {
 }
 
 bool Transport::isTrackPlaying(const QString& path) const {
-    return !path.isEmpty() && m_with.queue.currentPath() == path;
+    return !path.isEmpty() && m_queue.currentPath() == path;
 }
 
 // Gapless succession
 
 void Transport::replanSuccessor() {
-    m_with.engine.invalidatePreschedule();
+    m_engine.invalidatePreschedule();
     attemptGaplessPreschedule();
 }
 
-double Transport::gainOrZero(const QString& path) const {
-    return m_with.soundCheckGain(path).value_or(0);
+void Transport::applySoundCheckForCurrentTrack() {
+    if (!m_engine.hasFile())
+        return;
+    m_engine.setTrackGain(m_soundCheck.gainFor(m_queue.currentPath()));
+    replanSuccessor();
 }
 
-void Transport::applySoundCheck(const QString& path) {
-    m_with.engine.setTrackGain(std::clamp(gainOrZero(path), -18.0, 12.0));
+std::optional<QString> Transport::successorPath() const {
+    const auto next = gaplessSuccessor(View(*this), m_mode);
+    return next ? std::optional(m_queue.record(*next).path()) : std::nullopt;
 }
 
 void Transport::attemptGaplessPreschedule() {
     assertOwnThread(*this);
-    if (!m_with.engine.hasFile())
+    if (!m_engine.hasFile())
         return;
-    const auto next = gaplessSuccessor(View(*this), m_mode);
-    if (!next)
+    const auto path = successorPath();
+    if (!path)
         return;
-    // The gain changes only when a track is started; a larger step would be heard as a jump.
+    // A larger step in the middle of the sound would be heard as a jump.
     constexpr double largestStep = 2.0; // dB
-    const QString path = m_with.queue.record(*next).path();
-    if (std::abs(gainOrZero(m_with.queue.currentPath()) - gainOrZero(path)) > largestStep)
-        return;
-    // To open it would be to download it unasked, and to wait for that.
-    if (m_with.files.isCloudEvicted(path))
-        return m_with.files.markInCloud(path);
-    m_with.engine.prescheduleNextIfCompatible(path);
+    const double gain = m_soundCheck.gainFor(*path);
+    if (std::abs(gain - m_soundCheck.gainFor(m_queue.currentPath())) <= largestStep)
+        m_engine.prescheduleNextIfCompatible(*path, gain);
 }
 
 void Transport::advanceUIForGaplessTrack(const QString& path) {
-    const auto row = m_with.queue.rowOfPath(path);
+    const auto row = m_queue.rowOfPath(path);
     if (!row)
         return playNext(false);
-    makeCurrent(*row, false);
+    makeCurrent(*row, AskedBy::advance);
     Q_EMIT loadedFileChanged();
     Q_EMIT playStarted(path);
-    applySoundCheck(path);
-    m_with.progress.show(0, m_with.engine.elapsedSeconds());
+    m_progress.show(0, m_engine.elapsedSeconds());
     Q_EMIT nowPlayingChanged();
-    Q_EMIT trackChanged(m_with.queue.item(*row));
+    Q_EMIT trackChanged(m_queue.item(*row));
     attemptGaplessPreschedule();
 }
 
@@ -409,9 +466,8 @@ void Transport::advanceUIForGaplessTrack(const QString& path) {
 
 void Transport::trackEnded() {
     assertOwnThread(*this);
-    if (const auto path = m_with.engine.adoptPrescheduledTrack())
+    if (const auto path = m_engine.adoptPrescheduledTrack())
         return advanceUIForGaplessTrack(*path);
-    setPlaying(false);
     playNext(false);
 }
 
@@ -427,8 +483,8 @@ void Transport::interrupted(const QString& reason) {
     assertOwnThread(*this);
     qCCritical(libraryLog, "playback interrupted: %s", qUtf8Printable(reason));
     setPlaying(false);
-    m_with.progress.stop();
-    m_with.status.show(L10n::playbackFailure(currentTitle(), m_with.language()), true);
+    m_progress.stop();
+    m_status.show(L10n::playbackFailure(currentTitle(), m_language.resolvedLanguage()), true);
     Q_EMIT nowPlayingChanged();
 }
 

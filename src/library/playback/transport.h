@@ -8,30 +8,22 @@
 #include "library/status_line.h"
 #include "library/tidying/file_availability.h"
 
-#include <functional>
+#include <optional>
 
 namespace halvane {
 
-/// Whom the transport works with. All of it outlives the transport; the functions are called on the
-/// main thread.
-struct TransportCollaborators {
-    TransportEngine& engine;
-    PlayQueue& queue;
-    FileAvailability& files;
-    StatusLine& status;
-    ProgressClock& progress;
-    Clock& clock;
-    RandomIndex random;
-    std::function<ResolvedLanguage()> language;
-    /// The Sound Check gain of a file in dB; none when it is off or the file is not measured.
-    std::function<std::optional<double>(const QString& path)> soundCheckGain;
-};
+class LanguageSetting;
+class SoundCheck;
 
 /// The number that RandomIndex asks for, from the system's generator.
 RandomIndex systemRandomIndex();
 
 /// Plays the queue: starts, pauses and seeks its entries in the engine, advances when a track ends
 /// and skips what does not play. Which entry comes next is the planner's. Main thread.
+///
+/// The engine opens files beside the main thread, and a disk may take its time. Meanwhile the entry
+/// is current already and plays as far as anybody can see: it can be paused, sought in and left for
+/// another at once. What the file turns out to be is seen when the engine tells of it.
 class Transport : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool isPlaying READ isPlaying NOTIFY isPlayingChanged)
@@ -42,14 +34,21 @@ class Transport : public QObject {
     Q_PROPERTY(halvane::PlaybackRepeatMode repeatMode READ repeatMode NOTIFY repeatModeChanged)
 
   public:
-    explicit Transport(TransportCollaborators with, QObject* parent = nullptr);
-    ~Transport() override;
+    /// All references must outlive it.
+    Transport(TransportEngine& engine, PlayQueue& queue, FileAvailability& files,
+              const SoundCheck& soundCheck, StatusLine& status, ProgressClock& progress,
+              const LanguageSetting& language, RandomIndex random = systemRandomIndex(),
+              QObject* parent = nullptr);
 
     [[nodiscard]] bool isPlaying() const { return m_isPlaying; }
     [[nodiscard]] double volume() const { return m_volume; }
     [[nodiscard]] bool isShuffleEnabled() const { return m_mode.shuffle; }
     [[nodiscard]] PlaybackRepeatMode repeatMode() const { return m_mode.repeat; }
-    [[nodiscard]] bool hasLoadedFile() const { return m_with.engine.hasFile(); }
+    [[nodiscard]] bool hasLoadedFile() const { return m_opening || m_engine.hasFile(); }
+    /// Of the current entry, playing or paused: where it stands and how long it is. Seconds; 0
+    /// without one.
+    [[nodiscard]] double elapsedSeconds() const;
+    [[nodiscard]] double durationSeconds() const;
 
     /// 0...1, clamped; nonsense is silence.
     void setVolume(double volume);
@@ -58,9 +57,11 @@ class Transport : public QObject {
     void setRepeatMode(PlaybackRepeatMode mode);
 
     /// Makes a queue of the tracks that have a file and starts the one of `startPath`, or the
-    /// first.
+    /// first that plays.
     void playCollection(const TrackRows& tracks, const QString& startPath, const QString& context);
     Q_INVOKABLE void playItem(const QUuid& id, bool userInitiated);
+    /// Plays an entry for the user who opened its file: the current one is never paused by that.
+    void playOn(const QUuid& id);
     Q_INVOKABLE void togglePlayback();
     Q_INVOKABLE void playNext(bool manual);
     Q_INVOKABLE void playPrevious();
@@ -82,16 +83,8 @@ class Transport : public QObject {
     [[nodiscard]] bool isTrackPlaying(const QString& path) const;
     /// Drops the successor that was handed to the engine and plans it again: the queue changed.
     Q_INVOKABLE void replanSuccessor();
-    /// Hands the engine the next entry where it may follow without a gap.
-    void attemptGaplessPreschedule();
     /// Takes over the engine's own playing state, after it was changed behind the transport.
     void adoptEngineState();
-
-    // What the engine reports.
-    void trackEnded();
-    void interrupted(const QString& reason);
-    /// Pauses for a call, say, and goes on after it, unless the user did something meanwhile.
-    void pauseRequested(bool pause);
 
   Q_SIGNALS:
     void isPlayingChanged();
@@ -112,29 +105,58 @@ class Transport : public QObject {
     void positionJumped(double seconds);
 
   private:
-    enum class Outcome { settled, skip };
     class View;
+    /// Who asked for the current entry, which decides what follows when it does not play.
+    enum class AskedBy {
+        user,       ///< nothing: the user sees the failure on what was chosen
+        collection, ///< the collection's first entry that plays
+        advance,    ///< the next entry
+    };
+    /// The current entry's file, until the engine has opened it.
+    struct Opening {
+        QString path;
+        bool startsOver = false; ///< the entry was current before
+        double fraction = 0;     ///< where it is to begin
+    };
 
-    void proceed(Advance advance);
-    Outcome start(std::size_t row, bool userInitiated);
-    std::optional<QString> startPlayer(const QString& path);
-    Outcome handlePlaybackFailure(const QString& description);
+    void proceed(const Advance& advance);
+    void start(std::size_t row, AskedBy askedBy);
+    void makeCurrent(std::size_t row, AskedBy askedBy);
+    void passOver();
+    void handlePlaybackFailure(const QString& description);
     void finishPlaybackAtQueueEnd();
     void advanceUIForGaplessTrack(const QString& path);
-    void makeCurrent(std::size_t row, bool userInitiated);
-    void applySoundCheck(const QString& path);
-    [[nodiscard]] double gainOrZero(const QString& path) const;
+    void attemptGaplessPreschedule();
+    [[nodiscard]] std::optional<QString> successorPath() const;
+    void applySoundCheckForCurrentTrack();
+    void download(const QString& path, const QString& title);
     [[nodiscard]] QString currentTitle() const;
     void setPlaying(bool playing);
 
-    TransportCollaborators m_with;
+    // What the engine reports.
+    void opened();
+    void foundInCloud();
+    void openFailed(const QString& reason);
+    void trackEnded();
+    void interrupted(const QString& reason);
+    void pauseRequested(bool pause);
+
+    TransportEngine& m_engine;
+    PlayQueue& m_queue;
+    FileAvailability& m_files;
+    const SoundCheck& m_soundCheck;
+    StatusLine& m_status;
+    ProgressClock& m_progress;
+    const LanguageSetting& m_language;
+    const RandomIndex m_random;
+
     PlayMode m_mode;
     bool m_isPlaying = false;
-    bool m_isPausedOnRequest = false;
+    bool m_isPausedOnRequest = false; ///< for a call, say
     double m_volume = 0.72;
     QSet<QUuid> m_shufflePlayedIDs;
-    bool m_currentPlaybackIsUserInitiated = false;
-    std::unique_ptr<Timer> m_skipping; ///< a long run of skips goes on in the next turn
+    AskedBy m_askedBy = AskedBy::advance; ///< for the current entry
+    std::optional<Opening> m_opening;
 };
 
 } // namespace halvane

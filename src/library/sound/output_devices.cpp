@@ -67,8 +67,9 @@ void OutputDevices::selectOutputDevice(quint32 id) {
 }
 
 void OutputDevices::applyOutputDevice(const OutputDevice& device) {
-    if (const auto error = m_routeEngine(device.id)) {
-        qCCritical(libraryLog, "output device switch failed: %ls", qUtf16Printable(*error));
+    if (const auto routed = m_routeEngine(device.id); !routed) {
+        qCCritical(libraryLog, "output device switch failed: %ls",
+                   qUtf16Printable(routed.failure().text));
         setPinActive(false);
         Q_EMIT switchFailed();
         refreshOutputDevice();
@@ -121,7 +122,7 @@ void OutputDevices::defaultDeviceChanged() {
 // A failure leaves the engine where it is, because there is nothing better to offer.
 void OutputDevices::routeToDefault() {
     const auto id = m_devices.defaultOutputDevice();
-    if (id && !m_routeEngine(*id))
+    if (id && m_routeEngine(*id))
         m_routed = id;
 }
 

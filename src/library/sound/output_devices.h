@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "base/result.h"
 #include "platform/sound/audio_devices.h"
 
 #include <QObject>
@@ -26,9 +27,9 @@ class OutputDevices final : public QObject {
                    selectedOutputDeviceNameChanged)
 
   public:
-    /// Moves the engine to a device (AudioPlaybackEngine::setOutputDevice). Gives an error's
-    /// description on failure, after which the engine plays on where it was.
-    using RouteEngine = std::function<std::optional<QString>(std::optional<std::uint32_t> id)>;
+    /// Moves the engine to a device (AudioPlaybackEngine::setOutputDevice). On failure the engine
+    /// plays on where it was.
+    using RouteEngine = std::function<Result<>(std::optional<std::uint32_t> id)>;
 
     /// All references must outlive it. Nothing is read or routed before restore().
     OutputDevices(AudioOutput::Devices& devices, Preferences& preferences,

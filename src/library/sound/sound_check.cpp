@@ -19,12 +19,15 @@ double soundCheckGain(double rmsDb, double peakDb) {
     return std::min(targetRmsDb - rmsDb, mostBoost);
 }
 
-SoundCheck::SoundCheck(Preferences& preferences, std::shared_ptr<const CloudFiles> cloudFiles,
-                       Collaborators collaborators, QObject* parent)
+SoundCheck::SoundCheck(Preferences& preferences, const LibraryStore& library,
+                       const FileAvailability& files, std::shared_ptr<const CloudFiles> cloudFiles,
+                       Measure measure, QObject* parent)
     : QObject(parent)
     , m_preferences(preferences)
+    , m_library(library)
+    , m_files(files)
     , m_cloudFiles(std::move(cloudFiles))
-    , m_collaborators(std::move(collaborators)) {
+    , m_measure(std::move(measure)) {
 }
 
 void SoundCheck::restore() {
@@ -44,7 +47,6 @@ void SoundCheck::setSoundCheckEnabled(bool enabled) {
         m_enabled = enabled;
         Q_EMIT soundCheckEnabledChanged();
     }
-    applySoundCheckForCurrentTrack();
     if (enabled)
         scanLoudnessIfNeeded();
     else
@@ -65,24 +67,15 @@ void SoundCheck::forget(const QSet<QString>& paths) {
         Q_EMIT trackLoudnessChanged();
 }
 
-std::optional<double> SoundCheck::soundCheckGain(const QString& forPath) const {
+double SoundCheck::gainFor(const QString& path) const {
     assertOwnThread(*this);
     if (!m_enabled)
-        return std::nullopt;
-    const auto found = trackLoudness().constFind(forPath);
+        return 0;
+    const auto found = trackLoudness().constFind(path);
     if (found == trackLoudness().cend() || found->size() != 2)
-        return std::nullopt;
-    const double gain = halvane::soundCheckGain((*found)[0], (*found)[1]);
-    return std::isfinite(gain) ? std::optional(gain) : std::nullopt;
-}
-
-void SoundCheck::applySoundCheck(const std::optional<QString>& forPath) {
-    const auto gain = forPath ? soundCheckGain(*forPath) : std::nullopt;
-    m_collaborators.setTrackGain(std::clamp(gain.value_or(0), -18.0, 12.0));
-}
-
-void SoundCheck::applySoundCheckForCurrentTrack() {
-    applySoundCheck(m_collaborators.currentPath());
+        return 0;
+    const double gain = soundCheckGain((*found)[0], (*found)[1]);
+    return std::isfinite(gain) ? std::clamp(gain, lowestGain, highestGain) : 0;
 }
 
 void SoundCheck::scanLoudnessIfNeeded() {
@@ -99,11 +92,13 @@ void SoundCheck::scanLoudnessIfNeeded() {
 
 std::deque<FileUrl> SoundCheck::unmeasuredFiles() const {
     std::deque<FileUrl> files;
-    m_collaborators.visitFiles([&](const FileUrl& file) {
-        const QString& path = file.standardizedPath();
-        if (!trackLoudness().contains(path) && m_collaborators.isAvailable(path))
-            files.push_back(file);
-    });
+    for (const TrackPtr& track : m_library.rows()) {
+        if (!track->sourceURL)
+            continue;
+        const QString& path = track->sourceURL->standardizedPath();
+        if (!trackLoudness().contains(path) && m_files.state(path) == TrackAvailability::available)
+            files.push_back(*track->sourceURL);
+    }
     return files;
 }
 
@@ -124,7 +119,7 @@ void SoundCheck::measureNext() {
     m_measuring = file.standardizedPath();
     m_worker.run(
         [path = file.path(), cloud = m_cloudFiles,
-         measure = m_collaborators.measure](const SerialWorker::Job& job) {
+         measure = m_measure](const SerialWorker::Job& job) {
             // Reading a file that is not on this disk would download it, or block until it is
             // there.
             std::optional<Measurement> measured;
@@ -145,7 +140,7 @@ void SoundCheck::take(const FileUrl& file, const std::optional<Measurement>& mea
     m_trackLoudness.get().insert(file.standardizedPath(), entry);
     m_preferences.insertNumbers(SettingsKey::trackLoudness, file.standardizedPath(), entry);
     Q_EMIT trackLoudnessChanged();
-    applySoundCheckForCurrentTrack();
+    Q_EMIT gainFound(file.standardizedPath());
 }
 
 } // namespace halvane

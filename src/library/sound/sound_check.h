@@ -2,6 +2,8 @@
 #pragma once
 
 #include "audio/analysis/loudness_analyzer.h"
+#include "library/catalog/library_store.h"
+#include "library/tidying/file_availability.h"
 #include "library/user/late_value.h"
 #include "model/file_url.h"
 #include "platform/serial_worker.h"
@@ -23,7 +25,7 @@ class CloudFiles;
 double soundCheckGain(double rmsDb, double peakDb);
 
 /// Evens out the loudness of tracks: measures the library's files once, one after the other in the
-/// background, keeps the results in the preferences, and gives each track its gain while it is
+/// background, keeps the results in the preferences, and says what gain each track gets while it is
 /// switched on. Main thread only; measuring has a thread of its own, at low priority.
 class SoundCheck : public QObject {
     Q_OBJECT
@@ -31,34 +33,26 @@ class SoundCheck : public QObject {
                    soundCheckEnabledChanged)
 
   public:
-    /// What Sound Check asks of its surroundings, all on the main thread except `measure`.
-    struct Collaborators {
-        /// Calls back with each of the library's files, in library order.
-        std::function<void(const std::function<void(const FileUrl&)>&)> visitFiles;
-        /// Whether the file at a standardized path is neither missing nor in the cloud.
-        std::function<bool(const QString& path)> isAvailable;
-        /// The standardized path of the queue's current entry; none without one, or without a file.
-        std::function<std::optional<QString>()> currentPath;
-        /// Sets the per-track gain in dB.
-        std::function<void(double dB)> setTrackGain;
-        /// Measures one file; runs on a worker thread, and must own what it uses.
-        std::function<std::optional<LoudnessAnalyzer::Measurement>(const QString& path,
-                                                                   std::stop_token stop)>
-            measure = LoudnessAnalyzer::measure;
-    };
+    /// Measures one file, on a worker thread; must own what it uses.
+    using Measure = std::function<std::optional<LoudnessAnalyzer::Measurement>(
+        const QString& path, std::stop_token stop)>;
 
-    /// Starts switched off and without results, until restore. The preferences must outlive it.
-    /// When it goes, a running scan ends.
-    SoundCheck(Preferences& preferences, std::shared_ptr<const CloudFiles> cloudFiles,
-               Collaborators collaborators, QObject* parent = nullptr);
+    /// The gains that a track can get, in dB. A louder or a softer one would not be for the better.
+    static constexpr double lowestGain = -18;
+    static constexpr double highestGain = 12;
+
+    /// Starts switched off and without results, until restore. The references must outlive it. When
+    /// it goes, a running scan ends.
+    SoundCheck(Preferences& preferences, const LibraryStore& library, const FileAvailability& files,
+               std::shared_ptr<const CloudFiles> cloudFiles,
+               Measure measure = LoudnessAnalyzer::measure, QObject* parent = nullptr);
 
     /// Takes the switch from the preferences, and the results when they are first needed. Applies
     /// nothing and scans nothing.
     void restore();
 
     [[nodiscard]] bool soundCheckEnabled() const { return m_enabled; }
-    /// Stores the switch and applies it to the current track at once; on starts a scan, off ends
-    /// it.
+    /// Stores the switch; on starts a scan, off ends it.
     void setSoundCheckEnabled(bool enabled);
 
     /// Results by standardized path: RMS and peak in dBFS. An entry of another length counts as
@@ -67,11 +61,9 @@ class SoundCheck : public QObject {
     /// Files left the library, and the preferences with it.
     void forget(const QSet<QString>& paths);
 
-    /// The gain in dB for a file; none while switched off or without a result. Not clamped.
-    [[nodiscard]] std::optional<double> soundCheckGain(const QString& forPath) const;
-    /// Sets the track gain for a file, clamped to -18...+12 dB; 0 dB where there is no gain.
-    void applySoundCheck(const std::optional<QString>& forPath);
-    void applySoundCheckForCurrentTrack();
+    /// The gain in dB that a file is to be played with, within the limits; 0 while switched off or
+    /// without a result.
+    [[nodiscard]] double gainFor(const QString& path) const;
 
     /// Starts measuring what is available and has no result yet, in place of a running scan; leaves
     /// a running scan alone when there is nothing to measure. Does nothing while switched off.
@@ -81,6 +73,8 @@ class SoundCheck : public QObject {
     void soundCheckEnabledChanged();
     /// Results were added, removed or restored.
     void trackLoudnessChanged();
+    /// The gain of this file is known now.
+    void gainFound(const QString& path);
 
   private:
     [[nodiscard]] std::deque<FileUrl> unmeasuredFiles() const;
@@ -89,8 +83,10 @@ class SoundCheck : public QObject {
     void take(const FileUrl& file, const std::optional<LoudnessAnalyzer::Measurement>& measured);
 
     Preferences& m_preferences;
+    const LibraryStore& m_library;
+    const FileAvailability& m_files;
     const std::shared_ptr<const CloudFiles> m_cloudFiles;
-    Collaborators m_collaborators;
+    const Measure m_measure;
     bool m_enabled = false;
     LateValue<NumbersMap> m_trackLoudness;
 

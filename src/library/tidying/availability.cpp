@@ -9,7 +9,6 @@
 #include <QFileInfo>
 
 #include <algorithm>
-#include <unistd.h>
 
 namespace halvane {
 
@@ -136,14 +135,6 @@ TrackAvailability Availability::state(const QString& path) const {
                                          : TrackAvailability::available;
 }
 
-bool Availability::isCloudEvicted(const QString& path) const {
-    return m_cloudFiles->isEvicted(path);
-}
-
-bool Availability::isReadable(const QString& path) const {
-    return ::access(path.toUtf8().constData(), R_OK) == 0;
-}
-
 void Availability::markAvailable(const QString& path) {
     setState(path, TrackAvailability::available);
 }
@@ -152,8 +143,8 @@ void Availability::markInCloud(const QString& path) {
     setState(path, TrackAvailability::inCloud);
 }
 
-void Availability::markUnavailable(const QString& path) {
-    setState(path, isCloudEvicted(path) ? TrackAvailability::inCloud : TrackAvailability::missing);
+void Availability::markMissing(const QString& path) {
+    setState(path, TrackAvailability::missing);
 }
 
 // The sets change in place, because a drive's files may be found missing one by one.

@@ -38,11 +38,9 @@ class Availability : public QObject, public FileAvailability {
     void forget(const QSet<QString>& paths);
 
     [[nodiscard]] TrackAvailability state(const QString& path) const override;
-    [[nodiscard]] bool isCloudEvicted(const QString& path) const override;
-    [[nodiscard]] bool isReadable(const QString& path) const override;
     void markAvailable(const QString& path) override;
     void markInCloud(const QString& path) override;
-    void markUnavailable(const QString& path) override;
+    void markMissing(const QString& path) override;
     void startCloudDownloads(const QSet<QString>& paths) override;
 
   Q_SIGNALS:

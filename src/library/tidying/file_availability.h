@@ -17,19 +17,14 @@ class FileAvailability {
     /// What is known of a file. Does not touch the disk. An empty path is available.
     [[nodiscard]] virtual TrackAvailability state(const QString& path) const = 0;
 
-    /// Looks at the disk: the file is in the cloud.
-    [[nodiscard]] virtual bool isCloudEvicted(const QString& path) const = 0;
-    /// Looks at the disk: the file can be opened for reading.
-    [[nodiscard]] virtual bool isReadable(const QString& path) const = 0;
-
     // Each of these makes a look at the disk that is still running stale.
 
-    /// The file is about to be played: it is neither missing nor in the cloud.
+    /// The file has been opened: it is neither missing nor in the cloud.
     virtual void markAvailable(const QString& path) = 0;
     /// The file was found to be in the cloud.
     virtual void markInCloud(const QString& path) = 0;
-    /// The file could not be opened. It is in the cloud if it is evicted, otherwise missing.
-    virtual void markUnavailable(const QString& path) = 0;
+    /// The file lies here, or should, and could not be opened or played.
+    virtual void markMissing(const QString& path) = 0;
 
     /// Asks for the files and watches until they have come.
     virtual void startCloudDownloads(const QSet<QString>& paths) = 0;

@@ -17,24 +17,13 @@ FallbackOutput::FallbackOutput(SoundOutput& server, std::function<bool()> server
     , m_clock(clock)
     , m_silent(clock)
     , m_current(&server) {
-    m_server.onConfigurationChange = [this] {
+    connect(&server, &SoundOutput::configurationChanged, this, [this] {
         if (m_serverIsThere())
-            report();
-    };
-    m_server.onDeviceSampleRateChange = [this] {
-        if (onDeviceSampleRateChange)
-            onDeviceSampleRateChange();
-    };
-    m_server.onPauseRequest = [this](bool pause) {
-        if (onPauseRequest)
-            onPauseRequest(pause);
-    };
-}
-
-FallbackOutput::~FallbackOutput() {
-    m_server.onConfigurationChange = nullptr;
-    m_server.onDeviceSampleRateChange = nullptr;
-    m_server.onPauseRequest = nullptr;
+            Q_EMIT configurationChanged();
+    });
+    connect(&server, &SoundOutput::deviceSampleRateChanged, this,
+            &FallbackOutput::deviceSampleRateChanged);
+    connect(&server, &SoundOutput::pauseRequested, this, &FallbackOutput::pauseRequested);
 }
 
 void FallbackOutput::serverCameOrWent() {
@@ -44,7 +33,7 @@ void FallbackOutput::serverCameOrWent() {
     }
     m_waiting.reset();
     if (m_hasStream && !(&current() == &m_server && m_server.isOpen()))
-        report();
+        Q_EMIT configurationChanged();
 }
 
 void FallbackOutput::giveUpWaiting() {
@@ -53,21 +42,16 @@ void FallbackOutput::giveUpWaiting() {
         m_waitsToStart = false;
         (void)m_silent.start();
     } else if (m_hasStream && &current() == &m_server) {
-        report();
+        Q_EMIT configurationChanged();
     }
 }
 
-void FallbackOutput::report() {
-    if (onConfigurationChange)
-        onConfigurationChange();
-}
-
-std::optional<QString> FallbackOutput::open(const StreamFormat& format, RenderSource& source) {
+Result<> FallbackOutput::open(const StreamFormat& format, RenderSource& source) {
     close();
     m_current = m_serverIsThere() ? &m_server : &m_silent;
-    auto error = current().open(format, source);
-    m_hasStream = !error;
-    return error;
+    auto opened = current().open(format, source);
+    m_hasStream = static_cast<bool>(opened);
+    return opened;
 }
 
 void FallbackOutput::close() {
@@ -76,7 +60,7 @@ void FallbackOutput::close() {
     current().close();
 }
 
-std::optional<QString> FallbackOutput::start() {
+Result<> FallbackOutput::start() {
     if (&current() == &m_silent && m_waiting) {
         m_waitsToStart = m_silent.isOpen();
         return {};
@@ -93,7 +77,7 @@ int FallbackOutput::deviceSampleRate() const {
     return m_serverIsThere() ? m_server.deviceSampleRate() : 0;
 }
 
-std::optional<QString> FallbackOutput::setDevice(std::optional<std::uint32_t> id) {
+Result<> FallbackOutput::setDevice(std::optional<std::uint32_t> id) {
     return m_server.setDevice(id);
 }
 

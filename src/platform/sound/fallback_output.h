@@ -15,18 +15,19 @@ namespace halvane {
 /// does. A server that goes away gets a while to come back, in which the sound stands still where
 /// it was last heard; then it goes on silently, and through the server again when that appears.
 class FallbackOutput final : public SoundOutput {
+    Q_OBJECT
+
   public:
     /// All must outlive it. `serverIsThere` is asked on the main thread.
     FallbackOutput(SoundOutput& server, std::function<bool()> serverIsThere, Clock& clock);
-    ~FallbackOutput() override;
 
     /// To be called when the answer of `serverIsThere` has changed.
     void serverCameOrWent();
 
-    std::optional<QString> open(const StreamFormat& format, RenderSource& source) override;
+    Result<> open(const StreamFormat& format, RenderSource& source) override;
     void close() override;
     [[nodiscard]] bool isOpen() const override { return current().isOpen(); }
-    std::optional<QString> start() override;
+    Result<> start() override;
     void pause() override;
     [[nodiscard]] bool isRunning() const override {
         return m_waitsToStart || current().isRunning();
@@ -37,13 +38,12 @@ class FallbackOutput final : public SoundOutput {
     }
     [[nodiscard]] std::int64_t framesHeard() const override { return current().framesHeard(); }
     [[nodiscard]] int deviceSampleRate() const override;
-    std::optional<QString> setDevice(std::optional<std::uint32_t> id) override;
+    Result<> setDevice(std::optional<std::uint32_t> id) override;
 
   private:
     [[nodiscard]] SoundOutput& current() const {
         return *m_current.load(std::memory_order_acquire);
     }
-    void report();
     void giveUpWaiting();
 
     SoundOutput& m_server;

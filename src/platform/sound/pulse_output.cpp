@@ -19,7 +19,7 @@ constexpr double failureMemory = 5; // s
 } // namespace
 
 PulseOutput::PulseOutput(PulseServer& server, Clock& clock, QObject* parent)
-    : QObject(parent)
+    : SoundOutput(parent)
     , m_server(server)
     , m_clock(clock) {
     connect(&server, &PulseServer::sinksChanged, this, &PulseOutput::checkSampleRate);
@@ -30,24 +30,24 @@ PulseOutput::~PulseOutput() {
     close();
 }
 
-std::optional<QString> PulseOutput::open(const StreamFormat& format, RenderSource& source) {
+Result<> PulseOutput::open(const StreamFormat& format, RenderSource& source) {
     close();
     if (!m_server.isReady())
-        return u"the sound server does not answer"_s;
+        return Failure{u"the sound server does not answer"_s};
     std::erase_if(m_failures,
                   [now = m_clock.now()](double at) { return now - at > failureMemory; });
     if (m_failures.size() >= mostFailures) {
         m_failures.clear();
-        return m_lastFailure;
+        return Failure{m_lastFailure};
     }
     m_heard.reset(format.sampleRate);
     // A chosen device that is not there yet, just after the server came back, is no reason to
     // stay silent.
     const QString sink = m_server.sink(m_chosenSink) ? m_chosenSink : QString();
-    auto result = PulseStream::open(m_server, m_clock, format, sink, source, m_heard, events());
-    if (!result.stream)
-        return result.error;
-    m_stream = std::move(result.stream);
+    auto opened = PulseStream::open(m_server, m_clock, format, sink, source, m_heard, events());
+    if (!opened)
+        return opened.failure();
+    m_stream = *std::move(opened);
     return {};
 }
 
@@ -60,15 +60,11 @@ PulseStream::Events PulseOutput::events() {
                 action();
         });
     };
-    return {[this, post](int error) { post([this, error] { streamFailed(error); }); },
-            [this, post](std::uint32_t sink) { post([this, sink] { streamPlaced(sink); }); },
-            [this, post](bool silence) {
-                post([this, silence] {
-                    if (onPauseRequest)
-                        onPauseRequest(silence);
-                });
-            },
-            [this, post] { post([this] { streamRanDry(); }); }};
+    return {
+        [this, post](int error) { post([this, error] { streamFailed(error); }); },
+        [this, post](std::uint32_t sink) { post([this, sink] { streamPlaced(sink); }); },
+        [this, post](bool silence) { post([this, silence] { Q_EMIT pauseRequested(silence); }); },
+        [this, post] { post([this] { streamRanDry(); }); }};
 }
 
 void PulseOutput::close() {
@@ -79,9 +75,9 @@ void PulseOutput::close() {
     m_streamSink.reset();
 }
 
-std::optional<QString> PulseOutput::start() {
+Result<> PulseOutput::start() {
     if (!isOpen())
-        return u"no stream is open"_s;
+        return Failure{u"no stream is open"_s};
     m_running = true;
     m_stream->start();
     return {};
@@ -111,8 +107,7 @@ void PulseOutput::streamFailed(int error) {
     qCWarning(libraryLog, "the sound server ended the stream: %ls", qUtf16Printable(m_lastFailure));
     if (error == PA_ERR_NOENTITY)
         m_chosenSink.clear(); // it went away on the way there
-    if (onConfigurationChange)
-        onConfigurationChange();
+    Q_EMIT configurationChanged();
 }
 
 void PulseOutput::streamPlaced(std::uint32_t sink) {
@@ -138,18 +133,18 @@ int PulseOutput::deviceSampleRate() const {
 
 void PulseOutput::checkSampleRate() {
     const int rate = deviceSampleRate();
-    if (std::exchange(m_sampleRate, rate) != rate && onDeviceSampleRateChange)
-        onDeviceSampleRateChange();
+    if (std::exchange(m_sampleRate, rate) != rate)
+        Q_EMIT deviceSampleRateChanged();
 }
 
-std::optional<QString> PulseOutput::setDevice(std::optional<std::uint32_t> id) {
+Result<> PulseOutput::setDevice(std::optional<std::uint32_t> id) {
     if (!id) {
         m_chosenSink.clear();
         return {};
     }
     const PulseSink* sink = m_server.sink(*id);
     if (!sink)
-        return u"there is no output device %1"_s.arg(*id);
+        return Failure{u"there is no output device %1"_s.arg(*id)};
     m_chosenSink = sink->name;
     return {};
 }

@@ -7,8 +7,6 @@
 #include "platform/sound/pulse_stream.h"
 #include "platform/sound/sound_output.h"
 
-#include <QObject>
-
 #include <memory>
 #include <vector>
 
@@ -16,23 +14,25 @@ namespace halvane {
 
 /// Plays through the sound server. While that is away nothing can be opened, and a stream that was
 /// open stands still.
-class PulseOutput final : public QObject, public SoundOutput {
+class PulseOutput final : public SoundOutput {
+    Q_OBJECT
+
   public:
     /// Both must outlive it.
     PulseOutput(PulseServer& server, Clock& clock, QObject* parent = nullptr);
     ~PulseOutput() override;
 
-    std::optional<QString> open(const StreamFormat& format, RenderSource& source) override;
+    Result<> open(const StreamFormat& format, RenderSource& source) override;
     void close() override;
     [[nodiscard]] bool isOpen() const override { return m_stream != nullptr && !m_lost; }
-    std::optional<QString> start() override;
+    Result<> start() override;
     void pause() override;
     [[nodiscard]] bool isRunning() const override { return isOpen() && m_running; }
     void flush() override;
     [[nodiscard]] std::int64_t framesRendered() const override { return m_heard.rendered(); }
     [[nodiscard]] std::int64_t framesHeard() const override { return m_heard.heard(m_clock.now()); }
     [[nodiscard]] int deviceSampleRate() const override;
-    std::optional<QString> setDevice(std::optional<std::uint32_t> id) override;
+    Result<> setDevice(std::optional<std::uint32_t> id) override;
     /// How often the server has run out of sound so far, because the machine was too busy.
     [[nodiscard]] int holes() const { return m_holes; }
 

@@ -51,18 +51,19 @@ pa_stream* newStream(pa_context* context, const StreamFormat& format) {
 
 } // namespace
 
-PulseStream::Result PulseStream::open(PulseServer& server, const Clock& clock,
-                                      const StreamFormat& format, const QString& sink,
-                                      RenderSource& source, HeardClock& heard, Events events) {
+Result<std::unique_ptr<PulseStream>> PulseStream::open(PulseServer& server, const Clock& clock,
+                                                       const StreamFormat& format,
+                                                       const QString& sink, RenderSource& source,
+                                                       HeardClock& heard, Events events) {
     std::unique_ptr<PulseStream> stream(
         new PulseStream(server, clock, format, source, heard, std::move(events)));
     const PulseServer::Lock lock(server);
     if (!server.context())
-        return {nullptr, QString::fromUtf8(pa_strerror(PA_ERR_CONNECTIONREFUSED))};
+        return Failure{QString::fromUtf8(pa_strerror(PA_ERR_CONNECTIONREFUSED))};
     if (stream->connect(format, sink))
-        return {std::move(stream), {}};
+        return stream;
     // Destroying it takes the lock, which may be taken again by the thread that holds it.
-    return {nullptr, QString::fromUtf8(pa_strerror(pa_context_errno(server.context())))};
+    return Failure{QString::fromUtf8(pa_strerror(pa_context_errno(server.context())))};
 }
 
 PulseStream::PulseStream(PulseServer& server, const Clock& clock, const StreamFormat& format,

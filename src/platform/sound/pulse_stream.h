@@ -27,15 +27,13 @@ class PulseStream {
         std::function<void(bool silence)> asked; ///< to be silent for another's sake, or no longer
         std::function<void()> ranDry;            ///< the sound has a hole: it came too late
     };
-    struct Result {
-        std::unique_ptr<PulseStream> stream;
-        QString error; ///< without a stream
-    };
 
     /// Asks for a stream on a sink (empty: where the server sees fit), standing still at first.
     /// Everything handed in must outlive it.
-    static Result open(PulseServer& server, const Clock& clock, const StreamFormat& format,
-                       const QString& sink, RenderSource& source, HeardClock& heard, Events events);
+    static Result<std::unique_ptr<PulseStream>> open(PulseServer& server, const Clock& clock,
+                                                     const StreamFormat& format,
+                                                     const QString& sink, RenderSource& source,
+                                                     HeardClock& heard, Events events);
     /// After it nothing is called any more.
     ~PulseStream();
 

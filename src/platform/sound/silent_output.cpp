@@ -10,7 +10,7 @@ namespace {
 constexpr auto blockTime = 100ms;
 }
 
-std::optional<QString> SilentOutput::open(const StreamFormat& format, RenderSource& source) {
+Result<> SilentOutput::open(const StreamFormat& format, RenderSource& source) {
     close();
     m_source = &source;
     m_blockFrames = std::size_t(format.sampleRate) * std::size_t(blockTime.count()) / 1000;
@@ -24,9 +24,9 @@ void SilentOutput::close() {
     m_source = nullptr;
 }
 
-std::optional<QString> SilentOutput::start() {
+Result<> SilentOutput::start() {
     if (!isOpen())
-        return u"no stream is open"_s;
+        return Failure{u"no stream is open"_s};
     if (isRunning())
         return {};
     const double now = m_clock.now();
@@ -64,9 +64,9 @@ void SilentOutput::pull() {
     m_heard.run(double(m_heard.heard(now)), now);
 }
 
-std::optional<QString> SilentOutput::setDevice(std::optional<std::uint32_t> id) {
+Result<> SilentOutput::setDevice(std::optional<std::uint32_t> id) {
     if (id)
-        return u"there is no sound server"_s;
+        return Failure{u"there is no sound server"_s};
     return {};
 }
 

@@ -13,15 +13,17 @@ namespace halvane {
 /// Plays to nobody at the clock's pace: for a machine on which no sound server answers. Renders on
 /// the main thread, a tenth of a second at a time.
 class SilentOutput final : public SoundOutput {
+    Q_OBJECT
+
   public:
     /// The clock must outlive it.
     explicit SilentOutput(Clock& clock)
         : m_clock(clock) {}
 
-    std::optional<QString> open(const StreamFormat& format, RenderSource& source) override;
+    Result<> open(const StreamFormat& format, RenderSource& source) override;
     void close() override;
     [[nodiscard]] bool isOpen() const override { return m_source != nullptr; }
-    std::optional<QString> start() override;
+    Result<> start() override;
     void pause() override;
     [[nodiscard]] bool isRunning() const override { return m_timer != nullptr; }
     void flush() override;
@@ -30,7 +32,7 @@ class SilentOutput final : public SoundOutput {
     /// No device, no rate.
     [[nodiscard]] int deviceSampleRate() const override { return 0; }
     /// There is no device to choose but the default.
-    std::optional<QString> setDevice(std::optional<std::uint32_t> id) override;
+    Result<> setDevice(std::optional<std::uint32_t> id) override;
 
   private:
     void pull();

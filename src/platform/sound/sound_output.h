@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QString>
+#include "base/result.h"
+
+#include <QObject>
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <optional>
 
 namespace halvane {
@@ -27,28 +28,29 @@ class RenderSource {
     /// nothing to play. Audio thread: must not lock, allocate, log or make a system call.
     virtual void render(float* interleaved, std::size_t frames) noexcept = 0;
     /// Waits until this many frames can be rendered without a hole, or no more are to come. Only
-    /// for outputs that pull faster than time passes; any thread but the audio thread.
+    /// for outputs that pull faster than time passes; main thread.
     virtual void awaitFrames(std::size_t) {}
 };
 
 /// One stream to one output device: the real sound server, silence against the clock, or a test's
 /// output pulled by hand. Everything but RenderSource::render runs on the main thread.
-class SoundOutput {
+class SoundOutput : public QObject {
+    Q_OBJECT
+
   public:
-    virtual ~SoundOutput() = default;
+    using QObject::QObject;
 
     /// Makes a stream of this format that pulls from `source`, which must outlive it (until close).
     /// The stream starts paused. Never waits for the server: a stream that the server then refuses
-    /// is reported through onConfigurationChange. On failure gives the error's description and
-    /// stays closed. Closes a stream that is open.
-    [[nodiscard]] virtual std::optional<QString> open(const StreamFormat& format,
-                                                      RenderSource& source) = 0;
+    /// is reported through configurationChanged. On failure stays closed. Closes a stream that is
+    /// open.
+    virtual Result<> open(const StreamFormat& format, RenderSource& source) = 0;
     /// Ends the stream and drops what is queued. After it returns, render is not called any more.
     virtual void close() = 0;
     [[nodiscard]] virtual bool isOpen() const = 0;
 
-    /// Starts pulling. On failure gives the error's description.
-    [[nodiscard]] virtual std::optional<QString> start() = 0;
+    /// Starts pulling.
+    virtual Result<> start() = 0;
     /// Stops pulling and hearing at once; what is queued is kept and heard after the next start.
     /// After it returns, render is neither running nor called until then.
     virtual void pause() = 0;
@@ -66,19 +68,19 @@ class SoundOutput {
     /// The device's own rate in Hz, 0 while unknown.
     [[nodiscard]] virtual int deviceSampleRate() const = 0;
     /// Chooses the device of the streams opened from now on; none follows the system's default. An
-    /// open stream stays where it is until it is closed. On failure (there is no such device) gives
-    /// the error's description and changes nothing.
-    [[nodiscard]] virtual std::optional<QString> setDevice(std::optional<std::uint32_t> id) = 0;
+    /// open stream stays where it is until it is closed. On failure (there is no such device)
+    /// changes nothing.
+    virtual Result<> setDevice(std::optional<std::uint32_t> id) = 0;
 
-    /// Called on the main thread, never from inside an operation, when the stream has been lost or
-    /// has to be made anew: the owner reads framesHeard, which stands still, closes it and opens it
-    /// again.
-    std::function<void()> onConfigurationChange;
-    /// Called on the main thread when deviceSampleRate has another value; the stream plays on.
-    std::function<void()> onDeviceSampleRateChange;
-    /// Called on the main thread when the system wants this stream to be silent (true: a call has
-    /// begun, say) and when it no longer does (false). The stream itself plays on.
-    std::function<void(bool pause)> onPauseRequest;
+  Q_SIGNALS:
+    /// The stream has been lost or has to be made again: its owner reads framesHeard, which stands
+    /// still, closes it and opens it again. Never from inside an operation.
+    void configurationChanged();
+    /// deviceSampleRate has another value; the stream plays on.
+    void deviceSampleRateChanged();
+    /// The system wants this stream to be silent (true: a call has begun, say), or no longer does
+    /// (false). The stream itself plays on.
+    void pauseRequested(bool pause);
 };
 
 } // namespace halvane

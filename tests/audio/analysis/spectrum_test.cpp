@@ -232,8 +232,8 @@ TEST(SpectrumTap, ShowsWhatIsHeardToWhoeverWatches) {
     TappedTone tone(tap);
     const StreamFormat format{44'100, 2, 3};
     tap.beginStream(format);
-    ASSERT_FALSE(output.open(format, tone));
-    ASSERT_FALSE(output.start());
+    ASSERT_TRUE(output.open(format, tone));
+    ASSERT_TRUE(output.start());
     int results = 0;
     QObject::connect(&model, &SpectrumModel::changed, &model, [&] { ++results; });
 

@@ -30,8 +30,8 @@ class OpenError : public testing::Test {
     }
     static std::string errorOf(const QString& path) {
         const auto result = AudioFile::open(path);
-        EXPECT_FALSE(result.file) << path.toStdString();
-        return result.error.toStdString();
+        EXPECT_FALSE(result) << path.toStdString();
+        return result ? std::string() : result.failure().text.toStdString();
     }
 
     QTemporaryDir m_folder;

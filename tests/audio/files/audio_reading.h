@@ -15,9 +15,9 @@ inline const QString ffmpeg = QStringLiteral("ffmpeg -nostdin -v error -y -i \"$
 
 inline std::unique_ptr<AudioFile> opened(const QString& path) {
     auto result = AudioFile::open(path);
-    if (!result.file)
-        throw std::runtime_error(path.toStdString() + ": " + result.error.toStdString());
-    return std::move(result.file);
+    if (!result)
+        throw std::runtime_error(path.toStdString() + ": " + result.failure().text.toStdString());
+    return *std::move(result);
 }
 
 /// Reads up to `frames` frames, in uneven portions.

@@ -28,10 +28,10 @@ TEST(FileOpener, AFileThatHangsHoldsUpNeitherTheNextNorTheEnd) {
     const auto begin = std::chrono::steady_clock::now();
     QStringList opened;
     {
-        FileOpener opener;
+        FileOpener opener(nullptr);
         const auto open = [&](const QString& path) {
-            opener.open(path, [&opened, path](const AudioFile::Opened& outcome) {
-                EXPECT_TRUE(outcome.file) << outcome.error.toStdString();
+            opener.open(path, [&opened, path](const FileOpener::Outcome& outcome) {
+                EXPECT_TRUE(outcome.file) << outcome.failure.toStdString();
                 opened += path;
             });
         };

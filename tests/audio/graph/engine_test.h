@@ -32,13 +32,31 @@ inline std::int32_t frameOf(float sample) {
     return std::int32_t(std::lround(double(sample) * 8'388'608));
 }
 
+/// Opens a file and waits until it is there, or is not.
+inline Result<> open(AudioPlaybackEngine& engine, const QString& path) {
+    std::optional<Result<>> outcome;
+    const QObject receiver;
+    QObject::connect(&engine, &AudioPlaybackEngine::opened, &receiver,
+                     [&] { outcome = Result<>(); });
+    QObject::connect(&engine, &AudioPlaybackEngine::openFailed, &receiver,
+                     [&](const QString& reason) { outcome = Failure{reason}; });
+    engine.open(path);
+    if (!waitFor([&] { return outcome.has_value(); }))
+        return Failure{QStringLiteral("no answer")};
+    return *outcome;
+}
+
+inline QString failureOf(const Result<>& result) {
+    return result ? QString() : result.failure().text;
+}
+
 /// Pre-schedules a file and tells whether it follows.
-inline bool preschedule(AudioPlaybackEngine& engine, const QString& path) {
+inline bool preschedule(AudioPlaybackEngine& engine, const QString& path, double gain = 0) {
     std::optional<bool> queued;
     const QObject receiver;
     QObject::connect(&engine, &AudioPlaybackEngine::prescheduleSettled, &receiver,
                      [&](bool can) { queued = can; });
-    return engine.prescheduleNextIfCompatible(path) &&
+    return engine.prescheduleNextIfCompatible(path, gain) &&
            waitFor([&] { return queued.has_value(); }) && *queued;
 }
 
@@ -47,13 +65,14 @@ class EngineTest : public testing::Test {
   protected:
     EngineTest() {
         engine.setVolume(1);
-        engine.onTrackEnd = [this] {
+        QObject::connect(&engine, &AudioPlaybackEngine::trackEnded, [this] {
             ++trackEnds;
             if (adoptAtEnd)
                 adopted << engine.adoptPrescheduledTrack().value_or(QString());
-        };
-        engine.onGraphRebuilt = [this] { ++rebuilds; };
-        engine.onPlaybackInterrupted = [this](const QString& reason) { interruptions << reason; };
+        });
+        QObject::connect(&engine, &AudioPlaybackEngine::graphRebuilt, [this] { ++rebuilds; });
+        QObject::connect(&engine, &AudioPlaybackEngine::playbackInterrupted,
+                         [this](const QString& reason) { interruptions << reason; });
     }
 
     /// Writes a file for this test.
@@ -64,11 +83,14 @@ class EngineTest : public testing::Test {
     }
 
     void play(const QString& path, double fromSeconds = 0) {
-        ASSERT_EQ(engine.load(path), std::nullopt);
-        ASSERT_EQ(engine.scheduleSegment(fromSeconds, true), std::nullopt);
+        ASSERT_TRUE(open(path));
+        ASSERT_TRUE(engine.scheduleSegment(fromSeconds, true));
     }
 
-    bool preschedule(const QString& path) { return test::preschedule(engine, path); }
+    Result<> open(const QString& path) { return test::open(engine, path); }
+    bool preschedule(const QString& path, double gain = 0) {
+        return test::preschedule(engine, path, gain);
+    }
 
     /// Runs what has been posted to the main thread.
     static void settle() { QCoreApplication::processEvents(); }

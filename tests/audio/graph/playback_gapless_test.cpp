@@ -156,7 +156,7 @@ TEST_F(Gapless, CountsThePositionAnewInTheAdoptedFile) {
     EXPECT_EQ(frameOf(output.recording()[2 * 15'000]), 100'001);
     EXPECT_NEAR(engine.durationSeconds(), 30'000 / 44'100.0, 1e-9);
     // The adopted file can be sought in and followed like any other.
-    ASSERT_EQ(engine.scheduleSegment(20'000 / 44'100.0, true), std::nullopt);
+    ASSERT_TRUE(engine.scheduleSegment(20'000 / 44'100.0, true));
     listen(1000);
     EXPECT_EQ(elapsedFrames(), 21'000);
     EXPECT_EQ(frameOf(output.recording().back()), 121'000);
@@ -165,12 +165,42 @@ TEST_F(Gapless, CountsThePositionAnewInTheAdoptedFile) {
     EXPECT_FALSE(engine.isPlaying());
 }
 
+TEST_F(Gapless, EachFileHasItsOwnGainFromItsFirstSampleOn) {
+    const auto level = [this](std::size_t frames) {
+        Pcm pcm = numbered(frames);
+        std::fill(pcm.samples.begin(), pcm.samples.end(), 1 << 20); // 1/8
+        return wave(pcm);
+    };
+    const auto heardWith = [](double dB) { return float(0.125 * std::pow(10, dB / 20)); };
+    for (const std::size_t block : {1, 512, 60'000}) {
+        output.blockFrames = block;
+        output.clearRecording();
+        engine.setTrackGain(-6);
+        play(level(20'000));
+        ASSERT_TRUE(preschedule(level(7), 3)); // shorter than any block
+        listen(15'000);
+        engine.setTrackGain(-4); // of what plays, not of what follows
+        output.pull(5'100);      // the joint has been rendered, and is not heard yet
+        engine.setTrackGain(-2);
+        output.pull(1'000);
+        const auto& heard = output.recording();
+        for (std::size_t i = 0; i < 15'000; ++i)
+            ASSERT_FLOAT_EQ(heard[2 * i], heardWith(-6)) << i;
+        for (std::size_t i = 15'441; i < 20'000; ++i)
+            ASSERT_FLOAT_EQ(heard[2 * i], heardWith(-4)) << i << " behind the ramp";
+        for (std::size_t i = 20'000; i < 20'007; ++i)
+            ASSERT_FLOAT_EQ(heard[2 * i], heardWith(3)) << i;
+        for (std::size_t i = 20'007; 2 * i < heard.size(); ++i)
+            ASSERT_EQ(heard[2 * i], 0) << i;
+    }
+}
+
 TEST_F(Gapless, RefusesWhatCannotFollow) {
     const auto same = wave(numbered(1000));
     EXPECT_FALSE(preschedule(same)) << "nothing is loaded";
-    ASSERT_EQ(engine.load(wave(numbered(20'000))), std::nullopt);
+    ASSERT_TRUE(open(wave(numbered(20'000))));
     EXPECT_FALSE(preschedule(same)) << "nothing is scheduled";
-    ASSERT_EQ(engine.scheduleSegment(0, true), std::nullopt);
+    ASSERT_TRUE(engine.scheduleSegment(0, true));
     EXPECT_FALSE(preschedule(wave(numbered(1000, 48'000))));
     EXPECT_FALSE(preschedule(wave(numbered(1000, 44'100, 1))));
     EXPECT_FALSE(preschedule(u"/no/such.flac"_s));
@@ -190,8 +220,8 @@ TEST_F(Gapless, OpensNothingTwice) {
         EXPECT_EQ(frameOf(output.recording().back()), 1000);
         // What is dropped while it is being opened never comes.
         const auto dropped = wave(numbered(1000, sampleRate));
-        EXPECT_TRUE(engine.prescheduleNextIfCompatible(dropped));
-        ASSERT_EQ(engine.scheduleSegment(0, true), std::nullopt);
+        EXPECT_TRUE(engine.prescheduleNextIfCompatible(dropped, 0));
+        ASSERT_TRUE(engine.scheduleSegment(0, true));
         EXPECT_TRUE(preschedule(wave(numbered(1000, sampleRate))));
         engine.unload();
         EXPECT_EQ(engine.adoptPrescheduledTrack(), std::nullopt);
@@ -213,7 +243,7 @@ TEST_F(Gapless, DropsTheNextFileOnASeekAndWhenAsked) {
 
     // Near the end it has, and has to be taken out of what is queued.
     ASSERT_TRUE(preschedule(next));
-    ASSERT_EQ(engine.scheduleSegment(299'000 / 44'100.0, true), std::nullopt);
+    ASSERT_TRUE(engine.scheduleSegment(299'000 / 44'100.0, true));
     EXPECT_EQ(engine.adoptPrescheduledTrack(), std::nullopt);
     ASSERT_TRUE(preschedule(next));
     output.play(500); // the decoder has long run through both
@@ -227,7 +257,7 @@ TEST_F(Gapless, DropsTheNextFileOnASeekAndWhenAsked) {
     EXPECT_EQ(trackEnds, 1);
     EXPECT_EQ(adopted, QStringList{QString()});
 
-    ASSERT_EQ(engine.scheduleSegment(1, false), std::nullopt);
+    ASSERT_TRUE(engine.scheduleSegment(1, false));
     ASSERT_TRUE(preschedule(next));
     engine.invalidatePreschedule();
     EXPECT_FALSE(engine.isPlaying());

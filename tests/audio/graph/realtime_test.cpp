@@ -67,7 +67,7 @@ TEST_F(RealTime, TheAudioCallbackNeverAllocatesLocksOrCallsTheSystem) {
         engine.setTrackGain(-3);
         output.pull(3000);
         output.pullHurried(100'000); // through holes, and past the end
-        ASSERT_EQ(engine.scheduleSegment(1, true), std::nullopt);
+        ASSERT_TRUE(engine.scheduleSegment(1, true));
         output.pullHurried(1); // perhaps before anything has been decoded
         output.pull(2000);
         engine.setEQ(false, {}, 0);

@@ -91,7 +91,6 @@ class NowPlayingTest : public testing::Test {
                           notifications,
                           player.transport,
                           player.queue,
-                          player.engine,
                           [this] { return isActive; },
                           folder.filePath(u"covers"_s)};
 };
@@ -115,6 +114,7 @@ TEST_F(NowPlayingTest, CommandsDoWhatTheyShould) {
     EXPECT_EQ(player.current(), 'c');
     EXPECT_TRUE(isPlaying(handlers.previousTrack));
     EXPECT_EQ(player.current(), 'b');
+    player.settle();
 
     const auto positionAfter = [&](double seconds) {
         EXPECT_EQ(handlers.changePlaybackPosition(seconds), CommandResult::success);

@@ -5,13 +5,9 @@
 
 namespace halvane::test {
 
-/// Files that are missing or in the cloud when a test says so.
+/// Files that are known to be missing or in the cloud when a test says so.
 class FakeFiles final : public FileAvailability {
   public:
-    // What is on the disk.
-    QSet<QString> gone;
-    QSet<QString> evicted;
-    // What is known of it.
     QSet<QString> missing;
     QSet<QString> inCloud;
     QSet<QString> downloading;
@@ -21,20 +17,12 @@ class FakeFiles final : public FileAvailability {
                : missing.contains(path) ? TrackAvailability::missing
                                         : TrackAvailability::available;
     }
-    [[nodiscard]] bool isCloudEvicted(const QString& path) const override {
-        return evicted.contains(path);
-    }
-    [[nodiscard]] bool isReadable(const QString& path) const override {
-        return !gone.contains(path);
-    }
     void markAvailable(const QString& path) override {
         missing.remove(path);
         inCloud.remove(path);
     }
     void markInCloud(const QString& path) override { inCloud.insert(path); }
-    void markUnavailable(const QString& path) override {
-        (isCloudEvicted(path) ? inCloud : missing).insert(path);
-    }
+    void markMissing(const QString& path) override { missing.insert(path); }
     void startCloudDownloads(const QSet<QString>& paths) override { downloading.unite(paths); }
 };
 

@@ -178,7 +178,7 @@ TEST_F(HeldFilesTest, PlaceholdersAreNeverOpened) {
     hold(mark(next));
     play(here);
     EXPECT_TRUE(library->transport()->isPlaying());
-    EXPECT_EQ(state(next), TrackAvailability::inCloud);
+    until([&] { return state(next) == TrackAvailability::inCloud; });
     library.reset();
     const auto expectNoneTried = [&held] {
         for (const auto& [path, file] : held)

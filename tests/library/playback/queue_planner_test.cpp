@@ -69,7 +69,8 @@ TEST(QueuePlanner, AdvancesInOrder) {
         {"ABC", 0, all, 1, 1, 2, 1},
         {"aBC", 2, all, 1, 1, 1, 1},
         {"ABc", 0, all, 1, 1, 1, 1},
-        {"Abc", 0, all, none, none, none, none}, // wrapping never lands on the same file
+        {"Abc", 0, all, 0, 0, none,
+         none}, // wrapping lands on the same file only where nothing else plays
         {"ABA", 2, all, 1, 1, 1, 0},
         {"AxA", 0, off, 2, 2, none, 2}, // but going forward may
         {"ABC", 1, one, 2, 1, 0, none},

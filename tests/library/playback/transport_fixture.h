@@ -4,8 +4,11 @@
 #include "library/import/fake_files.h"
 #include "library/playback/fake_engine.h"
 #include "library/playback/transport.h"
+#include "library/sound/sound_check.h"
 #include "library/tracks.h"
-#include "support/manual_clock.h"
+#include "library/user/language_setting.h"
+#include "library/user/settings_keys.h"
+#include "support/fake_environment.h"
 
 #include <random>
 
@@ -36,33 +39,36 @@ struct TransportFixture {
     }
 
     ManualClock clock;
+    MemoryPreferences preferences;
+    FakeLanguages languages;
+    LanguageSetting language{preferences, languages};
     FakeEngine engine;
     FakeFiles files;
+    LibraryStore store;
+    SoundCheck soundCheck{preferences, store, files, std::make_shared<FakeCloudFiles>()};
     StatusLine status{clock};
     ProgressClock progress{engine, clock};
     PlayQueue queue{plainRowState()};
     std::mt19937 generator;
-    QHash<QString, std::optional<double>> gains;
     QHash<QString, int> playCounts;
     QStringList notified; ///< titles
     QStringList shown;    ///< titles of entries that became current
     int nowPlayingUpdates = 0;
-    Transport transport{collaborators()};
+    Transport transport{
+        engine, queue,    files,    soundCheck,
+        status, progress, language, [this](std::size_t count) { return generator() % count; }};
 
-    TransportCollaborators collaborators() {
-        return {
-            .engine = engine,
-            .queue = queue,
-            .files = files,
-            .status = status,
-            .progress = progress,
-            .clock = clock,
-            .random = [this](std::size_t count) { return generator() % count; },
-            .language = [] { return ResolvedLanguage::english; },
-            .soundCheckGain = [this](const QString& path) { return gains.value(path); },
-        };
+    /// Sound Check is on, and knows these files' gains in dB and no others.
+    void setGains(const QHash<char, double>& gains) {
+        NumbersMap loudness;
+        for (auto gain = gains.cbegin(); gain != gains.cend(); ++gain)
+            loudness.insert(path(gain.key()), {-16 - gain.value(), -100});
+        preferences.setBoolean(SettingsKey::soundCheckEnabled, true);
+        preferences.remove(SettingsKey::trackLoudness);
+        for (auto entry = loudness.cbegin(); entry != loudness.cend(); ++entry)
+            preferences.insertNumbers(SettingsKey::trackLoudness, entry.key(), entry.value());
+        soundCheck.restore();
     }
-
     /// A queue of the files named by letters, and nothing current.
     void queueOf(const char* letters) {
         TrackRows rows;
@@ -75,8 +81,20 @@ struct TransportFixture {
         queue.assign(rows, std::nullopt);
     }
     static QString path(char letter) { return QStringLiteral("/m/") + QLatin1Char(letter); }
-    [[nodiscard]] QUuid id(std::size_t row) const { return queue.idAt(row); }
-    void play(std::size_t row) { transport.playItem(id(row), true); }
+    QUuid id(std::size_t row) const { return queue.idAt(row); }
+    /// Lets the disk answer until nothing more is asked of it.
+    void settle() {
+        while (engine.answer()) {
+        }
+    }
+    void play(std::size_t row) {
+        transport.playItem(id(row), true);
+        settle();
+    }
+    void next(bool manual = true) {
+        transport.playNext(manual);
+        settle();
+    }
     /// The title of the current entry, '-' without one.
     [[nodiscard]] char current() const {
         const auto row = queue.currentRow();
@@ -92,7 +110,7 @@ struct TransportFixture {
     /// The current track is heard to its end.
     void endTrack() {
         engine.reachEnd();
-        transport.trackEnded();
+        settle();
     }
 };
 

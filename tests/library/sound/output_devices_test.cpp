@@ -62,9 +62,9 @@ class OutputDevicesTest : public testing::Test {
     FakeLanguages languages;
     LanguageSetting language{preferences, languages};
     OutputDevices output{devices, preferences, language,
-                         [this](std::optional<std::uint32_t> id) -> std::optional<QString> {
+                         [this](std::optional<std::uint32_t> id) -> Result<> {
                              if (refuse)
-                                 return u"refused"_s;
+                                 return Failure{u"refused"_s};
                              routes.push_back(id.value_or(0));
                              return {};
                          }};

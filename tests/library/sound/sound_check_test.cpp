@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include "library/import/fake_files.h"
 #include "library/sound/sound_check.h"
+#include "library/tracks.h"
 #include "library/user/settings_keys.h"
 #include "platform/cloud/cloud_files.h"
 #include "support/audio_material.h"
@@ -84,20 +86,23 @@ class Meter {
 class SoundCheckTest : public testing::Test {
   protected:
     std::unique_ptr<SoundCheck> make() {
-        SoundCheck::Collaborators with;
-        with.visitFiles = [this](const std::function<void(const FileUrl&)>& visit) {
-            for (const QString& path : files)
-                visit(FileUrl(path));
-        };
-        with.isAvailable = [this](const QString& path) { return !unavailable.contains(path); };
-        with.currentPath = [this] { return current; };
-        with.setTrackGain = [this](double dB) { gains.append(dB); };
-        with.measure = [meter = meter](const QString& path, std::stop_token stop) {
-            return meter->measure(path, std::move(stop));
-        };
-        auto made = std::make_unique<SoundCheck>(preferences, cloud, with);
+        setLibrary(files);
+        auto made = std::make_unique<SoundCheck>(
+            preferences, library, availability, cloud,
+            [meter = meter](const QString& path, std::stop_token stop) {
+                return meter->measure(path, std::move(stop));
+            });
         made->restore();
+        QObject::connect(made.get(), &SoundCheck::gainFound,
+                         [this](const QString& path) { told.append(path); });
         return made;
+    }
+    void setLibrary(const QStringList& paths) {
+        std::vector<Track> tracks;
+        for (const QString& path : paths)
+            tracks.push_back(trackAt(path));
+        library.remove(QSet<QString>(files.cbegin(), files.cend()));
+        library.append(rowsOf(std::move(tracks)));
     }
     bool measured(const SoundCheck& check, const QStringList& paths) {
         constexpr int patienceMs = 120'000; // a scan only uses idle processor time
@@ -117,15 +122,15 @@ class SoundCheckTest : public testing::Test {
     // Shared with a file that is still being measured when the test ends.
     std::shared_ptr<NoCloud> cloud = std::make_shared<NoCloud>();
     std::shared_ptr<Meter> meter = std::make_shared<Meter>();
+    LibraryStore library;
+    FakeFiles availability;
     QStringList files{u"/a"_s, u"/b"_s, u"/c"_s};
-    QSet<QString> unavailable;
-    std::optional<QString> current;
-    QList<double> gains;
+    QStringList told; ///< whose gains have become known
 };
 
 TEST_F(SoundCheckTest, ScansOneFileAtATimeInOrderAndKeepsEachResult) {
     files = {u"/a"_s, u"/gone"_s, u"/b"_s, u"/evicted"_s, u"/remote"_s, u"/broken"_s, u"/./c"_s};
-    unavailable = {u"/gone"_s};
+    availability.missing = {u"/gone"_s};
     cloud->evicted = {u"/evicted"_s};
     cloud->remote = {u"/remote"_s};
     meter->breakFile(u"/broken"_s);
@@ -146,24 +151,21 @@ TEST_F(SoundCheckTest, ScansOneFileAtATimeInOrderAndKeepsEachResult) {
     EXPECT_EQ(stored(), check->trackLoudness());
 }
 
-TEST_F(SoundCheckTest, AppliesAResultWhileItsTrackPlays) {
-    current = u"/b"_s;
+TEST_F(SoundCheckTest, SaysWhoseGainHasBecomeKnown) {
     const auto check = make();
     check->setSoundCheckEnabled(true);
-    EXPECT_EQ(gains.last(), 0);
+    EXPECT_EQ(check->gainFor(u"/b"_s), 0);
     meter->let(2);
     ASSERT_TRUE(measured(*check, {u"/b"_s}));
-    EXPECT_EQ(gains.last(), -6);
+    EXPECT_EQ(told, (QStringList{u"/a"_s, u"/b"_s}));
+    EXPECT_EQ(check->gainFor(u"/b"_s), -6);
     check->setSoundCheckEnabled(false);
-    EXPECT_EQ(gains.last(), 0);
+    EXPECT_EQ(check->gainFor(u"/b"_s), 0);
     check->setSoundCheckEnabled(true);
-    EXPECT_EQ(gains.last(), -6);
-    current.reset();
-    check->applySoundCheckForCurrentTrack();
-    EXPECT_EQ(gains.last(), 0);
+    EXPECT_EQ(check->gainFor(u"/b"_s), -6);
 }
 
-TEST_F(SoundCheckTest, ClampsTheGainItApplies) {
+TEST_F(SoundCheckTest, KeepsGainsWithinTheLimits) {
     preferences.insertNumbers(SettingsKey::trackLoudness, u"/silent"_s, {-180, -180});
     preferences.insertNumbers(SettingsKey::trackLoudness, u"/loud"_s, {4, 6});
     preferences.insertNumbers(SettingsKey::trackLoudness, u"/three"_s, {-10, 0, 1});
@@ -171,15 +173,11 @@ TEST_F(SoundCheckTest, ClampsTheGainItApplies) {
     preferences.setBoolean(SettingsKey::soundCheckEnabled, true);
     files = {u"/three"_s, u"/a"_s};
     const auto check = make();
-    EXPECT_EQ(check->soundCheckGain(u"/silent"_s), 164);
     for (const auto& [path, gain] :
          {std::pair{u"/silent"_s, 12.0}, std::pair{u"/loud"_s, -18.0}, std::pair{u"/a"_s, -6.0},
-          std::pair{u"/three"_s, 0.0}, std::pair{u"/unknown"_s, 0.0}}) {
-        check->applySoundCheck(path);
-        EXPECT_EQ(gains.last(), gain) << path.toStdString();
-    }
-    EXPECT_FALSE(check->soundCheckGain(u"/three"_s)); // counts as unmeasured
-    check->scanLoudnessIfNeeded();                    // and is not measured again
+          std::pair{u"/three"_s, 0.0}, std::pair{u"/unknown"_s, 0.0}})
+        EXPECT_EQ(check->gainFor(path), gain) << path.toStdString();
+    check->scanLoudnessIfNeeded(); // what counts as unmeasured is not measured again
     EXPECT_TRUE(meter->asked().isEmpty());
 }
 
@@ -199,11 +197,12 @@ TEST_F(SoundCheckTest, NewFilesRestartTheScanAndNoneLeaveItAlone) {
     const auto check = make();
     check->setSoundCheckEnabled(true);
     ASSERT_TRUE(waitFor([&] { return meter->asked().size() == 1; }));
-    const QStringList all = std::exchange(files, {});
+    setLibrary({});
     check->scanLoudnessIfNeeded(); // with nothing new to measure, the running scan goes on
     meter->let(1);
     ASSERT_TRUE(measured(*check, {u"/a"_s}));
-    files = all + QStringList{u"/d"_s};
+    files += u"/d"_s;
+    setLibrary(files);
     check->scanLoudnessIfNeeded();
     meter->let(10);
     ASSERT_TRUE(measured(*check, files));
@@ -235,14 +234,8 @@ TEST_F(SoundCheckTest, EndsWhileAFileIsBeingMeasured) {
 TEST_F(SoundCheckTest, MeasuresRealFiles) {
     const QString path = encoded(sine(441, 0.5, 100'000), u"flac"_s,
                                  u"flac -s --channel-map=none -o \"$OUT\" \"$IN\""_s);
-    SoundCheck::Collaborators with;
-    with.visitFiles = [&](const std::function<void(const FileUrl&)>& visit) {
-        visit(FileUrl(path));
-    };
-    with.isAvailable = [](const QString&) { return true; };
-    with.currentPath = [] { return std::nullopt; };
-    with.setTrackGain = [](double) {};
-    SoundCheck check(preferences, cloud, with);
+    setLibrary({path});
+    SoundCheck check(preferences, library, availability, cloud);
     check.setSoundCheckEnabled(true);
     ASSERT_TRUE(measured(check, {path}));
     EXPECT_NEAR(check.trackLoudness().value(path)[0], -9.03, 0.01);

@@ -104,11 +104,9 @@ TEST_F(TidyingTest, OnlyTheNewestLookCounts) {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     EXPECT_EQ(library.availability()->state(path), TrackAvailability::available);
 
-    environment.cloudFiles->setEvicted({path});
-    library.availability()->markUnavailable(path);
+    library.availability()->markInCloud(path);
     EXPECT_EQ(library.availability()->state(path), TrackAvailability::inCloud);
-    environment.cloudFiles->setEvicted({});
-    library.availability()->markUnavailable(path);
+    library.availability()->markMissing(path);
     EXPECT_EQ(library.availability()->state(path), TrackAvailability::missing);
 }
 
@@ -178,7 +176,7 @@ TEST_F(TidyingTest, RemovedTracksAreGoneEverywhereButOnTheDisk) {
     environment.preferences.insertNumbers(SettingsKey::trackLoudness, copy, {-12, -1});
     const QUuid list = library.playlists()->createPlaylist(u"Mine"_s);
     library.playlists()->addTrackPaths({copy, kept}, list);
-    library.availability()->markUnavailable(u"/elsewhere"_s);
+    library.availability()->markMissing(u"/elsewhere"_s);
 
     library.tidying()->removeDuplicateTracks();
     EXPECT_EQ(library.store()->size(), 1U);

@@ -14,10 +14,10 @@ TEST(SilentOutput, playsAtTheClocksPaceAndStandsStillWhilePaused) {
     ManualClock clock;
     SilentOutput output(clock);
     NumberedSource source(2);
-    ASSERT_FALSE(output.open({44100, 2}, source));
+    ASSERT_TRUE(output.open({44100, 2}, source));
     clock.advance(1s);
     EXPECT_EQ(source.renders, 0) << "starts paused";
-    ASSERT_FALSE(output.start());
+    ASSERT_TRUE(output.start());
     clock.advance(1s);
     EXPECT_EQ(output.framesHeard(), 44100);
     EXPECT_GE(output.framesRendered(), output.framesHeard());
@@ -29,7 +29,7 @@ TEST(SilentOutput, playsAtTheClocksPaceAndStandsStillWhilePaused) {
     output.flush();
     EXPECT_EQ(output.framesHeard(), output.framesRendered());
     const auto flushed = output.framesHeard();
-    ASSERT_FALSE(output.start());
+    ASSERT_TRUE(output.start());
     clock.advance(500ms);
     EXPECT_EQ(output.framesHeard(), flushed + 22050);
     output.close();
@@ -39,7 +39,7 @@ TEST(SilentOutput, playsAtTheClocksPaceAndStandsStillWhilePaused) {
 class FallbackTest : public testing::Test {
   protected:
     FallbackTest() {
-        output.onConfigurationChange = [this] { ++changes; };
+        QObject::connect(&output, &SoundOutput::configurationChanged, [this] { ++changes; });
     }
     void serverIs(bool there) {
         if (there)
@@ -50,8 +50,8 @@ class FallbackTest : public testing::Test {
         output.serverCameOrWent();
     }
     void openAndStart() {
-        ASSERT_FALSE(output.open({44100, 2}, source));
-        ASSERT_FALSE(output.start());
+        ASSERT_TRUE(output.open({44100, 2}, source));
+        ASSERT_TRUE(output.start());
     }
 
     ManualClock clock;
