@@ -5,6 +5,7 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <limits>
 
 namespace halvane {
 
@@ -103,7 +104,8 @@ void MprisPlayerAdaptor::Seek(qlonglong Offset) {
     const auto& info = m_shared.state.info;
     if (!canSeek() || !info)
         return;
-    const auto target = position() + Offset;
+    const qlonglong from = position();
+    const qlonglong target = from + std::min(Offset, std::numeric_limits<qlonglong>::max() - from);
     if (info->durationSeconds && target > microseconds(*info->durationSeconds))
         Next();
     else

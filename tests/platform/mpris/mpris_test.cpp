@@ -10,6 +10,8 @@
 
 #include <gmock/gmock.h>
 
+#include <limits>
+
 using namespace halvane;
 using namespace halvane::test;
 using namespace Qt::StringLiterals;
