@@ -3,47 +3,10 @@
 
 #include <array>
 #include <charconv>
-#include <cmath>
-#include <limits>
 
 namespace halvane {
 
 namespace {
-
-constexpr std::string_view null = "null";
-constexpr std::string_view tooLarge = "1e999";
-
-void append(QByteArray& text, double number) {
-    if (std::isnan(number)) {
-        text += "null";
-    } else if (std::isinf(number)) {
-        text += number < 0 ? "-1e999" : "1e999";
-    } else {
-        std::array<char, 32> digits;
-        const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
-        text.append(digits.data(), end - digits.data());
-    }
-}
-
-// Reads one number and moves past it.
-std::optional<double> take(std::string_view& text) {
-    if (text.starts_with(null)) {
-        text.remove_prefix(null.size());
-        return std::numeric_limits<double>::quiet_NaN();
-    }
-    const bool negative = text.starts_with('-');
-    if (text.substr(negative ? 1 : 0).starts_with(tooLarge)) {
-        text.remove_prefix(tooLarge.size() + (negative ? 1 : 0));
-        const double infinity = std::numeric_limits<double>::infinity();
-        return negative ? -infinity : infinity;
-    }
-    double number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || !std::isfinite(number))
-        return std::nullopt;
-    text.remove_prefix(static_cast<std::size_t>(end - text.data()));
-    return number;
-}
 
 void skipBlanks(std::string_view& text) {
     text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
@@ -63,10 +26,12 @@ bool skip(std::string_view& text, char character) {
 
 QByteArray numberListText(const std::vector<double>& numbers) {
     QByteArray text = "[";
-    for (std::size_t i = 0; i < numbers.size(); ++i) {
-        if (i > 0)
+    for (const double number : numbers) {
+        std::array<char, 32> digits;
+        const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
+        if (text.size() > 1)
             text += ',';
-        append(text, numbers[i]);
+        text.append(digits.data(), end - digits.data());
     }
     return text += ']';
 }
@@ -76,17 +41,16 @@ std::optional<std::vector<double>> numberListFromText(std::string_view text) {
     numbers.reserve(2); // most stored lists are a measurement, which has two
     if (!skip(text, '['))
         return std::nullopt;
-    while (!text.starts_with(']')) {
-        const auto number = take(text);
-        if (!number)
+    for (bool isOver = skip(text, ']'); !isOver; isOver = skip(text, ']')) {
+        if (!numbers.empty() && !skip(text, ','))
             return std::nullopt;
-        numbers.push_back(*number);
-        if (!skip(text, ','))
-            break;
-        if (text.starts_with(']'))
+        const auto [end, error] =
+            std::from_chars(text.data(), text.data() + text.size(), numbers.emplace_back());
+        if (error != std::errc())
             return std::nullopt;
+        text.remove_prefix(static_cast<std::size_t>(end - text.data()));
     }
-    return skip(text, ']') && text.empty() ? std::optional(std::move(numbers)) : std::nullopt;
+    return text.empty() ? std::optional(std::move(numbers)) : std::nullopt;
 }
 
 } // namespace halvane
