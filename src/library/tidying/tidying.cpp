@@ -60,29 +60,33 @@ void Tidying::removeTracks(const QStringList& withPaths) {
     if (withPaths.isEmpty())
         return;
     finishRemoval();
-    const QSet<QString> paths(withPaths.cbegin(), withPaths.cend());
     m_preferences.removeEntries({SettingsKey::importedAudioPaths, SettingsKey::lovedPaths,
                                  SettingsKey::trackRatings, SettingsKey::playCounts,
                                  SettingsKey::trackLoudness},
-                                paths);
+                                withPaths);
+    // Worked out where it is needed first, which for many tracks is the worker.
+    const Paths paths = std::async(std::launch::deferred, [withPaths] {
+        return QSet<QString>(withPaths.cbegin(), withPaths.cend());
+    });
     // The derivation shares the loved paths with its worker, and a change would then copy them all.
     // So it comes last.
     m_steps = {
-        [this, paths] { removeFromLibrary(paths); },
-        [this, paths] { removeFromQueue(paths); },
-        [this, paths] { forget(paths); },
-        [this, paths] { deriveWithout(paths); },
+        [this, paths] { removeFromLibrary(paths.get()); },
+        [this, paths] { removeFromQueue(paths.get()); },
+        [this, paths] { forget(paths.get()); },
+        [this, paths] { deriveWithout(paths.get()); },
     };
-    if (paths.size() <= removedAtOnce)
+    if (withPaths.size() <= removedAtOnce)
         finishRemoval();
     else
         prepareRemoval(paths);
 }
 
-void Tidying::prepareRemoval(const QSet<QString>& paths) {
+void Tidying::prepareRemoval(const Paths& leaving) {
     m_worker.run(
-        [paths, rows = m_store.snapshot(), libraryRevision = m_store.revision(),
+        [leaving, rows = m_store.snapshot(), libraryRevision = m_store.revision(),
          entries = m_queue.snapshot(), queueRevision = m_queue.revision()] {
+            const QSet<QString>& paths = leaving.get();
             return std::make_shared<Prepared>(
                 Prepared{libraryRevision, queueRevision, rows, indexedWithout(*rows, paths),
                          PlayQueue::remainderOf(*entries, paths), portionsOf(paths)});

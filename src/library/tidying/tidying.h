@@ -8,6 +8,7 @@
 #include <QTimer>
 
 #include <deque>
+#include <future>
 
 namespace halvane {
 
@@ -58,7 +59,10 @@ class Tidying : public QObject {
         std::vector<QSet<QString>> portions; ///< of the paths that left
     };
 
-    void prepareRemoval(const QSet<QString>& paths);
+    /// The tracks that are removed.
+    using Paths = std::shared_future<QSet<QString>>;
+
+    void prepareRemoval(const Paths& leaving);
     void takeStep();
     void removeFromLibrary(const QSet<QString>& paths);
     void removeFromQueue(const QSet<QString>& paths);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/preferences/preference_value.h"
 
+#include <QSet>
+
 namespace halvane {
 
 namespace {
@@ -37,8 +39,10 @@ struct Apply {
     void operator()(const PreferenceChange::RemoveEntries& remove) {
         if (!value)
             return;
-        if (auto* list = std::get_if<QStringList>(&*value))
-            list->removeIf([&](const QString& text) { return remove.entries.contains(text); });
+        if (auto* list = std::get_if<QStringList>(&*value)) {
+            const QSet<QString> leaving(remove.entries.cbegin(), remove.entries.cend());
+            list->removeIf([&](const QString& text) { return leaving.contains(text); });
+        }
         for (const auto& entry : remove.entries) {
             if (auto* map = std::get_if<IntegerMap>(&*value))
                 map->remove(entry);

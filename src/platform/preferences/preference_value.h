@@ -3,7 +3,6 @@
 
 #include <QByteArray>
 #include <QHash>
-#include <QSet>
 #include <QString>
 #include <QStringList>
 
@@ -41,7 +40,7 @@ struct PreferenceChange {
         std::vector<double> value;
     };
     struct RemoveEntries {
-        QSet<QString> entries;
+        QStringList entries;
     };
     using What =
         std::variant<Set, Remove, InsertStrings, InsertInteger, InsertNumbers, RemoveEntries>;

@@ -66,7 +66,7 @@ class Preferences {
         change({key, PreferenceChange::InsertNumbers{entry, value}});
     }
     /// Takes the entries out of string lists and maps of either kind, in one change.
-    virtual void removeEntries(const QStringList& keys, const QSet<QString>& entries) {
+    virtual void removeEntries(const QStringList& keys, const QStringList& entries) {
         for (const QString& key : keys)
             change({key, PreferenceChange::RemoveEntries{entries}});
     }

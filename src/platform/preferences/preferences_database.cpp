@@ -67,22 +67,6 @@ CREATE VIEW setting AS
         FROM preference JOIN numbers_entry ON preference = id;
 )sql";
 
-// A row of `removal` notes entries that leave lists and maps, both as JSON. Earlier versions kept
-// such an entry where `spared` named it; a NULL there kept all entries under the key. The first
-// version had neither table.
-constexpr const char* removalTables = R"sql(
-CREATE TABLE IF NOT EXISTS removal (
-    id INTEGER PRIMARY KEY,
-    keys TEXT NOT NULL,
-    entries TEXT NOT NULL
-) STRICT;
-CREATE TABLE IF NOT EXISTS spared (
-    removal INTEGER NOT NULL REFERENCES removal (id) ON DELETE CASCADE,
-    key TEXT NOT NULL,
-    entry TEXT
-) STRICT;
-)sql";
-
 void createSchema(SqliteConnection& connection) {
     SqliteTransaction transaction(connection);
     connection.execute(schema);
@@ -117,18 +101,9 @@ PreferencesDatabase::PreferencesDatabase(const QString& path, int busyMillisecon
     sqlite3_wal_autocheckpoint(m_connection.handle(), pagesOfACheckpoint);
     if (isNew)
         createSchema(m_connection);
-    m_connection.execute(removalTables);
+    prepareNotes(m_connection);
     // A missing table or column shows here rather than at the first change.
     m_connection.query("SELECT item FROM setting LIMIT 0").run();
-    m_removals = notedRemovals(m_connection);
-}
-
-std::optional<PreferenceValue> PreferencesDatabase::value(const QString& key) {
-    // The worker may end a removal at any time, so the notes are read before the rows.
-    hasRemovals();
-    auto value = m_reader.value(key);
-    applyRemovals(m_removals, key, value);
-    return value;
 }
 
 qint64 PreferencesDatabase::rowOfKind(const QString& key, const PreferenceValue& emptyValue) {
@@ -256,17 +231,14 @@ struct PreferencesDatabase::Apply {
 };
 
 void PreferencesDatabase::apply(std::span<const PreferenceChange> changes) {
-    hasRemovals(); // one that is over must not take out what has come back since
     SqliteTransaction transaction(m_connection);
-    for (const PreferencesRemoval& removal : m_removals) {
-        const bool isCrossed =
-            std::any_of(changes.begin(), changes.end(), [&](const PreferenceChange& change) {
+    for (const PreferencesRemoval& removal : notedRemovals(m_connection)) {
+        if (std::none_of(changes.begin(), changes.end(), [&](const PreferenceChange& change) {
                 return removal.isCrossedBy(change);
-            });
-        if (!isCrossed)
+            }))
             continue;
-        for (const auto& [key, entries] : removal.parts)
-            deleteEntries(key, inTableOrder(entries));
+        for (const QString& key : removal.keys)
+            deleteEntries(key, removal.sortedEntries());
         endRemoval(removal);
     }
     for (const PreferenceChange& change : changes)

@@ -25,7 +25,7 @@ class PreferencesDatabase {
     /// How long a call that finds the file locked waits at most.
     void setPatience(int busyMilliseconds) { m_connection.setPatience(busyMilliseconds); }
 
-    std::optional<PreferenceValue> value(const QString& key);
+    std::optional<PreferenceValue> value(const QString& key) { return m_reader.value(key); }
     /// The keys of lists of strings and of maps, which may be long.
     QStringList longValues() { return m_reader.longValues(); }
 
@@ -34,9 +34,9 @@ class PreferencesDatabase {
     void apply(std::span<const PreferenceChange> changes);
 
     /// Notes that entries leave lists and maps. The note is on the disk when this returns.
-    void noteRemoval(const QStringList& keys, const QSet<QString>& entries);
+    void noteRemoval(const QStringList& keys, const QStringList& entries);
     /// Whether entries that were noted still have to be taken out.
-    bool hasRemovals();
+    bool hasRemovals() { return m_connection.single("SELECT count(*) FROM removal_note") > 0; }
     /// Takes out all that is noted, a few entries in each turn. Stops at the end of a turn when
     /// asked to. The disk may be behind, but it gets the changes in their order.
     void carryOutRemovals(WriteTurns& turns, const std::stop_token& stop);
@@ -50,16 +50,14 @@ class PreferencesDatabase {
     qint64 rowOfKind(const QString& key, const PreferenceValue& emptyValue);
     void remove(const QString& key);
     /// Entries as UTF-8, in the order of the tables.
-    static std::vector<QByteArray> inTableOrder(const QSet<QString>& entries);
+    static std::vector<QByteArray> inTableOrder(const QStringList& entries);
     void deleteEntries(const QString& key, std::span<const QByteArray> entries);
     void deleteFromList(qint64 id, std::span<const QByteArray> entries);
     void deleteFromMap(qint64 id, std::span<const QByteArray> entries, const char* sql);
-    bool isNoted(const PreferencesRemoval& removal);
     void endRemoval(const PreferencesRemoval& removal);
 
     SqliteConnection m_connection;
     PreferencesReader m_reader{m_connection};
-    std::vector<PreferencesRemoval> m_removals; ///< that were noted, some of them over by now
 };
 
 } // namespace halvane

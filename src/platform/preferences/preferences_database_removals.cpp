@@ -16,7 +16,7 @@ constexpr std::size_t entriesOfATurn = 500; // taken out within a few millisecon
 
 } // namespace
 
-std::vector<QByteArray> PreferencesDatabase::inTableOrder(const QSet<QString>& entries) {
+std::vector<QByteArray> PreferencesDatabase::inTableOrder(const QStringList& entries) {
     std::vector<QByteArray> texts;
     texts.reserve(static_cast<std::size_t>(entries.size()));
     for (const QString& entry : entries)
@@ -64,48 +64,40 @@ void PreferencesDatabase::deleteFromMap(qint64 id, std::span<const QByteArray> e
         query.runWith(id, SqliteText{entry});
 }
 
-void PreferencesDatabase::noteRemoval(const QStringList& keys, const QSet<QString>& entries) {
+void PreferencesDatabase::noteRemoval(const QStringList& keys, const QStringList& entries) {
     // The window does not wait until the note has moved from the log to the file proper: the worker
     // that carries the removal out moves it.
     sqlite3_wal_autocheckpoint(m_connection.handle(), 0);
     const auto asBefore = qScopeGuard(
         [this] { sqlite3_wal_autocheckpoint(m_connection.handle(), pagesOfACheckpoint); });
-    m_removals.push_back(halvane::noteRemoval(m_connection, keys, entries));
-}
-
-bool PreferencesDatabase::hasRemovals() {
-    std::erase_if(m_removals,
-                  [this](const PreferencesRemoval& removal) { return !isNoted(removal); });
-    return !m_removals.empty();
-}
-
-bool PreferencesDatabase::isNoted(const PreferencesRemoval& removal) {
-    return m_connection.query("SELECT 1 FROM removal WHERE id = ?1", removal.id).next();
+    halvane::noteRemoval(m_connection, keys, entries);
 }
 
 void PreferencesDatabase::endRemoval(const PreferencesRemoval& removal) {
-    m_connection.query("DELETE FROM removal WHERE id = ?1", removal.id).run();
+    m_connection.query("DELETE FROM removal_note WHERE id = ?1", removal.id).run();
 }
 
 void PreferencesDatabase::carryOutRemovals(WriteTurns& turns, const std::stop_token& stop) {
     m_connection.execute("PRAGMA synchronous = NORMAL"); // a sync for each turn would take seconds
-    const auto inTurn = [&](const PreferencesRemoval& removal, const auto& change) {
-        const auto turn = turns.takeNext();
-        SqliteTransaction transaction(m_connection);
-        if (!stop.stop_requested() && isNoted(removal)) // else a change has ended it
-            change();
-        transaction.commit();
-    };
-    for (const PreferencesRemoval& removal : m_removals) {
-        for (const auto& part : removal.parts) {
-            const auto entries = inTableOrder(part.entries); // so that few turns meet the same page
+    for (const PreferencesRemoval& removal : notedRemovals(m_connection)) {
+        const auto inTurn = [&](const auto& change) {
+            const auto turn = turns.takeNext();
+            SqliteTransaction transaction(m_connection);
+            const bool isNoted =
+                m_connection.query("SELECT 1 FROM removal_note WHERE id = ?1", removal.id).next();
+            if (isNoted && !stop.stop_requested()) // else a change has ended it
+                change();
+            transaction.commit();
+        };
+        const auto entries = removal.sortedEntries(); // so that few turns meet the same page
+        for (const QString& key : removal.keys) {
             for (std::span<const QByteArray> rest(entries); !rest.empty();) {
                 const auto some = rest.first(std::min(rest.size(), entriesOfATurn));
                 rest = rest.subspan(some.size());
-                inTurn(removal, [&] { deleteEntries(part.key, some); });
+                inTurn([&] { deleteEntries(key, some); });
             }
         }
-        inTurn(removal, [&] { endRemoval(removal); });
+        inTurn([&] { endRemoval(removal); });
     }
 }
 

@@ -2,6 +2,7 @@
 #include "platform/preferences/preferences_reader.h"
 
 #include "platform/preferences/number_list_text.h"
+#include "platform/preferences/preferences_removal.h"
 
 #include <sqlite3.h>
 
@@ -75,11 +76,6 @@ std::optional<PreferencesReader::Row> PreferencesReader::row(const QString& key)
     return Row{query.integer(0), kind, single(query, 2, kind)};
 }
 
-std::optional<PreferenceValue> PreferencesReader::value(const QString& key, SharedNames* names) {
-    auto found = row(key);
-    return found ? std::optional(read(*std::move(found), names)) : std::nullopt;
-}
-
 template<typename Visit>
 void PreferencesReader::visitRows(const char* sql, qint64 id, const Visit& visit) {
     auto query = m_connection.query(sql, id);
@@ -87,43 +83,49 @@ void PreferencesReader::visitRows(const char* sql, qint64 id, const Visit& visit
         visit(query);
 }
 
-PreferenceValue PreferencesReader::read(Row row, SharedNames* names) {
-    const auto text = [names](const SqliteQuery& query) {
-        return names ? names->take(query.utf8(0)) : query.text(0);
-    };
+std::optional<PreferenceValue> PreferencesReader::value(const QString& key) {
+    // The worker may end a removal at any time, so the notes are read before the rows.
+    const auto removals = notedRemovals(m_connection);
+    auto found = row(key);
+    if (!found)
+        return std::nullopt;
+    std::optional<PreferenceValue> result = read(*std::move(found));
+    applyRemovals(removals, key, result);
+    return result;
+}
+
+PreferenceValue PreferencesReader::read(Row row) {
     PreferenceValue value = std::move(row.value);
     if (auto* numbers = std::get_if<std::vector<double>>(&value)) {
         visitRows("SELECT value FROM number_item WHERE preference = ?1 ORDER BY position", row.id,
                   [&](const SqliteQuery& query) { numbers->push_back(query.number(0)); });
     } else if (auto* strings = std::get_if<QStringList>(&value)) {
         visitRows("SELECT value FROM string_item WHERE preference = ?1 ORDER BY position", row.id,
-                  [&](const SqliteQuery& query) { strings->append(text(query)); });
+                  [&](const SqliteQuery& query) { strings->append(query.text(0)); });
     } else if (auto* blobs = std::get_if<std::vector<QByteArray>>(&value)) {
         visitRows("SELECT value FROM data_item WHERE preference = ?1 ORDER BY position", row.id,
                   [&](const SqliteQuery& query) { blobs->push_back(query.blob(0)); });
     } else if (auto* integers = std::get_if<IntegerMap>(&value)) {
         std::vector<std::pair<QString, qint64>> entries;
-        visitRows(
-            "SELECT name, value FROM integer_entry WHERE preference = ?1 ORDER BY name", row.id,
-            [&](const SqliteQuery& query) { entries.emplace_back(text(query), query.integer(1)); });
+        visitRows("SELECT name, value FROM integer_entry WHERE preference = ?1", row.id,
+                  [&](const SqliteQuery& query) {
+                      entries.emplace_back(query.text(0), query.integer(1));
+                  });
         fill(*integers, entries);
     } else if (auto* lists = std::get_if<NumbersMap>(&value)) {
         std::vector<std::pair<QString, std::vector<double>>> entries;
         bool isReadable = true;
-        visitRows("SELECT name, value FROM numbers_entry WHERE preference = ?1 ORDER BY name",
-                  row.id, [&](const SqliteQuery& query) {
+        visitRows("SELECT name, value FROM numbers_entry WHERE preference = ?1", row.id,
+                  [&](const SqliteQuery& query) {
                       auto list = numberListFromText(query.utf8(1));
                       isReadable = isReadable && list;
                       if (isReadable)
-                          entries.emplace_back(text(query), *std::move(list));
+                          entries.emplace_back(query.text(0), *std::move(list));
                   });
-        if (isReadable)
-            fill(*lists, entries);
-        else
-            value = std::monostate();
+        if (!isReadable)
+            return std::monostate();
+        fill(*lists, entries);
     }
-    if (names)
-        names->endList();
     return value;
 }
 

@@ -2,13 +2,12 @@
 #pragma once
 
 #include "platform/preferences/preference_value.h"
-#include "platform/preferences/shared_names.h"
 #include "platform/preferences/sqlite_connection.h"
 
 namespace halvane {
 
-/// Reads values from a preferences file as its tables hold them, through a connection that outlives
-/// it. One thread at a time. Throws SqliteError.
+/// Reads values from a preferences file, through a connection that outlives it. One thread at a
+/// time. Throws SqliteError.
 class PreferencesReader {
   public:
     /// A key's row.
@@ -22,8 +21,8 @@ class PreferencesReader {
         : m_connection(connection) {}
 
     std::optional<Row> row(const QString& key);
-    /// Texts that lists and maps have in common are shared through `names`, where it is given.
-    std::optional<PreferenceValue> value(const QString& key, SharedNames* names = nullptr);
+    /// The value without the entries that are noted as gone; none for an absent key.
+    std::optional<PreferenceValue> value(const QString& key);
     /// The keys of values that may be long, in the order in which the program needs them: lists of
     /// strings come before maps.
     QStringList longValues();
@@ -37,7 +36,7 @@ class PreferencesReader {
   private:
     template<typename Visit>
     void visitRows(const char* sql, qint64 id, const Visit& visit);
-    PreferenceValue read(Row row, SharedNames* names);
+    PreferenceValue read(Row row);
 
     SqliteConnection& m_connection;
 };

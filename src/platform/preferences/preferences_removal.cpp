@@ -3,102 +3,97 @@
 
 #include "platform/preferences/sqlite_connection.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QRandomGenerator>
-
-#include <sqlite3.h>
-
 #include <algorithm>
 
 namespace halvane {
 
 namespace {
 
-// The window waits for the note. Qt's writer would take several milliseconds more for ten thousand
-// texts, so it writes only those that need an escape.
-template<typename Texts>
-QByteArray jsonText(const Texts& texts) {
-    QByteArray json = "[";
-    for (const QString& text : texts) {
-        if (json.size() > 1)
-            json += ',';
-        const QByteArray utf8 = text.toUtf8();
-        const bool isPlain = std::none_of(utf8.cbegin(), utf8.cend(), [](char c) {
-            return (c >= 0 && c < 0x20) || c == '"' || c == '\\';
-        });
-        if (isPlain)
-            json.append('"').append(utf8).append('"');
-        else
-            json +=
-                QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact).mid(1).chopped(1);
-    }
-    return json += ']';
+// A number is never given again, so that the worker takes no new note for an old one.
+constexpr const char* table = R"sql(
+CREATE TABLE IF NOT EXISTS removal_note (
+    id INTEGER PRIMARY KEY AUTOINCREMENT,
+    keys BLOB NOT NULL,
+    entries BLOB NOT NULL
+) STRICT;
+)sql";
+
+// Version 1.0 noted keys and entries as JSON. It kept an entry where `spared` named it; a NULL
+// there kept all entries under the key. Each key gets a note of its own.
+constexpr const char* takeOver = R"sql(
+INSERT INTO removal_note (keys, entries)
+    SELECT CAST(char(0) || key.value || char(0) AS BLOB),
+        CAST(char(0) || group_concat(entry.value, char(0)) || char(0) AS BLOB)
+    FROM removal, json_each(keys) AS key, json_each(entries) AS entry
+    WHERE NOT EXISTS (
+        SELECT 1 FROM spared WHERE spared.removal = removal.id AND spared.key = key.value
+            AND coalesce(spared.entry, entry.value) = entry.value)
+    GROUP BY removal.id, key.value;
+DROP TABLE spared;
+DROP TABLE removal;
+)sql";
+
+QByteArray noteOf(const QStringList& texts) {
+    QByteArray note(1, '\0');
+    for (const QString& text : texts)
+        note.append(text.toUtf8()).append('\0');
+    return note;
 }
 
-QStringList textsOf(const QByteArray& json) {
-    QStringList texts;
-    for (const QJsonValue text : QJsonDocument::fromJson(json).array())
-        texts.append(text.toString());
-    return texts;
+QStringList textsOf(const QByteArray& note) {
+    return QString::fromUtf8(note.mid(1, note.size() - 2)).split(QChar::Null);
 }
 
 } // namespace
 
 bool PreferencesRemoval::isCrossedBy(const PreferenceChange& change) const {
-    const bool isSet = std::holds_alternative<PreferenceChange::Set>(change.what);
+    if (!keys.contains(change.key))
+        return false;
     const QStringList putIn = entriesPutIn(change);
-    return std::any_of(parts.cbegin(), parts.cend(), [&](const Part& part) {
-        return part.key == change.key &&
-               (isSet || std::any_of(putIn.cbegin(), putIn.cend(), [&](const QString& entry) {
-                    return part.entries.contains(entry);
-                }));
-    });
+    return std::holds_alternative<PreferenceChange::Set>(change.what) ||
+           std::any_of(putIn.cbegin(), putIn.cend(), [this](const QString& entry) {
+               return entries.contains('\0' + entry.toUtf8() + '\0');
+           });
+}
+
+std::vector<QByteArray> PreferencesRemoval::sortedEntries() const {
+    const QByteArrayList texts = entries.mid(1, entries.size() - 2).split('\0');
+    std::vector<QByteArray> sorted(texts.cbegin(), texts.cend());
+    std::sort(sorted.begin(), sorted.end());
+    return sorted;
 }
 
 void applyRemovals(const std::vector<PreferencesRemoval>& removals, const QString& key,
                    std::optional<PreferenceValue>& value) {
-    for (const PreferencesRemoval& removal : removals)
-        for (const PreferencesRemoval::Part& part : removal.parts)
-            if (part.key == key)
-                applyChange({key, PreferenceChange::RemoveEntries{part.entries}}, value);
+    for (const PreferencesRemoval& removal : removals) {
+        if (!removal.keys.contains(key))
+            continue;
+        applyChange({key, PreferenceChange::RemoveEntries{textsOf(removal.entries)}}, value);
+    }
 }
 
-PreferencesRemoval noteRemoval(SqliteConnection& connection, const QStringList& keys,
-                               const QSet<QString>& entries) {
-    // SQLite would give the number of a deleted note to the next one. The worker must not take a
-    // new note for an old one, so the number is random.
-    PreferencesRemoval removal{static_cast<qint64>(QRandomGenerator::global()->generate64() >> 1),
-                               {}};
-    for (const QString& key : keys)
-        removal.parts.push_back({key, entries});
+void prepareNotes(SqliteConnection& connection) {
+    connection.execute(table);
+    if (connection.single("SELECT count(*) FROM sqlite_schema WHERE name = 'spared'") == 0)
+        return;
+    SqliteTransaction transaction(connection);
+    connection.execute(takeOver);
+    transaction.commit();
+}
+
+void noteRemoval(SqliteConnection& connection, const QStringList& keys,
+                 const QStringList& entries) {
     connection
-        .query("INSERT INTO removal (id, keys, entries) VALUES (?1, ?2, ?3)", removal.id,
-               SqliteText{jsonText(keys)}, SqliteText{jsonText(entries)})
+        .query("INSERT INTO removal_note (keys, entries) VALUES (?1, ?2)", noteOf(keys),
+               noteOf(entries))
         .run();
-    return removal;
 }
 
 std::vector<PreferencesRemoval> notedRemovals(SqliteConnection& connection) {
     std::vector<PreferencesRemoval> removals;
-    auto query = connection.query("SELECT id, keys, entries FROM removal");
+    auto query = connection.query("SELECT id, keys, entries FROM removal_note");
     while (query.next()) {
-        const QStringList entries = textsOf(query.blob(2));
-        QHash<QString, QSet<QString>> leaving;
-        for (const QString& key : textsOf(query.blob(1)))
-            leaving.insert(key, {entries.cbegin(), entries.cend()});
-        auto spared =
-            connection.query("SELECT key, entry FROM spared WHERE removal = ?1", query.integer(0));
-        while (spared.next()) {
-            if (spared.type(1) == SQLITE_NULL)
-                leaving.remove(spared.text(0));
-            else
-                leaving[spared.text(0)].remove(spared.text(1));
-        }
-        PreferencesRemoval removal{query.integer(0), {}};
-        for (auto part = leaving.cbegin(); part != leaving.cend(); ++part)
-            removal.parts.push_back({part.key(), *part});
-        removals.push_back(std::move(removal));
+        removals.push_back({query.integer(0), textsOf(query.blob(1)), query.blob(2)});
     }
     return removals;
 }

@@ -56,17 +56,16 @@ class Reader {
     SalvagedPreferences read();
 
   private:
-    // Visits the rows of a table in an order and, where a damaged page stops that, in the opposite
-    // one.
+    // Visits the rows in the order of their first two columns and, where a damaged page stops that,
+    // in the opposite one.
     template<typename Visit>
-    void scan(const QByteArray& what, const QByteArrayList& order, const Visit& visit);
+    void scan(const QByteArray& what, const Visit& visit);
     template<typename List, typename Item>
     void readList(const char* what, const Item& item);
     template<typename Map, typename Entry>
     void readMap(const char* what, const Entry& entry);
     void readKeys();
     void nameOrphans();
-    std::vector<PreferencesRemoval> removals();
 
     template<typename Collection>
     Collection& collection(qint64 id) {
@@ -84,10 +83,9 @@ class Reader {
 };
 
 template<typename Visit>
-void Reader::scan(const QByteArray& what, const QByteArrayList& order, const Visit& visit) {
-    for (const QByteArray& direction : {QByteArray(), QByteArray(" DESC")}) {
-        m_statements.push_back("SELECT " + what + " ORDER BY " + order.join(direction + ", ") +
-                               direction);
+void Reader::scan(const QByteArray& what, const Visit& visit) {
+    for (const char* order : {" ORDER BY 1, 2", " ORDER BY 1 DESC, 2 DESC"}) {
+        m_statements.push_back("SELECT " + what + order);
         try {
             auto query = m_connection.query(m_statements.back().constData());
             while (query.next())
@@ -100,7 +98,7 @@ void Reader::scan(const QByteArray& what, const QByteArrayList& order, const Vis
 }
 
 void Reader::readKeys() {
-    scan("id, key, kind, value FROM preference", {"id"}, [this](const SqliteQuery& query) {
+    scan("id, key, kind, value FROM preference", [this](const SqliteQuery& query) {
         const qint64 id = query.integer(0);
         m_keys[id] = query.text(1);
         m_values[id] = PreferencesReader::single(query, 3, query.text(2));
@@ -111,7 +109,7 @@ void Reader::readKeys() {
 template<typename List, typename Item>
 void Reader::readList(const char* what, const Item& item) {
     std::map<qint64, std::map<qint64, typename List::value_type>> lists;
-    scan(what, {"preference", "position"}, [&](const SqliteQuery& query) {
+    scan(what, [&](const SqliteQuery& query) {
         if (auto found = item(query))
             lists[query.integer(0)][query.integer(1)] = *std::move(found);
     });
@@ -122,7 +120,7 @@ void Reader::readList(const char* what, const Item& item) {
 
 template<typename Map, typename Entry>
 void Reader::readMap(const char* what, const Entry& entry) {
-    scan(what, {"preference", "name"}, [&](const SqliteQuery& query) {
+    scan(what, [&](const SqliteQuery& query) {
         if (auto found = entry(query); found && isWholeText(query, 1))
             collection<Map>(query.integer(0))[query.text(1)] = *std::move(found);
     });
@@ -131,17 +129,8 @@ void Reader::readMap(const char* what, const Entry& entry) {
 // Items whose key's row is lost find their key in the index over the keys, where that can be read.
 void Reader::nameOrphans() {
     if (!m_isComplete)
-        scan("id, key FROM preference INDEXED BY sqlite_autoindex_preference_1", {"key"},
-             [this](const SqliteQuery& query) { m_keys.emplace(query.integer(0), query.text(1)); });
-}
-
-// The first version had no table of removals.
-std::vector<PreferencesRemoval> Reader::removals() {
-    try {
-        return notedRemovals(m_connection);
-    } catch (const SqliteError&) {
-        return {};
-    }
+        scan("key, id FROM preference INDEXED BY sqlite_autoindex_preference_1",
+             [this](const SqliteQuery& query) { m_keys.emplace(query.integer(1), query.text(0)); });
 }
 
 SalvagedPreferences Reader::read() {
@@ -160,8 +149,13 @@ SalvagedPreferences Reader::read() {
                         [](const SqliteQuery& query) { return numberListFromText(query.utf8(2)); });
     nameOrphans();
     SalvagedPreferences result;
-    result.removals = removals();
     result.isComplete = m_isComplete;
+    try {
+        prepareNotes(m_connection);
+        result.removals = notedRemovals(m_connection);
+    } catch (const SqliteError&) {
+        // They can't be read, so that what they name comes back.
+    }
     for (const auto& [id, value] : m_values) {
         const auto key = m_keys.find(id);
         if (key != m_keys.end() && !std::holds_alternative<std::monostate>(value))
@@ -202,27 +196,27 @@ QString unusedName(const QString& path, const QString& timeStamp) {
     return name;
 }
 
-template<typename Map>
-void mergeMaps(const PreferenceValue& older, PreferenceValue& newer) {
-    if (!std::holds_alternative<Map>(newer))
-        return;
-    Map all = std::get<Map>(older);
-    all.insert(std::get<Map>(newer));
-    newer = std::move(all);
-}
-
 // Adds the entries of an older value of the same kind.
-void merge(const PreferenceValue& older, PreferenceValue& newer) {
-    if (older.index() != newer.index())
-        return;
-    mergeMaps<IntegerMap>(older, newer);
-    mergeMaps<NumbersMap>(older, newer);
-    if (std::holds_alternative<QStringList>(newer)) {
+struct Merge {
+    PreferenceValue& newer;
+
+    void operator()(const IntegerMap& older) { mergeMaps(older); }
+    void operator()(const NumbersMap& older) { mergeMaps(older); }
+    void operator()(const QStringList& older) {
         std::optional<PreferenceValue> all(std::move(newer));
-        applyChange({{}, PreferenceChange::InsertStrings{std::get<QStringList>(older)}}, all);
+        applyChange({{}, PreferenceChange::InsertStrings{older}}, all);
         newer = *std::move(all);
     }
-}
+    template<typename Other>
+    void operator()(const Other&) {}
+
+  private:
+    template<typename Map>
+    void mergeMaps(Map all) {
+        all.insert(std::get<Map>(newer));
+        newer = std::move(all);
+    }
+};
 
 void removeWithLog(const QString& path) {
     for (const auto& suffix : {QString(), logSuffix, sharedSuffix})
@@ -270,8 +264,8 @@ void fillFrom(const QHash<QString, PreferenceValue>& older, SalvagedPreferences&
         const auto found = salvaged.values.find(entry.key());
         if (found == salvaged.values.end())
             salvaged.values.insert(entry.key(), *entry);
-        else
-            merge(*entry, *found);
+        else if (found->index() == entry->index())
+            std::visit(Merge{*found}, *entry);
     }
     takeOutRemoved(salvaged);
 }

@@ -10,13 +10,9 @@ namespace halvane {
 
 namespace {
 
-constexpr int primaryCode(int code) {
-    return code & 0xff;
-}
-
 void check(int code, sqlite3* handle) {
     if (code != SQLITE_OK)
-        throw SqliteError(primaryCode(code), QString::fromUtf8(sqlite3_errmsg(handle)));
+        throw SqliteError(code, QString::fromUtf8(sqlite3_errmsg(handle)));
 }
 
 void check(int code, sqlite3_stmt* statement) {
@@ -113,7 +109,7 @@ SqliteConnection::SqliteConnection(const QString& path, int flags, int busyMilli
         const QString message =
             QString::fromUtf8(m_handle ? sqlite3_errmsg(m_handle) : sqlite3_errstr(code));
         sqlite3_close(m_handle);
-        throw SqliteError(primaryCode(code), message);
+        throw SqliteError(code, message);
     }
     setPatience(busyMilliseconds);
 }

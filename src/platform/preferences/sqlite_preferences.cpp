@@ -2,6 +2,7 @@
 #include "platform/preferences/sqlite_preferences.h"
 
 #include "platform/log.h"
+#include "platform/preferences/preferences_reader.h"
 #include "platform/preferences/preferences_salvage.h"
 
 #include <QDateTime>
@@ -23,6 +24,18 @@ constexpr int patience = 250;         // ms that a locked file may hold up the p
 constexpr qsizetype fewEntries = 200; // are removed within a few milliseconds
 constexpr std::chrono::seconds firstRetry{2};
 constexpr std::chrono::seconds lastRetry{256};
+
+// The value as the file holds it at one moment. None where the file can't be read: whoever asks for
+// the value then meets the fault, too, and deals with it.
+std::optional<PreferenceValue> readOnce(const QString& path, const QString& key) {
+    try {
+        SqliteConnection connection(path, SQLITE_OPEN_READONLY, 0);
+        connection.execute("BEGIN");
+        return PreferencesReader(connection).value(key);
+    } catch (const SqliteError&) {
+        return std::nullopt;
+    }
+}
 
 } // namespace
 
@@ -52,9 +65,12 @@ QString SqlitePreferences::defaultPath() {
 }
 
 std::optional<PreferenceValue> SqlitePreferences::value(const QString& key) {
-    auto value = m_prefetch.take(key);
-    if (!value)
-        value = storedValue(key);
+    const ReadAhead ahead = m_readAhead.take(key);
+    std::optional<PreferenceValue> value = ahead.valid() ? ahead.get() : std::nullopt;
+    const bool isRead =
+        value || attempt([&](PreferencesDatabase& file) { value = file.value(key); });
+    if (const auto found = m_unwritten.constFind(key); !isRead && found != m_unwritten.cend())
+        value = *found;
     for (const auto& change : m_pending)
         if (change.key == key)
             applyChange(change, value);
@@ -62,11 +78,12 @@ std::optional<PreferenceValue> SqlitePreferences::value(const QString& key) {
 }
 
 Later<PreferenceValue> SqlitePreferences::valueLater(const QString& key) {
-    return m_prefetch.takeLater(key);
+    const ReadAhead ahead = m_readAhead.take(key);
+    return ahead.valid() ? [ahead] { return ahead.get(); } : Later<PreferenceValue>();
 }
 
 void SqlitePreferences::change(PreferenceChange change) {
-    m_prefetch.forget(change.key);
+    m_readAhead.remove(change.key);
     if (isStored() && write({&change, 1}))
         return;
     remember(std::move(change));
@@ -74,11 +91,11 @@ void SqlitePreferences::change(PreferenceChange change) {
         retryAfter(firstRetry);
 }
 
-void SqlitePreferences::removeEntries(const QStringList& keys, const QSet<QString>& entries) {
+void SqlitePreferences::removeEntries(const QStringList& keys, const QStringList& entries) {
     if (entries.size() <= fewEntries || !isStored())
         return Preferences::removeEntries(keys, entries);
     for (const QString& key : keys)
-        m_prefetch.forget(key);
+        m_readAhead.remove(key);
     if (attempt([&](PreferencesDatabase& database) { database.noteRemoval(keys, entries); }))
         carryOutRemovals();
     else
@@ -104,7 +121,18 @@ void SqlitePreferences::open(int busyMilliseconds) {
 
 void SqlitePreferences::readAhead() {
     try {
-        m_prefetch.begin(m_worker, m_path, m_database->longValues());
+        std::vector<ReadAhead> values;
+        for (const QString& key : m_database->longValues()) {
+            values.push_back(std::async(std::launch::deferred, readOnce, m_path, key));
+            m_readAhead.insert(key, values.back());
+        }
+        m_worker.start([values = std::move(values)](const SerialWorker::Job& job) mutable {
+            for (ReadAhead& value : values) {
+                if (!job.isCancelled())
+                    value.wait();
+                value = {}; // so that it is not copied when its owner changes it
+            }
+        });
         if (m_database->hasRemovals())
             carryOutRemovals();
     } catch (const SqliteError&) {
@@ -141,7 +169,7 @@ void SqlitePreferences::checkNotEmptied() const {
 // Called for damage in the open file, and in a file that can't be opened for it.
 void SqlitePreferences::replaceDamaged(const SqliteError& damage) {
     stopWorker();
-    m_prefetch.forgetAll();
+    m_readAhead.clear();
     m_database.reset();
     SalvagedPreferences salvaged = salvagePreferences(m_path);
     const QStringList copies = PreferencesBackup::copies(m_path);
@@ -157,18 +185,6 @@ void SqlitePreferences::replaceDamaged(const SqliteError& damage) {
     qCWarning(libraryLog, "preferences were damaged (%s): set aside as %s, %lld keys kept",
               damage.what(), qUtf8Printable(QFileInfo(aside).fileName()),
               static_cast<long long>(salvaged.values.size()));
-}
-
-std::optional<PreferenceValue> SqlitePreferences::storedValue(const QString& key) {
-    for (int attempt = 0; m_database && attempt < 2; ++attempt) {
-        try {
-            return m_database->value(key);
-        } catch (const SqliteError& error) {
-            handle(error);
-        }
-    }
-    const auto found = m_unwritten.constFind(key);
-    return found == m_unwritten.cend() ? std::nullopt : std::optional(*found);
 }
 
 bool SqlitePreferences::write(std::span<const PreferenceChange> changes) {

@@ -4,7 +4,8 @@
 #include "platform/preferences/preferences.h"
 #include "platform/preferences/preferences_backup.h"
 #include "platform/preferences/preferences_database.h"
-#include "platform/preferences/preferences_prefetch.h"
+
+#include <future>
 
 namespace halvane {
 
@@ -12,7 +13,8 @@ namespace halvane {
 /// that is stored already costs no write.
 ///
 /// One worker does what takes long, one job after the other: it reads the long values ahead at the
-/// start, carries out large removals, those of an earlier run too, and copies the file.
+/// start, carries out large removals, those of an earlier run too, and copies the file. A thread
+/// that needs a value before the worker has come to it reads the value itself.
 ///
 /// A damaged file, or one of a newer version, gets another name. A file takes its place with what
 /// can be read of it and what the newest backup has beyond that. Where the file can't be opened or
@@ -36,7 +38,7 @@ class SqlitePreferences final : public Preferences {
     void waitForWorker() { m_worker.finish(); }
 
     /// Many entries are noted as gone, in one change; the worker then takes them out of the file.
-    void removeEntries(const QStringList& keys, const QSet<QString>& entries) override;
+    void removeEntries(const QStringList& keys, const QStringList& entries) override;
 
   protected:
     std::optional<PreferenceValue> value(const QString& key) override;
@@ -44,13 +46,15 @@ class SqlitePreferences final : public Preferences {
     void change(PreferenceChange change) override;
 
   private:
+    /// A long value. Whoever waits for it first reads it. None if that fails.
+    using ReadAhead = std::shared_future<std::optional<PreferenceValue>>;
+
     void open(int busyMilliseconds);
     void readAhead();
     void carryOutRemovals();
     void stopWorker();
     void checkNotEmptied() const;
     void replaceDamaged(const SqliteError& damage);
-    std::optional<PreferenceValue> storedValue(const QString& key);
     bool write(std::span<const PreferenceChange> changes);
     template<typename Change>
     bool attempt(const Change& change);
@@ -69,7 +73,7 @@ class SqlitePreferences final : public Preferences {
     std::vector<PreferenceChange> m_pending;     ///< not yet on the disk, in order
     std::unique_ptr<Timer> m_retry;              ///< runs while something waits
     PreferencesBackup m_backup;
-    PreferencesPrefetch m_prefetch;
+    QHash<QString, ReadAhead> m_readAhead; ///< not handed out yet, and as stored
 };
 
 } // namespace halvane

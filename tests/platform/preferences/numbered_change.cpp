@@ -47,10 +47,10 @@ QStringList edited(QStringList list, Dice& dice) {
 }
 
 // So many that a worker takes them out of the file.
-QSet<QString> manyWith(const QString& name) {
-    QSet<QString> entries{name};
+QStringList manyWith(const QString& name) {
+    QStringList entries{name};
     for (int i = 0; i < 300; ++i)
-        entries.insert(u"/music/nowhere/%1.flac"_s.arg(i));
+        entries.append(u"/music/nowhere/%1.flac"_s.arg(i));
     return entries;
 }
 

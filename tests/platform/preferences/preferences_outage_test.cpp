@@ -110,9 +110,8 @@ TEST_F(PreferencesOutageTest, WhatIsPutInAgainDuringARemovalThatIsHeldUpStays) {
         preferences.insertInteger(u"ratings"_s, u"/c"_s, 3);
     }
     // As a program that was killed in the middle of a removal leaves it.
-    QProcess::execute(u"sqlite3"_s, {path, u"INSERT INTO removal (keys, entries) VALUES "
-                                           "('[\"counts\",\"paths\",\"ratings\"]', "
-                                           "'[\"/a\",\"/b\"]')"_s});
+    PreferencesDatabase(path, 0).noteRemoval({u"counts"_s, u"paths"_s, u"ratings"_s},
+                                             {u"/a"_s, u"/b"_s});
     const auto expectPutIn = [](Preferences& preferences) {
         EXPECT_EQ(*preferences.integerMap(u"counts"_s), (IntegerMap{{u"/a"_s, 9}}));
         EXPECT_EQ(*preferences.strings(u"paths"_s), (QStringList{u"/c"_s, u"/a"_s}));

@@ -103,7 +103,7 @@ TEST_F(PreferencesTest, AChangeThatChangesNothingIsNotWritten) {
     EXPECT_EQ(QFileInfo(path + u"-wal"_s).size(), logged);
 }
 
-// Earlier versions noted beside a removal what had come back meanwhile.
+// Version 1.0 noted removals as JSON, and beside them what had come back meanwhile.
 TEST_F(PreferencesTest, ARemovalThatAnEarlierVersionLeftIsFinished) {
     {
         SqlitePreferences preferences(path, clock);
@@ -112,8 +112,11 @@ TEST_F(PreferencesTest, ARemovalThatAnEarlierVersionLeftIsFinished) {
             for (const auto& entry : {u"/a"_s, u"/b"_s, u"/d"_s})
                 preferences.insertInteger(key, entry, 1);
     }
-    QProcess::execute(u"sqlite3"_s, {path, uR"sql(INSERT INTO removal VALUES
-        (7, '["counts","paths","ratings"]', '["/a","/b","/\u0022ü\u0022\u005c"]');
+    QProcess::execute(u"sqlite3"_s, {path, uR"sql(
+        CREATE TABLE removal (id INTEGER PRIMARY KEY, keys TEXT NOT NULL, entries TEXT NOT NULL);
+        CREATE TABLE spared (removal INTEGER NOT NULL, key TEXT NOT NULL, entry TEXT);
+        INSERT INTO removal VALUES
+            (7, '["counts","paths","ratings"]', '["/a","/b","/\u0022ü\u0022\u005c"]');
         INSERT INTO spared VALUES (7, 'counts', '/a'), (7, 'ratings', NULL))sql"_s});
     SqlitePreferences preferences(path, clock);
     EXPECT_EQ(*preferences.strings(u"paths"_s), QStringList{u"/d"_s});
@@ -122,7 +125,8 @@ TEST_F(PreferencesTest, ARemovalThatAnEarlierVersionLeftIsFinished) {
     EXPECT_EQ(*preferences.integerMap(u"counts"_s), (IntegerMap{{u"/a"_s, 1}, {u"/d"_s, 1}}));
     EXPECT_EQ(preferences.integerMap(u"ratings"_s)->size(), 3);
     EXPECT_EQ(
-        SqliteConnection(path, SQLITE_OPEN_READONLY, 0).single("SELECT count(*) FROM removal"), 0);
+        SqliteConnection(path, SQLITE_OPEN_READONLY, 0).single("SELECT count(*) FROM removal_note"),
+        0);
 }
 
 TEST_F(PreferencesTest, ValuesEditedByHandIntoAnotherKindAreNotTaken) {
