@@ -242,6 +242,13 @@ void LibraryViewModel::connectFiles() {
         m_persistence->persistMetadataCache();
         libraryGrew();
     });
+    // The engine knows how long the current file really is. Its record may be replaced by one that
+    // was read while it plays.
+    const auto correctLength = [this] {
+        m_healing->correctLength(m_queue->currentPath(), m_transport->durationSeconds());
+    };
+    connect(m_transport.get(), &Transport::loadedFileChanged, this, correctLength);
+    connect(m_queue.get(), &PlayQueue::currentRecordChanged, this, correctLength);
     connect(m_restoration.get(), &Restoration::finished, this,
             [this] { m_catalog->whenCurrent(this, [this] { libraryGrew(); }); });
     connect(m_tidying.get(), &Tidying::removed, m_userData.get(), &TrackUserData::forget);

@@ -15,6 +15,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 using namespace halvane;
 using namespace halvane::test;
 using namespace Qt::StringLiterals;
@@ -162,6 +164,78 @@ TEST_F(PlayingTest, PausesSeeksAndGoesOnToAnotherRate) {
     playUntil([&] { return library.engine()->elapsedSeconds() > 0.1; });
     environment.mediaControls.handlers.previousTrack();
     EXPECT_EQ(title(), u"2"_s);
+}
+
+// The first frames of these files say nothing of how long the rest is, and there is no header.
+TEST_F(PlayingTest, PlayingCorrectsALengthThatCouldOnlyBeGuessed) {
+    constexpr double seconds = 6;
+    Pcm sound = sine(441, 0.0001, rate);
+    const Pcm loud = test::music(5 * rate, rate);
+    sound.samples.insert(sound.samples.end(), loud.samples.begin(), loud.samples.end());
+    const QString mp3 = encoded(sound, u"mp3"_s, u"lame --quiet -t -V4 \"$IN\" \"$OUT\""_s);
+    const QString first = music.filePath(u"4.mp3"_s);
+    const QString second = music.filePath(u"5.mp3"_s);
+    QFile::copy(mp3, first);
+    QFile::copy(mp3, second);
+    const auto recorded = [&](const QString& path) {
+        return library.store()->track(path)->durationSeconds.value_or(0);
+    };
+    library.importing()->importDroppedURLs(
+        {QUrl::fromLocalFile(first), QUrl::fromLocalFile(second)});
+    ASSERT_TRUE(waitFor([&] { return library.store()->size() == 5; }));
+    const TrackPtr guessed = library.store()->track(second);
+    ASSERT_GT(std::abs(*guessed->durationSeconds - seconds), 0.5) << "not this file's length";
+    library.userData()->toggleLoved(second);
+    untilOpened();
+    EXPECT_NEAR(recorded(first), seconds, 0.1);
+    EXPECT_NEAR(*environment.mediaControls.info->durationSeconds, seconds, 0.1);
+    EXPECT_EQ(library.player()->durationDisplay(), u"0:06"_s);
+    EXPECT_EQ(library.store()->track(second), guessed) << "not played yet";
+
+    ASSERT_EQ(environment.mediaControls.handlers.changePlaybackPosition(seconds - 0.5),
+              CommandResult::success);
+    EXPECT_NEAR(library.engine()->elapsedSeconds(), seconds - 0.5, 0.01);
+    const int opens = environment.output.opens;
+    playUntil([&] { return title() == u"5"_s; });
+    EXPECT_EQ(environment.output.opens, opens) << "without a gap";
+    EXPECT_NEAR(recorded(second), seconds, 0.1);
+    EXPECT_NEAR(*environment.mediaControls.info->durationSeconds, seconds, 0.1);
+    Track expected = *guessed;
+    expected.duration = u"0:06"_s;
+    expected.durationSeconds = recorded(second);
+    EXPECT_EQ(*library.store()->track(second), expected) << "all else stays";
+    EXPECT_EQ(library.queue()->record(*library.queue()->currentRow()), expected);
+    EXPECT_EQ(library.catalog()->published()->rows->back()->duration, u"0:06"_s);
+
+    ASSERT_TRUE(waitFor([&] {
+        const MetadataIndex index = library.cache()->loadIndex();
+        const CachedTrackMetadata* record = index.find(second);
+        return record && record->duration == u"0:06"_s;
+    }));
+    library.transport()->stopPlayer(true);
+    LibraryViewModel again{environment};
+    again.start();
+    ASSERT_TRUE(waitFor([&] { return again.store()->track(second) != nullptr; }));
+    EXPECT_NEAR(again.store()->track(second)->durationSeconds.value_or(0), seconds, 0.1);
+    EXPECT_TRUE(again.userData()->isLoved(second));
+}
+
+TEST_F(PlayingTest, ALengthThatIsNearlyRightIsLeftAlone) {
+    Track almost = *library.store()->track(path("1"));
+    almost.durationSeconds = 1.08;
+    library.store()->replace({makeRow(almost)});
+    const TrackPtr known = library.store()->track(path("1"));
+    library.collections()->playAlbum(u"local|moss|fern"_s);
+    untilOpened();
+    EXPECT_EQ(library.store()->track(path("1")), known);
+    // A record that is read while the file plays may bring the guess back.
+    almost.durationSeconds = 200;
+    const TrackRows read{makeRow(almost)};
+    library.store()->replace(read);
+    PlayQueue::Places places;
+    library.queue()->replace(read, places);
+    EXPECT_EQ(library.store()->track(path("1"))->durationSeconds, 1.0);
+    EXPECT_EQ(library.player()->durationDisplay(), u"0:01"_s);
 }
 
 TEST_F(PlayingTest, WhatIsPlayedIsSelectedAndShown) {

@@ -12,6 +12,8 @@
 
 #include <QFileInfo>
 
+#include <cmath>
+
 namespace halvane {
 
 MetadataHealing::MetadataHealing(LibraryStore& store, CatalogPublisher& catalog, PlayQueue& queue,
@@ -65,8 +67,26 @@ void MetadataHealing::applyHealedMetadata(const std::vector<LoadedItem>& items) 
             continue;
         healed.push_back(rowReadAgain(*known, loaded));
     }
-    if (healed.empty())
+    if (!healed.empty())
+        replace(healed);
+}
+
+void MetadataHealing::correctLength(const QString& path, double seconds) {
+    assertOwnThread(*this);
+    // Some records count in what an encoder adds in front and behind, which is a little less than
+    // this. Nobody sees so little, and each correction saves the whole index.
+    constexpr double tolerance = 0.1;
+    const TrackPtr known = m_store.track(path);
+    if (!known || !(seconds > 0) ||
+        std::abs(known->durationSeconds.value_or(0) - seconds) <= tolerance)
         return;
+    Track corrected = *known;
+    corrected.durationSeconds = seconds;
+    corrected.duration = TrackMetadataLoader::formatDuration(seconds);
+    replace({makeRow(std::move(corrected))});
+}
+
+void MetadataHealing::replace(const TrackRows& healed) {
     m_store.replace(healed);
     PlayQueue::Places queued;
     m_queue.replace(healed, queued);

@@ -14,9 +14,10 @@ class CatalogPublisher;
 class LanguageSetting;
 class PlayQueue;
 
-/// Reads files again whose length could not be read, because they may have been half copied or half
-/// downloaded. Each is tried at most once while the program runs. A file that is missing or in the
-/// cloud does not count as tried. Main thread.
+/// Puts right what reading a file left incomplete. A file whose length could not be read is read
+/// again, because it may have been half copied or half downloaded. Each is tried at most once while
+/// the program runs, and one that is missing or in the cloud does not count as tried. A length that
+/// playing finds to be another is corrected. Main thread.
 class MetadataHealing : public QObject {
     Q_OBJECT
 
@@ -30,6 +31,10 @@ class MetadataHealing : public QObject {
     /// Puts what was read into the tracks with the same paths. They keep their ids and the user's
     /// data.
     void applyHealedMetadata(const std::vector<LoadedItem>& items);
+    /// A file that plays is that long. Only a decoder knows how long some are: of a VBR MP3 without
+    /// a header, reading guesses the length from the first frames. A shorter or longer record takes
+    /// this length and keeps all else.
+    void correctLength(const QString& path, double seconds);
 
     [[nodiscard]] const QSet<QString>& metadataHealAttempts() const { return m_attempts; }
 
@@ -42,6 +47,8 @@ class MetadataHealing : public QObject {
         QSet<QString> attempted;
         std::vector<LoadedItem> items;
     };
+
+    void replace(const TrackRows& healed);
 
     LibraryStore& m_store;
     CatalogPublisher& m_catalog;
