@@ -2,7 +2,7 @@
 // Importing a library of real files, beside a bare TagLib loop over the same files, and restoring
 // libraries of three sizes. HALVANE_BENCH_LIBRARY names the folder that bench/corpus made.
 #include "../support/event_loop.h"
-#include "../support/real_outside.h"
+#include "../support/real_environment.h"
 #include "../support/remembered_library.h"
 #include "library/library_concerns.h"
 #include "library/library_view_model.h"
@@ -98,8 +98,8 @@ void importLibrary(benchmark::State& state) {
     app->longest = 0;
     for (auto _ : state) {
         state.PauseTiming();
-        auto outside = std::make_unique<bench::RealOutside>();
-        auto library = std::make_unique<LibraryViewModel>(*outside);
+        auto environment = std::make_unique<bench::RealEnvironment>();
+        auto library = std::make_unique<LibraryViewModel>(*environment);
         bool isDropped = false;
         state.ResumeTiming();
         inAnEvent([&] {
@@ -113,7 +113,7 @@ void importLibrary(benchmark::State& state) {
         tracks = library->store()->size();
         state.PauseTiming();
         library.reset();
-        outside.reset();
+        environment.reset();
         state.ResumeTiming();
     }
     state.SetItemsProcessed(state.iterations() * static_cast<int64_t>(tracks));
@@ -122,13 +122,13 @@ void importLibrary(benchmark::State& state) {
 
 /// A library of that many files, whose records are saved.
 struct Remembered {
-    bench::RealOutside outside;
+    bench::RealEnvironment environment;
     QTemporaryDir folder;
     QStringList paths;
 
     explicit Remembered(int size)
-        : paths(bench::rememberLibrary(size, folder.path(), outside.dataFolder(),
-                                       outside.preferences())) {}
+        : paths(bench::rememberLibrary(size, folder.path(), environment.dataFolder(),
+                                       environment.preferences())) {}
 };
 
 /// Restores a library and waits until all that follows has ended, too.
@@ -156,8 +156,8 @@ void restoreLibrary(benchmark::State& state) {
         const double before = residentMegabytes();
         state.ResumeTiming();
         const double start = milliseconds(CLOCK_MONOTONIC);
-        remembered.outside.reopenPreferences();
-        auto library = std::make_unique<LibraryViewModel>(remembered.outside);
+        remembered.environment.reopenPreferences();
+        auto library = std::make_unique<LibraryViewModel>(remembered.environment);
         inAnEvent([&] { library->restoration()->restoreImportedAudio(); });
         until([&] { return library->catalog()->published()->rows->size() == size; });
         state.PauseTiming();
@@ -175,7 +175,7 @@ void restoreLibrary(benchmark::State& state) {
 void lookAtTheDisk(benchmark::State& state) {
     const auto size = static_cast<int>(state.range(0));
     Remembered remembered(size);
-    LibraryViewModel library(remembered.outside);
+    LibraryViewModel library(remembered.environment);
     int looks = 0;
     QObject::connect(library.availability(), &Availability::refreshed, [&] { ++looks; });
     library.restoration()->restoreImportedAudio(); // ends with a look
@@ -205,9 +205,9 @@ void removeATenth(benchmark::State& state) {
             PreferenceChange{SettingsKey::playCounts, PreferenceChange::Set{numbers}},
             PreferenceChange{SettingsKey::lovedPaths, PreferenceChange::Set{remembered.paths}},
         };
-        PreferencesDatabase(remembered.outside.preferencesFile(), 1000).apply(changes);
-        remembered.outside.reopenPreferences();
-        auto owned = std::make_unique<LibraryViewModel>(remembered.outside);
+        PreferencesDatabase(remembered.environment.preferencesFile(), 1000).apply(changes);
+        remembered.environment.reopenPreferences();
+        auto owned = std::make_unique<LibraryViewModel>(remembered.environment);
         LibraryViewModel& library = *owned;
         library.userData()->restore();
         bool isCalm = false;
@@ -233,7 +233,8 @@ void removeATenth(benchmark::State& state) {
         state.counters["published_ms"] = milliseconds(CLOCK_MONOTONIC) - start;
         state.counters["longest_ms"] = app->longest;
         state.ResumeTiming();
-        remembered.outside.preferences().waitForWorker(); // nothing is left to be done behind it
+        // Nothing is left to be done behind it.
+        remembered.environment.preferences().waitForWorker();
         state.PauseTiming();
         owned.reset(); // the end of the program is not part of it
         state.ResumeTiming();
@@ -243,7 +244,7 @@ void removeATenth(benchmark::State& state) {
 void findDuplicates(benchmark::State& state) {
     const auto size = static_cast<int>(state.range(0));
     Remembered remembered(size);
-    LibraryViewModel library(remembered.outside);
+    LibraryViewModel library(remembered.environment);
     restoreWhole(library);
     app->longest = 0;
     for (auto _ : state) {
@@ -259,7 +260,7 @@ void findDuplicates(benchmark::State& state) {
 void saveIndex(benchmark::State& state) {
     const auto size = static_cast<int>(state.range(0));
     Remembered remembered(size);
-    LibraryViewModel library(remembered.outside);
+    LibraryViewModel library(remembered.environment);
     restoreWhole(library);
     int saves = 0;
     QObject::connect(library.persistence(), &CachePersistence::saved, [&] { ++saves; });

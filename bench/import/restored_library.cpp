@@ -3,7 +3,7 @@
 // it has when all its albums are published, and ends. restored_library HOME FOLDER: makes it first,
 // of the files in a folder.
 #include "../support/event_loop.h"
-#include "../support/real_outside.h"
+#include "../support/real_environment.h"
 #include "library/library_concerns.h"
 #include "library/library_view_model.h"
 #include "library/user/settings_keys.h"
@@ -30,15 +30,15 @@ int main(int argc, char** argv) {
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.size() < 2 || !QDir().mkpath(arguments[1]))
         return 2;
-    bench::RealOutside outside(arguments[1]);
-    LibraryViewModel library(outside);
+    bench::RealEnvironment environment(arguments[1]);
+    LibraryViewModel library(environment);
     if (arguments.size() > 2) {
         import(library, arguments[2]);
         std::printf("%zu\n", library.store()->size());
         return 0;
     }
     const auto paths =
-        outside.preferences().strings(SettingsKey::importedAudioPaths).value_or(QStringList());
+        environment.preferences().strings(SettingsKey::importedAudioPaths).value_or(QStringList());
     const auto size = static_cast<std::size_t>(paths.size());
     library.restoration()->restoreImportedAudio();
     until([&] { return library.catalog()->published()->rows->size() == size; });

@@ -57,10 +57,10 @@ void leaveAtOnceOnExit() {
 Program::Program(const Arguments& arguments, const QUrl& viewsRoot,
                  const PrepareViews& prepareViews)
     : m_arguments(arguments)
-    , m_outside(m_bus.connectionName(), m_engine, viewsRoot)
-    , m_library(m_outside.environment(m_firstPicture.get_future().share()))
+    , m_environment(m_bus.connectionName(), m_engine, viewsRoot)
+    , m_library(m_environment.forLibrary(m_firstPicture.get_future().share()))
     , m_views(prepareViews(m_engine, m_library))
-    , m_app(m_library, m_outside.clock, m_engine, viewsRoot, stateFolder())
+    , m_app(m_library, m_environment.clock, m_engine, viewsRoot, stateFolder())
     , m_tray(m_app, m_bus.connectionName())
     , m_globalMenu(m_bus.connectionName(), [this] { return exportedMenus(m_app.commands()); })
     , m_instance(m_bus.connectionName()) {
@@ -80,7 +80,7 @@ Program::~Program() {
 
 int Program::run() {
     if (m_arguments.task == Arguments::Task::screenshots) {
-        Screenshots screenshots(m_app, m_outside.clock, m_arguments.screenshotsFolder);
+        Screenshots screenshots(m_app, m_environment.clock, m_arguments.screenshotsFolder);
         connect(&screenshots, &Screenshots::finished, this, [](bool complete) {
             QGuiApplication::exit(complete ? EXIT_SUCCESS : EXIT_FAILURE);
         });
@@ -125,7 +125,7 @@ void Program::connectInstance() {
 }
 
 void Program::connectMediaControls() {
-    m_outside.mediaControls.setWindowHandlers({
+    m_environment.mediaControls.setWindowHandlers({
         .setFullScreen =
             [this](bool fullScreen) {
                 if (fullScreen != m_library.views()->showFullPlayer())
@@ -135,7 +135,7 @@ void Program::connectMediaControls() {
         .quit = [this] { m_app.quit(); },
     });
     connect(m_library.views(), &ViewState::showFullPlayerChanged, this, [this] {
-        m_outside.mediaControls.publishFullScreen(m_library.views()->showFullPlayer());
+        m_environment.mediaControls.publishFullScreen(m_library.views()->showFullPlayer());
     });
 }
 
@@ -188,7 +188,7 @@ void Program::keepReachable() {
     m_trayGone.reset();
     if (m_tray.isShown())
         return;
-    m_trayGone = m_outside.clock.after(trayPatience, [this] {
+    m_trayGone = m_environment.clock.after(trayPatience, [this] {
         if (!m_app.windows().isAnyOpen())
             m_app.openWindow(u"main"_s);
     });

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "app/arguments.h"
-#include "app/desktop_outside.h"
 #include "app/halvane_app.h"
+#include "app/machine_environment.h"
 #include "app/signal_watch.h"
 #include "app/tray.h"
 #include "library/library_view_model.h"
@@ -55,7 +55,7 @@ class Program : public QObject {
     std::promise<void> m_firstPicture;
     SessionBus m_bus;
     QQmlEngine m_engine;
-    DesktopOutside m_outside;
+    MachineEnvironment m_environment;
     LibraryViewModel m_library;
     std::shared_ptr<void> m_views;
     HalvaneApp m_app;

@@ -110,7 +110,7 @@ class Reader {
         if (!(m_isEvicted && m_isEvicted(url.path())) && !isCondemned(url.path()))
             reading = readNoted(index, isAlone);
         return {itemFrom(url, reading, m_covers.cover(folderOf(url.path())), m_fallbacks), false,
-                reading.isGone};
+                reading.isMissing};
     }
     [[nodiscard]] bool isSuspect(std::size_t index) const {
         return m_journal &&

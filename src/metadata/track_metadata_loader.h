@@ -27,7 +27,7 @@ class ReadingJournal;
 struct LoadedItem {
     QueueItem item;
     bool isFromCache = false; ///< the file was not opened
-    bool isGone = false;      ///< there is no file, and the item is what its name says
+    bool isMissing = false;   ///< there is no file, and the item is what its name says
 };
 
 namespace TrackMetadataLoader {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/app_delegate.h"
 #include "app/commands/commands.h"
-#include "gallery/fake_outside.h"
+#include "gallery/gallery_environment.h"
 #include "library/library_concerns.h"
 #include "library/library_view_model.h"
 #include "support/child_process.h"
@@ -47,8 +47,8 @@ class Keys : public testing::Test {
     // With nothing to play, an attempt to play says so in the status line.
     [[nodiscard]] bool hasTriedToPlay() const { return !library.status()->text().isEmpty(); }
 
-    FakeOutside outside;
-    LibraryViewModel library{outside.environment()};
+    GalleryEnvironment environment;
+    LibraryViewModel library{environment};
     QStringList asked;
     Commands commands{library};
     QQmlEngine engine;

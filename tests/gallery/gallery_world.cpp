@@ -23,8 +23,8 @@ constexpr int evictedTrack = 3;
 
 GalleryWorld::GalleryWorld(int albums) {
     m_plan.albums = albums;
-    m_plan.folder = m_outside.folder.filePath(u"music"_s);
-    m_library = std::make_unique<LibraryViewModel>(m_outside.environment());
+    m_plan.folder = m_environment.folder.filePath(u"music"_s);
+    m_library = std::make_unique<LibraryViewModel>(m_environment);
     m_library->start();
     m_library->store()->append(makeLibrary(m_plan));
     m_library->catalog()->rebuildImportedAlbums();
@@ -34,8 +34,8 @@ GalleryWorld::GalleryWorld(int albums) {
                              m_warnings.append(warning.toString());
                      });
     m_views = std::make_unique<views::ViewModule>(m_engine, *m_library);
-    m_app = std::make_unique<HalvaneApp>(*m_library, m_outside.clock, m_engine,
-                                         views::ViewModule::root(), m_outside.folder.path());
+    m_app = std::make_unique<HalvaneApp>(*m_library, m_environment.clock, m_engine,
+                                         views::ViewModule::root(), m_environment.folder.path());
 }
 
 GalleryWorld::~GalleryWorld() {
@@ -114,7 +114,7 @@ void GalleryWorld::furnish() {
             library.collections()->playAlbum(index.data(albumRole).toString());
     }
     QFile::remove(pathOf(missingTrack));
-    m_outside.cloud->setEvicted({pathOf(evictedTrack)});
+    m_environment.cloud->setEvicted({pathOf(evictedTrack)});
 }
 
 } // namespace halvane::test

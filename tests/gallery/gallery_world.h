@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/halvane_app.h"
-#include "gallery/fake_outside.h"
+#include "gallery/gallery_environment.h"
 #include "gallery/made_library.h"
 #include "library/library_concerns.h"
 #include "library/library_view_model.h"
@@ -15,7 +15,7 @@
 
 namespace halvane::test {
 
-/// The real controller, application and windows on a made-up library and a fake outside. One a
+/// The real controller, application and windows on a made-up library and a fake environment. One a
 /// process at a time.
 class GalleryWorld {
   public:
@@ -28,7 +28,7 @@ class GalleryWorld {
 
     LibraryViewModel& library() { return *m_library; }
     HalvaneApp& app() { return *m_app; }
-    FakeOutside& outside() { return m_outside; }
+    GalleryEnvironment& environment() { return m_environment; }
     QQmlEngine& engine() { return m_engine; }
     [[nodiscard]] const LibraryPlan& plan() const { return m_plan; }
     [[nodiscard]] QString pathOf(int firstAlbumTrack) const {
@@ -43,7 +43,7 @@ class GalleryWorld {
     [[nodiscard]] const QStringList& warnings() const { return m_warnings; }
 
   private:
-    FakeOutside m_outside;
+    GalleryEnvironment m_environment;
     LibraryPlan m_plan;
     std::unique_ptr<LibraryViewModel> m_library;
     QQmlEngine m_engine;

@@ -102,7 +102,7 @@ TEST_P(PictureTest, LooksAsApproved) {
     const Look& look = GetParam();
     QGuiApplication::styleHints()->setCursorFlashTime(0);
     GalleryWorld world(look.albums);
-    world.outside().output.freeze();
+    world.environment().output.freeze();
     if (look.albums > 0)
         world.furnish();
     LibraryViewModel& library = world.library();

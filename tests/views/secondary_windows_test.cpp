@@ -19,7 +19,7 @@ class SecondaryWindowTest : public testing::Test {
         ASSERT_NE(window, nullptr);
         ui = std::make_unique<WindowDriver>(*window);
     }
-    bool isGone(const QString& name) {
+    bool goesAway(const QString& name) {
         return world.waitFor([&] { return !ui->shows(name); });
     }
 
@@ -53,7 +53,7 @@ TEST_F(TidyUpTest, DownloadsAtOnceAndAsksBeforeItRemoves) {
     ASSERT_TRUE(ui->waitsFor(u"Missing files, 1"_s));
     ASSERT_TRUE(ui->waitsFor(u"In iCloud, not downloaded, 1"_s));
     ASSERT_TRUE(ui->click(u"Download All"_s, QAccessible::Button));
-    EXPECT_TRUE(world.waitFor([&] { return !world.outside().cloud->downloading.isEmpty(); }));
+    EXPECT_TRUE(world.waitFor([&] { return !world.environment().cloud->downloading.isEmpty(); }));
 
     const QString question = u"Remove 1 missing track from the library? The entry is removed; no "
                              "files are deleted."_s;
@@ -64,7 +64,7 @@ TEST_F(TidyUpTest, DownloadsAtOnceAndAsksBeforeItRemoves) {
         EXPECT_EQ(library.trackCount(), before);
         if (answer == u"Cancel"_s) {
             ASSERT_TRUE(ui->click(answer, QAccessible::Button));
-            ASSERT_TRUE(isGone(question));
+            ASSERT_TRUE(goesAway(question));
             EXPECT_EQ(missing(), 1);
         } else {
             ui->key(Qt::Key_Tab); // from "Cancel", which the keyboard is on
@@ -81,11 +81,11 @@ TEST_F(TidyUpTest, RemovesOneMissingTrackByItsOwnButtonWithoutAsking) {
     ASSERT_TRUE(ui->waitsFor(u"Missing files, 1"_s));
     ASSERT_TRUE(ui->click(u"Remove from Library"_s, QAccessible::Button));
     EXPECT_TRUE(world.waitFor([&] { return missing() == 0; }));
-    EXPECT_TRUE(isGone(u"Missing files"_s));
+    EXPECT_TRUE(goesAway(u"Missing files"_s));
 }
 
 TEST_F(TidyUpTest, RemovesDuplicatesByTheGroup) {
-    LibraryPlan copies{.albums = 1, .folder = world.outside().folder.filePath(u"copies"_s)};
+    LibraryPlan copies{.albums = 1, .folder = world.environment().folder.filePath(u"copies"_s)};
     library.store()->append(makeLibrary(copies));
     library.catalog()->rebuildImportedAlbums();
     openTidyUp();
@@ -94,7 +94,7 @@ TEST_F(TidyUpTest, RemovesDuplicatesByTheGroup) {
     ASSERT_GT(groups, 1);
     ASSERT_TRUE(ui->waitsFor(u"Cancel"_s));
     ui->key(Qt::Key_Escape);
-    ASSERT_TRUE(isGone(u"Cancel"_s));
+    ASSERT_TRUE(goesAway(u"Cancel"_s));
     EXPECT_TRUE(library.views()->showMaintenance()) << "Esc answers the question only";
     const int before = library.trackCount();
     ASSERT_TRUE(ui->click(u"Remove Duplicates"_s, QAccessible::Button));
@@ -157,7 +157,7 @@ TEST_F(SettingsTest, ACustomColourIsMixedInItsWell) {
     ASSERT_TRUE(ui->click(u"Custom"_s, QAccessible::MenuItem));
     EXPECT_EQ(library.appearance()->spectrumTintMode(), SpectrumTintMode::custom);
     const QColor before = library.appearance()->shownCustomSpectrumColor();
-    ASSERT_TRUE(isGone(u"Sunset"_s));
+    ASSERT_TRUE(goesAway(u"Sunset"_s));
     ASSERT_TRUE(ui->tabTo(u"Spectrum Color: Custom"_s));
     ui->key(Qt::Key_Return);
     ASSERT_TRUE(ui->waitsFor(u"Spectrum Color: Custom H"_s));
@@ -166,7 +166,7 @@ TEST_F(SettingsTest, ACustomColourIsMixedInItsWell) {
     EXPECT_EQ(library.appearance()->shownSpectrumTint(),
               library.appearance()->shownCustomSpectrumColor());
     ui->key(Qt::Key_Escape);
-    EXPECT_TRUE(isGone(u"Spectrum Color: Custom H"_s));
+    EXPECT_TRUE(goesAway(u"Spectrum Color: Custom H"_s));
     EXPECT_TRUE(ui->window().isVisible());
 }
 

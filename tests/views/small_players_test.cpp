@@ -131,7 +131,7 @@ TEST_F(SmallPlayersTest, TheMiniPlayerTakesDroppedFiles) {
     GalleryWorld& gallery = world;
     QQuickWindow* mini = gallery.open(u"mini"_s);
     const int before = library.trackCount();
-    const QString file = gallery.outside().folder.filePath(u"new.flac"_s);
+    const QString file = gallery.environment().folder.filePath(u"new.flac"_s);
     ASSERT_TRUE(QFile::copy(gallery.pathOf(0), file));
     QMimeData files;
     files.setUrls({QUrl::fromLocalFile(file)});

@@ -128,7 +128,7 @@ void MetadataCache::streamItems(const std::vector<FileUrl>& urls,
         return known(*record, directory, url, facts);
     };
     TrackMetadataLoader::streamItems(urls, fallbacks, with, [&take](std::vector<LoadedItem> next) {
-        std::erase_if(next, [](const LoadedItem& item) { return item.isGone; });
+        std::erase_if(next, [](const LoadedItem& item) { return item.isMissing; });
         take(std::move(next));
     });
 }

@@ -20,8 +20,8 @@ BoundedFile::BoundedFile(const QString& path, const ReadingLimits& limits)
     , m_workDeadline(processorTime() + limits.time) {
     struct stat facts;
     // Opening a device can have effects, so the kind is looked at first.
-    m_gone = ::stat(m_name.constData(), &facts) != 0;
-    if (m_gone || !S_ISREG(facts.st_mode))
+    m_missing = ::stat(m_name.constData(), &facts) != 0;
+    if (m_missing || !S_ISREG(facts.st_mode))
         return;
     m_descriptor = ::open(m_name.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     if (m_descriptor < 0)

@@ -32,7 +32,7 @@ class BoundedFile {
 
     [[nodiscard]] bool isOpen() const { return m_descriptor >= 0; }
     /// Whether nothing was found at the path.
-    [[nodiscard]] bool isGone() const { return m_gone; }
+    [[nodiscard]] bool isMissing() const { return m_missing; }
     [[nodiscard]] qint64 size() const { return m_size; }
     /// Seconds since 2001-01-01 UTC.
     [[nodiscard]] double modificationDate() const { return m_modificationDate; }
@@ -78,7 +78,7 @@ class BoundedFile {
     double m_modificationDate = 0;
     qint64 m_bytesRead = 0;
     int m_reads = 0;
-    bool m_gone = false;
+    bool m_missing = false;
     bool m_exhausted = false;
     bool m_late = false;
     std::chrono::steady_clock::time_point m_deadline;

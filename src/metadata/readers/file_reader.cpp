@@ -58,7 +58,7 @@ FileMetadata readMetadata(BoundedFile& file, const ContainerFacts& facts) {
 AudioFileReading readAudioFile(const QString& path, const ReadingLimits& limits) {
     AudioFileReading reading;
     BoundedFile file(path, limits);
-    reading.isGone = file.isGone();
+    reading.isMissing = file.isMissing();
     if (!file.isOpen())
         return reading;
     reading.fileSize = file.size();

@@ -11,7 +11,7 @@ struct AudioFileReading {
     qint64 fileSize = -1;        ///< bytes; -1 when the file can't be opened
     double modificationDate = 0; ///< seconds since 2001-01-01 UTC
     bool isLate = false;         ///< the file took too much work and was given up
-    bool isGone = false;         ///< there is no such file
+    bool isMissing = false;      ///< there is no such file
 };
 
 /// Reads the tags and stream facts of one audio file with the reader that its bytes call for. Never

@@ -15,13 +15,14 @@
 
 namespace halvane {
 
-/// The real outside: this machine's sound server, files, and desktop services. Main thread.
-class DesktopOutside {
+/// This machine's environment: sound server, files, and desktop services. Main thread.
+class MachineEnvironment {
   public:
     /// `bus` names the connection to the session bus. The engine must outlive this object.
-    DesktopOutside(const QString& bus, QQmlEngine& engine, const QUrl& viewsRoot);
+    MachineEnvironment(const QString& bus, QQmlEngine& engine, const QUrl& viewsRoot);
 
-    Environment environment(std::shared_future<void> firstPicture);
+    /// What the library works with. The picture is the first that shows.
+    Environment forLibrary(std::shared_future<void> firstPicture);
 
     SystemClock clock;
     MprisControls mediaControls;

@@ -7,17 +7,17 @@
 
 namespace halvane::bench {
 
-/// The outside of a library whose preferences, records and pictures are kept in a folder, as the
-/// program keeps them, and that really looks at the cloud. What it does not need is a fake.
-struct RealOutside {
+/// The environment of a library whose preferences, records and pictures are kept in a folder, as
+/// the program keeps them, and that really looks at the cloud. What it does not need is a fake.
+struct RealEnvironment {
     test::FakeEnvironment fakes;
     QString home;
     std::unique_ptr<SqlitePreferences> stored = openPreferences();
     std::shared_ptr<DesktopCloudFiles> cloudFiles = std::make_shared<DesktopCloudFiles>(home);
 
-    RealOutside()
+    RealEnvironment()
         : home(fakes.folder.path()) {}
-    explicit RealOutside(const QString& folder)
+    explicit RealEnvironment(const QString& folder)
         : home(folder) {}
 
     QString preferencesFile() const { return home + QStringLiteral("/preferences.sqlite"); }

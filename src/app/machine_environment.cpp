@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "app/desktop_outside.h"
+#include "app/machine_environment.h"
 
 #include "app/folders.h"
 #include "app/windows/window_registry.h"
@@ -23,7 +23,8 @@ QString windowInFront() {
 
 } // namespace
 
-DesktopOutside::DesktopOutside(const QString& bus, QQmlEngine& engine, const QUrl& viewsRoot)
+MachineEnvironment::MachineEnvironment(const QString& bus, QQmlEngine& engine,
+                                       const QUrl& viewsRoot)
     : mediaControls(bus)
     , m_preferences(SqlitePreferences::defaultPath(), clock)
     , m_sound(clock)
@@ -34,7 +35,7 @@ DesktopOutside::DesktopOutside(const QString& bus, QQmlEngine& engine, const QUr
     , m_sleepInhibitor(bus) {
 }
 
-Environment DesktopOutside::environment(std::shared_future<void> firstPicture) {
+Environment MachineEnvironment::forLibrary(std::shared_future<void> firstPicture) {
     return {.clock = clock,
             .preferences = m_preferences,
             .output = m_sound.output(),

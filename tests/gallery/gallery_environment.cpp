@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "gallery/fake_outside.h"
+#include "gallery/gallery_environment.h"
 
 namespace halvane::test {
 

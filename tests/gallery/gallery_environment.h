@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// An outside world without a sound server, a bus or a home folder, for the windows on a made-up
+// An environment without a sound server, a bus or a home folder, for the windows on a made-up
 // library.
 #pragma once
 
@@ -102,7 +102,7 @@ class NoInhibitor final : public SleepInhibitor {
     void setInhibited(bool) override {}
 };
 
-struct FakeOutside {
+struct GalleryEnvironment {
     QTemporaryDir folder;
     SystemClock clock;
     MemoryPreferences preferences;
@@ -115,7 +115,7 @@ struct FakeOutside {
     OneLanguage languages;
     NoInhibitor inhibitor;
 
-    Environment environment() {
+    operator Environment() {
         return {clock,
                 preferences,
                 output,
