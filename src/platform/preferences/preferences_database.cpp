@@ -232,7 +232,10 @@ struct PreferencesDatabase::Apply {
 
 void PreferencesDatabase::apply(std::span<const PreferenceChange> changes) {
     SqliteTransaction transaction(m_connection);
-    for (const PreferencesRemoval& removal : notedRemovals(m_connection)) {
+    const auto removals =
+        m_mayHaveNotes ? notedRemovals(m_connection) : std::vector<PreferencesRemoval>();
+    m_mayHaveNotes = !removals.empty();
+    for (const PreferencesRemoval& removal : removals) {
         if (std::none_of(changes.begin(), changes.end(), [&](const PreferenceChange& change) {
                 return removal.isCrossedBy(change);
             }))

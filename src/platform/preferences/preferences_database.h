@@ -58,6 +58,7 @@ class PreferencesDatabase {
 
     SqliteConnection m_connection;
     PreferencesReader m_reader{m_connection};
+    bool m_mayHaveNotes = true; ///< else nobody has to look: only this connection adds notes
 };
 
 } // namespace halvane

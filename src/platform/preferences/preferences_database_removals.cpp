@@ -70,6 +70,7 @@ void PreferencesDatabase::noteRemoval(const QStringList& keys, const QStringList
     sqlite3_wal_autocheckpoint(m_connection.handle(), 0);
     const auto asBefore = qScopeGuard(
         [this] { sqlite3_wal_autocheckpoint(m_connection.handle(), pagesOfACheckpoint); });
+    m_mayHaveNotes = true;
     halvane::noteRemoval(m_connection, keys, entries);
 }
 
