@@ -80,9 +80,42 @@ Result<> OfflineOutput::start() {
     return {};
 }
 
+/// What has been rendered and not been heard; how many frames.
+std::size_t OfflineOutput::takeBack() {
+    if (!takesBack || !m_running)
+        return 0;
+    if (enterRender)
+        enterRender();
+    const auto frames = m_source->rewind(std::size_t(m_rendered - m_heard));
+    if (leaveRender)
+        leaveRender();
+    m_rendered -= std::int64_t(frames);
+    m_recording.resize(m_recording.size() - frames * std::size_t(m_format.channels));
+    return frames;
+}
+
+void OfflineOutput::revise() {
+    if (const auto frames = takeBack(); frames > 0)
+        pull(frames);
+}
+
+void OfflineOutput::pause() {
+    const auto size = m_recording.size();
+    if (const auto frames = takeBack(); frames > 0) {
+        const std::int64_t heard = m_rendered;
+        m_recording.resize(size);
+        m_source->rest(m_recording.data() + size - frames * std::size_t(m_format.channels), frames);
+        m_rendered += std::int64_t(frames);
+        const auto end = std::int64_t(RenderSource::changeSeconds * m_format.sampleRate);
+        m_heard = std::min(heard + end, m_rendered.load());
+    }
+    m_running = false;
+}
+
 void OfflineOutput::flush() {
     ++flushes;
-    m_heard = m_rendered.load();
+    if (!takesBack) // otherwise only silence is queued
+        m_heard = m_rendered.load();
 }
 
 Result<> OfflineOutput::setDevice(std::optional<std::uint32_t> id) {

@@ -41,6 +41,7 @@ class OfflineOutput final : public SoundOutput {
     std::optional<QString> deviceFailure;           ///< what setDevice() fails with
     std::optional<std::uint32_t> failOpensOfDevice; ///< a device that can be chosen and not opened
     int deviceRate = 48'000;                        ///< the device's own rate, Hz
+    bool takesBack = false;                         ///< has what is not heard rendered again
     std::size_t blockFrames = 512;                  ///< the most that one call of render asks for
 
     /// The server goes away: the stream is lost, and nothing opens until comeBack.
@@ -64,9 +65,10 @@ class OfflineOutput final : public SoundOutput {
     void close() override;
     [[nodiscard]] bool isOpen() const override { return m_source != nullptr; }
     Result<> start() override;
-    void pause() override { m_running = false; }
+    void pause() override;
     [[nodiscard]] bool isRunning() const override { return m_running; }
     void flush() override;
+    void revise() override;
     [[nodiscard]] std::int64_t framesRendered() const override { return m_rendered; }
     [[nodiscard]] std::int64_t framesHeard() const override { return m_heard; }
     [[nodiscard]] int deviceSampleRate() const override { return deviceRate; }
@@ -74,6 +76,7 @@ class OfflineOutput final : public SoundOutput {
 
   private:
     void render(std::size_t frames, bool wait);
+    std::size_t takeBack();
 
     StreamFormat m_format;
     RenderSource* m_source = nullptr;

@@ -105,6 +105,12 @@ std::uint32_t PrivateSoundServer::loadNullSink(const QString& name, int sampleRa
     return module;
 }
 
+void PrivateSoundServer::loadRevisingSink(const QString& name, int sampleRate) {
+    load({u"module-null-sink"_s, u"sink_name="_s + name, u"rate=%1"_s.arg(sampleRate),
+          u"format=float32le"_s});
+    EXPECT_TRUE(waitFor([&] { return sinkIndex(name).has_value(); }));
+}
+
 void PrivateSoundServer::unload(std::uint32_t module) {
     control({u"unload-module"_s, QString::number(module)});
 }

@@ -53,6 +53,8 @@ class PrivateSoundServer {
     /// to play, so that its monitor tells the truth; returns the number to unload it by.
     std::uint32_t loadNullSink(const QString& name, int sampleRate, const QString& description,
                                int channels = 2);
+    /// Adds one that takes back what it has not played yet, as sound cards do.
+    void loadRevisingSink(const QString& name, int sampleRate);
     /// Adds a device that can only record.
     virtual std::uint32_t loadInputOnly(const QString& name, const QString& description) = 0;
     void unload(std::uint32_t module);

@@ -37,7 +37,7 @@ class SpectrumTap::Impl {
     void beginStream(const StreamFormat& format);
     void discard() {
         if (m_buffer)
-            m_buffer->discardBefore(m_output.framesRendered());
+            m_buffer->discardBefore(m_output.framesHeard());
     }
     void setActive(bool active) {
         changeState([&] { m_active = active; });

@@ -30,11 +30,12 @@ class TapBuffer {
 
     [[nodiscard]] std::size_t capacity() const { return m_mask + 1; }
 
-    /// Writer: takes the first channel of a block that begins at the stream's frame `position`.
+    /// Writer: takes the first channel of a block that begins at the stream's frame `position`,
+    /// which may lie before the end of the last block: that part has been rendered again.
     void push(const float* interleaved, std::size_t frames, std::size_t channels,
               std::int64_t position) noexcept {
         const std::int64_t end = position + std::int64_t(frames);
-        if (position != m_written.load(std::memory_order_relaxed))
+        if (position > m_written.load(std::memory_order_relaxed))
             m_gapEnd.store(position, std::memory_order_relaxed); // what came before is not its past
         m_writing.store(end, std::memory_order_relaxed);
         for (std::size_t i = 0; i < frames; ++i)

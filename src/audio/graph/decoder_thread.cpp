@@ -28,6 +28,8 @@ struct DecoderThread::Loop {
     void rest(Lock& lock);
     void finishSegment();
     [[nodiscard]] std::size_t filledFrames() const;
+    [[nodiscard]] bool isFilled(std::size_t frames) const;
+    void tellIfFilled();
     [[nodiscard]] bool hasWork() const { return pipe && !segments.empty() && filling; }
 
     const CutShort onCutShort;
@@ -45,6 +47,8 @@ struct DecoderThread::Loop {
     bool filling = true;
     bool reading = false; ///< the thread is in a file, without the lock
     bool quit = false;
+    std::size_t awaited = 0; ///< frames, by onFilled
+    std::function<void()> onFilled;
 
     std::vector<float> block; ///< the thread's own
 };
@@ -90,6 +94,8 @@ bool DecoderThread::Loop::begin(std::shared_ptr<StreamPipe> on, std::uint32_t ne
         running = false;
         segments.swap(dropped);
         segmentBegun = false;
+        onFilled = nullptr;
+        pipe->setComplete(true);
     }
     wake.notify_one();
     return true;
@@ -99,6 +105,7 @@ void DecoderThread::append(DecodeSegment segment) {
     {
         const std::lock_guard lock(m_loop->mutex);
         m_loop->segments.push_back(std::move(segment));
+        m_loop->pipe->setComplete(false);
     }
     m_loop->wake.notify_one();
 }
@@ -111,6 +118,7 @@ bool DecoderThread::remove(std::uint64_t id) {
     if (it == segments.end() || (it == segments.begin() && m_loop->segmentBegun))
         return false;
     segments.erase(it);
+    m_loop->pipe->setComplete(segments.empty());
     return true;
 }
 
@@ -124,18 +132,31 @@ void DecoderThread::setRunning(bool running) {
     m_loop->wake.notify_one();
 }
 
-void DecoderThread::awaitFrames(std::size_t frames, std::chrono::milliseconds atMost) {
+bool DecoderThread::awaitFrames(std::size_t frames, std::chrono::milliseconds atMost) {
     if (!m_loop)
-        return;
+        return true;
     Loop& loop = *m_loop;
     Loop::Lock lock(loop.mutex);
     loop.filling = true;
     loop.wake.notify_one();
-    loop.filled.wait_for(lock, atMost, [&] {
-        const auto target =
-            std::min(frames, loop.pipe->samples.capacity() / loop.pipe->channels() / 2);
-        return loop.epochBegun && (loop.segments.empty() || loop.filledFrames() >= target);
-    });
+    return loop.filled.wait_for(lock, atMost, [&] { return loop.isFilled(frames); });
+}
+
+void DecoderThread::whenFilled(std::size_t frames, std::function<void()> call) {
+    const std::lock_guard lock(m_loop->mutex);
+    m_loop->awaited = frames;
+    m_loop->onFilled = std::move(call);
+    m_loop->tellIfFilled();
+}
+
+bool DecoderThread::Loop::isFilled(std::size_t frames) const {
+    const auto target = std::min(frames, pipe->samples.capacity() / pipe->channels() / 2);
+    return epochBegun && (segments.empty() || filledFrames() >= target);
+}
+
+void DecoderThread::Loop::tellIfFilled() {
+    if (onFilled && isFilled(awaited))
+        std::exchange(onFilled, nullptr)();
 }
 
 std::size_t DecoderThread::Loop::filledFrames() const {
@@ -193,6 +214,7 @@ void DecoderThread::Loop::decodeSome(Lock& lock) {
     if (got == 0 || delivered >= segment.frames)
         finishSegment();
     filled.notify_all();
+    tellIfFilled();
 }
 
 void DecoderThread::Loop::finishSegment() {
@@ -200,6 +222,7 @@ void DecoderThread::Loop::finishSegment() {
         onCutShort(segments.front().id, delivered);
     segments.pop_front();
     segmentBegun = false;
+    pipe->setComplete(segments.empty());
 }
 
 /// Sleeps until there is something to do: until called, or until the ring is half empty.

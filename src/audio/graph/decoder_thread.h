@@ -48,9 +48,12 @@ class DecoderThread {
     /// Whether somebody is taking samples out of the ring.
     void setRunning(bool running);
 
-    /// Waits until so many frames (or half the ring) can be taken out, or no more are to come;
-    /// gives up when the time is over.
-    void awaitFrames(std::size_t frames, std::chrono::milliseconds atMost);
+    /// Waits until so many frames (or half the ring) can be taken out, or no more are to come.
+    /// False when the time is over before.
+    [[nodiscard]] bool awaitFrames(std::size_t frames, std::chrono::milliseconds atMost);
+    /// Calls on the decoder thread when as many are there, once, unless another epoch begins. Must
+    /// own what it uses.
+    void whenFilled(std::size_t frames, std::function<void()> call);
 
   private:
     struct Loop;

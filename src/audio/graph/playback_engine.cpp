@@ -25,6 +25,10 @@ AudioPlaybackEngine::AudioPlaybackEngine(SoundOutput& output, Clock& clock,
     connect(&output, &SoundOutput::deviceSampleRateChanged, this,
             &AudioPlaybackEngine::outputSampleRateChanged);
     connect(&output, &SoundOutput::pauseRequested, this, &AudioPlaybackEngine::pauseRequested);
+    connect(&m_node, &PlayerNode::startFailed, this, [this](const QString& reason) {
+        m_playing = false;
+        Q_EMIT playbackInterrupted(reason);
+    });
 }
 
 void AudioPlaybackEngine::open(const QString& path) {
@@ -301,6 +305,7 @@ Result<> AudioPlaybackEngine::scheduleSegment(double fromSeconds, bool andPlay) 
 void AudioPlaybackEngine::setEQ(bool enabled, const std::vector<double>& gains, double preamp) {
     assertOwnThread(*this);
     m_settings.setEQ(enabled, gains, preamp);
+    m_node.revise();
 }
 
 void AudioPlaybackEngine::setTrackGain(double dB) {
@@ -312,6 +317,7 @@ void AudioPlaybackEngine::setTrackGain(double dB) {
 void AudioPlaybackEngine::setVolume(double volume) {
     assertOwnThread(*this);
     m_settings.setVolume(volume);
+    m_node.revise();
 }
 
 SpectrumModel& AudioPlaybackEngine::spectrum() {

@@ -94,6 +94,12 @@ void PlayerNode::setGain(float gain) {
         return;
     m_segments.front().gain = gain;
     publishGains();
+    revise();
+}
+
+void PlayerNode::revise() {
+    if (m_playing)
+        m_output.revise();
 }
 
 void PlayerNode::publishGains() {
@@ -120,7 +126,17 @@ Result<> PlayerNode::play() {
             return opened;
         m_streamOpen = true;
     }
-    m_decoder.awaitFrames(std::size_t(m_pipe->format().sampleRate) / 4, firstSound);
+    const auto enough = StreamPipe::firstFrames(m_pipe->format().sampleRate);
+    if (m_decoder.awaitFrames(enough, firstSound))
+        return startSound();
+    m_playing = true;
+    m_decoder.whenFilled(enough, [this, epoch = m_epoch, news = m_news.address()] {
+        news.post([this, epoch] { startLate(epoch); });
+    });
+    return {};
+}
+
+Result<> PlayerNode::startSound() {
     if (auto started = m_output.start(); !started)
         return started;
     m_playing = true;
@@ -129,6 +145,16 @@ Result<> PlayerNode::play() {
         m_tap->setActive(true);
     arm();
     return {};
+}
+
+void PlayerNode::startLate(std::uint32_t epoch) {
+    if (!m_playing || epoch != m_epoch || !hasStream() || m_output.isRunning())
+        return;
+    const auto started = startSound();
+    if (started)
+        return;
+    m_playing = false;
+    Q_EMIT startFailed(started.failure().text);
 }
 
 void PlayerNode::pause() {

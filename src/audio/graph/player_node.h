@@ -50,12 +50,15 @@ class PlayerNode : public QObject {
                   float gain, std::function<void()> heard);
     /// Changes the gain (linear) of the segment that is being heard, if there is one.
     void setGain(float gain);
+    /// Has what the graph was told since heard at once, instead of behind what the server holds.
+    void revise();
     /// Takes back what was scheduled last, its completion with it; false when it was begun already.
     bool unscheduleLast();
     [[nodiscard]] bool hasScheduled() const { return !m_segments.empty(); }
 
     /// Starts the sound, on a new stream if there is none; that must be right after stop. On
-    /// failure stays stopped.
+    /// failure stays stopped. Where the disk is slow the sound starts when enough of it is there,
+    /// and a failure is then told by startFailed.
     Result<> play();
     /// Stops the sound at once and keeps the place.
     void pause();
@@ -65,6 +68,9 @@ class PlayerNode : public QObject {
     [[nodiscard]] std::int64_t framesHeard() const;
     /// Frames scheduled since the last stop in front of the last segment.
     [[nodiscard]] std::int64_t framesBeforeLast() const;
+
+  Q_SIGNALS:
+    void startFailed(const QString& reason);
 
   private:
     struct Segment {
@@ -76,6 +82,8 @@ class PlayerNode : public QObject {
     };
 
     void publishGains();
+    Result<> startSound();
+    void startLate(std::uint32_t epoch);
     void segmentCutShort(std::uint64_t id, std::int64_t frames);
     void arm();
     void checkHeard();

@@ -5,8 +5,18 @@
 #include "audio/graph/decoder_thread.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace halvane {
+
+namespace {
+
+/// A filter of the lowest band rings for about 15 ms: after this nothing tells that it was begun
+/// in the middle.
+constexpr int runUpMilliseconds = 300;
+constexpr std::size_t runUpBlock = 1024; // frames
+
+} // namespace
 
 RenderGraph::RenderGraph(DecoderThread& decoder, SpectrumTap* tap)
     : m_decoder(decoder)
@@ -18,9 +28,11 @@ void RenderGraph::beginStream(std::shared_ptr<StreamPipe> pipe) {
     m_fadeFrames = std::size_t(m_pipe->format().sampleRate) / 200; // 5 ms
     m_epoch = 0;
     m_streamFrame = 0;
+    m_since = 0;
     m_sounding = false;
-    m_segment = 0;
-    m_hasNextStart = false;
+    m_starts = {};
+    m_past.begin(m_pipe->format());
+    m_runUp.resize(runUpBlock * m_pipe->channels());
 }
 
 void RenderGraph::render(float* interleaved, std::size_t frames) noexcept {
@@ -37,9 +49,62 @@ void RenderGraph::render(float* interleaved, std::size_t frames) noexcept {
         m_volumeStage.setGain(m_volume.load(std::memory_order_relaxed));
         m_volumeStage.process(interleaved, frames);
     }
+    finish(interleaved, frames);
+}
+
+void RenderGraph::finish(float* interleaved, std::size_t frames) noexcept {
+    m_past.pass(interleaved, frames);
     if (m_tap)
         m_tap->push(interleaved, frames, m_streamFrame);
     m_streamFrame += std::int64_t(frames);
+}
+
+/// Where sound and silence begin has been told already, so neither is left.
+std::size_t RenderGraph::rewind(std::size_t frames) noexcept {
+    frames = std::min({frames, std::size_t(m_streamFrame - m_since), m_past.keptFrames()});
+    if (m_sounding && frames > 0)
+        frames = goBack(frames);
+    if (frames > 0)
+        m_past.goBack(frames);
+    m_streamFrame -= std::int64_t(frames);
+    return frames;
+}
+
+/// To the ring's samples before, with every stage as it is now.
+std::size_t RenderGraph::goBack(std::size_t frames) noexcept {
+    const auto& format = m_pipe->format();
+    const std::size_t channels = m_pipe->channels();
+    const auto runUp = std::min(StreamPipe::framesOf(format.sampleRate, runUpMilliseconds),
+                                std::size_t(m_mediaFrame) - frames);
+    const auto back = m_pipe->samples.goBack((frames + runUp) * channels) / channels;
+    if (back == 0)
+        return 0;
+    frames = std::min(frames, back);
+    if (const auto* curve = m_curves.take())
+        m_curve = *curve;
+    m_equalizer.reset(format.sampleRate, format.channels, m_curve);
+    for (std::size_t left = back - frames; left > 0;) {
+        const auto block = std::min(left, runUpBlock);
+        m_pipe->samples.read(m_runUp.data(), block * channels);
+        m_equalizer.process(m_runUp.data(), block);
+        left -= block;
+    }
+    m_mediaFrame -= std::int64_t(frames);
+    const auto intoRun = std::size_t(m_streamFrame - m_since) - frames;
+    m_fadeLeft = m_runFade - std::min(m_runFade, intoRun);
+    if (const auto* gains = m_segmentGains.take())
+        m_gains = *gains;
+    m_starts.goBackTo(m_pipe->samples.consumed());
+    m_segmentStage.jumpTo(gainOf(m_starts.current()));
+    m_volumeStage.jumpTo(m_volume.load(std::memory_order_relaxed));
+    return frames;
+}
+
+void RenderGraph::rest(float* interleaved, std::size_t frames) noexcept {
+    if (m_sounding)
+        endRun(0);
+    std::fill_n(interleaved, frames * m_pipe->channels(), 0.0f);
+    finish(interleaved, frames);
 }
 
 /// Takes what there is from the ring, and says in the pipe where the sound begins and stops to run.
@@ -52,23 +117,40 @@ std::size_t RenderGraph::pull(float* interleaved, std::size_t frames) noexcept {
     }
     if (!m_sounding) {
         // A run begins only when there is room to say both that it does and that it ends.
-        if (m_pipe->samples.readAvailable() == 0 || m_pipe->anchors.writeAvailable() < 2)
+        if (!isEnoughThere() || m_pipe->anchors.writeAvailable() < 2)
             return 0;
-        m_sounding = true;
-        anchor(0, true);
-        if (m_mediaFrame > 0 || m_pipe->fadesIn())
-            m_fadeLeft = m_fadeFrames;
+        beginRun();
     }
     const std::size_t channels = m_pipe->channels();
     const auto got = m_pipe->samples.read(interleaved, frames * channels) / channels;
     if (m_fadeLeft > 0)
         fadeIn(interleaved, got);
     m_mediaFrame += std::int64_t(got);
-    if (got < frames) {
-        m_sounding = false;
-        anchor(got, false);
-    }
+    if (got < frames)
+        endRun(got);
     return got;
+}
+
+void RenderGraph::beginRun() noexcept {
+    m_sounding = true;
+    m_since = m_streamFrame;
+    anchor(0, true);
+    m_runFade = m_mediaFrame > 0 || m_pipe->fadesIn() ? m_fadeFrames : 0;
+    m_fadeLeft = m_runFade;
+}
+
+void RenderGraph::endRun(std::size_t offset) noexcept {
+    m_sounding = false;
+    m_since = m_streamFrame + std::int64_t(offset);
+    anchor(offset, false);
+}
+
+/// A run that began with the first few frames would have its first hole right behind them.
+bool RenderGraph::isEnoughThere() const noexcept {
+    const bool isComplete = m_pipe->isComplete(); // first, as it says that all samples are there
+    const auto frames = m_pipe->samples.readAvailable() / m_pipe->channels();
+    return frames > 0 &&
+           (isComplete || frames >= StreamPipe::firstFrames(m_pipe->format().sampleRate));
 }
 
 /// Nothing of what went before is carried over: no rest of it in the filters, no ramp.
@@ -76,8 +158,8 @@ void RenderGraph::beginEpoch(std::uint32_t epoch) noexcept {
     m_epoch = epoch;
     m_pipe->samples.skipTo(m_pipe->beginning());
     m_mediaFrame = 0;
-    m_sounding = false;
-    m_fadeLeft = 0;
+    if (std::exchange(m_sounding, false))
+        m_since = m_streamFrame; // the epoch before is not gone back to
     if (const auto* curve = m_curves.take())
         m_curve = *curve;
     const auto& format = m_pipe->format();
@@ -93,25 +175,21 @@ void RenderGraph::applySegmentGains(float* interleaved, std::size_t frames,
                                     std::size_t sounding) noexcept {
     if (const auto* gains = m_segmentGains.take()) {
         m_gains = *gains;
-        m_segmentStage.setGain(gainOf(m_segment));
+        m_segmentStage.setGain(gainOf(m_starts.current()));
     }
+    for (SegmentStart start; m_pipe->starts.read(&start, 1) == 1;)
+        m_starts.add(start);
     const std::size_t channels = m_pipe->channels();
     const std::uint64_t blockEnd = m_pipe->samples.consumed();
     const std::uint64_t blockBegin = blockEnd - sounding * channels;
     std::size_t done = 0;
-    for (;;) {
-        if (!m_hasNextStart)
-            m_hasNextStart = m_pipe->starts.read(&m_nextStart, 1) == 1;
-        if (!m_hasNextStart || m_nextStart.sample >= blockEnd)
-            break;
+    while (const auto* next = m_starts.passNextBefore(blockEnd)) {
         // What has been dropped may have begun before the block.
-        const auto from = std::max(m_nextStart.sample, blockBegin) - blockBegin;
+        const auto from = std::max(next->sample, blockBegin) - blockBegin;
         const auto joint = static_cast<std::size_t>(from) / channels;
         m_segmentStage.process(interleaved + done * channels, joint - done);
         done = joint;
-        m_segment = m_nextStart.segment;
-        m_segmentStage.jumpTo(gainOf(m_segment));
-        m_hasNextStart = false;
+        m_segmentStage.jumpTo(gainOf(next->segment));
     }
     m_segmentStage.process(interleaved + done * channels, frames - done);
 }
@@ -141,7 +219,8 @@ void RenderGraph::fadeIn(float* interleaved, std::size_t frames) noexcept {
 }
 
 void RenderGraph::awaitFrames(std::size_t frames) {
-    m_decoder.awaitFrames(frames, std::chrono::minutes(1));
+    const auto first = StreamPipe::firstFrames(m_pipe->format().sampleRate);
+    (void)m_decoder.awaitFrames(std::max(frames, first), std::chrono::minutes(1));
 }
 
 } // namespace halvane

@@ -4,12 +4,15 @@
 #include "audio/graph/equalizer.h"
 #include "audio/graph/gain_stage.h"
 #include "audio/graph/latest_value.h"
+#include "audio/graph/output_history.h"
+#include "audio/graph/segment_starts.h"
 #include "audio/graph/stream_pipe.h"
 
 #include <array>
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 namespace halvane {
 
@@ -44,15 +47,22 @@ class RenderGraph final : public RenderSource {
     void setVolume(float volume) { m_volume.store(volume, std::memory_order_relaxed); }
 
     void render(float* interleaved, std::size_t frames) noexcept override;
+    std::size_t rewind(std::size_t frames) noexcept override;
+    void rest(float* interleaved, std::size_t frames) noexcept override;
     void awaitFrames(std::size_t frames) override;
 
   private:
     std::size_t pull(float* interleaved, std::size_t frames) noexcept;
+    [[nodiscard]] bool isEnoughThere() const noexcept;
+    void beginRun() noexcept;
+    void endRun(std::size_t offset) noexcept;
     void beginEpoch(std::uint32_t epoch) noexcept;
     void anchor(std::size_t offset, bool running) noexcept;
     void fadeIn(float* interleaved, std::size_t frames) noexcept;
     void applySegmentGains(float* interleaved, std::size_t frames, std::size_t sounding) noexcept;
     [[nodiscard]] float gainOf(std::uint64_t segment) const noexcept;
+    std::size_t goBack(std::size_t frames) noexcept;
+    void finish(float* interleaved, std::size_t frames) noexcept;
 
     DecoderThread& m_decoder;
     SpectrumTap* const m_tap;
@@ -69,15 +79,17 @@ class RenderGraph final : public RenderSource {
     GainStage m_segmentStage;
     GainStage m_volumeStage;
     SegmentGains m_gains;
-    std::uint64_t m_segment = 0; ///< the id of the one that sounds
-    SegmentStart m_nextStart;    ///< the next one's, where m_hasNextStart
-    bool m_hasNextStart = false;
+    SegmentStarts m_starts;
     std::uint32_t m_epoch = 0;
     std::int64_t m_streamFrame = 0;
     std::int64_t m_mediaFrame = 0;
+    std::int64_t m_since = 0; ///< the stream's frame where sound or silence has begun
     std::size_t m_fadeFrames = 0;
+    std::size_t m_runFade = 0; ///< frames over which the present run fades in
     std::size_t m_fadeLeft = 0;
     bool m_sounding = false;
+    OutputHistory m_past;
+    std::vector<float> m_runUp; ///< for the filters
 };
 
 } // namespace halvane

@@ -43,17 +43,29 @@ class StreamPipe {
   public:
     /// How far the decoder runs ahead of the audio thread.
     static constexpr int secondsAhead = 2;
+    /// How much must be there for the sound to begin: as much as a server asks for at once, so that
+    /// no hole follows the first sound.
+    static constexpr std::size_t firstFrames(int sampleRate) {
+        return static_cast<std::size_t>(sampleRate) / 4;
+    }
+    /// How much of what has been played is kept: what the server has queued may be rendered again,
+    /// with a run-up for the filters.
+    static constexpr int millisecondsKept = 600;
     /// What the decoder writes at a time: short, so that a seek never waits long for what it makes
     /// useless.
     static constexpr std::size_t blockFrames = 4096;
 
     explicit StreamPipe(const StreamFormat& format)
         : m_format(format)
-        , samples(framesAhead(format.sampleRate) * std::size_t(format.channels))
+        , samples(framesAhead(format.sampleRate) * std::size_t(format.channels),
+                  framesOf(format.sampleRate, millisecondsKept) * std::size_t(format.channels))
         , starts(64)
         , anchors(4096) {}
 
     [[nodiscard]] const StreamFormat& format() const { return m_format; }
+    [[nodiscard]] static constexpr std::size_t framesOf(int sampleRate, int milliseconds) {
+        return std::size_t(sampleRate) * std::size_t(milliseconds) / 1000;
+    }
     [[nodiscard]] std::size_t channels() const { return std::size_t(m_format.channels); }
 
     /// Makes room for the next epoch. Main thread, while the output does not render and so leaves
@@ -74,7 +86,12 @@ class StreamPipe {
         m_ready.store(epoch, std::memory_order_release);
     }
 
+    /// Decoder, under the mutex that it shares with the main thread: all that is scheduled is in
+    /// the ring. Stored after the last sample, so whoever sees it sees all of them.
+    void setComplete(bool isComplete) { m_isComplete.store(isComplete, std::memory_order_release); }
+
     /// Audio thread.
+    [[nodiscard]] bool isComplete() const { return m_isComplete.load(std::memory_order_acquire); }
     [[nodiscard]] std::uint32_t requested() const {
         return m_requested.load(std::memory_order_acquire);
     }
@@ -99,6 +116,7 @@ class StreamPipe {
     const StreamFormat m_format;
     std::atomic<std::uint32_t> m_requested{0};
     std::atomic<bool> m_fadesIn{false};
+    std::atomic<bool> m_isComplete{true};
     std::atomic<std::uint64_t> m_begin{0};
     std::atomic<std::uint32_t> m_ready{0};
 

@@ -33,6 +33,7 @@ class FallbackOutput final : public SoundOutput {
         return m_waitsToStart || current().isRunning();
     }
     void flush() override { current().flush(); }
+    void revise() override { current().revise(); }
     [[nodiscard]] std::int64_t framesRendered() const override {
         return current().framesRendered();
     }

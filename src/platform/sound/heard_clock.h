@@ -13,7 +13,7 @@ class HeardClock {
   public:
     /// A new stream begins, standing still at frame 0.
     void reset(int sampleRate);
-    /// More frames have been handed to the server.
+    /// More frames have been handed to the server; fewer than 0: so many were taken back.
     void addRendered(std::int64_t frames);
     /// The sound runs, and this much has been heard now. May be below 0: so long until the first
     /// frame is heard.
@@ -29,7 +29,7 @@ class HeardClock {
     [[nodiscard]] std::int64_t rendered() const {
         return m_rendered.load(std::memory_order_acquire);
     }
-    /// Never falls, never exceeds rendered().
+    /// Never falls; exceeds rendered() only by what has been taken back meanwhile.
     [[nodiscard]] std::int64_t heard(double now) const;
 
   private:

@@ -28,6 +28,7 @@ PulseOutput::PulseOutput(PulseServer& server, Clock& clock, QObject* parent)
 
 PulseOutput::~PulseOutput() {
     close();
+    m_ending.reset();
 }
 
 Result<> PulseOutput::open(const StreamFormat& format, RenderSource& source) {
@@ -68,6 +69,12 @@ PulseStream::Events PulseOutput::events() {
 }
 
 void PulseOutput::close() {
+    if (isOpen() && m_stream->isEnding()) {
+        constexpr std::chrono::milliseconds surelyHeard{150};
+        m_stream->leave();
+        m_ending = std::move(m_stream);
+        m_ended = m_clock.after(surelyHeard, [this] { m_ending.reset(); });
+    }
     m_stream.reset();
     ++m_generation;
     m_lost = false;
@@ -94,6 +101,11 @@ void PulseOutput::flush() {
         m_stream->flush();
     else if (m_stream)
         m_heard.skipToRendered();
+}
+
+void PulseOutput::revise() {
+    if (isRunning())
+        m_stream->revise();
 }
 
 void PulseOutput::streamFailed(int error) {

@@ -29,6 +29,7 @@ class PulseOutput final : public SoundOutput {
     void pause() override;
     [[nodiscard]] bool isRunning() const override { return isOpen() && m_running; }
     void flush() override;
+    void revise() override;
     [[nodiscard]] std::int64_t framesRendered() const override { return m_heard.rendered(); }
     [[nodiscard]] std::int64_t framesHeard() const override { return m_heard.heard(m_clock.now()); }
     [[nodiscard]] int deviceSampleRate() const override;
@@ -49,7 +50,9 @@ class PulseOutput final : public SoundOutput {
 
     Mailbox m_news;                        ///< from the audio thread
     std::unique_ptr<PulseStream> m_stream; ///< between open and close, also when it has been lost
-    std::uint64_t m_generation = 0;        ///< of the stream; news of an older one is dropped
+    std::unique_ptr<PulseStream> m_ending; ///< the one before, whose end is still to be heard
+    std::unique_ptr<Timer> m_ended;
+    std::uint64_t m_generation = 0; ///< of the stream; news of an older one is dropped
     bool m_lost = false;
     bool m_running = false;
     std::optional<std::uint32_t> m_streamSink; ///< where the stream plays, once it is known

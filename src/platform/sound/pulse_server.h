@@ -35,6 +35,8 @@ struct PulseSink {
 struct PulseSinks {
     std::vector<PulseSink> sinks;
     QString defaultSink; ///< a name, empty for none
+    /// The server takes a device's whole block at a time and does not take it back (PipeWire).
+    bool takesBlocks = false;
 
     bool operator==(const PulseSinks&) const = default;
 };

@@ -9,6 +9,7 @@
 #include <pulse/mainloop-api.h>
 #include <pulse/operation.h>
 #include <pulse/proplist.h>
+#include <pulse/rtclock.h>
 #include <pulse/stream.h>
 #include <pulse/thread-mainloop.h>
 
@@ -23,6 +24,10 @@ namespace {
 // blocks: about ten wake-ups a second, while a change of volume is heard within a quarter.
 constexpr double latencySeconds = 0.24;
 constexpr double requestSeconds = 0.02;
+
+// What is closer to the ear than this can't be replaced in time: the server has to be told, and the
+// device's buffer to be written again.
+constexpr double replaceableFrom = 0.04;
 
 // How often to ask what has been heard. The sound card's clock strays from the computer's by less
 // than a tenth of a millisecond in a second, but is not known at first.
@@ -74,7 +79,8 @@ PulseStream::PulseStream(PulseServer& server, const Clock& clock, const StreamFo
     , m_heard(heard)
     , m_events(std::move(events))
     , m_frameBytes(sizeof(float) * std::size_t(format.channels))
-    , m_sampleRate(format.sampleRate) {
+    , m_sampleRate(format.sampleRate)
+    , m_takesBlocks(server.sinks().takesBlocks) {
 }
 
 bool PulseStream::connect(const StreamFormat& format, const QString& sink) {
@@ -137,13 +143,23 @@ bool PulseStream::connect(const StreamFormat& format, const QString& sink) {
 }
 
 PulseStream::~PulseStream() {
+    leave();
+    const PulseServer::Lock lock(m_server);
+    if (!m_stream)
+        return;
+    pa_stream_disconnect(m_stream);
+    pa_stream_unref(m_stream);
+}
+
+void PulseStream::leave() {
     const PulseServer::Lock lock(m_server);
     if (m_timing) {
         pa_operation_cancel(m_timing);
-        pa_operation_unref(m_timing);
+        pa_operation_unref(std::exchange(m_timing, nullptr));
     }
+    forgetEnding();
     if (m_wake)
-        m_api->defer_free(m_wake);
+        m_api->defer_free(std::exchange(m_wake, nullptr));
     if (!m_stream)
         return;
     pa_stream_set_state_callback(m_stream, nullptr, nullptr);
@@ -153,8 +169,6 @@ PulseStream::~PulseStream() {
     pa_stream_set_suspended_callback(m_stream, nullptr, nullptr);
     pa_stream_set_moved_callback(m_stream, nullptr, nullptr);
     pa_stream_set_event_callback(m_stream, nullptr, nullptr);
-    pa_stream_disconnect(m_stream);
-    pa_stream_unref(m_stream);
 }
 
 void PulseStream::start() {
@@ -164,7 +178,10 @@ void PulseStream::start() {
     m_running = true;
     if (pa_stream_get_state(m_stream) != PA_STREAM_READY)
         return; // it begins when it is
-    release(pa_stream_cork(m_stream, 0, nullptr, nullptr));
+    if (m_ending)
+        m_revises = true; // the silence behind it
+    else
+        release(pa_stream_cork(m_stream, 0, nullptr, nullptr));
     soonAgain();
     // Only the audio thread renders, so that is woken.
     m_api->defer_enable(m_wake, 1);
@@ -174,14 +191,85 @@ void PulseStream::pause() {
     const PulseServer::Lock lock(m_server);
     if (!m_running)
         return;
+    const bool ends = endSound();
     m_running = false;
     m_heard.hold(m_clock.now());
+    if (ends)
+        return;
+    forgetEnding();
     if (pa_stream_get_state(m_stream) == PA_STREAM_READY)
         release(pa_stream_cork(m_stream, 1, nullptr, nullptr));
 }
 
+bool PulseStream::isEnding() const {
+    const PulseServer::Lock lock(m_server);
+    return m_ending.has_value();
+}
+
+void PulseStream::revise() {
+    const PulseServer::Lock lock(m_server);
+    m_revises = true;
+    m_api->defer_enable(m_wake, 1);
+}
+
+/// Has the source take back what is far enough from the ear; how many frames.
+std::size_t PulseStream::takeBack() {
+    if (!m_running || pa_stream_get_state(m_stream) != PA_STREAM_READY ||
+        pa_stream_is_suspended(m_stream) == 1)
+        return 0;
+    const double now = m_clock.now();
+    const double distance = (replaceableFrom + m_untouchable) * m_sampleRate;
+    double from = double(m_heard.heard(now)) + distance;
+    if (m_ending) { // that stays, and what is heard is not told meanwhile
+        const double heard = double(m_ending->frame) + (now - m_ending->time) * m_sampleRate;
+        from =
+            std::max(heard, double(m_ending->frame) + RenderSource::changeSeconds * m_sampleRate);
+    }
+    const auto frames = m_heard.rendered() - std::int64_t(from);
+    const auto taken = frames > 0 ? m_source.rewind(std::size_t(frames)) : 0;
+    m_heard.addRendered(-std::int64_t(taken));
+    return taken;
+}
+
+/// Replaces what is queued by a short end and silence, and stands still once that has been heard.
+/// False where nothing can be replaced.
+bool PulseStream::endSound() {
+    const auto frames = takeBack();
+    if (frames == 0)
+        return false;
+    forgetEnding();
+    const double now = m_clock.now();
+    m_ending = Ending{m_heard.rendered(), now};
+    write(frames, &RenderSource::rest, frames);
+    m_heard.run(double(m_ending->frame), now);
+    constexpr double late = 0.03;
+    const double wait = replaceableFrom + m_untouchable + RenderSource::changeSeconds + late;
+    m_endingHeard = pa_context_rttime_new(
+        m_server.context(), pa_rtclock_now() + pa_usec_t(wait * 1e6),
+        [](pa_mainloop_api*, pa_time_event*, const timeval*, void* data) {
+            self(data)->restHeard();
+        },
+        this);
+    return true;
+}
+
+void PulseStream::restHeard() {
+    forgetEnding();
+    release(pa_stream_cork(m_stream, 1, nullptr, nullptr));
+    release(pa_stream_flush(m_stream, nullptr, nullptr));
+    m_heard.skipToRendered();
+}
+
+void PulseStream::forgetEnding() {
+    m_ending.reset();
+    if (m_endingHeard)
+        m_api->time_free(std::exchange(m_endingHeard, nullptr));
+}
+
 void PulseStream::flush() {
     const PulseServer::Lock lock(m_server);
+    if (m_ending)
+        return; // only silence is queued
     m_heard.skipToRendered();
     if (pa_stream_get_state(m_stream) != PA_STREAM_READY)
         return;
@@ -214,8 +302,21 @@ void PulseStream::stateChanged() {
 void PulseStream::pull() {
     if (!m_running || pa_stream_get_state(m_stream) != PA_STREAM_READY)
         return;
+    if (std::exchange(m_revises, false)) {
+        const auto takenBack = takeBack();
+        forgetEnding();
+        write(takenBack, &RenderSource::render, takenBack);
+    }
     const std::size_t writable = pa_stream_writable_size(m_stream);
-    std::size_t frames = writable == std::size_t(-1) ? 0 : writable / m_frameBytes;
+    if (writable != std::size_t(-1))
+        write(writable / m_frameBytes, &RenderSource::render, 0);
+    if (m_clock.now() >= m_nextTiming)
+        requestTiming();
+}
+
+/// Writes frames in the place of those that were taken back, and behind them.
+void PulseStream::write(std::size_t frames, Fill fill, std::size_t takenBack) {
+    auto offset = -std::int64_t(takenBack * m_frameBytes);
     while (frames > 0) {
         // The server's own memory, so that the samples are written once.
         void* memory = nullptr;
@@ -227,15 +328,13 @@ void PulseStream::pull() {
             pa_stream_cancel_write(m_stream);
             break;
         }
-        m_source.render(static_cast<float*>(memory), block);
+        (m_source.*fill)(static_cast<float*>(memory), block);
         m_heard.addRendered(std::int64_t(block));
-        if (pa_stream_write(m_stream, memory, block * m_frameBytes, nullptr, 0, PA_SEEK_RELATIVE) <
-            0)
+        if (pa_stream_write(m_stream, memory, block * m_frameBytes, nullptr,
+                            std::exchange(offset, 0), PA_SEEK_RELATIVE) < 0)
             break;
         frames -= block;
     }
-    if (m_clock.now() >= m_nextTiming)
-        requestTiming();
 }
 
 /// libpulse can ask by itself, but then it goes on asking while nothing plays.
@@ -261,6 +360,8 @@ void PulseStream::timingTold() {
         m_nextTiming = 0;
         return;
     }
+    if (m_takesBlocks)
+        m_untouchable = double(told->configured_sink_usec) * 1e-6;
     const double now = m_clock.now();
     if (!told->playing || pa_stream_is_suspended(m_stream) == 1) {
         m_nextTiming = 0;

@@ -13,6 +13,7 @@ struct pa_defer_event;
 struct pa_mainloop_api;
 struct pa_operation;
 struct pa_stream;
+struct pa_time_event;
 
 namespace halvane {
 
@@ -40,16 +41,33 @@ class PulseStream {
     void start();
     void pause();
     void flush();
+    void revise();
+    /// Whether the end of the sound is still on its way to the ear.
+    [[nodiscard]] bool isEnding() const;
+    /// Calls and counts nothing any more; what is queued is heard as long as this lives.
+    void leave();
 
   private:
+    /// The sound ends at a frame that is on its way to the ear; behind it there is silence.
+    struct Ending {
+        std::int64_t frame = 0;
+        double time = 0; ///< when it was decided
+    };
+
     PulseStream(PulseServer& server, const Clock& clock, const StreamFormat& format,
                 RenderSource& source, HeardClock& heard, Events events);
     bool connect(const StreamFormat& format, const QString& sink);
+    std::size_t takeBack();
+    using Fill = void (RenderSource::*)(float* interleaved, std::size_t frames) noexcept;
+    void write(std::size_t frames, Fill fill, std::size_t takenBack);
+    bool endSound();
+    void forgetEnding();
 
     // Audio thread
     void stateChanged();
     void pull();
     void requestTiming();
+    void restHeard();
     void timingTold();
     void suspendedChanged();
     void soonAgain();
@@ -61,10 +79,15 @@ class PulseStream {
     const Events m_events;
     const std::size_t m_frameBytes;
     const double m_sampleRate;
+    const bool m_takesBlocks;
 
     // Under the server's lock
     pa_stream* m_stream = nullptr;
     bool m_running = false;
+    bool m_revises = false; ///< what is queued is to be rendered again
+    std::optional<Ending> m_ending;
+    pa_time_event* m_endingHeard = nullptr; ///< stands still then
+    double m_untouchable = 0;               ///< s; what the server has taken and won't take back
     pa_mainloop_api* m_api = nullptr;
     pa_defer_event* m_wake = nullptr; ///< has the audio thread pull
     pa_operation* m_timing = nullptr; ///< a question for the timing that is under way

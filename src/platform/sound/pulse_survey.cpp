@@ -44,9 +44,11 @@ void PulseSurvey::ask() {
     release(pa_context_get_server_info(
         m_context,
         [](pa_context*, const pa_server_info* info, void* self) {
-            if (info && info->default_sink_name)
-                static_cast<PulseSurvey*>(self)->m_next.defaultSink =
-                    QString::fromUtf8(info->default_sink_name);
+            if (!info)
+                return;
+            PulseSinks& next = static_cast<PulseSurvey*>(self)->m_next;
+            next.defaultSink = QString::fromUtf8(info->default_sink_name);
+            next.takesBlocks = QByteArrayView(info->server_name).contains("PipeWire");
         },
         this));
     // The answers come in the order of the questions.

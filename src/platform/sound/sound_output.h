@@ -27,6 +27,14 @@ class RenderSource {
     /// Fills `frames` frames of interleaved floats, all of them, with silence where there is
     /// nothing to play. Audio thread: must not lock, allocate, log or make a system call.
     virtual void render(float* interleaved, std::size_t frames) noexcept = 0;
+    /// Takes back up to so many of the frames rendered last, which are rendered again next; how
+    /// many. What is rendered then begins as it was, and changes into what it is now within
+    /// `changeSeconds`. On the audio thread, or while that is held off; as free of waiting as
+    /// render.
+    virtual std::size_t rewind(std::size_t) noexcept { return 0; }
+    /// Fills with silence what rewind has taken back. The same threads.
+    virtual void rest(float*, std::size_t) noexcept {}
+    static constexpr double changeSeconds = 0.01;
     /// Waits until this many frames can be rendered without a hole, or no more are to come. Only
     /// for outputs that pull faster than time passes; main thread.
     virtual void awaitFrames(std::size_t) {}
@@ -51,17 +59,23 @@ class SoundOutput : public QObject {
 
     /// Starts pulling.
     virtual Result<> start() = 0;
-    /// Stops pulling and hearing at once; what is queued is kept and heard after the next start.
-    /// After it returns, render is neither running nor called until then.
+    /// Stops pulling, and hearing within a moment: what is queued is rendered again as the end of
+    /// the sound or, where that can't be, kept and heard after the next start. After it returns,
+    /// render is neither running nor called until then, and framesHeard stands where the sound
+    /// ends.
     virtual void pause() = 0;
     [[nodiscard]] virtual bool isRunning() const = 0;
-    /// Drops what has been rendered and not heard; framesHeard then equals framesRendered.
+    /// Drops what has been rendered and not heard. While it stands still, where pause has not done
+    /// so already.
     virtual void flush() = 0;
+    /// Has what is queued rendered again, so that what the source has been told since is heard at
+    /// once. Where that can't be, it is heard behind what is queued.
+    virtual void revise() {}
 
-    /// Frames rendered since open: the sum of what render was asked for.
+    /// Frames rendered since open, less those that were taken back.
     [[nodiscard]] virtual std::int64_t framesRendered() const = 0;
     /// Frames heard since open: rendered, less what the server still holds, interpolated between
-    /// its reports; never falls, never exceeds framesRendered. Of a stream that has been lost, the
+    /// its reports; never falls. Of a stream that has been lost, the
     /// last count. Any thread.
     [[nodiscard]] virtual std::int64_t framesHeard() const = 0;
 

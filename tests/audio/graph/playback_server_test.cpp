@@ -158,6 +158,55 @@ class OnPipeWire : public OnServer {
     PrivatePipeWire server;
 };
 
+TEST_F(OnPulseAudio, HearsChangesAtOnceAndWithoutAnEdge) {
+    server.loadRevisingSink(u"card"_s, rate);
+    ASSERT_TRUE(engine->setOutputDevice(sinkNamed(u"card"_s)));
+    const auto recording = record(u"card"_s);
+    ASSERT_TRUE(open(*engine, path));
+    ASSERT_TRUE(engine->scheduleSegment(40, true)); // where the numbers are a fifth of full scale
+    hear(1);
+    std::vector<std::int64_t> at; // positions when something was asked for
+    const auto when = [&] { at.push_back(position()); };
+    const auto rest = [&] { ASSERT_TRUE(recording->waitForFrames(rate / 2)); };
+    when();
+    engine->setVolume(0);
+    hear(0.5);
+    when();
+    engine->setVolume(1);
+    hear(0.5);
+    when();
+    engine->pause();
+    rest();
+    when();
+    ASSERT_TRUE(engine->resume());
+    hear(0.5);
+    when();
+    ASSERT_TRUE(engine->scheduleSegment(50, true));
+    when();
+    hear(0.5);
+    when();
+    engine->unload();
+    const auto heard = runsToTheEnd(*recording);
+    ASSERT_EQ(heard.size(), 4U);
+    // Each stretch ends or begins where it was asked to.
+    const std::int64_t late[] = {heard[0].last() - at[0], heard[1].first - at[1],
+                                 heard[1].last() - at[2], heard[2].first - at[3],
+                                 heard[2].last() - at[4], heard[3].first - at[5],
+                                 heard[3].last() - at[6]};
+    std::printf("mute, loud again, pause, resume, seek away, seek to, stop: heard after");
+    for (const auto frames : late) {
+        EXPECT_GT(frames, -0.02 * rate);
+        EXPECT_LT(frames, 0.15 * rate) << "of a monitor that is late itself";
+        std::printf(" %.0f", double(frames) * 1000 / rate);
+    }
+    // From silence to a quarter of full scale takes 5 ms, and 10 ms back.
+    const auto samples = recording->samples();
+    int edges = 0;
+    for (auto i = std::size_t(2 * (heard[0].silenceBefore + rate / 10)); i < samples.size(); i += 2)
+        edges += std::abs(samples[i] - samples[i - 2]) > 0.25 / 100;
+    std::printf(" ms; %d edges, as a busy server takes what is new too late\n", edges);
+}
+
 TEST_F(OnPipeWire, GoesOnFromTheHeardPositionAfterRestarts) {
     playsAndSurvivesRestarts();
 }
