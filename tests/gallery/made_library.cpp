@@ -137,13 +137,14 @@ QByteArray chords() {
     return sound;
 }
 
-// The chords over and over, long enough for the whole track.
-void writeSound(const QString& path, int seconds) {
+// The chords over and over, and then silence to the end of the track: a hole, which takes no room.
+void writeSound(const QString& path, int seconds, int sounding) {
     static const QByteArray sound = chords();
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly))
         return;
     const quint32 bytes = static_cast<quint32>(seconds) * rate * 2;
+    const quint32 filled = static_cast<quint32>(sounding) * rate * 2;
     QDataStream out(&file);
     out.setByteOrder(QDataStream::LittleEndian);
     out.writeRawData("RIFF", 4);
@@ -153,16 +154,17 @@ void writeSound(const QString& path, int seconds) {
         << quint16(2) << quint16(16);
     out.writeRawData("data", 4);
     out << bytes;
-    for (quint32 written = 0; written < bytes; written += static_cast<quint32>(sound.size()))
+    for (quint32 written = 0; written < filled; written += static_cast<quint32>(sound.size()))
         out.writeRawData(
             sound.constData(),
-            static_cast<int>(std::min(static_cast<quint32>(sound.size()), bytes - written)));
+            static_cast<int>(std::min(static_cast<quint32>(sound.size()), filled - written)));
+    file.resize(file.pos() + bytes - filled);
 }
 
 void writePlaceholder(const QString& path, int seconds) {
     QFile file(path);
     if (file.open(QIODevice::WriteOnly))
-        file.resize(static_cast<qint64>(seconds) * 118000); // a hole: it takes no room
+        file.resize(static_cast<qint64>(seconds) * 116500); // a hole: it takes no room
 }
 
 } // namespace
@@ -184,7 +186,8 @@ TrackRows makeLibrary(const LibraryPlan& plan) {
             const int seconds = trackSeconds[name] + number % 53;
             const QString path = trackPath(plan, number, index);
             const bool sounds = plan.playable && number == 0;
-            sounds ? writeSound(path, index == 0 ? seconds : 20) : writePlaceholder(path, seconds);
+            sounds ? writeSound(path, seconds, index == 0 ? seconds : 20)
+                   : writePlaceholder(path, seconds);
             Track track;
             track.title = QString::fromUtf16(trackNames[name]);
             track.artist = album.artist;
