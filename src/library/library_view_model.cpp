@@ -260,6 +260,10 @@ void LibraryViewModel::connectTransport() {
             [this] { m_environment.sleepInhibitor.setInhibited(m_transport->isPlaying()); });
     connect(m_transport.get(), &Transport::playStarted, m_userData.get(),
             &TrackUserData::countPlay);
+    connect(m_transport.get(), &Transport::playStarted, m_soundCheck.get(),
+            [this](const QString& path) {
+                m_soundCheck->setPlayed({path, m_transport->successorPath().value_or(QString())});
+            });
     connect(m_transport.get(), &Transport::becameCurrent, this, &LibraryViewModel::showEntry);
 }
 

@@ -148,5 +148,6 @@
     X(nextTrack, u"Next track", u"下一首") \
     X(repeatOff, u"Repeat off", u"循环关闭") \
     X(repeatAll, u"Repeat playlist", u"列表循环") \
-    X(repeatOne, u"Repeat one", u"单曲循环")
+    X(repeatOne, u"Repeat one", u"单曲循环") \
+    X(soundCheckLeftOut, u"Files on network shares are analyzed when they play. Files that reading would download from a cloud are left out.", u"网络共享上的文件在播放时分析。读取时需要从云端下载的文件不参与分析。")
 // clang-format on

@@ -48,7 +48,7 @@ class FakeCloudFiles final : public CloudFiles {
         return QFile::exists(path) ? FilePresence::here : FilePresence::gone;
     }
     void startDownloading(const QStringList& paths) override { downloading += paths; }
-    [[nodiscard]] bool isRemote(const QString&) const override { return false; }
+    [[nodiscard]] Storage storage(const QString&) const override { return Storage::disk; }
 
   private:
     mutable std::mutex m_mutex;

@@ -81,6 +81,8 @@ class Transport : public QObject {
     [[nodiscard]] bool canPlay() const;
     /// Whether the current entry is a file, playing or paused.
     [[nodiscard]] bool isTrackPlaying(const QString& path) const;
+    /// The file that is to follow the current one, as far as that is decided already.
+    [[nodiscard]] std::optional<QString> successorPath() const;
     /// Drops the successor that was handed to the engine and plans it again: the queue changed.
     Q_INVOKABLE void replanSuccessor();
     /// Takes over the engine's own playing state, after it was changed behind the transport.
@@ -127,7 +129,6 @@ class Transport : public QObject {
     void finishPlaybackAtQueueEnd();
     void advanceUIForGaplessTrack(const QString& path);
     void attemptGaplessPreschedule();
-    [[nodiscard]] std::optional<QString> successorPath() const;
     void applySoundCheckForCurrentTrack();
     void download(const QString& path, const QString& title);
     [[nodiscard]] QString currentTitle() const;

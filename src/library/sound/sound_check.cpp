@@ -55,9 +55,7 @@ void SoundCheck::setSoundCheckEnabled(bool enabled) {
 
 void SoundCheck::forget(const QSet<QString>& paths) {
     assertOwnThread(*this);
-    if (paths.contains(m_measuring))
-        m_measuring.clear();
-    if (!m_waiting.empty())
+    if (m_measuring)
         m_gone.unite(paths);
     NumbersMap& known = m_trackLoudness.get();
     const auto before = known.size();
@@ -78,6 +76,13 @@ double SoundCheck::gainFor(const QString& path) const {
     return std::isfinite(gain) ? std::clamp(gain, lowestGain, highestGain) : 0;
 }
 
+void SoundCheck::setPlayed(const QStringList& paths) {
+    assertOwnThread(*this);
+    m_played = paths;
+    if (m_enabled && !m_measuring)
+        measureNext();
+}
+
 void SoundCheck::scanLoudnessIfNeeded() {
     assertOwnThread(*this);
     if (!m_enabled)
@@ -95,46 +100,67 @@ std::deque<FileUrl> SoundCheck::unmeasuredFiles() const {
     for (const TrackPtr& track : m_library.rows()) {
         if (!track->sourceURL)
             continue;
-        const QString& path = track->sourceURL->standardizedPath();
-        if (!trackLoudness().contains(path) && m_files.state(path) == TrackAvailability::available)
+        if (canBeMeasured(track->sourceURL->standardizedPath()))
             files.push_back(*track->sourceURL);
     }
     return files;
 }
 
+bool SoundCheck::canBeMeasured(const QString& path) const {
+    return !trackLoudness().contains(path) && m_files.state(path) == TrackAvailability::available;
+}
+
 void SoundCheck::cancelScan() {
     m_worker.cancel();
+    if (m_measuring && m_measuring->isPlayed)
+        m_played.prepend(m_measuring->file.standardizedPath());
+    m_measuring.reset();
     m_waiting.clear();
     m_gone.clear();
-    m_measuring.clear();
 }
 
 void SoundCheck::measureNext() {
-    while (!m_waiting.empty() && m_gone.contains(m_waiting.front().standardizedPath()))
-        m_waiting.pop_front();
-    if (m_waiting.empty())
+    m_measuring = takeJob();
+    if (!m_measuring) {
+        m_gone.clear();
         return;
-    const FileUrl file = m_waiting.front();
-    m_waiting.pop_front();
-    m_measuring = file.standardizedPath();
+    }
     m_worker.run(
-        [path = file.path(), cloud = m_cloudFiles,
+        [path = m_measuring->file.path(), isPlayed = m_measuring->isPlayed, cloud = m_cloudFiles,
          measure = m_measure](const SerialWorker::Job& job) {
-            // Reading a file that is not on this disk would download it, or block until it is
-            // there.
+            const Storage storage = cloud->storage(path);
+            const bool mayBeRead =
+                storage == Storage::disk || (storage == Storage::networkShare && isPlayed);
             std::optional<Measurement> measured;
-            if (!job.isCancelled() && !cloud->isEvicted(path) && !cloud->isRemote(path))
+            if (!job.isCancelled() && mayBeRead && !cloud->isEvicted(path))
                 measured = measure(path, job.token());
             return measured;
         },
-        [this, file](const std::optional<Measurement>& measured) {
-            take(file, measured);
+        [this](const std::optional<Measurement>& measured) {
+            const Job done = *m_measuring;
+            take(done.file, measured);
             measureNext();
         });
 }
 
+std::optional<SoundCheck::Job> SoundCheck::takeJob() {
+    while (!m_played.empty()) {
+        const TrackPtr track = m_library.track(m_played.takeFirst());
+        if (track && canBeMeasured(track->path()))
+            return Job{*track->sourceURL, true};
+    }
+    while (!m_waiting.empty()) {
+        const FileUrl file = std::move(m_waiting.front());
+        m_waiting.pop_front();
+        const QString& path = file.standardizedPath();
+        if (!m_gone.contains(path) && !trackLoudness().contains(path))
+            return Job{file, false};
+    }
+    return std::nullopt;
+}
+
 void SoundCheck::take(const FileUrl& file, const std::optional<Measurement>& measured) {
-    if (!measured || m_measuring != file.standardizedPath())
+    if (!measured || m_gone.contains(file.standardizedPath()))
         return;
     const std::vector<double> entry{measured->rmsDb, measured->peakDb};
     m_trackLoudness.get().insert(file.standardizedPath(), entry);

@@ -26,7 +26,9 @@ double soundCheckGain(double rmsDb, double peakDb);
 
 /// Evens out the loudness of tracks: measures the library's files once, one after the other in the
 /// background, keeps the results in the preferences, and says what gain each track gets while it is
-/// switched on. Main thread only; measuring has a thread of its own, at low priority.
+/// switched on. What lies on a network share is measured when it plays, so that nobody's network is
+/// busy for hours unasked. What would have to be downloaded is not measured. Main thread only;
+/// measuring has a thread of its own, at low priority.
 class SoundCheck : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool soundCheckEnabled READ soundCheckEnabled WRITE setSoundCheckEnabled NOTIFY
@@ -65,6 +67,10 @@ class SoundCheck : public QObject {
     /// without a result.
     [[nodiscard]] double gainFor(const QString& path) const;
 
+    /// The listener plays the first of these files, and the others are to follow: they are measured
+    /// before all others.
+    void setPlayed(const QStringList& paths);
+
     /// Starts measuring what is available and has no result yet, in place of a running scan; leaves
     /// a running scan alone when there is nothing to measure. Does nothing while switched off.
     void scanLoudnessIfNeeded();
@@ -77,9 +83,16 @@ class SoundCheck : public QObject {
     void gainFound(const QString& path);
 
   private:
+    struct Job {
+        FileUrl file;
+        bool isPlayed = false; ///< it may lie on a network share
+    };
+
+    [[nodiscard]] bool canBeMeasured(const QString& path) const;
     [[nodiscard]] std::deque<FileUrl> unmeasuredFiles() const;
     void cancelScan();
     void measureNext();
+    std::optional<Job> takeJob();
     void take(const FileUrl& file, const std::optional<LoudnessAnalyzer::Measurement>& measured);
 
     Preferences& m_preferences;
@@ -90,10 +103,11 @@ class SoundCheck : public QObject {
     bool m_enabled = false;
     LateValue<NumbersMap> m_trackLoudness;
 
-    // The scan: what is still to be measured, and the one file that the worker has.
+    // What is still to be measured, and the one file that the worker has.
+    QStringList m_played; ///< standardized paths, also while switched off
     std::deque<FileUrl> m_waiting;
-    QSet<QString> m_gone; ///< standardized paths of those among them that have left the library
-    QString m_measuring;  ///< standardized path; empty: none, or it left the library meanwhile
+    std::optional<Job> m_measuring;
+    QSet<QString> m_gone; ///< standardized paths of what has left the library meanwhile
     /// Never ahead of what is playing.
     SerialWorker m_worker{SerialWorker::Priority::idle};
 };

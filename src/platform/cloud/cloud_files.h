@@ -15,6 +15,13 @@ enum class FilePresence {
     gone,
 };
 
+/// What is between this machine and the bytes of a file.
+enum class Storage {
+    disk,
+    networkShare, ///< a server in the house or the office: reading loads it and the network
+    cloudMount,   ///< reading downloads the file, perhaps every time
+};
+
 /// Files that a sync client shows and has not downloaded.
 class CloudFiles {
   public:
@@ -41,9 +48,9 @@ class CloudFiles {
     }
     /// Asks for downloads and returns at once; failures are ignored, path by path. Main thread.
     virtual void startDownloading(const QStringList& paths) = 0;
-    /// Whether every read of the file goes over a network, so that no background pass should read
-    /// it unasked. Any thread.
-    [[nodiscard]] virtual bool isRemote(const QString& path) const = 0;
+    /// Where every read of the file goes, so that no background pass reads over a network unasked.
+    /// Does not touch the file. Any thread.
+    [[nodiscard]] virtual Storage storage(const QString& path) const = 0;
 };
 
 } // namespace halvane

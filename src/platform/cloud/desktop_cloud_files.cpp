@@ -63,8 +63,8 @@ void DesktopCloudFiles::startDownloading(const QStringList& paths) {
     });
 }
 
-bool DesktopCloudFiles::isRemote(const QString& path) const {
-    return isNetworkFileSystem(m_mounts.typeOf(path));
+Storage DesktopCloudFiles::storage(const QString& path) const {
+    return storageOf(m_mounts.typeOf(path));
 }
 
 } // namespace halvane

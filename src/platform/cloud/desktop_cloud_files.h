@@ -18,7 +18,7 @@ class DesktopCloudFiles final : public CloudFiles {
     [[nodiscard]] bool blocksWhenOpened(const QString& path) const override;
     [[nodiscard]] std::vector<FilePresence> presences(const QStringList& paths) const override;
     void startDownloading(const QStringList& paths) override;
-    [[nodiscard]] bool isRemote(const QString& path) const override;
+    [[nodiscard]] Storage storage(const QString& path) const override;
 
   private:
     [[nodiscard]] MountTable* onDemandMounts() const;

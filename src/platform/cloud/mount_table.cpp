@@ -88,25 +88,33 @@ bool MountTable::lists(const char* type) {
                        [type](const Mount& mount) { return mount.type == type; });
 }
 
-bool isNetworkFileSystem(const QByteArray& type) {
-    static constexpr std::array types{"9p",
-                                      "afs",
-                                      "ceph",
-                                      "cifs",
-                                      "davfs",
-                                      "fuse.davfs2",
-                                      "fuse.gvfsd-fuse",
-                                      "fuse.glusterfs",
-                                      "fuse.rclone",
-                                      "fuse.s3fs",
-                                      "fuse.sshfs",
-                                      "ncpfs",
-                                      "nfs",
-                                      "nfs4",
-                                      "smb3",
-                                      "smbfs"};
-    return std::any_of(types.begin(), types.end(),
-                       [&](const char* known) { return type == known; });
+Storage storageOf(const QByteArray& type) {
+    // The desktop's own mounts (gvfsd, kio) are mostly of shares.
+    static constexpr std::array shares{"9p",
+                                       "afs",
+                                       "ceph",
+                                       "cifs",
+                                       "fuse.ceph",
+                                       "fuse.curlftpfs",
+                                       "fuse.glusterfs",
+                                       "fuse.gvfsd-fuse",
+                                       "fuse.kio-fuse",
+                                       "fuse.smbnetfs",
+                                       "fuse.sshfs",
+                                       "ncpfs",
+                                       "nfs",
+                                       "nfs4",
+                                       "smb3",
+                                       "smbfs"};
+    static constexpr std::array clouds{
+        "davfs",       "fuse.davfs2",   "fuse.gcsfuse",   "fuse.google-drive-ocamlfuse",
+        "fuse.goofys", "fuse.mount-s3", "fuse.onedriver", "fuse.rclone",
+        "fuse.s3fs"};
+    const auto isType = [&](const char* known) { return type == known; };
+    if (std::any_of(clouds.begin(), clouds.end(), isType))
+        return Storage::cloudMount;
+    return std::any_of(shares.begin(), shares.end(), isType) ? Storage::networkShare
+                                                             : Storage::disk;
 }
 
 } // namespace halvane

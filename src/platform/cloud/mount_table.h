@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/cloud/cloud_files.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -37,7 +39,7 @@ class MountTable {
     bool m_isRead = false;
 };
 
-/// Whether every read of a file on this kind of file system goes over a network.
-bool isNetworkFileSystem(const QByteArray& type);
+/// What a file system of this type is; a disk if the type is not known.
+Storage storageOf(const QByteArray& type);
 
 } // namespace halvane

@@ -71,6 +71,7 @@ FocusScope {
                 }
             }
             SettingsHint { text: Strings.soundCheckHint }
+            SettingsHint { text: Strings.soundCheckLeftOut }
         }
         SettingsGroup {
             title: Strings.themeSection

@@ -38,11 +38,11 @@ class NoCloud final : public CloudFiles {
         return evicted.contains(path) ? FilePresence::evicted : FilePresence::here;
     }
     void startDownloading(const QStringList&) override {}
-    [[nodiscard]] bool isRemote(const QString& path) const override {
-        return remote.contains(path);
+    [[nodiscard]] Storage storage(const QString& path) const override {
+        return stored.value(path, Storage::disk);
     }
     QSet<QString> evicted;
-    QSet<QString> remote;
+    QHash<QString, Storage> stored;
 };
 
 // Takes the place of measuring. It answers only when the test lets it, and keeps what was asked.
@@ -129,10 +129,11 @@ class SoundCheckTest : public testing::Test {
 };
 
 TEST_F(SoundCheckTest, ScansOneFileAtATimeInOrderAndKeepsEachResult) {
-    files = {u"/a"_s, u"/gone"_s, u"/b"_s, u"/evicted"_s, u"/remote"_s, u"/broken"_s, u"/./c"_s};
+    files = {u"/a"_s,     u"/gone"_s,  u"/b"_s,      u"/evicted"_s,
+             u"/cloud"_s, u"/share"_s, u"/broken"_s, u"/./c"_s};
     availability.missing = {u"/gone"_s};
     cloud->evicted = {u"/evicted"_s};
-    cloud->remote = {u"/remote"_s};
+    cloud->stored = {{u"/cloud"_s, Storage::cloudMount}, {u"/share"_s, Storage::networkShare}};
     meter->breakFile(u"/broken"_s);
     const auto check = make();
     check->scanLoudnessIfNeeded(); // switched off
@@ -163,6 +164,34 @@ TEST_F(SoundCheckTest, SaysWhoseGainHasBecomeKnown) {
     EXPECT_EQ(check->gainFor(u"/b"_s), 0);
     check->setSoundCheckEnabled(true);
     EXPECT_EQ(check->gainFor(u"/b"_s), -6);
+}
+
+// A whole share is not read for one listener, but what is heard from it anyway is.
+TEST_F(SoundCheckTest, MeasuresFirstWhatPlaysAndNothingElseOfAShare) {
+    files = {u"/a"_s, u"/b"_s, u"/c"_s, u"/share/1"_s, u"/share/2"_s, u"/share/3"_s, u"/cloud"_s};
+    for (const QString& path : {u"/share/1"_s, u"/share/2"_s, u"/share/3"_s})
+        cloud->stored.insert(path, Storage::networkShare);
+    cloud->stored.insert(u"/cloud"_s, Storage::cloudMount);
+    const auto check = make();
+    check->setPlayed({u"/share/2"_s, u"/cloud"_s}); // switched off
+    check->setSoundCheckEnabled(true);
+    ASSERT_TRUE(waitFor([&] { return meter->asked() == QStringList{u"/share/2"_s}; }));
+    files += u"/d"_s;
+    setLibrary(files);
+    check->scanLoudnessIfNeeded(); // does not forget what plays
+    meter->let(1);
+    ASSERT_TRUE(measured(*check, {u"/share/2"_s}));
+    ASSERT_TRUE(waitFor([&] { return meter->asked().endsWith(u"/a"_s); }));
+    check->setPlayed({u"/share/3"_s, u"/d"_s}); // after the file that is being measured
+    meter->let(10);
+    ASSERT_TRUE(measured(*check, {u"/a"_s, u"/b"_s, u"/c"_s, u"/d"_s, u"/share/3"_s}));
+    EXPECT_EQ(meter->asked(), (QStringList{u"/share/2"_s, u"/share/2"_s, u"/a"_s, u"/share/3"_s,
+                                           u"/d"_s, u"/b"_s, u"/c"_s}));
+    EXPECT_EQ(meter->mostAtOnce(), 1);
+    // Nothing is left to do; what plays next is measured all the same.
+    check->setPlayed({u"/share/1"_s});
+    ASSERT_TRUE(measured(*check, {u"/share/1"_s}));
+    EXPECT_FALSE(check->trackLoudness().contains(u"/cloud"_s));
 }
 
 TEST_F(SoundCheckTest, KeepsGainsWithinTheLimits) {

@@ -104,20 +104,28 @@ TEST_F(CloudFilesTest, MountsAreFoundByTheirLongestPoint) {
                            "2 1 0:40 / /mnt/my\\040music rw - fuse.rclone r rw\n"
                            "3 2 0:41 / /mnt/my\\040music/usb rw - vfat u rw\n"
                            "not a mount\n"
-                           "4 1 0:42 / /mnt/nas rw master:2 - nfs4 nas:/ rw\n");
+                           "4 1 0:42 / /mnt/nas rw master:2 - nfs4 nas:/ rw\n"
+                           "5 4 0:43 / /mnt/nas/box rw - cifs //box/music rw\n"
+                           "6 1 0:44 / /mnt/ssh rw - fuse.sshfs me@box: rw\n"
+                           "7 1 0:45 / /mnt/dav rw - davfs https://box rw\n"
+                           "8 1 0:46 / /mnt/union rw - fuse.mergerfs a:b rw\n");
     MountTable mounts(listing.toUtf8().constData());
     const struct {
         QString path;
         QByteArray type;
-        bool remote;
-    } cases[] = {{u"/home/a.mp3"_s, "ext4", false},
-                 {u"/mnt/my music/a.mp3"_s, "fuse.rclone", true},
-                 {u"/mnt/my musical/a.mp3"_s, "ext4", false},
-                 {u"/mnt/my music/usb/a.mp3"_s, "vfat", false},
-                 {u"/mnt/nas"_s, "nfs4", true}};
+        Storage storage;
+    } cases[] = {{u"/home/a.mp3"_s, "ext4", Storage::disk},
+                 {u"/mnt/my music/a.mp3"_s, "fuse.rclone", Storage::cloudMount},
+                 {u"/mnt/my musical/a.mp3"_s, "ext4", Storage::disk},
+                 {u"/mnt/my music/usb/a.mp3"_s, "vfat", Storage::disk},
+                 {u"/mnt/nas"_s, "nfs4", Storage::networkShare},
+                 {u"/mnt/nas/box/a.mp3"_s, "cifs", Storage::networkShare},
+                 {u"/mnt/ssh/a.mp3"_s, "fuse.sshfs", Storage::networkShare},
+                 {u"/mnt/dav/a.mp3"_s, "davfs", Storage::cloudMount},
+                 {u"/mnt/union/a.mp3"_s, "fuse.mergerfs", Storage::disk}};
     for (const auto& c : cases) {
         EXPECT_EQ(mounts.typeOf(c.path), c.type) << c.path.toStdString();
-        EXPECT_EQ(isNetworkFileSystem(mounts.typeOf(c.path)), c.remote) << c.path.toStdString();
+        EXPECT_EQ(storageOf(mounts.typeOf(c.path)), c.storage) << c.path.toStdString();
     }
     EXPECT_EQ(MountTable("/nowhere").typeOf(u"/a"_s), QByteArray());
 }
