@@ -234,6 +234,26 @@ TEST_F(MainWindowTest, TheEqualizerPopoverSetsBandsAndClosesOnEsc) {
     EXPECT_TRUE(world.waitFor([&] { return !ui->shows(u"Preamp"_s); }));
 }
 
+TEST_F(MainWindowTest, TheEqualizerShowsClippingWhileMusicPlays) {
+    world.environment().output.freeze(); // nothing but what is published here
+    ui->window().resize(1000, 640);      // without the spectrum
+    const auto isWatched = [&] { return library.spectrum()->isWatched(); };
+    ASSERT_TRUE(world.waitFor([&] { return !isWatched(); }));
+    ASSERT_TRUE(ui->click(u"Equalizer"_s, QAccessible::Button));
+    ASSERT_TRUE(ui->waitsFor(u"Not clipping"_s));
+    EXPECT_TRUE(isWatched());
+    library.spectrum()->publish({.clips = true});
+    EXPECT_TRUE(ui->waitsFor(u"Clipping"_s));
+    library.transport()->togglePlayback();
+    EXPECT_TRUE(ui->waitsFor(u"Not clipping"_s)) << "nobody tells of a silence";
+    library.transport()->togglePlayback();
+    EXPECT_TRUE(ui->waitsFor(u"Clipping"_s));
+    library.spectrum()->publish({});
+    EXPECT_TRUE(ui->waitsFor(u"Not clipping"_s));
+    ui->key(Qt::Key_Escape);
+    EXPECT_TRUE(world.waitFor([&] { return !isWatched(); })) << "a closed equalizer asks nothing";
+}
+
 TEST_F(MainWindowTest, FilesDraggedOverTheWindowShowTheOverlay) {
     QMimeData files;
     files.setUrls({QUrl::fromLocalFile(world.pathOf(0)), QUrl::fromLocalFile(u"/music"_s)});

@@ -48,6 +48,11 @@ void noMatch(GalleryWorld& world, WindowDriver&) {
 void equalizer(GalleryWorld&, WindowDriver& ui) {
     EXPECT_TRUE(ui.click(u"Equalizer"_s, QAccessible::Button));
 }
+void clipping(GalleryWorld& world, WindowDriver& ui) {
+    EXPECT_TRUE(ui.click(u"均衡器"_s, QAccessible::Button));
+    EXPECT_TRUE(ui.waitsFor(u"未削波"_s));
+    world.library().spectrum()->publish({.clips = true});
+}
 void prompt(GalleryWorld&, WindowDriver& ui) {
     EXPECT_TRUE(ui.click(u"New Playlist..."_s, QAccessible::Button));
 }
@@ -85,6 +90,7 @@ const Look looks[]{
     {.name = "no-match", .show = noMatch},
     {.name = "empty", .show = nothing, .albums = 0},
     {.name = "equalizer", .show = equalizer},
+    {.name = "equalizer-zh", .show = clipping, .isChinese = true},
     {.name = "prompt", .show = prompt},
     {.name = "tidy-up", .show = tidyUp},
     {.name = "full-screen", .show = fullScreen},

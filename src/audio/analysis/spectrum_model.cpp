@@ -15,8 +15,11 @@ void SpectrumModel::endWatching() {
 }
 
 void SpectrumModel::publish(const SpectrumOutput& output) {
+    const bool didClip = m_output.clips;
     m_output = output;
     Q_EMIT changed();
+    if (m_output.clips != didClip)
+        Q_EMIT clipsChanged();
 }
 
 } // namespace halvane

@@ -16,6 +16,7 @@ struct SpectrumOutput {
     SpectrumBands bands{};
     SpectrumBands peaks{};
     float level = 0;
+    bool clips = false; ///< within the last half second a sample passed full scale
 };
 
 /// The live spectrum of what is heard, as the views show it; keeps the last values while nothing
@@ -25,6 +26,8 @@ class SpectrumModel : public QObject {
     Q_PROPERTY(QList<float> bands READ bandList NOTIFY changed)
     Q_PROPERTY(QList<float> peaks READ peakList NOTIFY changed)
     Q_PROPERTY(float level READ level NOTIFY changed)
+    /// What is heard now, or was half a second ago, passes full scale and is cut off by the device.
+    Q_PROPERTY(bool clips READ clips NOTIFY clipsChanged)
 
   public:
     using QObject::QObject;
@@ -32,6 +35,7 @@ class SpectrumModel : public QObject {
     [[nodiscard]] const SpectrumBands& bands() const { return m_output.bands; }
     [[nodiscard]] const SpectrumBands& peaks() const { return m_output.peaks; }
     [[nodiscard]] float level() const { return m_output.level; }
+    [[nodiscard]] bool clips() const { return m_output.clips; }
 
     /// A view that comes into sight calls beginWatching, and endWatching when it goes out of sight.
     Q_INVOKABLE void beginWatching();
@@ -44,6 +48,7 @@ class SpectrumModel : public QObject {
   Q_SIGNALS:
     /// Bands, peaks and level together.
     void changed();
+    void clipsChanged();
     void watchedChanged();
 
   private:

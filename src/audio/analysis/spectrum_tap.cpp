@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "audio/analysis/spectrum_tap.h"
 
+#include "audio/analysis/peak_buffer.h"
 #include "audio/analysis/spectrum_analyzer.h"
 #include "audio/analysis/spectrum_model.h"
 #include "audio/analysis/tap_buffer.h"
@@ -43,8 +44,11 @@ class SpectrumTap::Impl {
         changeState([&] { m_active = active; });
     }
     void push(const float* interleaved, std::size_t frames, std::int64_t streamFrame) noexcept {
-        if (m_buffer)
-            m_buffer->push(interleaved, frames, std::size_t(m_format.channels), streamFrame);
+        if (!m_buffer)
+            return;
+        const auto channels = std::size_t(m_format.channels);
+        m_buffer->push(interleaved, frames, channels, streamFrame);
+        m_peaks->push(interleaved, frames, channels, streamFrame);
     }
 
   private:
@@ -70,6 +74,7 @@ class SpectrumTap::Impl {
     // without it.
     StreamFormat m_format;
     std::unique_ptr<TapBuffer> m_buffer;
+    std::unique_ptr<PeakBuffer> m_peaks; ///< there if m_buffer is
 
     Mailbox m_results;
     std::atomic<bool> m_isShowing = false; ///< a result is on its way to the main thread
@@ -89,10 +94,13 @@ class SpectrumTap::Impl {
 void SpectrumTap::Impl::beginStream(const StreamFormat& format) {
     // Covers the longest way from here to the ear that a sound server is likely to have.
     constexpr int keptSeconds = 2;
-    auto buffer = std::make_unique<TapBuffer>(std::size_t(format.sampleRate) * keptSeconds);
+    const std::size_t frames = std::size_t(format.sampleRate) * keptSeconds;
+    auto buffer = std::make_unique<TapBuffer>(frames);
+    auto peaks = std::make_unique<PeakBuffer>(frames);
     const std::scoped_lock lock(m_mutex);
     m_format = format;
     m_buffer = std::move(buffer);
+    m_peaks = std::move(peaks);
 }
 
 void SpectrumTap::Impl::run() {
@@ -120,11 +128,13 @@ void SpectrumTap::Impl::run() {
 void SpectrumTap::Impl::analyse(SteadyClock::time_point now) {
     if (!m_buffer || m_isShowing.load(std::memory_order_acquire))
         return;
-    const auto samples = m_buffer->newest(m_output.framesHeard(), m_block);
+    const std::int64_t heard = m_output.framesHeard();
+    const auto samples = m_buffer->newest(heard, m_block);
     const double seconds = std::chrono::duration<double>(now.time_since_epoch()).count();
-    const auto result = m_analyzer.processIfDue(samples, m_format.sampleRate, seconds);
+    auto result = m_analyzer.processIfDue(samples, m_format.sampleRate, seconds);
     if (!result)
         return;
+    result->clips = m_peaks->loudest(heard - m_format.sampleRate / 2, heard) > 1;
     m_isShowing.store(true, std::memory_order_release);
     m_results.address().post([this, result = *result] {
         m_isShowing.store(false, std::memory_order_release);

@@ -11,10 +11,10 @@ namespace halvane {
 
 class SpectrumModel;
 
-/// Listens to the end of the audio graph and shows the spectrum of what is heard at that moment:
-/// what is pushed waits until the output says that it has reached the ear. The analysis runs on a
-/// thread of its own, at most 30 times a second, and only while the tap is active and the model is
-/// watched; otherwise that thread sleeps and nothing wakes it.
+/// Listens to the end of the audio graph and shows the spectrum of what is heard at that moment,
+/// and whether it passes full scale: what is pushed waits until the output says that it has reached
+/// the ear. The analysis runs on a thread of its own, at most 30 times a second, and only while the
+/// tap is active and the model is watched; otherwise that thread sleeps and nothing wakes it.
 class SpectrumTap {
   public:
     /// Main thread. Both must outlive the tap. `output` is asked for framesHeard on the analysis

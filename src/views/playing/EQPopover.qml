@@ -43,11 +43,17 @@ Popover {
                     onMovedTo: dB => Library.equalizer.setEqGain(index, dB)
                 }
             }
-            VerticalFader {
-                label: Strings.preampLabel
-                width: 40
-                value: Library.equalizer.eqPreamp
-                onMovedTo: dB => Library.equalizer.eqPreamp = dB
+            Item {
+                width: 52
+                height: preamp.height
+                VerticalFader {
+                    id: preamp
+                    width: parent.width
+                    label: Strings.preampLabel
+                    value: Library.equalizer.eqPreamp
+                    onMovedTo: dB => Library.equalizer.eqPreamp = dB
+                }
+                ClipLight { anchors.right: parent.right }
             }
         }
     }

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "audio/analysis/peak_buffer.h"
 #include "audio/analysis/spectrum_analyzer.h"
 #include "audio/analysis/spectrum_tap.h"
 #include "audio/analysis/tap_buffer.h"
@@ -205,6 +206,28 @@ TEST(TapBuffer, NeverMixesOldAndNewBetweenTwoThreads) {
     writer.join();
     EXPECT_TRUE(whole);
     EXPECT_GT(windows, 0);
+}
+
+TEST(PeakBuffer, TellsHowLoudWhatIsHeardIs) {
+    PeakBuffer buffer(4096);
+    const auto push = [&](std::int64_t from, std::size_t frames, float left, float right) {
+        std::vector<float> block;
+        for (std::size_t i = 0; i < frames; ++i)
+            block.insert(block.end(), {left, right});
+        buffer.push(block.data(), frames, 2, from);
+    };
+    EXPECT_EQ(buffer.loudest(-4096, 4096), 0);
+    push(0, 1000, 0.25F, -0.5F);
+    push(1000, 24, 0, -1.5F); // ends with a stretch
+    push(1024, 1024, 0.5F, std::numeric_limits<float>::quiet_NaN());
+    EXPECT_EQ(buffer.loudest(-500, 700), 0.5F);
+    EXPECT_EQ(buffer.loudest(0, 1024), 1.5F);
+    EXPECT_EQ(buffer.loudest(1024, 2048), 0.5F);
+    EXPECT_EQ(buffer.loudest(1024, 1024), 0);
+    push(768, 1280, 0.125F, 0.125F); // rendered again, softer
+    EXPECT_EQ(buffer.loudest(768, 2048), 0.125F);
+    push(2048, 8192, 0.75F, 0); // twice around
+    EXPECT_EQ(buffer.loudest(8192, 10'240), 0.75F);
 }
 
 /// Renders a tone past the tap, as the graph does.

@@ -40,6 +40,50 @@ TEST_F(PlaybackEngine, EndsWhenTheLastFrameHasBeenHeardNotWhenItWasRendered) {
     EXPECT_EQ(trackEnds, 1);
 }
 
+// After the equalizer, the gains and the volume, and when it is heard.
+TEST_F(PlaybackEngine, SaysWhetherWhatIsHeardPassesFullScale) {
+    constexpr std::size_t second = 44'100;
+    Pcm loudThenSoft = sine(441, 0.5, 20 * second);
+    const Pcm soft = sine(441, 0.1, 2 * second);
+    loudThenSoft.samples.insert(loudThenSoft.samples.end(), soft.samples.begin(),
+                                soft.samples.end());
+    play(wave(loudThenSoft));
+    engine.spectrum().beginWatching();
+    int results = 0;
+    QObject::connect(&engine.spectrum(), &SpectrumModel::changed, [&] { ++results; });
+    // Of the results, the first may be older than what has been heard.
+    const auto clips = [&] {
+        for (const int before = results; results < before + 2;) {
+            const int last = results;
+            output.hear(64);
+            EXPECT_TRUE(waitFor([&] { return results > last; }));
+        }
+        return engine.spectrum().clips();
+    };
+    const auto heardUnder = [&](double preamp, double volume, double trackGain) {
+        engine.setEQ(true, {}, preamp);
+        engine.setVolume(volume);
+        engine.setTrackGain(trackGain);
+        output.play(second);
+        output.pull(1024);
+    };
+    heardUnder(0, 1, 0);
+    EXPECT_FALSE(clips());
+    heardUnder(7, 1, 0); // 1.12
+    EXPECT_TRUE(clips());
+    heardUnder(7, 0.8, 0);
+    EXPECT_FALSE(clips());
+    heardUnder(7, 0.8, 6);
+    EXPECT_TRUE(clips());
+
+    ASSERT_TRUE(engine.scheduleSegment(19, true));
+    output.pull(2 * second);
+    output.hear(second / 2);
+    EXPECT_TRUE(clips()) << "the soft end has been rendered and not been heard";
+    output.hear(second);
+    EXPECT_FALSE(clips());
+}
+
 TEST_F(PlaybackEngine, CutsPositionsToTheFile) {
     const auto path = wave(numbered(1000));
     ASSERT_TRUE(open(path));
