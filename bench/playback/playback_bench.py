@@ -1,6 +1,7 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 # SPDX-License-Identifier: MIT
-"""Processor time and wake-ups of whole players while they play one file through one sound server.
+"""Processor time and wake-ups of whole players while they play one file through one sound server,
+and how soon Halvane is heard after a command.
 
 usage: playback_bench.py HALVANE [FILE] [--seconds N] [--rounds N]
 
@@ -8,22 +9,74 @@ Everything runs privately: a PulseAudio with a null sink, and for Halvane a disp
 folders (tools/private-desktop). The players take turns, each is left alone for five seconds and then
 watched; printed are the medians over the rounds, per minute of music. "hidden" is Halvane with its
 windows minimised, "paused" after a pause over MPRIS. Without FILE, a FLAC of 16 bits at 44.1 kHz is
-made. Needs ffmpeg, mpd, mpv, openbox, playerctl and xdotool; a player that is not installed is left out.
+made. Wake-ups are voluntary context switches.
+
+A click is a stop, silence, and PlayPause over MPRIS, which opens the file again. A skip is Next from a
+file that sounds on the left to one that sounds on the right. Both end when the sink's monitor has the
+first sample, and both contain the recorder's own share of about 5 ms.
+
+Needs pulseaudio, pactl, parec and Xvfb. Of the other tools it says which are missing, and what is left
+out for that.
 """
 import argparse
+import array
 import os
 import pathlib
+import random
 import shutil
 import signal
 import socket
 import statistics
 import subprocess
+import sys
 import tempfile
 import time
+import wave
+
+try:
+    from gi.repository import Gio
+except ImportError:
+    Gio = None
 
 QUIET = dict(stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
 TOOLS = pathlib.Path(__file__).resolve().parents[2] / "tools"
 SETTLE = 5
+REACTIONS = 5  # clicks and skips a round
+LEFT, RIGHT, ANY = range(0, 2), range(2, 4), range(4)  # bytes of a frame of two 16-bit samples
+
+
+def missing_tools():
+    """Says what is not installed; ends the program when nothing can be measured without it."""
+    needed = [tool for tool in ("pulseaudio", "pactl", "parec", "Xvfb") if not shutil.which(tool)]
+    if needed:
+        sys.exit(f"missing: {', '.join(needed)}: nothing can be measured")
+    for tool, use in (("ffmpeg", "the files are WAV instead of FLAC"), ("mpd", "MPD is left out"),
+                      ("mpv", "mpv is left out"), ("openbox", "the hidden player is left out"),
+                      ("xdotool", "the hidden player is left out")):
+        if not shutil.which(tool):
+            print(f"missing: {tool}: {use}")
+    if not Gio:
+        print("missing: python3-gi: the paused player, clicks and skips are left out")
+
+
+def noise(path, seconds, pan="stereo|c0=c0|c1=c0"):
+    """A file of noise: ffmpeg's pan says on which channels."""
+    if shutil.which("ffmpeg"):
+        file = path.with_suffix(".flac")
+        subprocess.run(["ffmpeg", "-loglevel", "error", "-f", "lavfi", "-i",
+                        f"anoisesrc=c=pink:r=44100:a=0.2:d={seconds}:seed=1", "-af", f"pan={pan}",
+                        "-sample_fmt", "s16", str(file)], check=True)
+        return file
+    file = path.with_suffix(".wav")
+    frames = array.array("h")
+    for _ in range(44100):
+        value = random.randrange(-6000, 6000)
+        frames.extend(value if f"c{channel}=c0" in pan else 0 for channel in (0, 1))
+    with wave.open(str(file), "wb") as out:
+        out.setparams((2, 2, 44100, 0, "NONE", ""))
+        for _ in range(seconds):
+            out.writeframes(frames.tobytes())
+    return file
 
 
 def until(condition, seconds=20):
@@ -53,8 +106,8 @@ class Sound:
         """A recorder of what the sink plays; it has begun when this returns."""
         recorder = subprocess.Popen(
             ["parec", f"--server={self.server}", "--device=null.monitor", "--raw",
-             "--latency-msec=5"], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE)
-        recorder.stdout.read(1)
+             "--latency-msec=5"], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, bufsize=0)
+        until(lambda: len(recorder.stdout.read(4)) == 4)
         return recorder
 
     def playing(self):
@@ -63,14 +116,20 @@ class Sound:
         return bool(listed.strip())
 
 
-def first_sound(recorder):
-    """When the recorder first hears something."""
-    while not any(os.read(recorder.stdout.fileno(), 4096)):
-        pass
-    heard = time.monotonic()
-    recorder.kill()
-    recorder.wait()
-    return heard
+def first_sound(recorder, where=ANY, seconds=20):
+    """When the recorder first hears something in these bytes of a frame."""
+    end, position = time.monotonic() + seconds, 0
+    try:
+        while time.monotonic() < end:
+            block = recorder.stdout.read(4096)
+            heard = time.monotonic()
+            if any(any(block[(byte - position) % 4::4]) for byte in where):
+                return heard
+            position += len(block)
+        raise RuntimeError("heard nothing")
+    finally:
+        recorder.kill()
+        recorder.wait()
 
 
 def sample(pid):
@@ -161,7 +220,8 @@ class Mpv:
 
 class Halvane:
     name = "Halvane"
-    states = ("shown", "hidden", "paused")
+    states = ["shown"] + ["hidden"] * bool(shutil.which("openbox") and shutil.which("xdotool")) + \
+        ["paused"] * bool(Gio)
     program = None  # given on the command line
     has_shown = False
 
@@ -194,7 +254,18 @@ class Halvane:
         if state == "hidden":
             until(self.minimise_all)
         elif state == "paused":
-            self.run("playerctl", "--player=halvane", "pause")
+            self.command("Pause")
+
+    def command(self, name):
+        """Sends an MPRIS command, without waiting until it has been obeyed."""
+        if not hasattr(self, "bus"):
+            self.bus = Gio.DBusConnection.new_for_address_sync(
+                self.environment["DBUS_SESSION_BUS_ADDRESS"],
+                Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT
+                | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION, None, None)
+        self.bus.call("org.mpris.MediaPlayer2.halvane", "/org/mpris/MediaPlayer2",
+                      "org.mpris.MediaPlayer2.Player", name, None, None,
+                      Gio.DBusCallFlags.NO_AUTO_START, -1, None, None)
 
 
 def main():
@@ -206,19 +277,20 @@ def main():
     parser.add_argument("--rounds", type=int, default=3)
     options = parser.parse_args()
     Halvane.program = options.halvane.resolve()
+    missing_tools()
     with tempfile.TemporaryDirectory() as name:
         root = pathlib.Path(name)
         measure(options, root)
 
 
 def measure(options, root):
-    file = options.file.resolve() if options.file else root / "music.flac"
-    if not options.file:
-        subprocess.run(["ffmpeg", "-loglevel", "error", "-f", "lavfi", "-i",
-                        "anoisesrc=c=pink:r=44100:a=0.2:d=900:seed=1", "-ac", "2", "-sample_fmt",
-                        "s16", str(file)], check=True)
+    file = options.file.resolve() if options.file else noise(root / "music", 900)
+    sides = root / "sides"
+    sides.mkdir()
+    noise(sides / "left", 60, "stereo|c0=c0|c1=0*c0")
+    noise(sides / "right", 60, "stereo|c0=0*c0|c1=c0")
     sound = Sound(root)
-    results, threads, delays = {}, {}, {}
+    results, threads, delays, reactions = {}, {}, {}, {"click": [], "skip": []}
     try:
         for number in range(options.rounds):
             for player in (Mpd, Mpv, Halvane):
@@ -241,12 +313,48 @@ def measure(options, root):
                 finally:
                     end(running.process)
                 until(lambda: not sound.playing())
+            if Gio:
+                react(sound, sides, root / f"reactions{number}", reactions)
+                until(lambda: not sound.playing())
     finally:
         end(sound.process)
     report(results, threads)
     print("\nseconds to the first sound: from the start of the program, MPD's from its command to play")
     for player, seconds in delays.items():
         print(f"{player:<16} {statistics.median(seconds):>8.3f}")
+    if Gio:
+        print("\nHalvane, milliseconds from the command to the first sound: median (range)")
+    for name, seconds in reactions.items():
+        if seconds:
+            print(f"{name:<16} {statistics.median(seconds) * 1000:>8.1f} "
+                  f"({min(seconds) * 1000:.1f}..{max(seconds) * 1000:.1f}), {len(seconds)} times")
+
+
+def react(sound, sides, folder, reactions):
+    """Clicks and skips in a folder of two files, and notes how long each took to be heard."""
+    folder.mkdir()
+    recorder = sound.listen()
+    running = Halvane(sound, sides, folder)
+
+    def heard_after(command, where):
+        recorder = sound.listen()
+        time.sleep(0.3)
+        start = time.monotonic()
+        running.command(command)
+        return first_sound(recorder, where) - start
+
+    try:
+        first_sound(recorder, LEFT)
+        for _ in range(REACTIONS):
+            time.sleep(1)
+            running.command("Stop")
+            time.sleep(1)
+            reactions["click"].append(heard_after("PlayPause", LEFT))
+            time.sleep(1)
+            reactions["skip"].append(heard_after("Next", RIGHT))
+            running.command("Previous")
+    finally:
+        end(running.process)
 
 
 def report(results, threads):
