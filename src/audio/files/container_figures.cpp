@@ -175,7 +175,7 @@ std::optional<CafPacketTable> cafPacketTable(QIODevice& file) {
     }
 }
 
-std::optional<EncoderPadding> mp3Padding(QByteArrayView bytes) {
+std::optional<Mp3Figures> mp3Figures(QByteArrayView bytes) {
     qsizetype tag = bytes.lastIndexOf(QByteArrayView("Xing"));
     if (tag < 0)
         tag = bytes.lastIndexOf(QByteArrayView("Info"));
@@ -190,8 +190,10 @@ std::optional<EncoderPadding> mp3Padding(QByteArrayView bytes) {
     if (encoder + 24 > bytes.size() || bytes[encoder] < 'A' || bytes[encoder] > 'z')
         return std::nullopt;
     // Nine bytes of name, twelve of other matters, then twice twelve bits.
-    const auto figures = bigEndian<quint32>(bytes.data() + encoder + 20) & 0xFF'FF'FFU;
-    return EncoderPadding{figures >> 12U, figures & 0xFFFU};
+    const auto padding = bigEndian<quint32>(bytes.data() + encoder + 20) & 0xFF'FF'FFU;
+    const bool statesBlocks = (flags & 1U) != 0;
+    return Mp3Figures{statesBlocks ? bigEndian<quint32>(bytes.data() + tag + 8) : 0, padding >> 12U,
+                      padding & 0xFFFU};
 }
 
 std::optional<TrackExtent> gaplessTag(QByteArrayView text) {

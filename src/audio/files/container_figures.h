@@ -31,15 +31,16 @@ struct CafPacketTable {
 };
 std::optional<CafPacketTable> cafPacketTable(QIODevice& file);
 
-/// Frames that an encoder put before and after the music.
-struct EncoderPadding {
-    std::int64_t delay = 0;
-    std::int64_t padding = 0;
+/// What the encoder of an MP3 stream states.
+struct Mp3Figures {
+    std::int64_t blocks = 0;  ///< of sound in the stream; 0: not stated
+    std::int64_t delay = 0;   ///< frames that it put before the music
+    std::int64_t padding = 0; ///< and after it
 };
 /// From the information frame in front of an MP3 stream (Xing or Info, with the encoder's part
 /// behind it). `bytes` end where the first frame of sound begins. The decoder's own delay is not in
 /// these figures.
-std::optional<EncoderPadding> mp3Padding(QByteArrayView bytes);
+std::optional<Mp3Figures> mp3Figures(QByteArrayView bytes);
 
 /// From the text of an "iTunSMPB" tag: frames in front and frames of music.
 std::optional<TrackExtent> gaplessTag(QByteArrayView text);

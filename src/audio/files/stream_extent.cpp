@@ -58,12 +58,18 @@ StreamExtent mp3Extent(AudioDecoder& decoder, QFile& file) {
     QByteArray head;
     if (file.seek(from))
         head = file.read(first - from);
-    const std::int64_t raw = rawLength(decoder);
-    const auto padding = mp3Padding(head);
-    if (!padding)
+    const std::int64_t blockFrames = decoder.blockEnd() - decoder.blockStart();
+    std::int64_t raw = rawLength(decoder);
+    const auto figures = mp3Figures(head);
+    if (!figures)
         return {0, raw};
-    const std::int64_t delay = padding->delay + mp3DecoderDelay;
-    const std::int64_t end = std::min(raw - padding->padding + mp3DecoderDelay, raw);
+    // libavformat 63 leaves delay and padding out of the duration, libavformat 61 does not. Joined
+    // files hold more than the first encoder's count, so a count far off is not taken.
+    const std::int64_t stated = figures->blocks * blockFrames;
+    if (stated > raw && stated - raw <= figures->delay + figures->padding)
+        raw = stated;
+    const std::int64_t delay = figures->delay + mp3DecoderDelay;
+    const std::int64_t end = std::min(raw - figures->padding + mp3DecoderDelay, raw);
     return {delay, end - delay};
 }
 

@@ -31,6 +31,43 @@ TEST(Gapless, Mp3WithoutAHeaderPlaysEveryBlock) {
     EXPECT_EQ(std::int64_t(readAll(*file).size() / 2), file->lengthFrames());
 }
 
+TEST(Gapless, Mp3LosesWhatItsEncoderAdded) {
+    QFile plain(encoded(music(50'000), u"mp3"_s, u"lame --quiet --cbr -b 128 \"$IN\" \"$OUT\""_s));
+    ASSERT_TRUE(plain.open(QIODevice::ReadOnly));
+    const QByteArray file = plain.readAll();
+    const qsizetype tag = file.indexOf("Info");
+    const qsizetype encoder = file.indexOf("LAME");
+    ASSERT_TRUE(tag > 0 && encoder == tag + 120) << "with count, size, seek table and quality";
+    const std::int64_t blocks = qFromBigEndian<quint32>(file.constData() + tag + 8);
+
+    const struct {
+        const char* name;
+        QByteArray bytes;
+        std::int64_t frames;
+    } cases[] = {
+        {"as it is", file, 50'000},
+        {"by an encoder of another name", QByteArray(file).replace(encoder, 4, "Else"), 50'000},
+        {"without the number of blocks",
+         QByteArray(file)
+             .insert(encoder + 24, QByteArray(4, '\0'))
+             .remove(tag + 8, 4)
+             .replace(tag + 4, 4, QByteArray("\0\0\0\x0E", 4)),
+         50'000},
+        // The second file's header frame is a silent block more.
+        {"twice in one file", file + file, 50'000 + (blocks + 1) * 1152},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        QTemporaryFile changed;
+        ASSERT_TRUE(changed.open());
+        changed.write(c.bytes);
+        changed.close();
+        const auto mp3 = opened(changed.fileName());
+        EXPECT_EQ(mp3->lengthFrames(), c.frames);
+        EXPECT_EQ(std::int64_t(readAll(*mp3).size() / 2), c.frames);
+    }
+}
+
 /// An MP4 file with its index at the end, and in the index an "iTunSMPB" tag as its makers write
 /// it.
 QByteArray withGaplessTag(QByteArray file, const QByteArray& text) {
