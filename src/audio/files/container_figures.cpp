@@ -176,9 +176,9 @@ std::optional<CafPacketTable> cafPacketTable(QIODevice& file) {
 }
 
 std::optional<Mp3Figures> mp3Figures(QByteArrayView bytes) {
-    qsizetype tag = bytes.lastIndexOf(QByteArrayView("Xing"));
-    if (tag < 0)
-        tag = bytes.lastIndexOf(QByteArrayView("Info"));
+    // Either word may also stand in a tag's text, which ends before the information frame.
+    const qsizetype tag = std::max(bytes.lastIndexOf(QByteArrayView("Xing")),
+                                   bytes.lastIndexOf(QByteArrayView("Info")));
     if (tag < 0 || tag + 8 > bytes.size())
         return std::nullopt;
     const auto flags = bigEndian<quint32>(bytes.data() + tag + 4);

@@ -40,6 +40,11 @@ TEST(Gapless, Mp3LosesWhatItsEncoderAdded) {
     ASSERT_TRUE(tag > 0 && encoder == tag + 120) << "with count, size, seek table and quality";
     const std::int64_t blocks = qFromBigEndian<quint32>(file.constData() + tag + 8);
 
+    // A tag in front, whose text holds the word by which another header is known.
+    const QByteArray text = "Xing Xing, Xing Xing, Xing Xing, Xing Xing";
+    const QByteArray comment = QByteArray("ID3\3\0\0\0\0\0", 9) + char(text.size() + 11) + "TIT2" +
+                               QByteArray(3, '\0') + char(text.size() + 1) + QByteArray(3, '\0') +
+                               text;
     const struct {
         const char* name;
         QByteArray bytes;
@@ -53,6 +58,7 @@ TEST(Gapless, Mp3LosesWhatItsEncoderAdded) {
              .remove(tag + 8, 4)
              .replace(tag + 4, 4, QByteArray("\0\0\0\x0E", 4)),
          50'000},
+        {"behind a text about another header", comment + file, 50'000},
         // The second file's header frame is a silent block more.
         {"twice in one file", file + file, 50'000 + (blocks + 1) * 1152},
     };
