@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "support/offline_output.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 
 namespace halvane::test {
@@ -14,6 +16,10 @@ void OfflineOutput::pullHurried(std::size_t frames) {
 }
 
 void OfflineOutput::render(std::size_t frames, bool wait) {
+    if (wait && m_source && !m_running) { // a start may have been put off until the sound is there
+        m_source->awaitFrames(1);
+        QCoreApplication::processEvents();
+    }
     while (frames > 0 && m_running) {
         const auto count = std::min(frames, blockFrames);
         const auto samples = count * std::size_t(m_format.channels);

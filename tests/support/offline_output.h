@@ -15,8 +15,8 @@ class OfflineOutput final : public SoundOutput {
   public:
     // What a listener's machine does.
 
-    /// Renders frames, if running, and records them. Waits for the decoder first, so that what is
-    /// recorded does not depend on this machine's speed.
+    /// Renders frames, if running, and records them. Waits for the decoder first, and for a start
+    /// that waits for it, so that what is recorded does not depend on this machine's speed.
     void pull(std::size_t frames);
     /// Renders frames at once, ready or not, as a hurried server does.
     void pullHurried(std::size_t frames);

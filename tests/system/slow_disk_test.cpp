@@ -43,15 +43,14 @@ class SlowDisk : public testing::Test {
     /// Three tracks, of which the second lies on another disk. The first plays, and no other is
     /// opened ahead of its time.
     void start() {
-        session.makeTrack(u"music/1.flac"_s, 60, u"First"_s);
-        second = session.makeTrack(u"slow/2.flac"_s, 60, u"Second"_s);
-        session.makeTrack(u"music/3.flac"_s, 60, u"Third"_s);
-        lock = session.home.filePath(u"slow.lock"_s);
+        session.makeTrack(u"music/1/first.flac"_s, 60, u"First"_s);
+        second = session.makeTrack(u"music/2/second.flac"_s, 60, u"Second"_s);
+        session.makeTrack(u"music/3/third.flac"_s, 60, u"Third"_s);
+        lock = session.home.filePath(u"music/2.lock"_s);
         ASSERT_TRUE(QFile(lock).open(QIODevice::WriteOnly));
-        session.environment.insert(u"HALVANE_TEST_DISK"_s, session.home.filePath(u"slow"_s));
+        session.environment.insert(u"HALVANE_TEST_DISK"_s, session.home.filePath(u"music/2"_s));
         session.environment.insert(u"LD_PRELOAD"_s, QStringLiteral(HALVANE_DISK_GATE));
-        halvane = std::make_unique<RunningProgram>(
-            session, QStringList{u"music/1.flac"_s, u"slow/2.flac"_s, u"music/3.flac"_s});
+        halvane = std::make_unique<RunningProgram>(session, QStringList{u"music"_s});
         session.environment.remove(u"LD_PRELOAD"_s);
         ASSERT_TRUE(halvane->isReady());
         ASSERT_TRUE(halvane->answers({u"status"_s}, u"Playing"_s));
