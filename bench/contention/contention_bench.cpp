@@ -32,7 +32,7 @@ class LocalFiles final : public CloudFiles {
   public:
     FilePresence presence(const QString&) const override { return FilePresence::here; }
     void startDownloading(const QStringList&) override {}
-    bool isRemote(const QString&) const override { return false; }
+    Storage storage(const QString&) const override { return Storage::disk; }
 };
 
 /// A library of this many files that are all the same sound.

@@ -35,16 +35,26 @@ class OutputHistory {
         m_at -= frames;
         m_changing = std::min(frames, m_changeFrames);
         m_changed = 0;
-        for (std::size_t i = 0; i < m_changing; ++i)
-            std::copy_n(frame(m_at + i), m_channels, m_before.data() + i * m_channels);
+        for (std::size_t done = 0; done < m_changing;) {
+            const std::size_t at = (m_at + done) % m_keptFrames;
+            const std::size_t count = std::min(m_changing - done, m_keptFrames - at);
+            std::copy_n(m_past.data() + at * m_channels, count * m_channels,
+                        m_before.data() + done * m_channels);
+            done += count;
+        }
     }
 
     /// Changes what was there before into these interleaved frames, and remembers them.
     void pass(float* interleaved, std::size_t frames) noexcept {
-        for (std::size_t i = 0; i < frames; ++i, ++m_at, interleaved += m_channels) {
-            if (m_changed < m_changing)
-                changeOver(interleaved);
-            std::copy_n(interleaved, m_channels, frame(m_at));
+        for (std::size_t i = 0; i < frames && m_changed < m_changing; ++i)
+            changeOver(interleaved + i * m_channels);
+        while (frames > 0) {
+            const std::size_t at = m_at % m_keptFrames;
+            const std::size_t count = std::min(frames, m_keptFrames - at);
+            std::copy_n(interleaved, count * m_channels, m_past.data() + at * m_channels);
+            interleaved += count * m_channels;
+            m_at += count;
+            frames -= count;
         }
     }
 
@@ -55,7 +65,6 @@ class OutputHistory {
         for (std::size_t c = 0; c < m_channels; ++c)
             to[c] = before[c] + (to[c] - before[c]) * progress;
     }
-    float* frame(std::uint64_t at) { return m_past.data() + at % m_keptFrames * m_channels; }
 
     std::size_t m_channels = 0;
     std::size_t m_keptFrames = 0;
