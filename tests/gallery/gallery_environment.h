@@ -32,14 +32,14 @@ class TimedOutput final : public SoundOutput {
     void freeze();
     Result<> open(const StreamFormat& format, RenderSource& source) override;
     void close() override;
-    bool isOpen() const override { return m_source != nullptr; }
+    [[nodiscard]] bool isOpen() const override { return m_source != nullptr; }
     Result<> start() override;
     void pause() override;
     [[nodiscard]] bool isRunning() const override { return m_isRunning; }
     void flush() override {}
-    std::int64_t framesRendered() const override { return m_frames; }
-    std::int64_t framesHeard() const override { return m_frames; }
-    int deviceSampleRate() const override { return 96000; }
+    [[nodiscard]] std::int64_t framesRendered() const override { return m_frames; }
+    [[nodiscard]] std::int64_t framesHeard() const override { return m_frames; }
+    [[nodiscard]] int deviceSampleRate() const override { return 96000; }
     Result<> setDevice(std::optional<std::uint32_t>) override { return {}; }
 
   private:

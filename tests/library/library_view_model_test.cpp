@@ -108,7 +108,9 @@ struct PlayingTest : testing::Test {
     void untilOpened() {
         ASSERT_TRUE(waitFor([&] { return library.engine()->hasFile(); }));
     }
-    QString title() const { return library.queue()->currentItem().value_or(QueueItem()).title; }
+    [[nodiscard]] QString title() const {
+        return library.queue()->currentItem().value_or(QueueItem()).title;
+    }
     // Plays until the test's condition holds.
     void playUntil(const std::function<bool()>& reached) {
         for (int i = 0; i < 2000 && !reached(); ++i) {

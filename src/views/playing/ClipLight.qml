@@ -18,7 +18,7 @@ Item {
         if (isWatched)
             Library.spectrum.endWatching()
     }
-    Accessible.role: Accessible.Indicator
+    Accessible.role: Accessible.StaticText
     Accessible.name: root.isLit ? Strings.clipping : Strings.notClipping
     Accessible.description: Strings.clippingHint
 
