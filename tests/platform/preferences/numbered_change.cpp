@@ -58,7 +58,7 @@ QStringList manyWith(const QString& name) {
 
 void makeNumberedChange(Preferences& preferences, quint64 number) {
     Dice dice{number};
-    const QString key = keys[dice.roll(2)];
+    const QString& key = keys[dice.roll(2)];
     switch (dice.roll(16)) {
     case 0:
         return preferences.setBoolean(key, dice.roll(2) == 0);
