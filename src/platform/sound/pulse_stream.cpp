@@ -21,7 +21,7 @@ namespace halvane {
 namespace {
 
 // From the render to the ear. The server spends what the request size leaves of it on few, long
-// blocks: about ten wake-ups a second, while a change of volume is heard within a quarter.
+// blocks: about ten wake-ups a second. What is queued is rendered again when something changes.
 constexpr double latencySeconds = 0.24;
 constexpr double requestSeconds = 0.02;
 
