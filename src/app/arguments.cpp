@@ -48,6 +48,12 @@ void addFile(Arguments& result, const QString& argument, const QString& folder) 
         result.skipped.append(argument);
 }
 
+// The parser knows the program's name only once there is an application object.
+QString helpText(const QCommandLineParser& parser) {
+    const auto text = parser.helpText();
+    return u"Usage: halvane [options] [FILE...]"_s + text.mid(text.indexOf(u'\n'));
+}
+
 } // namespace
 
 Arguments parsedArguments(const QStringList& commandLine, const QString& folder) {
@@ -65,7 +71,7 @@ Arguments parsedArguments(const QStringList& commandLine, const QString& folder)
     if (parser.isSet(help) || parser.isSet(version)) {
         result.task = Arguments::Task::print;
         result.text = parser.isSet(help)
-                          ? parser.helpText()
+                          ? helpText(parser)
                           : u"Halvane %1\n"_s.arg(QCoreApplication::applicationVersion());
         return result;
     }

@@ -26,7 +26,8 @@ struct Arguments {
     QStringList skipped; ///< arguments that name no file of this machine
 };
 
-/// Reads the command line. Relative paths are taken from `folder`. Needs a QCoreApplication.
+/// Reads the command line. Relative paths are taken from `folder`.
+/// Needs no application object.
 Arguments parsedArguments(const QStringList& commandLine, const QString& folder);
 
 } // namespace halvane

@@ -9,9 +9,12 @@
 
 #include <QDir>
 #include <QGuiApplication>
+#include <QThread>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <iterator>
 #include <optional>
 
 using namespace halvane;
@@ -42,6 +45,13 @@ std::optional<int> doneEarly(const Arguments& arguments) {
     return leftToAnother(arguments.request) ? std::optional(EXIT_SUCCESS) : std::nullopt;
 }
 
+QStringList commandLine(int argc, char** argv) {
+    QStringList words;
+    std::transform(argv, argv + argc, std::back_inserter(words),
+                   [](const char* word) { return QString::fromLocal8Bit(word); });
+    return words;
+}
+
 bool hasDisplay() {
     return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ||
            qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
@@ -49,21 +59,20 @@ bool hasDisplay() {
 
 } // namespace
 
+// There is one application object in a run, and none before it is clear that a window will show:
+// the end of any takes the views out of every screen reader's sight, for good.
 int main(int argc, char** argv) {
+    QThread::currentThread(); // the first thread that the toolkit meets is its main thread
     QCoreApplication::setApplicationName(u"Halvane"_s);
     QCoreApplication::setApplicationVersion(QStringLiteral(HALVANE_VERSION));
-    Arguments arguments;
-    {
-        const QCoreApplication early(argc, argv);
-        arguments = parsedArguments(QCoreApplication::arguments(), QDir::currentPath());
-        arguments.request.activationToken = qEnvironmentVariable(
-            "XDG_ACTIVATION_TOKEN", qEnvironmentVariable("DESKTOP_STARTUP_ID"));
-        installLog(arguments.logLevel);
-        for (const auto& skipped : arguments.skipped)
-            qCWarning(libraryLog, "not a file of this machine: %s", qUtf8Printable(skipped));
-        if (const auto result = doneEarly(arguments))
-            return *result;
-    }
+    auto arguments = parsedArguments(commandLine(argc, argv), QDir::currentPath());
+    arguments.request.activationToken =
+        qEnvironmentVariable("XDG_ACTIVATION_TOKEN", qEnvironmentVariable("DESKTOP_STARTUP_ID"));
+    installLog(arguments.logLevel);
+    for (const auto& skipped : arguments.skipped)
+        qCWarning(libraryLog, "not a file of this machine: %s", qUtf8Printable(skipped));
+    if (const auto result = doneEarly(arguments))
+        return *result;
     if (!hasDisplay()) {
         print(stderr, u"halvane: no display: start it in a desktop session\n"_s);
         return EXIT_FAILURE;

@@ -1,0 +1,122 @@
+# SPDX-License-Identifier: MIT
+"""What a screen reader does with a program: finds things in its tree, reads them and works them."""
+
+import subprocess
+import sys
+import time
+import warnings
+
+warnings.simplefilter("ignore", DeprecationWarning)
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi, GLib  # noqa: E402
+
+PATIENCE = 20
+NAMED = {
+    "button", "push button", "check box", "radio button", "slider", "entry", "text", "combo box",
+    "menu item", "link", "page tab", "list item", "list", "table", "toggle button", "menu", "dialog",
+    "column header", "table column header", "heading", "frame", "label",
+}
+CONTROLS = {
+    "button", "check box", "radio button", "slider", "entry", "text", "combo box", "link", "page tab",
+    "toggle button",
+}
+
+
+def turn_on():
+    """Says on the session's bus that a screen reader runs, as one does when it starts."""
+    subprocess.run(
+        ["gdbus", "call", "--session", "--dest", "org.a11y.Bus", "--object-path", "/org/a11y/bus",
+         "--method", "org.freedesktop.DBus.Properties.Set", "org.a11y.Status", "ScreenReaderEnabled",
+         "<true>"], check=True, stdout=subprocess.DEVNULL)
+
+
+def role_of(thing):
+    return {"push button": "button", "table column header": "column header"}.get(
+        thing.get_role_name(), thing.get_role_name())
+
+
+def has(thing, state):
+    return thing.get_state_set().contains(state)
+
+
+def children(thing):
+    for index in range(thing.get_child_count()):
+        child = thing.get_child_at_index(index)
+        if child:
+            yield child
+
+
+def walk(thing):
+    """Everything that is showing, from here on down; what goes away meanwhile is passed over."""
+    try:
+        is_application = thing.get_role_name() == "application"
+        if not is_application and not has(thing, Atspi.StateType.VISIBLE):
+            return
+        yield thing
+        for child in children(thing):
+            yield from walk(child)
+    except GLib.Error:
+        return
+
+
+def wait_for(what, look):
+    end = time.monotonic() + PATIENCE
+    while time.monotonic() < end:
+        try:
+            found = look()
+        except GLib.Error:
+            found = None
+        if found:
+            return found
+        time.sleep(0.1)
+    sys.exit(f"waited in vain for {what}")
+
+
+def find_application(process):
+    def look():
+        if process.poll() is not None:
+            sys.exit(f"the program ended with {process.returncode}")
+        return next((application for application in children(Atspi.get_desktop(0))
+                     if application.get_process_id() == process.pid
+                     and application.get_child_count()), None)
+    return wait_for("the program", look)
+
+
+def actions(thing):
+    if not thing.get_action_iface():
+        return []
+    return [Atspi.Action.get_action_name(thing, n) for n in range(Atspi.Action.get_n_actions(thing))]
+
+
+def find(root, name, *roles):
+    """The first thing with this name and one of these roles; none when nothing like it shows."""
+    return next((thing for thing in walk(root)
+                 if thing.get_name() == name and role_of(thing) in roles), None)
+
+
+def press(root, name, *roles):
+    def look():
+        thing = find(root, name, *(roles or ("button", "page tab")))
+        return thing and Atspi.Action.do_action(thing, actions(thing).index("Press"))
+    wait_for(f"a {' or '.join(roles or ('button',))} {name!r}", look)
+
+
+def faults(root, roles):
+    """What a listener would stumble over; counts the roles."""
+    for thing in walk(root):
+        try:
+            role = role_of(thing)
+            name = thing.get_name()
+            roles[role] += 1
+            if role in NAMED and not name:
+                yield f"{role} without a name in {thing.get_parent().get_name()!r}"
+            works = role in CONTROLS or (role == "list item" and actions(thing))
+            if works and has(thing, Atspi.StateType.ENABLED):
+                if not has(thing, Atspi.StateType.FOCUSABLE):
+                    yield f"{role} {name!r} can't be reached by the keyboard"
+            if role in ("unknown", "invalid", "filler") and name:
+                yield f"{name!r} has no role"
+        except GLib.Error:
+            continue
