@@ -194,10 +194,10 @@ void Program::keepReachable() {
     });
 }
 
-// One import for each, as if they had been opened one by one.
+// One import for all: the first of them plays, and the others stand behind it.
 void Program::open(const QList<QUrl>& files) {
-    for (const auto& file : files)
-        m_library.importing()->importDroppedURLs({file});
+    if (!files.isEmpty())
+        m_library.importing()->importDroppedURLs(files);
 }
 
 void Program::comeForward(const QString& token) {

@@ -140,10 +140,13 @@ TEST_F(Program, HandsItsFilesToTheOneThatRuns) {
     EXPECT_EQ(session.run(u"gio"_s, {u"launch"_s, entry, QString::fromLatin1(url)}).exitCode, 0);
     EXPECT_TRUE(halvane.answers({u"metadata"_s, u"title"_s}, u"Encoded"_s));
     const auto second = session.run(
-        program, {u"a b.flac"_s, u"missing.flac"_s, u"folder/../folder"_s, u"歌.flac"_s});
+        program, {u"folder/../folder"_s, u"missing.flac"_s, u"a b.flac"_s, u"歌.flac"_s});
     EXPECT_EQ(second.exitCode, 0) << second.errors.toStdString();
-    EXPECT_TRUE(halvane.answers({u"metadata"_s, u"title"_s}, u"Song"_s));
+    EXPECT_TRUE(halvane.answers({u"metadata"_s, u"title"_s}, u"Spaces"_s))
+        << "the first that is new";
     EXPECT_TRUE(halvane.answers({u"status"_s}, u"Playing"_s));
+    EXPECT_EQ(session.run(program, {u"--action"_s, u"Next"_s}).exitCode, 0);
+    EXPECT_TRUE(halvane.answers({u"metadata"_s, u"title"_s}, u"Song"_s));
     EXPECT_EQ(session.run(program, {u"--action"_s, u"PlayPause"_s}).exitCode, 0);
     EXPECT_TRUE(halvane.answers({u"status"_s}, u"Paused"_s));
     EXPECT_EQ(session.run(program, {u"--action"_s, u"Previous"_s}).exitCode, 0);
@@ -159,6 +162,42 @@ TEST_F(Program, HandsItsFilesToTheOneThatRuns) {
     ASSERT_TRUE(waitFor([&] { return monitor->count(u"member=Open"_s) > 0; }));
     halvane.signal(SIGKILL);
     EXPECT_TRUE(heir.answers({u"metadata"_s, u"title"_s}, u"Spaces"_s));
+}
+
+TEST_F(Program, FilesOpenedTogetherPlayFromTheFirstOneOn) {
+    const QString second = session.makeTrack(u"2.flac"_s, 60, u"Second"_s);
+    const QString first = session.makeTrack(u"1.flac"_s, 60, u"First"_s);
+    const QString third = session.makeTrack(u"3.flac"_s, 60, u"Third"_s);
+    RunningProgram halvane(session, {u"2.flac"_s, u"1.flac"_s});
+    ASSERT_TRUE(halvane.isReady());
+    const auto title = [&](const QString& expected) {
+        return halvane.answers({u"metadata"_s, u"title"_s}, expected);
+    };
+    EXPECT_TRUE(title(u"Second"_s));
+    halvane.ask({u"next"_s});
+    EXPECT_TRUE(title(u"First"_s)) << "in the order in which they were given";
+    auto open = QDBusMessage::createMethodCall(u"org.halvane.Halvane"_s, u"/org/halvane/Halvane"_s,
+                                               u"org.freedesktop.Application"_s, u"Open"_s);
+    open << QStringList{QUrl::fromLocalFile(first).toString(),
+                        QUrl::fromLocalFile(third).toString()}
+         << QVariantMap();
+    callAndWait(session.bus.connect(), open);
+    EXPECT_TRUE(title(u"Third"_s)) << "the first new one";
+    open.setArguments(
+        {QStringList{QUrl::fromLocalFile(second).toString(), QUrl::fromLocalFile(third).toString()},
+         QVariantMap()});
+    callAndWait(session.bus.connect(), open);
+    EXPECT_TRUE(title(u"Second"_s)) << "with none new, the first";
+    EXPECT_TRUE(halvane.answers({u"status"_s}, u"Playing"_s));
+    EXPECT_TRUE(
+        waitFor([&] { return session.log().count(u"engine playing"_s) == 4; })) // each was heard
+        << session.log().toStdString();
+    // Opened while it plays, it plays on.
+    EXPECT_TRUE(waitFor([&] { return halvane.ask({u"position"_s}).toDouble() > 0.5; }));
+    EXPECT_EQ(session.run(program, {u"2.flac"_s}).exitCode, 0);
+    EXPECT_TRUE(waitFor([&] { return session.log().count(u"import: 1 roots"_s) == 1; }));
+    EXPECT_EQ(halvane.ask({u"status"_s}), u"Playing"_s);
+    EXPECT_EQ(session.log().count(u"engine playing"_s), 4) << "and does not start over";
 }
 
 TEST_F(Program, AnActionThatFindsNothingToPlayLeavesLaterFilesAlone) {
