@@ -176,6 +176,25 @@ TEST(Placement, ForgetsAPlaceThatCanNotBeReached) {
         EXPECT_EQ(stillReachable(lost, screens), std::nullopt);
 }
 
+TEST(Placement, ShrinksWhatIsLargerThanItsScreen) {
+    const QList<QRect> screens{{0, 30, 1280, 690}, {1280, 0, 1920, 1080}};
+    struct Row {
+        QRect place;
+        QRect fitted;
+    };
+    const std::vector<Row> table{
+        {{200, 100, 980, 600}, {200, 100, 980, 600}},
+        {{-500, 100, 980, 600}, {-500, 100, 980, 600}}, // where the user has put it
+        {{500, 200, 2400, 1300}, {1280, 0, 1920, 1080}},
+        {{-700, 200, 2400, 600}, {0, 120, 1280, 600}},
+        {{100, 0, 1000, 900}, {100, 30, 1000, 690}},
+        {{1300, 10, 1360, 720}, {1300, 10, 1360, 720}},
+    };
+    for (const auto& row : table)
+        EXPECT_EQ(fittedInto(areaAround(row.place, screens), row.place), row.fitted);
+    EXPECT_EQ(areaAround({5000, 5000, 10, 10}, screens), screens[0]);
+}
+
 TEST(Edges, AreThinAndCornersLonger) {
     const auto edges = [](double x, double y) { return edgesAt({x, y}, {1000, 600}); };
     EXPECT_EQ(edges(500, 300), Qt::Edges());

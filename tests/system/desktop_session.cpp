@@ -24,14 +24,14 @@ QString contentsOf(const QString& path) {
 
 } // namespace
 
-DesktopSession::DesktopSession()
+DesktopSession::DesktopSession(const QString& screen)
     : environment(QProcessEnvironment::systemEnvironment()) {
     const auto number = home.filePath(u"display"_s);
     m_display = std::make_unique<ChildProcess>(
         u"sh"_s,
         QStringList{u"-c"_s,
-                    u"exec Xvfb -displayfd 3 -screen 0 1600x1000x24 -nolisten tcp -noreset 3>"_s +
-                        number},
+                    u"exec Xvfb -displayfd 3 -screen 0 %1x24 -nolisten tcp -noreset 3>%2"_s.arg(
+                        screen, number)},
         environment, home.filePath(u"display.log"_s));
     QString display;
     const bool ready = waitFor([&] {

@@ -14,7 +14,7 @@ namespace halvane::test {
 /// A desktop of the test's own: a display, a session bus and home folders, and no sound server.
 class DesktopSession {
   public:
-    DesktopSession();
+    explicit DesktopSession(const QString& screen = QStringLiteral("1600x1000"));
 
     PrivateBus bus;
     QTemporaryDir home;

@@ -2,8 +2,10 @@
 // The real program on a desktop of its own, worked from outside.
 #include "system/desktop_session.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRect>
 #include <QUrl>
 
 #include <gmock/gmock.h>
@@ -232,6 +234,44 @@ TEST_F(Program, AClickOnTheTraysIconOpensThePanelBesideItAndClosesIt) {
     EXPECT_TRUE(waitFor(isBesideTheIcon));
     click();
     EXPECT_TRUE(waitFor([&] { return !isBesideTheIcon(); }));
+}
+
+TEST(Screens, TheWindowIsNoLargerThanItsScreenHasRoom) {
+    struct Row {
+        QString screen;
+        QByteArray remembered; // empty: the first start
+        QString expected;
+    };
+    const QByteArray large("[main]\nplace=@Rect(500 200 2400 1300)\nmaximized=false\n");
+    for (const auto& [screen, remembered, expected] :
+         {Row{u"1280x720"_s, {}, u"1280x720"_s}, Row{u"1024x600"_s, {}, u"1024x600"_s},
+          Row{u"800x600"_s, {}, u"800x600"_s}, Row{u"1280x720"_s, large, u"1280x720"_s},
+          Row{u"800x600"_s, large, u"800x600"_s}, Row{u"1600x1000"_s, {}, u"1360x720"_s}}) {
+        SCOPED_TRACE((screen + QString::fromLatin1(remembered)).toStdString());
+        DesktopSession session(screen);
+        const auto manager = session.listen(u"openbox"_s, {});
+        const auto state = session.home.filePath(u"state/Halvane"_s);
+        QDir().mkpath(state);
+        QFile places(state + u"/windows.ini"_s);
+        ASSERT_TRUE(places.open(QIODevice::WriteOnly));
+        places.write(remembered);
+        places.close();
+        RunningProgram halvane(session);
+        ASSERT_TRUE(halvane.isReady());
+        const auto lines =
+            session
+                .run(u"xdotool"_s, {u"search"_s, u"--sync"_s, u"--onlyvisible"_s, u"--name"_s,
+                                    u"^Halvane$"_s, u"getwindowgeometry"_s, u"--shell"_s, u"%@"_s})
+                .output.split(u'\n');
+        const auto value = [&lines](const QString& name) {
+            return lines.filter(name + u'=').value(0).section(u'=', 1).toInt();
+        };
+        const QRect window(value(u"X"_s), value(u"Y"_s), value(u"WIDTH"_s), value(u"HEIGHT"_s));
+        EXPECT_EQ(u"%1x%2"_s.arg(window.width()).arg(window.height()), expected);
+        const QRect area(0, 0, screen.section(u'x', 0, 0).toInt(), screen.section(u'x', 1).toInt());
+        EXPECT_TRUE(area.contains(window))
+            << window.x() << ' ' << window.y() << ": its edges are out of reach";
+    }
 }
 
 TEST_F(Program, ASecondStartDoesNotOutlastWhatItWaitsFor) {

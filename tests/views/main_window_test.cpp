@@ -59,6 +59,23 @@ TEST_F(MainWindowTest, TransportButtonsPlayPauseAndSkip) {
     EXPECT_TRUE(ui->shows(u"Repeat playlist"_s));
 }
 
+TEST_F(MainWindowTest, OnASmallScreenTheSidebarGivesWayToThePanel) {
+    ui->window().setMinimumSize({});
+    ui->window().resize(800, 600);
+    const auto shows = [this](bool sidebar, bool panel) {
+        return world.waitFor([=, this] {
+            return (ui->find(u"Loved"_s, QAccessible::ListItem) != nullptr) == sidebar &&
+                   ui->shows(u"Up Next"_s) == panel;
+        });
+    };
+    const QString toggle = u"Toggle Now Playing Panel"_s;
+    ASSERT_TRUE(shows(false, true));
+    EXPECT_TRUE(ui->click(toggle, QAccessible::Button)) << "nothing covers it";
+    EXPECT_TRUE(shows(true, false));
+    EXPECT_TRUE(ui->click(toggle, QAccessible::Button));
+    EXPECT_TRUE(shows(false, true));
+}
+
 TEST_F(MainWindowTest, TheSidebarAndTheTabsLeadThroughTheLibrary) {
     struct Step {
         QString name;

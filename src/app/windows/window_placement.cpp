@@ -41,6 +41,20 @@ QPoint besideIcon(QPoint icon, QSize size, const QRect& area) {
                      size);
 }
 
+QRect areaAround(const QRect& place, const QList<QRect>& areas) {
+    const auto shown = [&place](const QRect& area) {
+        const QRect common = area.intersected(place);
+        return qint64(common.width()) * common.height();
+    };
+    const auto most = std::ranges::max_element(areas, {}, shown);
+    return most == areas.end() ? QRect() : *most;
+}
+
+QRect fittedInto(const QRect& area, const QRect& place) {
+    const QSize size = place.size().boundedTo(area.size());
+    return {size == place.size() ? place.topLeft() : clampedTo(area, place.topLeft(), size), size};
+}
+
 std::optional<QRect> stillReachable(const QRect& remembered, const QList<QRect>& areas) {
     if (!remembered.isValid())
         return {};

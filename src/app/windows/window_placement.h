@@ -25,6 +25,14 @@ QPoint topTrailing(const QRect& area, QSize size);
 /// above it in the lower, within the area.
 QPoint besideIcon(QPoint icon, QSize size, const QRect& area);
 
+/// The free area in which most of a place lies; the first one when it lies in none. Empty without
+/// any.
+QRect areaAround(const QRect& place, const QList<QRect>& areas);
+
+/// A place no larger than the area. It moves into the area where it had to shrink, so that nothing
+/// of the window is out of reach.
+QRect fittedInto(const QRect& area, const QRect& place);
+
 /// A remembered place, if enough of the window's top row would show on one of the screens to take
 /// hold of it.
 std::optional<QRect> stillReachable(const QRect& remembered, const QList<QRect>& areas);

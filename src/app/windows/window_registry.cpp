@@ -2,6 +2,7 @@
 #include "app/windows/window_registry.h"
 
 #include "app/windows/edge_resizer.h"
+#include "app/windows/screen_bounds.h"
 #include "app/windows/window_geometry.h"
 #include "app/windows/window_placement.h"
 #include "platform/log.h"
@@ -120,11 +121,11 @@ void WindowRegistry::setUp(QQuickWindow& window, const WindowSpec& spec) {
         });
         break;
     }
-    if (!spec.minimumSize.isEmpty())
-        window.setMinimumSize(spec.minimumSize);
     if (spec.isResizable() && spec.kind == WindowSpec::Kind::hiddenTitleBar)
         new EdgeResizer(&window);
     placeInitially(window, spec);
+    if (spec.isResizable())
+        new ScreenBounds(&window, spec.minimumSize);
     if (spec.kind != WindowSpec::Kind::popup)
         m_geometry->follow(&window, spec.id);
     connect(&window, &QQuickWindow::activeFocusItemChanged, this,
@@ -134,18 +135,21 @@ void WindowRegistry::setUp(QQuickWindow& window, const WindowSpec& spec) {
 }
 
 void WindowRegistry::placeInitially(QQuickWindow& window, const WindowSpec& spec) {
-    if (spec.defaultSize)
-        window.resize(*spec.defaultSize);
     const auto remembered = m_geometry->remembered(spec.id);
-    if (remembered && spec.isResizable()) {
-        window.resize(remembered->place.size().expandedTo(spec.minimumSize));
-        if (remembered->isMaximized)
+    auto place = remembered ? stillReachable(remembered->place, freeAreas()) : std::nullopt;
+    if (spec.isResizable()) {
+        const QSize size =
+            remembered ? remembered->place.size().expandedTo(spec.minimumSize) : *spec.defaultSize;
+        if (place)
+            place = fittedInto(areaAround(*place, freeAreas()), {place->topLeft(), size});
+        window.resize(place ? place->size() : size.boundedTo(window.screen()->availableSize()));
+        if (remembered && remembered->isMaximized)
             window.setWindowState(Qt::WindowMaximized);
     }
     if (!canPlaceWindows())
         return;
-    if (remembered && stillReachable(remembered->place, freeAreas()))
-        window.setPosition(remembered->place.topLeft());
+    if (place)
+        window.setPosition(place->topLeft());
     else if (const auto* screen = window.screen(); screen && spec.id == QLatin1String("mini"))
         window.setPosition(topTrailing(screen->availableGeometry(), window.size()));
     else if (const auto* main = visibleWindow(u"main"_s);

@@ -9,6 +9,9 @@ FocusScope {
     id: root
 
     property bool isDropTargeted: files.isTargeted
+    // Narrower than the usual least width, as on a small screen, three columns have no room. Then
+    // the sidebar gives way to the panel.
+    readonly property bool showsSidebar: root.width >= 980 || !Library.views.showNowPlayingPanel
 
     focus: true
     Keys.onEscapePressed: event => {
@@ -42,7 +45,8 @@ FocusScope {
             id: sidebar
             anchors.top: topRow.bottom
             anchors.bottom: barLine.top
-            width: Theme.sidebarWidth
+            width: root.showsSidebar ? Theme.sidebarWidth : 0
+            visible: root.showsSidebar
         }
         Rectangle {
             id: sidebarLine
