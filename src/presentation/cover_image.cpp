@@ -21,6 +21,19 @@ QSize decodeSize(QSize picture, QSize covering, bool turned) {
     return scaled.width() < picture.width() ? scaled : picture;
 }
 
+// The reader would mix the numbers of the two colours, which are no shades.
+bool isBitmap(QImage::Format format) {
+    return format == QImage::Format_Mono || format == QImage::Format_MonoLSB;
+}
+
+// A palette or an unusual layout would be converted again at every use.
+QImage inOneLayout(const QImage& image) {
+    return image.isNull()
+               ? image
+               : image.convertToFormat(image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied
+                                                               : QImage::Format_RGB32);
+}
+
 } // namespace
 
 QImage decodeCover(const QByteArray& bytes, QSize covering) {
@@ -35,22 +48,19 @@ QImage decodeCover(const QByteArray& bytes, QSize covering) {
     if (static_cast<qint64>(size.width()) * size.height() > mostPixels)
         return {};
     const bool turned = reader.transformation() & QImageIOHandler::TransformationRotate90;
-    if (size.isValid()) {
+    const bool scales = size.isValid() && !isBitmap(reader.imageFormat());
+    if (scales) {
         const QSize target = decodeSize(size, covering, turned);
         if (target != size)
             reader.setScaledSize(target);
     }
-    QImage image = reader.read();
-    if (image.isNull())
-        return {};
-    if (!size.isValid() && !covering.isEmpty()) {
+    QImage image = inOneLayout(reader.read());
+    if (!image.isNull() && !scales && !covering.isEmpty()) {
         const QSize target = decodeSize(image.size(), covering, false);
         if (target != image.size())
             image = image.scaled(target, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     }
-    // A palette or an unusual layout would be converted again at every use.
-    return image.convertToFormat(image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied
-                                                         : QImage::Format_RGB32);
+    return inOneLayout(image);
 }
 
 } // namespace halvane

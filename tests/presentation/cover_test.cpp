@@ -4,6 +4,7 @@
 #include "presentation/cover_image.h"
 
 #include <QBuffer>
+#include <QPainter>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QtEndian>
@@ -74,6 +75,26 @@ TEST(CoverImageTest, UnusualPicturesAreDecoded) {
     const QByteArray turned = oriented(encoded(red, "JPEG"), 6);
     EXPECT_EQ(decodeCover(turned).size(), QSize(32, 64));
     EXPECT_EQ(decodeCover(turned, {16, 16}).size(), QSize(16, 32));
+
+    // Of every kind of pixel, in the size of the file and in a smaller one.
+    QImage halves = filled({64, 64}, qRgb(255, 255, 255));
+    QPainter(&halves).fillRect(0, 0, 32, 64, Qt::black);
+    for (const auto format :
+         {QImage::Format_Mono, QImage::Format_MonoLSB, QImage::Format_Indexed8,
+          QImage::Format_Grayscale8, QImage::Format_Grayscale16, QImage::Format_RGBA64}) {
+        for (const QSize size : {QSize(), QSize(16, 16)}) {
+            const QImage cover = decodeCover(encoded(halves.convertToFormat(format), "PNG"), size);
+            ASSERT_EQ(cover.width(), size.isEmpty() ? 64 : 16);
+            const int y = cover.height() / 2;
+            for (int x = 0; x < cover.width(); ++x)
+                EXPECT_EQ(qGray(cover.pixel(x, y)) > 127, x >= cover.width() / 2)
+                    << format << " at " << x;
+        }
+    }
+    QImage two(64, 64, QImage::Format_Mono);
+    two.setColorTable({qRgb(255, 0, 0), qRgb(0, 0, 255)});
+    two.fill(0);
+    EXPECT_EQ(decodeCover(encoded(two, "PNG"), {16, 16}).pixel(8, 8), qRgb(255, 0, 0));
 
     const QByteArray animated =
         converted({u"-size"_s, u"20x20"_s, u"xc:#ff0000"_s, u"xc:#0000ff"_s, u"-delay"_s, u"10"_s},
