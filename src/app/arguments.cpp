@@ -35,6 +35,40 @@ Arguments complaint(const QString& text) {
             .skipped = {}};
 }
 
+// What the toolkit takes for itself, with one dash or two. It gets the whole command line as well.
+QStringList withoutToolkits(const QStringList& commandLine) {
+    static const QStringList flags{u"reverse"_s, u"nograb"_s, u"dograb"_s};
+    static const QStringList withValue{u"session"_s,
+                                       u"display"_s,
+                                       u"platform"_s,
+                                       u"platformpluginpath"_s,
+                                       u"platformtheme"_s,
+                                       u"plugin"_s,
+                                       u"qwindowgeometry"_s,
+                                       u"geometry"_s,
+                                       u"qwindowicon"_s,
+                                       u"icon"_s,
+                                       u"qwindowtitle"_s,
+                                       u"title"_s,
+                                       u"name"_s,
+                                       u"fontengine"_s,
+                                       u"dpi"_s};
+    QStringList rest = commandLine.mid(0, 1);
+    for (qsizetype word = 1; word < commandLine.size(); ++word) {
+        const QString& argument = commandLine[word];
+        if (argument == "--"_L1)
+            return rest + commandLine.mid(word);
+        const QString name = argument.startsWith("--"_L1) ? argument.mid(2)
+                             : argument.startsWith(u'-')  ? argument.mid(1)
+                                                          : QString();
+        if (withValue.contains(name))
+            ++word;
+        else if (!flags.contains(name))
+            rest.append(argument);
+    }
+    return rest;
+}
+
 // A file name that can't be decoded would be opened under another name.
 bool isUndecodable(const QString& argument) {
     return argument.contains(QChar::ReplacementCharacter);
@@ -64,7 +98,7 @@ Arguments parsedArguments(const QStringList& commandLine, const QString& folder)
     parser.addOptions({help, version, action, level, screenshots});
     parser.addPositionalArgument(u"FILE"_s, u"Audio files, folders or file:// URLs."_s,
                                  u"[FILE...]"_s);
-    if (!parser.parse(commandLine))
+    if (!parser.parse(withoutToolkits(commandLine)))
         return complaint(parser.errorText());
 
     Arguments result;

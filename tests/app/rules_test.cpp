@@ -238,6 +238,12 @@ TEST(ArgumentsOfTheProgram, AreRead) {
     for (const QStringList& bad :
          {QStringList{u"--nonsense"_s}, {u"--action"_s, u"Dance"_s}, {u"--log"_s, u"loud"_s}})
         EXPECT_EQ(parsed(bad).task, Task::complain) << bad.join(u' ').toStdString();
+    // As a session manager starts it again, and with what every program of the toolkit takes.
+    const auto restored =
+        parsed({u"-session"_s, u"2fb01_1"_s, u"--platform"_s, u"xcb"_s, u"-display"_s, u":1"_s,
+                u"-reverse"_s, u"a.flac"_s, u"--"_s, u"-name"_s});
+    EXPECT_EQ(restored.task, Task::play) << restored.text.toStdString();
+    EXPECT_EQ(restored.request.files.size(), 2);
     EXPECT_EQ(parsed({u"--action"_s, u"Next"_s}).request.action, u"Next"_s);
     EXPECT_EQ(parsed({u"--log"_s, u"debug"_s}).logLevel, QtDebugMsg);
     EXPECT_EQ(parsed({u"--screenshots"_s, u"pictures"_s}).screenshotsFolder,
