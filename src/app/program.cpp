@@ -126,16 +126,8 @@ void Program::connectInstance() {
 
 void Program::connectMediaControls() {
     m_environment.mediaControls.setWindowHandlers({
-        .setFullScreen =
-            [this](bool fullScreen) {
-                if (fullScreen != m_library.views()->showFullPlayer())
-                    m_app.toggleFullScreen();
-            },
         .raise = [this] { m_app.raise(); },
         .quit = [this] { m_app.quit(); },
-    });
-    connect(m_library.views(), &ViewState::showFullPlayerChanged, this, [this] {
-        m_environment.mediaControls.publishFullScreen(m_library.views()->showFullPlayer());
     });
 }
 

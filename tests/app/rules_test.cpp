@@ -6,6 +6,7 @@
 #include "app/waveform_icon.h"
 #include "app/windows/edge_resizer.h"
 #include "app/windows/window_placement.h"
+#include "platform/mpris/mpris_state.h"
 
 #include <QFile>
 #include <QKeySequence>
@@ -106,6 +107,35 @@ TEST(DesktopActions, AreThoseOfTheDesktopEntry) {
     }
     EXPECT_TRUE(entry.contains(u"\nActions=%1\n"_s.arg(names.join(QString()))));
     EXPECT_EQ(commandOfAction(u"Dance"_s), std::nullopt);
+}
+
+TEST(Folders, AreTheUsersOwnWhateverTheEnvironmentSays) {
+    const std::map<QByteArray, QByteArray> before{{"HOME", qgetenv("HOME")},
+                                                  {"XDG_CONFIG_HOME", qgetenv("XDG_CONFIG_HOME")},
+                                                  {"XDG_STATE_HOME", qgetenv("XDG_STATE_HOME")}};
+    qunsetenv("HOME");
+    qputenv("XDG_CONFIG_HOME", "rel");
+    qputenv("XDG_STATE_HOME", "/absolute");
+    mendFolderVariables();
+    EXPECT_EQ(qgetenv("HOME"), getpwuid(getuid())->pw_dir);
+    EXPECT_FALSE(qEnvironmentVariableIsSet("XDG_CONFIG_HOME"));
+    EXPECT_EQ(stateFolder(), u"/absolute/Halvane"_s);
+    for (const auto& [name, value] : before) {
+        if (value.isNull())
+            qunsetenv(name.constData());
+        else
+            qputenv(name.constData(), value);
+    }
+}
+
+TEST(DesktopEntry, OpensWhatTheMediaControlsOfferAndNoFolders) {
+    QFile file(QStringLiteral(HALVANE_DESKTOP_ENTRY));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const auto types =
+        QString::fromUtf8(file.readAll()).section(u"\nMimeType="_s, 1).section(u'\n', 0, 0);
+    EXPECT_THAT(types.split(u';', Qt::SkipEmptyParts),
+                testing::UnorderedElementsAreArray(mprisMimeTypes()))
+        << "with inode/directory it would be what opens folders";
 }
 
 TEST(Commands, ShareNoKeys) {

@@ -70,7 +70,6 @@ class QuietControls final : public MediaControls {
     void publishModes(MediaLoop, bool, double) override {}
     void seeked(double) override {}
     void setWindowHandlers(WindowCommandHandlers) override {}
-    void publishFullScreen(bool) override {}
 };
 
 class QuietNotifications final : public Notifications {

@@ -56,7 +56,6 @@ class FakeMediaControls final : public MediaControls {
     void publishModes(MediaLoop, bool, double) override {}
     void seeked(double seconds) override { jumps.push_back(seconds); }
     void setWindowHandlers(WindowCommandHandlers) override {}
-    void publishFullScreen(bool) override {}
 };
 
 class FakeNotifications final : public Notifications {

@@ -59,7 +59,6 @@ struct MediaCommandHandlers {
 
 /// What the desktop asks of the program's windows. Called on the main thread.
 struct WindowCommandHandlers {
-    std::function<void(bool)> setFullScreen;
     std::function<void()> raise;
     std::function<void()> quit;
 };
@@ -78,7 +77,6 @@ class MediaControls {
     virtual void seeked(double seconds) = 0;
 
     virtual void setWindowHandlers(WindowCommandHandlers handlers) = 0;
-    virtual void publishFullScreen(bool fullScreen) = 0;
 };
 
 } // namespace halvane

@@ -2,10 +2,14 @@
 #include "platform/mpris/mpris_adaptors.h"
 
 #include <QDBusConnection>
+#include <QFileInfo>
+#include <QSysInfo>
 #include <QUrl>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
+#include <thread>
 
 namespace halvane {
 
@@ -20,11 +24,11 @@ void run(const Handler& handler, Arguments... arguments) {
         handler(arguments...);
 }
 
-} // namespace
-
-void MprisRootAdaptor::setFullScreen(bool fullScreen) {
-    run(m_shared.windows.setFullScreen, fullScreen);
+bool isThisMachine(const QString& host) {
+    return host.isEmpty() || host == "localhost"_L1 || host == QSysInfo::machineHostName();
 }
+
+} // namespace
 
 QString MprisRootAdaptor::identity() const {
     return u"Halvane"_s;
@@ -62,7 +66,8 @@ void MprisPlayerAdaptor::setShuffle(bool shuffle) {
 }
 
 void MprisPlayerAdaptor::setVolume(double volume) {
-    run(m_shared.handlers.setVolume, std::max(volume, 0.0));
+    if (std::isfinite(volume))
+        run(m_shared.handlers.setVolume, std::max(volume, 0.0));
 }
 
 qlonglong MprisPlayerAdaptor::position() const {
@@ -123,16 +128,30 @@ void MprisPlayerAdaptor::SetPosition(const QDBusObjectPath& TrackId, qlonglong P
     run(m_shared.handlers.changePlaybackPosition, static_cast<double>(Position) / 1e6);
 }
 
+// The look at the file may wait for a disk, so it has a thread of its own, which may outlive this.
 void MprisPlayerAdaptor::OpenUri(const QString& Uri, const QDBusMessage& message) {
+    message.setDelayedReply(true);
     const QUrl url(Uri);
-    if (url.isLocalFile()) {
-        run(m_shared.handlers.openFile, url.toLocalFile());
+    if (!url.isLocalFile() || !isThisMachine(url.host())) {
+        refuse(message, u"only files of this machine can be opened: %1"_s.arg(Uri));
         return;
     }
-    message.setDelayedReply(true);
+    std::thread([this, message, path = url.toLocalFile(), here = m_looks.address()] {
+        const bool isThere = QFileInfo::exists(path);
+        here.post([this, message, path, isThere] {
+            if (!isThere) {
+                refuse(message, u"there is no such file: %1"_s.arg(path));
+                return;
+            }
+            run(m_shared.handlers.openFile, path);
+            QDBusConnection(m_shared.connection).send(message.createReply());
+        });
+    }).detach();
+}
+
+void MprisPlayerAdaptor::refuse(const QDBusMessage& message, const QString& why) const {
     QDBusConnection(m_shared.connection)
-        .send(message.createErrorReply(QDBusError::InvalidArgs,
-                                       u"only file:// URIs can be opened: %1"_s.arg(Uri)));
+        .send(message.createErrorReply(QDBusError::InvalidArgs, why));
 }
 
 } // namespace halvane

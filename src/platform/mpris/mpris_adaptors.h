@@ -2,6 +2,7 @@
 // The two interfaces of the MPRIS object as the bus sees them. Internal to MprisControls.
 #pragma once
 
+#include "platform/mailbox.h"
 #include "platform/mpris/mpris_state.h"
 
 #include <QDBusAbstractAdaptor>
@@ -22,8 +23,9 @@ class MprisRootAdaptor final : public QDBusAbstractAdaptor {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.mpris.MediaPlayer2")
     Q_PROPERTY(bool CanQuit READ yes)
-    Q_PROPERTY(bool Fullscreen READ fullScreen WRITE setFullScreen)
-    Q_PROPERTY(bool CanSetFullscreen READ yes)
+    // The full-screen player fills the window, and the window keeps its size.
+    Q_PROPERTY(bool Fullscreen READ no)
+    Q_PROPERTY(bool CanSetFullscreen READ no)
     Q_PROPERTY(bool CanRaise READ yes)
     Q_PROPERTY(bool HasTrackList READ no)
     Q_PROPERTY(QString Identity READ identity)
@@ -38,8 +40,6 @@ class MprisRootAdaptor final : public QDBusAbstractAdaptor {
 
     [[nodiscard]] bool yes() const { return true; }
     [[nodiscard]] bool no() const { return false; }
-    [[nodiscard]] bool fullScreen() const { return m_shared.state.fullScreen; }
-    void setFullScreen(bool fullScreen);
     [[nodiscard]] QString identity() const;
     [[nodiscard]] QString desktopEntry() const;
     [[nodiscard]] QStringList uriSchemes() const;
@@ -112,7 +112,10 @@ class MprisPlayerAdaptor final : public QDBusAbstractAdaptor {
     void Seeked(qlonglong Position);
 
   private:
+    void refuse(const QDBusMessage& message, const QString& why) const;
+
     MprisShared& m_shared;
+    Mailbox m_looks; ///< for what the looks at files have found
 };
 
 } // namespace halvane

@@ -61,13 +61,6 @@ class MprisControls::Player final : public QObject {
         Q_EMIT m_player->Seeked(microseconds(seconds));
     }
 
-    void publishFullScreen(bool fullScreen) {
-        if (m_shared.state.fullScreen == fullScreen)
-            return;
-        m_shared.state.fullScreen = fullScreen;
-        signal(rootInterface, {{u"Fullscreen"_s, fullScreen}});
-    }
-
   private:
     void signalChanges() {
         m_isSignalDue = false;
@@ -132,10 +125,6 @@ void MprisControls::publishModes(MediaLoop loop, bool shuffle, double volume) {
 
 void MprisControls::seeked(double seconds) {
     m_player->seeked(seconds);
-}
-
-void MprisControls::publishFullScreen(bool fullScreen) {
-    m_player->publishFullScreen(fullScreen);
 }
 
 } // namespace halvane

@@ -25,7 +25,6 @@ class MprisControls final : public MediaControls {
     void publishModes(MediaLoop loop, bool shuffle, double volume) override;
     void seeked(double seconds) override;
     void setWindowHandlers(WindowCommandHandlers handlers) override;
-    void publishFullScreen(bool fullScreen) override;
 
   private:
     class Player;

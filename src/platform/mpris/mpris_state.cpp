@@ -92,7 +92,7 @@ QVariantMap mprisPlayerProperties(const MprisState& state) {
 QStringList mprisMimeTypes() {
     return {u"audio/mpeg"_s,  u"audio/mp4"_s,      u"audio/x-m4b"_s,  u"audio/aac"_s,
             u"audio/x-wav"_s, u"audio/vnd.wave"_s, u"audio/x-aiff"_s, u"audio/x-aifc"_s,
-            u"audio/flac"_s,  u"audio/x-caf"_s};
+            u"audio/flac"_s,  u"audio/x-flac"_s,   u"audio/x-caf"_s,  u"audio/x-alac"_s};
 }
 
 } // namespace halvane

@@ -19,7 +19,6 @@ struct MprisState {
     MediaLoop loop = MediaLoop::none;
     bool shuffle = false;
     double volume = 0;
-    bool fullScreen = false;
 };
 
 /// Microseconds, as the bus counts time.

@@ -36,7 +36,6 @@ struct RecordedControls final : MediaControls {
     }
     void seeked(double seconds) override { seeks.push_back(seconds); }
     void setWindowHandlers(WindowCommandHandlers) override {}
-    void publishFullScreen(bool) override {}
 
     MediaCommandHandlers handlers;
     std::optional<NowPlayingInfo> info;
