@@ -4,6 +4,9 @@
 #include <QDir>
 #include <QStandardPaths>
 
+#include <pwd.h>
+#include <unistd.h>
+
 namespace halvane {
 
 using namespace Qt::StringLiterals;
@@ -17,9 +20,20 @@ QString cacheFolder() {
 }
 
 QString stateFolder() {
-    const auto state = qEnvironmentVariable("XDG_STATE_HOME");
-    return (QDir::isAbsolutePath(state) ? state : QDir::homePath() + u"/.local/state"_s) +
+    return qEnvironmentVariable("XDG_STATE_HOME", QDir::homePath() + u"/.local/state"_s) +
            u"/Halvane"_s;
+}
+
+void mendFolderVariables() {
+    if (qEnvironmentVariableIsEmpty("HOME")) {
+        if (const auto* user = getpwuid(getuid()))
+            qputenv("HOME", user->pw_dir);
+    }
+    for (const char* folder : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME",
+                               "XDG_CACHE_HOME", "XDG_RUNTIME_DIR"}) {
+        if (!QDir::isAbsolutePath(qEnvironmentVariable(folder)))
+            qunsetenv(folder);
+    }
 }
 
 } // namespace halvane

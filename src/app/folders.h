@@ -14,4 +14,9 @@ QString cacheFolder();
 /// What is about this desktop and not a preference.
 QString stateFolder();
 
+/// Sets HOME where it is missing, as the password database has it, and forgets XDG folders that are
+/// no absolute paths, which the base directory specification tells to ignore. Before anything asks
+/// for a folder, and before there are threads.
+void mendFolderVariables();
+
 } // namespace halvane

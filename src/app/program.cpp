@@ -8,6 +8,7 @@
 #include "app/folders.h"
 #include "app/screenshots.h"
 #include "app/second_start.h"
+#include "app/windows/startup_notice.h"
 #include "app/windows/window_registry.h"
 #include "audio/files/audio_file.h"
 #include "library/browsing/view_state.h"
@@ -121,7 +122,10 @@ void Program::connectInstance() {
                 comeForward(token);
             });
     connect(&m_instance, &SingleInstance::actionActivated, this,
-            [this](const auto& action, const auto&) { runAction(action); });
+            [this](const auto& action, const auto& token) {
+                runAction(action);
+                endStartupNotice(token);
+            });
 }
 
 void Program::connectMediaControls() {
@@ -159,7 +163,7 @@ void Program::followFirstPicture(QQuickWindow* window) {
 
 void Program::connectEnd() {
     connect(&m_app, &HalvaneApp::lastWindowClosed, this, [this] {
-        if (!m_tray.isShown())
+        if (!m_tray.isShown() && !m_awaitsTray)
             m_app.quit();
     });
     connect(&m_tray, &Tray::shownChanged, this, &Program::keepReachable);
@@ -175,14 +179,17 @@ void Program::watchSignals() {
     connect(m_signals.get(), &SignalWatch::endRequested, &m_app, &HalvaneApp::quit);
 }
 
-// Without the tray's icon, a program without a window could no longer be reached.
+// Without the tray's icon, a program without a window could no longer be reached. The panel closes
+// as soon as another window is clicked on.
 void Program::keepReachable() {
     m_trayGone.reset();
-    if (m_tray.isShown())
+    m_awaitsTray = !m_tray.isShown();
+    if (!m_awaitsTray)
         return;
     m_trayGone = m_environment.clock.after(trayPatience, [this] {
-        if (!m_app.windows().isAnyOpen())
-            m_app.openWindow(u"main"_s);
+        m_awaitsTray = false;
+        if (!m_app.windows().isAnyOpen() || m_app.isWindowOpen(u"panel"_s))
+            m_app.raise();
     });
 }
 
@@ -195,6 +202,7 @@ void Program::open(const QList<QUrl>& files) {
 void Program::comeForward(const QString& token) {
     m_app.useActivationToken(token);
     m_app.raise();
+    endStartupNotice(token);
 }
 
 // An action that starts the program comes before the library is there, and waits for it. With an

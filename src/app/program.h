@@ -64,6 +64,7 @@ class Program : public QObject {
     SingleInstance m_instance;
     std::unique_ptr<SignalWatch> m_signals;
     std::unique_ptr<Timer> m_trayGone; ///< gives a tray that went away time to come back
+    bool m_awaitsTray = false;         ///< that time is running
 };
 
 } // namespace halvane

@@ -12,7 +12,13 @@ namespace {
 
 // A signal handler may do little more than write; the event loop reads the other end.
 int pipeEnds[2] = {-1, -1};
-constexpr int watched[] = {SIGTERM, SIGINT, SIGHUP};
+constexpr int wanted[] = {SIGTERM, SIGINT, SIGHUP};
+
+// One that is ignored from the start, as below nohup, is to stay so.
+bool isIgnored(int number) {
+    struct sigaction before {};
+    return sigaction(number, nullptr, &before) == 0 && before.sa_handler == SIG_IGN;
+}
 
 void handle(int) {
     const int before = errno;
@@ -37,14 +43,18 @@ SignalWatch::SignalWatch(QObject* parent)
     struct sigaction action {};
     action.sa_handler = handle;
     action.sa_flags = SA_RESTART;
-    for (const int number : watched)
+    for (const int number : wanted) {
+        if (isIgnored(number))
+            continue;
         sigaction(number, &action, nullptr);
+        m_watched.push_back(number);
+    }
 }
 
 SignalWatch::~SignalWatch() {
     if (!m_notifier)
         return;
-    for (const int number : watched)
+    for (const int number : m_watched)
         std::signal(number, SIG_DFL);
     m_notifier.reset();
     close(pipeEnds[0]);

@@ -5,11 +5,12 @@
 #include <QSocketNotifier>
 
 #include <memory>
+#include <vector>
 
 namespace halvane {
 
-/// Turns the signals that ask a program to end (SIGTERM, SIGINT, SIGHUP) into one of Qt's. One a
-/// process. Main thread.
+/// Turns the signals that ask a program to end (SIGTERM, SIGINT, SIGHUP) into one of Qt's, but for
+/// those that it was started to ignore. One a process. Main thread.
 class SignalWatch : public QObject {
     Q_OBJECT
 
@@ -22,6 +23,7 @@ class SignalWatch : public QObject {
 
   private:
     std::unique_ptr<QSocketNotifier> m_notifier;
+    std::vector<int> m_watched; ///< numbers of signals
 };
 
 } // namespace halvane

@@ -37,13 +37,24 @@ QColor symbolColor(ColorScheme::Preference preference) {
                                                         : QColor(0xf2, 0xf2, 0xf2);
 }
 
+// The dock menu, to which a dock would add the end by itself.
+std::vector<MenuEntry> trayMenu(HalvaneApp& app) {
+    auto entries = app.delegate().dockMenu();
+    entries.emplace_back();
+    MenuEntry quit;
+    quit.title = app.commands().find(CommandId::quit).title();
+    quit.action = [&app] { app.quit(); };
+    entries.push_back(std::move(quit));
+    return entries;
+}
+
 } // namespace
 
 Tray::Tray(HalvaneApp& app, const QString& connection, QObject* parent)
     : QObject(parent)
     , m_app(app)
     , m_scheme(connection)
-    , m_icon(connection, u"Halvane"_s, [&app] { return app.delegate().dockMenu(); }) {
+    , m_icon(connection, u"Halvane"_s, [&app] { return trayMenu(app); }) {
     auto* library = app.library();
     connect(&m_icon, &TrayIcon::shownChanged, this, &Tray::shownChanged);
     connect(&m_icon, &TrayIcon::clicked, this, &Tray::togglePanel);

@@ -293,6 +293,7 @@ void LibraryViewModel::observeApplication() {
                 [this](Qt::ApplicationState state) {
                     if (state != Qt::ApplicationActive)
                         return;
+                    m_nowPlaying->applicationActivated();
                     m_availability->refreshAvailability();
                     m_language->systemLanguagesChanged();
                 });

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The program's entry point: the order in which it begins.
 #include "app/arguments.h"
+#include "app/folders.h"
 #include "app/program.h"
 #include "app/second_start.h"
 #include "platform/journal_log.h"
@@ -62,6 +63,7 @@ bool hasDisplay() {
 // There is one application object in a run, and none before it is clear that a window will show:
 // the end of any takes the views out of every screen reader's sight, for good.
 int main(int argc, char** argv) {
+    mendFolderVariables();
     QThread::currentThread(); // the first thread that the toolkit meets is its main thread
     QCoreApplication::setApplicationName(u"Halvane"_s);
     QCoreApplication::setApplicationVersion(QStringLiteral(HALVANE_VERSION));

@@ -3,6 +3,7 @@
 #include "app/arguments.h"
 #include "app/commands/command_table.h"
 #include "app/commands/desktop_actions.h"
+#include "app/folders.h"
 #include "app/waveform_icon.h"
 #include "app/windows/edge_resizer.h"
 #include "app/windows/window_placement.h"
@@ -14,6 +15,8 @@
 #include <gmock/gmock.h>
 
 #include <map>
+#include <pwd.h>
+#include <unistd.h>
 
 using namespace halvane;
 using namespace Qt::StringLiterals;

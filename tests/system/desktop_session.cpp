@@ -129,7 +129,10 @@ RunningProgram::RunningProgram(DesktopSession& session, const QStringList& argum
     m_process.setProcessEnvironment(session.environment);
     m_process.setWorkingDirectory(session.home.path());
     m_process.setStandardErrorFile(session.home.filePath(u"halvane.log"_s), QIODevice::Append);
-    m_process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
+    m_process.setChildProcessModifier([] {
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        std::signal(SIGINT, SIG_DFL); // a shell's background job ignores it
+    });
     m_process.start(QStringLiteral(HALVANE_PROGRAM), arguments);
 }
 

@@ -2,6 +2,8 @@
 // The real program on a desktop of its own, worked from outside.
 #include "system/desktop_session.h"
 
+#include <QDBusVariant>
+#include <QDBusVirtualObject>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -18,6 +20,23 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const auto program = QStringLiteral(HALVANE_PROGRAM);
+
+// A desktop's panel that shows icons.
+class StatusArea : public QDBusVirtualObject {
+  public:
+    static inline const QString name = u"org.kde.StatusNotifierWatcher"_s;
+
+    [[nodiscard]] QString introspect(const QString&) const override { return {}; }
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {
+        const bool isQuestion = message.member() == "Get"_L1;
+        isOffered = isOffered || !isQuestion;
+        return bus.send(isQuestion
+                            ? message.createReply(QVariant::fromValue(QDBusVariant(QVariant(true))))
+                            : message.createReply());
+    }
+
+    bool isOffered = false;
+};
 
 class Program : public testing::Test {
   protected:
@@ -113,6 +132,8 @@ TEST_F(Program, ShowsATrackInARealNotificationAndReplacesIt) {
     RunningProgram halvane(session, {u"music"_s});
     ASSERT_TRUE(halvane.isReady());
     ASSERT_TRUE(halvane.answers({u"status"_s}, u"Playing"_s));
+    EXPECT_TRUE(waitFor([&] { return halvane.ask({u"position"_s}).toDouble() > 1; }));
+    EXPECT_EQ(server->count(u"summary: 'First'"_s), 0) << "its own window is coming up";
     // Another window comes to the front.
     session.run(u"xdotool"_s, {u"search"_s, u"--sync"_s, u"--name"_s, u"Event Tester"_s,
                                u"windowfocus"_s, u"--sync"_s});
@@ -236,6 +257,51 @@ TEST_F(Program, AClickOnTheTraysIconOpensThePanelBesideItAndClosesIt) {
     EXPECT_TRUE(waitFor([&] { return !isBesideTheIcon(); }));
 }
 
+TEST_F(Program, APanelsRestartStrandsNeitherMusicNorWindows) {
+    const auto manager = session.listen(u"openbox"_s, {});
+    auto desktop = session.bus.connect();
+    StatusArea area;
+    desktop.registerVirtualObject(u"/StatusNotifierWatcher"_s, &area);
+    desktop.registerService(StatusArea::name);
+    RunningProgram halvane(session);
+    ASSERT_TRUE(halvane.isReady());
+    const auto windows = [&] {
+        return session
+            .run(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, u"--name"_s, u"^Halvane$"_s,
+                                u"getwindowgeometry"_s, u"%@"_s})
+            .output.count(u"Geometry"_s);
+    };
+    ASSERT_TRUE(waitFor([&] { return area.isOffered && windows() == 1; }));
+    EXPECT_TRUE(waitFor([&] {
+        session.run(u"xdotool"_s, {u"key"_s, u"alt+F4"_s});
+        return windows() == 0;
+    }));
+    auto click = QDBusMessage::createMethodCall(u"org.halvane.Halvane"_s, u"/StatusNotifierItem"_s,
+                                                u"org.kde.StatusNotifierItem"_s, u"Activate"_s);
+    click.setArguments({800, 10});
+    callAndWait(desktop, click);
+    EXPECT_TRUE(waitFor([&] { return windows() == 1; })) << "the panel";
+    desktop.unregisterService(StatusArea::name);
+    const auto other = session.listen(u"xev"_s, {u"-event"_s, u"focus"_s});
+    EXPECT_TRUE(waitFor([&] { return windows() == 0; })) << "another window is in front";
+    EXPECT_TRUE(waitFor([&] { return windows() == 1; })) << "the main window is back";
+    EXPECT_TRUE(halvane.isRunning());
+}
+
+TEST_F(Program, AHandOverEndsTheLaunchersBusyCursor) {
+    RunningProgram halvane(session);
+    ASSERT_TRUE(halvane.isReady());
+    const auto root = session.listen(u"xev"_s, {u"-root"_s});
+    session.environment.insert(u"DESKTOP_STARTUP_ID"_s, u"launcher-1-host_TIME12345"_s);
+    for (const auto& arguments : {QStringList(), QStringList{u"--action"_s, u"Next"_s}}) {
+        const auto heard = root->count(u"_NET_STARTUP_INFO_BEGIN"_s);
+        EXPECT_TRUE(waitFor([&] { // xev may only just have started
+            return session.run(program, arguments).exitCode == 0 &&
+                   root->count(u"_NET_STARTUP_INFO_BEGIN"_s) > heard;
+        }));
+    }
+}
+
 TEST(Screens, TheWindowIsNoLargerThanItsScreenHasRoom) {
     struct Row {
         QString screen;
@@ -301,6 +367,16 @@ TEST_F(Program, EndsCleanlyWhenItIsAskedTo) {
         EXPECT_EQ(halvane.exitCode(), 0) << signal;
     }
     EXPECT_FALSE(session.log().contains(u"bookmark restore"_s)) << "is no error";
+    {
+        std::signal(SIGHUP, SIG_IGN); // as nohup does for its child
+        RunningProgram halvane(session);
+        std::signal(SIGHUP, SIG_DFL);
+        ASSERT_TRUE(halvane.isReady());
+        halvane.signal(SIGHUP);
+        EXPECT_EQ(halvane.ask({u"status"_s}), u"Stopped"_s) << "its terminal has closed";
+        halvane.terminate();
+        EXPECT_EQ(halvane.exitCode(), 0);
+    }
     {
         RunningProgram halvane(session);
         ASSERT_TRUE(halvane.isReady());

@@ -168,7 +168,8 @@ void NowPlaying::resolved(const QString& path, const std::optional<QString>& fil
 
 void NowPlaying::notifyTrackChange(const QueueItem& item) {
     assertOwnThread(*this);
-    if (m_isApplicationActive())
+    // A file that starts the program sounds before its window is in front.
+    if (std::exchange(m_isComingUp, false) || m_isApplicationActive())
         return;
     m_toNotify.reset();
     const auto artwork = nowPlayingArtwork(item);

@@ -40,8 +40,11 @@ class NowPlaying : public QObject {
     void positionJumped();
     /// Repeat, shuffle, volume or the queue changed.
     void updateModes();
-    /// Shows the entry as a notification unless the program is in front.
+    /// Shows the entry as a notification unless the program is in front or, with its first track,
+    /// about to be.
     void notifyTrackChange(const QueueItem& item);
+    /// The program came to the front.
+    void applicationActivated() { m_isComingUp = false; }
 
   Q_SIGNALS:
     /// The desktop asks for a file to be opened.
@@ -64,6 +67,7 @@ class NowPlaying : public QObject {
     Transport& m_transport;
     const PlayQueue& m_queue;
     std::function<bool()> m_isApplicationActive;
+    bool m_isComingUp = true; ///< never in front so far, and nothing has played
     QString m_artworkFolder;
     std::optional<CachedArtwork> m_nowPlayingArtworkCache; ///< of the last entry that was asked for
     QString m_resolving;                 ///< path of the track whose picture the worker looks for

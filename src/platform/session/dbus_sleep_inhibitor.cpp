@@ -8,6 +8,7 @@
 #include <QDBusObjectPath>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QDBusServiceWatcher>
 #include <QDBusUnixFileDescriptor>
 #include <QVariantMap>
 
@@ -22,17 +23,19 @@ namespace {
 constexpr uint suspendFlag = 4; // of the portal: logging out 1, switching user 2, idle 8
 constexpr int patience = 10000; // milliseconds
 
+const auto portalName = u"org.freedesktop.portal.Desktop"_s;
+
 QDBusMessage portalInhibit() {
-    auto message = QDBusMessage::createMethodCall(
-        u"org.freedesktop.portal.Desktop"_s, u"/org/freedesktop/portal/desktop"_s,
-        u"org.freedesktop.portal.Inhibit"_s, u"Inhibit"_s);
+    auto message =
+        QDBusMessage::createMethodCall(portalName, u"/org/freedesktop/portal/desktop"_s,
+                                       u"org.freedesktop.portal.Inhibit"_s, u"Inhibit"_s);
     message << QString() << suspendFlag << QVariantMap{{u"reason"_s, u"Playing music"_s}};
     return message;
 }
 
 QDBusMessage portalClose(const QString& request) {
-    return QDBusMessage::createMethodCall(u"org.freedesktop.portal.Desktop"_s, request,
-                                          u"org.freedesktop.portal.Request"_s, u"Close"_s);
+    return QDBusMessage::createMethodCall(portalName, request, u"org.freedesktop.portal.Request"_s,
+                                          u"Close"_s);
 }
 
 QDBusMessage loginInhibit() {
@@ -51,7 +54,10 @@ class DBusSleepInhibitor::Client final : public QObject {
   public:
     Client(const QString& session, const QString& system)
         : m_session(session)
-        , m_system(system) {}
+        , m_system(system)
+        , m_portal(portalName, m_session, QDBusServiceWatcher::WatchForOwnerChange) {
+        connect(&m_portal, &QDBusServiceWatcher::serviceOwnerChanged, this, &Client::portalChanged);
+    }
 
     void setInhibited(bool inhibited) {
         m_wanted = inhibited;
@@ -61,6 +67,13 @@ class DBusSleepInhibitor::Client final : public QObject {
   private:
     using Nothing = std::monostate;
     using Lock = std::variant<Nothing, QDBusObjectPath, QDBusUnixFileDescriptor>;
+
+    // The portal's lock goes with the portal. One that comes may succeed where none was.
+    void portalChanged() {
+        if (std::holds_alternative<QDBusObjectPath>(m_lock))
+            m_lock = Nothing();
+        settle();
+    }
 
     void settle() {
         const bool held = !std::holds_alternative<Nothing>(m_lock);
@@ -83,8 +96,10 @@ class DBusSleepInhibitor::Client final : public QObject {
     }
 
     void askLoginManager() {
-        ask<QDBusUnixFileDescriptor>(m_system, loginInhibit(),
-                                     [] { qCInfo(libraryLog, "suspend can't be held off here"); });
+        ask<QDBusUnixFileDescriptor>(m_system, loginInhibit(), [this] {
+            if (!std::exchange(m_hasComplained, true))
+                qCInfo(libraryLog, "suspend can't be held off here");
+        });
     }
 
     template<typename T, typename Otherwise>
@@ -111,8 +126,10 @@ class DBusSleepInhibitor::Client final : public QObject {
 
     QDBusConnection m_session;
     QDBusConnection m_system;
+    QDBusServiceWatcher m_portal;
     bool m_wanted = false;
     bool m_isAsking = false;
+    bool m_hasComplained = false;
     Lock m_lock;
 };
 

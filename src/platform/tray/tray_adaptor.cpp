@@ -70,10 +70,12 @@ void TrayAdaptor::setIcon(const QString& name, const QList<TrayPixmap>& pixmaps)
     Q_EMIT NewIcon();
 }
 
+// The field is markup.
 void TrayAdaptor::setToolTip(const QString& text) {
-    if (m_toolTip == text)
+    const QString escaped = text.toHtmlEscaped();
+    if (m_toolTip == escaped)
         return;
-    m_toolTip = text;
+    m_toolTip = escaped;
     Q_EMIT NewToolTip();
 }
 

@@ -237,6 +237,46 @@ TEST_F(DesktopServices, SuspendIsHeldOffByThePortalOnlyWhilePlaying) {
     EXPECT_TRUE(waitForCount(portal, u"Close"_s, 2));
 }
 
+TEST_F(DesktopServices, SuspendIsHeldOffAgainWhenThePortalComesBack) {
+    const auto makePortal = [this] {
+        auto portal = std::make_unique<Service>(bus, u"org.freedesktop.portal.Desktop"_s);
+        portal->answers[u"Inhibit"_s] = [](auto&) {
+            return QVariantList{QVariant::fromValue(QDBusObjectPath(u"/request/1"_s))};
+        };
+        portal->answers[u"Close"_s] = [](auto&) { return QVariantList(); };
+        return portal;
+    };
+    static int complaints; // the handler can keep nothing
+    complaints = 0;
+    const auto before =
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& text) {
+            complaints += text.contains(u"suspend can't"_s) ? 1 : 0;
+        });
+    DBusSleepInhibitor inhibitor(program.name(), program.name());
+    for (int pause = 0; pause < 3; ++pause) {
+        inhibitor.setInhibited(true);
+        settle(program);
+        settle(program);
+        inhibitor.setInhibited(false);
+    }
+    EXPECT_TRUE(waitFor([&] { return complaints > 0; }));
+    inhibitor.setInhibited(true);
+    settle(program);
+    for (int life = 0; life < 2; ++life) {
+        const auto portal = makePortal();
+        EXPECT_TRUE(waitForCount(*portal, u"Inhibit"_s, 1)) << life;
+        settle(program);
+        portal->disappear();
+        settle(program);
+    }
+    inhibitor.setInhibited(false);
+    const auto portal = makePortal();
+    settle(program);
+    EXPECT_THAT(portal->asked, IsEmpty()) << "nothing plays";
+    EXPECT_EQ(complaints, 1);
+    qInstallMessageHandler(before);
+}
+
 TEST_F(DesktopServices, WithoutAPortalTheLoginManagerHoldsSuspendOff) {
     Service login(bus, u"org.freedesktop.login1"_s);
     int ends[2];

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/tray/dbus_menu_types.h"
 #include "platform/tray/global_menu.h"
+#include "platform/tray/tray_adaptor.h"
 #include "platform/tray/tray_icon.h"
 #include "support/private_bus.h"
 
@@ -129,6 +130,12 @@ TEST_F(TrayTest, TellsOfClicksAndWheel) {
                              u"Get"_s, {u"org.kde.StatusNotifierItem"_s, u"IconPixmap"_s});
     const auto pixmap = answer.arguments()[0].value<QDBusVariant>().variant();
     EXPECT_EQ(pixmap.value<QDBusArgument>().currentSignature(), u"a(iiay)"_s);
+
+    icon.setToolTip(u"Second - Artist & <i>Co"_s);
+    const auto tip = call(u"/StatusNotifierItem"_s, u"org.freedesktop.DBus.Properties"_s, u"Get"_s,
+                          {u"org.kde.StatusNotifierItem"_s, u"ToolTip"_s});
+    const auto shown = tip.arguments()[0].value<QDBusVariant>().variant().value<QDBusArgument>();
+    EXPECT_EQ(qdbus_cast<TrayToolTip>(shown).text, u"Second - Artist &amp; &lt;i&gt;Co"_s);
 }
 
 TEST_F(TrayTest, ItsMenuIsBuiltAfreshWheneverItOpens) {
