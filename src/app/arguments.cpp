@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "app/arguments.h"
 
-#include "app/commands/desktop_actions.h"
+#include "app/remote/remote_action.h"
+#include "app/remote/status_report.h"
 #include "platform/journal_log.h"
 
 #include <QCommandLineParser>
@@ -17,9 +18,14 @@ namespace {
 const QCommandLineOption help({u"h"_s, u"help"_s}, u"List the options and end."_s);
 const QCommandLineOption version({u"v"_s, u"version"_s}, u"Print the version and end."_s);
 const QCommandLineOption action(u"action"_s,
-                                u"Ask the running player, started if need be, for PlayPause, Next "
-                                "or Previous."_s,
-                                u"NAME"_s);
+                                u"Ask the running player, started if need be, for one of the "
+                                "actions below. Can be given several times."_s,
+                                u"ACTION"_s);
+const QCommandLineOption status(u"status"_s,
+                                u"Print what the running player plays and end: as text (the "
+                                "default), as json, or in a format such as "
+                                "'{artist} - {title}'."_s,
+                                u"FORMAT"_s);
 const QCommandLineOption screenshots(u"screenshots"_s,
                                      u"Save a picture of every window to a folder and end."_s,
                                      u"DIR"_s);
@@ -88,6 +94,29 @@ QString helpText(const QCommandLineParser& parser) {
     return u"Usage: halvane [options] [FILE...]"_s + text.mid(text.indexOf(u'\n'));
 }
 
+// Files that are opened are played, so they need no action that asks for that.
+Arguments withActions(Arguments result, const QStringList& actions) {
+    for (const auto& text : actions) {
+        const auto read = readAction(text);
+        if (!read)
+            return complaint(read.failure().text);
+        if (result.request.files.isEmpty() || !isDoneByOpening(*read))
+            result.request.actions.append(text);
+    }
+    return result;
+}
+
+// The format may be left out, which the toolkit's parser does not know.
+QStringList withStatusFormat(QStringList commandLine) {
+    const auto option = u"--status"_s;
+    const auto at = commandLine.indexOf(option);
+    const bool hasFormat =
+        at + 1 < commandLine.size() && !commandLine.value(at + 1).startsWith(u'-');
+    if (at >= 0 && !hasFormat)
+        commandLine[at] = option + u"=text"_s;
+    return commandLine;
+}
+
 } // namespace
 
 Arguments parsedArguments(const QStringList& commandLine, const QString& folder) {
@@ -95,17 +124,17 @@ Arguments parsedArguments(const QStringList& commandLine, const QString& folder)
     parser.setApplicationDescription(
         u"Plays a local, high-fidelity music library. The files and folders are added to it, and "
         "the first new one is played."_s);
-    parser.addOptions({help, version, action, level, screenshots});
+    parser.addOptions({help, version, action, status, level, screenshots});
     parser.addPositionalArgument(u"FILE"_s, u"Audio files, folders or file:// URLs."_s,
                                  u"[FILE...]"_s);
-    if (!parser.parse(withoutToolkits(commandLine)))
+    if (!parser.parse(withStatusFormat(withoutToolkits(commandLine))))
         return complaint(parser.errorText());
 
     Arguments result;
     if (parser.isSet(help) || parser.isSet(version)) {
         result.task = Arguments::Task::print;
         result.text = parser.isSet(help)
-                          ? helpText(parser)
+                          ? helpText(parser) + u"\nActions:\n"_s + actionHelp()
                           : u"Halvane %1\n"_s.arg(QCoreApplication::applicationVersion());
         return result;
     }
@@ -113,16 +142,19 @@ Arguments parsedArguments(const QStringList& commandLine, const QString& folder)
     if (!lowest)
         return complaint(u"\"%1\" is no log level"_s.arg(parser.value(level)));
     result.logLevel = *lowest;
-    result.request.action = parser.value(action);
-    if (parser.isSet(action) && !commandOfAction(result.request.action))
-        return complaint(u"\"%1\" is no action"_s.arg(result.request.action));
+    if (parser.isSet(status)) {
+        result.task = Arguments::Task::status;
+        result.text = parser.value(status);
+        const auto checked = checkStatusFormat(result.text);
+        return checked ? result : complaint(checked.failure().text);
+    }
     if (parser.isSet(screenshots)) {
         result.task = Arguments::Task::screenshots;
         result.screenshotsFolder = QDir(folder).absoluteFilePath(parser.value(screenshots));
     }
     for (const auto& argument : parser.positionalArguments())
         addFile(result, argument, folder);
-    return result;
+    return withActions(result, parser.values(action));
 }
 
 } // namespace halvane

@@ -14,6 +14,7 @@ struct Arguments {
     enum class Task {
         play,        ///< the ordinary start
         print,       ///< text for standard output, then end
+        status,      ///< what the running instance plays, in the format that `text` is
         complain,    ///< text for standard error, then end: the arguments make no sense
         screenshots, ///< pictures of the windows into a folder, then end
     };

@@ -3,7 +3,6 @@
 
 #include "app/app_delegate.h"
 #include "app/commands/commands.h"
-#include "app/commands/desktop_actions.h"
 #include "app/commands/menu_export.h"
 #include "app/folders.h"
 #include "app/screenshots.h"
@@ -13,8 +12,6 @@
 #include "audio/files/audio_file.h"
 #include "library/browsing/view_state.h"
 #include "library/import/importer.h"
-#include "library/import/restoration.h"
-#include "library/playback/play_queue.h"
 #include "platform/log.h"
 
 #include <QGuiApplication>
@@ -64,7 +61,8 @@ Program::Program(const Arguments& arguments, const QUrl& viewsRoot,
     , m_app(m_library, m_environment.clock, m_engine, viewsRoot, stateFolder())
     , m_tray(m_app, m_bus.connectionName())
     , m_globalMenu(m_bus.connectionName(), [this] { return exportedMenus(m_app.commands()); })
-    , m_instance(m_bus.connectionName()) {
+    , m_instance(m_bus.connectionName())
+    , m_remote(m_app, [this] { return m_tray.isShown(); }) {
     QGuiApplication::setQuitOnLastWindowClosed(false);
     m_library.start();
     connectInstance();
@@ -97,7 +95,8 @@ int Program::run() {
     m_app.openWindow(u"main"_s);
     if (!m_app.isWindowOpen(u"main"_s))
         return EXIT_FAILURE;
-    runAction(m_arguments.request.action);
+    for (const auto& action : m_arguments.request.actions)
+        runAction(action);
     return runEventLoop();
 }
 
@@ -123,9 +122,14 @@ void Program::connectInstance() {
             });
     connect(&m_instance, &SingleInstance::actionActivated, this,
             [this](const auto& action, const auto& token) {
+                m_app.useActivationToken(token);
                 runAction(action);
                 endStartupNotice(token);
             });
+    m_instance.setActionCheck([](const QString& action) {
+        const auto read = readAction(action);
+        return read ? QString() : read.failure().text;
+    });
 }
 
 void Program::connectMediaControls() {
@@ -195,8 +199,10 @@ void Program::keepReachable() {
 
 // One import for all: the first of them plays, and the others stand behind it.
 void Program::open(const QList<QUrl>& files) {
-    if (!files.isEmpty())
-        m_library.importing()->importDroppedURLs(files);
+    if (files.isEmpty())
+        return;
+    m_remote.filesComing();
+    m_library.importing()->importDroppedURLs(files);
 }
 
 void Program::comeForward(const QString& token) {
@@ -205,36 +211,10 @@ void Program::comeForward(const QString& token) {
     endStartupNotice(token);
 }
 
-// An action that starts the program comes before the library is there, and waits for it. With an
-// empty library it lapses, and so it does when an import runs, which plays its first track itself.
+// Both ways here have read the action before.
 void Program::runAction(const QString& action) {
-    if (action.isEmpty())
-        return;
-    const auto* queue = m_library.queue();
-    const auto* restoration = m_library.restoration();
-    if (queue->rowCount() > 0 || !restoration->isRunning()) {
-        perform(action);
-        return;
-    }
-    auto* waiting = new QObject(this);
-    const auto goOn = [this, waiting, action, queue, restoration] {
-        const bool canPlay = queue->rowCount() > 0;
-        if (!canPlay && restoration->isRunning())
-            return;
-        delete waiting; // and with it its connections
-        if (canPlay && !m_library.importing()->isImporting())
-            perform(action);
-    };
-    connect(queue, &QAbstractItemModel::rowsInserted, waiting, goOn, Qt::QueuedConnection);
-    connect(queue, &QAbstractItemModel::modelReset, waiting, goOn, Qt::QueuedConnection);
-    connect(restoration, &Restoration::finished, waiting, goOn, Qt::QueuedConnection);
-}
-
-void Program::perform(const QString& action) {
-    if (const auto command = commandOfAction(action))
-        m_app.commands().perform(*command);
-    else
-        qCWarning(libraryLog, "no such action: %s", qUtf8Printable(action));
+    if (const auto read = readAction(action))
+        m_remote.run(*read);
 }
 
 } // namespace halvane

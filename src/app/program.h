@@ -4,6 +4,7 @@
 #include "app/arguments.h"
 #include "app/halvane_app.h"
 #include "app/machine_environment.h"
+#include "app/remote/remote.h"
 #include "app/signal_watch.h"
 #include "app/tray.h"
 #include "library/library_view_model.h"
@@ -47,7 +48,6 @@ class Program : public QObject {
     void followFirstPicture(QQuickWindow* window);
     void open(const QList<QUrl>& files);
     void runAction(const QString& action);
-    void perform(const QString& action);
     void comeForward(const QString& token);
     void keepReachable();
 
@@ -62,6 +62,7 @@ class Program : public QObject {
     Tray m_tray;
     GlobalMenu m_globalMenu;
     SingleInstance m_instance;
+    Remote m_remote;
     std::unique_ptr<SignalWatch> m_signals;
     std::unique_ptr<Timer> m_trayGone; ///< gives a tray that went away time to come back
     bool m_awaitsTray = false;         ///< that time is running

@@ -12,4 +12,8 @@ namespace halvane {
 /// Main thread.
 bool leftToAnother(const StartRequest& request);
 
+/// The properties of the player of the instance that runs. Says so on standard error and ends the
+/// process with failure when none runs, or when it does not tell. Main thread.
+QVariantMap runningPlayer();
+
 } // namespace halvane

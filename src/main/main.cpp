@@ -3,6 +3,7 @@
 #include "app/arguments.h"
 #include "app/folders.h"
 #include "app/program.h"
+#include "app/remote/status_report.h"
 #include "app/second_start.h"
 #include "platform/journal_log.h"
 #include "platform/log.h"
@@ -38,6 +39,9 @@ std::optional<int> doneEarly(const Arguments& arguments) {
     case Arguments::Task::complain:
         print(stderr, arguments.text);
         return usageError;
+    case Arguments::Task::status:
+        print(stdout, statusReport(runningPlayer(), arguments.text));
+        return EXIT_SUCCESS;
     case Arguments::Task::screenshots:
         return {};
     case Arguments::Task::play:

@@ -2,15 +2,19 @@
 #include "app/app_delegate.h"
 #include "app/arguments.h"
 #include "app/commands/command_table.h"
-#include "app/commands/desktop_actions.h"
 #include "app/folders.h"
+#include "app/remote/remote_action.h"
+#include "app/remote/status_report.h"
 #include "app/waveform_icon.h"
 #include "app/windows/edge_resizer.h"
 #include "app/windows/window_placement.h"
 #include "platform/mpris/mpris_state.h"
 
 #include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QKeySequence>
+#include <QRegularExpression>
 
 #include <gmock/gmock.h>
 
@@ -99,17 +103,93 @@ TEST(Commands, AreInTheMenusOnceEach) {
         EXPECT_EQ(count[static_cast<CommandId>(id)], 1) << "number " << id;
 }
 
-TEST(DesktopActions, AreThoseOfTheDesktopEntry) {
-    QFile file(QStringLiteral(HALVANE_DESKTOP_ENTRY));
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    const auto entry = QString::fromUtf8(file.readAll());
-    QStringList names;
-    for (const auto& [name, command] : desktopActions()) {
-        names.append(name + u';');
+TEST(RemoteActions, AreReadAsTheyAreWritten) {
+    using Kind = RemoteAction::Kind;
+    struct Row {
+        QString text;
+        std::optional<RemoteAction> expected; // none: refused
+    };
+    const std::vector<Row> table{
+        {u"PlayPause"_s, RemoteAction{.kind = Kind::playPause}},
+        {u"Previous"_s, RemoteAction{.kind = Kind::previous}},
+        {u"Seek=90"_s, RemoteAction{.kind = Kind::seek, .amount = 90}},
+        {u"Seek=1:30.5"_s, RemoteAction{.kind = Kind::seek, .amount = 90.5}},
+        {u"Seek=+10"_s, RemoteAction{.kind = Kind::seek, .amount = 10, .isRelative = true}},
+        {u"Seek=-1:00"_s, RemoteAction{.kind = Kind::seek, .amount = -60, .isRelative = true}},
+        {u"Volume=30%"_s, RemoteAction{.kind = Kind::volume, .amount = 0.3}},
+        {u"Volume=-5"_s, RemoteAction{.kind = Kind::volume, .amount = -0.05, .isRelative = true}},
+        {u"Mute"_s, RemoteAction{.kind = Kind::mute}},
+        {u"Shuffle=off"_s, RemoteAction{.kind = Kind::shuffle, .on = false}},
+        {u"Repeat"_s, RemoteAction{.kind = Kind::repeat}},
+        {u"Repeat=one"_s, RemoteAction{.kind = Kind::repeat, .repeat = PlaybackRepeatMode::one}},
+        {u"Love=on"_s, RemoteAction{.kind = Kind::love, .on = true}},
+        {u"Rate=0"_s, RemoteAction{.kind = Kind::rate}},
+        {u"Rate=5"_s, RemoteAction{.kind = Kind::rate, .amount = 5}},
+    };
+    for (const auto& [text, expected] : table) {
+        const auto read = readAction(text);
+        ASSERT_TRUE(read) << text.toStdString() << ": " << read.failure().text.toStdString();
+        EXPECT_EQ(*read, *expected) << text.toStdString();
+    }
+    for (const auto& nonsense :
+         {u""_s,        u"Dance"_s,      u"next"_s,       u"Next=1"_s,      u"Seek"_s,
+          u"Seek="_s,   u"Seek=nan"_s,   u"Seek=1e999"_s, u"Seek=+"_s,      u"Seek=--5"_s,
+          u"Seek=1:"_s, u"Volume=101"_s, u"Volume=inf"_s, u"Volume=1:30"_s, u"Mute=loud"_s,
+          u"Mute="_s,   u"Repeat=two"_s, u"Rate"_s,       u"Rate=6"_s,      u"Rate=2.5"_s,
+          u"Rate=+1"_s})
+        EXPECT_FALSE(readAction(nonsense)) << nonsense.toStdString();
+}
+
+TEST(RemoteActions, AreKnownToTheShellsTheManualAndTheDesktop) {
+    const auto contents = [](const QString& name) {
+        QFile file(QStringLiteral(HALVANE_PACKAGING) + u'/' + name);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << name.toStdString();
+        return QString::fromUtf8(file.readAll());
+    };
+    for (const auto& file : {u"completions/halvane.bash"_s, u"completions/halvane.zsh"_s,
+                             u"completions/halvane.fish"_s, u"halvane.1"_s}) {
+        const auto text = contents(file);
+        for (const auto& name : actionNames())
+            EXPECT_TRUE(text.contains(QRegularExpression(u"\\b%1\\b"_s.arg(name))))
+                << file.toStdString() << ' ' << name.toStdString();
+    }
+    const auto entry = contents(u"org.halvane.Halvane.desktop"_s);
+    const auto listed = entry.section(u"\nActions="_s, 1).section(u'\n', 0, 0);
+    for (const auto& name : listed.split(u';', Qt::SkipEmptyParts)) {
+        EXPECT_TRUE(readAction(name)) << name.toStdString();
         EXPECT_TRUE(entry.contains(u"--action "_s + name + u'\n')) << name.toStdString();
     }
-    EXPECT_TRUE(entry.contains(u"\nActions=%1\n"_s.arg(names.join(QString()))));
-    EXPECT_EQ(commandOfAction(u"Dance"_s), std::nullopt);
+}
+
+TEST(StatusReport, IsTextJsonOrWhatTheCallerWrites) {
+    const QVariantMap player{
+        {u"PlaybackStatus"_s, u"Paused"_s},
+        {u"Position"_s, qlonglong(61'500'000)},
+        {u"Volume"_s, 0.72},
+        {u"Shuffle"_s, true},
+        {u"LoopStatus"_s, u"Playlist"_s},
+        {u"Metadata"_s, QVariantMap{{u"xesam:title"_s, u"{artist} \"1\""_s},
+                                    {u"xesam:artist"_s, QStringList{u"A"_s, u"B"_s}},
+                                    {u"xesam:album"_s, u"歌"_s},
+                                    {u"mpris:length"_s, qlonglong(200'000'000)},
+                                    {u"xesam:url"_s, u"file:///m/a%20b.flac"_s}}}};
+    EXPECT_EQ(statusReport(player, u"text"_s),
+              u"status: paused\ntitle: {artist} \"1\"\nartist: A, B\nalbum: 歌\nposition: 1:01\n"
+              "length: 3:20\nvolume: 72%\nshuffle: on\nrepeat: all\nfile: /m/a b.flac\n"_s);
+    const auto json = QJsonDocument::fromJson(statusReport(player, u"json"_s).toUtf8()).object();
+    EXPECT_EQ(json[u"title"_s].toString(), u"{artist} \"1\""_s);
+    EXPECT_EQ(json[u"position"_s].toDouble(), 61.5);
+    EXPECT_EQ(json[u"volume"_s].toInt(), 72);
+    EXPECT_TRUE(json[u"shuffle"_s].toBool());
+    EXPECT_EQ(statusReport(player, u"{artist} - {title} [{album}]"_s),
+              u"A, B - {artist} \"1\" [歌]\n"_s);
+    EXPECT_TRUE(statusReport({{u"PlaybackStatus"_s, u"Stopped"_s}}, u"text"_s)
+                    .startsWith(u"status: stopped\nposition: 0:00\n"_s))
+        << "without a track";
+    for (const auto& [format, isOne] :
+         {std::pair(u"text"_s, true), std::pair(u"json"_s, true), std::pair(u"{title}"_s, true),
+          std::pair(u"xml"_s, false), std::pair(u"{nonsense}"_s, false), std::pair(u""_s, false)})
+        EXPECT_EQ(static_cast<bool>(checkStatusFormat(format)), isOne) << format.toStdString();
 }
 
 TEST(Folders, AreTheUsersOwnWhateverTheEnvironmentSays) {
@@ -132,7 +212,7 @@ TEST(Folders, AreTheUsersOwnWhateverTheEnvironmentSays) {
 }
 
 TEST(DesktopEntry, OpensWhatTheMediaControlsOfferAndNoFolders) {
-    QFile file(QStringLiteral(HALVANE_DESKTOP_ENTRY));
+    QFile file(QStringLiteral(HALVANE_PACKAGING "/org.halvane.Halvane.desktop"));
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     const auto types =
         QString::fromUtf8(file.readAll()).section(u"\nMimeType="_s, 1).section(u'\n', 0, 0);
@@ -268,8 +348,10 @@ TEST(ArgumentsOfTheProgram, AreRead) {
     const auto help = parsed({u"-h"_s}).text;
     EXPECT_TRUE(help.startsWith(u"Usage: halvane [options] [FILE...]\nPlays "_s));
     EXPECT_TRUE(help.contains(u"--screenshots"_s));
-    for (const QStringList& bad :
-         {QStringList{u"--nonsense"_s}, {u"--action"_s, u"Dance"_s}, {u"--log"_s, u"loud"_s}})
+    for (const QStringList& bad : {QStringList{u"--nonsense"_s},
+                                   {u"--action"_s, u"Dance"_s},
+                                   {u"--log"_s, u"loud"_s},
+                                   {u"--status"_s, u"xml"_s}})
         EXPECT_EQ(parsed(bad).task, Task::complain) << bad.join(u' ').toStdString();
     // As a session manager starts it again, and with what every program of the toolkit takes.
     const auto restored =
@@ -277,7 +359,16 @@ TEST(ArgumentsOfTheProgram, AreRead) {
                 u"-reverse"_s, u"a.flac"_s, u"--"_s, u"-name"_s});
     EXPECT_EQ(restored.task, Task::play) << restored.text.toStdString();
     EXPECT_EQ(restored.request.files.size(), 2);
-    EXPECT_EQ(parsed({u"--action"_s, u"Next"_s}).request.action, u"Next"_s);
+    EXPECT_THAT(parsed({u"--action"_s, u"Next"_s, u"--action=Seek=-5"_s}).request.actions,
+                ElementsAre(u"Next"_s, u"Seek=-5"_s));
+    EXPECT_THAT(parsed({u"--action"_s, u"PlayPause"_s, u"--action"_s, u"Rate=5"_s, u"a.mp3"_s})
+                    .request.actions,
+                ElementsAre(u"Rate=5"_s))
+        << "the file plays because it is opened";
+    EXPECT_EQ(parsed({u"--status"_s}).text, u"text"_s);
+    EXPECT_EQ(parsed({u"--status"_s, u"json"_s}).text, u"json"_s);
+    EXPECT_EQ(parsed({u"--status={title}"_s}).text, u"{title}"_s);
+    EXPECT_EQ(parsed({u"--status"_s, u"--log"_s, u"error"_s}).task, Task::status);
     EXPECT_EQ(parsed({u"--log"_s, u"debug"_s}).logLevel, QtDebugMsg);
     EXPECT_EQ(parsed({u"--screenshots"_s, u"pictures"_s}).screenshotsFolder,
               u"/home/me/pictures"_s);

@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QRect>
+#include <QRegularExpression>
 #include <QUrl>
 
 #include <gmock/gmock.h>
@@ -53,6 +54,7 @@ TEST_F(Program, TalksToACommandLine) {
     const auto nonsense = session.run(program, {u"--nonsense"_s});
     EXPECT_EQ(nonsense.exitCode, 2);
     EXPECT_TRUE(nonsense.errors.contains(u"nonsense"_s));
+    EXPECT_EQ(session.run(program, {u"-session"_s, u"1a2b"_s, u"--version"_s}).exitCode, 0);
     session.environment.insert(u"DISPLAY"_s, u":9999"_s);
     const auto blind = session.run(program, {});
     EXPECT_EQ(blind.exitCode, 1);
@@ -231,6 +233,94 @@ TEST_F(Program, AnActionThatFindsNothingToPlayLeavesLaterFilesAlone) {
     EXPECT_TRUE(halvane.answers({u"metadata"_s, u"title"_s}, u"Later"_s));
     EXPECT_TRUE(waitFor([&] { return halvane.ask({u"position"_s}).toDouble() > 0.5; }));
     EXPECT_EQ(halvane.ask({u"status"_s}), u"Playing"_s);
+}
+
+TEST_F(Program, IsWorkedFromACommandLine) {
+    const auto manager = session.listen(u"openbox"_s, {});
+    const auto nobody = session.run(program, {u"--status"_s});
+    EXPECT_EQ(nobody.exitCode, 1);
+    EXPECT_TRUE(nobody.errors.contains(u"no Halvane is running"_s));
+
+    session.makeTrack(u"music/1.flac"_s, 100, u"First"_s);
+    session.makeTrack(u"music/2.flac"_s, 100, u"Second"_s);
+    // As it stands on a command line: the files play, and the action that asks for it is done.
+    RunningProgram halvane(session,
+                           {u"--action"_s, u"PlayPause"_s, u"--action"_s, u"Rate=4"_s, u"music"_s});
+    ASSERT_TRUE(halvane.isReady());
+    const auto says = [&](const QString& format) {
+        return session.run(program, {u"--status"_s, format}).output.trimmed();
+    };
+    ASSERT_TRUE(waitFor([&] { return says(u"{status} {title}"_s) == u"playing First"_s; }));
+    struct Step {
+        QString action;
+        QString format;
+        QString expected;
+    };
+    for (const auto& [action, format, expected] : {
+             Step{u"Pause"_s, u"{status}"_s, u"paused"_s},
+             Step{u"Pause"_s, u"{status}"_s, u"paused"_s},
+             Step{u"Seek=30"_s, u"{position}"_s, u"0:30"_s},
+             Step{u"Seek=-10"_s, u"{position}"_s, u"0:20"_s},
+             Step{u"Seek=+0:45"_s, u"{position}"_s, u"1:05"_s},
+             Step{u"Seek=-500"_s, u"{position}"_s, u"0:00"_s},
+             Step{u"Volume=40"_s, u"{volume}"_s, u"40%"_s},
+             Step{u"Volume=+15%"_s, u"{volume}"_s, u"55%"_s},
+             Step{u"Mute"_s, u"{volume}"_s, u"0%"_s},
+             Step{u"Mute=on"_s, u"{volume}"_s, u"0%"_s},
+             Step{u"Mute=off"_s, u"{volume}"_s, u"55%"_s},
+             Step{u"Shuffle=on"_s, u"{shuffle}"_s, u"on"_s},
+             Step{u"Shuffle"_s, u"{shuffle}"_s, u"off"_s},
+             Step{u"Repeat"_s, u"{repeat}"_s, u"all"_s},
+             Step{u"Repeat=one"_s, u"{repeat}"_s, u"one"_s},
+             Step{u"Next"_s, u"{status} {title}"_s, u"playing Second"_s},
+             Step{u"Previous"_s, u"{title}"_s, u"First"_s},
+             Step{u"Stop"_s, u"{status}"_s, u"stopped"_s},
+             Step{u"Play"_s, u"{status}"_s, u"playing"_s},
+             Step{u"PlayPause"_s, u"{status}"_s, u"paused"_s},
+         }) {
+        EXPECT_EQ(session.run(program, {u"--action"_s, action}).exitCode, 0);
+        EXPECT_TRUE(waitFor([&] { return says(format) == expected; }))
+            << action.toStdString() << ": " << says(format).toStdString();
+    }
+    EXPECT_TRUE(says(u"json"_s).contains(u"\"album\":\"Album\""_s));
+
+    // What is said of a track is stored, and the windows obey.
+    const auto preferences = session.home.filePath(u"config/Halvane/preferences.sqlite"_s);
+    const auto stored = [&](const QString& table, const QString& setting) {
+        return session
+            .run(u"sqlite3"_s,
+                 {preferences, u"select item.* from %1 item join preference on id = preference "
+                               "where key like '%%2'"_s.arg(table, setting)})
+            .output;
+    };
+    EXPECT_EQ(session.run(program, {u"--action"_s, u"Love=on"_s}).exitCode, 0);
+    EXPECT_TRUE(waitFor([&] {
+        return stored(u"string_item"_s, u"LovedPaths"_s).contains(u"/music/1.flac\n"_s) &&
+               stored(u"integer_entry"_s, u"TrackRatings"_s).contains(u"/music/1.flac|4\n"_s);
+    }));
+    const auto isShown = [&] {
+        return session
+                   .run(u"xdotool"_s,
+                        {u"search"_s, u"--onlyvisible"_s, u"--name"_s, u"^Halvane$"_s})
+                   .exitCode == 0;
+    };
+    for (const bool shown : {false, true}) {
+        EXPECT_EQ(session.run(program, {u"--action"_s, u"ShowHide"_s}).exitCode, 0);
+        EXPECT_TRUE(waitFor([&] { return isShown() == shown; })) << shown;
+    }
+    auto action =
+        QDBusMessage::createMethodCall(u"org.halvane.Halvane"_s, u"/org/halvane/Halvane"_s,
+                                       u"org.freedesktop.Application"_s, u"ActivateAction"_s);
+    action << u"Dance"_s << QVariantList() << QVariantMap();
+    EXPECT_EQ(callAndWait(session.bus.connect(), action).type(), QDBusMessage::ErrorMessage);
+
+    // Files with an action are not forgotten.
+    session.makeTrack(u"3.flac"_s, 100, u"Third"_s);
+    EXPECT_EQ(session.run(program, {u"--action"_s, u"Next"_s, u"3.flac"_s}).exitCode, 0);
+    EXPECT_TRUE(waitFor([&] { return says(u"{status} {title}"_s) == u"playing Third"_s; }));
+    session.makeTrack(u"4.flac"_s, 100, u"Fourth"_s);
+    EXPECT_EQ(session.run(program, {u"--action"_s, u"Pause"_s, u"4.flac"_s}).exitCode, 0);
+    EXPECT_TRUE(waitFor([&] { return says(u"{status} {title}"_s) == u"paused Fourth"_s; }));
 }
 
 TEST_F(Program, AClickOnTheTraysIconOpensThePanelBesideItAndClosesIt) {

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/session/application_adaptor.h"
 
+#include <QDBusConnection>
+#include <QDBusVariant>
+
 namespace halvane {
 
 using namespace Qt::StringLiterals;
@@ -10,6 +13,16 @@ namespace {
 QString tokenOf(const QVariantMap& platformData) {
     const auto token = platformData.value(u"activation-token"_s).toString();
     return token.isEmpty() ? platformData.value(u"desktop-startup-id"_s).toString() : token;
+}
+
+// The parameter as it is written on the command line.
+QString textOf(const QVariant& parameter) {
+    const QVariant value = parameter.metaType() == QMetaType::fromType<QDBusVariant>()
+                               ? parameter.value<QDBusVariant>().variant()
+                               : parameter;
+    if (value.metaType() == QMetaType::fromType<bool>())
+        return value.toBool() ? u"on"_s : u"off"_s;
+    return value.toString();
 }
 
 } // namespace
@@ -22,9 +35,18 @@ void ApplicationAdaptor::Open(const QStringList& uris, const QVariantMap& platfo
     onOpen(QUrl::fromStringList(uris), tokenOf(platform_data));
 }
 
-void ApplicationAdaptor::ActivateAction(const QString& action_name, const QVariantList&,
-                                        const QVariantMap& platform_data) {
-    onAction(action_name, tokenOf(platform_data));
+void ApplicationAdaptor::ActivateAction(const QString& action_name, const QVariantList& parameter,
+                                        const QVariantMap& platform_data,
+                                        const QDBusMessage& message) {
+    const QString action =
+        parameter.isEmpty() ? action_name : action_name + u'=' + textOf(parameter.first());
+    if (const QString objection = objectionTo(action); !objection.isEmpty()) {
+        message.setDelayedReply(true);
+        QDBusConnection(connection)
+            .send(message.createErrorReply(QDBusError::InvalidArgs, objection));
+        return;
+    }
+    onAction(action, tokenOf(platform_data));
 }
 
 } // namespace halvane

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QDBusAbstractAdaptor>
+#include <QDBusMessage>
 #include <QList>
 #include <QUrl>
 #include <QVariantMap>
@@ -23,12 +24,15 @@ class ApplicationAdaptor final : public QDBusAbstractAdaptor {
     std::function<void(const QString&)> onActivate;
     std::function<void(const QList<QUrl>&, const QString&)> onOpen;
     std::function<void(const QString&, const QString&)> onAction;
+    /// What there is against an action; empty when it may be activated.
+    std::function<QString(const QString&)> objectionTo;
+    QString connection; ///< its name
 
   public Q_SLOTS:
     void Activate(const QVariantMap& platform_data);
     void Open(const QStringList& uris, const QVariantMap& platform_data);
     void ActivateAction(const QString& action_name, const QVariantList& parameter,
-                        const QVariantMap& platform_data);
+                        const QVariantMap& platform_data, const QDBusMessage& message);
 };
 
 } // namespace halvane

@@ -3,7 +3,9 @@
 
 #include "platform/session/application_adaptor.h"
 
+#include <QDBusArgument>
 #include <QDBusConnection>
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusReply>
 
@@ -28,16 +30,30 @@ QVariantMap platformData(const QString& token) {
     return {{u"activation-token"_s, token}, {u"desktop-startup-id"_s, token}};
 }
 
-QDBusMessage messageFor(const StartRequest& request) {
-    const auto call = [](const QString& method) {
-        return QDBusMessage::createMethodCall(busName, objectPath, interfaceName, method);
-    };
+QList<QDBusMessage> messagesFor(const StartRequest& request) {
     const auto data = platformData(request.activationToken);
-    if (!request.action.isEmpty())
-        return call(u"ActivateAction"_s) << request.action << QVariantList() << data;
+    QList<QDBusMessage> messages;
+    const auto add = [&](const QString& method, const QVariantList& arguments) {
+        messages.append(QDBusMessage::createMethodCall(busName, objectPath, interfaceName, method));
+        messages.last().setArguments(arguments + QVariantList{data});
+    };
     if (!request.files.isEmpty())
-        return call(u"Open"_s) << QUrl::toStringList(request.files, QUrl::FullyEncoded) << data;
-    return call(u"Activate"_s) << data;
+        add(u"Open"_s, {QUrl::toStringList(request.files, QUrl::FullyEncoded)});
+    for (const auto& action : request.actions) {
+        QVariantList parameter;
+        if (action.contains(u'='))
+            parameter.append(action.section(u'=', 1));
+        add(u"ActivateAction"_s, {action.section(u'=', 0, 0), QVariant(parameter)});
+    }
+    if (messages.isEmpty())
+        add(u"Activate"_s, {});
+    return messages;
+}
+
+QDBusMessage playerQuestion() {
+    auto message = QDBusMessage::createMethodCall(
+        busName, u"/org/mpris/MediaPlayer2"_s, u"org.freedesktop.DBus.Properties"_s, u"GetAll"_s);
+    return message << u"org.mpris.MediaPlayer2.Player"_s;
 }
 
 // Connects in a thread of its own, because QtDBus waits without end for a bus that accepts and then
@@ -61,18 +77,30 @@ class Conversation {
         : m_bus(bus)
         , m_patience(static_cast<int>(patience.count())) {}
 
-    [[nodiscard]] HandOver handOver(const StartRequest& request) const {
+    // The outcome, and the answer to the last message.
+    [[nodiscard]] std::pair<HandOver, QDBusMessage>
+    hold(const QList<QDBusMessage>& messages) const {
         if (const auto runs = otherRuns(); !runs || !*runs)
-            return runs ? HandOver::nobodyThere : withoutBus();
-        if (ask(messageFor(request)).type() == QDBusMessage::ReplyMessage)
-            return HandOver::done;
+            return {runs ? HandOver::nobodyThere : withoutBus(), {}};
+        QDBusMessage answer;
+        for (const auto& message : messages) {
+            answer = ask(message);
+            if (answer.type() != QDBusMessage::ReplyMessage)
+                return {unanswered(answer), {}};
+        }
+        return {HandOver::done, answer};
+    }
+
+  private:
+    [[nodiscard]] HandOver unanswered(const QDBusMessage& answer) const {
+        if (QDBusError(answer).type() == QDBusError::InvalidArgs)
+            return HandOver::refused;
         // An instance that is ending, or was killed a moment ago, does not answer.
         if (const auto runs = otherRuns())
             return *runs ? HandOver::notAnswered : HandOver::nobodyThere;
         return withoutBus();
     }
 
-  private:
     [[nodiscard]] QDBusMessage ask(const QDBusMessage& message) const {
         return m_bus.call(message, QDBus::Block, m_patience);
     }
@@ -94,18 +122,32 @@ class Conversation {
     int m_patience; // milliseconds
 };
 
-} // namespace
-
-HandOver handOver(const StartRequest& request, std::chrono::milliseconds patience) {
+std::pair<HandOver, QDBusMessage> conversation(const QList<QDBusMessage>& messages,
+                                               std::chrono::milliseconds patience) {
     const auto name = u"halvane-hand-over"_s;
     auto bus = connectedWithin(patience, name);
     if (!bus)
-        return HandOver::busSilent;
-    const auto result =
-        bus->isConnected() ? Conversation(*bus, patience).handOver(request) : HandOver::nobodyThere;
+        return {HandOver::busSilent, {}};
+    std::pair<HandOver, QDBusMessage> result{HandOver::nobodyThere, {}};
+    if (bus->isConnected())
+        result = Conversation(*bus, patience).hold(messages);
     bus.reset();
     QDBusConnection::disconnectFromBus(name);
     return result;
+}
+
+} // namespace
+
+HandOver handOver(const StartRequest& request, std::chrono::milliseconds patience) {
+    return conversation(messagesFor(request), patience).first;
+}
+
+PlayerAnswer askPlayer(std::chrono::milliseconds patience) {
+    const auto [outcome, answer] = conversation({playerQuestion()}, patience);
+    auto properties = qdbus_cast<QVariantMap>(answer.arguments().value(0));
+    QVariant& track = properties[u"Metadata"_s];
+    track = qdbus_cast<QVariantMap>(track);
+    return {outcome, properties};
 }
 
 SingleInstance::SingleInstance(const QString& connection, QObject* parent)
@@ -114,6 +156,10 @@ SingleInstance::SingleInstance(const QString& connection, QObject* parent)
     auto* adaptor = new ApplicationAdaptor(this);
     adaptor->onActivate = [this](const QString& token) { Q_EMIT activated(token); };
     adaptor->onOpen = [this](const auto& files, const auto& token) { Q_EMIT opened(files, token); };
+    adaptor->objectionTo = [this](const QString& action) {
+        return m_checkAction ? m_checkAction(action) : QString();
+    };
+    adaptor->connection = connection;
     adaptor->onAction = [this](const auto& action, const auto& token) {
         Q_EMIT actionActivated(action, token);
     };
@@ -122,6 +168,10 @@ SingleInstance::SingleInstance(const QString& connection, QObject* parent)
 SingleInstance::~SingleInstance() {
     if (m_claimed)
         QDBusConnection(m_connection).unregisterService(busName);
+}
+
+void SingleInstance::setActionCheck(std::function<QString(const QString&)> check) {
+    m_checkAction = std::move(check);
 }
 
 bool SingleInstance::claim() {

@@ -387,9 +387,15 @@ TEST_F(DesktopServices, AnotherStartReachesTheRunningProgram) {
     EXPECT_TRUE(call(u"Activate"_s, {QVariantMap{{u"activation-token"_s, u"t1"_s}}}));
     EXPECT_TRUE(call(u"Open"_s, {QStringList{u"file:///a%20b"_s, u"file:///c"_s},
                                  QVariantMap{{u"desktop-startup-id"_s, u"t2"_s}}}));
+    running.setActionCheck([](const QString& action) {
+        return action == "Dance"_L1 ? u"\"Dance\" is no action"_s : QString();
+    });
     EXPECT_TRUE(call(u"ActivateAction"_s, {u"Next"_s, QVariantList(), QVariantMap()}));
+    EXPECT_TRUE(call(u"ActivateAction"_s, {u"Mute"_s, QVariantList{true}, QVariantMap()}));
+    EXPECT_TRUE(call(u"ActivateAction"_s, {u"Seek"_s, QVariantList{u"+5"_s}, QVariantMap()}));
+    EXPECT_FALSE(call(u"ActivateAction"_s, {u"Dance"_s, QVariantList(), QVariantMap()}));
     EXPECT_THAT(heard, ElementsAre(u"activate t1"_s, u"open file:///a b|file:///c t2"_s,
-                                   u"action Next "_s));
+                                   u"action Next "_s, u"action Mute=on "_s, u"action Seek=+5 "_s));
 }
 
 TEST_F(DesktopServices, AStartDoesNotWaitForASilentBus) {
