@@ -113,6 +113,11 @@ void HalvaneApp::find() {
     m_library.views()->requestSearchFocus();
 }
 
+void HalvaneApp::showInFileManager(const QString& path) {
+    if (!path.isEmpty())
+        Q_EMIT fileManagerAsked(path);
+}
+
 void HalvaneApp::raise() {
     openWindow(m_library.views()->isMiniPlayerOpen() ? u"mini"_s : u"main"_s);
 }

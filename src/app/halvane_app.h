@@ -70,6 +70,8 @@ class HalvaneApp : public QObject {
     Q_INVOKABLE void toggleFullScreen();
     /// Brings the main window forward with the search field focused.
     Q_INVOKABLE void find();
+    /// Asks the desktop's file manager to show a file. Does nothing without a path.
+    Q_INVOKABLE void showInFileManager(const QString& path);
     /// Brings the program forward: the mini player if that is open, or else the main window.
     void raise();
     /// The next window shows this token to the desktop, which then lets it come forward.
@@ -79,6 +81,7 @@ class HalvaneApp : public QObject {
   Q_SIGNALS:
     /// No window is left open.
     void lastWindowClosed();
+    void fileManagerAsked(const QString& path);
     void menusAreGlobalChanged();
     void hasSystemFrameChanged();
 

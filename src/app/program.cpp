@@ -14,6 +14,7 @@
 #include "library/import/importer.h"
 #include "platform/log.h"
 
+#include <QDesktopServices>
 #include <QGuiApplication>
 #include <QQuickWindow>
 #include <QThreadPool>
@@ -40,6 +41,10 @@ int runEventLoop() {
     return exitCode;
 }
 
+void openFolder(const QString& folder) {
+    QDesktopServices::openUrl(QUrl::fromLocalFile(folder));
+}
+
 // When the display goes away, the window system's library calls exit() on whichever thread notices
 // first. exit() would destroy what the other threads still use. Everything that lasts is on the
 // disk by then.
@@ -61,6 +66,7 @@ Program::Program(const Arguments& arguments, const QUrl& viewsRoot,
     , m_app(m_library, m_environment.clock, m_engine, viewsRoot, stateFolder())
     , m_tray(m_app, m_bus.connectionName())
     , m_globalMenu(m_bus.connectionName(), [this] { return exportedMenus(m_app.commands()); })
+    , m_fileManager(m_bus.connectionName(), openFolder)
     , m_instance(m_bus.connectionName())
     , m_remote(m_app, [this] { return m_tray.isShown(); }) {
     QGuiApplication::setQuitOnLastWindowClosed(false);
@@ -69,6 +75,7 @@ Program::Program(const Arguments& arguments, const QUrl& viewsRoot,
     connectMediaControls();
     connectGlobalMenu();
     connectEnd();
+    connect(&m_app, &HalvaneApp::fileManagerAsked, &m_fileManager, &FileManager::show);
     connect(&m_app.windows(), &WindowRegistry::windowMade, this, &Program::followFirstPicture,
             Qt::SingleShotConnection);
 }

@@ -8,6 +8,7 @@
 #include "app/signal_watch.h"
 #include "app/tray.h"
 #include "library/library_view_model.h"
+#include "platform/session/file_manager.h"
 #include "platform/session/session_bus.h"
 #include "platform/session/single_instance.h"
 #include "platform/tray/global_menu.h"
@@ -61,6 +62,7 @@ class Program : public QObject {
     HalvaneApp m_app;
     Tray m_tray;
     GlobalMenu m_globalMenu;
+    FileManager m_fileManager;
     SingleInstance m_instance;
     Remote m_remote;
     std::unique_ptr<SignalWatch> m_signals;

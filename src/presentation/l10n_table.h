@@ -152,5 +152,6 @@
     X(soundCheckLeftOut, u"Files on network shares are analyzed when they play. Files that reading would download from a cloud are left out.", u"网络共享上的文件在播放时分析。读取时需要从云端下载的文件不参与分析。") \
     X(clipping, u"Clipping", u"正在削波") \
     X(notClipping, u"Not clipping", u"未削波") \
-    X(clippingHint, u"Lights while the sound passes full scale and is cut off there. A lower preamp avoids that.", u"声音超过满刻度而被削平时亮起。降低前置增益即可避免。")
+    X(clippingHint, u"Lights while the sound passes full scale and is cut off there. A lower preamp avoids that.", u"声音超过满刻度而被削平时亮起。降低前置增益即可避免。") \
+    X(showInFileManager, u"Show in File Manager", u"在文件管理器中显示")
 // clang-format on

@@ -29,6 +29,7 @@ constexpr Entry table[] = {
     {u"doc.on.doc", 0xE14D},                         // content_copy
     {u"exclamationmark.circle", 0xE001},             // error_outline
     {u"exclamationmark.triangle.fill", 0xE002},      // warning
+    {u"folder", 0xE2C7},                             // folder
     {u"folder.badge.plus", 0xE2CC},                  // create_new_folder
     {u"forward.fill", 0xE01F},                       // fast_forward
     {u"heart", 0xE87E},                              // favorite_border

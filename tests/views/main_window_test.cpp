@@ -238,6 +238,26 @@ TEST_F(MainWindowTest, PlaylistsAreMadeRenamedFilledAndDeleted) {
     EXPECT_EQ(playlists->rowCount(), before);
 }
 
+TEST_F(MainWindowTest, EveryTracksMenuShowsItsFileInTheFileManager) {
+    QStringList asked;
+    QObject::connect(&world.app(), &HalvaneApp::fileManagerAsked, &world.app(),
+                     [&](const QString& path) { asked.append(path); });
+    const auto choose = [&](const QString& track) {
+        const bool chosen = ui->click(track, QAccessible::ListItem, Qt::RightButton) &&
+                            ui->waitsFor(u"Show in File Manager"_s) &&
+                            ui->click(u"Show in File Manager"_s, QAccessible::MenuItem);
+        return chosen &&
+               GalleryWorld::waitFor([&] { return !ui->shows(u"Show in File Manager"_s); });
+    };
+    EXPECT_TRUE(choose(u"Half the Way Home"_s)) << "in the queue";
+    library.browsing()->selectBrowseMode(LibraryMode::songs);
+    ASSERT_TRUE(ui->waitsFor(u"Sodium, The Lanterns"_s));
+    EXPECT_TRUE(choose(u"Sodium, The Lanterns"_s)) << "in the library";
+    ASSERT_EQ(asked.size(), 2);
+    EXPECT_EQ(asked[0], library.queue()->record(1).path());
+    EXPECT_NE(asked[0], asked[1]);
+}
+
 TEST_F(MainWindowTest, TheEqualizerPopoverSetsBandsAndClosesOnEsc) {
     ASSERT_TRUE(ui->click(u"Equalizer"_s, QAccessible::Button));
     ASSERT_TRUE(ui->waitsFor(u"Preamp"_s));

@@ -46,6 +46,11 @@ ContextMenu {
     }
     MenuLine {}
     MenuEntry {
+        text: Strings.showInFileManager
+        symbol: "folder"
+        onTriggered: App.showInFileManager(root.path)
+    }
+    MenuEntry {
         text: Strings.removeFromLibrary
         symbol: "trash"
         isDestructive: true

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/session/dbus_notifications.h"
 #include "platform/session/dbus_sleep_inhibitor.h"
+#include "platform/session/file_manager.h"
 #include "platform/session/portal_file_chooser.h"
 #include "platform/session/session_bus.h"
 #include "platform/session/single_instance.h"
@@ -358,6 +359,24 @@ TEST_F(DesktopServices, FilesAreChosenInThePortalsPanel) {
     chooser.choose(request, [&](const QStringList& paths) { chosen.append(paths); });
     ASSERT_TRUE(waitFor([&] { return chosen.size() == 2; }));
     EXPECT_EQ(chosen.last(), QStringList{u"/fallback"_s});
+}
+
+TEST_F(DesktopServices, AFileIsShownInTheFileManagerOrElseItsFolderIsOpened) {
+    QStringList opened;
+    FileManager files(program.name(), [&](const QString& folder) { opened.append(folder); });
+    {
+        Service manager(bus, u"org.freedesktop.FileManager1"_s);
+        manager.answers[u"ShowItems"_s] = [](auto&) { return QVariantList(); };
+        files.show(u"/music/歌 #1.flac"_s);
+        ASSERT_TRUE(waitForCount(manager, u"ShowItems"_s, 1));
+        EXPECT_EQ(manager.asked[0].arguments()[0].toStringList(),
+                  QStringList{u"file:///music/%E6%AD%8C%20%231.flac"_s});
+        settle(program);
+        EXPECT_THAT(opened, IsEmpty());
+        manager.disappear();
+    }
+    files.show(u"/music/歌 #1.flac"_s);
+    EXPECT_TRUE(waitFor([&] { return opened == QStringList{u"/music"_s}; }));
 }
 
 TEST_F(DesktopServices, AnotherStartReachesTheRunningProgram) {
