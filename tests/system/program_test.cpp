@@ -345,6 +345,29 @@ TEST_F(Program, AClickOnTheTraysIconOpensThePanelBesideItAndClosesIt) {
     EXPECT_TRUE(waitFor(isBesideTheIcon));
     click();
     EXPECT_TRUE(waitFor([&] { return !isBesideTheIcon(); }));
+
+    // Its menu ends with the way out.
+    const auto menu = [&](const QStringList& call) {
+        return session
+            .run(u"gdbus"_s,
+                 QStringList{u"call"_s, u"--session"_s, u"--dest"_s, u"org.halvane.Halvane"_s,
+                             u"--object-path"_s, u"/StatusNotifierItem/Menu"_s, u"--method"_s} +
+                     call)
+            .output;
+    };
+    QStringList entries;
+    static const QRegularExpression entry(u"\\((\\d+), \\{'label': <'([^']*)'>"_s);
+    for (auto found = entry.globalMatch(
+             menu({u"com.canonical.dbusmenu.GetLayout"_s, u"0"_s, u"--"_s, u"-1"_s, u"[]"_s}));
+         found.hasNext();) {
+        const auto match = found.next();
+        entries.append(match.captured(1) + u' ' + match.captured(2));
+    }
+    EXPECT_EQ(entries.value(0), u"1 Play"_s);
+    ASSERT_EQ(entries.value(entries.size() - 1).section(u' ', 1), u"Quit"_s);
+    menu({u"com.canonical.dbusmenu.Event"_s, entries.last().section(u' ', 0, 0), u"clicked"_s,
+          u"<0>"_s, u"0"_s});
+    EXPECT_EQ(halvane.exitCode(), 0);
 }
 
 TEST_F(Program, APanelsRestartStrandsNeitherMusicNorWindows) {
