@@ -4,6 +4,7 @@
 #include "library/browsing/cover_store.h"
 #include "library/library_view_model.h"
 #include "library/user/language_setting.h"
+#include "views/access/item_interface.h"
 #include "views/library/cover_image_provider.h"
 #include "views/palette.h"
 
@@ -43,6 +44,7 @@ ViewModule::ViewModule(QQmlEngine& engine, LibraryViewModel& library)
     , m_library(library)
     , m_strings([&library] { return library.language()->resolvedLanguage(); }) {
     qml_register_types_Halvane();
+    QAccessible::installFactory(&interfaceOfItem);
     // The font of texts that name no style.
     QFont font = QGuiApplication::font();
     font.setFamilies(AppPalette().font(13, QFont::Normal).families());

@@ -46,24 +46,19 @@ RowLayout {
         fill: root.fill
         enabled: Library.transport.hasLoadedFile
         live: true
-        stepSize: 0.02
+        stepSize: 2
         wheelEnabled: false
-
-        // Follows playback, but not while the user holds the handle.
-        Binding on value {
-            when: root.isWatched && !slider.pressed
-            value: Library.progressClock.progress
-            restoreMode: Binding.RestoreNone
-        }
-        onMoved: {
+        shown: Library.progressClock.progress * 100
+        follows: root.isWatched
+        onAsked: percent => {
             if (slider.pressed)
-                Library.transport.scrub(slider.value)
+                Library.transport.scrub(percent / 100)
             else
-                Library.transport.seek(slider.value)
+                Library.transport.seek(percent / 100)
         }
         onPressedChanged: {
             if (!slider.pressed)
-                Library.transport.seek(slider.value)
+                Library.transport.seek(slider.value / 100)
         }
     }
     PressableBase {

@@ -36,11 +36,13 @@ LibraryGrid {
     delegate: AlbumTile {
         width: root.tileWidth
         isSelected: albumId === Library.browsing.selectedAlbumID
-        hasKeyboard: root.activeFocus && index === root.cursor.index
+        hasKeyboard: root.hasKeyboard && index === root.cursor.index
+        showsRing: hasKeyboard && root.isByKeyboard
         onChosen: {
             root.take(index)
             root.choose(index)
         }
+        onFocusTaken: root.take(index)
         onPlayed: Library.collections.playAlbum(albumId)
     }
     // qmllint enable unqualified

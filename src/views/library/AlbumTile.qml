@@ -3,7 +3,7 @@ import QtQuick
 import Halvane
 
 // One album of the grid.
-Item {
+Operable {
     id: root
 
     required property int index
@@ -15,9 +15,11 @@ Item {
     required property var colors
     property bool isSelected
     property bool hasKeyboard
+    property bool showsRing
 
     signal chosen
     signal played
+    signal focusTaken
 
     implicitHeight: width + Theme.albumTileWords
     Accessible.role: Accessible.ListItem
@@ -27,7 +29,8 @@ Item {
     Accessible.selected: root.isSelected
     Accessible.focusable: true
     Accessible.focused: root.hasKeyboard
-    Accessible.onPressAction: root.chosen()
+    onPressAsked: root.chosen()
+    onFocusAsked: root.focusTaken()
 
     CoverArt {
         id: cover
@@ -45,10 +48,14 @@ Item {
             visible: hover.hovered
         }
         FocusRing {
-            shown: root.isSelected || root.hasKeyboard
+            shown: root.isSelected
             around: 4
             corner: Theme.radiusLarge
-            border.color: root.hasKeyboard || !root.isSelected ? Theme.primaryText : Theme.accent
+        }
+        FocusRing {
+            shown: root.showsRing
+            around: root.isSelected ? 8 : 4
+            corner: Theme.radiusLarge
         }
     }
     PlainText {

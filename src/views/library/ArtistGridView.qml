@@ -28,11 +28,13 @@ LibraryGrid {
     delegate: ArtistTile {
         width: root.tileWidth
         isSelected: name === Library.browsing.focusedArtist
-        hasKeyboard: root.activeFocus && index === root.cursor.index
+        hasKeyboard: root.hasKeyboard && index === root.cursor.index
+        showsRing: hasKeyboard && root.isByKeyboard
         onChosen: {
             root.take(index)
             Library.browsing.focusedArtist = name
         }
+        onFocusTaken: root.take(index)
         onPlayed: Library.collections.playArtist(name)
     }
     // qmllint enable unqualified

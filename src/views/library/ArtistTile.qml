@@ -3,7 +3,7 @@ import QtQuick
 import Halvane
 
 // One artist of the grid.
-Rectangle {
+Operable {
     id: root
 
     required property int index
@@ -13,15 +13,15 @@ Rectangle {
     required property string coverKey
     property bool isSelected
     property bool hasKeyboard
+    property bool showsRing
     readonly property real textLeft: cover.x + cover.width + Theme.gap
     readonly property real textWidth: width - textLeft - Theme.gap
 
     signal chosen
     signal played
+    signal focusTaken
 
     implicitHeight: Theme.artistTileHeight
-    radius: Theme.radiusMedium
-    color: root.isSelected ? Theme.selectionFill : hover.hovered ? Theme.pressWash : Theme.hoverWash
     Accessible.role: Accessible.ListItem
     Accessible.name: root.shownName
     Accessible.description: root.summary
@@ -29,8 +29,15 @@ Rectangle {
     Accessible.selected: root.isSelected
     Accessible.focusable: true
     Accessible.focused: root.hasKeyboard
-    Accessible.onPressAction: root.chosen()
+    onPressAsked: root.chosen()
+    onFocusAsked: root.focusTaken()
 
+    Rectangle {
+        id: surface
+        anchors.fill: parent
+        radius: Theme.radiusMedium
+        color: root.isSelected ? Theme.selectionFill : hover.hovered ? Theme.pressWash : Theme.hoverWash
+    }
     CoverArt {
         id: cover
         x: Theme.gap
@@ -61,9 +68,9 @@ Rectangle {
         Accessible.ignored: true
     }
     FocusRing {
-        shown: root.hasKeyboard
+        shown: root.showsRing
         around: 2
-        corner: root.radius
+        corner: surface.radius
     }
     HoverHandler { id: hover }
     TapHandler {

@@ -26,8 +26,8 @@ Row {
             Accessible.role: Accessible.PageTab
             Accessible.selectable: true
             Accessible.selected: tab.isCurrent
-            Keys.onLeftPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
-            Keys.onRightPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
+            Keys.onLeftPressed: tab.nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
+            Keys.onRightPressed: tab.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
             onClicked: Library.browsing.selectBrowseMode(tab.modelData)
 
             contentItem: Text {

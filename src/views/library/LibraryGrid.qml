@@ -21,6 +21,9 @@ GridView {
     property bool isShared
 
     readonly property ListCursor cursor: cursor
+    readonly property bool isByKeyboard: keys.isByKeyboard
+    // The rows have it, and not a button that scrolls with them.
+    readonly property bool hasKeyboard: Window.activeFocusItem === root
     readonly property real available: width - 2 * Theme.margin
     readonly property int columns: Math.max(1, Math.floor((available + spacing) / (leastTileWidth + spacing)))
     readonly property real tileWidth: Math.min(greatestTileWidth, Math.floor((available + spacing) / columns - spacing))
@@ -49,7 +52,10 @@ GridView {
     highlightFollowsCurrentItem: false
     Accessible.role: Accessible.List
     Accessible.name: root.title
-    Keys.onPressed: event => keys.handle(event)
+    Keys.onPressed: event => {
+        if (root.hasKeyboard)
+            keys.handle(event)
+    }
     Keys.onTabPressed: tabStop.leave(true)
     Keys.onBacktabPressed: tabStop.leave(false)
     T.ScrollBar.vertical: ScrollLine { x: root.width - width }
@@ -110,6 +116,7 @@ GridView {
         id: tabStop
         parent: root
         view: root
+        keys: keys
     }
     WheelScroller {
         parent: root

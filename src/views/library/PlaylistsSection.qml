@@ -50,6 +50,7 @@ Column {
             badge: row.trackCount
             isSelected: Library.browsing.selectedPlaylistName.length > 0 && Library.browsing.selectedPlaylistID === row.playlistId
             onClicked: Library.browsing.selectedPlaylistID = row.playlistId
+            onMenuAskedFor: row.openMenu(20, row.height)
             Keys.onPressed: event => {
                 if (event.key === Qt.Key_Menu)
                     row.openMenu(20, row.height)

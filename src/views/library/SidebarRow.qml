@@ -15,8 +15,8 @@ PressableBase {
     Accessible.name: root.badge.length > 0 ? root.text + ", " + root.badge : root.text
     Accessible.selectable: true
     Accessible.selected: root.isSelected
-    Keys.onUpPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
-    Keys.onDownPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
+    Keys.onUpPressed: root.nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
+    Keys.onDownPressed: root.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
 
     contentItem: Item {
         SymbolLabel {

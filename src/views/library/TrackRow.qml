@@ -3,7 +3,7 @@ import QtQuick
 import Halvane
 
 // One track.
-Rectangle {
+Operable {
     id: root
 
     required property int index
@@ -20,6 +20,7 @@ Rectangle {
     required property bool isPlaying
     required property TrackColumns columns
     property bool hasKeyboard
+    property bool showsRing
     readonly property bool isAvailable: root.availability === Availability.Available
     readonly property color textColor: !root.isAvailable ? Theme.withAlpha(Theme.tertiaryText, 0.66)
                                      : root.isPlaying ? Theme.accent : Theme.primaryText
@@ -36,8 +37,6 @@ Rectangle {
     }
 
     implicitHeight: Theme.trackRowHeight
-    radius: Theme.radiusSmall
-    color: root.isPlaying ? Theme.playingFill : hover.hovered ? Theme.hoverWash : "transparent"
     Accessible.role: Accessible.ListItem
     Accessible.name: Spoken.titled(root.title, root.artist)
     Accessible.description: root.hint
@@ -45,8 +44,15 @@ Rectangle {
     Accessible.focused: root.hasKeyboard
     Accessible.selectable: true
     Accessible.selected: root.hasKeyboard
-    Accessible.onPressAction: root.play()
+    onPressAsked: root.play()
+    onMenuAskedFor: root.menuAsked(root.columns.title, root.height)
+    onFocusAsked: root.pressed()
 
+    Rectangle {
+        anchors.fill: parent
+        radius: Theme.radiusSmall
+        color: root.isPlaying ? Theme.playingFill : hover.hovered ? Theme.hoverWash : "transparent"
+    }
     SymbolLabel {
         x: Theme.rowInset
         width: 20
@@ -111,7 +117,7 @@ Rectangle {
         Accessible.ignored: true
     }
     FocusRing {
-        shown: root.hasKeyboard
+        shown: root.showsRing
         around: -1
     }
 

@@ -10,6 +10,8 @@ ListView {
 
     // Beneath a grid, showing one album's or artist's tracks only.
     property bool isNarrowed
+    // The rows have it, and not a button that scrolls with them.
+    readonly property bool hasKeyboard: Window.activeFocusItem === root
     readonly property real available: width - 2 * Theme.margin
     readonly property TrackColumns columns: TrackColumns { width: root.available }
 
@@ -33,7 +35,10 @@ ListView {
     highlightFollowsCurrentItem: false
     Accessible.role: Accessible.Table
     Accessible.name: Strings.tracks
-    Keys.onPressed: event => keys.handle(event)
+    Keys.onPressed: event => {
+        if (root.hasKeyboard)
+            keys.handle(event)
+    }
     Keys.onTabPressed: tabStop.leave(true)
     Keys.onBacktabPressed: tabStop.leave(false)
     Keys.onEscapePressed: event => {
@@ -75,7 +80,8 @@ ListView {
         transform: Translate { x: Theme.margin }
         width: root.available
         columns: root.columns
-        hasKeyboard: root.activeFocus && index === cursor.index
+        hasKeyboard: root.hasKeyboard && index === cursor.index
+        showsRing: hasKeyboard && keys.isByKeyboard
         onPressed: {
             tabStop.take(Qt.MouseFocusReason)
             cursor.index = index
@@ -126,6 +132,7 @@ ListView {
         id: tabStop
         parent: root
         view: root
+        keys: keys
     }
     WheelScroller {
         parent: root

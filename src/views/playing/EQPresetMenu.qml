@@ -27,6 +27,8 @@ PressableBase {
     text: Library.equalizer.presetMenuTitle
     Accessible.role: Accessible.ComboBox
     Accessible.name: Strings.equalizer + ": " + Library.equalizer.presetMenuTitle
+    opens: true
+    isOpen: menu.visible
     onClicked: menu.popup(root, 0, root.height + Theme.gapTiny)
 
     contentItem: Item {

@@ -153,9 +153,9 @@ FocusScope {
             ValueSlider {
                 width: 150
                 name: Strings.volumeLabel
-                spokenValue: Math.round(Library.transport.volume * 100) + " %"
-                value: Library.transport.volume
-                onMoved: Library.transport.volume = value
+                spokenValue: Math.round(shown) + " %"
+                shown: Library.transport.volume * 100
+                onAsked: percent => Library.transport.volume = percent / 100
             }
             SymbolLabel {
                 anchors.verticalCenter: parent.verticalCenter

@@ -14,6 +14,8 @@ PressableBase {
     implicitHeight: 40
     text: Library.output.outputDeviceName
     tip: Strings.output
+    opens: true
+    isOpen: (menu.item as ContextMenu)?.visible ?? false
     Accessible.name: Strings.output + ": " + Library.output.outputDeviceName
     Accessible.description: Library.signalPath.signalPathDescription
     onClicked: {

@@ -73,9 +73,9 @@ Rectangle {
                 Layout.fillWidth: true
                 Layout.minimumWidth: 44
                 name: Strings.volumeLabel
-                spokenValue: Math.round(Library.transport.volume * 100) + " %"
-                value: Library.transport.volume
-                onMoved: Library.transport.volume = value
+                spokenValue: Math.round(shown) + " %"
+                shown: Library.transport.volume * 100
+                onAsked: percent => Library.transport.volume = percent / 100
             }
         }
         RowLayout {
@@ -84,7 +84,9 @@ Rectangle {
                 id: eqButton
                 symbol: "slider.horizontal.3"
                 tip: Strings.equalizer
-                isActive: Library.equalizer.eqEnabled || ((eq.item as EQPopover)?.opened ?? false)
+                isActive: Library.equalizer.eqEnabled || isOpen
+                opens: true
+                isOpen: (eq.item as EQPopover)?.opened ?? false
                 onClicked: {
                     const popover = eq.made() as EQPopover
                     popover.opened ? popover.close() : popover.open()

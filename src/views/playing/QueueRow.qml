@@ -3,7 +3,7 @@ import QtQuick
 import Halvane
 
 // One entry of the queue.
-Rectangle {
+Operable {
     id: root
 
     required property int index
@@ -16,6 +16,7 @@ Rectangle {
     required property bool isLoved
     required property int availability
     property bool hasKeyboard
+    property bool showsRing
     property bool isDragged
     readonly property bool isAvailable: root.availability === Availability.Available
     readonly property real inset: Theme.gapSmall
@@ -33,11 +34,7 @@ Rectangle {
     }
 
     implicitHeight: Theme.queueRowHeight
-    radius: Theme.radiusSmall
     z: root.isDragged ? 2 : 1
-    color: root.isDragged ? Theme.panelRaised : root.isCurrent ? Theme.selectionFill : hover.hovered ? Theme.hoverWash : "transparent"
-    border.width: root.isDragged ? 1 : 0
-    border.color: Theme.accent
     Accessible.role: Accessible.ListItem
     Accessible.name: Spoken.titled(root.title, root.artist)
     Accessible.description: root.isAvailable ? Strings.playThisTrack
@@ -46,8 +43,17 @@ Rectangle {
     Accessible.focused: root.hasKeyboard
     Accessible.selectable: true
     Accessible.selected: root.isCurrent
-    Accessible.onPressAction: root.play()
+    onPressAsked: root.play()
+    onMenuAskedFor: root.menuAsked(root.textLeft, root.height)
+    onFocusAsked: root.pressed()
 
+    Rectangle {
+        anchors.fill: parent
+        radius: Theme.radiusSmall
+        color: root.isDragged ? Theme.panelRaised : root.isCurrent ? Theme.selectionFill : hover.hovered ? Theme.hoverWash : "transparent"
+        border.width: root.isDragged ? 1 : 0
+        border.color: Theme.accent
+    }
     CoverArt {
         id: cover
         x: root.inset
@@ -89,7 +95,7 @@ Rectangle {
         color: root.availability === Availability.InCloud ? Theme.cloudBlue : root.isAvailable ? Theme.accent : Theme.tertiaryText
     }
     FocusRing {
-        shown: root.hasKeyboard
+        shown: root.showsRing
         around: -1
     }
     HoverHandler { id: hover }

@@ -26,12 +26,13 @@ ListView {
         root.draggedItemID = undefined
         Library.transport.replanSuccessor()
     }
-    // Moves the cursor's row by one place.
-    function moveByKey(step: int): void {
-        const target = cursor.index + step
-        if (cursor.index < 0 || target < 0 || target >= root.count)
+    // Moves a row, which the cursor then is on, by one place.
+    function moveRow(row: int, step: int): void {
+        const target = row + step
+        if (row < 0 || target < 0 || target >= root.count)
             return
-        Library.queue.move(cursor.value(cursor.index, "entryId"), cursor.value(target, "entryId"))
+        cursor.index = row
+        Library.queue.move(cursor.value(row, "entryId"), cursor.value(target, "entryId"))
         Library.transport.replanSuccessor()
         root.positionViewAtIndex(cursor.index, ListView.Contain)
     }
@@ -48,18 +49,20 @@ ListView {
     keyNavigationEnabled: false
     boundsBehavior: Flickable.StopAtBounds
     clip: true
-    activeFocusOnTab: true
+    Accessible.focusable: true
     currentIndex: -1
     highlightFollowsCurrentItem: false
     Accessible.role: Accessible.List
     Accessible.name: Strings.playlist
     Keys.onPressed: event => {
         if (event.modifiers === Qt.AltModifier && (event.key === Qt.Key_Up || event.key === Qt.Key_Down)) {
-            root.moveByKey(event.key === Qt.Key_Up ? -1 : 1)
+            root.moveRow(cursor.index, event.key === Qt.Key_Up ? -1 : 1)
             event.accepted = true
         } else
             keys.handle(event)
     }
+    Keys.onTabPressed: tabStop.leave(true)
+    Keys.onBacktabPressed: tabStop.leave(false)
     T.ScrollBar.vertical: ScrollLine {}
 
     move: Transition {
@@ -77,16 +80,19 @@ ListView {
         // Later versions of Qt put rows at x 0 when they lay them out.
         transform: Translate { x: root.rowLeft }
         width: root.rowWidth
-        hasKeyboard: root.activeFocus && index === cursor.index
+        hasKeyboard: root.Window.activeFocusItem === root && index === cursor.index
+        showsRing: hasKeyboard && keys.isByKeyboard
         isDragged: root.draggedItemID === entryId
         onPressed: {
-            root.forceActiveFocus(Qt.MouseFocusReason)
+            tabStop.take(Qt.MouseFocusReason)
             cursor.index = index
         }
         onMenuAsked: (x, y) => {
             cursor.index = index
             root.openMenu(this, x, y)
         }
+        onMoveUpAsked: root.moveRow(index, -1)
+        onMoveDownAsked: root.moveRow(index, 1)
         onDragStarted: root.draggedItemID = entryId
         onDragMoved: y => {
             root.dragY = mapToItem(root, 0, y).y
@@ -130,8 +136,14 @@ ListView {
     Deferred {
         id: menu
         QueueMenu {
-            onClosed: root.forceActiveFocus(Qt.PopupFocusReason) // qmllint disable unqualified
+            onClosed: tabStop.take(Qt.PopupFocusReason) // qmllint disable unqualified
         }
+    }
+    ListTabStop {
+        id: tabStop
+        parent: root
+        view: root
+        keys: keys
     }
     WheelScroller {
         id: scroller

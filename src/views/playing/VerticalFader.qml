@@ -40,7 +40,13 @@ Column {
         Accessible.role: Accessible.Slider
         Accessible.name: root.label
         Accessible.description: root.value + " dB"
-        onMoved: root.movedTo(slider.value)
+        // Assistive technology sets the value, between two steps as well, and looks for the ends here.
+        readonly property real minimumValue: slider.from
+        readonly property real maximumValue: slider.to
+        onValueChanged: {
+            if (slider.value !== root.value)
+                root.movedTo(Math.round(slider.value / slider.stepSize) * slider.stepSize)
+        }
 
         background: Rectangle {
             x: (slider.width - width) / 2

@@ -6,7 +6,7 @@ import Halvane
 // play and pause elsewhere), a name for those who cannot see it, and a tooltip. Made from an item
 // because a ready-made button calls itself a button to assistive technology, also where it is a tab,
 // a link or a row.
-Item {
+Operable {
     id: root
 
     property string text
@@ -23,8 +23,7 @@ Item {
     activeFocusOnTab: true
     Accessible.role: Accessible.Button
     Accessible.name: root.tip.length > 0 ? root.tip : root.text
-    Accessible.focusable: true
-    Accessible.onPressAction: root.clicked()
+    onPressAsked: root.clicked()
 
     Keys.onReturnPressed: root.clicked()
     Keys.onEnterPressed: root.clicked()

@@ -18,6 +18,8 @@ PressableBase {
     Accessible.role: Accessible.ColorChooser
     Accessible.name: root.name
     Accessible.description: root.color.toString()
+    opens: true
+    isOpen: popover.opened
     onClicked: popover.opened ? popover.close() : popover.open()
 
     contentItem: Item {}
@@ -30,21 +32,30 @@ PressableBase {
 
     component Part: ValueSlider {
         width: root.mixerWidth
-        stepSize: 0.01
-        spokenValue: Math.round(value * 100) + " %"
-        onMoved: root.chose(Qt.hsva(hue.value, saturation.value, brightness.value, 1))
+        stepSize: 1
+        shown: 0
+        spokenValue: Math.round(value) + " %"
+        onAsked: percent => {
+            shown = percent
+            root.chose(popover.mixed())
+        }
     }
 
     Popover {
         id: popover
+
+        function mixed(): color {
+            return Qt.hsva(hue.value / 100, saturation.value / 100, brightness.value / 100, 1)
+        }
+
         name: root.name
         x: root.width - width
         y: root.height + 6
         padding: 14
         onAboutToShow: {
-            hue.value = Math.max(0, root.color.hsvHue)
-            saturation.value = root.color.hsvSaturation
-            brightness.value = root.color.hsvValue
+            hue.shown = 100 * Math.max(0, root.color.hsvHue)
+            saturation.shown = 100 * root.color.hsvSaturation
+            brightness.shown = 100 * root.color.hsvValue
         }
         contentItem: Column {
             spacing: Theme.gapSmall
@@ -58,18 +69,18 @@ PressableBase {
             Part {
                 id: hue
                 name: root.name + " H"
-                fill: Qt.hsva(value, 0.9, 0.95, 1)
+                fill: Qt.hsva(value / 100, 0.9, 0.95, 1)
                 focus: true
             }
             Part {
                 id: saturation
                 name: root.name + " S"
-                fill: Qt.hsva(hue.value, value, 0.95, 1)
+                fill: Qt.hsva(hue.value / 100, value / 100, 0.95, 1)
             }
             Part {
                 id: brightness
                 name: root.name + " B"
-                fill: Qt.hsva(hue.value, saturation.value, value, 1)
+                fill: popover.mixed()
             }
         }
     }

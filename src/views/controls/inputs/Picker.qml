@@ -22,6 +22,8 @@ PressableBase {
     Accessible.description: root.text
     Keys.onUpPressed: root.chose(Math.max(0, root.chosen - 1))
     Keys.onDownPressed: root.chose(Math.min(root.choices.length - 1, root.chosen + 1))
+    opens: true
+    isOpen: menu.visible
     onClicked: menu.popup(root, 0, root.height + Theme.gapTiny)
 
     contentItem: Item {

@@ -48,6 +48,7 @@ FocusScope {
                 Accessible.checkable: true
                 Accessible.checked: index === root.chosen
                 onClicked: root.chose(index)
+                onFocusAsked: root.forceActiveFocus(Qt.OtherFocusReason)
 
                 contentItem: Text {
                     id: word

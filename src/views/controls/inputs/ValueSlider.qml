@@ -3,24 +3,42 @@ import QtQuick
 import QtQuick.Templates as T
 import Halvane
 
-// A horizontal line with a handle. The wheel and the arrow keys step it.
+// A horizontal line with a handle, in percent. The wheel and the arrow keys step it.
 T.Slider {
     id: root
 
     required property string name
     property color fill: Theme.accent
     property string spokenValue
+    required property real shown
+    property bool follows: true // what is shown
+    // Where assistive technology looks for the ends.
+    readonly property real minimumValue: root.from
+    readonly property real maximumValue: root.to
+
+    // Whoever moves it, by hand, by key or through assistive technology, which only sets the value.
+    signal asked(real value)
 
     implicitWidth: 120
     implicitHeight: 20
     focusPolicy: Qt.TabFocus
     hoverEnabled: true
     wheelEnabled: true
-    stepSize: 0.0625
+    to: 100
+    stepSize: 6.25
     Accessible.role: Accessible.Slider
     Accessible.name: root.name
     Accessible.description: root.spokenValue
+    onValueChanged: {
+        if (root.value !== root.shown)
+            root.asked(root.value)
+    }
 
+    Binding on value {
+        when: root.follows && !root.pressed
+        value: root.shown
+        restoreMode: Binding.RestoreNone
+    }
     handle: Rectangle {
         id: knob
         x: root.leftPadding + root.visualPosition * (root.availableWidth - width)

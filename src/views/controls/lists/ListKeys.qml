@@ -12,6 +12,7 @@ QtObject {
     required property ListCursor cursor
     property int columns: 1
     property real rowHeight: 1
+    property bool isByKeyboard // which put the cursor where it is, and whose ring shows
 
     signal moved(int row)
     signal activated(int row)
@@ -22,12 +23,34 @@ QtObject {
         root.cursor.index = Math.max(0, Math.min(last, row))
         root.moved(root.cursor.index)
     }
+    // The first row in sight.
+    function firstSeen(): int {
+        const list = root.view as ListView
+        const grid = root.view as GridView
+        for (let y = 0; y < root.view.height; y += root.rowHeight / 2) {
+            const x = root.view.contentX + root.view.leftMargin + 1
+            const row = list ? list.indexAt(x, root.view.contentY + y) : grid.indexAt(x, root.view.contentY + y)
+            if (row >= 0)
+                return row
+        }
+        return 0
+    }
+    // The list has got the keyboard. The Tab key finds a cursor that can be seen; a menu that has
+    // closed leaves all as it was.
+    function enter(reason: int): void {
+        if (reason === Qt.PopupFocusReason)
+            return
+        root.isByKeyboard = reason !== Qt.MouseFocusReason
+        if (root.isByKeyboard && root.count > 0)
+            root.move(root.cursor.index < 0 ? root.firstSeen() : root.cursor.index)
+    }
     function handle(event: KeyEvent): void {
         const here = root.cursor.index
         const page = Math.max(1, Math.floor(root.view.height / root.rowHeight) - 1) * root.columns
         if (event.modifiers & (Qt.ControlModifier | Qt.AltModifier | Qt.MetaModifier))
             return
         event.accepted = true
+        root.isByKeyboard = true
         if (event.key === Qt.Key_Menu || (event.key === Qt.Key_F10 && event.modifiers & Qt.ShiftModifier))
             root.menuAsked(here)
         else if (event.key === Qt.Key_Down)

@@ -7,6 +7,7 @@ Item {
     id: root
 
     required property Item view
+    required property ListKeys keys
     property bool isTaking
 
     // Gives the list itself the focus. A list is a focus scope and would give it to what had it
@@ -19,6 +20,7 @@ Item {
         root.focus = false
         root.isTaking = false
         root.view.forceActiveFocus(reason)
+        root.keys.enter(reason)
     }
     function leave(forward: bool): void {
         const next = nextItemInFocusChain(forward)

@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
 
-// Scrolls its parent, a Flickable, with the wheel or the touchpad, and leaves the mouse's buttons to
-// the rows, which can then be dragged.
+// Scrolls its parent, a Flickable, with the wheel or the touchpad, and to what takes the keyboard's
+// focus, and leaves the mouse's buttons to the rows, which can then be dragged.
 WheelHandler {
     id: root
 
     required property Flickable view
     property real target: 0
+    readonly property Item focused: root.view.Window.activeFocusItem
+    readonly property real air: 8 // around what has the focus
 
     function scrollTo(y: real): void {
         const top = root.view.originY - root.view.topMargin
@@ -16,6 +18,22 @@ WheelHandler {
         root.view.contentY = Math.round(Math.max(top, Math.min(bottom, y)))
     }
 
+    function bringIntoView(item: Item): void {
+        const top = item.mapToItem(root.view.contentItem, 0, 0).y - root.air
+        const bottom = top + item.height + 2 * root.air
+        if (top < root.view.contentY)
+            root.scrollTo(top)
+        else if (bottom > root.view.contentY + root.view.height)
+            root.scrollTo(bottom - root.view.height)
+    }
+
+    onFocusedChanged: {
+        let above = root.focused?.parent ?? null
+        while (above && above !== root.view.contentItem)
+            above = above.parent
+        if (above)
+            root.bringIntoView(root.focused)
+    }
     acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
     orientation: Qt.Vertical
     onWheel: event => {

@@ -22,6 +22,7 @@ T.MenuItem {
     implicitHeight: Theme.controlHeight
     hoverEnabled: true
     opacity: root.enabled ? 1 : 0.4
+    Accessible.role: Accessible.MenuItem
     Accessible.name: root.text
     Accessible.checkable: root.checkable
     Accessible.checked: root.checked
