@@ -91,16 +91,66 @@ def actions(thing):
 
 
 def find(root, name, *roles):
-    """The first thing with this name and one of these roles; none when nothing like it shows."""
+    """The first thing with this name, or any, and one of these roles; none when nothing like it shows."""
     return next((thing for thing in walk(root)
-                 if thing.get_name() == name and role_of(thing) in roles), None)
+                 if name in (None, thing.get_name()) and role_of(thing) in roles), None)
 
 
-def press(root, name, *roles):
+def thing(root, name, *roles):
+    return wait_for(f"{' or '.join(roles)} {name!r}", lambda: find(root, name, *roles))
+
+
+def expect(holds, otherwise):
+    if not holds:
+        sys.exit(otherwise)
+
+
+def act(root, action, name, *roles, within=None):
+    """Does one of the thing's actions, given by its number or its name."""
     def look():
-        thing = find(root, name, *(roles or ("button", "page tab")))
-        return thing and Atspi.Action.do_action(thing, actions(thing).index("Press"))
-    wait_for(f"a {' or '.join(roles or ('button',))} {name!r}", look)
+        place = find(root, *within) if within else root
+        found = place and find(place, name, *roles)
+        if not found or not has(found, Atspi.StateType.ENABLED):
+            return False
+        number = action if isinstance(action, int) else actions(found).index(action)
+        return number < len(actions(found)) and Atspi.Action.do_action(found, number)
+    wait_for(f"{' or '.join(roles)} {name!r}", look)
+
+
+def press(root, name, *roles, within=None):
+    """Does what "activate" does: the thing's first action."""
+    act(root, 0, name, *(roles or ("button", "page tab")), within=within)
+
+
+def type_into(field, text):
+    """Types, as a screen reader's user does: the toolkit lets nobody set a field's text otherwise."""
+    Atspi.Action.do_action(field, actions(field).index("SetFocus"))
+    wait_for("the focus", lambda: has(field, Atspi.StateType.FOCUSED))
+    Atspi.generate_keyboard_event(0, text, Atspi.KeySynthType.STRING)
+
+
+class Ear:
+    """Hears what is announced: the names of the notifications that come up meanwhile."""
+
+    def __enter__(self):
+        self._heard = []
+        self._listener = Atspi.EventListener.new(self._hear)
+        self._listener.register("object:state-changed:showing")
+        return self
+
+    def __exit__(self, *_):
+        self._listener.deregister("object:state-changed:showing")
+
+    def _hear(self, event, *_):
+        if event.detail1 and event.source.get_role_name() == "notification":
+            self._heard.append(event.source.get_name())
+
+    def wait_for(self, words):
+        def look():
+            while GLib.MainContext.default().iteration(False):
+                pass
+            return words in self._heard
+        wait_for(f"{words!r} to be announced, not only {self._heard}", look)
 
 
 def faults(root, roles):
@@ -113,9 +163,19 @@ def faults(root, roles):
             if role in NAMED and not name:
                 yield f"{role} without a name in {thing.get_parent().get_name()!r}"
             works = role in CONTROLS or (role == "list item" and actions(thing))
-            if works and has(thing, Atspi.StateType.ENABLED):
-                if not has(thing, Atspi.StateType.FOCUSABLE):
-                    yield f"{role} {name!r} can't be reached by the keyboard"
+            takes_focus = has(thing, Atspi.StateType.FOCUSABLE)
+            if works and has(thing, Atspi.StateType.ENABLED) and not takes_focus:
+                yield f"{role} {name!r} can't be reached by the keyboard"
+            if role in ("label", "heading", "alert") and takes_focus:
+                yield f"{role} {name!r} takes the focus and does nothing"
+            if role == "list item" and actions(thing) and actions(thing)[0] != "Press":
+                yield f"{role} {name!r} is not pressed by its first action"
+            if role == "slider":
+                value = thing.get_value_iface()
+                if value.get_minimum_value() >= value.get_maximum_value():
+                    yield f"{role} {name!r} has no ends"
+                if not thing.get_description():
+                    yield f"{role} {name!r} does not say its value"
             if role in ("unknown", "invalid", "filler") and name:
                 yield f"{name!r} has no role"
         except GLib.Error:

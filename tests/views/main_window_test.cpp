@@ -107,6 +107,42 @@ TEST_F(MainWindowTest, LanguagesChangeAtOnceAndTheMenusStayEnglish) {
     EXPECT_TRUE(ui->waitsFor(u"Up Next"_s));
 }
 
+TEST_F(MainWindowTest, AMenuThatWasSlidToLeavesNoTitleLit) {
+    const auto isOpen = [&](const QString& title) {
+        auto* thing = ui->find(title, QAccessible::MenuItem);
+        return thing && thing->state().expanded;
+    };
+    ASSERT_TRUE(ui->click(u"File"_s, QAccessible::MenuItem));
+    ASSERT_TRUE(world.waitFor([&] { return isOpen(u"File"_s); }));
+    ui->pointAt(ui->centreOf(u"Edit"_s, QAccessible::MenuItem));
+    ASSERT_TRUE(world.waitFor([&] { return isOpen(u"Edit"_s) && !isOpen(u"File"_s); }));
+    ui->key(Qt::Key_Escape);
+    EXPECT_TRUE(world.waitFor([&] { return !isOpen(u"Edit"_s); }));
+    ui->pointAt(ui->centreOf(u"View"_s, QAccessible::MenuItem));
+    EXPECT_FALSE(world.waitFor([&] { return isOpen(u"View"_s); }, 200)) << "by hovering alone";
+    ui->pointAt({});
+}
+
+TEST_F(MainWindowTest, OnlyTheKeyboardDrawsARing) {
+    const auto rings = [&] {
+        int count = 0;
+        forEachItem(ui->window().contentItem(), [&](QQuickItem* item) {
+            count += QByteArray(item->metaObject()->className()).startsWith("FocusRing") ? 1 : 0;
+        });
+        return count;
+    };
+    ASSERT_TRUE(ui->click(u"Tracks"_s, QAccessible::PageTab));
+    ASSERT_TRUE(ui->waitsFor(u"Sodium, The Lanterns"_s));
+    ASSERT_TRUE(ui->click(u"Sodium, The Lanterns"_s));
+    EXPECT_EQ(rings(), 0);
+    ui->key(Qt::Key_Down);
+    EXPECT_EQ(rings(), 1);
+    ui->key(Qt::Key_Tab);
+    EXPECT_EQ(rings(), 1);
+    ui->key(Qt::Key_Backtab);
+    EXPECT_EQ(rings(), 1) << "where the keyboard was";
+}
+
 TEST_F(MainWindowTest, TheTrackTableIsWorkedByKeyboard) {
     library.browsing()->selectBrowseMode(LibraryMode::songs);
     ASSERT_TRUE(ui->waitsFor(u"Sodium, The Lanterns"_s));

@@ -14,6 +14,14 @@ FocusScope {
     readonly property bool showsSidebar: root.width >= 980 || !Library.views.showNowPlayingPanel
 
     focus: true
+    Keys.onPressed: event => {
+        if (event.key === Qt.Key_Alt)
+            topRow.showsMenuLetters = true
+    }
+    Keys.onReleased: event => {
+        if (event.key === Qt.Key_Alt)
+            topRow.showsMenuLetters = false
+    }
     Keys.onEscapePressed: event => {
         if (Library.views.showFullPlayer)
             Library.views.showFullPlayer = false
@@ -119,6 +127,25 @@ FocusScope {
         onLoaded: (fullPlayer.item as Item).focus = true
         Behavior on opacity {
             NumberAnimation { duration: Theme.panelSlide; easing.type: Easing.InOutQuad }
+        }
+    }
+    // Only what somebody listens to: a player in the background does not speak up.
+    Announcer {
+        id: announcer
+
+        readonly property bool isHeard: Window.active
+        readonly property string playing: Library.transport.isPlaying && Library.player.hasCurrentTrack
+            ? Spoken.titled(Library.player.currentTrack.title, Library.player.currentTrack.artist) : ""
+
+        onPlayingChanged: {
+            if (announcer.isHeard)
+                announcer.say(announcer.playing)
+        }
+
+        Connections {
+            target: Library.status
+            enabled: announcer.isHeard
+            function onTextChanged() { announcer.say(Library.status.lastImportMessage) }
         }
     }
     Deferred {

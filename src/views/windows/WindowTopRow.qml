@@ -9,6 +9,7 @@ Item {
     id: root
 
     readonly property Window host: Window.window as Window
+    property alias showsMenuLetters: menus.showsLetters
 
     implicitHeight: Theme.topRowHeight
 
@@ -24,6 +25,7 @@ Item {
         onDoubleTapped: root.toggleMaximized()
     }
     MainMenuBar {
+        id: menus
         x: 6
         height: parent.height
         visible: !App.menusAreGlobal
