@@ -144,6 +144,9 @@ class Keys:
             self.press("Tab")
         self.is_at("p11, 0", "list item")
         self.expect_in_view()
+        self.press("a", "r")
+        self.is_at("Artists, 2", "list item")
+        self.expect_in_view()
 
     def quits(self):
         self.press("alt+f", "Up")
