@@ -134,8 +134,6 @@ TEST_F(Program, ShowsATrackInARealNotificationAndReplacesIt) {
     RunningProgram halvane(session, {u"music"_s});
     ASSERT_TRUE(halvane.isReady());
     ASSERT_TRUE(halvane.answers({u"status"_s}, u"Playing"_s));
-    EXPECT_TRUE(waitFor([&] { return halvane.ask({u"position"_s}).toDouble() > 1; }));
-    EXPECT_EQ(server->count(u"summary: 'First'"_s), 0) << "its own window is coming up";
     // Another window comes to the front.
     session.run(u"xdotool"_s, {u"search"_s, u"--sync"_s, u"--name"_s, u"Event Tester"_s,
                                u"windowfocus"_s, u"--sync"_s});

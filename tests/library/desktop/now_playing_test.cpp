@@ -219,7 +219,17 @@ TEST_F(NowPlayingTest, NotifiesOnlyInTheBackground) {
     EXPECT_EQ(notifications.posted[0].body, u"Artist - "_s);
 }
 
+TEST_F(NowPlayingTest, TheFirstTrackIsNotAnnouncedOverTheWindowThatComesUp) {
+    play(u"A"_s);
+    nowPlaying.notifyTrackChange(item());
+    EXPECT_THAT(notifications.posted, IsEmpty());
+    play(u"B"_s);
+    nowPlaying.notifyTrackChange(item());
+    EXPECT_THAT(notifications.posted, testing::SizeIs(1)) << "it may never have come to the front";
+}
+
 TEST_F(NowPlayingTest, OnlyTheNewestTrackIsNotifiedOnceItsCoverIsThere) {
+    nowPlaying.applicationActivated();
     for (const auto& title : {u"A"_s, u"B"_s}) {
         play(title, [&](Track& track) {
             track.coverImageData = picture(title == u"A"_s ? Qt::red : Qt::blue);
