@@ -25,14 +25,15 @@ bool answers(const QString& socket) {
 } // namespace
 
 MonitorRecording::MonitorRecording(const QString& server, const QString& sink, int sampleRate,
-                                   int channels, const QString& file)
+                                   int channels, int latency, const QString& file)
     : m_file(file)
     , m_channels(channels)
     , m_recorder(std::make_unique<ChildProcess>(
           u"parec"_s,
           QStringList{u"--server="_s + server, u"--device="_s + sink + u".monitor"_s,
                       u"--format=float32le"_s, u"--rate=%1"_s.arg(sampleRate),
-                      u"--channels=%1"_s.arg(channels), u"--raw"_s, u"--latency-msec=100"_s},
+                      u"--channels=%1"_s.arg(channels), u"--raw"_s,
+                      u"--latency-msec=%1"_s.arg(latency)},
           QProcessEnvironment::systemEnvironment(), file, file + u".log"_s)) {
 }
 
@@ -138,9 +139,10 @@ std::optional<std::uint32_t> PrivateSoundServer::sinkIndex(const QString& name) 
 }
 
 std::unique_ptr<MonitorRecording> PrivateSoundServer::record(const QString& sink, int sampleRate,
-                                                             int channels) {
-    auto recording = std::make_unique<MonitorRecording>(
-        address(), sink, sampleRate, channels, path(u"recording%1.raw"_s.arg(++m_recordings)));
+                                                             int channels, int latency) {
+    auto recording =
+        std::make_unique<MonitorRecording>(address(), sink, sampleRate, channels, latency,
+                                           path(u"recording%1.raw"_s.arg(++m_recordings)));
     EXPECT_TRUE(waitFor([&] { return recording->hasBegun(); })) << "nothing is recorded";
     return recording;
 }

@@ -17,7 +17,7 @@ namespace halvane::test {
 class MonitorRecording {
   public:
     MonitorRecording(const QString& server, const QString& sink, int sampleRate, int channels,
-                     const QString& file);
+                     int latency, const QString& file);
 
     /// Whether the recorder has begun to receive.
     [[nodiscard]] bool hasBegun() const;
@@ -63,8 +63,10 @@ class PrivateSoundServer {
     bool hasPausedStream();
     /// The server's number for a sink; none without one.
     std::optional<std::uint32_t> sinkIndex(const QString& name);
-    /// Starts to record what a sink plays and waits until the recording runs.
-    std::unique_ptr<MonitorRecording> record(const QString& sink, int sampleRate, int channels = 2);
+    /// Starts to record what a sink plays and waits until the recording runs. What has been
+    /// recorded can't be taken back: a recording as close to the ear as its latency, in ms.
+    std::unique_ptr<MonitorRecording> record(const QString& sink, int sampleRate, int channels = 2,
+                                             int latency = 100);
 
   protected:
     PrivateSoundServer();

@@ -6,6 +6,8 @@
 #include <pulse/def.h>
 #include <pulse/error.h>
 
+#include <thread>
+
 namespace halvane {
 
 using namespace Qt::StringLiterals;
@@ -15,6 +17,9 @@ namespace {
 // A device that takes streams and ends them at once must not be tried for ever.
 constexpr std::size_t mostFailures = 3;
 constexpr double failureMemory = 5; // s
+
+// By then, the end of a sound that has been ended is heard.
+constexpr std::chrono::milliseconds surelyHeard{150};
 
 } // namespace
 
@@ -28,7 +33,8 @@ PulseOutput::PulseOutput(PulseServer& server, Clock& clock, QObject* parent)
 
 PulseOutput::~PulseOutput() {
     close();
-    m_ending.reset();
+    if (m_ending)
+        std::this_thread::sleep_for(surelyHeard); // or the end would be cut off
 }
 
 Result<> PulseOutput::open(const StreamFormat& format, RenderSource& source) {
@@ -70,7 +76,6 @@ PulseStream::Events PulseOutput::events() {
 
 void PulseOutput::close() {
     if (isOpen() && m_stream->isEnding()) {
-        constexpr std::chrono::milliseconds surelyHeard{150};
         m_stream->leave();
         m_ending = std::move(m_stream);
         m_ended = m_clock.after(surelyHeard, [this] { m_ending.reset(); });

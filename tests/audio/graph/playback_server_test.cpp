@@ -58,6 +58,9 @@ class OnServer : public testing::Test {
     std::unique_ptr<MonitorRecording> record(const QString& sink) {
         return m_server->record(sink, rate);
     }
+    std::unique_ptr<MonitorRecording> recordCloseToTheEar(const QString& sink) {
+        return m_server->record(sink, rate, 2, 5);
+    }
     /// The stretches heard, without the few milliseconds in which playback fades in.
     std::vector<HeardRun> runs(const MonitorRecording& recording) {
         std::vector<HeardRun> whole;
@@ -152,6 +155,29 @@ TEST_F(OnPulseAudio, GoesOnFromTheHeardPositionAfterRestarts) {
     playsAndSurvivesRestarts();
 }
 
+TEST_F(OnPulseAudio, EndsSoftlyWithTheProgram) {
+    server.loadRevisingSink(u"card"_s, rate);
+    ASSERT_TRUE(engine->setOutputDevice(sinkNamed(u"card"_s)));
+    const auto recording = recordCloseToTheEar(u"card"_s);
+    ASSERT_TRUE(open(*engine, path));
+    ASSERT_TRUE(engine->scheduleSegment(40, true)); // where the numbers are a fifth of full scale
+    hear(1);
+    engine.reset();
+    sound.reset();
+    ASSERT_TRUE(recording->waitForFrames(rate / 2));
+    const auto samples = recording->samples();
+    const auto isSound = [](float sample) { return sample != 0; };
+    const auto end = std::find_if(samples.rbegin(), samples.rend(), isSound);
+    ASSERT_GT(samples.rend() - end, rate);
+    const auto loudest = [&](int from, int to) { // ms before the end
+        const auto first = end + 2 * from * rate / 1000;
+        return std::abs(*std::max_element(first, end + 2 * to * rate / 1000, [](float a, float b) {
+            return std::abs(a) < std::abs(b);
+        }));
+    };
+    EXPECT_LT(loudest(0, 2), 0.5F * loudest(20, 30)) << "cut off";
+}
+
 class OnPipeWire : public OnServer {
   protected:
     OnPipeWire() { use(server); }
@@ -161,7 +187,7 @@ class OnPipeWire : public OnServer {
 TEST_F(OnPulseAudio, HearsChangesAtOnceAndWithoutAnEdge) {
     server.loadRevisingSink(u"card"_s, rate);
     ASSERT_TRUE(engine->setOutputDevice(sinkNamed(u"card"_s)));
-    const auto recording = record(u"card"_s);
+    const auto recording = recordCloseToTheEar(u"card"_s);
     ASSERT_TRUE(open(*engine, path));
     ASSERT_TRUE(engine->scheduleSegment(40, true)); // where the numbers are a fifth of full scale
     hear(1);
@@ -196,15 +222,17 @@ TEST_F(OnPulseAudio, HearsChangesAtOnceAndWithoutAnEdge) {
     std::printf("mute, loud again, pause, resume, seek away, seek to, stop: heard after");
     for (const auto frames : late) {
         EXPECT_GT(frames, -0.02 * rate);
-        EXPECT_LT(frames, 0.15 * rate) << "of a monitor that is late itself";
+        EXPECT_LT(frames, 0.15 * rate);
         std::printf(" %.0f", double(frames) * 1000 / rate);
     }
-    // From silence to a quarter of full scale takes 5 ms, and 10 ms back.
+    // From silence to a quarter of full scale takes 5 ms, and 10 ms back. The recorder misses the
+    // first milliseconds after a pause.
     const auto samples = recording->samples();
     int edges = 0;
     for (auto i = std::size_t(2 * (heard[0].silenceBefore + rate / 10)); i < samples.size(); i += 2)
         edges += std::abs(samples[i] - samples[i - 2]) > 0.25 / 100;
-    std::printf(" ms; %d edges, as a busy server takes what is new too late\n", edges);
+    EXPECT_LE(edges, 1);
+    std::printf(" ms\n");
 }
 
 TEST_F(OnPipeWire, GoesOnFromTheHeardPositionAfterRestarts) {
