@@ -8,6 +8,6 @@ QtObject {
     // The chosen album's tracks beneath the album grid: asked for, not merely chosen by playback.
     property bool showsAlbumTracks
 
-    // Brings the current track into view in the track table.
-    signal revealAsked
+    // A new playlist is wanted, and these tracks in it.
+    signal playlistAsked(paths: var)
 }

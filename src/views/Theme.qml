@@ -74,6 +74,7 @@ QtObject {
 
     // Durations, ms
     readonly property int quick: 140
+    readonly property int paneSlide: 180
     readonly property int panelSlide: 280
     readonly property int ambientChange: 1600
     readonly property int tipDelay: 600

@@ -95,7 +95,8 @@ QString DesktopSession::log() const {
     return contentsOf(home.filePath(u"halvane.log"_s));
 }
 
-QString DesktopSession::makeTrack(const QString& name, int seconds, const QString& title) {
+QString DesktopSession::makeTrack(const QString& name, int seconds, const QString& title,
+                                  const QString& album) {
     const auto path = home.filePath(name);
     QDir().mkpath(QFileInfo(path).path());
     const auto outcome = run(u"ffmpeg"_s, {u"-v"_s,
@@ -117,7 +118,7 @@ QString DesktopSession::makeTrack(const QString& name, int seconds, const QStrin
                                            u"-metadata"_s,
                                            u"artist=Artist"_s,
                                            u"-metadata"_s,
-                                           u"album=Album"_s,
+                                           u"album="_s + album,
                                            path});
     if (outcome.exitCode != 0)
         throw std::runtime_error(outcome.errors.toStdString());

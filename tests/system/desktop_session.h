@@ -35,7 +35,8 @@ class DesktopSession {
     [[nodiscard]] QString log() const;
     /// An audio file of this many seconds, tagged with the title and a cover, in a folder that is
     /// made if need be; its path.
-    QString makeTrack(const QString& name, int seconds, const QString& title);
+    QString makeTrack(const QString& name, int seconds, const QString& title,
+                      const QString& album = QStringLiteral("Album"));
 
   private:
     std::unique_ptr<ChildProcess> m_display;

@@ -321,6 +321,39 @@ TEST_F(Program, IsWorkedFromACommandLine) {
     EXPECT_TRUE(waitFor([&] { return says(u"{status} {title}"_s) == u"paused Fourth"_s; }));
 }
 
+// Two clicks of a hand, under a window manager. The first one opens the pane of the album's tracks.
+TEST_F(Program, ADoubleClickOnAnAlbumPlaysIt) {
+    for (const QString& album : {u"A"_s, u"B"_s, u"C"_s, u"D"_s, u"E"_s, u"F"_s})
+        session.makeTrack(u"music/%1.flac"_s.arg(album), 60, u"Song of "_s + album, album);
+    const auto manager = session.listen(u"openbox"_s, {});
+    RunningProgram halvane(session, {u"music"_s});
+    ASSERT_TRUE(halvane.isReady());
+    ASSERT_TRUE(halvane.answers({u"status"_s}, u"Playing"_s));
+    const auto window = session
+                            .run(u"xdotool"_s, {u"search"_s, u"--sync"_s, u"--onlyvisible"_s,
+                                                u"--name"_s, u"^Halvane$"_s})
+                            .output.trimmed();
+    ASSERT_EQ(session.run(u"xdotool"_s, {u"windowsize"_s, u"--sync"_s, window, u"1360"_s, u"720"_s})
+                  .exitCode,
+              0);
+    struct Tile {
+        QString album;
+        QString x;
+        QString y;
+    };
+    for (const auto& [album, x, y] :
+         {Tile{u"C"_s, u"720"_s, u"430"_s}, Tile{u"A"_s, u"340"_s, u"230"_s}}) {
+        EXPECT_EQ(session
+                      .run(u"xdotool"_s,
+                           {u"mousemove"_s, u"--window"_s, window, x, y, u"sleep"_s, u"0.3"_s,
+                            u"click"_s, u"--repeat"_s, u"2"_s, u"--delay"_s, u"180"_s, u"1"_s})
+                      .exitCode,
+                  0);
+        EXPECT_TRUE(halvane.answers({u"metadata"_s, u"album"_s}, album));
+        EXPECT_EQ(halvane.ask({u"status"_s}), u"Playing"_s);
+    }
+}
+
 TEST_F(Program, AClickOnTheTraysIconOpensThePanelBesideItAndClosesIt) {
     RunningProgram halvane(session);
     ASSERT_TRUE(halvane.isReady());

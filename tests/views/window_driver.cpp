@@ -4,6 +4,7 @@
 #include <QCursor>
 #include <QScreen>
 #include <QTest>
+#include <QWheelEvent>
 
 namespace halvane::test {
 
@@ -71,15 +72,32 @@ bool WindowDriver::click(const QString& name, QAccessible::Role role, Qt::MouseB
     return true;
 }
 
-bool WindowDriver::doubleClick(const QString& name) {
-    if (!waitsFor(name))
+bool WindowDriver::doubleClick(const QString& name, QAccessible::Role role) {
+    constexpr int betweenClicks = 180;
+    if (!GalleryWorld::waitFor([&] { return find(name, role) != nullptr; }))
         return false;
-    QTest::mouseDClick(&m_window, Qt::LeftButton, {}, centreOf(name));
+    const QPoint place = centreOf(name, role);
+    const int start = QTest::lastMouseTimestamp;
+    QTest::mouseClick(&m_window, Qt::LeftButton, {}, place);
+    QTest::qWait(betweenClicks);
+    QTest::lastMouseTimestamp =
+        start + betweenClicks; // which else stays out of a double click's time
+    QTest::mouseClick(&m_window, Qt::LeftButton, {}, place);
     return true;
 }
 
 void WindowDriver::pointAt(const QPoint& place) {
     QTest::mouseMove(&m_window, place);
+}
+
+void WindowDriver::turnWheel(const QPoint& place, int steps) {
+    constexpr int oneStep = 120;
+    for (int step = 0; step < std::abs(steps); ++step) {
+        QWheelEvent event(place, m_window.mapToGlobal(place), {},
+                          {0, steps > 0 ? -oneStep : oneStep}, Qt::NoButton, {}, Qt::NoScrollPhase,
+                          false);
+        QCoreApplication::sendEvent(&m_window, &event);
+    }
 }
 
 void WindowDriver::drag(const QPoint& from, const QPoint& to) {

@@ -36,8 +36,12 @@ class WindowDriver {
     /// Each gives false when there is no such thing.
     bool click(const QString& name, QAccessible::Role role = QAccessible::NoRole,
                Qt::MouseButton button = Qt::LeftButton);
-    bool doubleClick(const QString& name);
+    /// Two clicks on the place where the thing was at the first one, as a hand makes them: what
+    /// moves meanwhile is not followed.
+    bool doubleClick(const QString& name, QAccessible::Role role = QAccessible::NoRole);
     void pointAt(const QPoint& place);
+    /// Turns the wheel over a place, downwards where steps is above 0.
+    void turnWheel(const QPoint& place, int steps);
     void drag(const QPoint& from, const QPoint& to);
     /// The two halves of a drag.
     void hold(const QPoint& from, const QPoint& to);

@@ -116,6 +116,7 @@ void Browsing::setSearchText(const QString& text) {
     refreshTracks();
     refreshAlbums();
     refreshArtists();
+    Q_EMIT turnedTo();
 }
 
 void Browsing::setFocusedArtist(const QString& name) {
@@ -132,8 +133,10 @@ void Browsing::setSelectedAlbumID(const QString& id) {
 }
 
 void Browsing::setSelectedPlaylistID(const QUuid& id) {
-    if (assign(m_selectedPlaylistID, id, &Browsing::selectedPlaylistIDChanged))
-        sourceChanged();
+    if (!assign(m_selectedPlaylistID, id, &Browsing::selectedPlaylistIDChanged))
+        return;
+    sourceChanged();
+    Q_EMIT turnedTo();
 }
 
 void Browsing::enter(LibraryMode mode, SidebarItem sidebar, bool lovedOnly) {
@@ -150,6 +153,7 @@ void Browsing::selectBrowseMode(LibraryMode mode) {
                                                                : SidebarItem::tracks;
     enter(mode, sidebar, false);
     sourceChanged();
+    Q_EMIT turnedTo();
 }
 
 void Browsing::selectSidebarItem(SidebarItem item) {
@@ -168,6 +172,7 @@ void Browsing::selectSidebarItem(SidebarItem item) {
         break;
     }
     sourceChanged();
+    Q_EMIT turnedTo();
 }
 
 void Browsing::goHome() {
@@ -175,6 +180,7 @@ void Browsing::goHome() {
     setSelectedAlbumID({});
     assign(m_focusedArtist, QString(), &Browsing::focusedArtistChanged);
     sourceChanged();
+    Q_EMIT turnedTo();
 }
 
 void Browsing::jumpToArtist(const QString& name) {
@@ -182,6 +188,7 @@ void Browsing::jumpToArtist(const QString& name) {
     enter(LibraryMode::artists, SidebarItem::artists, false);
     assign(m_focusedArtist, name, &Browsing::focusedArtistChanged);
     sourceChanged();
+    Q_EMIT jumped();
 }
 
 void Browsing::jumpToAlbum(const QueueItem& entry) {
@@ -191,6 +198,7 @@ void Browsing::jumpToAlbum(const QueueItem& entry) {
     enter(LibraryMode::albums, SidebarItem::albums, false);
     selectAlbum(entry);
     sourceChanged();
+    Q_EMIT jumped();
 }
 
 // What the rows show

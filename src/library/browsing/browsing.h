@@ -102,6 +102,10 @@ class Browsing : public QObject {
     void selectedPlaylistNameChanged();
     /// A jump is about to show another place of the library.
     void jumping();
+    /// The lists show the place of a jump.
+    void jumped();
+    /// The lists show what another search found, or the place that was chosen.
+    void turnedTo();
     void focusedAlbumChanged();
     void selectedAlbumChanged();
 

@@ -48,6 +48,10 @@ class PlayQueue : public QAbstractListModel {
     [[nodiscard]] std::optional<std::size_t> rowOfPath(const QString& path) const;
 
     [[nodiscard]] std::optional<std::size_t> currentRow() const { return m_current; }
+    /// The same for a list's view, -1 without a current entry.
+    Q_INVOKABLE [[nodiscard]] int rowOfCurrent() const {
+        return m_current ? static_cast<int>(*m_current) : -1;
+    }
     [[nodiscard]] std::optional<QueueItem> currentItem() const;
     /// The standardized path of the current entry's file, empty without one.
     [[nodiscard]] QString currentPath() const;

@@ -22,9 +22,7 @@ LibraryGrid {
     tileHeight: tileWidth + Theme.albumTileWords
     cellHeight: tileHeight + 18
     cacheBuffer: 200
-    playText: Strings.playAlbum
-    canPlay: Library.browsing.selectedAlbumID.length > 0
-    onPlayAsked: Library.collections.playAlbum(Library.browsing.selectedAlbumID)
+    chosenId: Library.browsing.selectedAlbumID
     onActivated: row => Library.collections.playAlbum(cursor.value(row, "albumId"))
     onMenuAsked: row => root.choose(row)
     Keys.onEscapePressed: event => {

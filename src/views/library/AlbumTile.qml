@@ -47,6 +47,15 @@ Operable {
             color: Theme.hoverWash
             visible: hover.hovered
         }
+        PlayDisc {
+            anchors.right: parent.right
+            anchors.bottom: parent.bottom
+            anchors.margins: Theme.rowInset
+            tip: Strings.playAlbum
+            isOffered: root.isSelected || hover.hovered
+            activeFocusOnTab: root.isSelected
+            onClicked: root.played()
+        }
         FocusRing {
             shown: root.isSelected
             around: 4

@@ -14,9 +14,7 @@ LibraryGrid {
     leastTileWidth: 230
     tileHeight: Theme.artistTileHeight
     cacheBuffer: 40
-    playText: Strings.playAll
-    canPlay: Library.browsing.focusedArtist.length > 0
-    onPlayAsked: Library.collections.playArtist(Library.browsing.focusedArtist)
+    chosenId: Library.browsing.focusedArtist
     onActivated: row => Library.collections.playArtist(cursor.value(row, "name"))
     onMenuAsked: row => Library.browsing.focusedArtist = cursor.value(row, "name")
     Keys.onEscapePressed: event => {

@@ -15,7 +15,7 @@ Operable {
     property bool hasKeyboard
     property bool showsRing
     readonly property real textLeft: cover.x + cover.width + Theme.gap
-    readonly property real textWidth: width - textLeft - Theme.gap
+    readonly property real textWidth: width - textLeft - Theme.gap - (disc.isOffered ? disc.width + Theme.gapSmall : 0)
 
     signal chosen
     signal played
@@ -66,6 +66,17 @@ Operable {
         font: Theme.caption
         color: Theme.tertiaryText
         Accessible.ignored: true
+    }
+    PlayDisc {
+        id: disc
+        anchors.right: parent.right
+        anchors.rightMargin: Theme.gap
+        anchors.verticalCenter: parent.verticalCenter
+        size: Theme.controlHeight
+        tip: Strings.playAll
+        isOffered: root.isSelected || hover.hovered
+        activeFocusOnTab: root.isSelected
+        onClicked: root.played()
     }
     FocusRing {
         shown: root.showsRing

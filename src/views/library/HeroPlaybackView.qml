@@ -52,10 +52,7 @@ Rectangle {
             font: Theme.label
             color: Theme.tertiaryText
             tip: Strings.viewAlbum
-            onClicked: {
-                Browsing.showsAlbumTracks = true
-                Library.browsing.jumpToAlbum(Library.player.currentTrack)
-            }
+            onClicked: Library.browsing.jumpToAlbum(Library.player.currentTrack)
         }
         Item { width: 1; height: Theme.gapSmall }
         Row {

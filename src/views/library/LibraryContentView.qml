@@ -8,6 +8,10 @@ Item {
 
     readonly property bool showsTable: Library.browsing.mode === BrowseMode.Songs || Library.browsing.selectedPlaylistName.length > 0
 
+    Connections {
+        target: Library.browsing
+        function onJumped() { Browsing.showsAlbumTracks = true }
+    }
     LibraryToolbar {
         id: toolbar
         x: Theme.margin
@@ -15,14 +19,14 @@ Item {
         width: parent.width - 2 * Theme.margin
     }
     ImportStatusView {
-        id: status
         anchors.top: toolbar.bottom
+        anchors.topMargin: Theme.gapTiny
         x: Theme.margin
         width: parent.width - 2 * Theme.margin
     }
     Loader {
         id: browser
-        anchors.top: status.bottom
+        anchors.top: toolbar.bottom
         anchors.topMargin: 10
         anchors.bottom: details.top
         width: parent.width
@@ -31,9 +35,15 @@ Item {
                        : root.showsTable ? table
                        : Library.browsing.mode === BrowseMode.Artists ? artists : albums
     }
-    Loader {
+    Item {
         id: details
 
+        readonly property real full: Math.round(Math.max(240, Math.min(360, root.height * 0.42)))
+        readonly property LibraryGrid grid: browser.item as LibraryGrid
+        readonly property bool mayOpen: wanted && !(grid?.awaitsSecondClick ?? false)
+        property bool isOpen
+        property real openness: isOpen ? 1 : 0
+        readonly property bool isOpening: isOpen && openness < 1
         readonly property bool wanted: Library.trackCount > 0 && !root.showsTable
                                        && (Library.browsing.mode === BrowseMode.Artists
                                            ? Library.browsing.focusedArtist.length > 0
@@ -41,11 +51,28 @@ Item {
 
         anchors.bottom: parent.bottom
         width: parent.width
-        height: wanted ? Math.round(Math.min(320, parent.height * 0.46)) : 0
-        active: wanted
-        visible: active
-        sourceComponent: TrackTableView {
-            isNarrowed: true
+        height: Math.round(full * openness)
+        clip: true
+        onMayOpenChanged: {
+            if (mayOpen)
+                isOpen = true
+        }
+        onWantedChanged: {
+            if (!wanted)
+                isOpen = false
+        }
+        Behavior on openness {
+            enabled: details.grid !== null
+            NumberAnimation { duration: Theme.paneSlide; easing.type: Easing.OutQuad }
+        }
+
+        Loader {
+            width: parent.width
+            height: details.full
+            active: details.openness > 0
+            sourceComponent: TrackTableView {
+                isNarrowed: true
+            }
         }
     }
 
@@ -55,11 +82,21 @@ Item {
     }
     Component {
         id: albums
-        AlbumGridView { isShared: details.wanted } // qmllint disable unqualified
+        // qmllint disable unqualified
+        AlbumGridView {
+            roomForPane: details.full - details.height
+            paneIsOpening: details.isOpening
+        }
+        // qmllint enable unqualified
     }
     Component {
         id: artists
-        ArtistGridView { isShared: details.wanted } // qmllint disable unqualified
+        // qmllint disable unqualified
+        ArtistGridView {
+            roomForPane: details.full - details.height
+            paneIsOpening: details.isOpening
+        }
+        // qmllint enable unqualified
     }
     Component {
         id: table

@@ -14,11 +14,11 @@ GridView {
     required property real spacing
     required property real leastTileWidth
     required property real tileHeight
-    required property string playText
-    required property bool canPlay // something is chosen
+    required property string chosenId // of the chosen tile; empty: none
+    // What the pane of tracks beneath will still take of the height when it opens.
+    required property real roomForPane
+    required property bool paneIsOpening
     property real greatestTileWidth: Infinity
-    // A track table stands beneath, so there is no room for what is playing.
-    property bool isShared
 
     readonly property ListCursor cursor: cursor
     readonly property bool isByKeyboard: keys.isByKeyboard
@@ -28,7 +28,10 @@ GridView {
     readonly property int columns: Math.max(1, Math.floor((available + spacing) / (leastTileWidth + spacing)))
     readonly property real tileWidth: Math.min(greatestTileWidth, Math.floor((available + spacing) / columns - spacing))
 
-    signal playAsked
+    // A second click may come to the tile that was clicked, and has to meet it: what would cover or
+    // move the tile waits until it is too late for one.
+    readonly property bool awaitsSecondClick: secondClick.running && root.overlap(cursor.index, root.roomForPane) > 0
+
     signal activated(int row)
     signal menuAsked(int row)
 
@@ -36,6 +39,27 @@ GridView {
     function take(row: int): void {
         tabStop.take(Qt.MouseFocusReason)
         cursor.index = row
+        secondClick.restart()
+    }
+    // How much of a tile lies below the view, if that were shorter. The tile's top has precedence.
+    function overlap(row: int, shorter: real): real {
+        const tile = root.itemAtIndex(row)
+        if (!tile)
+            return 0
+        const below = tile.y + tile.height + Theme.gapSmall - (root.contentY + root.height - shorter)
+        return Math.min(below, tile.y - Theme.gapSmall - root.contentY)
+    }
+    function toBeginning(): void {
+        scroller.stop()
+        root.positionViewAtBeginning()
+    }
+    function reveal(): void {
+        scroller.stop()
+        const row = cursor.rowWith(root.idRole, root.chosenId)
+        if (row < 0)
+            return
+        cursor.index = row
+        root.positionViewAtIndex(row, GridView.Contain)
     }
 
     leftMargin: Theme.margin
@@ -59,15 +83,18 @@ GridView {
     Keys.onTabPressed: tabStop.leave(true)
     Keys.onBacktabPressed: tabStop.leave(false)
     T.ScrollBar.vertical: ScrollLine { x: root.width - width }
+    // The pane pushes the chosen tile up before it as it opens.
+    onHeightChanged: {
+        const covered = root.paneIsOpening ? root.overlap(cursor.index, 0) : 0
+        if (covered > 0)
+            scroller.scrollTo(root.contentY + covered)
+    }
 
     // qmllint disable unqualified
     header: Column {
         width: root.available
         bottomPadding: 10
-        LibraryHeader {
-            width: root.available
-            showsHero: !root.isShared
-        }
+        LibraryHeader { width: root.available }
         Item {
             width: parent.width
             height: 30
@@ -79,14 +106,6 @@ GridView {
                 Accessible.role: Accessible.Heading
                 Accessible.name: text
             }
-            PillButton {
-                anchors.right: parent.right
-                anchors.verticalCenter: parent.verticalCenter
-                visible: root.canPlay
-                symbol: "play.fill"
-                text: root.playText
-                onClicked: root.playAsked()
-            }
         }
         NoResults {
             width: parent.width
@@ -95,6 +114,20 @@ GridView {
     }
     // qmllint enable unqualified
 
+    Timer {
+        id: secondClick
+        interval: Application.styleHints.mouseDoubleClickInterval
+        onTriggered: {
+            const covered = root.overlap(cursor.index, 0)
+            if (covered > 0)
+                scroller.glideTo(root.contentY + covered, Theme.paneSlide)
+        }
+    }
+    Connections {
+        target: Library.browsing
+        function onJumped() { root.reveal() }
+        function onTurnedTo() { root.toBeginning() }
+    }
     ListCursor {
         id: cursor
         model: root.model
@@ -119,6 +152,7 @@ GridView {
         keys: keys
     }
     WheelScroller {
+        id: scroller
         parent: root
         view: root
     }

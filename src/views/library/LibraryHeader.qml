@@ -6,14 +6,11 @@ import Halvane
 Column {
     id: root
 
-    property bool showsHero: true
-
     spacing: 14
     bottomPadding: 12
 
     HeroPlaybackView {
         width: root.width
-        visible: root.showsHero
     }
     BrowseModeTabs {}
 }

@@ -13,6 +13,23 @@ Column {
         prompt.ask(name)
     }
 
+    // One key must not take a playlist that a hand has made.
+    function askToDelete(id: var, name: string): void {
+        deletePrompt.playlistId = id
+        const prompt = deletePrompt.made() as Alert
+        prompt.title = Strings.deleteCommand + " “" + name + "”"
+        prompt.ask("")
+    }
+    function askForNew(paths: var): void {
+        newPrompt.paths = paths
+        const prompt = newPrompt.made() as Alert
+        prompt.ask("")
+    }
+
+    Connections {
+        target: Browsing
+        function onPlaylistAsked(paths) { root.askForNew(paths) }
+    }
     Item {
         width: parent.width
         height: 30
@@ -28,10 +45,7 @@ Column {
             tip: Strings.newPlaylist
             size: 24
             symbolSize: 18
-            onClicked: {
-                const prompt = newPrompt.made() as Alert
-                prompt.ask("")
-            }
+            onClicked: root.askForNew([])
         }
     }
     Repeater {
@@ -55,7 +69,7 @@ Column {
                 if (event.key === Qt.Key_Menu)
                     row.openMenu(20, row.height)
                 else if (event.key === Qt.Key_Delete)
-                    Library.playlists.deletePlaylist(row.playlistId)
+                    root.askToDelete(row.playlistId, row.name)
                 else if (event.key === Qt.Key_F2)
                     root.askToRename(row.playlistId, row.name)
             }
@@ -117,11 +131,26 @@ Column {
     }
     Deferred {
         id: newPrompt
+
+        property list<string> paths
+
         Alert {
             title: Strings.newPlaylist
             placeholder: Strings.playlistNamePlaceholder
             acceptText: Strings.done
-            onAccepted: text => Library.playlists.createPlaylist(text)
+            onAccepted: text => Library.playlists.addTrackPaths(newPrompt.paths, Library.playlists.createPlaylist(text))
+        }
+    }
+    Deferred {
+        id: deletePrompt
+
+        property var playlistId
+
+        Alert {
+            title: ""
+            acceptText: Strings.deleteCommand
+            isDestructive: true
+            onAccepted: Library.playlists.deletePlaylist(deletePrompt.playlistId)
         }
     }
     Deferred {

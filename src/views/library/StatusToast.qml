@@ -2,43 +2,53 @@
 import QtQuick
 import Halvane
 
-// The newest message over the queue, for as long as it lasts.
+// The newest message, over what it stands before, for as long as it lasts.
 Rectangle {
     id: root
 
     required property string text
     required property bool isError
+    required property real maximumWidth
+    readonly property bool isSaid: root.text.length > 0
+    property real presence: root.isSaid ? 1 : 0
 
-    implicitHeight: words.implicitHeight + 2 * Theme.rowInset
-    radius: Theme.radiusMedium
+    width: words.x + words.width + Theme.gapLarge + Theme.gapTiny
+    implicitHeight: Math.max(40, words.height + 2 * Theme.rowInset)
+    radius: 20
     color: Theme.panelRaised
     border.color: Theme.line
-    opacity: root.text.length > 0 ? 1 : 0
-    visible: opacity > 0
-    Behavior on opacity {
-        NumberAnimation { duration: Theme.quick; easing.type: Easing.OutQuad }
+    opacity: root.presence
+    visible: root.presence > 0
+    transform: Translate { y: Math.round(Theme.gapSmall * (1 - root.presence)) }
+    // What was said stays readable while it fades.
+    onTextChanged: {
+        if (root.isSaid)
+            words.text = root.text
+    }
+    Behavior on presence {
+        NumberAnimation { duration: Theme.paneSlide; easing.type: Easing.OutQuad }
     }
 
     SymbolLabel {
-        x: Theme.gap
-        anchors.verticalCenter: parent.verticalCenter
-        symbol: root.isError ? "exclamationmark.triangle.fill" : "info.circle.fill"
+        x: Theme.gapLarge
+        height: parent.height
+        symbol: root.isError ? "exclamationmark.triangle.fill" : "checkmark.circle.fill"
         size: 17
         color: root.isError ? Theme.warmAccent : Theme.accent
     }
     Text {
         id: words
-        x: 38
-        width: parent.width - x - Theme.gap
+        x: 42
+        width: Math.min(implicitWidth, root.maximumWidth - x - Theme.gapLarge)
         anchors.verticalCenter: parent.verticalCenter
-        text: root.text
         Accessible.role: Accessible.AlertMessage
-        Accessible.name: text
+        Accessible.name: root.text
         font: Theme.label
         color: Theme.primaryText
         wrapMode: Text.Wrap
         maximumLineCount: 3
         elide: Text.ElideRight
         textFormat: Text.PlainText
+        Component.onCompleted: text = root.text
     }
 }

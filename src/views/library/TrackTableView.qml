@@ -15,7 +15,12 @@ ListView {
     readonly property real available: width - 2 * Theme.margin
     readonly property TrackColumns columns: TrackColumns { width: root.available }
 
+    function toBeginning(): void {
+        scroller.stop()
+        root.positionViewAtBeginning()
+    }
     function reveal(): void {
+        scroller.stop()
         const row = cursor.rowWith("path", Library.player.currentTrack.path)
         if (row < 0)
             return
@@ -101,8 +106,15 @@ ListView {
         color: Theme.hairline
     }
     Connections {
-        target: Browsing
-        function onRevealAsked() { root.reveal() }
+        target: Library.browsing
+        function onJumped() { root.reveal() }
+        function onTurnedTo() { root.toBeginning() }
+    }
+    Connections {
+        target: Library.browsing
+        enabled: root.isNarrowed
+        function onFocusedAlbumChanged() { root.toBeginning() }
+        function onFocusedArtistChanged() { root.toBeginning() }
     }
     ListCursor {
         id: cursor
@@ -135,6 +147,7 @@ ListView {
         keys: keys
     }
     WheelScroller {
+        id: scroller
         parent: root
         view: root
     }

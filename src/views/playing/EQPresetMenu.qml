@@ -66,18 +66,23 @@ PressableBase {
                 required property var modelData
                 text: modelData.name
                 checkable: true
-                checked: Library.equalizer.currentEQPresetID === modelData.id
+                checked: Library.equalizer.currentEQPresetID === "builtin:" + modelData.id
                 onTriggered: Library.equalizer.applyBuiltInEQPreset(modelData.id)
             }
         }
         MenuLine {}
-        Repeater {
+        // A repeater's entries would stand where they were made, not where it stands.
+        Instantiator {
             model: Library.equalizer.userEQPresetNames
-            MenuEntry {
+            delegate: MenuEntry {
                 required property string modelData
                 text: modelData
+                checkable: true
+                checked: Library.equalizer.currentEQPresetID === "user:" + modelData
                 onTriggered: Library.equalizer.applyUserEQPreset(modelData)
             }
+            onObjectAdded: (index, object) => menu.insertItem(root.builtIn.length + 1 + index, object as MenuEntry)
+            onObjectRemoved: (index, object) => menu.removeItem(object as MenuEntry)
         }
         ContextMenu {
             title: Strings.deletePresetMenu

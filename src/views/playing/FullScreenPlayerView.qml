@@ -121,10 +121,7 @@ FocusScope {
             font: Theme.body
             color: Theme.tertiaryText
             tip: Strings.viewAlbum
-            onClicked: {
-                Browsing.showsAlbumTracks = true
-                Library.browsing.jumpToAlbum(Library.player.currentTrack)
-            }
+            onClicked: Library.browsing.jumpToAlbum(Library.player.currentTrack)
         }
         ProgressLine {
             anchors.horizontalCenter: parent.horizontalCenter

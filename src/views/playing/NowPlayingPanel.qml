@@ -42,12 +42,4 @@ Rectangle {
         anchors.bottom: parent.bottom
         width: parent.width
     }
-    StatusToast {
-        anchors.bottom: parent.bottom
-        anchors.bottomMargin: Theme.gap
-        x: Theme.gapLarge
-        width: parent.width - 2 * x
-        text: Library.status.lastImportMessage
-        isError: Library.status.statusIsError
-    }
 }

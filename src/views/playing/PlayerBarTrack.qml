@@ -13,11 +13,7 @@ Item {
         height: width
         enabled: Library.player.hasCurrentTrack
         tip: Strings.viewAlbum
-        onClicked: {
-            Browsing.showsAlbumTracks = true
-            Library.browsing.jumpToAlbum(Library.player.currentTrack)
-            Browsing.revealAsked()
-        }
+        onClicked: Library.browsing.jumpToAlbum(Library.player.currentTrack)
         contentItem: AlbumArtwork {
             album: Library.player.currentArtworkAlbum
             shown: Library.player.hasCurrentArtworkAlbum

@@ -39,10 +39,7 @@ ContextMenu {
     MenuEntry {
         text: Strings.viewAlbum
         symbol: "square.grid.2x2"
-        onTriggered: {
-            Browsing.showsAlbumTracks = true
-            Library.browsing.jumpToAlbum(Library.queue.itemOf(root.entryId))
-        }
+        onTriggered: Library.browsing.jumpToAlbum(Library.queue.itemOf(root.entryId))
     }
     MenuLine {}
     MenuEntry {

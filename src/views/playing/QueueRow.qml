@@ -25,7 +25,7 @@ Operable {
 
     signal pressed
     signal menuAsked(real x, real y)
-    signal dragStarted
+    signal dragStarted(real y)
     signal dragMoved(real y)
     signal dragEnded
 
@@ -116,7 +116,7 @@ Operable {
         acceptedButtons: Qt.LeftButton
         onActiveChanged: {
             if (active)
-                root.dragStarted()
+                root.dragStarted(centroid.position.y)
             else
                 root.dragEnded()
         }

@@ -22,6 +22,12 @@ ListView {
         if (target !== root.draggedItemID)
             Library.queue.move(root.draggedItemID, target)
     }
+    // Shows the current entry below two that have been heard, unless a hand is in the list.
+    function follow(duration: int): void {
+        const row = Library.queue.rowOfCurrent()
+        if (row >= 0 && !root.isDragging && !hand.running)
+            scroller.glideTo(root.originY + (row - 2) * Theme.queueRowHeight, duration)
+    }
     function drop(): void {
         root.draggedItemID = undefined
         Library.transport.replanSuccessor()
@@ -63,7 +69,9 @@ ListView {
     }
     Keys.onTabPressed: tabStop.leave(true)
     Keys.onBacktabPressed: tabStop.leave(false)
-    T.ScrollBar.vertical: ScrollLine {}
+    T.ScrollBar.vertical: ScrollLine {
+        onPressedChanged: hand.restart()
+    }
 
     move: Transition {
         NumberAnimation { properties: "y"; duration: Theme.quick; easing.type: Easing.OutQuad }
@@ -84,6 +92,7 @@ ListView {
         showsRing: hasKeyboard && keys.isByKeyboard
         isDragged: root.draggedItemID === entryId
         onPressed: {
+            hand.restart()
             tabStop.take(Qt.MouseFocusReason)
             cursor.index = index
         }
@@ -93,7 +102,10 @@ ListView {
         }
         onMoveUpAsked: root.moveRow(index, -1)
         onMoveDownAsked: root.moveRow(index, 1)
-        onDragStarted: root.draggedItemID = entryId
+        onDragStarted: y => {
+            root.dragY = mapToItem(root, 0, y).y
+            root.draggedItemID = entryId
+        }
         onDragMoved: y => {
             root.dragY = mapToItem(root, 0, y).y
             root.dragOver()
@@ -101,6 +113,18 @@ ListView {
         onDragEnded: root.drop()
     }
     // qmllint enable unqualified
+
+    // Where the hand has just been, the list stays.
+    Timer {
+        id: hand
+        interval: 8000
+        onTriggered: root.follow(Theme.panelSlide)
+    }
+    Connections {
+        target: Library.queue
+        function onCurrentChanged() { root.follow(Theme.panelSlide) }
+    }
+    Component.onCompleted: root.follow(0)
 
     // Scrolls while the pointer is held at an edge.
     RedrawClock {
@@ -124,7 +148,10 @@ ListView {
         view: root
         cursor: cursor
         count: root.count
-        onMoved: row => root.positionViewAtIndex(row, ListView.Contain)
+        onMoved: row => {
+            hand.restart()
+            root.positionViewAtIndex(row, ListView.Contain)
+        }
         rowHeight: Theme.queueRowHeight
         onActivated: row => Library.transport.playItem(cursor.value(row, "entryId"), true)
         onMenuAsked: row => {
@@ -149,5 +176,6 @@ ListView {
         id: scroller
         parent: root
         view: root
+        onTurned: hand.restart()
     }
 }

@@ -10,6 +10,13 @@ Column {
     required property string label
     required property real value
 
+    // Half a dB goes to the even neighbour, as where the sound is made.
+    readonly property string figure: {
+        const size = Math.abs(root.value)
+        const below = Math.floor(size)
+        return (root.value < 0 ? "-" : "+") + (size - below === 0.5 ? below + below % 2 : Math.round(size))
+    }
+
     signal movedTo(real dB)
 
     width: 32
@@ -18,7 +25,7 @@ Column {
     Text {
         width: parent.width
         horizontalAlignment: Text.AlignHCenter
-        text: (root.value < 0 ? "-" : "+") + Math.round(Math.abs(root.value))
+        text: root.figure
         font: Theme.badge
         color: Theme.secondaryText
         Accessible.ignored: true

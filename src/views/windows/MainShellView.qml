@@ -107,6 +107,14 @@ FocusScope {
             anchors.bottom: parent.bottom
             width: parent.width
         }
+        StatusToast {
+            anchors.horizontalCenter: parent.horizontalCenter
+            anchors.bottom: barLine.top
+            anchors.bottomMargin: Theme.gapSmall
+            maximumWidth: Math.min(720, parent.width - 2 * Theme.margin)
+            text: Library.status.lastImportMessage
+            isError: Library.status.statusIsError
+        }
     }
     FileDropArea {
         id: files

@@ -11,11 +11,28 @@ WheelHandler {
     readonly property Item focused: root.view.Window.activeFocusItem
     readonly property real air: 8 // around what has the focus
 
-    function scrollTo(y: real): void {
+    // A hand has scrolled.
+    signal turned
+
+    // The place nearest to y that the view can show.
+    function within(y: real): real {
         const top = root.view.originY - root.view.topMargin
         const bottom = Math.max(top, root.view.originY + root.view.contentHeight + root.view.bottomMargin - root.view.height)
+        return Math.round(Math.max(top, Math.min(bottom, y)))
+    }
+    // The view is put somewhere: nothing may draw it on.
+    function stop(): void {
         glide.stop()
-        root.view.contentY = Math.round(Math.max(top, Math.min(bottom, y)))
+    }
+    function scrollTo(y: real): void {
+        root.stop()
+        root.view.contentY = root.within(y)
+    }
+    function glideTo(y: real, duration: int): void {
+        root.target = root.within(y)
+        glide.to = root.target
+        glide.duration = duration
+        glide.restart()
     }
 
     function bringIntoView(item: Item): void {
@@ -37,22 +54,18 @@ WheelHandler {
     acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
     orientation: Qt.Vertical
     onWheel: event => {
+        root.turned()
         if (event.pixelDelta.y !== 0) {
             root.scrollTo(root.view.contentY - event.pixelDelta.y)
             return
         }
         const from = glide.running ? root.target : root.view.contentY
-        const top = root.view.originY - root.view.topMargin
-        const bottom = Math.max(top, root.view.originY + root.view.contentHeight + root.view.bottomMargin - root.view.height)
-        root.target = Math.round(Math.max(top, Math.min(bottom, from - event.angleDelta.y)))
-        glide.to = root.target
-        glide.restart()
+        root.glideTo(from - event.angleDelta.y, 120)
     }
 
     property NumberAnimation glide: NumberAnimation {
         target: root.view
         property: "contentY"
-        duration: 120
         easing.type: Easing.OutQuad
     }
 }

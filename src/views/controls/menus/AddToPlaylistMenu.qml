@@ -3,7 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Halvane
 
-// Every playlist by name; choosing one adds the tracks to it.
+// A new playlist, and every one that there is by name; choosing one adds the tracks to it.
 ContextMenu {
     id: root
 
@@ -11,6 +11,11 @@ ContextMenu {
 
     title: Strings.addToPlaylist
 
+    MenuEntry {
+        text: Strings.newPlaylist
+        symbol: "plus"
+        onTriggered: Browsing.playlistAsked(root.paths)
+    }
     Instantiator {
         model: Library.playlists
         delegate: MenuEntry {
@@ -20,7 +25,7 @@ ContextMenu {
             symbol: "text.badge.plus"
             onTriggered: Library.playlists.addTrackPaths(root.paths, playlistId)
         }
-        onObjectAdded: (index, object) => root.insertItem(index, object as MenuEntry)
+        onObjectAdded: (index, object) => root.insertItem(1 + index, object as MenuEntry)
         onObjectRemoved: (index, object) => root.removeItem(object as MenuEntry)
     }
 }

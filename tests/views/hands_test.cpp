@@ -1,0 +1,298 @@
+// SPDX-License-Identifier: MIT
+// What hands do in the main window, as fast as they do it: nothing may move under them.
+#include "views/window_driver.h"
+
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace halvane::test {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+class HandsTest : public testing::Test {
+  protected:
+    void SetUp() override {
+        world.furnish();
+        QQuickWindow* window = world.open(u"main"_s);
+        ASSERT_NE(window, nullptr);
+        ui = std::make_unique<WindowDriver>(*window);
+    }
+    void TearDown() override { EXPECT_EQ(world.warnings(), QStringList()); }
+    void resize(QSize size) {
+        ui->window().resize(size);
+        ASSERT_TRUE(world.waitFor([&] { return ui->window().size() == size; }));
+    }
+    QRect placeOf(const QString& name, QAccessible::Role role) {
+        auto* thing = ui->find(name, role);
+        return thing ? thing->rect() : QRect();
+    }
+    QString playing() { return library.player()->currentTrack().album; }
+    QString queued(int row) {
+        QAbstractListModel* queue = library.queue();
+        return queue->index(row, 0).data(queue->roleNames().key("title")).toString();
+    }
+
+    GalleryWorld world{12};
+    LibraryViewModel& library = world.library();
+    std::unique_ptr<WindowDriver> ui;
+};
+
+struct DoubleClick {
+    const char* name;
+    QSize size;
+    int wheel = 0; // turned before, in steps down
+    bool paneIsOpen = false;
+};
+
+class DoubleClickTest : public HandsTest, public testing::WithParamInterface<DoubleClick> {
+  protected:
+    void SetUp() override {
+        HandsTest::SetUp();
+        const DoubleClick& hand = GetParam();
+        resize(hand.size);
+        if (hand.paneIsOpen) {
+            ASSERT_TRUE(ui->click(u"Paper Moons, Arden Quartet"_s, QAccessible::ListItem));
+            ASSERT_TRUE(ui->waitsFor(u"Show All Tracks"_s));
+        }
+        ui->turnWheel(ui->window().mapFromGlobal(placeOf(u"Albums"_s, QAccessible::List).center()),
+                      hand.wheel);
+        QTest::qWait(600);
+    }
+};
+
+// A tile in every place that can be clicked: wholly there, or cut by the view's end.
+TEST_P(DoubleClickTest, PlaysTheTileThatWasClicked) {
+    QAbstractListModel* albums = library.browsing()->visibleAlbums();
+    const auto text = [&](int row, const char* role) {
+        return albums->index(row, 0).data(albums->roleNames().key(role)).toString();
+    };
+    // Those whose middle is in view; the files of the unknown one are damaged.
+    const auto inView = [&] {
+        const QRect view = placeOf(u"Albums"_s, QAccessible::List).adjusted(0, 6, 0, -6);
+        QStringList names;
+        for (int row = 0; row < albums->rowCount(); ++row) {
+            const QString name = text(row, "title") + u", "_s + text(row, "artist");
+            if (view.contains(placeOf(name, QAccessible::ListItem).center()) &&
+                !name.startsWith(u"Unknown"_s))
+                names.append(name);
+        }
+        return names;
+    };
+    for (const bool isLast : {true, false}) {
+        const QStringList names = inView();
+        ASSERT_FALSE(names.isEmpty());
+        const QString name = isLast ? names.last() : names.first();
+        ASSERT_TRUE(ui->doubleClick(name, QAccessible::ListItem));
+        const QString title = name.section(u", "_s, 0, -2);
+        EXPECT_TRUE(world.waitFor([&] { return playing() == title; }, 1500))
+            << qPrintable(name) << " was clicked, and " << qPrintable(playing()) << " plays";
+        EXPECT_EQ(library.browsing()->selectedAlbum()->title, title);
+        QTest::qWait(900); // the pane has opened, and the hand rests
+        EXPECT_TRUE(ui->shows(u"Show All Tracks"_s));
+        EXPECT_TRUE(inView().contains(name)) << qPrintable(name) << " is behind the pane";
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Tiles, DoubleClickTest,
+                         testing::Values(DoubleClick{"first_window", {1360, 720}},
+                                         DoubleClick{"least_window", {980, 600}},
+                                         DoubleClick{"large_window", {2000, 1200}},
+                                         DoubleClick{"without_the_hero", {1360, 720}, 2},
+                                         DoubleClick{"beside_the_pane", {1360, 720}, 0, true},
+                                         DoubleClick{
+                                             "scrolled_beside_the_pane", {1360, 720}, 2, true}),
+                         [](const auto& hand) { return std::string(hand.param.name); });
+
+TEST_F(HandsTest, AnArtistIsPlayedByTwoClicks) {
+    library.browsing()->selectBrowseMode(LibraryMode::artists);
+    for (const QString& name : {u"Mira Holt"_s, u"Nina Vale"_s}) {
+        ASSERT_TRUE(ui->doubleClick(name, QAccessible::ListItem));
+        EXPECT_TRUE(
+            world.waitFor([&] { return library.player()->currentTrack().artist == name; }, 1500))
+            << qPrintable(library.player()->currentTrack().artist);
+        QTest::qWait(700);
+    }
+}
+
+TEST_F(HandsTest, TheDiscOfATileThatIsPointedAtPlaysIt) {
+    const QRect tile = placeOf(u"Kelp & Salt, Mira Holt"_s, QAccessible::ListItem);
+    ui->pointAt(ui->window().mapFromGlobal(tile.center()));
+    ASSERT_TRUE(ui->waitsFor(u"Play Album"_s));
+    ASSERT_TRUE(world.waitFor(
+        [&] { return tile.contains(placeOf(u"Play Album"_s, QAccessible::Button).center()); }));
+    ASSERT_TRUE(ui->click(u"Play Album"_s, QAccessible::Button));
+    EXPECT_TRUE(world.waitFor([&] { return playing() == u"Kelp & Salt"_s; }));
+    EXPECT_FALSE(ui->shows(u"Show All Tracks"_s)) << "playing opens nothing";
+}
+
+TEST_F(HandsTest, AQueueRowThatIsPickedUpAndHeldStaysInTheHand) {
+    library.collections()->playArtist(u"林间乐队"_s);
+    ASSERT_GT(library.queue()->rowCount(), 20);
+    const QPoint corner =
+        ui->window().mapFromGlobal(placeOf(u"Up Next"_s, QAccessible::List).topLeft());
+    const auto row = [&](int number) { return corner + QPoint(120, 44 * number + 22); };
+    // An earlier drag has ended at the list's lower edge.
+    ui->hold(row(1), row(4));
+    ui->release(row(4));
+    const QString held = queued(4);
+    QTest::qWait(300); // the rows have come to rest
+    for (const int down : {12, -12}) {
+        ui->hold(row(4), row(4) + QPoint(0, down));
+        QTest::qWait(1200);
+        EXPECT_EQ(queued(4), held);
+        ui->release(row(4) + QPoint(0, down));
+    }
+}
+
+TEST_F(HandsTest, UpNextFollowsWhatPlaysUnlessAHandIsInIt) {
+    library.collections()->playArtist(u"林间乐队"_s);
+    const int rows = library.queue()->rowCount();
+    ASSERT_GT(rows, 20);
+    const auto isInView = [&] {
+        const QRect list = placeOf(u"Up Next"_s, QAccessible::List);
+        bool found = false;
+        forEachAccessible(ui->find(u"Up Next"_s, QAccessible::List), [&](auto& thing) {
+            found = found || (thing.role() == QAccessible::ListItem && thing.state().selected &&
+                              list.contains(thing.rect()));
+        });
+        return found;
+    };
+    for (int step = 0; step < 16; ++step)
+        library.transport()->playNext(true);
+    EXPECT_TRUE(world.waitFor(isInView));
+    const QPoint list =
+        ui->window().mapFromGlobal(placeOf(u"Up Next"_s, QAccessible::List).center());
+    ui->turnWheel(list, -12);
+    ASSERT_TRUE(world.waitFor([&] { return !isInView(); }));
+    library.transport()->playNext(true);
+    QTest::qWait(600);
+    EXPECT_FALSE(isInView()) << "the hand's place stays";
+    EXPECT_TRUE(world.waitFor(isInView, 12'000)) << "until the hand has left it";
+}
+
+TEST_F(HandsTest, ASearchShowsItsFirstResultsAndAPlaceItsBeginning) {
+    library.browsing()->selectBrowseMode(LibraryMode::songs);
+    ASSERT_TRUE(ui->waitsFor(u"Sodium, The Lanterns"_s));
+    const auto scrollDown = [&] {
+        const QPoint table =
+            ui->window().mapFromGlobal(placeOf(u"Tracks"_s, QAccessible::Table).center());
+        ui->turnWheel(table, 8);
+        return world.waitFor(
+            [&] { return placeOf(u"Title"_s, QAccessible::ColumnHeader).bottom() < 0; });
+    };
+    const auto isAtTop = [&] {
+        return world.waitFor(
+            [&] {
+                return placeOf(u"Tracks"_s, QAccessible::Table)
+                    .contains(placeOf(u"Title"_s, QAccessible::ColumnHeader));
+            },
+            3000);
+    };
+    ASSERT_TRUE(scrollDown());
+    ui->key(Qt::Key_F, Qt::ControlModifier);
+    ui->type(u"l"_s);
+    EXPECT_TRUE(isAtTop());
+    ASSERT_TRUE(scrollDown());
+    ui->key(Qt::Key_Backspace);
+    EXPECT_TRUE(isAtTop());
+    ASSERT_TRUE(scrollDown());
+    ASSERT_TRUE(ui->click(u"Loved"_s, QAccessible::ListItem));
+    EXPECT_TRUE(isAtTop());
+}
+
+TEST_F(HandsTest, AJumpToAnAlbumBringsItsTileIntoView) {
+    resize({1360, 720});
+    library.browsing()->selectBrowseMode(LibraryMode::songs);
+    library.collections()->playArtist(u"林间乐队"_s);
+    library.browsing()->jumpToAlbum(library.player()->currentTrack());
+    const auto isWhole = [&] {
+        const Album* album = library.browsing()->selectedAlbum();
+        return placeOf(u"Albums"_s, QAccessible::List)
+            .contains(placeOf(album->title + u", "_s + album->artist, QAccessible::ListItem)
+                          .adjusted(0, 0, 0, -60));
+    };
+    EXPECT_TRUE(world.waitFor(isWhole, 3000));
+}
+
+TEST_F(HandsTest, AMessageMovesNothingAndIsSaidOnce) {
+    library.browsing()->selectBrowseMode(LibraryMode::songs);
+    ASSERT_TRUE(ui->waitsFor(u"Sodium, The Lanterns"_s));
+    const QRect before = placeOf(u"Sodium, The Lanterns"_s, QAccessible::ListItem);
+    library.status()->show(u"Something has happened"_s, true);
+    ASSERT_TRUE(ui->waitsFor(u"Something has happened"_s));
+    int said = 0;
+    forEachAccessible(QAccessible::queryAccessibleInterface(&ui->window()), [&](auto& thing) {
+        said += thing.text(QAccessible::Name) == u"Something has happened"_s;
+    });
+    EXPECT_EQ(said, 1);
+    EXPECT_EQ(placeOf(u"Sodium, The Lanterns"_s, QAccessible::ListItem), before);
+}
+
+TEST_F(HandsTest, ATrackGoesIntoANewPlaylistFromItsMenu) {
+    library.browsing()->selectBrowseMode(LibraryMode::songs);
+    ASSERT_TRUE(ui->click(u"Sodium, The Lanterns"_s, QAccessible::ListItem, Qt::RightButton));
+    ASSERT_TRUE(ui->click(u"Add to Playlist"_s, QAccessible::MenuItem));
+    ASSERT_TRUE(ui->click(u"New Playlist..."_s, QAccessible::MenuItem));
+    ASSERT_TRUE(ui->waitsFor(u"Playlist name"_s));
+    ui->type(u"Sunday"_s);
+    ui->key(Qt::Key_Return);
+    EXPECT_TRUE(ui->waitsFor(u"Sunday, 1"_s));
+}
+
+TEST_F(HandsTest, TheDeleteKeyAsksBeforeItTakesAPlaylist) {
+    QAbstractListModel* playlists = library.playlists();
+    const int before = playlists->rowCount();
+    ASSERT_TRUE(ui->tabTo(u"Road trip, 118"_s));
+    for (const bool isMeant : {false, true}) {
+        ui->key(Qt::Key_Delete);
+        ASSERT_TRUE(ui->waitsFor(u"Delete “Road trip”"_s));
+        EXPECT_EQ(playlists->rowCount(), before);
+        if (isMeant)
+            ASSERT_TRUE(ui->click(u"Delete"_s, QAccessible::Button));
+        else
+            ui->key(Qt::Key_Escape);
+        ASSERT_TRUE(world.waitFor([&] { return !ui->shows(u"Delete “Road trip”"_s); }));
+    }
+    EXPECT_EQ(playlists->rowCount(), before - 1);
+}
+
+TEST_F(HandsTest, ThePresetMenuHasTheUsersOwnLastAndMarksTheCurrentOne) {
+    for (const QString& name : {u"My Evening"_s, u"Bright"_s})
+        library.equalizer()->saveCurrentEQPreset(name);
+    ASSERT_TRUE(ui->click(u"Equalizer"_s, QAccessible::Button));
+    ASSERT_TRUE(ui->waitsFor(u"Preamp"_s));
+    const auto entries = [&] {
+        std::vector<std::pair<int, QString>> places;
+        QString marked;
+        forEachAccessible(QAccessible::queryAccessibleInterface(&ui->window()), [&](auto& thing) {
+            if (thing.role() != QAccessible::MenuItem || !thing.state().checkable)
+                return;
+            places.emplace_back(thing.rect().y(), thing.text(QAccessible::Name));
+            if (thing.state().checked)
+                marked += thing.text(QAccessible::Name);
+        });
+        std::sort(places.begin(), places.end());
+        QStringList names;
+        for (const auto& [y, name] : places)
+            names.append(name);
+        return std::pair(names, marked);
+    };
+    const auto openMenu = [&] {
+        return ui->click(u"Equalizer: "_s, QAccessible::ComboBox) && ui->waitsFor(u"Vocal"_s);
+    };
+    ASSERT_TRUE(openMenu());
+    auto [names, marked] = entries();
+    EXPECT_EQ(names.first(), u"Flat"_s);
+    EXPECT_GT(names.indexOf(u"Bright"_s), names.indexOf(u"Acoustic"_s));
+    EXPECT_GT(names.indexOf(u"My Evening"_s), names.indexOf(u"Bright"_s));
+    EXPECT_EQ(marked, u"Bright"_s);
+    ASSERT_TRUE(ui->click(u"Vocal"_s, QAccessible::MenuItem));
+    ASSERT_TRUE(world.waitFor([&] { return !ui->shows(u"Acoustic"_s); }));
+    ASSERT_TRUE(openMenu());
+    EXPECT_EQ(entries().second, u"Vocal"_s);
+}
+
+} // namespace
+} // namespace halvane::test
