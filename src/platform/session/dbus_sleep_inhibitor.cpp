@@ -72,6 +72,7 @@ class DBusSleepInhibitor::Client final : public QObject {
     void portalChanged() {
         if (std::holds_alternative<QDBusObjectPath>(m_lock))
             m_lock = Nothing();
+        m_asksAgain = m_isAsking; // what is being asked may have come before the portal did
         settle();
     }
 
@@ -117,6 +118,8 @@ class DBusSleepInhibitor::Client final : public QObject {
             if (reply.isError()) {
                 if (m_wanted)
                     otherwise();
+                if (!m_isAsking && std::exchange(m_asksAgain, false))
+                    settle();
                 return;
             }
             m_lock = reply.value();
@@ -129,6 +132,7 @@ class DBusSleepInhibitor::Client final : public QObject {
     QDBusServiceWatcher m_portal;
     bool m_wanted = false;
     bool m_isAsking = false;
+    bool m_asksAgain = false; ///< once what is being asked has failed
     bool m_hasComplained = false;
     Lock m_lock;
 };
