@@ -78,7 +78,7 @@ class OperableInterface final : public ItemInterface {
         : ItemInterface(item)
         , m_item(*item) {}
 
-    QAccessible::State state() const override {
+    [[nodiscard]] QAccessible::State state() const override {
         auto state = ItemInterface::state();
         state.focusable = actionNames().contains(setFocusAction());
         state.expandable = state.hasPopup = m_item.opens();
@@ -86,7 +86,7 @@ class OperableInterface final : public ItemInterface {
         state.collapsed = m_item.opens() && !m_item.isOpen();
         return state;
     }
-    QStringList actionNames() const override { return m_item.actions(); }
+    [[nodiscard]] QStringList actionNames() const override { return m_item.actions(); }
     void doAction(const QString& action) override { m_item.act(action); }
 
   private:
@@ -98,7 +98,7 @@ class MenuEntryInterface final : public ItemInterface {
   public:
     using ItemInterface::ItemInterface;
 
-    QAccessible::State state() const override {
+    [[nodiscard]] QAccessible::State state() const override {
         auto state = ItemInterface::state();
         const auto* menu = object()->property("subMenu").value<QObject*>();
         const bool isOpen = menu && menu->property("visible").toBool();
@@ -108,7 +108,9 @@ class MenuEntryInterface final : public ItemInterface {
         state.collapsed = menu && !isOpen;
         return state;
     }
-    QStringList actionNames() const override { return {pressAction(), setFocusAction()}; }
+    [[nodiscard]] QStringList actionNames() const override {
+        return {pressAction(), setFocusAction()};
+    }
     void doAction(const QString& action) override {
         if (action == pressAction() && !state().disabled)
             QMetaObject::invokeMethod(object(), "triggered");
