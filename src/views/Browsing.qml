@@ -10,4 +10,7 @@ QtObject {
 
     // A new playlist is wanted, and these tracks in it.
     signal playlistAsked(paths: var)
+
+    // Its name is being asked for, and needs the keyboard when the menu has closed.
+    property bool isNaming
 }

@@ -116,6 +116,43 @@ TEST_F(HandsTest, AnArtistIsPlayedByTwoClicks) {
     }
 }
 
+TEST_F(HandsTest, ATrackIsPlayedByTwoClicksToo) {
+    library.browsing()->selectBrowseMode(LibraryMode::songs);
+    ASSERT_TRUE(ui->doubleClick(u"Sodium, The Lanterns"_s, QAccessible::ListItem));
+    EXPECT_EQ(library.player()->currentTrack().title, u"Sodium"_s);
+    EXPECT_TRUE(library.transport()->isPlaying());
+    QTest::qWait(700);
+    ASSERT_TRUE(ui->click(u"Sodium, The Lanterns"_s, QAccessible::ListItem));
+    EXPECT_FALSE(library.transport()->isPlaying()) << "one click on what plays is a pause";
+    const QRect list = placeOf(u"Up Next"_s, QAccessible::List);
+    QString title;
+    QPoint row;
+    forEachAccessible(ui->find(u"Up Next"_s, QAccessible::List), [&](auto& thing) {
+        if (title.isEmpty() && thing.role() == QAccessible::ListItem && !thing.state().selected &&
+            list.contains(thing.rect()) && !thing.text(QAccessible::Name).contains(u"Sodium"_s)) {
+            title = thing.text(QAccessible::Name).section(u", "_s, 0, -2);
+            row = ui->window().mapFromGlobal(thing.rect().center());
+        }
+    });
+    ui->doubleClickAt(row);
+    EXPECT_EQ(library.player()->currentTrack().title, title);
+    EXPECT_TRUE(library.transport()->isPlaying());
+}
+
+// The lowest line of a tile that the pane would cover, where the tile could not be moved up.
+TEST_F(HandsTest, ATilesLastLineCanBeClickedTwiceInTheSmallestWindow) {
+    resize({980, 600});
+    const QPoint inGrid =
+        ui->window().mapFromGlobal(placeOf(u"Albums"_s, QAccessible::List).center());
+    ui->turnWheel(inGrid, 2);
+    QTest::qWait(400);
+    const QRect tile = placeOf(u"Paper Moons, Arden Quartet"_s, QAccessible::ListItem);
+    ASSERT_TRUE(placeOf(u"Albums"_s, QAccessible::List).contains(tile.center()));
+    ui->doubleClickAt(ui->window().mapFromGlobal(QPoint(tile.center().x(), tile.bottom() - 6)));
+    EXPECT_TRUE(world.waitFor([&] { return playing() == u"Paper Moons"_s; }, 1500))
+        << qPrintable(playing());
+}
+
 TEST_F(HandsTest, TheDiscOfATileThatIsPointedAtPlaysIt) {
     const QRect tile = placeOf(u"Kelp & Salt, Mira Holt"_s, QAccessible::ListItem);
     ui->pointAt(ui->window().mapFromGlobal(tile.center()));
@@ -236,9 +273,13 @@ TEST_F(HandsTest, ATrackGoesIntoANewPlaylistFromItsMenu) {
     ASSERT_TRUE(ui->click(u"Add to Playlist"_s, QAccessible::MenuItem));
     ASSERT_TRUE(ui->click(u"New Playlist..."_s, QAccessible::MenuItem));
     ASSERT_TRUE(ui->waitsFor(u"Playlist name"_s));
+    ASSERT_TRUE(world.waitFor([&] { return !ui->shows(u"Remove from Library"_s); }));
+    QTest::qWait(300); // the menu has gone, and has not taken the keyboard along
+    const QString before = library.player()->currentTrack().title;
     ui->type(u"Sunday"_s);
     ui->key(Qt::Key_Return);
     EXPECT_TRUE(ui->waitsFor(u"Sunday, 1"_s));
+    EXPECT_EQ(library.player()->currentTrack().title, before);
 }
 
 TEST_F(HandsTest, TheDeleteKeyAsksBeforeItTakesAPlaylist) {

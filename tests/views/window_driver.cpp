@@ -73,17 +73,19 @@ bool WindowDriver::click(const QString& name, QAccessible::Role role, Qt::MouseB
 }
 
 bool WindowDriver::doubleClick(const QString& name, QAccessible::Role role) {
-    constexpr int betweenClicks = 180;
     if (!GalleryWorld::waitFor([&] { return find(name, role) != nullptr; }))
         return false;
-    const QPoint place = centreOf(name, role);
+    doubleClickAt(centreOf(name, role));
+    return true;
+}
+
+void WindowDriver::doubleClickAt(const QPoint& place) {
+    constexpr int betweenClicks = 180;
     const int start = QTest::lastMouseTimestamp;
     QTest::mouseClick(&m_window, Qt::LeftButton, {}, place);
     QTest::qWait(betweenClicks);
-    QTest::lastMouseTimestamp =
-        start + betweenClicks; // which else stays out of a double click's time
+    QTest::lastMouseTimestamp = start + betweenClicks; // QTest would keep them apart
     QTest::mouseClick(&m_window, Qt::LeftButton, {}, place);
-    return true;
 }
 
 void WindowDriver::pointAt(const QPoint& place) {

@@ -30,7 +30,7 @@ GridView {
 
     // A second click may come to the tile that was clicked, and has to meet it: what would cover or
     // move the tile waits until it is too late for one.
-    readonly property bool awaitsSecondClick: secondClick.running && root.overlap(cursor.index, root.roomForPane) > 0
+    readonly property bool awaitsSecondClick: secondClick.running && root.hidden(cursor.index, root.roomForPane) > 0
 
     signal activated(int row)
     signal menuAsked(int row)
@@ -41,13 +41,15 @@ GridView {
         cursor.index = row
         secondClick.restart()
     }
-    // How much of a tile lies below the view, if that were shorter. The tile's top has precedence.
-    function overlap(row: int, shorter: real): real {
+    // How much of a tile would lie below the view, if that were shorter.
+    function hidden(row: int, shorter: real): real {
         const tile = root.itemAtIndex(row)
-        if (!tile)
-            return 0
-        const below = tile.y + tile.height + Theme.gapSmall - (root.contentY + root.height - shorter)
-        return Math.min(below, tile.y - Theme.gapSmall - root.contentY)
+        return tile ? tile.y + tile.height + Theme.gapSmall - (root.contentY + root.height - shorter) : 0
+    }
+    // How far to scroll so that a tile is whole; its top has precedence.
+    function wayTo(row: int): real {
+        const tile = root.itemAtIndex(row)
+        return tile ? Math.min(root.hidden(row, 0), tile.y - Theme.gapSmall - root.contentY) : 0
     }
     function toBeginning(): void {
         scroller.stop()
@@ -85,7 +87,7 @@ GridView {
     T.ScrollBar.vertical: ScrollLine { x: root.width - width }
     // The pane pushes the chosen tile up before it as it opens.
     onHeightChanged: {
-        const covered = root.paneIsOpening ? root.overlap(cursor.index, 0) : 0
+        const covered = root.paneIsOpening ? root.wayTo(cursor.index) : 0
         if (covered > 0)
             scroller.scrollTo(root.contentY + covered)
     }
@@ -118,7 +120,7 @@ GridView {
         id: secondClick
         interval: Application.styleHints.mouseDoubleClickInterval
         onTriggered: {
-            const covered = root.overlap(cursor.index, 0)
+            const covered = root.wayTo(cursor.index)
             if (covered > 0)
                 scroller.glideTo(root.contentY + covered, Theme.paneSlide)
         }

@@ -138,6 +138,7 @@ Column {
             title: Strings.newPlaylist
             placeholder: Strings.playlistNamePlaceholder
             acceptText: Strings.done
+            onVisibleChanged: Browsing.isNaming = visible
             onAccepted: text => Library.playlists.addTrackPaths(newPrompt.paths, Library.playlists.createPlaylist(text))
         }
     }

@@ -123,12 +123,17 @@ Operable {
 
     HoverHandler { id: hover }
     TapHandler {
+        id: left
         acceptedButtons: Qt.LeftButton
         onPressedChanged: {
             if (pressed)
                 root.pressed()
         }
-        onTapped: root.play()
+        // The second of two clicks would pause what the first has begun.
+        onTapped: {
+            if (left.tapCount === 1)
+                root.play()
+        }
     }
     TapHandler {
         acceptedButtons: Qt.RightButton

@@ -138,7 +138,10 @@ ListView {
     }
     TrackMenu {
         id: menu
-        onClosed: tabStop.take(Qt.PopupFocusReason)
+        onClosed: {
+            if (!Browsing.isNaming)
+                tabStop.take(Qt.PopupFocusReason)
+        }
     }
     ListTabStop {
         id: tabStop

@@ -163,7 +163,12 @@ ListView {
     Deferred {
         id: menu
         QueueMenu {
-            onClosed: tabStop.take(Qt.PopupFocusReason) // qmllint disable unqualified
+            // qmllint disable unqualified
+            onClosed: {
+                if (!Browsing.isNaming)
+                    tabStop.take(Qt.PopupFocusReason)
+            }
+            // qmllint enable unqualified
         }
     }
     ListTabStop {
