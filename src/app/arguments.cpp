@@ -143,6 +143,8 @@ Arguments parsedArguments(const QStringList& commandLine, const QString& folder)
         return complaint(u"\"%1\" is no log level"_s.arg(parser.value(level)));
     result.logLevel = *lowest;
     if (parser.isSet(status)) {
+        if (parser.isSet(action) || !parser.positionalArguments().isEmpty())
+            return complaint(u"--status only asks; it goes with no action and no file"_s);
         result.task = Arguments::Task::status;
         result.text = parser.value(status);
         const auto checked = checkStatusFormat(result.text);

@@ -55,6 +55,9 @@ TEST_F(Program, TalksToACommandLine) {
     EXPECT_EQ(nonsense.exitCode, 2);
     EXPECT_TRUE(nonsense.errors.contains(u"nonsense"_s));
     EXPECT_EQ(session.run(program, {u"-session"_s, u"1a2b"_s, u"--version"_s}).exitCode, 0);
+    const auto both = session.run(program, {u"--status"_s, u"--action"_s, u"Pause"_s});
+    EXPECT_EQ(both.exitCode, 2);
+    EXPECT_TRUE(both.errors.contains(u"--status"_s));
     session.environment.insert(u"DISPLAY"_s, u":9999"_s);
     const auto blind = session.run(program, {});
     EXPECT_EQ(blind.exitCode, 1);
