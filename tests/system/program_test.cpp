@@ -257,7 +257,7 @@ TEST_F(Program, IsWorkedFromACommandLine) {
         QString format;
         QString expected;
     };
-    for (const auto& [action, format, expected] : {
+    for (const Step& step : {
              Step{u"Pause"_s, u"{status}"_s, u"paused"_s},
              Step{u"Pause"_s, u"{status}"_s, u"paused"_s},
              Step{u"Seek=30"_s, u"{position}"_s, u"0:30"_s},
@@ -279,9 +279,9 @@ TEST_F(Program, IsWorkedFromACommandLine) {
              Step{u"Play"_s, u"{status}"_s, u"playing"_s},
              Step{u"PlayPause"_s, u"{status}"_s, u"paused"_s},
          }) {
-        EXPECT_EQ(session.run(program, {u"--action"_s, action}).exitCode, 0);
-        EXPECT_TRUE(waitFor([&] { return says(format) == expected; }))
-            << action.toStdString() << ": " << says(format).toStdString();
+        EXPECT_EQ(session.run(program, {u"--action"_s, step.action}).exitCode, 0);
+        EXPECT_TRUE(waitFor([&] { return says(step.format) == step.expected; }))
+            << step.action.toStdString() << ": " << says(step.format).toStdString();
     }
     EXPECT_TRUE(says(u"json"_s).contains(u"\"album\":\"Album\""_s));
 
