@@ -239,6 +239,17 @@ TEST_F(HandsTest, ASearchShowsItsFirstResultsAndAPlaceItsBeginning) {
     EXPECT_TRUE(isAtTop());
 }
 
+TEST_F(HandsTest, ASearchThatFindsNoAlbumShowsItsBeginningToo) {
+    const QRect tab = placeOf(u"Albums"_s, QAccessible::PageTab);
+    ui->turnWheel(ui->window().mapFromGlobal(placeOf(u"Albums"_s, QAccessible::List).center()), 2);
+    ASSERT_TRUE(
+        world.waitFor([&] { return placeOf(u"Albums"_s, QAccessible::PageTab).y() < tab.y(); }));
+    ui->key(Qt::Key_F, Qt::ControlModifier);
+    ui->type(u"zzzz"_s);
+    EXPECT_TRUE(
+        world.waitFor([&] { return placeOf(u"Albums"_s, QAccessible::PageTab) == tab; }, 3000));
+}
+
 TEST_F(HandsTest, AJumpToAnAlbumBringsItsTileIntoView) {
     resize({1360, 720});
     library.browsing()->selectBrowseMode(LibraryMode::songs);

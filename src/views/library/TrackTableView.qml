@@ -17,7 +17,10 @@ ListView {
 
     function toBeginning(): void {
         scroller.stop()
-        root.positionViewAtBeginning()
+        if (root.count > 0)
+            root.positionViewAtBeginning()
+        else // which only knows rows
+            scroller.scrollTo(root.originY - root.topMargin)
     }
     function reveal(): void {
         scroller.stop()
