@@ -58,9 +58,6 @@ class OnServer : public testing::Test {
     std::unique_ptr<MonitorRecording> record(const QString& sink) {
         return m_server->record(sink, rate);
     }
-    std::unique_ptr<MonitorRecording> recordCloseToTheEar(const QString& sink) {
-        return m_server->record(sink, rate, 2, 5);
-    }
     /// The stretches heard, without the few milliseconds in which playback fades in.
     std::vector<HeardRun> runs(const MonitorRecording& recording) {
         std::vector<HeardRun> whole;
@@ -148,6 +145,18 @@ void OnServer::playsAndSurvivesRestarts() {
 class OnPulseAudio : public OnServer {
   protected:
     OnPulseAudio() { use(server); }
+    /// Plays, for a second to begin with, on a sink that takes back what is not heard yet. The
+    /// recording is close to the ear.
+    std::unique_ptr<MonitorRecording> playOnACard() {
+        server.loadRevisingSink(u"card"_s, rate);
+        EXPECT_TRUE(engine->setOutputDevice(sinkNamed(u"card"_s)));
+        auto recording = server.record(u"card"_s, rate, 2, 5);
+        EXPECT_TRUE(open(*engine, path));
+        EXPECT_TRUE(
+            engine->scheduleSegment(40, true)); // the numbers are a fifth of full scale there
+        hear(1);
+        return recording;
+    }
     PrivatePulse server;
 };
 
@@ -156,12 +165,7 @@ TEST_F(OnPulseAudio, GoesOnFromTheHeardPositionAfterRestarts) {
 }
 
 TEST_F(OnPulseAudio, EndsSoftlyWithTheProgram) {
-    server.loadRevisingSink(u"card"_s, rate);
-    ASSERT_TRUE(engine->setOutputDevice(sinkNamed(u"card"_s)));
-    const auto recording = recordCloseToTheEar(u"card"_s);
-    ASSERT_TRUE(open(*engine, path));
-    ASSERT_TRUE(engine->scheduleSegment(40, true)); // where the numbers are a fifth of full scale
-    hear(1);
+    const auto recording = playOnACard();
     engine.reset();
     sound.reset();
     ASSERT_TRUE(recording->waitForFrames(rate / 2));
@@ -185,12 +189,7 @@ class OnPipeWire : public OnServer {
 };
 
 TEST_F(OnPulseAudio, HearsChangesAtOnceAndWithoutAnEdge) {
-    server.loadRevisingSink(u"card"_s, rate);
-    ASSERT_TRUE(engine->setOutputDevice(sinkNamed(u"card"_s)));
-    const auto recording = recordCloseToTheEar(u"card"_s);
-    ASSERT_TRUE(open(*engine, path));
-    ASSERT_TRUE(engine->scheduleSegment(40, true)); // where the numbers are a fifth of full scale
-    hear(1);
+    const auto recording = playOnACard();
     std::vector<std::int64_t> at; // positions when something was asked for
     const auto when = [&] { at.push_back(position()); };
     const auto rest = [&] { ASSERT_TRUE(recording->waitForFrames(rate / 2)); };
