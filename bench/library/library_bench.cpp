@@ -2,7 +2,7 @@
 // What the library costs the main thread and the workers, at three sizes.
 #include "library/browsing/browsing.h"
 #include "library/browsing/cover_store.h"
-#include "library/playback/transport_fixture.h"
+#include "library/playback/edited_queue.h"
 #include "library/sample_library.h"
 #include "library/user/language_setting.h"
 #include "library/user/playlists.h"
@@ -14,6 +14,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <chrono>
 #include <malloc.h>
 #include <map>
 
@@ -98,6 +99,31 @@ static void wholeCatalog(benchmark::State& state) {
 }
 BENCHMARK(wholeCatalog)->Apply(sizes);
 
+/// The rows of the table by title, as a worker sorts them for a click on the column.
+static void tracksByTitle(benchmark::State& state) {
+    const auto catalog =
+        buildCatalog(library(static_cast<std::size_t>(state.range(0))), ResolvedLanguage::english);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(sortedRows(*catalog, {TrackOrder::title, false}));
+}
+BENCHMARK(tracksByTitle)->Apply(sizes);
+
+/// What the main thread does when the table is sorted, and when a track of it is played.
+static void playSortedTable(benchmark::State& state) {
+    Window window(static_cast<std::size_t>(state.range(0)));
+    window.browsing.selectBrowseMode(LibraryMode::songs);
+    window.catalog.setSorting({TrackOrder::title, true});
+    while (!window.catalog.sortedRows())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    PlayQueue queue(test::plainRowState());
+    for (auto _ : state) {
+        window.browsing.selectBrowseMode(LibraryMode::albums);
+        window.browsing.selectBrowseMode(LibraryMode::songs);
+        queue.assign(window.browsing.sortedTracks(), {});
+    }
+}
+BENCHMARK(playSortedTable)->Apply(sizes);
+
 /// One keystroke of someone who types "night walk": all three lists, as the main thread does it.
 static void searchKeystroke(benchmark::State& state) {
     Window window(static_cast<std::size_t>(state.range(0)));
@@ -164,6 +190,35 @@ static void findTrackInQueue(benchmark::State& state) {
         benchmark::DoNotOptimize(player.queue.rowOfPath(last));
 }
 BENCHMARK(findTrackInQueue)->Apply(sizes)->Unit(benchmark::kMicrosecond);
+
+/// One track that is to play next in a long queue, taken out, and both taken back.
+static void editQueue(benchmark::State& state) {
+    test::EditedQueue edited;
+    const TrackRows& rows = *library(static_cast<std::size_t>(state.range(0)));
+    edited.store.append(rows);
+    edited.queue.append(rows);
+    edited.play(rows.size() / 2);
+    const QStringList path{rows.front()->path()};
+    const QUuid last = edited.queue.idAt(rows.size() - 1);
+    const auto timed = [&](const char* name, auto&& edit) {
+        const auto begin = std::chrono::steady_clock::now();
+        edit();
+        const std::chrono::duration<double, std::milli> took =
+            std::chrono::steady_clock::now() - begin;
+        double& slowest = state.counters[name].value;
+        slowest = std::max(slowest, took.count());
+    };
+    for (auto _ : state) {
+        timed("next_ms", [&] { edited.editing.playNext(path); });
+        timed("remove_ms", [&] { edited.editing.removeEntry(last); });
+        timed("left_ms", [&] { benchmark::DoNotOptimize(edited.queue.secondsFrom(0)); });
+        timed("undo_ms", [&] { edited.history.undo(); });
+        edited.history.undo();
+        timed("clear_ms", [&] { edited.editing.clear(); });
+        timed("back_ms", [&] { edited.history.undo(); });
+    }
+}
+BENCHMARK(editQueue)->Apply(sizes)->Iterations(20);
 
 /// What the main thread does when a tenth of the library is removed.
 static void removeATenth(benchmark::State& state) {

@@ -61,6 +61,9 @@ inline TrackRows sampleLibrary(std::size_t size) {
         track.sampleRate = u"44.1 kHz"_s;
         track.bitDepth = u"16-bit"_s;
         track.fileSize = 23'400'000;
+        track.albumTags.albumArtist = artist;
+        track.albumTags.disc = 1;
+        track.albumTags.track = static_cast<quint16>(i % 12 + 1);
         rows.push_back(makeRow(std::move(track)));
     }
     return rows;

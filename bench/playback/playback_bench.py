@@ -38,8 +38,11 @@ try:
 except ImportError:
     Gio = None
 
-QUIET = dict(stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-TOOLS = pathlib.Path(__file__).resolve().parents[2] / "tools"
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+sys.path.insert(0, str(ROOT / "tests" / "support"))
+from private_sound import QUIET, Sound, end, until  # noqa: E402
+
+TOOLS = ROOT / "tools"
 SETTLE = 5
 REACTIONS = 5  # clicks and skips a round
 LEFT, RIGHT, ANY = range(0, 2), range(2, 4), range(4)  # bytes of a frame of two 16-bit samples
@@ -77,43 +80,6 @@ def noise(path, seconds, pan="stereo|c0=c0|c1=c0"):
         for _ in range(seconds):
             out.writeframes(frames.tobytes())
     return file
-
-
-def until(condition, seconds=20):
-    end = time.monotonic() + seconds
-    while not condition():
-        if time.monotonic() > end:
-            raise RuntimeError("gave up waiting")
-        time.sleep(0.02)
-
-
-class Sound:
-    """A PulseAudio of its own, with one null sink."""
-
-    def __init__(self, folder):
-        path = folder / "native"
-        self.server = f"unix:{path}"
-        environment = dict(os.environ, XDG_RUNTIME_DIR=str(folder), PULSE_RUNTIME_PATH=str(folder),
-                           PULSE_STATE_PATH=str(folder), HOME=str(folder))
-        self.process = subprocess.Popen(
-            ["pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1", "--use-pid-file=no",
-             "-L", "module-null-sink sink_name=null rate=44100",
-             "-L", f"module-native-protocol-unix auth-anonymous=1 socket={path}"],
-            env=environment, **QUIET)
-        until(path.exists)
-
-    def listen(self):
-        """A recorder of what the sink plays; it has begun when this returns."""
-        recorder = subprocess.Popen(
-            ["parec", f"--server={self.server}", "--device=null.monitor", "--raw",
-             "--latency-msec=5"], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, bufsize=0)
-        until(lambda: len(recorder.stdout.read(4)) == 4)
-        return recorder
-
-    def playing(self):
-        listed = subprocess.run(["pactl", f"--server={self.server}", "list", "short", "sink-inputs"],
-                                capture_output=True, text=True).stdout
-        return bool(listed.strip())
 
 
 def first_sound(recorder, where=ANY, seconds=20):
@@ -158,15 +124,6 @@ def watch(pid, seconds):
         spent0, switches0 = before.get(name, (0, 0))
         rates[name] = ((spent - spent0) * 60 / span, (switches - switches0) / span)
     return rates
-
-
-def end(process):
-    process.send_signal(signal.SIGTERM)
-    try:
-        process.wait(10)
-    except subprocess.TimeoutExpired:
-        process.kill()
-        process.wait()
 
 
 class Mpd:
@@ -225,13 +182,14 @@ class Halvane:
     program = None  # given on the command line
     has_shown = False
 
-    def __init__(self, sound, file, folder):
+    def __init__(self, sound, file, folder, settings=(), log=os.devnull):
+        """`settings` are the program's own; its log goes to a file."""
         pid = folder / "pid"
         # The shell becomes the program, so its number is the program's.
         self.process = subprocess.Popen(
             [str(TOOLS / "private-desktop"), "env", f"PULSE_SERVER={sound.server}", "sh", "-c",
-             f'openbox & echo $$ >"{pid}.part"; mv "{pid}.part" "{pid}"; exec "$0" "$1"',
-             str(Halvane.program), str(file)],
+             f'openbox & echo $$ >"{pid}.part"; mv "{pid}.part" "{pid}"; exec env "$@" 2>"{log}"',
+             "sh", *settings, str(Halvane.program), str(file)],
             start_new_session=True, **QUIET)
         until(pid.exists)
         self.started = time.monotonic()
@@ -256,7 +214,7 @@ class Halvane:
         elif state == "paused":
             self.command("Pause")
 
-    def command(self, name):
+    def command(self, name, arguments=None):
         """Sends an MPRIS command, without waiting until it has been obeyed."""
         if not hasattr(self, "bus"):
             self.bus = Gio.DBusConnection.new_for_address_sync(
@@ -264,7 +222,7 @@ class Halvane:
                 Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT
                 | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION, None, None)
         self.bus.call("org.mpris.MediaPlayer2.halvane", "/org/mpris/MediaPlayer2",
-                      "org.mpris.MediaPlayer2.Player", name, None, None,
+                      "org.mpris.MediaPlayer2.Player", name, arguments, None,
                       Gio.DBusCallFlags.NO_AUTO_START, -1, None, None)
 
 

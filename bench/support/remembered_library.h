@@ -39,6 +39,9 @@ inline QStringList rememberLibrary(int size, const QString& music, const QString
             qFatal("no room for the library");
         paths.append(item.path());
         item.fileSize = 0;
+        item.albumTags.albumArtist = item.artist;
+        item.albumTags.disc = 1;
+        item.albumTags.track = static_cast<quint16>(i % 12 + 1);
         items.push_back(std::move(item));
     }
     MetadataCache(cacheFolder).save(items);

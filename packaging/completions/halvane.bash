@@ -14,15 +14,16 @@ _halvane() {
     fi
     compopt +o default 2>/dev/null
     case $argument in
-    Mute | Shuffle | Love | FullPlayer) COMPREPLY=($(compgen -W 'on off' -- "$word")); return ;;
+    Mute | Shuffle | Love | FullPlayer | StopAfterCurrent) COMPREPLY=($(compgen -W 'on off' -- "$word")); return ;;
     Repeat) COMPREPLY=($(compgen -W 'off all one' -- "$word")); return ;;
     Rate) COMPREPLY=($(compgen -W '0 1 2 3 4 5' -- "$word")); return ;;
+    SleepTimer) COMPREPLY=($(compgen -W '0 15 30 45 60 90' -- "$word")); return ;;
     Seek | Volume) COMPREPLY=(); return ;;
     esac
     case $before in
     --action)
         COMPREPLY=($(compgen -W 'PlayPause Play Pause Stop Next Previous Seek= Volume= Mute Shuffle
-            Repeat Love Rate= ShowHide FullPlayer' -- "$word"))
+            Repeat Love Rate= ShowHide FullPlayer StopAfterCurrent SleepTimer=' -- "$word"))
         [[ ${COMPREPLY[0]-} == *= ]] && compopt -o nospace 2>/dev/null
         return
         ;;

@@ -4,17 +4,20 @@
 
 _halvane_actions() {
     local -a plain switches
-    plain=(PlayPause Play Pause Stop Next Previous ShowHide Mute Shuffle Repeat Love FullPlayer)
-    switches=(Mute Shuffle Love FullPlayer)
+    plain=(PlayPause Play Pause Stop Next Previous ShowHide Mute Shuffle Repeat Love FullPlayer
+        StopAfterCurrent)
+    switches=(Mute Shuffle Love FullPlayer StopAfterCurrent)
     if compset -P 'Repeat='; then
         compadd off all one
     elif compset -P 'Rate='; then
         compadd 0 1 2 3 4 5
+    elif compset -P 'SleepTimer='; then
+        compadd 0 15 30 45 60 90
     elif compset -P "(${(j:|:)switches})="; then
         compadd on off
     elif ! compset -P '(Seek|Volume)='; then
         compadd -a plain
-        compadd -S '' Seek= Volume= Rate=
+        compadd -S '' Seek= Volume= Rate= SleepTimer=
     fi
 }
 

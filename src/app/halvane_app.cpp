@@ -70,6 +70,13 @@ void HalvaneApp::setMenusAreGlobal(bool global) {
     Q_EMIT menusAreGlobalChanged();
 }
 
+void HalvaneApp::setMotionReduced(bool reduced) {
+    if (m_isMotionReduced == reduced)
+        return;
+    m_isMotionReduced = reduced;
+    Q_EMIT isMotionReducedChanged();
+}
+
 bool HalvaneApp::hasSystemFrame() const {
     return m_frames->hasSystemFrame();
 }
@@ -126,6 +133,10 @@ void HalvaneApp::useActivationToken(const QString& token) {
     // Where the window system's plugin looks for it.
     if (!token.isEmpty())
         qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+}
+
+QString HalvaneApp::keysOf(int command) const {
+    return m_commands->find(static_cast<CommandId>(command)).shortcutText();
 }
 
 // Not QGuiApplication::quit(), which closes the windows one by one first, as if the user did.

@@ -39,6 +39,8 @@ class HalvaneApp : public QObject {
     Q_PROPERTY(QQmlListProperty<halvane::CommandMenu> menus READ menuList CONSTANT)
     /// The desktop shows the menus itself, so a window shows no menu bar.
     Q_PROPERTY(bool menusAreGlobal READ menusAreGlobal NOTIFY menusAreGlobalChanged)
+    /// The desktop asks for little motion.
+    Q_PROPERTY(bool isMotionReduced READ isMotionReduced NOTIFY isMotionReducedChanged)
     /// The desktop frames our windows although we ask it not to, so a window draws no buttons.
     Q_PROPERTY(bool hasSystemFrame READ hasSystemFrame NOTIFY hasSystemFrameChanged)
 
@@ -59,6 +61,8 @@ class HalvaneApp : public QObject {
     QQmlListProperty<CommandMenu> menuList();
     [[nodiscard]] bool menusAreGlobal() const { return m_menusAreGlobal; }
     void setMenusAreGlobal(bool global);
+    [[nodiscard]] bool isMotionReduced() const { return m_isMotionReduced; }
+    void setMotionReduced(bool reduced);
     [[nodiscard]] bool hasSystemFrame() const;
 
     /// Shows the window, made now if need be, and brings it forward.
@@ -76,6 +80,9 @@ class HalvaneApp : public QObject {
     void raise();
     /// The next window shows this token to the desktop, which then lets it come forward.
     void useActivationToken(const QString& token);
+    /// The keys of a command, by this keyboard's names; empty where it has none. The command is a
+    /// CommandId, as the views number them.
+    Q_INVOKABLE [[nodiscard]] QString keysOf(int command) const;
     Q_INVOKABLE void quit();
 
   Q_SIGNALS:
@@ -83,6 +90,7 @@ class HalvaneApp : public QObject {
     void lastWindowClosed();
     void fileManagerAsked(const QString& path);
     void menusAreGlobalChanged();
+    void isMotionReducedChanged();
     void hasSystemFrameChanged();
 
   private:
@@ -93,6 +101,7 @@ class HalvaneApp : public QObject {
     std::unique_ptr<MiniWindowPlacement> m_miniPlacement;
     std::unique_ptr<Commands> m_commands;
     bool m_menusAreGlobal = false;
+    bool m_isMotionReduced = false;
 };
 
 } // namespace halvane

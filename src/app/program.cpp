@@ -66,6 +66,7 @@ Program::Program(const Arguments& arguments, const QUrl& viewsRoot,
     , m_app(m_library, m_environment.clock, m_engine, viewsRoot, stateFolder())
     , m_tray(m_app, m_bus.connectionName())
     , m_globalMenu(m_bus.connectionName(), [this] { return exportedMenus(m_app.commands()); })
+    , m_motion(m_bus.connectionName())
     , m_fileManager(m_bus.connectionName(), openFolder)
     , m_instance(m_bus.connectionName())
     , m_remote(m_app, [this] { return m_tray.isShown(); }) {
@@ -75,6 +76,8 @@ Program::Program(const Arguments& arguments, const QUrl& viewsRoot,
     connectMediaControls();
     connectGlobalMenu();
     connectEnd();
+    connect(&m_motion, &MotionPreference::changed, this,
+            [this] { m_app.setMotionReduced(m_motion.isReduced()); });
     connect(&m_app, &HalvaneApp::fileManagerAsked, &m_fileManager, &FileManager::show);
     connect(&m_app.windows(), &WindowRegistry::windowMade, this, &Program::followFirstPicture,
             Qt::SingleShotConnection);

@@ -9,6 +9,7 @@
 #include "app/tray.h"
 #include "library/library_view_model.h"
 #include "platform/session/file_manager.h"
+#include "platform/session/motion_preference.h"
 #include "platform/session/session_bus.h"
 #include "platform/session/single_instance.h"
 #include "platform/tray/global_menu.h"
@@ -62,6 +63,7 @@ class Program : public QObject {
     HalvaneApp m_app;
     Tray m_tray;
     GlobalMenu m_globalMenu;
+    MotionPreference m_motion;
     FileManager m_fileManager;
     SingleInstance m_instance;
     Remote m_remote;

@@ -4,6 +4,7 @@
 #include "platform/log.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QQmlComponent>
 #include <QQmlEngine>
@@ -45,12 +46,11 @@ QuickFileChooser::QuickFileChooser(QQmlEngine& engine, const QUrl& viewsRoot)
     , m_viewsRoot(viewsRoot) {
 }
 
-QQuickWindow* QuickFileChooser::openWindowFor(const FileChooserRequest& request,
-                                              QWindow* inFront) const {
+QQuickWindow* QuickFileChooser::openWindow(const QString& title, QWindow* inFront) const {
     QQmlComponent component(&m_engine, m_viewsRoot.resolved(QUrl(u"windows/ToolkitWindow.qml"_s)));
     auto* window = qobject_cast<QQuickWindow*>(component.create());
     Q_ASSERT(window);
-    window->setTitle(request.title);
+    window->setTitle(title);
     window->setFlags(Qt::Dialog);
     window->setTransientParent(inFront);
     window->resize(leastRoom);
@@ -61,38 +61,64 @@ QQuickWindow* QuickFileChooser::openWindowFor(const FileChooserRequest& request,
 
 void QuickFileChooser::choose(const FileChooserRequest& request,
                               std::function<void(const QStringList& paths)> chosen) {
+    m_chosen = std::move(chosen);
+    show(request.files ? u"FilesDialog.qml"_s : u"FolderDialog.qml"_s, request.title,
+         {{u"acceptLabel"_s, request.prompt}, {u"currentFolder"_s, startingFolder()}});
+}
+
+void QuickFileChooser::chooseTarget(const FileTargetRequest& request,
+                                    std::function<void(const QString& path)> chosen) {
+    m_chosen = [chosen = std::move(chosen)](const QStringList& paths) { chosen(paths.front()); };
+    const QUrl folder = startingFolder();
+    show(u"TargetDialog.qml"_s, request.title,
+         {{u"acceptLabel"_s, request.prompt},
+          {u"currentFolder"_s, folder},
+          {u"suggestion"_s, QUrl::fromLocalFile(folder.toLocalFile() + u'/' + request.fileName)},
+          {u"defaultSuffix"_s, QFileInfo(request.fileName).suffix()}});
+}
+
+void QuickFileChooser::show(const QString& view, const QString& title, QVariantMap properties) {
+    delete m_panel.data();
+    delete m_window.data();
+    properties.insert(u"title"_s, title);
     auto* window = qobject_cast<QQuickWindow*>(QGuiApplication::focusWindow());
     const bool hasRoom =
         window && window->width() >= leastRoom.width() && window->height() >= leastRoom.height();
-    if (!hasRoom)
-        window = openWindowFor(request, window);
-    const auto file = request.files ? u"windows/FilesDialog.qml"_s : u"windows/FolderDialog.qml"_s;
-    QQmlComponent component(&m_engine, m_viewsRoot.resolved(QUrl(file)));
-    delete m_panel.data();
-    m_chosen = std::move(chosen);
-    m_panel = component.createWithInitialProperties(
-        {{u"chooser"_s, QVariant::fromValue(this)},
-         {u"title"_s, request.title},
-         {u"acceptLabel"_s, request.prompt},
-         {u"currentFolder"_s, startingFolder()},
-         {u"parentWindow"_s, QVariant::fromValue(static_cast<QWindow*>(window))}});
+    if (hasRoom)
+        return showIn(*window, view, properties);
+    m_window = openWindow(title, window);
+    // Until its first frame a window has no size to centre the panel in.
+    connect(
+        m_window.data(), &QQuickWindow::afterAnimating, this,
+        [this, view, properties] {
+            showIn(*m_window, view, properties);
+            connect(m_window.data(), &QWindow::visibleChanged, this, &QuickFileChooser::reject);
+        },
+        static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+}
+
+void QuickFileChooser::showIn(QQuickWindow& window, const QString& view, QVariantMap properties) {
+    QQmlComponent component(&m_engine, m_viewsRoot.resolved(QUrl(u"windows/"_s + view)));
+    properties.insert(
+        QVariantMap{{u"chooser"_s, QVariant::fromValue(this)},
+                    {u"parentWindow"_s, QVariant::fromValue(static_cast<QWindow*>(&window))}});
+    m_panel = component.createWithInitialProperties(properties);
     if (!m_panel) {
         qCWarning(libraryLog, "no file panel: %s", qUtf8Printable(component.errorString()));
-        return;
+        return reject();
     }
     m_panel->setParent(this);
-    if (!hasRoom) {
-        connect(window, &QWindow::visibleChanged, m_panel.data(), [this] { reject(); });
-        connect(m_panel.data(), &QObject::destroyed, window, &QObject::deleteLater);
-    }
-    darkenPath(*window->contentItem());
+    // From Qt 6.8 on the panel has a window of its own within ours.
+    for (QWindow* each : QGuiApplication::allWindows())
+        if (const auto* shown = qobject_cast<QQuickWindow*>(each))
+            darkenPath(*shown->contentItem());
 }
 
 void QuickFileChooser::accept(const QList<QUrl>& files) {
     QStringList paths;
     for (const auto& url : files)
         paths.append(url.toLocalFile());
-    m_panel->deleteLater();
+    reject();
     if (m_chosen && !paths.isEmpty())
         m_chosen(paths);
 }
@@ -100,6 +126,8 @@ void QuickFileChooser::accept(const QList<QUrl>& files) {
 void QuickFileChooser::reject() {
     if (m_panel)
         m_panel->deleteLater();
+    if (m_window)
+        m_window->deleteLater();
 }
 
 } // namespace halvane

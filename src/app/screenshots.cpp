@@ -136,7 +136,7 @@ void Screenshots::start(bool expectsTracks) {
 
 void Screenshots::waitForTracks(int looksLeft) {
     const bool ready =
-        m_app.library()->trackCount() > 0 && m_app.library()->importing()->importProgress() < 0;
+        m_app.library()->trackCount() > 0 && !m_app.library()->importing()->isImporting();
     if (looksLeft <= 0 || ready)
         m_step = m_clock.after(betweenLooks, [this] { next(); });
     else

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "libav/container.h"
 
+#include <algorithm>
 #include <string_view>
 
 namespace halvane {
@@ -53,6 +54,22 @@ Container bySignature(const OpeningBytes& bytes) {
         return Container::caf;
     if (first == "ADIF")
         return Container::adif;
+    if (first == "OggS")
+        return Container::ogg;
+    if (first == "wvpk")
+        return Container::wavpack;
+    if (first == "MAC ")
+        return Container::ape;
+    if (first == "MPCK" || (first.starts_with("MP+") && (byteAt(bytes, 3) & 15) == 7))
+        return Container::musepack;
+    if (first == "TTA1" || first == "TTA2")
+        return Container::tta;
+    if (first == "DSD ")
+        return Container::dsf;
+    if (first == "FRM8")
+        return Container::dff;
+    if (text(bytes, 0, 8) == "\x30\x26\xB2\x75\x8E\x66\xCF\x11")
+        return Container::asf;
     // QuickTime files from before the "ftyp" box begin with one of the others.
     if (second == "ftyp" || second == "moov" || second == "mdat" || second == "wide")
         return Container::mp4;
@@ -90,6 +107,14 @@ ContainerFacts detectContainer(const ReadOpening& read) {
         facts.audioStart += tag->wholeSize;
     }
     return facts;
+}
+
+ContainerFacts detectContainer(const ByteSource& file) {
+    return detectContainer([&file](qint64 offset, OpeningBytes& bytes) {
+        const QByteArray read = file.read(offset, std::ssize(bytes));
+        std::copy(read.begin(), read.end(), bytes.begin());
+        return read.size() == std::ssize(bytes);
+    });
 }
 
 } // namespace halvane

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "libav/byte_source.h"
+
 #include <QtGlobal>
 
 #include <array>
@@ -10,7 +12,25 @@
 namespace halvane {
 
 /// What a file holds.
-enum class Container { mpeg, adts, adif, flac, mp4, wav, aiff, caf, other };
+enum class Container {
+    mpeg,
+    adts,
+    adif,
+    flac,
+    mp4,
+    wav,
+    aiff,
+    caf,
+    ogg,
+    wavpack,
+    ape,
+    musepack,
+    tta,
+    dsf,
+    dff,
+    asf,
+    other
+};
 
 /// The header of an ID3v2 tag (ID3v2.4.0 structure, 3.1).
 struct Id3v2Header {
@@ -39,5 +59,6 @@ using ReadOpening = std::function<bool(qint64 offset, OpeningBytes& bytes)>;
 /// they do not show beyond doubt, such as junk in front of the first frame. Reads no further bytes,
 /// and calls no function of libav. Any thread.
 ContainerFacts detectContainer(const ReadOpening& read);
+ContainerFacts detectContainer(const ByteSource& file);
 
 } // namespace halvane

@@ -31,6 +31,7 @@ Result<> load();
     DO(av_find_input_format)                                                                       \
     DO(av_frame_alloc)                                                                             \
     DO(av_frame_free)                                                                              \
+    DO(av_frame_get_side_data)                                                                     \
     DO(av_frame_unref)                                                                             \
     DO(av_freep)                                                                                   \
     DO(av_get_bits_per_sample)                                                                     \
@@ -54,6 +55,7 @@ Result<> load();
     DO(av_tx_uninit)                                                                               \
     DO(avcodec_alloc_context3)                                                                     \
     DO(avcodec_descriptor_get)                                                                     \
+    DO(avcodec_find_decoder_by_name)                                                               \
     DO(avcodec_flush_buffers)                                                                      \
     DO(avcodec_free_context)                                                                       \
     DO(avcodec_open2)                                                                              \
@@ -63,6 +65,7 @@ Result<> load();
     DO(avformat_alloc_context)                                                                     \
     DO(avformat_close_input)                                                                       \
     DO(avformat_find_stream_info)                                                                  \
+    DO(avformat_index_get_entry_from_timestamp)                                                    \
     DO(avformat_open_input)                                                                        \
     DO(avio_alloc_context)                                                                         \
     DO(avio_context_free)                                                                          \

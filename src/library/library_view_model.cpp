@@ -31,9 +31,10 @@ LibraryViewModel::LibraryViewModel(const Environment& environment, QObject* pare
     m_userData = std::make_unique<TrackUserData>(m_environment.preferences);
     m_playlists = std::make_unique<Playlists>(m_environment.preferences);
     m_views = std::make_unique<ViewState>(m_environment.preferences);
+    m_history = std::make_unique<UndoHistory>();
 
     // What the library holds
-    m_covers = std::make_unique<CoverStore>();
+    m_covers = std::make_shared<CoverStore>();
     m_store = std::make_unique<LibraryStore>();
     m_catalog = std::make_unique<CatalogPublisher>(*m_store, *m_userData, *m_language);
     m_cache = std::make_unique<MetadataCache>(m_environment.dataFolder);
@@ -58,6 +59,10 @@ LibraryViewModel::LibraryViewModel(const Environment& environment, QObject* pare
                                               *m_status, *m_progressClock, *m_language);
     m_transportSettings =
         std::make_unique<TransportSettings>(m_environment.preferences, *m_transport);
+    m_queueMemory = std::make_unique<QueueMemory>(m_environment.preferences, *m_queue, *m_transport,
+                                                  m_environment.clock, m_environment.dataFolder);
+    m_sleepTimer =
+        std::make_unique<SleepTimer>(*m_transport, m_environment.clock, *m_status, *m_language);
 
     // How it sounds, and where
     m_equalizer = std::make_unique<EqualizerSettings>(m_environment.preferences, *m_language);
@@ -71,25 +76,39 @@ LibraryViewModel::LibraryViewModel(const Environment& environment, QObject* pare
     const ReadingNeeds needs{*m_cache, m_journal, m_environment.cloudFiles};
     m_healing = std::make_unique<MetadataHealing>(*m_store, *m_catalog, *m_queue, *m_persistence,
                                                   *m_language, needs);
+    m_renewal = std::make_unique<RecordRenewal>(*m_store, *m_catalog, *m_queue, *m_persistence,
+                                                *m_language, needs);
     m_importing = std::make_unique<Importer>(*m_store, *m_catalog, *m_queue, *m_importedPaths,
-                                             m_environment.fileChooser, m_environment.clock,
-                                             *m_status, *m_language, needs);
+                                             *m_playlists, m_environment.fileChooser,
+                                             m_environment.clock, *m_status, *m_language, needs);
     m_restoration = std::make_unique<Restoration>(*m_store, *m_catalog, *m_queue, *m_importedPaths,
-                                                  *m_persistence, *m_language, needs,
-                                                  m_environment.firstPicture);
+                                                  *m_persistence, *m_language, *m_queueMemory,
+                                                  needs, m_environment.firstPicture);
     m_tidying =
         std::make_unique<Tidying>(*m_store, *m_catalog, *m_queue, *m_transport, *m_playlists,
                                   *m_availability, *m_duplicates, m_environment.preferences);
+    m_removals = std::make_unique<RemovalHistory>(
+        RemovalNeeds{*m_store, *m_catalog, *m_importedPaths, *m_queue, *m_transport, *m_playlists,
+                     *m_userData, *m_tidying},
+        *m_history, *m_status, *m_language);
+    m_coverFiles =
+        std::make_unique<CoverFiles>(*m_store, *m_catalog, *m_queue, *m_persistence, m_covers);
 
     // What is shown
+    m_tableOrder = std::make_unique<TableOrder>(m_environment.preferences, *m_catalog);
     m_browsing = std::make_unique<Browsing>(*m_store, *m_catalog, *m_playlists, *m_userData,
                                             *m_language, rowState());
     m_sidebar = std::make_unique<SidebarModel>(*m_catalog);
     m_tidyingLists = std::make_unique<TidyingLists>(*m_store, *m_availability, *m_duplicates);
     m_collections = std::make_unique<CollectionPlayer>(
         *m_store, *m_catalog, *m_playlists, *m_availability, *m_browsing, *m_queue, *m_transport);
-    m_player = std::make_unique<PlayerDisplay>(*m_queue, *m_progressClock, *m_views, *m_userData,
-                                               *m_browsing, *m_language);
+    m_queueEditing =
+        std::make_unique<QueueEditing>(*m_store, *m_collections, *m_playlists, *m_queue,
+                                       *m_transport, *m_history, *m_status, *m_language);
+    m_playlistExport = std::make_unique<PlaylistExport>(
+        *m_playlists, *m_store, m_environment.fileChooser, *m_status, *m_language);
+    m_player = std::make_unique<PlayerDisplay>(*m_queue, *m_transport, *m_progressClock, *m_views,
+                                               *m_userData, *m_browsing, *m_language);
     m_ambient = std::make_unique<AmbientColor>();
     m_appearance = std::make_unique<ThemeSettings>(m_environment.preferences, *m_ambient);
     m_nowPlaying =
@@ -118,8 +137,11 @@ void LibraryViewModel::start() {
     m_playlists->restore();
     m_appearance->restoreTheme();
     m_views->restoreRemainingTime();
+    m_views->restoreTileSize();
     m_output->restore();
     m_soundCheck->restore();
+    m_tableOrder->restore();
+    m_queueMemory->restore();
     m_bookmarks->restoreBookmarkAccess();
     m_restoration->restoreImportedAudio();
     observeApplication();
@@ -164,9 +186,9 @@ void LibraryViewModel::libraryGrew() {
 }
 
 void LibraryViewModel::showEntry(const QueueItem& entry) {
-    m_browsing->selectAlbum(entry);
+    m_browsing->selectPlayedAlbum(entry);
     m_ambient->updateAmbientColor(entry.coverImageData, entry.coverURL,
-                                  albumColors(entry.album, entry.artist).front());
+                                  albumColors(entry.album, entry.leadArtist()).front());
 }
 
 void LibraryViewModel::selectedAlbumChanged() {
@@ -192,6 +214,7 @@ void LibraryViewModel::connectRows() {
     // The full-screen player would hide the place that a jump shows.
     connect(m_browsing.get(), &Browsing::jumping, this,
             [this] { m_views->setShowFullPlayer(false); });
+    connect(m_history.get(), &UndoHistory::changed, m_status.get(), &StatusLine::withdrawUndo);
 }
 
 void LibraryViewModel::availabilityChanged(const QSet<QString>& paths) {
@@ -205,6 +228,19 @@ void LibraryViewModel::availabilityChanged(const QSet<QString>& paths) {
         m_browsing->availabilityChanged(path);
         m_queue->refresh(path, {TrackRole::availability});
     }
+}
+
+void LibraryViewModel::coversChanged(const QSet<QString>& keys) {
+    const auto entry = m_queue->currentItem();
+    if (!entry || !m_transport->hasLoadedFile()) {
+        selectedAlbumChanged();
+        return;
+    }
+    if (!keys.contains(coverKey(entry->coverImageData, entry->coverURL)))
+        return;
+    m_nowPlaying->artworkChanged();
+    m_ambient->updateAmbientColor(entry->coverImageData, entry->coverURL,
+                                  albumColors(entry->album, entry->artist).front());
 }
 
 void LibraryViewModel::connectSummary() {
@@ -232,15 +268,26 @@ void LibraryViewModel::connectFiles() {
     // A file that has come back may be one that could not be read.
     connect(m_availability.get(), &Availability::refreshed, m_healing.get(),
             &MetadataHealing::healIncompleteMetadata);
+    // It comes at the start, after an import, and when the user comes back to the program, perhaps
+    // from a file manager.
+    connect(m_availability.get(), &Availability::refreshed, m_coverFiles.get(),
+            &CoverFiles::refresh);
+    // Its cover may have come while the window stayed in front.
+    connect(m_browsing.get(), &Browsing::albumChosen, m_coverFiles.get(),
+            &CoverFiles::refreshAlbum);
+    connect(m_coverFiles.get(), &CoverFiles::changed, this, &LibraryViewModel::coversChanged);
     connect(m_importing.get(), &Importer::rootsGiven, m_bookmarks.get(),
             &Bookmarks::persistBookmarks);
     // A removal under way would take those of its tracks that are added again.
     connect(m_importing.get(), &Importer::adding, m_tidying.get(), &Tidying::finishRemoval);
     connect(m_importing.get(), &Importer::playAsked, m_transport.get(),
             [this](const QUuid& entry) { m_transport->playOn(entry); });
+    connect(m_importing.get(), &Importer::playlistAsked, m_collections.get(),
+            &CollectionPlayer::playPlaylist);
     connect(m_importing.get(), &Importer::imported, this, [this] {
         m_persistence->persistMetadataCache();
         libraryGrew();
+        m_renewal->renewOldRecords();
     });
     // The engine knows how long the current file really is. Its record may be replaced by one that
     // was read while it plays.
@@ -249,8 +296,16 @@ void LibraryViewModel::connectFiles() {
     };
     connect(m_transport.get(), &Transport::loadedFileChanged, this, correctLength);
     connect(m_queue.get(), &PlayQueue::currentRecordChanged, this, correctLength);
-    connect(m_restoration.get(), &Restoration::finished, this,
-            [this] { m_catalog->whenCurrent(this, [this] { libraryGrew(); }); });
+    connect(m_restoration.get(), &Restoration::finished, this, [this] {
+        m_catalog->whenCurrent(this, [this] {
+            libraryGrew();
+            m_renewal->renewOldRecords();
+        });
+    });
+    connect(m_removals.get(), &RemovalHistory::cameBack, this, [this] {
+        m_persistence->persistMetadataCache();
+        libraryGrew();
+    });
     connect(m_tidying.get(), &Tidying::removed, m_userData.get(), &TrackUserData::forget);
     connect(m_tidying.get(), &Tidying::removed, m_soundCheck.get(), &SoundCheck::forget);
 }
@@ -260,9 +315,10 @@ void LibraryViewModel::connectTransport() {
             [this] { m_environment.sleepInhibitor.setInhibited(m_transport->isPlaying()); });
     connect(m_transport.get(), &Transport::playStarted, m_userData.get(),
             &TrackUserData::countPlay);
-    connect(m_transport.get(), &Transport::playStarted, m_soundCheck.get(),
-            [this](const QString& path) {
-                m_soundCheck->setPlayed({path, m_transport->successorPath().value_or(QString())});
+    connect(m_transport.get(), &Transport::trackChanged, m_soundCheck.get(),
+            [this](const QueueItem& entry) {
+                m_soundCheck->setPlayed(
+                    {entry.path(), m_transport->successorPath().value_or(QString())});
             });
     connect(m_transport.get(), &Transport::becameCurrent, this, &LibraryViewModel::showEntry);
 }
@@ -298,8 +354,10 @@ void LibraryViewModel::observeApplication() {
                     m_language->systemLanguagesChanged();
                 });
     }
-    connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this,
-            [this] { m_views->setQuitting(); });
+    connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this, [this] {
+        m_views->setQuitting();
+        m_queueMemory->save();
+    });
 }
 
 } // namespace halvane

@@ -17,6 +17,7 @@ class Browsing;
 class CachePersistence;
 class CloudDownloads;
 class CollectionPlayer;
+class CoverFiles;
 class CoverStore;
 class Duplicates;
 class EqualizerSettings;
@@ -29,24 +30,32 @@ class Tidying;
 class TidyingLists;
 class MetadataCache;
 class MetadataHealing;
+class RecordRenewal;
+class RemovalHistory;
 class NowPlaying;
 class OutputDeviceListModel;
 class OutputDevices;
 class PlayQueue;
+class QueueEditing;
+class QueueMemory;
 class PlayerDisplay;
+class PlaylistExport;
 class Playlists;
 class ProgressClock;
 class ReadingJournal;
 class Restoration;
 class SidebarModel;
 class SignalPath;
+class SleepTimer;
 class SoundCheck;
 class SpectrumModel;
 class StatusLine;
 class ThemeSettings;
+class TableOrder;
 class TrackUserData;
 class Transport;
 class TransportSettings;
+class UndoHistory;
 class ViewState;
 struct QueueItem;
 struct RowState;
@@ -66,6 +75,8 @@ class LibraryViewModel : public QObject {
     Q_PROPERTY(halvane::Transport* transport READ transport CONSTANT)
     Q_PROPERTY(halvane::ProgressClock* progressClock READ progressClock CONSTANT)
     Q_PROPERTY(halvane::PlayQueue* queue READ queue CONSTANT)
+    Q_PROPERTY(halvane::QueueEditing* queueEditing READ queueEditing CONSTANT)
+    Q_PROPERTY(halvane::QueueMemory* queueMemory READ queueMemory CONSTANT)
     Q_PROPERTY(halvane::CollectionPlayer* collections READ collections CONSTANT)
     Q_PROPERTY(halvane::PlayerDisplay* player READ player CONSTANT)
     // How it sounds, and where
@@ -83,14 +94,18 @@ class LibraryViewModel : public QObject {
     Q_PROPERTY(halvane::TidyingLists* tidyingLists READ tidyingLists CONSTANT)
     Q_PROPERTY(halvane::CloudDownloads* downloads READ downloads CONSTANT)
     Q_PROPERTY(halvane::Duplicates* duplicates READ duplicates CONSTANT)
+    Q_PROPERTY(halvane::CoverFiles* coverFiles READ coverFiles CONSTANT)
     // Where the user is, and what the windows show
     Q_PROPERTY(halvane::Browsing* browsing READ browsing CONSTANT)
+    Q_PROPERTY(halvane::TableOrder* tableOrder READ tableOrder CONSTANT)
     Q_PROPERTY(halvane::SidebarModel* sidebar READ sidebar CONSTANT)
     Q_PROPERTY(halvane::ViewState* views READ views CONSTANT)
     Q_PROPERTY(halvane::StatusLine* status READ status CONSTANT)
     // What the user has said and chosen
     Q_PROPERTY(halvane::Playlists* playlists READ playlists CONSTANT)
+    Q_PROPERTY(halvane::PlaylistExport* playlistExport READ playlistExport CONSTANT)
     Q_PROPERTY(halvane::TrackUserData* userData READ userData CONSTANT)
+    Q_PROPERTY(halvane::UndoHistory* history READ history CONSTANT)
     Q_PROPERTY(halvane::ThemeSettings* appearance READ appearance CONSTANT)
     Q_PROPERTY(halvane::AmbientColor* ambient READ ambient CONSTANT)
     Q_PROPERTY(halvane::LanguageSetting* language READ language CONSTANT)
@@ -109,6 +124,9 @@ class LibraryViewModel : public QObject {
     [[nodiscard]] Transport* transport() const { return m_transport.get(); }
     [[nodiscard]] ProgressClock* progressClock() const { return m_progressClock.get(); }
     [[nodiscard]] PlayQueue* queue() const { return m_queue.get(); }
+    [[nodiscard]] QueueEditing* queueEditing() const { return m_queueEditing.get(); }
+    [[nodiscard]] QueueMemory* queueMemory() const { return m_queueMemory.get(); }
+    [[nodiscard]] SleepTimer* sleepTimer() const { return m_sleepTimer.get(); }
     [[nodiscard]] CollectionPlayer* collections() const { return m_collections.get(); }
     [[nodiscard]] PlayerDisplay* player() const { return m_player.get(); }
     [[nodiscard]] EqualizerSettings* equalizer() const { return m_equalizer.get(); }
@@ -125,12 +143,16 @@ class LibraryViewModel : public QObject {
     [[nodiscard]] TidyingLists* tidyingLists() const { return m_tidyingLists.get(); }
     [[nodiscard]] CloudDownloads* downloads() const { return m_downloads.get(); }
     [[nodiscard]] Duplicates* duplicates() const { return m_duplicates.get(); }
+    [[nodiscard]] CoverFiles* coverFiles() const { return m_coverFiles.get(); }
     [[nodiscard]] Browsing* browsing() const { return m_browsing.get(); }
+    [[nodiscard]] TableOrder* tableOrder() const { return m_tableOrder.get(); }
     [[nodiscard]] SidebarModel* sidebar() const { return m_sidebar.get(); }
     [[nodiscard]] ViewState* views() const { return m_views.get(); }
     [[nodiscard]] StatusLine* status() const { return m_status.get(); }
     [[nodiscard]] Playlists* playlists() const { return m_playlists.get(); }
+    [[nodiscard]] PlaylistExport* playlistExport() const { return m_playlistExport.get(); }
     [[nodiscard]] TrackUserData* userData() const { return m_userData.get(); }
+    [[nodiscard]] UndoHistory* history() const { return m_history.get(); }
     [[nodiscard]] ThemeSettings* appearance() const { return m_appearance.get(); }
     [[nodiscard]] AmbientColor* ambient() const { return m_ambient.get(); }
     [[nodiscard]] LanguageSetting* language() const { return m_language.get(); }
@@ -145,9 +167,10 @@ class LibraryViewModel : public QObject {
     [[nodiscard]] Restoration* restoration() const { return m_restoration.get(); }
     [[nodiscard]] Availability* availability() const { return m_availability.get(); }
     [[nodiscard]] MetadataHealing* healing() const { return m_healing.get(); }
+    [[nodiscard]] RecordRenewal* renewal() const { return m_renewal.get(); }
     [[nodiscard]] AudioPlaybackEngine* engine() const { return m_engine.get(); }
     /// The views' covers, by the keys that lists and albums carry. Any thread.
-    [[nodiscard]] const CoverStore& covers() const { return *m_covers; }
+    [[nodiscard]] std::shared_ptr<CoverStore> covers() const { return m_covers; }
 
   Q_SIGNALS:
     void trackCountChanged();
@@ -159,6 +182,7 @@ class LibraryViewModel : public QObject {
     void showEntry(const QueueItem& entry);
     void selectedAlbumChanged();
     void availabilityChanged(const QSet<QString>& paths);
+    void coversChanged(const QSet<QString>& keys);
 
     void connectRows();
     void connectSummary();
@@ -175,8 +199,9 @@ class LibraryViewModel : public QObject {
     std::unique_ptr<TrackUserData> m_userData;
     std::unique_ptr<Playlists> m_playlists;
     std::unique_ptr<ViewState> m_views;
+    std::unique_ptr<UndoHistory> m_history;
 
-    std::unique_ptr<CoverStore> m_covers;
+    std::shared_ptr<CoverStore> m_covers; ///< shared with readers, which may hang in a disk
     std::unique_ptr<LibraryStore> m_store;
     std::unique_ptr<CatalogPublisher> m_catalog;
     std::unique_ptr<MetadataCache> m_cache;
@@ -195,20 +220,28 @@ class LibraryViewModel : public QObject {
     std::unique_ptr<SoundCheck> m_soundCheck;
     std::unique_ptr<Transport> m_transport;
     std::unique_ptr<TransportSettings> m_transportSettings;
+    std::unique_ptr<QueueMemory> m_queueMemory;
+    std::unique_ptr<SleepTimer> m_sleepTimer;
     std::unique_ptr<EqualizerSettings> m_equalizer;
     std::unique_ptr<OutputDevices> m_output;
     std::unique_ptr<OutputDeviceListModel> m_outputDevices;
     std::unique_ptr<SignalPath> m_signalPath;
 
     std::unique_ptr<MetadataHealing> m_healing;
+    std::unique_ptr<RecordRenewal> m_renewal;
     std::unique_ptr<Importer> m_importing;
     std::unique_ptr<Restoration> m_restoration;
     std::unique_ptr<Tidying> m_tidying;
+    std::unique_ptr<RemovalHistory> m_removals;
+    std::unique_ptr<CoverFiles> m_coverFiles;
 
+    std::unique_ptr<TableOrder> m_tableOrder;
     std::unique_ptr<Browsing> m_browsing;
     std::unique_ptr<SidebarModel> m_sidebar;
     std::unique_ptr<TidyingLists> m_tidyingLists;
     std::unique_ptr<CollectionPlayer> m_collections;
+    std::unique_ptr<QueueEditing> m_queueEditing;
+    std::unique_ptr<PlaylistExport> m_playlistExport;
     std::unique_ptr<PlayerDisplay> m_player;
     std::unique_ptr<AmbientColor> m_ambient;
     std::unique_ptr<ThemeSettings> m_appearance;

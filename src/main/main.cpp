@@ -2,6 +2,7 @@
 // The program's entry point: the order in which it begins.
 #include "app/arguments.h"
 #include "app/folders.h"
+#include "app/missing_files.h"
 #include "app/program.h"
 #include "app/remote/status_report.h"
 #include "app/second_start.h"
@@ -30,6 +31,15 @@ void print(FILE* stream, const QString& text) {
     std::fputs(text.toLocal8Bit().constData(), stream);
 }
 
+// Whether that leaves nothing to do: all files that the program was given are not there.
+bool complainedOfMissing(const StartRequest& request) {
+    const QStringList missing = missingFiles(request.files);
+    for (const QString& path : missing)
+        print(stderr, u"halvane: no such file or folder: %1\n"_s.arg(path));
+    return !missing.isEmpty() && missing.size() == request.files.size() &&
+           request.actions.isEmpty();
+}
+
 // What can be done without a display; none when the program is to go on.
 std::optional<int> doneEarly(const Arguments& arguments) {
     switch (arguments.task) {
@@ -47,6 +57,8 @@ std::optional<int> doneEarly(const Arguments& arguments) {
     case Arguments::Task::play:
         break;
     }
+    if (complainedOfMissing(arguments.request))
+        return EXIT_FAILURE;
     return leftToAnother(arguments.request) ? std::optional(EXIT_SUCCESS) : std::nullopt;
 }
 
@@ -60,6 +72,16 @@ QStringList commandLine(int argc, char** argv) {
 bool hasDisplay() {
     return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ||
            qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+}
+
+int run(const Arguments& arguments, int argc, char** argv) {
+    QGuiApplication::setDesktopFileName(u"org.halvane.Halvane"_s);
+    QGuiApplication application(argc, argv);
+    const auto views = [](QQmlEngine& engine, LibraryViewModel& library) {
+        return std::make_shared<views::ViewModule>(engine, library);
+    };
+    Program program(arguments, views::ViewModule::root(), views);
+    return program.run();
 }
 
 } // namespace
@@ -83,11 +105,9 @@ int main(int argc, char** argv) {
         print(stderr, u"halvane: no display: start it in a desktop session\n"_s);
         return EXIT_FAILURE;
     }
-    QGuiApplication::setDesktopFileName(u"org.halvane.Halvane"_s);
-    QGuiApplication application(argc, argv);
-    const auto views = [](QQmlEngine& engine, LibraryViewModel& library) {
-        return std::make_shared<views::ViewModule>(engine, library);
-    };
-    Program program(arguments, views::ViewModule::root(), views);
-    return program.run();
+    const int result = run(arguments, argc, argv);
+    // A reader that a disk holds up is left behind, and must not meet libraries that are being
+    // unloaded.
+    std::fflush(nullptr);
+    std::_Exit(result);
 }

@@ -46,12 +46,33 @@ bool isImage(const QString& fileName) {
     return dot > 0 && contains(extensions, fileName.mid(dot + 1).toLower());
 }
 
-std::vector<QString> imagesIn(const QString& folder) {
+// The disc that a folder's name tells.
+std::optional<quint16> discOf(const QString& folder) {
+    QStringView name = QStringView(folder).sliced(folder.lastIndexOf(u'/') + 1);
+    for (const QStringView word : {u"cd", u"disc", u"disk"}) {
+        if (!name.startsWith(word, Qt::CaseInsensitive))
+            continue;
+        name = name.sliced(word.size());
+        while (!name.isEmpty() && QStringView(u" _-.").contains(name.front()))
+            name = name.sliced(1);
+        qsizetype end = 0;
+        while (end < name.size() && name.at(end) >= u'0' && name.at(end) <= u'9')
+            ++end;
+        // "CD 80s Hits" and "CD 1998" are no discs.
+        const bool isWhole = end < name.size() ? !name.at(end).isLetterOrNumber() : true;
+        const quint16 number = isWhole && end <= 2 ? name.first(end).toUShort() : 0;
+        return number > 0 ? std::optional(number) : std::nullopt;
+    }
+    return std::nullopt;
+}
+
+// None where the folder can't be listed.
+std::optional<std::vector<QString>> imagesIn(const QString& folder) {
     std::vector<QString> images;
     const std::unique_ptr<DIR, int (*)(DIR*)> entries(::opendir(folder.toUtf8().constData()),
                                                       ::closedir);
     if (!entries)
-        return images;
+        return std::nullopt;
     while (const dirent* entry = ::readdir(entries.get())) {
         if (entry->d_name[0] == '.')
             continue;
@@ -67,8 +88,28 @@ std::vector<QString> imagesIn(const QString& folder) {
             const int order = collator.compare(a, b);
             return order != 0 ? order < 0 : a < b;
         });
+        // Not every desktop can read HEIC, and beside it often lies the same in a common format.
+        std::stable_partition(images.begin(), images.end(), [](const QString& name) {
+            return !name.endsWith(u".heic"_s, Qt::CaseInsensitive);
+        });
     }
     return images;
+}
+
+FolderCover coverIn(const QString& folder) {
+    static constexpr std::array<QStringView, 6> preferred{u"cover", u"folder",  u"front",
+                                                          u"album", u"artwork", u"封面"};
+    const auto images = imagesIn(folder);
+    if (!images)
+        return {};
+    const auto urlOf = [&](const QString& name) {
+        return FileUrl(folder == u"/"_s ? folder + name : folder + u"/"_s + name);
+    };
+    for (const QStringView wanted : preferred)
+        for (const QString& image : *images)
+            if (baseName(image).compare(wanted, Qt::CaseInsensitive) == 0)
+                return {true, urlOf(image)};
+    return {true, images->size() == 1 ? std::optional(urlOf(images->front())) : std::nullopt};
 }
 
 } // namespace
@@ -78,18 +119,14 @@ QString folderOf(const QString& path) {
     return slash <= 0 ? u"/"_s : path.left(slash);
 }
 
-std::optional<FileUrl> coverInFolder(const QString& folder) {
-    static constexpr std::array<QStringView, 6> preferred{u"cover", u"folder",  u"front",
-                                                          u"album", u"artwork", u"封面"};
-    const std::vector<QString> images = imagesIn(folder);
-    const auto urlOf = [&](const QString& name) {
-        return FileUrl(folder == u"/"_s ? folder + name : folder + u"/"_s + name);
-    };
-    for (const QStringView wanted : preferred)
-        for (const QString& image : images)
-            if (baseName(image).compare(wanted, Qt::CaseInsensitive) == 0)
-                return urlOf(image);
-    return images.size() == 1 ? std::optional(urlOf(images.front())) : std::nullopt;
+std::optional<QString> folderAboveDisc(const QString& folder) {
+    return discOf(folder) ? std::optional(folderOf(folder)) : std::nullopt;
+}
+
+FolderCover lookForCover(const QString& folder) {
+    const FolderCover own = coverIn(folder);
+    const auto above = folderAboveDisc(folder);
+    return own.isKnown && !own.file && above ? coverIn(*above) : own;
 }
 
 std::optional<FileUrl> FolderCovers::cover(const QString& folder) {
@@ -100,7 +137,7 @@ std::optional<FileUrl> FolderCovers::cover(const QString& folder) {
             return *known;
     }
     // Two threads that list one folder at the same time find the same.
-    const auto found = coverInFolder(folder);
+    const auto found = lookForCover(folder).file;
     const std::lock_guard lock(m_mutex);
     return *m_covers.insert(folder, found);
 }
@@ -108,7 +145,7 @@ std::optional<FileUrl> FolderCovers::cover(const QString& folder) {
 namespace TrackMetadataLoader {
 
 std::optional<FileUrl> folderArtworkURL(const FileUrl& near) {
-    return coverInFolder(folderOf(near.path()));
+    return lookForCover(folderOf(near.path())).file;
 }
 
 std::optional<QString> folderAlbumName(const FileUrl& file) {
@@ -128,6 +165,10 @@ std::optional<QString> folderArtistName(const FileUrl& file, const QString& albu
         lowered == album.trimmed().toLower() || contains(ignored, lowered))
         return std::nullopt;
     return name;
+}
+
+std::optional<quint16> folderDiscNumber(const FileUrl& file) {
+    return discOf(folderOf(file.path()));
 }
 
 } // namespace TrackMetadataLoader

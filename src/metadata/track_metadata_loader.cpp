@@ -32,16 +32,31 @@ struct FileName {
     }
 };
 
-// True of formats that are always lossy. An "m4a" may hold lossless audio.
-bool showsBitrate(const QString& lowerCasedExtension) {
-    return lowerCasedExtension == u"mp3"_s || lowerCasedExtension == u"aac"_s ||
-           lowerCasedExtension == u"m4b"_s;
+// True of formats that are always lossy, and of those that are where they tell no depth. An "m4a"
+// may hold lossless audio, whose depth is not always known.
+bool showsBitrate(const QString& lowerCasedExtension, const StreamFacts& stream) {
+    static const QStringList lossy{u"mp3"_s, u"aac"_s, u"m4b"_s};
+    static const QStringList lossyWithoutDepth{u"ogg"_s, u"oga"_s, u"opus"_s,
+                                               u"wv"_s,  u"mpc"_s, u"wma"_s};
+    return lossy.contains(lowerCasedExtension) ||
+           (stream.bitsPerSample == 0 && lossyWithoutDepth.contains(lowerCasedExtension));
 }
 
-std::optional<qint64> bitrateKbps(const QString& extension, qint64 fileSize, double seconds) {
-    if (!(seconds > 1.0) || fileSize < 0 || !showsBitrate(extension.toLower()))
+std::optional<qint64> bitrateKbps(const QString& extension, qint64 fileSize,
+                                  const StreamFacts& stream) {
+    if (!(stream.seconds > 1.0) || fileSize < 0 || !showsBitrate(extension.toLower(), stream))
         return std::nullopt;
-    return std::llround(static_cast<double>(fileSize) * 8 / seconds / 1000);
+    return std::llround(static_cast<double>(fileSize) * 8 / stream.seconds / 1000);
+}
+
+AlbumTags albumTagsFrom(const FileUrl& url, const TagFields& tags) {
+    AlbumTags album;
+    album.albumArtist = tags.albumArtist();
+    album.disc = tags.disc() > 0 ? tags.disc() : folderDiscNumber(url).value_or(0);
+    album.track = tags.track();
+    if (!tags.sortNames().isEmpty())
+        album.sortNames = std::make_shared<const SortNames>(tags.sortNames());
+    return album;
 }
 
 QueueItem itemFrom(const FileUrl& url, const AudioFileReading& reading,
@@ -62,6 +77,7 @@ QueueItem itemFrom(const FileUrl& url, const AudioFileReading& reading,
         item.artist = folderArtistName(url, item.album).value_or(fallbacks.artist);
     item.genre = tags.genre();
     item.year = tags.year();
+    item.albumTags = albumTagsFrom(url, tags);
     item.coverURL = cover;
     if (tags.hasPicture())
         item.coverImageData =
@@ -69,19 +85,34 @@ QueueItem itemFrom(const FileUrl& url, const AudioFileReading& reading,
     item.duration = stream.seconds > 0 ? formatDuration(stream.seconds) : u"--:--"_s;
     if (stream.seconds > 0)
         item.durationSeconds = stream.seconds;
+    if (stream.guessedFrom >= 0)
+        item.readerVersion = unfinishedRecord;
     item.sampleRate = sampleRateText(stream.sampleRate);
     item.bitDepth = bitDepthText(stream.bitsPerSample);
     item.quality = qualityLabel(name.extension.isEmpty() ? u"Audio"_s : name.extension.toUpper(),
                                 item.sampleRate, item.bitDepth,
-                                bitrateKbps(name.extension, reading.fileSize, stream.seconds));
+                                bitrateKbps(name.extension, reading.fileSize, stream));
     return item;
 }
 
-void shareTexts(QueueItem& item, StringPool& pool) {
-    for (QString* text : {&item.artist, &item.album, &item.genre, &item.duration, &item.quality,
-                          &item.sampleRate, &item.bitDepth})
-        *text = pool.shared(*text);
-}
+// Gives the items of one batch shared texts.
+class Sharing {
+  public:
+    void share(QueueItem& item) {
+        for (QString* text : {&item.artist, &item.album, &item.genre, &item.duration, &item.quality,
+                              &item.sampleRate, &item.bitDepth, &item.albumTags.albumArtist})
+            *text = m_pool.shared(*text);
+        auto& names = item.albumTags.sortNames;
+        if (names && m_names && *names == *m_names) // as in the track before
+            names = m_names;
+        else if (names)
+            m_names = names;
+    }
+
+  private:
+    StringPool m_pool;
+    std::shared_ptr<const SortNames> m_names;
+};
 
 } // namespace
 
@@ -99,7 +130,8 @@ class Reader {
         , m_fallbacks(fallbacks)
         , m_journal(with.journal)
         , m_known(with.known)
-        , m_isEvicted(with.isEvicted) {}
+        , m_isEvicted(with.isEvicted)
+        , m_countsLengths(with.countsLengths) {}
 
     LoadedItem read(std::size_t index, bool isAlone) {
         const FileUrl& url = m_urls[index];
@@ -133,15 +165,22 @@ class Reader {
         return m_journal && m_journal->verdict(path) == ReadingJournal::Verdict::condemned;
     }
 
+    [[nodiscard]] AudioFileReading readWhole(const QString& path) const {
+        AudioFileReading reading = readAudioFile(path);
+        if (m_countsLengths)
+            countLength(path, reading.metadata.stream);
+        return reading;
+    }
+
     AudioFileReading readNoted(std::size_t index, bool isAlone) {
         const QString& path = m_urls[index].path();
         if (!m_journal)
-            return readAudioFile(path);
+            return readWhole(path);
         AudioFileReading reading;
         {
             const ReadingJournal::Entry entry(*m_journal, path, isAlone);
             const ReadingEffort::Scope scope(m_effort, index);
-            reading = readAudioFile(path);
+            reading = readWhole(path);
         }
         if (reading.isLate)
             m_journal->condemn(path);
@@ -156,6 +195,7 @@ class Reader {
         m_journal; // shared, because a reader that is held up outlives its owner
     std::function<std::optional<LoadedItem>(const FileUrl& url)> m_known;
     std::function<bool(const QString& path)> m_isEvicted;
+    const bool m_countsLengths;
     FolderCovers m_covers;
     ReadingEffort m_effort; // by index
 };
@@ -169,7 +209,7 @@ void streamItems(const std::vector<FileUrl>& urls, const Fallbacks& fallbacks,
     // The threads share it, because one that is held up outlives this call.
     auto reader = std::make_shared<Reader>(urls, fallbacks, with);
     const auto isCancelled = [&with] { return with.stop.stop_requested(); };
-    StringPool pool;
+    Sharing sharing;
 
     const auto readRange = [&](std::size_t begin, std::size_t end, std::size_t threads) {
         Parallel::Options options;
@@ -192,7 +232,7 @@ void streamItems(const std::vector<FileUrl>& urls, const Fallbacks& fallbacks,
                         result = isCancelled() ? reader->bare(next) : reader->giveUp(next);
                     ++next;
                     items.push_back(std::move(*result));
-                    shareTexts(items.back().item, pool);
+                    sharing.share(items.back().item);
                 }
                 take(std::move(items));
             });

@@ -35,10 +35,20 @@ namespace TrackMetadataLoader {
 /// Whether the extension, in any case, is one of those that can be played.
 bool isPlayable(const QString& fileName);
 
+/// What was found under some roots.
+struct AudioFiles {
+    std::vector<FileUrl> urls;
+    std::size_t leftOut = 0;      ///< files of music of kinds that can't be played
+    std::vector<QString> missing; ///< roots that are not there
+};
+
 /// The playable files under the roots (files or folders), root by root. Each folder's files are
 /// sorted by path, code point by code point. Hidden files and folders, the insides of packages,
-/// unreadable folders and names that are not valid UTF-8 are left out; links are followed, each
-/// folder is walked once. Duplicates across overlapping roots are kept.
+/// unreadable folders and names that are not valid UTF-8 are left out. A link, which a root may be
+/// too, gives only what no root gives by its own path. Duplicates across overlapping roots are
+/// kept.
+AudioFiles findAudioFiles(const std::vector<QString>& roots, const std::stop_token& stop = {});
+/// The same without the count.
 std::vector<FileUrl> audioFileURLs(const std::vector<QString>& roots,
                                    const std::stop_token& stop = {});
 
@@ -46,6 +56,9 @@ std::vector<FileUrl> audioFileURLs(const std::vector<QString>& roots,
 struct Accompaniment {
     std::shared_ptr<ReadingJournal> journal; ///< remembers files that crash or hang readers
     std::stop_token stop;                    ///< on request the files not yet read stay bare
+    /// Whether the length of a file that does not state it is counted, for which the whole file is
+    /// read. It is guessed otherwise.
+    bool countsLengths = false;
     /// Whether opening a file would block until it is downloaded. Such a file yields what its name
     /// says. Called on many threads, and must own what it uses.
     std::function<bool(const QString& path)> isEvicted;
@@ -87,13 +100,16 @@ QueueItem queueItem(const FileUrl& url, const Fallbacks& fallbacks);
 /// else.
 std::optional<QUrl> url(const QVariant& fromDroppedItem);
 
-/// The cover file in a file's folder: by a preferred name, or the only picture there.
+/// The cover file in a file's folder: by a preferred name, or the only picture there. A folder of
+/// one disc without a cover has that of the folder above.
 std::optional<FileUrl> folderArtworkURL(const FileUrl& near);
 /// The name of a file's folder, cleaned of a leading number and underscores; none where nothing is
 /// left of it.
 std::optional<QString> folderAlbumName(const FileUrl& file);
 /// The name of the folder above a file's folder, where it can be an artist's.
 std::optional<QString> folderArtistName(const FileUrl& file, const QString& album);
+/// The disc that the name of a file's folder tells, such as "CD1", "CD 2 - Live" or "Disc 03".
+std::optional<quint16> folderDiscNumber(const FileUrl& file);
 
 /// The sample rate and bit depth of a file's first audio stream as texts; empty when not known.
 struct StreamDetails {

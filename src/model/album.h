@@ -23,6 +23,7 @@ struct Album {
     Q_PROPERTY(QString artist MEMBER artist)
     Q_PROPERTY(int year READ shownYear)
     Q_PROPERTY(int trackCount READ shownTrackCount)
+    Q_PROPERTY(int discCount READ shownDiscCount)
     Q_PROPERTY(QString duration MEMBER duration)
     Q_PROPERTY(double totalSeconds MEMBER totalSeconds)
     Q_PROPERTY(QString quality MEMBER quality)
@@ -36,6 +37,9 @@ struct Album {
     qint64 year = 0;
     QString genre;
     qint64 trackCount = 0;
+    /// How many discs its tracks are on; 0 when they are not all numbered, and so have no order of
+    /// their own.
+    qint64 discCount = 0;
     QString duration; ///< display text
     double totalSeconds = 0;
     QString quality;
@@ -51,6 +55,7 @@ struct Album {
     // Views know no 64-bit integers.
     [[nodiscard]] int shownYear() const { return static_cast<int>(year); }
     [[nodiscard]] int shownTrackCount() const { return static_cast<int>(trackCount); }
+    [[nodiscard]] int shownDiscCount() const { return static_cast<int>(discCount); }
 
     bool operator==(const Album&) const = default;
 
@@ -66,6 +71,7 @@ inline size_t qHash(const Album& v, size_t seed = 0) {
         .add(v.year)
         .add(v.genre)
         .add(v.trackCount)
+        .add(v.discCount)
         .add(v.duration)
         .add(v.totalSeconds)
         .add(v.quality)

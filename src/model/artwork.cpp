@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "model/artwork.h"
 
+#include "model/picture_file.h"
+
 #include <QCryptographicHash>
-#include <QFile>
 
 namespace halvane {
 
@@ -26,10 +27,7 @@ class FileSource final : public ArtworkSource {
   public:
     explicit FileSource(const QString& path)
         : m_path(path) {}
-    [[nodiscard]] QByteArray read() const override {
-        QFile file(m_path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
+    [[nodiscard]] QByteArray read() const override { return readPictureFile(m_path).bytes; }
     [[nodiscard]] QString key() const override { return m_path; }
     [[nodiscard]] QString filePath() const override { return m_path; }
 

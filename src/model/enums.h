@@ -28,6 +28,10 @@ Q_ENUM_NS(CornerStyle)
 enum class BackgroundStyle { dark, oled, ambient };
 Q_ENUM_NS(BackgroundStyle)
 
+/// The order of the track table: the library's own, or by a column.
+enum class TrackOrder { library, title, artist, album, quality, time };
+Q_ENUM_NS(TrackOrder)
+
 /// Whether a track's file can be played now.
 enum class TrackAvailability { available, inCloud, missing };
 Q_ENUM_NS(TrackAvailability)

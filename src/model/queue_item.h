@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "model/album_tags.h"
 #include "model/artwork.h"
 #include "model/file_url.h"
 #include "model/fresh_id.h"
 #include "model/hash.h"
+#include "model/reader_version.h"
 
 #include <QMetaType>
 #include <QUuid>
@@ -37,6 +39,7 @@ struct QueueItem {
     qint64 year = 0;    ///< 0 = unknown
     QString sampleRate; ///< display text
     QString bitDepth;   ///< display text
+    AlbumTags albumTags;
     std::optional<Artwork> coverImageData;
     std::optional<FileUrl> coverURL;
     std::optional<double> durationSeconds;
@@ -45,10 +48,16 @@ struct QueueItem {
     double readDate = 0;
     qint64 fileSize = -1;   ///< the file's, in bytes, when this was read from it; -1 = not known
     bool isPlaying = false; ///< set on the entry that is current
+    quint8 readerVersion = currentReaderVersion; ///< of what was read from the file
 
     /// The standardized path of the file, empty without one.
     [[nodiscard]] QString path() const {
         return sourceURL ? sourceURL->standardizedPath() : QString();
+    }
+
+    /// Who leads the album: the album artist where there is one, else the track's artist.
+    [[nodiscard]] const QString& leadArtist() const {
+        return albumTags.albumArtist.isEmpty() ? artist : albumTags.albumArtist;
     }
 
     bool operator==(const QueueItem&) const = default;
@@ -66,6 +75,7 @@ inline size_t qHash(const QueueItem& v, size_t seed = 0) {
         .add(v.year)
         .add(v.sampleRate)
         .add(v.bitDepth)
+        .add(v.albumTags)
         .add(v.coverImageData)
         .add(v.coverURL)
         .add(v.durationSeconds)

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "model/album_tags.h"
 #include "model/artwork.h"
 #include "model/file_size.h"
 #include "model/file_url.h"
 #include "model/fresh_id.h"
 #include "model/hash.h"
+#include "model/reader_version.h"
 
 #include <QString>
 #include <QUuid>
@@ -32,6 +34,8 @@ struct Track {
     qint64 rating = 0;
     qint64 plays = 0;
     bool loved = false;
+    quint8 readerVersion = currentReaderVersion; ///< of what was read from the file
+    AlbumTags albumTags;
     std::optional<FileUrl> sourceURL;
     std::optional<Artwork> coverImageData;
     std::optional<FileUrl> coverURL;
@@ -42,6 +46,11 @@ struct Track {
     /// The standardized path of the file, empty without one.
     [[nodiscard]] QString path() const {
         return sourceURL ? sourceURL->standardizedPath() : QString();
+    }
+
+    /// Who leads the album: the album artist where there is one, else the track's artist.
+    [[nodiscard]] const QString& leadArtist() const {
+        return albumTags.albumArtist.isEmpty() ? artist : albumTags.albumArtist;
     }
 
     /// Display text of the file's size, empty while it is not known.
@@ -67,6 +76,7 @@ inline size_t qHash(const Track& v, size_t seed = 0) {
         .add(v.rating)
         .add(v.plays)
         .add(v.loved)
+        .add(v.albumTags)
         .add(v.sourceURL)
         .add(v.coverImageData)
         .add(v.coverURL)

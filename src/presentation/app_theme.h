@@ -52,6 +52,14 @@ double ambientBackgroundBoost(BackgroundStyle style);
 /// The accent colour of a mode.
 Color resolvedThemeAccent(SpectrumTintMode mode, const Color& ambient, const Color& custom);
 
+/// How well one opaque colour reads on another, 1 to 21: WCAG 2.2, "contrast ratio".
+double contrast(const Color& one, const Color& other);
+
+/// The colour itself where text in it keeps a contrast of 4.5 on every surface of the windows, and
+/// on those that are selected in it. Otherwise its hue, lifted until it does: first brighter, then
+/// paler. A colour that is not made of finite numbers comes back as it is.
+Color legible(const Color& color);
+
 /// The colour of the spectrum in a mode. Mint means the accent in use here, not the default accent.
 Color spectrumTint(SpectrumTintMode mode, const Color& ambient, const Color& custom,
                    const Color& accent);

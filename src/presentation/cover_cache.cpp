@@ -20,22 +20,18 @@ CoverCache::CoverCache(qsizetype bytes)
     : m_covers(bytes) {
 }
 
-bool CoverCache::find(const Artwork& artwork, QSize pixels, QImage& found) const {
-    const Key key{artwork.key(), pixels};
+bool CoverCache::find(const QString& picture, QSize pixels, QImage& found) const {
     const QMutexLocker locker(&m_mutex);
-    const QImage* image = m_covers.object(key);
+    const QImage* image = m_covers.object({picture, pixels});
     if (image)
         found = *image;
     return image != nullptr;
 }
 
-QImage CoverCache::cover(const Artwork& artwork, QSize pixels) {
-    QImage image;
-    if (find(artwork, pixels, image))
-        return image;
-    image = decodeCover(artwork.read(), pixels);
+QImage CoverCache::decode(const QString& picture, const QByteArray& bytes, QSize pixels) {
+    QImage image = decodeCover(bytes, pixels);
     const QMutexLocker locker(&m_mutex);
-    m_covers.insert({artwork.key(), pixels}, new QImage(image), image.sizeInBytes() + entryBytes);
+    m_covers.insert({picture, pixels}, new QImage(image), image.sizeInBytes() + entryBytes);
     return image;
 }
 

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "model/artwork.h"
-
+#include <QByteArray>
 #include <QCache>
 #include <QImage>
 #include <QMutex>
 #include <QSize>
+#include <QString>
 
 namespace halvane {
 
@@ -18,12 +18,12 @@ class CoverCache {
 
     explicit CoverCache(qsizetype bytes = defaultBytes);
 
-    /// The cover scaled to cover a size in pixels (its own size where it is smaller); a null image
-    /// when it does not decode. Reads and decodes what is not at hand, so never on the main thread.
-    QImage cover(const Artwork& artwork, QSize pixels);
-
     /// The cover if it is at hand; false when it has to be decoded.
-    [[nodiscard]] bool find(const Artwork& artwork, QSize pixels, QImage& found) const;
+    [[nodiscard]] bool find(const QString& picture, QSize pixels, QImage& found) const;
+
+    /// The cover of these bytes, scaled to cover a size in pixels (its own size where it is
+    /// smaller); a null image when it does not decode. Never on the main thread.
+    QImage decode(const QString& picture, const QByteArray& bytes, QSize pixels);
 
     /// Bytes that the covers held take.
     [[nodiscard]] qsizetype bytes() const;

@@ -3,7 +3,9 @@
 
 #include "platform/session/preferred_languages.h"
 
+#include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace halvane {
 
@@ -69,6 +71,13 @@ QString with(QStringView text, qint64 number) {
     return text.toString().replace(u"%1"_s, QString::number(number));
 }
 
+// One track by its title, several by their number.
+QString named(const QString& title, qint64 count, ResolvedLanguage language) {
+    if (count != 1)
+        return isChinese(language) ? with(u" %1 首", count) : with(u"%1 tracks", count);
+    return isChinese(language) ? u"「"_s + title + u"」"_s : u'"' + title + u'"';
+}
+
 } // namespace
 
 QString text(L10nKey key, ResolvedLanguage language) {
@@ -92,6 +101,48 @@ QString downloadingTrack(const QString& trackTitle, ResolvedLanguage language) {
                                : u"Downloading \""_s + trackTitle + u"\" from iCloud"_s;
 }
 
+QString playsNext(const QString& trackTitle, qint64 count, ResolvedLanguage language) {
+    if (isChinese(language))
+        return u"下一首播放"_s + named(trackTitle, count, language);
+    return count == 1 ? named(trackTitle, count, language) + u" plays next"_s
+                      : named(trackTitle, count, language) + u" play next"_s;
+}
+
+QString addedToQueue(const QString& trackTitle, qint64 count, ResolvedLanguage language) {
+    return isChinese(language)
+               ? u"已将"_s + named(trackTitle, count, language) + u"加入待播队列"_s
+               : u"Added "_s + named(trackTitle, count, language) + u" to Up Next"_s;
+}
+
+QString removedFromQueue(const QString& trackTitle, qint64 count, ResolvedLanguage language) {
+    return isChinese(language)
+               ? u"已从待播队列移除"_s + named(trackTitle, count, language)
+               : u"Removed "_s + named(trackTitle, count, language) + u" from Up Next"_s;
+}
+
+QString removedFromLibrary(const QString& trackTitle, qint64 count, ResolvedLanguage language) {
+    return isChinese(language)
+               ? u"已从资料库移除"_s + named(trackTitle, count, language)
+               : u"Removed "_s + named(trackTitle, count, language) + u" from the library"_s;
+}
+
+QString removedFromPlaylist(const QString& trackTitle, const QString& name,
+                            ResolvedLanguage language) {
+    return isChinese(language)
+               ? u"已从「"_s + name + u"」移除"_s + named(trackTitle, 1, language)
+               : u"Removed "_s + named(trackTitle, 1, language) + u" from \""_s + name + u'"';
+}
+
+QString deletedPlaylist(const QString& name, ResolvedLanguage language) {
+    return isChinese(language) ? u"已删除播放列表「"_s + name + u"」"_s
+                               : u"Deleted playlist \""_s + name + u'"';
+}
+
+QString savedAsPlaylist(const QString& name, ResolvedLanguage language) {
+    return isChinese(language) ? u"已存为播放列表「"_s + name + u"」"_s
+                               : u"Saved as playlist \""_s + name + u"\""_s;
+}
+
 QString maintenanceBadge(qint64 count, ResolvedLanguage language) {
     if (isChinese(language))
         return with(u"%1 项待整理", count);
@@ -101,6 +152,16 @@ QString maintenanceBadge(qint64 count, ResolvedLanguage language) {
 QString artistSummary(qint64 albums, qint64 tracks, ResolvedLanguage language) {
     return isChinese(language) ? with(u"%1 张专辑 - ", albums) + with(u"%1 首歌曲", tracks)
                                : with(u"%1 albums - ", albums) + with(u"%1 tracks", tracks);
+}
+
+QString guestSummary(qint64 albums, ResolvedLanguage language) {
+    if (isChinese(language))
+        return with(u"参与 %1 张专辑", albums);
+    return albums == 1 ? u"Appears on 1 album"_s : with(u"Appears on %1 albums", albums);
+}
+
+QString discHeading(qint64 disc, ResolvedLanguage language) {
+    return with(isChinese(language) ? u"光盘 %1" : u"Disc %1", disc);
 }
 
 QString visibleCount(qint64 count, ResolvedLanguage language) {
@@ -149,12 +210,127 @@ QString importResult(qint64 added, qint64 skipped, ResolvedLanguage language) {
                    : with(u"Added %1, ", added) + with(u"skipped %1", skipped);
 }
 
+QString withLeftOut(const QString& message, qint64 leftOut, ResolvedLanguage language) {
+    if (leftOut < 1)
+        return message;
+    const bool chinese = isChinese(language);
+    return message + u" · "_s +
+           with(chinese ? u"%1 个其他类型的文件未加入" : u"%1 of other kinds left out", leftOut);
+}
+
+QString withMissing(const QString& message, const QStringList& names, ResolvedLanguage language) {
+    if (names.isEmpty())
+        return message;
+    const bool chinese = isChinese(language);
+    QString missing = (chinese ? u"找不到：%1"_s : u"Not found: %1"_s).arg(names.front());
+    if (names.size() > 1)
+        missing += with(chinese ? u" 等 %1 项" : u" and %1 more",
+                        chinese ? names.size() : names.size() - 1);
+    return message.isEmpty() ? missing : message + u" · "_s + missing;
+}
+
+QString addedPlaylists(const QStringList& names, qint64 notFound, qint64 entries, qint64 addresses,
+                       ResolvedLanguage language) {
+    const bool chinese = isChinese(language);
+    QString text =
+        names.size() > 1
+            ? with(chinese ? u"已加入 %1 个播放列表" : u"Added %1 playlists", names.size())
+        : chinese ? u"已加入「"_s + names.value(0) + u"」"_s
+                  : u"Added \""_s + names.value(0) + u'"';
+    if (notFound > 0)
+        text += chinese ? with(u" · %1 项中", entries) + with(u"有 %1 项未找到", notFound)
+                        : with(u" · %1", notFound) + with(u" of %1 not found", entries);
+    if (addresses > 0)
+        text += with(chinese          ? u" · 略过 %1 个网络地址"
+                     : addresses == 1 ? u" · 1 network address left out"
+                                      : u" · %1 network addresses left out",
+                     addresses);
+    return text;
+}
+
+QString playlistUnreadable(const QString& fileName, ResolvedLanguage language) {
+    return isChinese(language) ? u"无法读取列表「"_s + fileName + u"」"_s
+                               : u"Can't read the list \""_s + fileName + u'"';
+}
+
+QString exportedPlaylist(const QString& name, ResolvedLanguage language) {
+    return isChinese(language) ? u"已导出「"_s + name + u"」"_s : u"Exported \""_s + name + u'"';
+}
+
+QString playlistNotWritten(const QString& fileName, ResolvedLanguage language) {
+    return isChinese(language) ? u"无法写入「"_s + fileName + u"」"_s
+                               : u"Can't write \""_s + fileName + u'"';
+}
+
+QString sleepTimer(qint64 minutes, ResolvedLanguage language) {
+    if (isChinese(language))
+        return minutes < 1 ? u"睡眠定时已关闭"_s : with(u"%1 分钟后暂停播放", minutes);
+    return minutes < 1    ? u"Sleep timer off"_s
+           : minutes == 1 ? u"Playback pauses in 1 minute"_s
+                          : with(u"Playback pauses in %1 minutes", minutes);
+}
+
+QString stopsAfterCurrent(bool stops, ResolvedLanguage language) {
+    if (isChinese(language))
+        return stops ? u"播完当前曲目后停止"_s : u"播完当前曲目后继续"_s;
+    return stops ? u"Stops after this track"_s : u"Plays on after this track"_s;
+}
+
+QString importStopped(qint64 added, ResolvedLanguage language) {
+    const bool chinese = isChinese(language);
+    if (added < 1)
+        return chinese ? u"已停止导入"_s : u"Import stopped"_s;
+    return with(chinese ? u"已停止导入，已加入 %1 项" : u"Import stopped, added %1", added);
+}
+
+QString importReading(double part, ResolvedLanguage language) {
+    return with(isChinese(language) ? u"正在读取文件… %1%" : u"Reading files… %1%",
+                std::lround(std::clamp(part, 0.0, 1.0) * 100));
+}
+
+QString timeSpan(qint64 minutes, ResolvedLanguage language) {
+    const bool chinese = isChinese(language);
+    constexpr qint64 hour = 60;
+    constexpr qint64 day = 24 * hour;
+    if (minutes < hour)
+        return with(chinese ? u"%1 分钟" : u"%1 min", minutes);
+    if (minutes < day)
+        return with(chinese ? u"%1 小时 " : u"%1 h ", minutes / hour) +
+               with(chinese ? u"%1 分钟" : u"%1 min", minutes % hour);
+    return with(chinese ? u"%1 天 " : u"%1 d ", minutes / day) +
+           with(chinese ? u"%1 小时" : u"%1 h", minutes % day / hour);
+}
+
+QString tracksLeft(qint64 count, ResolvedLanguage language) {
+    return with(isChinese(language) ? u"还剩 %1 首" : u"%1 left", count);
+}
+
 QString albumDuration(qint64 totalMinutes, ResolvedLanguage language) {
     const bool chinese = isChinese(language);
     if (totalMinutes < 60)
         return with(chinese ? u"%1 分钟" : u"%1 min", totalMinutes);
     return with(chinese ? u"%1 小时 " : u"%1h ", totalMinutes / 60) +
            with(chinese ? u"%1 分钟" : u"%1m", totalMinutes % 60);
+}
+
+QString albumLength(double seconds, ResolvedLanguage language) {
+    constexpr double minute = 60;
+    constexpr double longest = 1e15; // nonsense must not overflow
+    if (!(seconds < minute))
+        return albumDuration(static_cast<qint64>(std::min(seconds, longest) / minute), language);
+    const double shown = std::max(1.0, std::floor(seconds));
+    return with(isChinese(language) ? u"%1 秒" : u"%1 sec", static_cast<qint64>(shown));
+}
+
+QString loveTrack(const QString& trackTitle, ResolvedLanguage language) {
+    return (isChinese(language) ? u"喜欢“%1”"_s : u"Love “%1”"_s).arg(trackTitle);
+}
+
+QString dialogTitle(const QString& command) {
+    qsizetype end = command.size();
+    while (end > 0 && (command[end - 1] == u'.' || command[end - 1] == u'…'))
+        --end;
+    return command.first(end);
 }
 
 QString trackCount(qint64 count, ResolvedLanguage language) {

@@ -149,9 +149,51 @@
     X(repeatOff, u"Repeat off", u"循环关闭") \
     X(repeatAll, u"Repeat playlist", u"列表循环") \
     X(repeatOne, u"Repeat one", u"单曲循环") \
+    X(startWith, u"Start with", u"启动时的队列") \
+    X(startWithLibrary, u"The whole library", u"整个资料库") \
+    X(startWithLeftOff, u"Where I left off", u"上次离开之处") \
+    X(startWithHint, u"Where you left off: the queue, the track and the place in it come back, paused.", u"上次离开之处：恢复待播队列、曲目和播放位置，并保持暂停。") \
     X(soundCheckLeftOut, u"Files on network shares are analyzed when they play. Files that reading would download from a cloud are left out.", u"网络共享上的文件在播放时分析。读取时需要从云端下载的文件不参与分析。") \
     X(clipping, u"Clipping", u"正在削波") \
     X(notClipping, u"Not clipping", u"未削波") \
     X(clippingHint, u"Lights while the sound passes full scale and is cut off there. A lower preamp avoids that.", u"声音超过满刻度而被削平时亮起。降低前置增益即可避免。") \
-    X(showInFileManager, u"Show in File Manager", u"在文件管理器中显示")
+    X(showInFileManager, u"Show in File Manager", u"在文件管理器中显示") \
+    X(appearsOn, u"Appears on", u"参与作品") \
+    X(importSearching, u"Searching for music…", u"正在搜索音乐…") \
+    X(importedFilesGone, u"Nothing was added: the files are no longer there", u"没有加入任何文件：这些文件已不存在") \
+    X(stopImport, u"Stop", u"停止") \
+    X(artist, u"Artist", u"艺人") \
+    X(sortByColumn, u"Sort by this column", u"按此列排序") \
+    X(reverseOrder, u"Reverse the order", u"反转顺序") \
+    X(libraryOrder, u"Back to the library's order", u"恢复资料库顺序") \
+    X(sortedAscending, u"Sorted, ascending", u"已升序排列") \
+    X(sortedDescending, u"Sorted, descending", u"已降序排列") \
+    X(playNextCommand, u"Play Next", u"下一首播放") \
+    X(addToQueue, u"Add to Queue", u"加入待播队列") \
+    X(removeFromQueue, u"Remove from Queue", u"从待播队列移除") \
+    X(moveInQueue, u"Move in Queue", u"移动待播曲目") \
+    X(clearQueue, u"Clear Queue", u"清空待播队列") \
+    X(queueCleared, u"Up Next cleared", u"已清空待播队列") \
+    X(saveAsPlaylist, u"Save as Playlist...", u"存为播放列表…") \
+    X(deletePlaylist, u"Delete Playlist", u"删除播放列表") \
+    X(undoCommand, u"Undo", u"撤销") \
+    X(redoCommand, u"Redo", u"重做") \
+    X(moreActions, u"More", u"更多") \
+    X(mute, u"Mute", u"静音") \
+    X(unmute, u"Unmute", u"取消静音") \
+    X(turnShuffleOn, u"Turn shuffle on", u"打开随机播放") \
+    X(turnShuffleOff, u"Turn shuffle off", u"关闭随机播放") \
+    X(exportCommand, u"Export...", u"导出…") \
+    X(exportPlaylist, u"Export as M3U8 or XSPF", u"导出为 M3U8 或 XSPF") \
+    X(exportPrompt, u"Export", u"导出") \
+    X(dropToQueue, u"Drop to add to the queue", u"松开加入待播队列") \
+    X(dropToQueueHint, u"Added files appear in the queue", u"文件会自动加入待播队列") \
+    X(noResultsHint, u"Try fewer letters, or another word of the title, artist or album.", u"请减少输入的文字，或换用标题、艺人、专辑中的其他词。") \
+    X(emptyPlaylist, u"Nothing in this playlist yet", u"此播放列表还是空的") \
+    X(emptyPlaylistHint, u"Drag tracks or albums onto its name, or choose “Add to Playlist” from their menu.", u"把歌曲或专辑拖到它的名称上，或在其菜单中选择“加入播放列表”。") \
+    X(browseTracks, u"Browse Tracks", u"浏览歌曲") \
+    X(emptyLoved, u"No loved tracks yet", u"还没有喜欢的歌曲") \
+    X(emptyLovedHint, u"Press the heart of a track and it is kept here.", u"点按歌曲的心形图标，它就会保存在这里。") \
+    X(emptyQueue, u"Nothing up next", u"待播队列是空的") \
+    X(emptyQueueHint, u"Drag tracks or albums here, or choose “Add to Queue” from their menu.", u"把歌曲或专辑拖到这里，或在其菜单中选择“加入待播队列”。")
 // clang-format on

@@ -19,6 +19,10 @@ QString Strings::artistSummary(int albums, int tracks) const {
     return L10n::artistSummary(albums, tracks, m_language());
 }
 
+QString Strings::discHeading(int disc) const {
+    return L10n::discHeading(disc, m_language());
+}
+
 QString Strings::visibleCount(int count) const {
     return L10n::visibleCount(count, m_language());
 }
@@ -43,8 +47,20 @@ QString Strings::importResult(int added, int skipped) const {
     return L10n::importResult(added, skipped, m_language());
 }
 
-QString Strings::albumDuration(int totalMinutes) const {
-    return L10n::albumDuration(totalMinutes, m_language());
+QString Strings::importReading(double part) const {
+    return L10n::importReading(part, m_language());
+}
+
+QString Strings::albumLength(double seconds) const {
+    return L10n::albumLength(seconds, m_language());
+}
+
+QString Strings::loveTrack(const QString& trackTitle) const {
+    return L10n::loveTrack(trackTitle, m_language());
+}
+
+QString Strings::dialogTitle(const QString& command) const {
+    return L10n::dialogTitle(command);
 }
 
 QString Strings::trackCount(int count) const {

@@ -48,12 +48,16 @@ class Strings : public QObject {
     Q_INVOKABLE [[nodiscard]] QString maintenanceBadge(int count) const;
     Q_INVOKABLE [[nodiscard]] QString artistSummary(int albums, int tracks) const;
     Q_INVOKABLE [[nodiscard]] QString visibleCount(int count) const;
+    Q_INVOKABLE [[nodiscard]] QString discHeading(int disc) const;
     Q_INVOKABLE [[nodiscard]] QString confirmRemoveMissing(int count) const;
     Q_INVOKABLE [[nodiscard]] QString confirmRemoveDuplicates(int groups) const;
     Q_INVOKABLE [[nodiscard]] QString cloudDownloadStarted(int count) const;
     Q_INVOKABLE [[nodiscard]] QString playlistCount(int count) const;
     Q_INVOKABLE [[nodiscard]] QString importResult(int added, int skipped) const;
-    Q_INVOKABLE [[nodiscard]] QString albumDuration(int totalMinutes) const;
+    Q_INVOKABLE [[nodiscard]] QString importReading(double part) const;
+    Q_INVOKABLE [[nodiscard]] QString albumLength(double seconds) const;
+    Q_INVOKABLE [[nodiscard]] QString loveTrack(const QString& trackTitle) const;
+    Q_INVOKABLE [[nodiscard]] QString dialogTitle(const QString& command) const;
     Q_INVOKABLE [[nodiscard]] QString trackCount(int count) const;
     Q_INVOKABLE [[nodiscard]] QString languageName(halvane::AppLanguage setting) const;
 

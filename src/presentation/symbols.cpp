@@ -17,7 +17,9 @@ struct Entry {
 
 // In the order of the names. The comments are the font's own names for its glyphs.
 constexpr Entry table[] = {
+    {u"arrow.down", 0xE5DB},                         // arrow_downward
     {u"arrow.down.right.and.arrow.up.left", 0xF1CF}, // close_fullscreen
+    {u"arrow.up", 0xE5D8},                           // arrow_upward
     {u"arrow.up.left.and.arrow.down.right", 0xF1CE}, // open_in_full
     {u"backward.fill", 0xE020},                      // fast_rewind
     {u"checkmark", 0xE5CA},                          // check
@@ -27,6 +29,7 @@ constexpr Entry table[] = {
     {u"chevron.right", 0xE5CC},                      // chevron_right
     {u"chevron.up.chevron.down", 0xE5D7},            // unfold_more
     {u"doc.on.doc", 0xE14D},                         // content_copy
+    {u"ellipsis", 0xE5D3},                           // more_horiz
     {u"exclamationmark.circle", 0xE001},             // error_outline
     {u"exclamationmark.triangle.fill", 0xE002},      // warning
     {u"folder", 0xE2C7},                             // folder
@@ -60,16 +63,19 @@ constexpr Entry table[] = {
     {u"sidebar.right", 0xE949},                      // vertical_split
     {u"slider.horizontal.3", 0xE429},                // tune
     {u"speaker.fill", 0xE04E},                       // volume_mute
+    {u"speaker.slash", 0xE04F},                      // volume_off
     {u"speaker.wave.2", 0xE050},                     // volume_up
     {u"speaker.wave.2.fill", 0xE050},                // volume_up
     {u"speaker.wave.3.fill", 0xE050},                // volume_up
     {u"square", 0xE3C6},                             // crop_square
+    {u"square.and.arrow.up", 0xE2C6},                // file_upload
     {u"square.grid.2x2", 0xE9B0},                    // grid_view
     {u"square.on.square", 0xE3E0},                   // filter_none
     {u"star", 0xE83A},                               // star_border
     {u"star.fill", 0xE838},                          // star
     {u"text.badge.minus", 0xEB80},                   // playlist_remove
     {u"text.badge.plus", 0xE03B},                    // playlist_add
+    {u"text.insert", 0xE05F},                        // playlist_play
     {u"trash", 0xE872},                              // delete
     {u"wand.and.sparkles", 0xE663},                  // auto_fix_high
     {u"waveform", 0xE1B8},                           // graphic_eq

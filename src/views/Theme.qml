@@ -73,10 +73,11 @@ QtObject {
     readonly property real helpIndent: 44 // of the words beside their symbols
 
     // Durations, ms
-    readonly property int quick: 140
-    readonly property int paneSlide: 180
-    readonly property int panelSlide: 280
-    readonly property int ambientChange: 1600
+    readonly property bool isMotionReduced: App.isMotionReduced
+    readonly property int quick: theme.isMotionReduced ? 0 : 140
+    readonly property int paneSlide: theme.isMotionReduced ? 0 : 180
+    readonly property int panelSlide: theme.isMotionReduced ? 0 : 280
+    readonly property int ambientChange: theme.isMotionReduced ? 0 : 1600
     readonly property int tipDelay: 600
 
     // Text styles
@@ -85,6 +86,7 @@ QtObject {
     readonly property font displayTitle: AppPalette.font(32, 700, -0.8)
     readonly property font overlayTitle: AppPalette.font(24, 700, -0.5)
     readonly property font cardTitle: AppPalette.font(15, 700)
+    readonly property font emptyTitle: AppPalette.font(17, 700, -0.2)
     readonly property font emphasis: AppPalette.font(15, 600)
     readonly property font name: AppPalette.font(13, 600)
     readonly property font body: AppPalette.font(13, 500)

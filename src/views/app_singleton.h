@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "app/commands/command_id.h"
 #include "app/halvane_app.h"
 #include "app/quick_file_chooser.h"
 
@@ -23,6 +24,24 @@ struct AppSingleton {
         return app;
     }
 };
+
+/// The commands whose keys the buttons name, for HalvaneApp::keysOf.
+namespace CommandKind {
+Q_NAMESPACE
+QML_ELEMENT
+enum Value {
+    ImportMusicFolder = static_cast<int>(CommandId::importMusicFolder),
+    ToggleNowPlayingPanel = static_cast<int>(CommandId::toggleNowPlayingPanel),
+    PlayPause = static_cast<int>(CommandId::playPause),
+    NextTrack = static_cast<int>(CommandId::nextTrack),
+    PreviousTrack = static_cast<int>(CommandId::previousTrack),
+    ToggleShuffle = static_cast<int>(CommandId::toggleShuffle),
+    AdvanceRepeatMode = static_cast<int>(CommandId::advanceRepeatMode),
+    ToggleMiniPlayer = static_cast<int>(CommandId::toggleMiniPlayer),
+    ToggleFullScreen = static_cast<int>(CommandId::toggleFullScreen),
+};
+Q_ENUM_NS(Value)
+} // namespace CommandKind
 
 struct QuickFileChooserType {
     Q_GADGET

@@ -26,6 +26,24 @@ struct PlayQueueType {
     QML_ANONYMOUS
 };
 
+struct QueueEditingType {
+    Q_GADGET
+    QML_FOREIGN(halvane::QueueEditing)
+    QML_ANONYMOUS
+};
+
+struct UndoHistoryType {
+    Q_GADGET
+    QML_FOREIGN(halvane::UndoHistory)
+    QML_ANONYMOUS
+};
+
+struct QueueMemoryType {
+    Q_GADGET
+    QML_FOREIGN(halvane::QueueMemory)
+    QML_ANONYMOUS
+};
+
 struct CollectionPlayerType {
     Q_GADGET
     QML_FOREIGN(halvane::CollectionPlayer)
@@ -104,6 +122,12 @@ struct BrowsingType {
     QML_ANONYMOUS
 };
 
+struct TableOrderType {
+    Q_GADGET
+    QML_FOREIGN(halvane::TableOrder)
+    QML_ANONYMOUS
+};
+
 struct SidebarModelType {
     Q_GADGET
     QML_FOREIGN(halvane::SidebarModel)
@@ -128,6 +152,12 @@ struct PlaylistsType {
     QML_ANONYMOUS
 };
 
+struct PlaylistExportType {
+    Q_GADGET
+    QML_FOREIGN(halvane::PlaylistExport)
+    QML_ANONYMOUS
+};
+
 struct TrackUserDataType {
     Q_GADGET
     QML_FOREIGN(halvane::TrackUserData)
@@ -143,6 +173,12 @@ struct ThemeSettingsType {
 struct AmbientColorType {
     Q_GADGET
     QML_FOREIGN(halvane::AmbientColor)
+    QML_ANONYMOUS
+};
+
+struct CoverFilesType {
+    Q_GADGET
+    QML_FOREIGN(halvane::CoverFiles)
     QML_ANONYMOUS
 };
 

@@ -87,6 +87,20 @@ enum Value {
 Q_ENUM_NS(Value)
 } // namespace Backdrop
 
+namespace SortBy {
+Q_NAMESPACE
+QML_ELEMENT
+enum Value {
+    Library = static_cast<int>(TrackOrder::library),
+    Title = static_cast<int>(TrackOrder::title),
+    Artist = static_cast<int>(TrackOrder::artist),
+    Album = static_cast<int>(TrackOrder::album),
+    Quality = static_cast<int>(TrackOrder::quality),
+    Time = static_cast<int>(TrackOrder::time),
+};
+Q_ENUM_NS(Value)
+} // namespace SortBy
+
 namespace Availability {
 Q_NAMESPACE
 QML_ELEMENT

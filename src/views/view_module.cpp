@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "views/view_module.h"
 
-#include "library/browsing/cover_store.h"
 #include "library/library_view_model.h"
 #include "library/user/language_setting.h"
 #include "views/access/item_interface.h"
 #include "views/library/cover_image_provider.h"
+#include "views/library/stored_covers.h"
 #include "views/palette.h"
 
 #include <QGuiApplication>
@@ -21,21 +21,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr auto moduleProperty = "halvaneViews";
-
-// A cover by the key that the lists carry.
-class StoredCover final : public ArtworkSource {
-  public:
-    StoredCover(const CoverStore& store, QString key)
-        : m_store(store)
-        , m_key(std::move(key)) {}
-
-    [[nodiscard]] QByteArray read() const override { return m_store.read(m_key); }
-    [[nodiscard]] QString key() const override { return m_key; }
-
-  private:
-    const CoverStore& m_store;
-    QString m_key;
-};
 
 } // namespace
 
@@ -54,10 +39,7 @@ ViewModule::ViewModule(QQmlEngine& engine, LibraryViewModel& library)
     engine.setProperty(moduleProperty, QVariant::fromValue<QObject*>(this));
     engine.addImportPath(u"qrc:/qt/qml"_s);
     engine.addImageProvider(
-        u"cover"_s, new CoverImageProvider([this](const QString& key, const QSize& size) {
-            const CoverStore& store = m_library.covers();
-            return m_covers.cover(Artwork(std::make_shared<StoredCover>(store, key)), size);
-        }));
+        u"cover"_s, new CoverImageProvider(std::make_shared<StoredCovers>(m_library.covers())));
 }
 
 ViewModule::~ViewModule() {

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "presentation/cover_cache.h"
 #include "presentation/strings.h"
 
 #include <QObject>
@@ -37,7 +36,6 @@ class ViewModule : public QObject {
     QQmlEngine& m_engine;
     LibraryViewModel& m_library;
     Strings m_strings;
-    CoverCache m_covers;
 };
 
 } // namespace views

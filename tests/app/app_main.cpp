@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "support/end_program.h"
+
 #include <QGuiApplication>
 
 #include <gtest/gtest.h>
@@ -8,5 +10,5 @@ int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     testing::InitGoogleTest(&argc, argv);
     QGuiApplication app(argc, argv);
-    return RUN_ALL_TESTS();
+    halvane::test::endProgram(RUN_ALL_TESTS());
 }

@@ -69,6 +69,9 @@ TEST(Commands, AreTheseInThisOrder) {
                              "Playback | Shuffle on | Ctrl+Shift+S\n"
                              "Playback | Repeat off | Ctrl+Shift+R\n"
                              "Playback --\n"
+                             "Playback | Stop after Current Track | \n"
+                             "Playback | Sleep Timer: Off | \n"
+                             "Playback --\n"
                              "Playback | Increase Volume | Ctrl+Up\n"
                              "Playback | Decrease Volume | Ctrl+Down\n"
                              "Playback --\n"
@@ -90,6 +93,10 @@ TEST(Commands, FollowTheState) {
               u"Repeat one | Ctrl+Shift+R"_s);
     EXPECT_EQ(line({.isMiniPlayerOpen = true}, u"Ctrl+Meta+M"_s),
               u"Back to Main Window | Ctrl+Meta+M"_s);
+    EXPECT_EQ(line({}, u"Ctrl+Z"_s), u"Undo | Ctrl+Z | off"_s);
+    EXPECT_EQ(line({.undoName = u"Play Next"_s}, u"Ctrl+Z"_s), u"Undo Play Next | Ctrl+Z"_s);
+    EXPECT_EQ(line({.isTextFocused = true, .redoName = u"Play Next"_s}, u"Ctrl+Shift+Z"_s),
+              u"Redo | Ctrl+Shift+Z"_s);
     EXPECT_EQ(line({}, u"Ctrl+C"_s), u"Copy | Ctrl+C | off"_s);
 }
 
@@ -123,6 +130,9 @@ TEST(RemoteActions, AreReadAsTheyAreWritten) {
         {u"Repeat"_s, RemoteAction{.kind = Kind::repeat}},
         {u"Repeat=one"_s, RemoteAction{.kind = Kind::repeat, .repeat = PlaybackRepeatMode::one}},
         {u"Love=on"_s, RemoteAction{.kind = Kind::love, .on = true}},
+        {u"StopAfterCurrent"_s, RemoteAction{.kind = Kind::stopAfterCurrent}},
+        {u"SleepTimer=0"_s, RemoteAction{.kind = Kind::sleepTimer}},
+        {u"SleepTimer=90"_s, RemoteAction{.kind = Kind::sleepTimer, .amount = 90}},
         {u"Rate=0"_s, RemoteAction{.kind = Kind::rate}},
         {u"Rate=5"_s, RemoteAction{.kind = Kind::rate, .amount = 5}},
     };
@@ -131,12 +141,32 @@ TEST(RemoteActions, AreReadAsTheyAreWritten) {
         ASSERT_TRUE(read) << text.toStdString() << ": " << read.failure().text.toStdString();
         EXPECT_EQ(*read, *expected) << text.toStdString();
     }
-    for (const auto& nonsense :
-         {u""_s,        u"Dance"_s,      u"next"_s,       u"Next=1"_s,      u"Seek"_s,
-          u"Seek="_s,   u"Seek=nan"_s,   u"Seek=1e999"_s, u"Seek=+"_s,      u"Seek=--5"_s,
-          u"Seek=1:"_s, u"Volume=101"_s, u"Volume=inf"_s, u"Volume=1:30"_s, u"Mute=loud"_s,
-          u"Mute="_s,   u"Repeat=two"_s, u"Rate"_s,       u"Rate=6"_s,      u"Rate=2.5"_s,
-          u"Rate=+1"_s})
+    for (const auto& nonsense : {u""_s,
+                                 u"Dance"_s,
+                                 u"next"_s,
+                                 u"Next=1"_s,
+                                 u"Seek"_s,
+                                 u"Seek="_s,
+                                 u"Seek=nan"_s,
+                                 u"Seek=1e999"_s,
+                                 u"Seek=+"_s,
+                                 u"Seek=--5"_s,
+                                 u"Seek=1:"_s,
+                                 u"Volume=101"_s,
+                                 u"Volume=inf"_s,
+                                 u"Volume=1:30"_s,
+                                 u"Mute=loud"_s,
+                                 u"Mute="_s,
+                                 u"Repeat=two"_s,
+                                 u"Rate"_s,
+                                 u"Rate=6"_s,
+                                 u"Rate=2.5"_s,
+                                 u"Rate=+1"_s,
+                                 u"SleepTimer"_s,
+                                 u"SleepTimer=+5"_s,
+                                 u"SleepTimer=1441"_s,
+                                 u"SleepTimer=1:30"_s,
+                                 u"StopAfterCurrent=maybe"_s})
         EXPECT_FALSE(readAction(nonsense)) << nonsense.toStdString();
 }
 
@@ -216,8 +246,10 @@ TEST(DesktopEntry, OpensWhatTheMediaControlsOfferAndNoFolders) {
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     const auto types =
         QString::fromUtf8(file.readAll()).section(u"\nMimeType="_s, 1).section(u'\n', 0, 0);
+    const QStringList lists{u"audio/x-mpegurl"_s, u"application/vnd.apple.mpegurl"_s,
+                            u"application/xspf+xml"_s};
     EXPECT_THAT(types.split(u';', Qt::SkipEmptyParts),
-                testing::UnorderedElementsAreArray(mprisMimeTypes()))
+                testing::UnorderedElementsAreArray(mprisMimeTypes() + lists))
         << "with inode/directory it would be what opens folders";
 }
 
@@ -225,7 +257,7 @@ TEST(Commands, ShareNoKeys) {
     QList<QKeySequence> seen;
     for (const auto& menu : menuTable()) {
         for (const auto& item : menu.items) {
-            if (item.id == CommandId::separator)
+            if (item.keys.isEmpty())
                 continue;
             for (const auto& keys : QKeySequence::listFromString(item.keys)) {
                 EXPECT_FALSE(seen.contains(keys)) << item.keys.toStdString();

@@ -87,6 +87,7 @@ class SilentChooser final : public FileChooser {
         if (!answer.isEmpty())
             chosen(answer);
     }
+    void chooseTarget(const FileTargetRequest&, std::function<void(const QString&)>) override {}
     std::vector<FileChooserRequest> requests;
     QStringList answer;
 };

@@ -63,12 +63,14 @@ TEST(LibraryViewModel, RestoresWhatMakesSenseAndWritesItBack) {
     library.transport()->stepVolume(-0.5);
     library.transport()->toggleShuffle();
     library.views()->setShowRemainingTime(true);
+    library.views()->setTileSize(7);
     LibraryViewModel again{environment};
     again.start();
     EXPECT_EQ(again.transport()->repeatMode(), PlaybackRepeatMode::all);
     EXPECT_EQ(again.transport()->volume(), 0.5);
     EXPECT_FALSE(again.transport()->isShuffleEnabled());
     EXPECT_TRUE(again.views()->showRemainingTime());
+    EXPECT_EQ(again.views()->tileSize(), ViewState::greatestTileSize);
 }
 
 namespace {
@@ -147,6 +149,24 @@ TEST_F(PlayingTest, PlaysAnAlbumThroughWithoutAGapAndStopsAtItsEnd) {
     EXPECT_EQ(environment.clock.pendingTimers(), 0U); // a silent player costs nothing
 }
 
+TEST_F(PlayingTest, PlaysANumberedAlbumInItsOrder) {
+    TrackRows rows;
+    for (const char* name : {"1", "2"}) {
+        const Track& track = *library.store()->track(path(name));
+        rows.push_back(makeRow(numbered(track, u"Various Artists"_s, name[0] == '1' ? 2 : 1, 1)));
+    }
+    library.store()->replace(rows);
+    library.catalog()->rebuildImportedAlbums();
+    library.collections()->playAlbum(u"local|various artists|fern"_s);
+    EXPECT_EQ(title(), u"2"_s);
+    EXPECT_EQ(environment.mediaControls.info->albumArtist, u"Various Artists"_s);
+    EXPECT_EQ(environment.mediaControls.info->trackNumber, 1);
+    EXPECT_EQ(library.browsing()->artworkAlbum(library.queue()->currentItem())->discCount, 2);
+    playUntil([&] { return title() == u"1"_s; });
+    EXPECT_EQ(environment.mediaControls.info->discNumber, 2);
+    playUntil([&] { return !library.transport()->isPlaying(); });
+}
+
 TEST_F(PlayingTest, PausesSeeksAndGoesOnToAnotherRate) {
     library.collections()->playArtist(u"Moss"_s);
     playUntil([&] { return library.engine()->elapsedSeconds() > 0.2; });
@@ -184,10 +204,25 @@ TEST_F(PlayingTest, PlayingCorrectsALengthThatCouldOnlyBeGuessed) {
     };
     library.importing()->importDroppedURLs(
         {QUrl::fromLocalFile(first), QUrl::fromLocalFile(second)});
-    ASSERT_TRUE(waitFor([&] { return library.store()->size() == 5; }));
+    const auto isCounted = [&](const QString& path) {
+        return library.store()->track(path) && std::abs(recorded(path) - seconds) < 0.1;
+    };
+    ASSERT_TRUE(waitFor([&] { return isCounted(first) && isCounted(second); }));
+    // Who plays them at once is ahead of the counting.
+    library.transport()->stopPlayer(false);
+    TrackRows guesses;
+    for (const QString& path : {first, second}) {
+        Track track = *library.store()->track(path);
+        track.title = u"Guessed"_s;
+        track.duration = u"0:30"_s;
+        track.durationSeconds = 30;
+        guesses.push_back(makeRow(std::move(track)));
+    }
+    library.store()->replace(guesses);
+    library.catalog()->rebuildImportedAlbums();
     const TrackPtr guessed = library.store()->track(second);
-    ASSERT_GT(std::abs(*guessed->durationSeconds - seconds), 0.5) << "not this file's length";
     library.userData()->toggleLoved(second);
+    library.transport()->playCollection(guesses, first, u"Guesses"_s);
     untilOpened();
     EXPECT_NEAR(recorded(first), seconds, 0.1);
     EXPECT_NEAR(*environment.mediaControls.info->durationSeconds, seconds, 0.1);
@@ -198,7 +233,7 @@ TEST_F(PlayingTest, PlayingCorrectsALengthThatCouldOnlyBeGuessed) {
               CommandResult::success);
     EXPECT_NEAR(library.engine()->elapsedSeconds(), seconds - 0.5, 0.01);
     const int opens = environment.output.opens;
-    playUntil([&] { return title() == u"5"_s; });
+    playUntil([&] { return library.queue()->currentRow() == 1; });
     EXPECT_EQ(environment.output.opens, opens) << "without a gap";
     EXPECT_NEAR(recorded(second), seconds, 0.1);
     EXPECT_NEAR(*environment.mediaControls.info->durationSeconds, seconds, 0.1);
@@ -209,10 +244,11 @@ TEST_F(PlayingTest, PlayingCorrectsALengthThatCouldOnlyBeGuessed) {
     EXPECT_EQ(library.queue()->record(*library.queue()->currentRow()), expected);
     EXPECT_EQ(library.catalog()->published()->rows->back()->duration, u"0:06"_s);
 
+    // The counting's own record, which may still be there, has another title.
     ASSERT_TRUE(waitFor([&] {
         const MetadataIndex index = library.cache()->loadIndex();
         const CachedTrackMetadata* record = index.find(second);
-        return record && record->duration == u"0:06"_s;
+        return record && record->title == u"Guessed"_s && record->duration == u"0:06"_s;
     }));
     library.transport()->stopPlayer(true);
     LibraryViewModel again{environment};
@@ -266,6 +302,57 @@ TEST_F(PlayingTest, WhatIsPlayedIsSelectedAndShown) {
     library.collections()->playAlbum(u"local|moss|fern"_s);
     EXPECT_EQ(library.status()->text(), u"No playable tracks in the library yet"_s);
     EXPECT_EQ(library.queue()->sourceLabel(), u"Mix"_s);
+}
+
+TEST_F(PlayingTest, ASortedTableIsPlayedInItsOrder) {
+    const auto play = [&](const char* name) {
+        library.collections()->playInTable(library.store()->track(path(name))->id);
+    };
+    const auto queue = [&] {
+        QString titles;
+        for (std::size_t row = 0; row < library.queue()->size(); ++row)
+            titles += library.queue()->record(row).title;
+        return titles;
+    };
+    library.browsing()->selectBrowseMode(LibraryMode::songs);
+    play("2");
+    EXPECT_EQ(queue(), u"2"_s) << "unsorted, the queue stays as it is";
+    library.tableOrder()->choose(TrackOrder::title);
+    library.tableOrder()->choose(TrackOrder::title);
+    play("3");
+    EXPECT_EQ(queue(), u"321"_s);
+    EXPECT_EQ(title(), u"3"_s);
+    EXPECT_EQ(library.queue()->sourceLabel(), u"Tracks"_s);
+    const QUuid first = library.queue()->idAt(0);
+    library.transport()->playNext(true);
+    EXPECT_EQ(title(), u"2"_s);
+    play("3");
+    EXPECT_EQ(library.queue()->idAt(0), first) << "the same queue";
+    play("3");
+    EXPECT_FALSE(library.transport()->isPlaying()) << "the one that plays is paused";
+    library.tableOrder()->choose(TrackOrder::artist);
+    library.availability()->markMissing(path("1"));
+    play("1");
+    EXPECT_EQ(queue(), u"321"_s) << "what can't be played takes no queue away";
+    library.browsing()->selectBrowseMode(LibraryMode::albums);
+    play("2");
+    EXPECT_EQ(library.queue()->idAt(0), first);
+}
+
+TEST_F(PlayingTest, AnAlbumIsShuffledFromAnyOfItsPlayableTracks) {
+    library.availability()->markMissing(path("1"));
+    for (int round = 0; round < 20; ++round) {
+        library.collections()->shuffleAlbum(u"local|moss|fern"_s);
+        EXPECT_EQ(title(), u"2"_s) << "the other one is missing";
+    }
+    EXPECT_TRUE(library.transport()->isShuffleEnabled());
+    EXPECT_EQ(library.queue()->size(), 2U);
+    EXPECT_EQ(library.queue()->sourceLabel(), u"Fern"_s);
+    library.transport()->stopPlayer(false);
+    library.availability()->markMissing(path("2"));
+    library.collections()->shuffleAlbum(u"local|moss|fern"_s);
+    EXPECT_FALSE(library.transport()->isPlaying());
+    EXPECT_EQ(library.status()->text(), u"No playable tracks in the library yet"_s);
 }
 
 TEST_F(PlayingTest, PlayingTheAlbumThatPlaysOnlyResumes) {

@@ -25,6 +25,14 @@ inline Track trackOf(const QString& path, const QString& title, const QString& a
     return track;
 }
 
+/// The same, led by an album artist, with a disc and a number.
+inline Track numbered(Track track, const QString& albumArtist, quint16 disc, quint16 number) {
+    track.albumTags.albumArtist = albumArtist;
+    track.albumTags.disc = disc;
+    track.albumTags.track = number;
+    return track;
+}
+
 inline TrackRows rowsOf(std::vector<Track> tracks) {
     TrackRows rows;
     for (Track& track : tracks)

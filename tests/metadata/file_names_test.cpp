@@ -1,4 +1,5 @@
-// SPDX-License-Identifier: MIT Finding files, and the names that are made of their paths.
+// SPDX-License-Identifier: MIT
+// Finding files, and the names that are made of their paths.
 #include "metadata/track_metadata_loader.h"
 #include "model/file_size.h"
 
@@ -28,12 +29,13 @@ class Folders : public testing::Test {
     void SetUp() override { ASSERT_TRUE(root.isValid()); }
 
     QString touch(const QString& name) {
-        const QString path = root.path() + u"/"_s + name;
+        const QString path = place(name);
         QDir().mkpath(path.section(u'/', 0, -2));
         QFile file(path);
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
         return path;
     }
+    [[nodiscard]] QString place(const QString& name) const { return root.path() + u"/"_s + name; }
     [[nodiscard]] QStringList found() const {
         QStringList names;
         for (const FileUrl& url : audioFileURLs({root.path()}))
@@ -47,13 +49,13 @@ class Folders : public testing::Test {
 TEST_F(Folders, AreSearchedForPlayableFiles) {
     const QString decomposed = u"e\u0301.mp3"_s;
     for (const QString& name :
-         {u"b/2.flac"_s, u"b/10.flac"_s, u"B/x.MP3"_s, u"a.caf"_s, u"song.ogg"_s, u".x.mp3"_s,
-          u".hidden/y.mp3"_s, u"Thing.app/z.mp3"_s, u"b/cover.jpg"_s, u"c/"_s + decomposed,
-          u"c/"_s + QString(251, u'n') + u".m4a"_s})
+         {u"b/2.flac"_s, u"b/10.flac"_s, u"B/x.MP3"_s, u"a.caf"_s, u"song.Opus"_s, u"song.mkv"_s,
+          u".x.mp3"_s, u".hidden/y.mp3"_s, u"Thing.app/Contents/z.mp3"_s, u"Thing.app/z.mp3"_s,
+          u"b/cover.jpg"_s, u"c/"_s + decomposed, u"c/"_s + QString(251, u'n') + u".m4a"_s})
         touch(name);
-    EXPECT_EQ(found(),
-              (QStringList{u"B/x.MP3"_s, u"a.caf"_s, u"b/10.flac"_s, u"b/2.flac"_s,
-                           u"c/"_s + decomposed, u"c/"_s + QString(251, u'n') + u".m4a"_s}))
+    EXPECT_EQ(found(), (QStringList{u"B/x.MP3"_s, u"a.caf"_s, u"b/10.flac"_s, u"b/2.flac"_s,
+                                    u"c/"_s + decomposed, u"c/"_s + QString(251, u'n') + u".m4a"_s,
+                                    u"song.Opus"_s}))
         << found().join(u'\n').toStdString();
     // Single files count by their extension. Roots stay in order, even twice. A missing root gives
     // nothing.
@@ -61,6 +63,82 @@ TEST_F(Folders, AreSearchedForPlayableFiles) {
     const auto urls = audioFileURLs({single, touch(u"z/song.txt"_s), u"/nonexistent"_s, single});
     ASSERT_EQ(urls.size(), 2U);
     EXPECT_EQ(urls[0].path(), single);
+}
+
+// A name does not make a package, nor does what lies inside make one alone.
+TEST_F(Folders, ThatAreNamedLikePackagesHoldMusic) {
+    const QStringList music{u"A/Contents/4.mp3"_s, u"Dave.Matthews.Band/1.mp3"_s,
+                            u"The.Humble.BUNDLE/a.pkg/2.mp3"_s, u"b.component/3.mp3"_s};
+    for (const QString& name : music)
+        touch(name);
+    touch(u"Song.band/Contents/5.mp3"_s);
+    touch(u"Song.band/Media/6.mp3"_s);
+    EXPECT_EQ(found(), music);
+}
+
+// Whatever a file system lists first.
+TEST_F(Folders, ThatLinksLeadToKeepTheirOwnPaths) {
+    const QTemporaryDir elsewhere;
+    QDir(elsewhere.path()).mkpath(u"far/deep"_s);
+    ASSERT_TRUE(QFile(elsewhere.filePath(u"far/deep/9.mp3"_s)).open(QIODevice::WriteOnly));
+    touch(u"m/real/1.mp3"_s);
+    for (int i = 0; i < 20; ++i) {
+        const QString name = u"/%1"_s.arg(i, 2, 10, QLatin1Char('0'));
+        QFile::link(root.path() + u"/m/real"_s, root.path() + name);
+        QFile::link(root.path() + u"/m"_s, root.path() + u"/m"_s + name);
+        QFile::link(elsewhere.filePath(u"far"_s), root.path() + u"/m/real"_s + name);
+    }
+    QFile::link(elsewhere.filePath(u"far/deep"_s), root.path() + u"/z"_s);
+    EXPECT_EQ(found(), (QStringList{u"m/real/00/deep/9.mp3"_s, u"m/real/1.mp3"_s}));
+}
+
+// Whichever root comes first, a link adds nothing that a folder of another root gives.
+TEST_F(Folders, ThatAreSeveralRootsKeepTheirOwnPathsToo) {
+    touch(u"m/Ann/1.mp3"_s);
+    touch(u"m/Kostas/2.mp3"_s);
+    touch(u"m/Kostas/3.mp3"_s);
+    touch(u"far/4.mp3"_s);
+    QFile::link(u".."_s, place(u"m/Kostas/loop"_s));
+    QFile::link(place(u"far"_s), place(u"m/Ann/far"_s));
+    QFile::link(place(u"far"_s), place(u"m/Kostas/away"_s));
+    QFile::link(place(u"m/Kostas/3.mp3"_s), place(u"m/Ann/best.mp3"_s));
+    QFile::link(place(u"m"_s), place(u"again"_s));
+    struct Row {
+        QStringList roots;
+        QStringList found;
+    };
+    const QString ann = u"m/Ann/1.mp3"_s;
+    const QString far = u"m/Ann/far/4.mp3"_s;
+    const QStringList kostas{u"m/Kostas/2.mp3"_s, u"m/Kostas/3.mp3"_s};
+    const Row rows[] = {
+        {{u"m/Kostas"_s, u"m/Ann"_s}, {kostas[0], kostas[1], u"m/Kostas/away/4.mp3"_s, ann}},
+        {{u"m/Ann"_s, u"m/Kostas"_s}, QStringList{ann, far} + kostas},
+        {{u"again"_s, u"m/Ann"_s, u"m/Kostas"_s}, QStringList{ann, far} + kostas},
+        {{u"again/Kostas"_s, u"m"_s}, QStringList{ann, far} + kostas},
+        {{u"again/Ann/1.mp3"_s, u"m/Kostas/3.mp3"_s, u"m/Ann"_s}, {kostas[1], ann, far}},
+        {{u"again/Kostas"_s},
+         {u"again/Kostas/2.mp3"_s, u"again/Kostas/3.mp3"_s, u"again/Kostas/away/4.mp3"_s,
+          u"again/Kostas/loop/Ann/1.mp3"_s}},
+        {{u"m/Ann/best.mp3"_s}, {u"m/Ann/best.mp3"_s}},
+        {{u"far/4.mp3"_s, u"m/Ann"_s}, {u"far/4.mp3"_s, ann, u"m/Ann/best.mp3"_s}},
+        {{u"again/Kostas"_s, u"m/Kostas/3.mp3"_s},
+         {kostas[1], u"again/Kostas/2.mp3"_s, u"again/Kostas/away/4.mp3"_s,
+          u"again/Kostas/loop/Ann/1.mp3"_s}},
+        {{u"m/Ann"_s, u"m/Ann/1.mp3"_s}, {ann, far, u"m/Ann/best.mp3"_s, ann}}, // named twice
+    };
+    for (const Row& row : rows) {
+        std::vector<QString> roots;
+        for (const QString& name : row.roots)
+            roots.push_back(place(name));
+        QStringList names;
+        for (const FileUrl& url : audioFileURLs(roots))
+            names.append(url.path().mid(root.path().size() + 1));
+        names.sort();
+        QStringList expected = row.found;
+        expected.sort();
+        EXPECT_EQ(names, expected)
+            << row.roots.join(u' ').toStdString() << ": " << names.join(u' ').toStdString();
+    }
 }
 
 TEST_F(Folders, ThatLoopOrLeadFarEndTheSearch) {
@@ -152,6 +230,7 @@ TEST_F(Folders, GiveTheCoverBesideAFile) {
         {{u"Cover.JPG"_s, u"back.png"_s}, u"Cover.JPG"_s},
         {{u"front.png"_s, u"folder.webp"_s, u"a.tif"_s}, u"folder.webp"_s},
         {{u"封面.heic"_s, u"x.jpg"_s}, u"封面.heic"_s},
+        {{u"cover.heic"_s, u"cover.jpg"_s}, u"cover.jpg"_s},
         {{u"scan1.png"_s}, u"scan1.png"_s},
         {{u"scan1.png"_s, u"scan2.png"_s}, {}},
         {{u".cover.jpg"_s, u"cover.txt"_s}, {}},
@@ -164,6 +243,20 @@ TEST_F(Folders, GiveTheCoverBesideAFile) {
             touch(folder + image);
         const auto cover = folderArtworkURL(file);
         EXPECT_EQ(cover ? cover->fileName() : QString(), row.cover);
+    }
+    // Discs share what lies above them.
+    const QString album = touch(u"Album/cover.jpg"_s);
+    touch(u"Album/back.jpg"_s);
+    touch(u"Album/CD 3/scan.png"_s);
+    const std::pair<QString, QString> discs[] = {
+        {u"CD1"_s, album},
+        {u"Disc 2 - Live"_s, album},
+        {u"CD 3"_s, place(u"Album/CD 3/scan.png"_s)},
+        {u"Videos"_s, {}},
+    };
+    for (const auto& [disc, expected] : discs) {
+        const auto cover = folderArtworkURL(FileUrl(touch(u"Album/%1/a.mp3"_s.arg(disc))));
+        EXPECT_EQ(cover ? cover->path() : QString(), expected) << disc.toStdString();
     }
 }
 
@@ -185,6 +278,15 @@ TEST(FileNames, GiveAlbumsAndArtists) {
     EXPECT_EQ(artist("/x/音乐/Some Album/a.mp3", "Some Album"), "none");
     EXPECT_EQ(artist("/x/some ALBUM/CD1/a.mp3", " Some Album "), "none");
     EXPECT_EQ(artist("/Some Album/a.mp3", "Some Album"), "none");
+    const std::pair<const char*, int> discs[] = {
+        {"CD1", 1},         {"CD 2", 2}, {"disc-03", 3}, {"DISK_4", 4},       {"Disc 5 - Live", 5},
+        {"CD 6 (b)", 6},    {"CD", 0},   {"CD 0", 0},    {"CD 80s Hits", 0},  {"Disc 1998", 0},
+        {"Discovery 2", 0}, {"CD ٣", 0}, {"1", 0},       {"Best Of CD 1", 0}, {"CD1/x", 0},
+    };
+    for (const auto& [folder, disc] : discs) {
+        const FileUrl file(u"/m/A/%1/a.mp3"_s.arg(QString::fromUtf8(folder)));
+        EXPECT_EQ(folderDiscNumber(file).value_or(0), disc) << folder;
+    }
     const QueueItem unnamed = queueItem(FileUrl(u"/a.mp3"_s), fallbacks);
     EXPECT_EQ(unnamed.album, fallbacks.album);
     EXPECT_EQ(unnamed.artist, fallbacks.artist);

@@ -2,12 +2,18 @@
 #include "model/album.h"
 #include "model/color.h"
 #include "model/enums.h"
+#include "model/picture_file.h"
 #include "model/queue_item.h"
 #include "model/raw_value.h"
 #include "model/track.h"
 #include "support/manual_clock.h"
 
+#include <QFile>
+#include <QTemporaryDir>
+
 #include <gtest/gtest.h>
+
+#include <sys/stat.h>
 
 using namespace halvane;
 using namespace Qt::StringLiterals;
@@ -25,6 +31,39 @@ TEST(FileUrl, IsIdentifiedByItsStandardizedPath) {
         EXPECT_EQ(FileUrl(c.path).standardizedPath(), c.standardized);
         EXPECT_EQ(FileUrl(c.path).path(), c.path);
     }
+}
+
+TEST(PictureFile, ReadsRegularFilesOfAPicturesSize) {
+    const QTemporaryDir folder;
+    const auto path = [&](const QString& name) { return folder.filePath(name); };
+    const auto write = [&](const QString& name, qint64 size) {
+        QFile file(path(name));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.resize(size)); // a hole takes no room
+    };
+    write(u"cover"_s, 3'000'000);
+    write(u"largest"_s, largestPictureFile);
+    write(u"too large"_s, largestPictureFile + 1);
+    write(u"empty"_s, 0);
+    ASSERT_EQ(::mkfifo(path(u"pipe"_s).toUtf8().constData(), 0600), 0);
+    ASSERT_TRUE(QFile::link(u"/dev/zero"_s, path(u"zero"_s)));
+    ASSERT_TRUE(QFile::link(path(u"cover"_s), path(u"link"_s)));
+    const struct {
+        QString name;
+        qint64 bytes;
+        bool hasStamp;
+    } cases[] = {
+        {u"cover"_s, 3'000'000, true}, {u"link"_s, 3'000'000, true}, {u"largest"_s, 64 << 20, true},
+        {u"too large"_s, 0, true},     {u"empty"_s, 0, true},        {u"pipe"_s, 0, false},
+        {u"zero"_s, 0, false},         {u"."_s, 0, false},           {u"missing"_s, 0, false},
+    };
+    for (const auto& c : cases) {
+        const PictureFile read = readPictureFile(path(c.name));
+        EXPECT_EQ(read.bytes.size(), c.bytes) << qPrintable(c.name);
+        EXPECT_EQ(read.stamp != FileStamp(), c.hasStamp) << qPrintable(c.name);
+        EXPECT_EQ(read.stamp, fileStamp(path(c.name))) << qPrintable(c.name);
+    }
+    write(u"cover"_s, 2'999'999);
+    EXPECT_NE(fileStamp(path(u"cover"_s)), readPictureFile(path(u"largest"_s)).stamp);
 }
 
 TEST(RawValue, TakesExactlyTheCaseNames) {

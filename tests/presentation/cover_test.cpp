@@ -4,6 +4,7 @@
 #include "presentation/cover_image.h"
 
 #include <QBuffer>
+#include <QImageReader>
 #include <QPainter>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -46,10 +47,11 @@ QByteArray oriented(QByteArray jpeg, char orientation) {
     return jpeg.insert(2, tag);
 }
 
-QByteArray hugePng() {
+// Small, whatever its header says.
+QByteArray pngOf(QSize size) {
     QByteArray png = encoded(filled({1, 1}, 0), "PNG");
-    qToBigEndian<quint32>(20'000, png.data() + 16);
-    qToBigEndian<quint32>(20'000, png.data() + 20);
+    qToBigEndian<qint32>(size.width(), png.data() + 16);
+    qToBigEndian<qint32>(size.height(), png.data() + 20);
     // The header's check sum covers the type and thirteen bytes.
     quint32 sum = 0xffffffff;
     for (const char byte : QByteArrayView(png).sliced(12, 17)) {
@@ -108,34 +110,62 @@ TEST(CoverImageTest, UnusualPicturesAreDecoded) {
     EXPECT_LT(print.green(), 60);
 }
 
+TEST(CoverImageTest, HeicIsACoverWhereTheDesktopReadsIt) {
+    const bool isRead = QImageReader::supportedImageFormats().contains("heic");
+    const QByteArray heic = converted({u"-size"_s, u"64x48"_s, u"xc:#ff0000"_s}, u"a.heic"_s);
+    ASSERT_FALSE(heic.isEmpty());
+    EXPECT_EQ(!coverFormat(heic).isEmpty(), isRead);
+    const QImage cover = decodeCover(heic, {24, 24});
+    EXPECT_EQ(cover.size(), isRead ? QSize(32, 24) : QSize(0, 0));
+    if (isRead) {
+        EXPECT_GT(cover.pixelColor(3, 3).red(), 200);
+        EXPECT_LT(cover.pixelColor(3, 3).green(), 60);
+    }
+}
+
 TEST(CoverImageTest, WhatIsNoCoverGivesNoImage) {
     const QByteArray png = encoded(filled({64, 64}, 0), "PNG");
     const QByteArray jpeg = encoded(filled({64, 64}, 0), "JPEG");
-    const QByteArray cases[] = {
-        {}, "no picture", png.first(20), jpeg.first(30), hugePng(), QByteArray(1 << 20, '\xff')};
-    for (const auto& bytes : cases) {
+    const QByteArray drawing =
+        "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink'"
+        " width='64' height='64'><image xlink:href='/dev/zero' width='64' height='64'/></svg>";
+    const struct {
+        QByteArray bytes;
+        const char* format; // by the header
+    } cases[] = {
+        {{}, ""},
+        {"no picture", ""},
+        {png.first(20), ""},
+        {jpeg.first(30), ""},
+        {pngOf({8'000, 8'000}), ""},
+        {pngOf({50'000, 50'000}), ""},
+        {pngOf({7'000, 7'000}), "png"}, // too large in memory, as it would turn out
+        {QByteArray(1 << 20, '\xff'), ""},
+        {drawing, ""},
+    };
+    EXPECT_EQ(coverFormat(png), "png");
+    for (const auto& [bytes, format] : cases) {
         EXPECT_TRUE(decodeCover(bytes, {64, 64}).isNull()) << bytes.size();
+        EXPECT_EQ(coverFormat(bytes), format) << bytes.size();
         EXPECT_EQ(ArtworkColor::ambientColor(Artwork::fromBytes(bytes), {}), std::nullopt);
     }
 }
 
 TEST(CoverCacheTest, StaysWithinItsBytesAndKeepsWhatIsUsed) {
-    const auto cover = [](int i) {
-        return Artwork::fromBytes(encoded(filled({100, 100}, qRgb(i, i, i)), "PNG"));
-    };
+    constexpr QSize size(100, 100);
     CoverCache cache(200'000); // four covers of 40,000 bytes
-    const Artwork first = cover(0);
     QImage found;
     for (int i = 0; i < 20; ++i) {
-        EXPECT_EQ(cache.cover(cover(i), {100, 100}).pixel(0, 0), qRgb(i, i, i));
-        EXPECT_TRUE(cache.find(first, {100, 100}, found)); // which makes it the latest used
+        const QByteArray bytes = encoded(filled(size, qRgb(i, i, i)), "PNG");
+        EXPECT_EQ(cache.decode(QString::number(i), bytes, size).pixel(0, 0), qRgb(i, i, i));
+        EXPECT_TRUE(cache.find(u"0"_s, size, found)); // which makes it the latest used
         EXPECT_LE(cache.bytes(), 200'000);
     }
-    EXPECT_FALSE(cache.find(cover(1), {100, 100}, found));
-    EXPECT_FALSE(cache.find(first, {50, 50}, found));
+    EXPECT_FALSE(cache.find(u"1"_s, size, found));
+    EXPECT_FALSE(cache.find(u"0"_s, {50, 50}, found));
 
-    EXPECT_TRUE(cache.cover(Artwork::fromBytes("broken"), {100, 100}).isNull());
-    EXPECT_TRUE(cache.find(Artwork::fromBytes("broken"), {100, 100}, found));
+    EXPECT_TRUE(cache.decode(u"broken"_s, "broken", size).isNull());
+    EXPECT_TRUE(cache.find(u"broken"_s, size, found));
     EXPECT_TRUE(found.isNull());
 }
 

@@ -78,6 +78,14 @@ class FakeFileChooser final : public FileChooser {
         request = asked;
         chosen = std::move(answer);
     }
+    std::optional<FileTargetRequest> target;
+    std::function<void(const QString&)> targetChosen;
+
+    void chooseTarget(const FileTargetRequest& asked,
+                      std::function<void(const QString& path)> answer) override {
+        target = asked;
+        targetChosen = std::move(answer);
+    }
 };
 
 class FakeLanguages final : public PreferredLanguages {

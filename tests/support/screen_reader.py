@@ -149,7 +149,7 @@ class Ear:
         def look():
             while GLib.MainContext.default().iteration(False):
                 pass
-            return words in self._heard
+            return any(words in heard for heard in self._heard)
         wait_for(f"{words!r} to be announced, not only {self._heard}", look)
 
 

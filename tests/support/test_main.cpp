@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "support/end_program.h"
+
 #include <QCoreApplication>
 
 #include <gtest/gtest.h>
@@ -7,5 +9,5 @@
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     QCoreApplication app(argc, argv);
-    return RUN_ALL_TESTS();
+    halvane::test::endProgram(RUN_ALL_TESTS());
 }

@@ -43,7 +43,7 @@ class Keys:
         sys.exit(f"{at_most} times {key} did not lead to {role} {name!r}")
 
     def expect_in_view(self):
-        item = self.focused()
+        item = wait_for("the keyboard anywhere", self.focused)
         place = item.get_extents(Atspi.CoordType.SCREEN)
         frame = self.window.get_extents(Atspi.CoordType.SCREEN)
         inside = (frame.y <= place.y and place.y + place.height <= frame.y + frame.height
@@ -117,7 +117,8 @@ class Keys:
         self.press("Menu")
         wait_for("the menu", lambda: find(self.window, None, "popup menu"))
         self.press("Down")
-        self.is_at("Loved", "menu item")
+        self.is_at("Pause", "menu item")
+        self.press_until("Down", "Loved", "menu item")
         self.press("Return")
         wait_for("the love", lambda: has(thing(self.window, "Loved", "button"), Atspi.StateType.CHECKED))
         self.is_at("Bellows, Mira Holt", "list item")
@@ -136,7 +137,7 @@ class Keys:
         for number in range(12):
             self.press_until("Tab", "New Playlist...", "button") if number == 0 else None
             self.press("Return")
-            wait_for("the question", lambda: find(self.window, "New Playlist...", "dialog"))
+            wait_for("the question", lambda: find(self.window, "New Playlist", "dialog"))
             self.press("p", *str(number), "Return")
             thing(self.window, f"p{number}, 0", "list item")
             self.is_at("New Playlist...", "button")

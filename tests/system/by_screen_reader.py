@@ -135,7 +135,7 @@ class Walk:
 
     def makes_a_playlist(self):
         press(self.window, "New Playlist...", "button")
-        dialog = thing(self.window, "New Playlist...", "dialog")
+        dialog = thing(self.window, "New Playlist", "dialog")
         self.read("new playlist", dialog)
         type_into(wait_for("the field", lambda: find(dialog, None, "text")), "Evening")
         press(dialog, "Done", "button")
@@ -194,15 +194,39 @@ class Walk:
     def opens_the_other_windows(self):
         for title, entry, name in (("File", "Settings", "Settings"), ("Help", "Halvane Help", "Halvane Help")):
             self.choose(title, entry)
-            self.read(name, wait_for(name, lambda: next(
-                (w for w in children(self._program.application) if w.get_name() == name), None)))
+            self.read(name, self.other_window(name))
         self.did("opened settings and help from the menus")
+
+    def chooses_a_language(self):
+        settings = self.other_window("Settings")
+        press(settings, "中文", "radio button")
+        thing(settings, "音量均衡", "check box")
+        press(settings, "English", "radio button")
+        thing(settings, "Sound Check", "check box")
+        self.did("chose another language, and the first again")
+
+    def other_window(self, name):
+        return wait_for(name, lambda: next(
+            (w for w in children(self._program.application) if w.get_name() == name), None))
 
     def hears_what_changes(self):
         with Ear() as ear:
             press(self.window, "Next track", "button")
             ear.wait_for("Dune, The Lanterns")
         self.did("heard what plays next")
+
+    def opens_a_list(self):
+        folder = self._program.music
+        written = folder.parent / "walk.m3u8"
+        written.write_text("#EXTM3U\n#PLAYLIST:Night Walk\nmusic/3.flac\nmusic/gone.flac\n"
+                           f"file://{folder}/0.flac\n")
+        with Ear() as ear:
+            self._program.open(written)
+            ear.wait_for('Added "Night Walk" · 1 of 3 not found')
+        press(self.window, "Night Walk, 3", "list item")
+        wait_for("its tracks", lambda: self.titles_in("Tracks", "table") == ["Dune", "Amber"])
+        self._program.wait_for_media("Dune", "metadata", "title")
+        self.did("opened a list")
 
     def quits(self):
         self.choose("File", "Quit")
@@ -219,7 +243,9 @@ def main():
         for step in (walk.chooses_an_album, walk.plays_and_pauses, walk.seeks,
                      walk.changes_the_volume, walk.orders_the_queue, walk.hears_what_changes,
                      walk.searches, walk.rates, walk.loves, walk.makes_a_playlist, walk.equalizes,
-                     walk.tidies_up, walk.fills_the_screen, walk.opens_the_other_windows, walk.quits):
+                     walk.tidies_up, walk.fills_the_screen, walk.opens_the_other_windows, walk.opens_a_list,
+                     walk.chooses_a_language,
+                     walk.quits):
             step()
         walk.end()
 

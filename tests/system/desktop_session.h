@@ -65,6 +65,7 @@ class RunningProgram {
 
     /// Waits until it answers to all that a desktop asks of it; not on a session without a bus.
     bool isReady();
+    [[nodiscard]] qint64 processId() const { return m_process.processId(); }
     [[nodiscard]] bool isRunning() const { return m_process.state() == QProcess::Running; }
     void terminate() { m_process.terminate(); }
     void signal(int number);

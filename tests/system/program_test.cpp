@@ -168,6 +168,10 @@ TEST_F(Program, HandsItsFilesToTheOneThatRuns) {
     const auto second = session.run(
         program, {u"folder/../folder"_s, u"missing.flac"_s, u"a b.flac"_s, u"歌.flac"_s});
     EXPECT_EQ(second.exitCode, 0) << second.errors.toStdString();
+    EXPECT_TRUE(second.errors.contains(session.home.filePath(u"missing.flac"_s)));
+    const auto none = session.run(program, {u"missing.flac"_s, u"gone"_s});
+    EXPECT_EQ(none.exitCode, 1);
+    EXPECT_TRUE(none.errors.contains(session.home.filePath(u"gone"_s)));
     EXPECT_TRUE(halvane.answers({u"metadata"_s, u"title"_s}, u"Spaces"_s))
         << "the first that is new";
     EXPECT_TRUE(halvane.answers({u"status"_s}, u"Playing"_s));
@@ -471,19 +475,27 @@ TEST(Screens, TheWindowIsNoLargerThanItsScreenHasRoom) {
         places.close();
         RunningProgram halvane(session);
         ASSERT_TRUE(halvane.isReady());
-        const auto lines =
-            session
-                .run(u"xdotool"_s, {u"search"_s, u"--sync"_s, u"--onlyvisible"_s, u"--name"_s,
-                                    u"^Halvane$"_s, u"getwindowgeometry"_s, u"--shell"_s, u"%@"_s})
-                .output.split(u'\n');
-        const auto value = [&lines](const QString& name) {
-            return lines.filter(name + u'=').value(0).section(u'=', 1).toInt();
+        const auto placeOf = [&session](const QString& title) {
+            const auto lines =
+                session
+                    .run(u"xdotool"_s, {u"search"_s, u"--sync"_s, u"--onlyvisible"_s, u"--name"_s,
+                                        title, u"getwindowgeometry"_s, u"--shell"_s, u"%@"_s})
+                    .output.split(u'\n');
+            const auto value = [&lines](const QString& name) {
+                return lines.filter(name + u'=').value(0).section(u'=', 1).toInt();
+            };
+            return QRect(value(u"X"_s), value(u"Y"_s), value(u"WIDTH"_s), value(u"HEIGHT"_s));
         };
-        const QRect window(value(u"X"_s), value(u"Y"_s), value(u"WIDTH"_s), value(u"HEIGHT"_s));
+        const QRect window = placeOf(u"^Halvane$"_s);
         EXPECT_EQ(u"%1x%2"_s.arg(window.width()).arg(window.height()), expected);
         const QRect area(0, 0, screen.section(u'x', 0, 0).toInt(), screen.section(u'x', 1).toInt());
         EXPECT_TRUE(area.contains(window))
             << window.x() << ' ' << window.y() << ": its edges are out of reach";
+        // A window manager gives the focus after it has shown the window.
+        session.run(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, u"--name"_s, u"^Halvane$"_s,
+                                   u"windowactivate"_s, u"--sync"_s, u"key"_s, u"ctrl+comma"_s});
+        const int settings = placeOf(u"^Settings$"_s).height();
+        EXPECT_TRUE(settings > 300 && settings < area.height()) << settings << " pixels high";
     }
 }
 

@@ -2,6 +2,7 @@
 """The real program with a window manager and a screen reader, on the display and the session bus
 that are there. Without a sound server it plays silently."""
 
+import os
 import pathlib
 import subprocess
 import sys
@@ -29,19 +30,23 @@ def make_music(folder):
 
 
 class RealProgram:
-    """Give it the program's path. Ends the program when it is left."""
+    """Give it the program's path, and what makes its music in a folder. Ends the program when it is
+    left."""
 
-    def __init__(self, program):
+    def __init__(self, program, make_music=make_music, **environment):
         self._program = program
+        self._make_music = make_music
+        self._environment = dict(os.environ, **environment)
 
     def __enter__(self):
         self._folder = tempfile.TemporaryDirectory()
         music = pathlib.Path(self._folder.name) / "music"
         music.mkdir()
-        make_music(music)
+        self.music = music
+        self._make_music(music)
         self._manager = subprocess.Popen(["openbox"], stderr=subprocess.DEVNULL)
         turn_on()
-        self.process = subprocess.Popen([self._program, music])
+        self.process = subprocess.Popen([self._program, music], env=self._environment)
         self.application = find_application(self.process)
         self.window = wait_for("the main window", lambda: self.application.get_child_at_index(0))
         return self
@@ -51,6 +56,10 @@ class RealProgram:
             process.terminate()
             process.wait()
         self._folder.cleanup()
+
+    def open(self, path):
+        """What a file manager does; the program runs already."""
+        subprocess.run([self._program, path], env=self._environment, check=True)
 
     def media(self, *arguments):
         """What a media client says."""

@@ -58,7 +58,7 @@ class DoubleClickTest : public HandsTest, public testing::WithParamInterface<Dou
         }
         ui->turnWheel(ui->window().mapFromGlobal(placeOf(u"Albums"_s, QAccessible::List).center()),
                       hand.wheel);
-        QTest::qWait(600);
+        ASSERT_TRUE(ui->comesToRest());
     }
 };
 
@@ -89,9 +89,11 @@ TEST_P(DoubleClickTest, PlaysTheTileThatWasClicked) {
         EXPECT_TRUE(world.waitFor([&] { return playing() == title; }, 1500))
             << qPrintable(name) << " was clicked, and " << qPrintable(playing()) << " plays";
         EXPECT_EQ(library.browsing()->selectedAlbum()->title, title);
-        QTest::qWait(900); // the pane has opened, and the hand rests
-        EXPECT_TRUE(ui->shows(u"Show All Tracks"_s));
-        EXPECT_TRUE(inView().contains(name)) << qPrintable(name) << " is behind the pane";
+        EXPECT_TRUE(ui->waitsFor(u"Show All Tracks"_s));
+        EXPECT_TRUE(ui->comesToRest());
+        EXPECT_TRUE(world.waitFor([&] { return inView().contains(name); }, 3000))
+            << qPrintable(name) << " is behind the pane";
+        EXPECT_TRUE(ui->comesToRest());
     }
 }
 
@@ -112,7 +114,8 @@ TEST_F(HandsTest, AnArtistIsPlayedByTwoClicks) {
         EXPECT_TRUE(
             world.waitFor([&] { return library.player()->currentTrack().artist == name; }, 1500))
             << qPrintable(library.player()->currentTrack().artist);
-        QTest::qWait(700);
+        EXPECT_TRUE(ui->waitsFor(u"Show All Tracks"_s));
+        EXPECT_TRUE(ui->comesToRest());
     }
 }
 
@@ -121,7 +124,6 @@ TEST_F(HandsTest, ATrackIsPlayedByTwoClicksToo) {
     ASSERT_TRUE(ui->doubleClick(u"Sodium, The Lanterns"_s, QAccessible::ListItem));
     EXPECT_EQ(library.player()->currentTrack().title, u"Sodium"_s);
     EXPECT_TRUE(library.transport()->isPlaying());
-    QTest::qWait(700);
     ASSERT_TRUE(ui->click(u"Sodium, The Lanterns"_s, QAccessible::ListItem));
     EXPECT_FALSE(library.transport()->isPlaying()) << "one click on what plays is a pause";
     const QRect list = placeOf(u"Up Next"_s, QAccessible::List);
@@ -145,7 +147,7 @@ TEST_F(HandsTest, ATilesLastLineCanBeClickedTwiceInTheSmallestWindow) {
     const QPoint inGrid =
         ui->window().mapFromGlobal(placeOf(u"Albums"_s, QAccessible::List).center());
     ui->turnWheel(inGrid, 2);
-    QTest::qWait(400);
+    ASSERT_TRUE(ui->comesToRest());
     const QRect tile = placeOf(u"Paper Moons, Arden Quartet"_s, QAccessible::ListItem);
     ASSERT_TRUE(placeOf(u"Albums"_s, QAccessible::List).contains(tile.center()));
     ui->doubleClickAt(ui->window().mapFromGlobal(QPoint(tile.center().x(), tile.bottom() - 6)));
@@ -174,10 +176,10 @@ TEST_F(HandsTest, AQueueRowThatIsPickedUpAndHeldStaysInTheHand) {
     ui->hold(row(1), row(4));
     ui->release(row(4));
     const QString held = queued(4);
-    QTest::qWait(300); // the rows have come to rest
+    ASSERT_TRUE(ui->comesToRest());
     for (const int down : {12, -12}) {
         ui->hold(row(4), row(4) + QPoint(0, down));
-        QTest::qWait(1200);
+        QTest::qWait(1200); // as long as a hand hesitates
         EXPECT_EQ(queued(4), held);
         ui->release(row(4) + QPoint(0, down));
     }
@@ -203,10 +205,155 @@ TEST_F(HandsTest, UpNextFollowsWhatPlaysUnlessAHandIsInIt) {
         ui->window().mapFromGlobal(placeOf(u"Up Next"_s, QAccessible::List).center());
     ui->turnWheel(list, -12);
     ASSERT_TRUE(world.waitFor([&] { return !isInView(); }));
+    ASSERT_TRUE(ui->comesToRest());
     library.transport()->playNext(true);
-    QTest::qWait(600);
+    ASSERT_TRUE(ui->comesToRest());
     EXPECT_FALSE(isInView()) << "the hand's place stays";
     EXPECT_TRUE(world.waitFor(isInView, 12'000)) << "until the hand has left it";
+}
+
+// By key, menu and hand, each time beside what plays, which plays on.
+TEST_F(HandsTest, QueueRowsAreTakenOutAndPutBack) {
+    ASSERT_TRUE(world.waitFor([&] { return library.engine()->hasFile(); }));
+    ASSERT_GT(library.queue()->rowCount(), 8);
+    const QString current = library.player()->currentTrack().title;
+    const int at = library.queue()->rowOfCurrent();
+    ASSERT_EQ(at, 0) << "the list stands at its beginning";
+    const QRect list = placeOf(u"Up Next"_s, QAccessible::List);
+    const QPoint corner = ui->window().mapFromGlobal(list.topLeft());
+    const auto row = [&](int number) { return corner + QPoint(120, 44 * number + 22); };
+    const auto titles = [&] {
+        QStringList all;
+        for (int place = 0; place < library.queue()->rowCount(); ++place)
+            all.append(queued(place));
+        return all;
+    };
+    const QStringList before = titles();
+    QStringList expected = before;
+    const auto isAsExpected = [&] {
+        return titles() == expected && library.player()->currentTrack().title == current &&
+               library.transport()->isPlaying();
+    };
+
+    // Two by the Delete key, where the second takes the first one's place.
+    library.transport()->togglePlayback();
+    QTest::mouseClick(&ui->window(), Qt::LeftButton, {}, row(at)); // plays on, and has the keyboard
+    ui->key(Qt::Key_Down);
+    ui->key(Qt::Key_Delete);
+    ui->key(Qt::Key_Delete);
+    expected.remove(at + 1, 2);
+    EXPECT_TRUE(isAsExpected()) << qPrintable(titles().mid(0, 4).join(u", "_s));
+
+    ASSERT_TRUE(ui->comesToRest());
+    QTest::mouseClick(&ui->window(), Qt::RightButton, {}, row(at + 3));
+    ASSERT_TRUE(ui->waitsFor(u"Remove from Queue"_s));
+    ASSERT_TRUE(ui->comesToRest());
+    ASSERT_TRUE(ui->click(u"Remove from Queue"_s, QAccessible::MenuItem));
+    EXPECT_TRUE(world.waitFor([&] { return titles().size() == expected.size() - 1; }));
+    expected.removeAt(at + 3);
+    EXPECT_TRUE(isAsExpected());
+    ASSERT_TRUE(world.waitFor([&] { return !ui->shows(u"Remove from Queue"_s); }));
+    ASSERT_TRUE(ui->comesToRest());
+
+    ui->pointAt(row(at + 2));
+    ASSERT_TRUE(ui->comesToRest());
+    QTest::mouseClick(&ui->window(), Qt::LeftButton, {},
+                      corner + QPoint(list.width() - 16 - 18, 44 * (at + 2) + 22));
+    expected.removeAt(at + 2);
+    EXPECT_TRUE(isAsExpected()) << qPrintable(titles().mid(0, 4).join(u", "_s));
+
+    // The pill takes back the newest, and the keys all others.
+    ASSERT_TRUE(ui->click(u"Undo"_s, QAccessible::Button));
+    EXPECT_EQ(titles().size(), expected.size() + 1);
+    for (int step = 0; step < 3; ++step)
+        ui->key(Qt::Key_Z, Qt::ControlModifier);
+    expected = before;
+    EXPECT_TRUE(isAsExpected());
+    ui->key(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    expected.removeAt(at + 1);
+    EXPECT_TRUE(isAsExpected());
+}
+
+TEST_F(HandsTest, TheQueueIsKeptAndCleared) {
+    ASSERT_TRUE(world.waitFor([&] { return library.engine()->hasFile(); }));
+    const int rows = library.queue()->rowCount();
+    const int lists = library.playlists()->rowCount();
+    ASSERT_TRUE(ui->click(u"More"_s, QAccessible::Button));
+    ASSERT_TRUE(ui->waitsFor(u"Save as Playlist..."_s));
+    ASSERT_TRUE(ui->comesToRest());
+    ASSERT_TRUE(ui->click(u"Save as Playlist..."_s, QAccessible::MenuItem));
+    ASSERT_TRUE(ui->waitsFor(u"Playlist name"_s));
+    EXPECT_TRUE(ui->find(u"Save as Playlist"_s, QAccessible::Dialog));
+    auto* field = ui->find(u"Playlist name"_s, QAccessible::EditableText);
+    ASSERT_NE(field, nullptr);
+    EXPECT_EQ(field->text(QAccessible::Value), library.queueEditing()->suggestedName());
+    const auto mayAnswer = [&] {
+        return !ui->find(u"Done"_s, QAccessible::Button)->state().disabled;
+    };
+    EXPECT_TRUE(mayAnswer());
+    ui->key(Qt::Key_Backspace);
+    EXPECT_FALSE(mayAnswer()) << "without a name";
+    ui->key(Qt::Key_Return);
+    EXPECT_TRUE(ui->shows(u"Playlist name"_s));
+    ui->type(u"Forest"_s);
+    ui->key(Qt::Key_Return);
+    EXPECT_EQ(library.playlists()->rowCount(), lists + 1);
+    EXPECT_TRUE(ui->waitsFor(u"Forest"_s));
+    ASSERT_TRUE(world.waitFor([&] { return !ui->shows(u"Playlist name"_s); }));
+
+    ASSERT_TRUE(ui->click(u"More"_s, QAccessible::Button));
+    ASSERT_TRUE(ui->waitsFor(u"Clear Queue"_s));
+    ASSERT_TRUE(ui->comesToRest());
+    ASSERT_TRUE(ui->click(u"Clear Queue"_s, QAccessible::MenuItem));
+    EXPECT_TRUE(world.waitFor([&] { return library.queue()->rowCount() == 1; }));
+    EXPECT_TRUE(library.transport()->isPlaying());
+    ASSERT_TRUE(ui->waitsFor(u"Up Next cleared"_s));
+    ASSERT_TRUE(ui->click(u"Undo"_s, QAccessible::Button));
+    EXPECT_EQ(library.queue()->rowCount(), rows);
+    EXPECT_EQ(library.status()->text(), QString());
+}
+
+TEST_F(HandsTest, ATrackGoesIntoTheQueueByMenuAndByDrag) {
+    ASSERT_TRUE(world.waitFor([&] { return library.engine()->hasFile(); }));
+    const int at = library.queue()->rowOfCurrent();
+    library.browsing()->selectBrowseMode(LibraryMode::songs);
+    const int rows = library.queue()->rowCount();
+    const QStringList titles{u"Sodium"_s, u"Lamplight"_s};
+    const QStringList names{u"Sodium, The Lanterns"_s, u"Lamplight, The Lanterns"_s};
+    ASSERT_TRUE(ui->click(names[0], QAccessible::ListItem, Qt::RightButton));
+    ASSERT_TRUE(ui->waitsFor(u"Play Next"_s));
+    ASSERT_TRUE(ui->comesToRest());
+    ASSERT_TRUE(ui->click(u"Play Next"_s, QAccessible::MenuItem));
+    EXPECT_TRUE(world.waitFor([&] { return queued(at + 1) == titles[0]; }));
+    ASSERT_TRUE(ui->comesToRest());
+    QRect current;
+    forEachAccessible(ui->find(u"Up Next"_s, QAccessible::List), [&](auto& thing) {
+        if (thing.role() == QAccessible::ListItem && thing.state().selected)
+            current = thing.rect();
+    });
+    // Below the one that plays next.
+    ui->drag(ui->centreOf(names[1], QAccessible::ListItem),
+             ui->window().mapFromGlobal(current.bottomLeft()) + QPoint(120, 44 + 6));
+    EXPECT_TRUE(world.waitFor([&] { return queued(at + 2) == titles[1]; }))
+        << qPrintable(queued(at + 2));
+    EXPECT_EQ(library.queue()->rowCount(), rows + 2);
+    EXPECT_EQ(library.queue()->rowOfCurrent(), at);
+}
+
+TEST_F(HandsTest, ThereIsAWayBackToWhatPlays) {
+    library.collections()->playArtist(u"林间乐队"_s);
+    const QRect list = placeOf(u"Up Next"_s, QAccessible::List);
+    ui->turnWheel(ui->window().mapFromGlobal(list.center()), 12);
+    ASSERT_TRUE(ui->waitsFor(u"Now Playing"_s));
+    ASSERT_TRUE(ui->click(u"Now Playing"_s, QAccessible::Button));
+    EXPECT_TRUE(world.waitFor([&] {
+        bool isSeen = false;
+        forEachAccessible(ui->find(u"Up Next"_s, QAccessible::List), [&](auto& thing) {
+            isSeen = isSeen || (thing.role() == QAccessible::ListItem && thing.state().selected &&
+                                list.contains(thing.rect()));
+        });
+        return isSeen;
+    }));
 }
 
 TEST_F(HandsTest, ASearchShowsItsFirstResultsAndAPlaceItsBeginning) {
@@ -264,12 +411,38 @@ TEST_F(HandsTest, AJumpToAnAlbumBringsItsTileIntoView) {
     EXPECT_TRUE(world.waitFor(isWhole, 3000));
 }
 
+TEST_F(HandsTest, AnOpenAlbumStaysOpenWhilePlaybackGoesOn) {
+    ASSERT_TRUE(ui->doubleClick(u"Kelp & Salt, Mira Holt"_s, QAccessible::ListItem));
+    ASSERT_TRUE(ui->waitsFor(u"Show All Tracks"_s));
+    ASSERT_EQ(playing(), u"Kelp & Salt"_s);
+    QAbstractListModel* tracks = library.browsing()->visibleTracks();
+    const auto title = [&] {
+        return tracks->index(0, 0).data(tracks->roleNames().key("title")).toString();
+    };
+    const QString first = title();
+    const int count = tracks->rowCount();
+    library.collections()->playArtist(u"林间乐队"_s);
+    ASSERT_TRUE(world.waitFor(
+        [&] { return library.browsing()->selectedAlbum()->artist == u"林间乐队"_s; }));
+    EXPECT_EQ(title(), first);
+    EXPECT_EQ(tracks->rowCount(), count);
+    EXPECT_TRUE(ui->shows(first + u", Mira Holt"_s));
+    EXPECT_TRUE(ui->shows(u"Show All Tracks"_s));
+}
+
 TEST_F(HandsTest, AMessageMovesNothingAndIsSaidOnce) {
     library.browsing()->selectBrowseMode(LibraryMode::songs);
     ASSERT_TRUE(ui->waitsFor(u"Sodium, The Lanterns"_s));
     const QRect before = placeOf(u"Sodium, The Lanterns"_s, QAccessible::ListItem);
+    library.status()->show({}, false);
     library.status()->show(u"Something has happened"_s, true);
     ASSERT_TRUE(ui->waitsFor(u"Something has happened"_s));
+    bool isWritten = false;
+    forEachItem(ui->window().contentItem(), [&](QQuickItem* item) {
+        isWritten = isWritten || (item->inherits("QQuickText") &&
+                                  item->property("text") == u"Something has happened"_s);
+    });
+    EXPECT_TRUE(isWritten);
     int said = 0;
     forEachAccessible(QAccessible::queryAccessibleInterface(&ui->window()), [&](auto& thing) {
         said += thing.text(QAccessible::Name) == u"Something has happened"_s;
@@ -285,7 +458,8 @@ TEST_F(HandsTest, ATrackGoesIntoANewPlaylistFromItsMenu) {
     ASSERT_TRUE(ui->click(u"New Playlist..."_s, QAccessible::MenuItem));
     ASSERT_TRUE(ui->waitsFor(u"Playlist name"_s));
     ASSERT_TRUE(world.waitFor([&] { return !ui->shows(u"Remove from Library"_s); }));
-    QTest::qWait(300); // the menu has gone, and has not taken the keyboard along
+    ASSERT_TRUE(world.waitFor([&] { return ui->focusedName() == u"Playlist name"_s; }))
+        << "the menu has not taken the keyboard along";
     const QString before = library.player()->currentTrack().title;
     ui->type(u"Sunday"_s);
     ui->key(Qt::Key_Return);

@@ -6,6 +6,8 @@
 #include <QTest>
 #include <QWheelEvent>
 
+#include <utility>
+
 namespace halvane::test {
 
 namespace {
@@ -79,6 +81,10 @@ bool WindowDriver::doubleClick(const QString& name, QAccessible::Role role) {
     return true;
 }
 
+void WindowDriver::clickAt(const QPoint& place) {
+    QTest::mouseClick(&m_window, Qt::LeftButton, {}, place);
+}
+
 void WindowDriver::doubleClickAt(const QPoint& place) {
     constexpr int betweenClicks = 180;
     const int start = QTest::lastMouseTimestamp;
@@ -92,14 +98,38 @@ void WindowDriver::pointAt(const QPoint& place) {
     QTest::mouseMove(&m_window, place);
 }
 
-void WindowDriver::turnWheel(const QPoint& place, int steps) {
+void WindowDriver::turnWheel(const QPoint& place, int steps, Qt::KeyboardModifiers modifiers) {
     constexpr int oneStep = 120;
     for (int step = 0; step < std::abs(steps); ++step) {
         QWheelEvent event(place, m_window.mapToGlobal(place), {},
-                          {0, steps > 0 ? -oneStep : oneStep}, Qt::NoButton, {}, Qt::NoScrollPhase,
-                          false);
+                          {0, steps > 0 ? -oneStep : oneStep}, Qt::NoButton, modifiers,
+                          Qt::NoScrollPhase, false);
         QCoreApplication::sendEvent(&m_window, &event);
     }
+}
+
+bool WindowDriver::comesToRest() const {
+    constexpr int enough = 4; // pictures that show the same places
+    const auto places = [this] {
+        QList<QRectF> found;
+        forEachItem(m_window.contentItem(), [&](const QQuickItem* item) {
+            if (item->inherits("halvane::views::Operable") && item->property("index").isValid())
+                found.append(item->mapRectToScene({0, 0, item->width(), item->height()}));
+        });
+        return found;
+    };
+    bool isNew = false;
+    QObject context;
+    QObject::connect(&m_window, &QQuickWindow::frameSwapped, &context, [&] { isNew = true; });
+    QList<QRectF> before;
+    int same = 0;
+    return GalleryWorld::waitFor([&] {
+        m_window.update();
+        if (!std::exchange(isNew, false))
+            return false;
+        same = std::exchange(before, places()) == before ? same + 1 : 0;
+        return same >= enough;
+    });
 }
 
 void WindowDriver::drag(const QPoint& from, const QPoint& to) {

@@ -39,10 +39,13 @@ class WindowDriver {
     /// Two clicks on the place where the thing was at the first one, as a hand makes them: what
     /// moves meanwhile is not followed.
     bool doubleClick(const QString& name, QAccessible::Role role = QAccessible::NoRole);
+    void clickAt(const QPoint& place);
     void doubleClickAt(const QPoint& place);
     void pointAt(const QPoint& place);
     /// Turns the wheel over a place, downwards where steps is above 0.
-    void turnWheel(const QPoint& place, int steps);
+    void turnWheel(const QPoint& place, int steps, Qt::KeyboardModifiers modifiers = {});
+    /// Waits until the rows and the tiles stay where they are; false when they do not.
+    [[nodiscard]] bool comesToRest() const;
     void drag(const QPoint& from, const QPoint& to);
     /// The two halves of a drag.
     void hold(const QPoint& from, const QPoint& to);

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "support/end_program.h"
+
 #include <QGuiApplication>
 
 #include <gtest/gtest.h>
@@ -10,5 +12,5 @@ int main(int argc, char** argv) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QGuiApplication app(argc, argv);
     app.setQuitOnLastWindowClosed(false);
-    return RUN_ALL_TESTS();
+    halvane::test::endProgram(RUN_ALL_TESTS());
 }

@@ -10,7 +10,14 @@ Command::Command(CommandId id, const QKeySequence& shortcut, QObject* parent)
 }
 
 QString Command::shortcutText() const {
-    return m_shortcut.toString(QKeySequence::NativeText);
+    // The toolkit names the key first that everybody else names last, and by no name on keyboards.
+    QString keys = m_shortcut.toString(QKeySequence::NativeText);
+    static const QString meta = QStringLiteral("Meta+");
+    if (keys.startsWith(meta)) {
+        keys.remove(0, meta.size());
+        keys.insert(keys.lastIndexOf(u'+') + 1, QStringLiteral("Super+"));
+    }
+    return keys;
 }
 
 void Command::setTitle(const QString& title) {

@@ -24,6 +24,8 @@ enum class CommandId {
     previousTrack,
     toggleShuffle,
     advanceRepeatMode,
+    stopAfterCurrent,
+    advanceSleepTimer,
     increaseVolume,
     decreaseVolume,
     toggleMiniPlayer,

@@ -22,11 +22,21 @@ QString fixed(const CommandState&) {
 QString quitTitle(const CommandState&) {
     return u"Quit"_s;
 }
-QString undoTitle(const CommandState&) {
-    return u"Undo"_s;
+// Names what it takes back, which in a text field is what was typed.
+QString titleWith(const QString& command, const QString& name, const CommandState& state) {
+    return state.isTextFocused || name.isEmpty() ? command : command + u' ' + name;
 }
-QString redoTitle(const CommandState&) {
-    return u"Redo"_s;
+QString undoTitle(const CommandState& state) {
+    return titleWith(english(L10nKey::undoCommand), state.undoName, state);
+}
+QString redoTitle(const CommandState& state) {
+    return titleWith(english(L10nKey::redoCommand), state.redoName, state);
+}
+bool canUndo(const CommandState& state) {
+    return state.isTextFocused || !state.undoName.isEmpty();
+}
+bool canRedo(const CommandState& state) {
+    return state.isTextFocused || !state.redoName.isEmpty();
 }
 QString cutTitle(const CommandState&) {
     return u"Cut"_s;
@@ -59,6 +69,17 @@ QString repeatTitle(const CommandState& state) {
     return {};
 }
 
+QString stopTitle(const CommandState& state) {
+    return state.stopsAfterCurrent ? u"Play On after Current Track"_s
+                                   : u"Stop after Current Track"_s;
+}
+
+// Names what is set, as the repeat mode's does.
+QString sleepTitle(const CommandState& state) {
+    return state.sleepMinutes > 0 ? u"Sleep Timer: %1 min"_s.arg(state.sleepMinutes)
+                                  : u"Sleep Timer: Off"_s;
+}
+
 QString miniPlayerTitle(const CommandState& state) {
     return english(state.isMiniPlayerOpen ? L10nKey::backToMainWindow : L10nKey::miniPlayer);
 }
@@ -84,8 +105,8 @@ const std::vector<MenuSpec>& menuTable() {
           separator,
           {CommandId::quit, u"Ctrl+Q"_s, quitTitle}}},
         {u"Edit"_s,
-         {{CommandId::undo, u"Ctrl+Z"_s, undoTitle, inTextField, true},
-          {CommandId::redo, u"Ctrl+Shift+Z"_s, redoTitle, inTextField, true},
+         {{CommandId::undo, u"Ctrl+Z"_s, undoTitle, canUndo, true},
+          {CommandId::redo, u"Ctrl+Shift+Z"_s, redoTitle, canRedo, true},
           separator,
           {CommandId::cut, u"Ctrl+X"_s, cutTitle, inTextField, true},
           {CommandId::copy, u"Ctrl+C"_s, copyTitle, inTextField, true},
@@ -103,6 +124,9 @@ const std::vector<MenuSpec>& menuTable() {
           separator,
           {CommandId::toggleShuffle, u"Ctrl+Shift+S"_s, shuffleTitle},
           {CommandId::advanceRepeatMode, u"Ctrl+Shift+R"_s, repeatTitle},
+          separator,
+          {CommandId::stopAfterCurrent, {}, stopTitle},
+          {CommandId::advanceSleepTimer, {}, sleepTitle},
           separator,
           {CommandId::increaseVolume, u"Ctrl+Up"_s, fixed<L10nKey::increaseVolume>},
           {CommandId::decreaseVolume, u"Ctrl+Down"_s, fixed<L10nKey::decreaseVolume>},

@@ -16,7 +16,11 @@ struct CommandState {
     bool isTextFocused = false; ///< some text field has the keyboard
     bool isShuffleEnabled = false;
     PlaybackRepeatMode repeatMode = PlaybackRepeatMode::off;
+    bool stopsAfterCurrent = false;
+    int sleepMinutes = 0; ///< 0: the timer is off
     bool isMiniPlayerOpen = false;
+    QString undoName = {}; ///< of what is undone outside of text fields; empty: nothing can be
+    QString redoName = {};
 
     bool operator==(const CommandState&) const = default;
 };

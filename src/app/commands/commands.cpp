@@ -4,7 +4,10 @@
 #include "library/browsing/view_state.h"
 #include "library/import/importer.h"
 #include "library/library_view_model.h"
+#include "library/playback/sleep_timer.h"
 #include "library/playback/transport.h"
+#include "library/undo_history.h"
+#include "presentation/l10n.h"
 
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -28,6 +31,11 @@ bool isTextField(const QObject* object) {
 bool wantsSpace(const QObject* object) {
     return object->property("visualFocus").toBool() &&
            object->metaObject()->indexOfSignal("clicked()") >= 0;
+}
+
+// In English, as all menus.
+QString nameOf(std::optional<L10nKey> key) {
+    return key ? L10n::text(*key, ResolvedLanguage::english) : QString();
 }
 
 void askTextField(const char* method) {
@@ -81,9 +89,9 @@ void Commands::perform(CommandId id) {
     case CommandId::quit:
         return Q_EMIT quitAsked();
     case CommandId::undo:
-        return askTextField("undo");
+        return m_shown.isTextFocused ? askTextField("undo") : m_library.history()->undo();
     case CommandId::redo:
-        return askTextField("redo");
+        return m_shown.isTextFocused ? askTextField("redo") : m_library.history()->redo();
     case CommandId::cut:
         return askTextField("cut");
     case CommandId::copy:
@@ -106,6 +114,10 @@ void Commands::perform(CommandId id) {
         return transport->toggleShuffle();
     case CommandId::advanceRepeatMode:
         return transport->advanceRepeatMode();
+    case CommandId::stopAfterCurrent:
+        return transport->setStopsAfterCurrent(!transport->stopsAfterCurrent());
+    case CommandId::advanceSleepTimer:
+        return m_library.sleepTimer()->advance();
     case CommandId::increaseVolume:
         return transport->stepVolume(volumeStep);
     case CommandId::decreaseVolume:
@@ -123,7 +135,10 @@ void Commands::followLibrary() {
     connect(m_library.views(), &ViewState::isSearchFieldFocusedChanged, this, &Commands::refresh);
     connect(m_library.transport(), &Transport::isShuffleEnabledChanged, this, &Commands::refresh);
     connect(m_library.transport(), &Transport::repeatModeChanged, this, &Commands::refresh);
+    connect(m_library.transport(), &Transport::stopsAfterCurrentChanged, this, &Commands::refresh);
+    connect(m_library.sleepTimer(), &SleepTimer::minutesChanged, this, &Commands::refresh);
     connect(m_library.views(), &ViewState::isMiniPlayerOpenChanged, this, &Commands::refresh);
+    connect(m_library.history(), &UndoHistory::changed, this, &Commands::refresh);
     connect(qGuiApp, &QGuiApplication::focusObjectChanged, this, &Commands::refresh);
 }
 
@@ -132,7 +147,11 @@ CommandState Commands::state() const {
             .isTextFocused = isTextField(QGuiApplication::focusObject()),
             .isShuffleEnabled = m_library.transport()->isShuffleEnabled(),
             .repeatMode = m_library.transport()->repeatMode(),
-            .isMiniPlayerOpen = m_library.views()->isMiniPlayerOpen()};
+            .stopsAfterCurrent = m_library.transport()->stopsAfterCurrent(),
+            .sleepMinutes = m_library.sleepTimer()->minutes(),
+            .isMiniPlayerOpen = m_library.views()->isMiniPlayerOpen(),
+            .undoName = nameOf(m_library.history()->undoName()),
+            .redoName = nameOf(m_library.history()->redoName())};
 }
 
 void Commands::refresh() {

@@ -8,6 +8,7 @@
 #include "library/import/restoration.h"
 #include "library/library_view_model.h"
 #include "library/playback/play_queue.h"
+#include "library/playback/sleep_timer.h"
 #include "library/playback/transport.h"
 #include "library/user/track_user_data.h"
 
@@ -30,6 +31,7 @@ Remote::Remote(HalvaneApp& app, std::function<bool()> canHide, QObject* parent)
     };
     // Queued: the track that is asked for is to be current by then.
     connect(library->importing(), &Importer::playAsked, this, filesCame, Qt::QueuedConnection);
+    connect(library->importing(), &Importer::playlistAsked, this, filesCame, Qt::QueuedConnection);
     connect(library->importing(), &Importer::idle, this, filesCame, Qt::QueuedConnection);
     connect(library->queue(), &QAbstractItemModel::rowsInserted, this, &Remote::goOn,
             Qt::QueuedConnection);
@@ -92,7 +94,7 @@ void Remote::perform(const RemoteAction& action) {
         return action.isRelative ? transport->stepVolume(action.amount)
                                  : transport->setVolume(action.amount);
     case Kind::mute:
-        return mute(action.on);
+        return isWanted(transport->isMuted()) ? transport->toggleMute() : void();
     case Kind::shuffle:
         return isWanted(transport->isShuffleEnabled()) ? transport->toggleShuffle() : void();
     case Kind::repeat:
@@ -103,6 +105,10 @@ void Remote::perform(const RemoteAction& action) {
     case Kind::rate:
         return library->userData()->setRating(static_cast<int>(action.amount),
                                               library->queue()->currentPath());
+    case Kind::stopAfterCurrent:
+        return transport->setStopsAfterCurrent(action.on.value_or(!transport->stopsAfterCurrent()));
+    case Kind::sleepTimer:
+        return library->sleepTimer()->setMinutes(static_cast<int>(action.amount));
     case Kind::showHide:
         return showOrHide();
     case Kind::fullPlayer:
@@ -121,16 +127,6 @@ void Remote::seek(const RemoteAction& action) {
         transport->playNext(true);
     else
         transport->seek(target / duration);
-}
-
-void Remote::mute(std::optional<bool> on) {
-    auto* transport = m_app.library()->transport();
-    const bool isMuted = transport->volume() == 0;
-    if (on.value_or(!isMuted) == isMuted)
-        return;
-    if (!isMuted)
-        m_volumeBefore = transport->volume();
-    transport->setVolume(isMuted ? m_volumeBefore : 0);
 }
 
 void Remote::love(std::optional<bool> on) {

@@ -31,7 +31,6 @@ class Remote : public QObject {
     void goOn();
     void perform(const RemoteAction& action);
     void seek(const RemoteAction& action);
-    void mute(std::optional<bool> on);
     void love(std::optional<bool> on);
     void showOrHide();
 
@@ -39,7 +38,6 @@ class Remote : public QObject {
     std::function<bool()> m_canHide;
     std::vector<RemoteAction> m_waiting;
     bool m_filesComing = false;
-    double m_volumeBefore = 0.5; ///< the last mute
 };
 
 } // namespace halvane

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "app/remote/remote_action.h"
 
+#include "library/playback/sleep_timer.h"
+
 #include <algorithm>
 #include <cmath>
 #include <vector>
@@ -36,6 +38,9 @@ const std::vector<ActionSpec>& actionTable() {
         {Kind::repeat, u"Repeat"_s, u"[=off|all|one]"_s, u"the repeat mode, or the next one"_s},
         {Kind::love, u"Love"_s, onOff, u"love the current track, or do not"_s},
         {Kind::rate, u"Rate"_s, u"=0...5"_s, u"rate the current track by stars"_s},
+        {Kind::stopAfterCurrent, u"StopAfterCurrent"_s, onOff, u"stop when the track has ended"_s},
+        {Kind::sleepTimer, u"SleepTimer"_s, u"=MINUTES"_s,
+         u"pause after so long; 0 turns it off"_s},
         {Kind::showHide, u"ShowHide"_s, {}, u"bring the window forward, or hide it"_s},
         {Kind::fullPlayer, u"FullPlayer"_s, onOff, u"the full-screen player"_s},
     };
@@ -72,8 +77,10 @@ bool readNumber(const ActionSpec& spec, QString argument, RemoteAction& action) 
     action.amount = isVolume ? *value / 100 : *value;
     if (isVolume)
         return std::abs(action.amount) <= 1;
-    return spec.kind != Kind::rate ||
-           (!action.isRelative && *value <= 5 && *value == std::floor(*value));
+    if (spec.kind == Kind::seek)
+        return true;
+    const double most = spec.kind == Kind::rate ? 5 : SleepTimer::longestMinutes;
+    return !action.isRelative && *value <= most && *value == std::floor(*value);
 }
 
 bool readSwitch(const QString& argument, RemoteAction& action) {
@@ -93,11 +100,13 @@ bool readArgument(const ActionSpec& spec, const QString& argument, RemoteAction&
     case Kind::seek:
     case Kind::volume:
     case Kind::rate:
+    case Kind::sleepTimer:
         return readNumber(spec, argument, action);
     case Kind::mute:
     case Kind::shuffle:
     case Kind::love:
     case Kind::fullPlayer:
+    case Kind::stopAfterCurrent:
         return readSwitch(argument, action);
     case Kind::repeat:
         return readRepeat(argument, action);
@@ -151,6 +160,8 @@ bool isAboutTracks(const RemoteAction& action) {
     case Kind::repeat:
     case Kind::showHide:
     case Kind::fullPlayer:
+    case Kind::stopAfterCurrent:
+    case Kind::sleepTimer:
         return false;
     default:
         return true;

@@ -29,12 +29,14 @@ struct RemoteAction {
         rate,
         showHide,
         fullPlayer,
+        stopAfterCurrent,
+        sleepTimer,
     };
 
     Kind kind = Kind::playPause;
-    double amount = 0;        ///< seek: seconds; volume: 0...1; rate: stars, 0...5
-    bool isRelative = false;  ///< the amount is added to what is
-    std::optional<bool> on{}; ///< mute, shuffle, love, fullPlayer; none: the other way round
+    double amount = 0; ///< seek: seconds; volume: 0...1; rate: stars, 0...5; sleepTimer: minutes
+    bool isRelative = false;                    ///< the amount is added to what is
+    std::optional<bool> on{};                   ///< the switches; none: the other way round
     std::optional<PlaybackRepeatMode> repeat{}; ///< none: the next mode
 
     bool operator==(const RemoteAction&) const = default;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <bit>
 #include <cmath>
@@ -32,9 +33,7 @@ class PeakBuffer {
         while (position < end) {
             const std::int64_t stop = std::min(end, (position / stretch + 1) * stretch);
             const auto samples = std::size_t(stop - position) * channels;
-            float peak = 0;
-            for (std::size_t i = 0; i < samples; ++i)
-                peak = std::max(peak, std::abs(interleaved[i])); // what is no number is no peak
+            float peak = loudestOf(interleaved, samples);
             auto& kept = m_peaks[index(position)];
             if (position % stretch != 0)
                 peak = std::max(peak, kept.load(std::memory_order_relaxed));
@@ -55,6 +54,22 @@ class PeakBuffer {
     }
 
   private:
+    /// What is no number is no peak. Several maxima side by side need not wait for each other.
+    static float loudestOf(const float* samples, std::size_t count) noexcept {
+        std::array<float, 16> peaks{};
+        const auto take = [samples](float& peak, std::size_t i) {
+            const float value = std::abs(samples[i]);
+            peak = value > peak ? value : peak;
+        };
+        std::size_t i = 0;
+        for (; i + peaks.size() <= count; i += peaks.size()) {
+            for (std::size_t lane = 0; lane < peaks.size(); ++lane)
+                take(peaks[lane], i + lane);
+        }
+        for (; i < count; ++i)
+            take(peaks[0], i);
+        return *std::max_element(peaks.begin(), peaks.end());
+    }
     [[nodiscard]] std::size_t index(std::int64_t frame) const {
         return std::size_t(frame / stretch) & m_mask;
     }

@@ -2,16 +2,14 @@
 #include "audio/files/audio_decoder.h"
 
 #include "audio/files/container_signature.h"
-#include "audio/files/frame_index.h"
 
 #include <QFile>
+#include <QtEndian>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <string_view>
 #include <sys/stat.h>
-#include <vector>
 
 namespace halvane {
 
@@ -25,12 +23,8 @@ constexpr int maxSampleRate = 384'000; ///< what the sound server takes
 
 /// The containers that the playable formats come in. Nothing else is opened, whatever a file holds:
 /// some of libavformat's other readers follow references to further files or to the network.
-constexpr const char* containers = "mp3,mov,aac,loas,wav,w64,aiff,flac,caf,ogg";
-
-/// Packets decoded and dropped in front of a seek's target. An MP3 frame may draw on about ten
-/// frames before it (the bit reservoir at low bit rates) and its filter bank on one more; AAC
-/// overlaps by one frame, and its bandwidth extension settles within a few.
-constexpr int prerollPackets = 16;
+constexpr const char* containers =
+    "mp3,mov,aac,loas,wav,w64,aiff,flac,caf,ogg,wv,ape,mpc,mpc8,tta,dsf,iff,asf";
 
 Failure cannotOpen(int error) {
     return {QString::fromLocal8Bit(std::strerror(error))};
@@ -87,9 +81,12 @@ std::uint64_t speakerMask(const AVChannelLayout& layout) {
     return usual.order == AV_CHANNEL_ORDER_NATIVE ? usual.u.mask : 0;
 }
 
-bool drawsOnEarlierPackets(const AVCodecContext& codec) {
-    const AVCodecDescriptor* description = avcodec_descriptor_get(codec.codec_id);
-    return description && !(description->props & AV_CODEC_PROP_LOSSLESS);
+/// The decoder to use in place of the one that libavcodec offers first. Its own for Speex gives
+/// blocks of twice the length where there are two channels (version 7.1).
+const AVCodec* preferredTo(const AVCodec* codec) {
+    const AVCodec* other =
+        codec->id == AV_CODEC_ID_SPEEX ? avcodec_find_decoder_by_name("libspeex") : nullptr;
+    return other ? other : codec;
 }
 
 bool isEncrypted(const AVStream& stream, const AVPacket& packet) {
@@ -99,26 +96,43 @@ bool isEncrypted(const AVStream& stream, const AVPacket& packet) {
            av_packet_get_side_data(&packet, AV_PKT_DATA_ENCRYPTION_INFO, nullptr);
 }
 
+/// The address of a file, or of a part of it, for libavformat.
+QByteArray addressOf(const QByteArray& name, const std::optional<AudioDecoder::Part>& part) {
+    if (!part)
+        return "file:" + name;
+    return "subfile,,start," + QByteArray::number(part->begin) + ",end," +
+           QByteArray::number(part->end) + ",,:file:" + name;
+}
+
+/// The place of a block whose stated place may be off by up to `grain` frames. The containers with
+/// so coarse a clock hold codecs whose blocks are multiples of 512 frames.
+std::int64_t onGrid(std::int64_t stated, std::int64_t grain) {
+    constexpr std::int64_t grid = 512;
+    const std::int64_t nearest = (stated + grid / 2) / grid * grid;
+    const bool isCoarse = grain > 1 && grain < grid / 2;
+    return isCoarse && std::abs(nearest - stated) <= grain ? nearest : stated;
+}
+
 /// A container of this format, of any if it is null. `context` stays null on failure.
-int openAs(const AVInputFormat* format, const QByteArray& name, AVFormatContext*& context) {
+int openAs(const AVInputFormat* format, const QByteArray& address, AVFormatContext*& context) {
     AVDictionary* options = nullptr;
     av_dict_set(&options, "format_whitelist", containers, 0);
-    av_dict_set(&options, "protocol_whitelist", "file", 0);
+    av_dict_set(&options, "protocol_whitelist", "file,subfile", 0);
     // Edit lists are read apart: here they would drop packets that hold the last few frames.
     av_dict_set(&options, "ignore_editlist", "1", 0);
-    const int opened =
-        avformat_open_input(&context, ("file:" + name).constData(), format, &options);
+    const int opened = avformat_open_input(&context, address.constData(), format, &options);
     av_dict_free(&options);
     return opened;
 }
 
 } // namespace
 
-Result<> AudioDecoder::open(const QString& path) {
+Result<> AudioDecoder::open(const QString& path, const std::optional<Part>& part) {
     m_path = path;
+    m_part = part;
     if (auto loaded = libav::load(); !loaded)
         return loaded;
-    if (auto opened = openContainer(path); !opened)
+    if (auto opened = openContainer(path, part); !opened)
         return opened;
 
     const AVCodec* codec = nullptr;
@@ -132,12 +146,12 @@ Result<> AudioDecoder::open(const QString& path) {
         m_container->streams[i]->discard =
             static_cast<int>(i) == index ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
 
-    if (auto opened = openDecoder(codec); !opened)
+    if (auto opened = openDecoder(preferredTo(codec)); !opened)
         return opened;
     return decodeFirstBlock();
 }
 
-Result<> AudioDecoder::openContainer(const QString& path) {
+Result<> AudioDecoder::openContainer(const QString& path, const std::optional<Part>& part) {
     // Broken files are reported in our own words; libav's would only repeat them by the hundred.
     av_log_set_level(AV_LOG_QUIET);
     const QByteArray name = QFile::encodeName(path);
@@ -147,9 +161,9 @@ Result<> AudioDecoder::openContainer(const QString& path) {
     AVFormatContext* context = nullptr;
     int opened = AVERROR_INVALIDDATA;
     if (const char* container = containerBySignature(name))
-        opened = openAs(av_find_input_format(container), name, context);
+        opened = openAs(av_find_input_format(container), addressOf(name, part), context);
     if (opened < 0)
-        opened = openAs(nullptr, name, context);
+        opened = openAs(nullptr, addressOf(name, part), context);
     if (isAboutContent(opened))
         return Failure{u"It is damaged, or not in a format that can be played"_s};
     if (opened < 0)
@@ -189,6 +203,12 @@ Result<> AudioDecoder::decodeFirstBlock() {
     av_packet_unref(m_packet.get());
     if (!next())
         return Failure{u"There is no sound in the file that can be decoded"_s};
+    // The first packet of Vorbis only prepares the second, which gives the first block.
+    if (m_codec->codec_id == AV_CODEC_ID_VORBIS && m_frame->pts != AV_NOPTS_VALUE) {
+        m_origin = m_frame->pts;
+        m_blockStart = 0;
+        m_expectedStart = m_frame->nb_samples;
+    }
 
     const int channels = m_frame->ch_layout.nb_channels;
     const int rate = m_frame->sample_rate;
@@ -222,13 +242,17 @@ bool AudioDecoder::next() {
         if (received == AVERROR_EOF)
             break;
         if (received == 0) {
-            if (!isUsable())
+            // Behind a seek some containers give no times until the next page.
+            const bool hasPlace = m_expectedStart || m_frame->pts != AV_NOPTS_VALUE;
+            if (!hasPlace || !isUsable() || isLeadIn())
                 continue;
             place();
             return true;
         }
         // The decoder wants more, or a block was damaged: the gap shows where the next one begins.
         if (readPacket()) {
+            if (m_ignoresTimes)
+                m_packet->pts = AV_NOPTS_VALUE;
             avcodec_send_packet(m_codec.get(), m_packet.get());
             av_packet_unref(m_packet.get());
         } else if (draining) {
@@ -253,6 +277,14 @@ bool AudioDecoder::isUsable() const {
            m_frame->ch_layout.nb_channels == m_format.channels;
 }
 
+/// Whether the frame just received is what the first packet of Vorbis gives, which only prepares
+/// the second: later versions of libavcodec hand it out, marked as samples to be skipped.
+bool AudioDecoder::isLeadIn() const {
+    const auto* skip = av_frame_get_side_data(m_frame.get(), AV_FRAME_DATA_SKIP_SAMPLES);
+    return m_codec->codec_id == AV_CODEC_ID_VORBIS && skip && skip->size >= sizeof(quint32) &&
+           qFromLittleEndian<quint32>(skip->data) >= quint32(m_frame->nb_samples);
+}
+
 /// Says where the frame just received lies, and how.
 void AudioDecoder::place() {
     if (m_format.channels == 0)
@@ -269,7 +301,9 @@ void AudioDecoder::place() {
         // A stream time coarser than a frame must not open gaps that are not there.
         const std::int64_t grain =
             av_rescale_q_rnd(1, m_stream->time_base, {1, m_format.sampleRate}, AV_ROUND_UP);
-        if (!m_expectedStart || std::abs(stated - *m_expectedStart) > grain)
+        if (!m_expectedStart)
+            m_blockStart = onGrid(stated, grain);
+        else if (std::abs(stated - *m_expectedStart) > grain)
             m_blockStart = stated;
     }
     m_expectedStart = m_blockStart + m_frame->nb_samples;
@@ -277,65 +311,6 @@ void AudioDecoder::place() {
 
 void AudioDecoder::copy(std::int64_t from, std::size_t frames, float* out) const noexcept {
     toInterleavedFloat(m_layout, static_cast<std::size_t>(from - m_blockStart), frames, out);
-}
-
-bool AudioDecoder::seek(std::int64_t frame) {
-    indexFrames();
-    const int packetFrames = std::max(m_codec->frame_size, 1024);
-    std::int64_t lead =
-        drawsOnEarlierPackets(*m_codec) ? std::int64_t{prerollPackets} * packetFrames : 0;
-    for (;;) {
-        const std::int64_t from = std::max<std::int64_t>(frame - lead, 0);
-        // Some containers land late where their index is sparse: ask for an earlier place then.
-        if (seekBefore(from) && (m_blockStart <= from || from == 0))
-            return true;
-        if (from == 0)
-            return false;
-        lead = lead * 4 + m_format.sampleRate;
-    }
-}
-
-bool AudioDecoder::seekBefore(std::int64_t frame) {
-    const std::int64_t time = m_origin + av_rescale_q_rnd(frame, {1, m_format.sampleRate},
-                                                          m_stream->time_base, AV_ROUND_DOWN);
-    avcodec_flush_buffers(m_codec.get());
-    m_expectedStart.reset();
-    return av_seek_frame(m_container.get(), m_stream->index, time, AVSEEK_FLAG_BACKWARD) >= 0 &&
-           next();
-}
-
-/// Tells libavformat where the frames of a stream without a table are, which it would otherwise
-/// find out by parsing the stream up to each seek's target. Gives the number of frames on the raw
-/// timeline when it has walked them.
-std::optional<std::int64_t> AudioDecoder::indexFrames() {
-    constexpr std::int64_t spacing = 8; // packets between two entries
-    const std::string_view container = m_container->iformat->name;
-    const bool isMp3 = container == "mp3";
-    if (m_isIndexed || m_packetDuration <= 0 || !(isMp3 || container == "aac"))
-        return std::nullopt;
-    m_isIndexed = true;
-    QFile file(m_path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
-        return std::nullopt;
-    std::vector<std::int64_t> positions; // of every eighth packet and the last
-    std::int64_t last = 0;
-    const auto count =
-        walkFrames(file, isMp3 ? FrameStream::mpegLayer3 : FrameStream::adts, m_firstPacketPosition,
-                   [&](std::int64_t number, std::int64_t position) {
-                       if (number % spacing == 0)
-                           positions.push_back(position);
-                       last = position;
-                   });
-    if (!count)
-        return std::nullopt;
-    const auto add = [&](std::int64_t number, std::int64_t position) {
-        av_add_index_entry(m_stream, position, m_origin + number * m_packetDuration, 0, 0,
-                           AVINDEX_KEYFRAME);
-    };
-    for (std::size_t i = 0; i < positions.size(); ++i)
-        add(std::int64_t(i) * spacing, positions[i]);
-    add(*count - 1, last);
-    return toFrames(m_origin + *count * m_packetDuration);
 }
 
 std::int64_t AudioDecoder::countFrames() {

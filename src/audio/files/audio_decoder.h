@@ -16,8 +16,13 @@ namespace halvane {
 /// a time.
 class AudioDecoder {
   public:
-    /// Opens a file and decodes its first block.
-    Result<> open(const QString& path);
+    /// A part of a file, in bytes.
+    struct Part {
+        qint64 begin = 0;
+        qint64 end = 0;
+    };
+    /// Opens a file, or the part of it that is one, and decodes its first block.
+    Result<> open(const QString& path, const std::optional<Part>& part = {});
 
     [[nodiscard]] const StreamFormat& format() const { return m_format; }
     [[nodiscard]] const AVFormatContext& container() const { return *m_container; }
@@ -49,16 +54,20 @@ class AudioDecoder {
     [[nodiscard]] std::int64_t toFrames(std::int64_t streamTime) const;
 
   private:
-    Result<> openContainer(const QString& path);
+    Result<> openContainer(const QString& path, const std::optional<Part>& part);
     Result<> openDecoder(const AVCodec* codec);
     Result<> decodeFirstBlock();
     bool readPacket();
     [[nodiscard]] bool isUsable() const;
+    [[nodiscard]] bool isLeadIn() const;
     void place();
     bool seekBefore(std::int64_t frame);
+    bool seekPage(std::int64_t frame);
+    [[nodiscard]] std::optional<qint64> blockBefore(std::int64_t frame) const;
     std::optional<std::int64_t> indexFrames();
 
     QString m_path;
+    std::optional<Part> m_part;
     libav::Owned<AVFormatContext> m_container;
     AVStream* m_stream = nullptr; ///< of m_container
     libav::Owned<AVCodecContext> m_codec;
@@ -72,6 +81,7 @@ class AudioDecoder {
     bool m_isIndexed = false;          ///< the container's index is as complete as it gets
     std::int64_t m_blockStart = 0;
     std::optional<std::int64_t> m_expectedStart; ///< of the next block; none after a seek
+    bool m_ignoresTimes = false; ///< the container's; blocks are placed one behind the other
     std::optional<QString> m_readError;
 };
 

@@ -29,7 +29,22 @@ const char* containerBySignature(const QByteArray& fileName) {
         return "aiff";
     case Container::caf:
         return "caf";
-    case Container::adts: // the two bytes that begin a frame are too few to rule out all others
+    case Container::ogg:
+        return "ogg";
+    case Container::wavpack:
+        return "wv";
+    case Container::ape:
+        return "ape";
+    case Container::tta:
+        return "tta";
+    case Container::dsf:
+        return "dsf";
+    case Container::dff:
+        return "iff";
+    case Container::asf:
+        return "asf";
+    case Container::musepack: // two readers, one for each of its versions
+    case Container::adts:     // the two bytes that begin a frame are too few to rule out all others
     case Container::adif:
     case Container::other:
         break;

@@ -2,7 +2,7 @@
 #include "audio/files/stream_extent.h"
 
 #include "audio/files/audio_decoder.h"
-#include "audio/files/container_figures.h"
+#include "libav/container.h"
 
 #include <QFile>
 
@@ -14,11 +14,6 @@ namespace halvane {
 using namespace libav;
 
 namespace {
-
-/// What a layer III decoder adds in front of the sound, besides the encoder's delay.
-constexpr std::int64_t mp3DecoderDelay = 528 + 1;
-/// What encoders of raw AAC streams put in front by convention; the stream itself does not say.
-constexpr std::int64_t adtsDelay = 1024;
 
 bool isContainer(const AudioDecoder& decoder, std::string_view name) {
     return std::string_view(decoder.container().iformat->name).starts_with(name);
@@ -51,7 +46,7 @@ std::optional<std::int64_t> framesOnDisk(const AudioDecoder& decoder) {
     return (size - decoder.firstPacketPosition()) / (bits / 8 * codec.ch_layout.nb_channels);
 }
 
-StreamExtent mp3Extent(AudioDecoder& decoder, QFile& file) {
+StreamExtent mp3FileExtent(AudioDecoder& decoder, QFile& file) {
     constexpr std::int64_t longestFrame = 2881;
     const std::int64_t first = decoder.firstPacketPosition();
     const std::int64_t from = std::max<std::int64_t>(first - longestFrame, 0);
@@ -68,9 +63,7 @@ StreamExtent mp3Extent(AudioDecoder& decoder, QFile& file) {
     const std::int64_t stated = figures->blocks * blockFrames;
     if (stated > raw && stated - raw <= figures->delay + figures->padding)
         raw = stated;
-    const std::int64_t delay = figures->delay + mp3DecoderDelay;
-    const std::int64_t end = std::min(raw - figures->padding + mp3DecoderDelay, raw);
-    return {delay, end - delay};
+    return mp3Extent(*figures, raw);
 }
 
 StreamExtent mp4FileExtent(AudioDecoder& decoder, QFile& file) {
@@ -81,7 +74,8 @@ StreamExtent mp4FileExtent(AudioDecoder& decoder, QFile& file) {
     if (const auto extent = tag ? gaplessTag(tag->value) : std::nullopt;
         extent && extent->delay + extent->length <= raw)
         return {extent->delay, extent->length};
-    if (const auto extent = mp4Extent(file, static_cast<std::uint32_t>(decoder.stream().id)))
+    if (const auto extent =
+            mp4Extent(byteSource(file), static_cast<std::uint32_t>(decoder.stream().id)))
         return {scaled(extent->delay, extent->ticksPerSecond, rate),
                 scaled(extent->length, extent->ticksPerSecond, rate)};
     return {0, raw};
@@ -89,13 +83,42 @@ StreamExtent mp4FileExtent(AudioDecoder& decoder, QFile& file) {
 
 StreamExtent cafExtent(AudioDecoder& decoder, QFile& file) {
     const std::int64_t raw = rawLength(decoder);
-    const auto table = cafPacketTable(file);
+    const auto table = cafPacketTable(byteSource(file));
     if (!table)
         return {0, raw};
     // Some writers state whole packets; only the last packet itself tells how full it is.
     const std::int64_t end = decoder.decodedEnd(raw - 1).value_or(raw);
     const std::int64_t delay = table->primingFrames;
     return {delay, std::min(table->validFrames, end - delay)};
+}
+
+StreamExtent musepackFileExtent(AudioDecoder& decoder, QFile& file) {
+    const ByteSource source = byteSource(file);
+    const qint64 start = detectContainer(source).audioStart;
+    // libavformat's duration counts whole packets.
+    return musepackExtent(source, start).value_or(StreamExtent{0, rawLength(decoder)});
+}
+
+// The sound is stored in whole blocks.
+StreamExtent dsfFileExtent(AudioDecoder& decoder, QFile& file) {
+    constexpr std::int64_t bitsInFrame = 8;
+    const std::int64_t raw = rawLength(decoder);
+    const auto bits = dsfBits(byteSource(file));
+    return {0, bits ? std::min(*bits / bitsInFrame, raw) : raw};
+}
+
+// libavformat takes the chunks behind the sound for sound.
+StreamExtent dsdiffFileExtent(AudioDecoder& decoder, QFile& file) {
+    const std::int64_t raw = rawLength(decoder);
+    const auto bytes = dsdiffSoundBytes(byteSource(file));
+    return {0, bytes ? std::min(*bytes / decoder.format().channels, raw) : raw};
+}
+
+// libavformat guesses the length of a file with a picture from its size.
+StreamExtent asfFileExtent(AudioDecoder& decoder, QFile& file) {
+    const auto time = asfTime(byteSource(file));
+    return {0, time ? scaled(*time, asfTicksPerSecond, decoder.format().sampleRate)
+                    : rawLength(decoder)};
 }
 
 } // namespace
@@ -105,11 +128,19 @@ StreamExtent findExtent(AudioDecoder& decoder, const QString& path) {
     const bool isOpen = file.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
     StreamExtent extent;
     if (isOpen && isContainer(decoder, "mp3"))
-        extent = mp3Extent(decoder, file);
+        extent = mp3FileExtent(decoder, file);
     else if (isOpen && isContainer(decoder, "mov"))
         extent = mp4FileExtent(decoder, file);
     else if (isOpen && isContainer(decoder, "caf"))
         extent = cafExtent(decoder, file);
+    else if (isOpen && isContainer(decoder, "mpc"))
+        extent = musepackFileExtent(decoder, file);
+    else if (isOpen && isContainer(decoder, "dsf"))
+        extent = dsfFileExtent(decoder, file);
+    else if (isOpen && isContainer(decoder, "iff"))
+        extent = dsdiffFileExtent(decoder, file);
+    else if (isOpen && isContainer(decoder, "asf"))
+        extent = asfFileExtent(decoder, file);
     else if (isContainer(decoder, "aac"))
         extent = {adtsDelay, rawLength(decoder) - adtsDelay};
     else

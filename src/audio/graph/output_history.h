@@ -17,7 +17,7 @@ class OutputHistory {
   public:
     /// A new stream. Allocates; while nothing is rendered.
     void begin(const StreamFormat& format) {
-        constexpr double keptSeconds = 0.3;
+        constexpr double keptSeconds = RenderSource::queueMilliseconds * 1e-3;
         m_channels = std::size_t(format.channels);
         m_keptFrames = std::size_t(keptSeconds * format.sampleRate) + 1;
         m_changeFrames = std::size_t(RenderSource::changeSeconds * format.sampleRate);

@@ -163,6 +163,15 @@ void AudioPlaybackEngine::follow(NextFile next) {
                     float(linearGain(m_pendingNext.gain)), completion());
 }
 
+bool AudioPlaybackEngine::setNextGain(const QString& path, double dB) {
+    assertOwnThread(*this);
+    if (!m_pendingNext.file || m_pendingNext.path != path)
+        return false;
+    m_pendingNext.gain = dB;
+    m_node.setLastGain(float(linearGain(dB)));
+    return true;
+}
+
 std::optional<QString> AudioPlaybackEngine::adoptPrescheduledTrack() {
     assertOwnThread(*this);
     if (!m_pendingNext.file)

@@ -46,6 +46,7 @@ class AudioPlaybackEngine : public TransportEngine {
 
     /// prescheduleSettled tells what came of it.
     bool prescheduleNextIfCompatible(const QString& path, double gain) override;
+    bool setNextGain(const QString& path, double dB) override;
     std::optional<QString> adoptPrescheduledTrack() override;
     void invalidatePreschedule() override;
 

@@ -90,9 +90,18 @@ void PlayerNode::schedule(std::shared_ptr<AudioFile> file, std::int64_t startFra
 }
 
 void PlayerNode::setGain(float gain) {
-    if (m_segments.empty())
+    if (!m_segments.empty())
+        change(m_segments.front(), gain);
+}
+
+void PlayerNode::setLastGain(float gain) {
+    if (!m_segments.empty())
+        change(m_segments.back(), gain);
+}
+
+void PlayerNode::change(Segment& segment, float gain) {
+    if (std::exchange(segment.gain, gain) == gain)
         return;
-    m_segments.front().gain = gain;
     publishGains();
     revise();
 }

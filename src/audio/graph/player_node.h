@@ -50,6 +50,8 @@ class PlayerNode : public QObject {
                   float gain, std::function<void()> heard);
     /// Changes the gain (linear) of the segment that is being heard, if there is one.
     void setGain(float gain);
+    /// The same for the segment that was scheduled last.
+    void setLastGain(float gain);
     /// Has what the graph was told since heard at once, instead of behind what the server holds.
     void revise();
     /// Takes back what was scheduled last, its completion with it; false when it was begun already.
@@ -81,6 +83,7 @@ class PlayerNode : public QObject {
         std::function<void()> heard;
     };
 
+    void change(Segment& segment, float gain);
     void publishGains();
     Result<> startSound();
     void startLate(std::uint32_t epoch);

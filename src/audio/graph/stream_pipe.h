@@ -41,16 +41,19 @@ struct SegmentStart {
 /// sample also sees the start.
 class StreamPipe {
   public:
+    [[nodiscard]] static constexpr std::size_t framesOf(int sampleRate, int milliseconds) {
+        return std::size_t(sampleRate) * std::size_t(milliseconds) / 1000;
+    }
     /// How far the decoder runs ahead of the audio thread.
     static constexpr int secondsAhead = 2;
     /// How much must be there for the sound to begin: as much as a server asks for at once, so that
     /// no hole follows the first sound.
     static constexpr std::size_t firstFrames(int sampleRate) {
-        return static_cast<std::size_t>(sampleRate) / 4;
+        return framesOf(sampleRate, RenderSource::queueMilliseconds);
     }
     /// How much of what has been played is kept: what the server has queued may be rendered again,
     /// with a run-up for the filters.
-    static constexpr int millisecondsKept = 600;
+    static constexpr int millisecondsKept = RenderSource::queueMilliseconds + 350;
     /// What the decoder writes at a time: short, so that a seek never waits long for what it makes
     /// useless.
     static constexpr std::size_t blockFrames = 4096;
@@ -63,9 +66,6 @@ class StreamPipe {
         , anchors(4096) {}
 
     [[nodiscard]] const StreamFormat& format() const { return m_format; }
-    [[nodiscard]] static constexpr std::size_t framesOf(int sampleRate, int milliseconds) {
-        return std::size_t(sampleRate) * std::size_t(milliseconds) / 1000;
-    }
     [[nodiscard]] std::size_t channels() const { return std::size_t(m_format.channels); }
 
     /// Makes room for the next epoch. Main thread, while the output does not render and so leaves

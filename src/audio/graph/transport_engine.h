@@ -47,6 +47,9 @@ class TransportEngine : public QObject {
     /// False where nothing is done because nothing plays that it could follow, or another file is
     /// queued or being opened.
     virtual bool prescheduleNextIfCompatible(const QString& path, double gain) = 0;
+    /// Changes the gain of the pre-scheduled file, also where its sound has been decoded. False
+    /// when it is not this one, or is still being opened.
+    virtual bool setNextGain(const QString& path, double dB) = 0;
     /// Makes the pre-scheduled file current, whose gain is the track gain then, and gives its path;
     /// none when there is none.
     virtual std::optional<QString> adoptPrescheduledTrack() = 0;

@@ -29,8 +29,9 @@ QVariant ArtistListModel::data(const QModelIndex& index, int role) const {
     case TrackCountRole:
         return artist.trackCount;
     case SummaryRole:
-        return L10n::artistSummary(artist.albumCount, artist.trackCount,
-                                   m_language.resolvedLanguage());
+        return artist.isGuest ? L10n::guestSummary(artist.albumCount, m_language.resolvedLanguage())
+                              : L10n::artistSummary(artist.albumCount, artist.trackCount,
+                                                    m_language.resolvedLanguage());
     case CoverKeyRole:
         return m_covers.keyFor(artist.coverImageData, artist.coverURL);
     default:

@@ -11,12 +11,13 @@ class LanguageSetting;
 struct ArtistKind {
     static const QString& keyOf(const CatalogArtist& artist) { return artist.name; }
     static bool looksAlike(const CatalogArtist& a, const CatalogArtist& b) {
-        return a.albumCount == b.albumCount && a.trackCount == b.trackCount &&
-               a.coverImageData == b.coverImageData && a.coverURL == b.coverURL;
+        return a.isGuest == b.isGuest && a.albumCount == b.albumCount &&
+               a.trackCount == b.trackCount && a.coverImageData == b.coverImageData &&
+               a.coverURL == b.coverURL;
     }
 };
 
-/// The artists of the artist grid. Main thread.
+/// The artists of the artist grid: those who lead an album, and after them the guests. Main thread.
 class ArtistListModel : public CatalogListModel<CatalogArtist, ArtistKind> {
     Q_OBJECT
 

@@ -5,10 +5,56 @@
 #include "library/user/language_setting.h"
 #include "library/user/playlists.h"
 #include "library/user/track_user_data.h"
+#include "presentation/l10n.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace halvane {
+
+namespace {
+
+bool isAnySet(const std::vector<quint8>& found) {
+    return std::find(found.cbegin(), found.cend(), 1) != found.cend();
+}
+
+// Which tiles a query finds: those that hold it as it stands, or else all of its words. Empty
+// without a query.
+std::vector<quint8> tilesFound(const FoldedTexts& tiles, const QByteArray& query) {
+    if (query.isEmpty())
+        return {};
+    auto found = tiles.matches(query);
+    const QByteArrayList words = severalWords(query);
+    return isAnySet(found) || words.isEmpty() ? found : tiles.matchesAll(words);
+}
+
+// The albums whose tiles a query finds. With none, those on which it finds a track: a song leads to
+// its album.
+std::vector<quint8> albumsFound(const Catalog& catalog, const QByteArray& query) {
+    auto found = tilesFound(catalog.albumTiles, query);
+    if (query.isEmpty() || isAnySet(found))
+        return found;
+    auto rows = rowsMatching(catalog, query, nullptr);
+    if (const QByteArrayList words = severalWords(query); rows.empty() && !words.isEmpty())
+        rows = rowsMatchingAll(catalog, words, nullptr);
+    for (const quint32 row : rows)
+        found[catalog.albumOfRow[row]] = 1;
+    return found;
+}
+
+// Some rows as they follow each other among all.
+std::vector<quint32> inOrder(const std::vector<quint32>& some, const std::vector<quint32>& all) {
+    std::vector<bool> isOne(all.size());
+    for (const quint32 row : some)
+        isOne[row] = true;
+    std::vector<quint32> ordered;
+    ordered.reserve(some.size());
+    std::copy_if(all.cbegin(), all.cend(), std::back_inserter(ordered),
+                 [&](quint32 row) { return isOne[row]; });
+    return ordered;
+}
+
+} // namespace
 
 Browsing::Browsing(const LibraryStore& store, const CatalogPublisher& catalog,
                    const Playlists& playlists, const TrackUserData& userData,
@@ -24,6 +70,7 @@ Browsing::Browsing(const LibraryStore& store, const CatalogPublisher& catalog,
     , m_albums(m_covers)
     , m_artists(m_covers, language) {
     connect(&catalog, &CatalogPublisher::catalogChanged, this, &Browsing::catalogChanged);
+    connect(&catalog, &CatalogPublisher::sortedRowsChanged, this, &Browsing::orderChanged);
     followPlaylists();
     followUserData();
     catalogChanged();
@@ -66,8 +113,8 @@ bool Browsing::assign(T& field, const T& value, void (Browsing::*changed)()) {
 // Albums
 
 const Album* Browsing::focusedAlbum() const {
-    return m_mode == LibraryMode::albums && !m_selectedAlbumID.isEmpty()
-               ? catalog()->albumWithID(m_selectedAlbumID)
+    return m_mode == LibraryMode::albums && !m_focusedAlbumID.isEmpty()
+               ? catalog()->albumWithID(m_focusedAlbumID)
                : nullptr;
 }
 
@@ -81,9 +128,7 @@ const Album* Browsing::selectedAlbum() const {
 }
 
 const Album* Browsing::artworkAlbum(const std::optional<QueueItem>& current) const {
-    return current ? albumOfEntry(*catalog(), current->album, current->artist,
-                                  m_language.resolvedLanguage())
-                   : selectedAlbum();
+    return current ? albumOf(*current) : selectedAlbum();
 }
 
 Album Browsing::shown(const Album* album) const {
@@ -98,10 +143,19 @@ QString Browsing::selectedPlaylistName() const {
     return playlist ? playlist->name : QString();
 }
 
-void Browsing::selectAlbum(const QueueItem& entry) {
-    if (const Album* album =
-            albumOfEntry(*catalog(), entry.album, entry.artist, m_language.resolvedLanguage()))
-        setSelectedAlbumID(album->id);
+const Album* Browsing::albumOf(const QueueItem& entry) const {
+    return albumOfEntry(*catalog(), entry.album, entry.leadArtist(), m_language.resolvedLanguage());
+}
+
+void Browsing::selectPlayedAlbum(const QString& id) {
+    if (assign(m_selectedAlbumID, id, &Browsing::selectedAlbumIDChanged))
+        Q_EMIT selectedAlbumChanged();
+    Q_EMIT albumChosen(id);
+}
+
+void Browsing::selectPlayedAlbum(const QueueItem& entry) {
+    if (const Album* album = albumOf(entry))
+        selectPlayedAlbum(album->id);
 }
 
 // Navigation
@@ -125,11 +179,9 @@ void Browsing::setFocusedArtist(const QString& name) {
 }
 
 void Browsing::setSelectedAlbumID(const QString& id) {
-    if (!assign(m_selectedAlbumID, id, &Browsing::selectedAlbumIDChanged))
-        return;
-    Q_EMIT selectedAlbumChanged();
-    Q_EMIT focusedAlbumChanged();
-    sourceChanged();
+    selectPlayedAlbum(id);
+    if (assign(m_focusedAlbumID, id, &Browsing::focusedAlbumChanged))
+        sourceChanged();
 }
 
 void Browsing::setSelectedPlaylistID(const QUuid& id) {
@@ -196,7 +248,8 @@ void Browsing::jumpToAlbum(const QueueItem& entry) {
         return;
     Q_EMIT jumping();
     enter(LibraryMode::albums, SidebarItem::albums, false);
-    selectAlbum(entry);
+    if (const Album* album = albumOf(entry))
+        setSelectedAlbumID(album->id);
     sourceChanged();
     Q_EMIT jumped();
 }
@@ -237,12 +290,41 @@ void Browsing::currentChanged(const QString& path) {
 
 void Browsing::catalogChanged() {
     if (!m_selectedAlbumID.isEmpty() && !catalog()->albumWithID(m_selectedAlbumID))
-        setSelectedAlbumID({});
+        assign(m_selectedAlbumID, QString(), &Browsing::selectedAlbumIDChanged);
+    if (!m_focusedAlbumID.isEmpty() && !catalog()->albumWithID(m_focusedAlbumID))
+        m_focusedAlbumID.clear();
     sourceChanged();
     refreshAlbums();
     refreshArtists();
     Q_EMIT selectedAlbumChanged();
     Q_EMIT focusedAlbumChanged();
+}
+
+// A playlist, an album and an artist's tracks have orders of their own.
+bool Browsing::followsOrder() const {
+    return m_mode == LibraryMode::songs && m_selectedPlaylistID.isNull();
+}
+
+void Browsing::orderChanged() {
+    if (!followsOrder())
+        return;
+    sourceChanged();
+    Q_EMIT turnedTo();
+}
+
+TrackRows Browsing::sortedTracks() const {
+    TrackRows tracks;
+    if (!followsOrder() || !m_catalog.sortedRows())
+        return tracks;
+    tracks.reserve(m_source->size());
+    for (const quint32 row : *m_source)
+        tracks.push_back((*catalog()->rows)[row]);
+    return tracks;
+}
+
+QString Browsing::sortedPlace() const {
+    return L10n::text(m_showLovedOnly ? L10nKey::loved : L10nKey::tracks,
+                      m_language.resolvedLanguage());
 }
 
 void Browsing::sourceChanged() {
@@ -256,16 +338,19 @@ Browsing::SourceRows Browsing::sourceRows() const {
         const Playlist* playlist = m_playlists.find(m_selectedPlaylistID);
         return playlist ? rowsOfPaths(playlist->trackPaths) : std::vector<quint32>();
     }
+    const std::vector<quint32>* sorted = followsOrder() ? m_catalog.sortedRows() : nullptr;
     if (m_showLovedOnly) {
         const QSet<QString>& loved = m_userData.lovedPaths();
         auto rows = rowsOfPaths(std::vector<QString>(loved.cbegin(), loved.cend()));
         std::sort(rows.begin(), rows.end());
-        return rows;
+        return sorted ? inOrder(rows, *sorted) : rows;
     }
+    if (sorted)
+        return *sorted;
     if (const Album* album = focusedAlbum())
-        return rowsOfAlbum(album->id);
+        return catalog()->rowsOfAlbum(album->id);
     if (m_mode == LibraryMode::artists && !m_focusedArtist.isEmpty())
-        return rowsOfArtist(m_focusedArtist);
+        return catalog()->rowsOfArtist(m_focusedArtist);
     return std::nullopt;
 }
 
@@ -295,40 +380,26 @@ std::vector<quint32> Browsing::rowsOfPaths(const std::vector<QString>& paths) co
     return rows;
 }
 
-std::vector<quint32> Browsing::rowsOfAlbum(const QString& id) const {
+// Words are searched one by one where no text holds the query as it stands, so that "miles blue"
+// finds an artist's track by its title, and an exact query finds nothing beside.
+void Browsing::search(const std::vector<quint32>* within) {
     const Catalog& now = *catalog();
-    std::vector<bool> isWanted(now.albums.size());
-    for (std::size_t album = 0; album < now.albums.size(); ++album)
-        isWanted[album] = now.albums[album].id == id;
-    std::vector<quint32> rows;
-    for (std::size_t row = 0; row < now.albumOfRow.size(); ++row) {
-        if (isWanted[now.albumOfRow[row]])
-            rows.push_back(static_cast<quint32>(row));
-    }
-    return rows;
-}
-
-std::vector<quint32> Browsing::rowsOfArtist(const QString& name) const {
-    std::vector<quint32> rows;
-    const Catalog& now = *catalog();
-    const CatalogArtist* artist = now.artistNamed(name);
-    if (!artist)
-        return rows;
-    const std::vector<quint32>& numbers = now.columns.artist.ofRow;
-    for (std::size_t row = 0; row < numbers.size(); ++row) {
-        if (numbers[row] == artist->number)
-            rows.push_back(static_cast<quint32>(row));
-    }
-    return rows;
+    const bool grew = m_found && m_query.contains(m_foundQuery);
+    auto found = rowsMatching(now, m_query, grew ? &*m_found : within);
+    const QByteArrayList words = severalWords(m_query);
+    const bool isByWords = found.empty() && !words.isEmpty();
+    if (isByWords)
+        found = rowsMatchingAll(now, words, grew && m_foundIsEnough ? &*m_found : within);
+    m_found = std::move(found);
+    m_foundQuery = m_query;
+    m_foundIsEnough = isByWords || words.isEmpty();
 }
 
 void Browsing::refreshTracks() {
     const Catalog& now = *catalog();
     const std::vector<quint32>* shown = m_source ? &*m_source : nullptr;
     if (!m_query.isEmpty()) {
-        const bool grew = m_found && m_query.contains(m_foundQuery);
-        m_found = rowsMatching(now, m_query, grew ? &*m_found : shown);
-        m_foundQuery = m_query;
+        search(shown);
         shown = &*m_found;
     } else {
         m_found.reset();
@@ -344,12 +415,12 @@ void Browsing::refreshTracks() {
             items.push_back(row.get());
     }
     m_tracks.setItems(catalog(), std::move(items));
+    assign(m_hasVisibleTracks, m_tracks.size() > 0, &Browsing::hasVisibleTracksChanged);
 }
 
 void Browsing::refreshAlbums() {
     const Catalog& now = *catalog();
-    const auto matches =
-        m_query.isEmpty() ? std::vector<quint8>() : now.albumTiles.matches(m_query);
+    const auto matches = albumsFound(now, m_query);
     std::vector<const Album*> items;
     items.reserve(now.albums.size());
     for (std::size_t i = 0; i < now.albums.size(); ++i) {
@@ -361,13 +432,16 @@ void Browsing::refreshAlbums() {
 
 void Browsing::refreshArtists() {
     const Catalog& now = *catalog();
-    const auto matches =
-        m_query.isEmpty() ? std::vector<quint8>() : now.artistTexts.matches(m_query);
+    const auto matches = tilesFound(now.artistTexts, m_query);
     std::vector<const CatalogArtist*> items;
     items.reserve(now.artists.size());
     for (const CatalogArtist& artist : now.artists) {
         if (matches.empty() || matches[artist.number] != 0)
             items.push_back(&artist);
+    }
+    for (const CatalogArtist& guest : now.guests) {
+        if (matches.empty() || matches[guest.number] != 0)
+            items.push_back(&guest);
     }
     m_artists.setItems(catalog(), std::move(items));
 }

@@ -31,6 +31,7 @@ class Browsing : public QObject {
     Q_PROPERTY(bool hasFocusedAlbum READ hasFocusedAlbum NOTIFY focusedAlbumChanged)
     Q_PROPERTY(halvane::Album focusedAlbum READ shownFocusedAlbum NOTIFY focusedAlbumChanged)
     Q_PROPERTY(QAbstractListModel* visibleTracks READ visibleTracks CONSTANT)
+    Q_PROPERTY(bool hasVisibleTracks READ hasVisibleTracks NOTIFY hasVisibleTracksChanged)
     Q_PROPERTY(QAbstractListModel* visibleAlbums READ visibleAlbums CONSTANT)
     Q_PROPERTY(QAbstractListModel* visibleArtists READ visibleArtists CONSTANT)
 
@@ -57,12 +58,20 @@ class Browsing : public QObject {
     [[nodiscard]] QString selectedPlaylistName() const;
 
     TrackListModel* visibleTracks() { return &m_tracks; }
+    [[nodiscard]] bool hasVisibleTracks() const { return m_hasVisibleTracks; }
     AlbumListModel* visibleAlbums() { return &m_albums; }
     ArtistListModel* visibleArtists() { return &m_artists; }
 
+    /// All tracks of the table in the order that the user has chosen, not only those that a search
+    /// finds. Empty while the table shows another order than that.
+    [[nodiscard]] TrackRows sortedTracks() const;
+    /// What the place of these tracks is called.
+    [[nodiscard]] QString sortedPlace() const;
+
     // These pointers are valid until the catalog changes.
 
-    /// The album to which the track table is limited, or null.
+    /// The album whose tracks somebody asked for, or null: the track table is limited to it.
+    /// Playback goes on to other albums without changing it.
     [[nodiscard]] const Album* focusedAlbum() const;
     /// The selected album, or the first if none is selected. Null without albums.
     [[nodiscard]] const Album* selectedAlbum() const;
@@ -76,6 +85,7 @@ class Browsing : public QObject {
 
     void setSearchText(const QString& text);
     void setFocusedArtist(const QString& name);
+    /// Selects an album and limits the track table to it.
     void setSelectedAlbumID(const QString& id);
     void setSelectedPlaylistID(const QUuid& id);
     Q_INVOKABLE void selectBrowseMode(halvane::LibraryMode mode);
@@ -84,8 +94,10 @@ class Browsing : public QObject {
     Q_INVOKABLE void jumpToArtist(const QString& name);
     /// Does nothing for an entry that the queue does not have.
     Q_INVOKABLE void jumpToAlbum(const halvane::QueueItem& entry);
-    /// Selects the album of a playing entry, if the library has it.
-    void selectAlbum(const QueueItem& entry);
+    /// Selects the album that is played. The track table stays as it is.
+    void selectPlayedAlbum(const QString& id);
+    /// The same for the album of a playing entry, if the library has it.
+    void selectPlayedAlbum(const QueueItem& entry);
 
     // Something that the rows show has changed.
     void availabilityChanged(const QString& path);
@@ -98,6 +110,8 @@ class Browsing : public QObject {
     void searchTextChanged();
     void focusedArtistChanged();
     void selectedAlbumIDChanged();
+    /// Somebody, or playback, has chosen this album, perhaps once more.
+    void albumChosen(const QString& id);
     void selectedPlaylistIDChanged();
     void selectedPlaylistNameChanged();
     /// A jump is about to show another place of the library.
@@ -108,11 +122,13 @@ class Browsing : public QObject {
     void turnedTo();
     void focusedAlbumChanged();
     void selectedAlbumChanged();
+    void hasVisibleTracksChanged();
 
   private:
     /// Rows of the catalog. None means all of them.
     using SourceRows = std::optional<std::vector<quint32>>;
 
+    [[nodiscard]] const Album* albumOf(const QueueItem& entry) const;
     void enter(LibraryMode mode, SidebarItem sidebar, bool lovedOnly);
     void refreshRow(const QString& path, const QList<int>& roles);
     void followPlaylists();
@@ -120,14 +136,15 @@ class Browsing : public QObject {
     void lovedChanged(const QString& path);
     void lovedReset();
     void catalogChanged();
+    void orderChanged();
+    [[nodiscard]] bool followsOrder() const;
     void sourceChanged();
     void refreshTracks();
+    void search(const std::vector<quint32>* within);
     void refreshAlbums();
     void refreshArtists();
     [[nodiscard]] SourceRows sourceRows() const;
     [[nodiscard]] std::vector<quint32> rowsOfPaths(const std::vector<QString>& paths) const;
-    [[nodiscard]] std::vector<quint32> rowsOfAlbum(const QString& id) const;
-    [[nodiscard]] std::vector<quint32> rowsOfArtist(const QString& name) const;
     [[nodiscard]] const std::shared_ptr<const Catalog>& catalog() const {
         return m_catalog.published();
     }
@@ -146,6 +163,7 @@ class Browsing : public QObject {
     QString m_searchText;
     QString m_focusedArtist;
     QString m_selectedAlbumID;
+    QString m_focusedAlbumID; ///< empty: none
     bool m_showLovedOnly = false;
     QUuid m_selectedPlaylistID;
 
@@ -154,9 +172,12 @@ class Browsing : public QObject {
     /// The result of the last search of this source, to narrow when the query grows, and its query.
     std::optional<std::vector<quint32>> m_found;
     QByteArray m_foundQuery;
+    /// Every row that a longer query can find is among the found ones.
+    bool m_foundIsEnough = false;
 
     QString m_currentPath; ///< of the row that was last shown as playing
     TrackListModel m_tracks;
+    bool m_hasVisibleTracks = false;
     AlbumListModel m_albums;
     ArtistListModel m_artists;
 };

@@ -3,7 +3,9 @@
 
 #include <QAbstractListModel>
 
+#include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <vector>
 
 namespace halvane {
@@ -25,6 +27,14 @@ inline void addRow(std::vector<RowRange>& ranges, std::size_t row) {
         ++ranges.back().count;
     else
         ranges.push_back({row, 1});
+}
+
+/// Whether a row is in one of ascending ranges.
+inline bool isIn(const std::vector<RowRange>& ranges, std::size_t row) {
+    const auto next = std::upper_bound(
+        ranges.cbegin(), ranges.cend(), row,
+        [](std::size_t place, const RowRange& range) { return place < range.first; });
+    return next != ranges.cbegin() && row - std::prev(next)->first < std::prev(next)->count;
 }
 
 /// Has the views of a list draw some of its rows again.

@@ -20,6 +20,9 @@ class TrackListModel : public CatalogListModel<Track, TrackKind> {
     enum Role {
         TrackIdRole = TrackRole::firstOwn, ///< trackId: QUuid
         IsPlayingRole,                     ///< isPlaying: current, also while paused
+        TrackNumberRole,                   ///< trackNumber: on its album; 0: not known
+        DiscNumberRole,                    ///< discNumber: of its album, at least 1
+        LeadArtistRole,                    ///< leadArtist: of its album
     };
 
     explicit TrackListModel(RowState state, QObject* parent = nullptr);

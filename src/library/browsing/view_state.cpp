@@ -5,6 +5,10 @@
 #include "platform/preferences/preferences.h"
 #include "platform/thread_check.h"
 
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
 namespace halvane {
 
 ViewState::ViewState(Preferences& preferences, QObject* parent)
@@ -20,6 +24,13 @@ void ViewState::restoreNowPlayingPanel() {
 void ViewState::restoreRemainingTime() {
     if (const auto stored = m_preferences.boolean(SettingsKey::showRemainingTime))
         setShowRemainingTime(*stored);
+}
+
+void ViewState::restoreTileSize() {
+    if (const auto stored = m_preferences.number(SettingsKey::tileSize))
+        setTileSize(std::isfinite(*stored)
+                        ? qRound(std::clamp(*stored, 0.0, double(greatestTileSize)))
+                        : m_tileSize);
 }
 
 void ViewState::set(bool& flag, bool value, void (ViewState::*changed)()) {
@@ -63,6 +74,15 @@ void ViewState::requestSearchFocus() {
 void ViewState::setShowRemainingTime(bool show) {
     set(m_showRemainingTime, show, &ViewState::showRemainingTimeChanged);
     m_preferences.setBoolean(SettingsKey::showRemainingTime, show);
+}
+
+void ViewState::setTileSize(int size) {
+    assertOwnThread(*this);
+    size = std::clamp(size, 0, greatestTileSize);
+    if (std::exchange(m_tileSize, size) == size)
+        return;
+    m_preferences.setNumber(SettingsKey::tileSize, size);
+    Q_EMIT tileSizeChanged();
 }
 
 } // namespace halvane

@@ -25,13 +25,18 @@ class ViewState : public QObject {
     Q_PROPERTY(int searchFocusRequest READ searchFocusRequest NOTIFY searchFocusRequestChanged)
     Q_PROPERTY(bool showRemainingTime READ showRemainingTime WRITE setShowRemainingTime NOTIFY
                    showRemainingTimeChanged)
+    /// Of the albums, from 0 to greatestTileSize.
+    Q_PROPERTY(int tileSize READ tileSize WRITE setTileSize NOTIFY tileSizeChanged)
 
   public:
+    static constexpr int greatestTileSize = 3;
+
     /// The preferences must outlive it.
     explicit ViewState(Preferences& preferences, QObject* parent = nullptr);
 
     void restoreNowPlayingPanel();
     void restoreRemainingTime();
+    void restoreTileSize();
 
     [[nodiscard]] bool showFullPlayer() const { return m_showFullPlayer; }
     [[nodiscard]] bool isMiniPlayerOpen() const { return m_isMiniPlayerOpen; }
@@ -41,6 +46,7 @@ class ViewState : public QObject {
     [[nodiscard]] bool isSearchFieldFocused() const { return m_isSearchFieldFocused; }
     [[nodiscard]] int searchFocusRequest() const { return m_searchFocusRequest; }
     [[nodiscard]] bool showRemainingTime() const { return m_showRemainingTime; }
+    [[nodiscard]] int tileSize() const { return m_tileSize; }
 
     void setShowFullPlayer(bool show);
     void setMiniPlayerOpen(bool open);
@@ -50,6 +56,7 @@ class ViewState : public QObject {
     void setSearchFieldFocused(bool focused);
     Q_INVOKABLE void requestSearchFocus(); ///< adds 1 to searchFocusRequest
     void setShowRemainingTime(bool show);  ///< stored
+    void setTileSize(int size);            ///< clamped and stored
 
   Q_SIGNALS:
     void showFullPlayerChanged();
@@ -60,6 +67,7 @@ class ViewState : public QObject {
     void isSearchFieldFocusedChanged();
     void searchFocusRequestChanged();
     void showRemainingTimeChanged();
+    void tileSizeChanged();
 
   private:
     void set(bool& flag, bool value, void (ViewState::*changed)());
@@ -73,6 +81,7 @@ class ViewState : public QObject {
     bool m_isSearchFieldFocused = false;
     int m_searchFocusRequest = 0;
     bool m_showRemainingTime = false;
+    int m_tileSize = 1;
 };
 
 } // namespace halvane

@@ -36,7 +36,7 @@ Groups groupTracks(const TrackRows& rows, const TrackColumns& columns, ResolvedL
     QHash<AlbumGroupKey, quint32> groupOfKey;
     for (std::size_t row = 0; row < rows.size(); ++row) {
         const quint32 album = columns.album.ofRow[row];
-        const quint32 artist = columns.artist.ofRow[row];
+        const quint32 artist = columns.leadOfRow[row];
         const quint64 pair = static_cast<quint64>(album) << 32 | artist;
         const auto known = groupOfPair.constFind(pair);
         quint32 group = 0;
@@ -82,6 +82,25 @@ void sortByFileName(Tracks& tracks) {
                    [](const auto& entry) { return entry.second; });
 }
 
+quint16 discOf(const Track& track) {
+    return std::max<quint16>(track.albumTags.disc, 1);
+}
+
+// Puts the tracks in the album's own order, and gives the number of its discs; 0 without numbers.
+qint64 sortByNumber(Tracks& tracks) {
+    const bool areNumbered = std::all_of(tracks.cbegin(), tracks.cend(), [](const Track* track) {
+        return track->albumTags.track > 0;
+    });
+    if (!areNumbered)
+        return 0;
+    std::stable_sort(tracks.begin(), tracks.end(),
+                     [](const Track* a, const Track* b) { return isBeforeOnAlbum(*a, *b); });
+    qint64 discs = 1;
+    for (std::size_t i = 1; i < tracks.size(); ++i)
+        discs += discOf(*tracks[i]) != discOf(*tracks[i - 1]) ? 1 : 0;
+    return discs;
+}
+
 QString labels(const Tracks& tracks, const QCollator& collator) {
     std::vector<QString> kept;
     const Track* last = nullptr;
@@ -111,8 +130,10 @@ QString durationText(double totalSeconds, qint64 trackCount, ResolvedLanguage la
 
 Album albumOf(Group& group, ResolvedLanguage language, const QCollator& collator) {
     Tracks& tracks = group.tracks;
-    sortByFileName(tracks);
     Album album;
+    album.discCount = sortByNumber(tracks);
+    if (album.discCount == 0)
+        sortByFileName(tracks);
     QStringList genres;
     genres.reserve(static_cast<qsizetype>(tracks.size()));
     for (const Track* track : tracks) {
@@ -136,14 +157,38 @@ Album albumOf(Group& group, ResolvedLanguage language, const QCollator& collator
     return album;
 }
 
+// The texts by which an album is sorted. The first track that says so counts.
+struct SortTexts {
+    QString artist;
+    QString title;
+};
+
+SortTexts sortTextsOf(const Album& album, const Tracks& tracks) {
+    SortTexts texts;
+    for (const Track* track : tracks) {
+        const SortNames* names = track->albumTags.sortNames.get();
+        if (!names)
+            continue;
+        if (texts.artist.isEmpty())
+            texts.artist = sortNameOfLead(*track);
+        if (texts.title.isEmpty())
+            texts.title = names->album;
+    }
+    if (texts.artist.isEmpty())
+        texts.artist = album.artist;
+    if (texts.title.isEmpty())
+        texts.title = album.title;
+    return texts;
+}
+
 // Where each album stands in the published list.
-std::vector<quint32> sortedOrder(const std::vector<Album>& albums, const QCollator& collator) {
-    const auto ranksBy = [&](QString Album::*field) {
+std::vector<quint32> sortedOrder(const std::vector<SortTexts>& albums, const QCollator& collator) {
+    const auto ranksBy = [&](QString SortTexts::*field) {
         QHash<QString, quint32> numbers;
         std::vector<QString> texts;
         std::vector<quint32> numberOf;
         numberOf.reserve(albums.size());
-        for (const Album& album : albums) {
+        for (const SortTexts& album : albums) {
             quint32& number = numbers[album.*field];
             if (number == 0) {
                 texts.push_back(album.*field);
@@ -156,8 +201,8 @@ std::vector<quint32> sortedOrder(const std::vector<Album>& albums, const QCollat
             number = ranks[number];
         return numberOf;
     };
-    const auto artistRank = ranksBy(&Album::artist);
-    const auto titleRank = ranksBy(&Album::title);
+    const auto artistRank = ranksBy(&SortTexts::artist);
+    const auto titleRank = ranksBy(&SortTexts::title);
     std::vector<quint32> order(albums.size());
     std::iota(order.begin(), order.end(), 0U);
     std::stable_sort(order.begin(), order.end(), [&](quint32 a, quint32 b) {
@@ -180,6 +225,21 @@ AlbumGroupKey albumGroupKey(const QString& title, const QString& artist,
         key.artist = L10n::text(L10nKey::unknownArtist, language);
     key.id = Album::makeID(key.title, key.artist, u"local"_s);
     return key;
+}
+
+bool isBeforeOnAlbum(const Track& a, const Track& b) {
+    if (discOf(a) != discOf(b))
+        return discOf(a) < discOf(b);
+    if (a.albumTags.track != b.albumTags.track)
+        return a.albumTags.track < b.albumTags.track;
+    return codePointLess(fileNameOf(a), fileNameOf(b));
+}
+
+QString sortNameOfLead(const Track& track) {
+    const SortNames* names = track.albumTags.sortNames.get();
+    if (!names)
+        return {};
+    return track.albumTags.albumArtist.isEmpty() ? names->artist : names->albumArtist;
 }
 
 std::optional<QString> mostCommonValue(const QStringList& values) {
@@ -236,10 +296,14 @@ DerivedAlbums deriveAlbums(const TrackRows& rows, const TrackColumns& columns,
     const QCollator collator = caseInsensitiveCollator();
     std::vector<Album> unsorted;
     unsorted.reserve(grouped.groups.size());
-    for (Group& group : grouped.groups)
+    std::vector<SortTexts> sortTexts;
+    sortTexts.reserve(grouped.groups.size());
+    for (Group& group : grouped.groups) {
         unsorted.push_back(albumOf(group, language, collator));
+        sortTexts.push_back(sortTextsOf(unsorted.back(), group.tracks));
+    }
 
-    const std::vector<quint32> order = sortedOrder(unsorted, collator);
+    const std::vector<quint32> order = sortedOrder(sortTexts, collator);
     DerivedAlbums derived;
     derived.albums.reserve(order.size());
     std::vector<quint32> placeOf(order.size());

@@ -27,7 +27,15 @@ inline size_t qHash(const AlbumGroupKey& key, size_t seed = 0) {
     return Hasher(seed).add(key.id).add(key.title).add(key.artist).result();
 }
 
+/// `artist` leads the album.
 AlbumGroupKey albumGroupKey(const QString& title, const QString& artist, ResolvedLanguage language);
+
+/// Whether a stands before b on an album whose tracks are all numbered: by disc, track and file
+/// name. A track without a disc is on the first.
+bool isBeforeOnAlbum(const Track& a, const Track& b);
+
+/// By which the artist who leads a track's album is sorted; empty: by the name.
+QString sortNameOfLead(const Track& track);
 
 /// The trimmed text that occurs most often. The earliest wins a tie; none if all are blank.
 std::optional<QString> mostCommonValue(const QStringList& values);

@@ -6,7 +6,7 @@
 #include <QSet>
 
 #include <algorithm>
-#include <numeric>
+#include <utility>
 
 namespace halvane {
 
@@ -19,40 +19,176 @@ FoldedTexts foldedColumn(const InternedColumn& column) {
     return folded;
 }
 
-std::vector<CatalogArtist> artistsOf(const Catalog& catalog) {
-    const InternedColumn& column = catalog.columns.artist;
-    std::vector<CatalogArtist> artists(column.texts.size());
-    for (std::size_t i = 0; i < artists.size(); ++i) {
-        artists[i].name = column.texts[i];
-        artists[i].number = static_cast<quint32>(i);
-    }
-    QSet<quint64> albumsOfArtists;
-    for (std::size_t row = 0; row < catalog.rows->size(); ++row) {
-        const quint32 number = column.ofRow[row];
-        const Track& track = *(*catalog.rows)[row];
-        CatalogArtist& artist = artists[number];
-        ++artist.trackCount;
-        albumsOfArtists.insert(static_cast<quint64>(number) << 32 | catalog.albumOfRow[row]);
-        if (!artist.coverImageData)
-            artist.coverImageData = track.coverImageData;
-        if (!artist.coverURL)
-            artist.coverURL = track.coverURL;
-    }
-    for (const quint64 pair : albumsOfArtists)
-        ++artists[pair >> 32].albumCount;
-    std::vector<quint32> order(artists.size());
-    std::iota(order.begin(), order.end(), 0U);
-    std::sort(order.begin(), order.end(), [&](quint32 a, quint32 b) {
-        return codePointLess(artists[a].name, artists[b].name);
-    });
-    std::vector<CatalogArtist> sorted;
-    sorted.reserve(order.size());
-    for (const quint32 number : order)
-        sorted.push_back(std::move(artists[number]));
-    return sorted;
+// Pairs of an artist's number and an album's place.
+using Appearances = QSet<quint64>;
+
+quint64 appearance(quint32 artist, quint32 album) {
+    return static_cast<quint64>(artist) << 32 | album;
 }
 
+void count(CatalogArtist& artist, const Track& track) {
+    ++artist.trackCount;
+    if (!artist.coverImageData)
+        artist.coverImageData = track.coverImageData;
+    if (!artist.coverURL)
+        artist.coverURL = track.coverURL;
+}
+
+class ArtistList {
+  public:
+    explicit ArtistList(const InternedColumn& column)
+        : m_artists(column.texts.size())
+        , m_sortNames(column.texts) {
+        for (std::size_t i = 0; i < m_artists.size(); ++i) {
+            m_artists[i].name = column.texts[i];
+            m_artists[i].number = static_cast<quint32>(i);
+        }
+    }
+
+    [[nodiscard]] bool holds(quint32 number) const { return m_artists[number].trackCount > 0; }
+    void add(quint32 number, const Track& track, quint32 album, const QString& sortName) {
+        count(m_artists[number], track);
+        if (!sortName.isEmpty())
+            m_sortNames[number] = sortName;
+        m_albums.insert(appearance(number, album));
+    }
+    std::vector<CatalogArtist> sorted() {
+        for (const quint64 pair : m_albums)
+            ++m_artists[pair >> 32].albumCount;
+        std::vector<quint32> order;
+        for (const CatalogArtist& artist : m_artists)
+            if (artist.trackCount > 0)
+                order.push_back(artist.number);
+        std::stable_sort(order.begin(), order.end(), [&](quint32 a, quint32 b) {
+            return codePointLess(m_sortNames[a], m_sortNames[b]);
+        });
+        std::vector<CatalogArtist> sorted;
+        sorted.reserve(order.size());
+        for (const quint32 number : order)
+            sorted.push_back(std::move(m_artists[number]));
+        return sorted;
+    }
+
+  private:
+    std::vector<CatalogArtist> m_artists; // by number
+    std::vector<QString> m_sortNames;     // by number
+    Appearances m_albums;
+};
+
+// Fills in the artists and guests, and gives the albums that guests are heard on.
+Appearances deriveArtists(Catalog& catalog) {
+    const TrackColumns& columns = catalog.columns;
+    ArtistList leaders(columns.artist);
+    std::vector<quint32> guestRows;
+    for (quint32 row = 0; row < catalog.rows->size(); ++row) {
+        const Track& track = *(*catalog.rows)[row];
+        const quint32 lead = columns.leadOfRow[row];
+        leaders.add(lead, track, catalog.albumOfRow[row], sortNameOfLead(track));
+        if (lead != columns.artist.ofRow[row])
+            guestRows.push_back(row);
+    }
+    Appearances appearances;
+    if (!guestRows.empty()) {
+        ArtistList guests(columns.artist);
+        for (const quint32 row : guestRows) {
+            const Track& track = *(*catalog.rows)[row];
+            const quint32 number = columns.artist.ofRow[row];
+            appearances.insert(appearance(number, catalog.albumOfRow[row]));
+            const SortNames* names = track.albumTags.sortNames.get();
+            if (!leaders.holds(number))
+                guests.add(number, track, catalog.albumOfRow[row],
+                           names ? names->artist : QString());
+        }
+        catalog.guests = guests.sorted();
+        for (CatalogArtist& guest : catalog.guests)
+            guest.isGuest = true;
+    }
+    catalog.artists = leaders.sorted();
+    return appearances;
+}
+
+FoldedTexts foldedTiles(const Catalog& catalog, const Appearances& guests) {
+    std::vector<std::vector<quint32>> guestsOf(guests.isEmpty() ? 0 : catalog.albums.size());
+    for (const quint64 pair : guests)
+        guestsOf[pair & 0xffffffff].push_back(static_cast<quint32>(pair >> 32));
+    FoldedTexts tiles;
+    for (std::size_t i = 0; i < catalog.albums.size(); ++i) {
+        // A zero byte would be folded away. A line feed can't be typed into a search.
+        const Album& album = catalog.albums[i];
+        QString text = album.title + u'\n' + album.artist + u'\n' + album.genre;
+        if (!guestsOf.empty())
+            for (const quint32 guest : guestsOf[i])
+                text += u'\n' + catalog.columns.artist.texts[guest];
+        tiles.add(text);
+    }
+    return tiles;
+}
+
+// Which texts of the columns contain a query. A longer query is in few columns, and those without
+// it are not looked up for each row.
+class ColumnMatches {
+  public:
+    ColumnMatches(const Catalog& catalog, const QByteArray& foldedQuery) {
+        const TrackColumns& columns = catalog.columns;
+        auto artists = catalog.artistTexts.matches(foldedQuery);
+        if (columns.leadOfRow != columns.artist.ofRow)
+            add(artists, columns.leadOfRow);
+        add(std::move(artists), columns.artist.ofRow);
+        add(catalog.albumTexts.matches(foldedQuery), columns.album.ofRow);
+        add(catalog.genreTexts.matches(foldedQuery), columns.genre.ofRow);
+        add(catalog.formatTexts.matches(foldedQuery), columns.format.ofRow);
+    }
+
+    [[nodiscard]] bool hold(quint32 row) const {
+        return std::any_of(m_columns.cbegin(), m_columns.cend(), [row](const Column& column) {
+            return column.isMatch[(*column.ofRow)[row]] != 0;
+        });
+    }
+    // Column by column, because the texts that match are together in the cache then.
+    void addTo(std::vector<quint8>& isFound) const {
+        for (const Column& column : m_columns) {
+            const quint8* const isMatch = column.isMatch.data();
+            const quint32* const ofRow = column.ofRow->data();
+            for (std::size_t row = 0; row < isFound.size(); ++row)
+                isFound[row] |= isMatch[ofRow[row]];
+        }
+    }
+
+  private:
+    struct Column {
+        std::vector<quint8> isMatch; // for each text
+        const std::vector<quint32>* ofRow;
+    };
+
+    void add(std::vector<quint8> isMatch, const std::vector<quint32>& ofRow) {
+        if (std::find(isMatch.cbegin(), isMatch.cend(), 1) != isMatch.cend())
+            m_columns.push_back({std::move(isMatch), &ofRow});
+    }
+
+    std::vector<Column> m_columns;
+};
+
 } // namespace
+
+void followAlbums(const Catalog& catalog, std::vector<quint32>& rows) {
+    QHash<quint32, std::vector<std::size_t>> placesOfAlbum;
+    for (std::size_t place = 0; place < rows.size(); ++place) {
+        const quint32 album = catalog.albumOfRow[rows[place]];
+        if (catalog.albums[album].discCount > 0)
+            placesOfAlbum[album].push_back(place);
+    }
+    for (const std::vector<std::size_t>& places : std::as_const(placesOfAlbum)) {
+        std::vector<quint32> ordered;
+        ordered.reserve(places.size());
+        for (const std::size_t place : places)
+            ordered.push_back(rows[place]);
+        std::stable_sort(ordered.begin(), ordered.end(), [&](quint32 a, quint32 b) {
+            return isBeforeOnAlbum(*(*catalog.rows)[a], *(*catalog.rows)[b]);
+        });
+        for (std::size_t i = 0; i < places.size(); ++i)
+            rows[places[i]] = ordered[i];
+    }
+}
 
 const Album* Catalog::albumWithID(const QString& id) const {
     const auto found = std::find_if(albums.cbegin(), albums.cend(),
@@ -61,10 +197,44 @@ const Album* Catalog::albumWithID(const QString& id) const {
 }
 
 const CatalogArtist* Catalog::artistNamed(const QString& name) const {
-    const auto found = std::lower_bound(
-        artists.cbegin(), artists.cend(), name,
-        [](const CatalogArtist& a, const QString& b) { return codePointLess(a.name, b); });
-    return found == artists.cend() || found->name != name ? nullptr : &*found;
+    for (const auto* list : {&artists, &guests}) {
+        const auto found =
+            std::find_if(list->cbegin(), list->cend(),
+                         [&](const CatalogArtist& artist) { return artist.name == name; });
+        if (found != list->cend())
+            return &*found;
+    }
+    return nullptr;
+}
+
+std::vector<quint32> Catalog::rowsOfAlbum(const QString& id) const {
+    std::vector<bool> isWanted(albums.size());
+    for (std::size_t album = 0; album < albums.size(); ++album)
+        isWanted[album] = albums[album].id == id;
+    std::vector<quint32> found;
+    for (quint32 row = 0; row < albumOfRow.size(); ++row)
+        if (isWanted[albumOfRow[row]])
+            found.push_back(row);
+    followAlbums(*this, found);
+    return found;
+}
+
+std::vector<quint32> Catalog::rowsOfArtist(const QString& name) const {
+    const CatalogArtist* artist = artistNamed(name);
+    if (!artist)
+        return {};
+    std::vector<quint32> found;
+    std::vector<quint32> onOthers;
+    for (quint32 row = 0; row < columns.leadOfRow.size(); ++row) {
+        if (columns.leadOfRow[row] == artist->number)
+            found.push_back(row);
+        else if (columns.artist.ofRow[row] == artist->number)
+            onOthers.push_back(row);
+    }
+    followAlbums(*this, found);
+    followAlbums(*this, onOthers);
+    found.insert(found.end(), onOthers.cbegin(), onOthers.cend());
+    return found;
 }
 
 std::shared_ptr<const Catalog> buildCatalog(std::shared_ptr<const TrackRows> rows,
@@ -76,7 +246,7 @@ std::shared_ptr<const Catalog> buildCatalog(std::shared_ptr<const TrackRows> row
     DerivedAlbums derived = deriveAlbums(*catalog->rows, catalog->columns, language);
     catalog->albums = std::move(derived.albums);
     catalog->albumOfRow = std::move(derived.albumOfRow);
-    catalog->artists = artistsOf(*catalog);
+    const Appearances guests = deriveArtists(*catalog);
 
     catalog->titles.reserve(catalog->rows->size(), catalog->rows->size() * 24);
     for (const TrackPtr& row : *catalog->rows) {
@@ -89,45 +259,45 @@ std::shared_ptr<const Catalog> buildCatalog(std::shared_ptr<const TrackRows> row
     catalog->albumTexts = foldedColumn(catalog->columns.album);
     catalog->genreTexts = foldedColumn(catalog->columns.genre);
     catalog->formatTexts = foldedColumn(catalog->columns.format);
-    for (const Album& album : catalog->albums) {
-        // A zero byte would be folded away. A line feed can't be typed into a search.
-        catalog->albumTiles.add(QString(album.title + u'\n' + album.artist + u'\n' + album.genre));
-    }
+    catalog->albumTiles = foldedTiles(*catalog, guests);
     return catalog;
 }
 
 std::vector<quint32> rowsMatching(const Catalog& catalog, const QByteArray& foldedQuery,
                                   const std::vector<quint32>* within) {
-    const TrackColumns& columns = catalog.columns;
-    const auto artists = catalog.artistTexts.matches(foldedQuery);
-    const auto albums = catalog.albumTexts.matches(foldedQuery);
-    const auto genres = catalog.genreTexts.matches(foldedQuery);
-    const auto formats = catalog.formatTexts.matches(foldedQuery);
-    const auto matchesColumns = [&](quint32 row) {
-        return (artists[columns.artist.ofRow[row]] | albums[columns.album.ofRow[row]] |
-                genres[columns.genre.ofRow[row]] | formats[columns.format.ofRow[row]]) != 0;
-    };
+    const ColumnMatches columns(catalog, foldedQuery);
     std::vector<quint32> found;
     // One run over all titles is several times cheaper than a search of each.
     constexpr std::size_t runAdvantage = 4;
     if (within && within->size() < catalog.titles.size() / runAdvantage) {
         for (const quint32 row : *within) {
-            if (matchesColumns(row) || catalog.titles.contains(row, foldedQuery))
+            if (columns.hold(row) || catalog.titles.contains(row, foldedQuery))
                 found.push_back(row);
         }
         return found;
     }
-    const auto titles = catalog.titles.matches(foldedQuery);
+    auto isFound = catalog.titles.matches(foldedQuery);
+    columns.addTo(isFound);
     if (within) {
         for (const quint32 row : *within) {
-            if (titles[row] != 0 || matchesColumns(row))
+            if (isFound[row] != 0)
                 found.push_back(row);
         }
         return found;
     }
-    for (quint32 row = 0; row < titles.size(); ++row) {
-        if (titles[row] != 0 || matchesColumns(row))
+    for (quint32 row = 0; row < isFound.size(); ++row) {
+        if (isFound[row] != 0)
             found.push_back(row);
+    }
+    return found;
+}
+
+std::vector<quint32> rowsMatchingAll(const Catalog& catalog, const QByteArrayList& foldedWords,
+                                     const std::vector<quint32>* within) {
+    std::vector<quint32> found;
+    for (const QByteArray& word : foldedWords) {
+        found = rowsMatching(catalog, word, within);
+        within = &found;
     }
     return found;
 }

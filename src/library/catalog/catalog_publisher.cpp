@@ -38,10 +38,40 @@ void CatalogPublisher::rebuildImportedAlbums() {
     auto rows = m_store.snapshot();
     const ResolvedLanguage language = m_language.resolvedLanguage();
     const QSet<QString>& loved = m_userData.lovedPaths();
+    const auto derive = [rows, language, loved, sorting = m_sorting] {
+        return sorted(buildCatalog(rows, language, loved), sorting);
+    };
     if (rows->size() <= derivedInPlace)
-        return publish(buildCatalog(std::move(rows), language, loved));
-    m_worker.run([rows, language, loved] { return buildCatalog(rows, language, loved); },
-                 [this](std::shared_ptr<const Catalog> catalog) { publish(std::move(catalog)); });
+        return publish(derive());
+    m_worker.run(derive, [this](Derived derived) { publish(std::move(derived)); });
+}
+
+void CatalogPublisher::setSorting(const TrackSorting& sorting) {
+    assertOwnThread(*this);
+    m_sorting = sorting;
+    sortRows();
+}
+
+CatalogPublisher::Derived CatalogPublisher::sorted(std::shared_ptr<const Catalog> catalog,
+                                                   const TrackSorting& sorting) {
+    std::vector<quint32> rows = halvane::sortedRows(*catalog, sorting);
+    return {std::move(catalog), sorting, std::move(rows)};
+}
+
+void CatalogPublisher::sortRows() {
+    if (m_sorting.by == TrackOrder::library || m_catalog->rows->size() <= derivedInPlace)
+        return takeOrder(sorted(m_catalog, m_sorting));
+    m_worker.run([catalog = m_catalog, sorting = m_sorting] { return sorted(catalog, sorting); },
+                 [this](Derived derived) {
+                     if (derived.catalog == m_catalog && derived.sorting == m_sorting)
+                         takeOrder(std::move(derived));
+                 });
+}
+
+void CatalogPublisher::takeOrder(Derived derived) {
+    m_sorted = derived.sorting;
+    m_sortedRows = std::move(derived.rows);
+    Q_EMIT sortedRowsChanged();
 }
 
 void CatalogPublisher::whenCurrent(QObject* context, std::function<void()> then) {
@@ -63,13 +93,17 @@ void CatalogPublisher::followLoved(const QString& path) {
     Q_EMIT lovedCountChanged();
 }
 
-void CatalogPublisher::publish(std::shared_ptr<const Catalog> catalog) {
-    const auto before = std::exchange(m_catalog, std::move(catalog));
+void CatalogPublisher::publish(Derived derived) {
+    const auto before = std::exchange(m_catalog, std::move(derived.catalog));
+    m_sorted = derived.sorting;
+    m_sortedRows = std::move(derived.rows);
     m_lovedCount = m_catalog->lovedCount + static_cast<std::size_t>(m_lovedSince);
     Q_EMIT catalogChanged();
     // Freeing a large catalog takes long. The lists no longer hold it.
     if (before->rows->size() > derivedInPlace)
         m_worker.start([before](const auto&) {});
+    if (m_sorted != m_sorting) // which was asked for meanwhile
+        sortRows();
 }
 
 } // namespace halvane

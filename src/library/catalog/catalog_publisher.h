@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "library/catalog/catalog.h"
+#include "library/catalog/track_sorting.h"
 #include "platform/serial_worker.h"
 
 #include <QObject>
@@ -26,6 +26,11 @@ class CatalogPublisher : public QObject {
 
     /// The newest catalog, never null.
     [[nodiscard]] const std::shared_ptr<const Catalog>& published() const { return m_catalog; }
+    /// The published catalog's rows in the order that was asked for, of which they may still be
+    /// one behind. Null: the library's own order.
+    [[nodiscard]] const std::vector<quint32>* sortedRows() const {
+        return m_sorted.by == TrackOrder::library ? nullptr : &m_sortedRows;
+    }
     /// How many rows of the published catalog are loved now.
     [[nodiscard]] std::size_t lovedCount() const { return m_lovedCount; }
     /// Whether the published catalog is of the store's rows as they are now.
@@ -37,20 +42,37 @@ class CatalogPublisher : public QObject {
 
     /// Derives a catalog from the tracks and the language as they are now.
     void rebuildImportedAlbums();
+    /// Sorts the rows, and those of later catalogs.
+    void setSorting(const TrackSorting& sorting);
 
   Q_SIGNALS:
     void catalogChanged();
+    /// The same catalog's rows are in another order.
+    void sortedRowsChanged();
     /// One track is loved, or no longer, in the same catalog.
     void lovedCountChanged();
 
   private:
-    void publish(std::shared_ptr<const Catalog> catalog);
+    /// A catalog and its rows in an order.
+    struct Derived {
+        std::shared_ptr<const Catalog> catalog;
+        TrackSorting sorting;
+        std::vector<quint32> rows;
+    };
+
+    static Derived sorted(std::shared_ptr<const Catalog> catalog, const TrackSorting& sorting);
+    void publish(Derived derived);
+    void sortRows();
+    void takeOrder(Derived derived);
     void followLoved(const QString& path);
 
     const LibraryStore& m_store;
     const TrackUserData& m_userData;
     const LanguageSetting& m_language;
     std::shared_ptr<const Catalog> m_catalog;
+    TrackSorting m_sorting; ///< as it was asked for
+    TrackSorting m_sorted;  ///< of the sorted rows
+    std::vector<quint32> m_sortedRows;
     std::size_t m_lovedCount = 0;
     std::ptrdiff_t m_lovedSince = 0; ///< tracks loved since the newest derivation began
     SerialWorker m_worker{SerialWorker::Priority::low};

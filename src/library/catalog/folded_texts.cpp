@@ -21,21 +21,82 @@ bool foldsDottedI() {
     return language == QLocale::Turkish || language == QLocale::Azerbaijani;
 }
 
+// Marks of these scripts are accents, which many people leave out. Those of others tell letters
+// apart: a voiced kana is another syllable.
+bool takesAccents(QChar base) {
+    const QChar::Script script = base.script();
+    return script == QChar::Script_Latin || script == QChar::Script_Greek;
+}
+
+// Russian is mostly written without the dots over its e.
+bool isAccent(QChar mark, QChar base) {
+    return mark.category() == QChar::Mark_NonSpacing &&
+           (takesAccents(base) || (base == QChar(0x0435) && mark == QChar(0x0308)));
+}
+
+// Letters whose stroke or second half is no mark of its own in Unicode.
+QLatin1StringView plainLetters(QChar letter) {
+    switch (letter.unicode()) {
+    case 0x00DF: // its capital is mostly SS
+        return QLatin1StringView("ss");
+    case 0x00E6:
+        return QLatin1StringView("ae");
+    case 0x0153:
+        return QLatin1StringView("oe");
+    case 0x00F8:
+        return QLatin1StringView("o");
+    case 0x0111:
+    case 0x00F0:
+        return QLatin1StringView("d");
+    case 0x0127:
+        return QLatin1StringView("h");
+    case 0x0142:
+        return QLatin1StringView("l");
+    case 0x00FE:
+        return QLatin1StringView("th");
+    default:
+        return {};
+    }
+}
+
+// `text` is in lower case and decomposed.
+QString withoutAccents(const QString& text) {
+    QString plain;
+    plain.reserve(text.size());
+    QChar base;
+    for (const QChar letter : text) {
+        if (isAccent(letter, base))
+            continue;
+        if (letter.category() != QChar::Mark_NonSpacing)
+            base = letter;
+        if (const QLatin1StringView letters = plainLetters(letter); !letters.isEmpty())
+            plain += letters;
+        else
+            plain += letter;
+    }
+    return plain;
+}
+
 } // namespace
 
 QByteArray foldedForSearch(QStringView text) {
     const bool dottedI = foldsDottedI();
     if (!dottedI && isAscii(text))
         return text.toLatin1().toLower();
-    QString folded = text.toString();
+    QString folded = text.toString().normalized(QString::NormalizationForm_C);
     if (dottedI)
         folded.replace(u'I', QChar(0x0131)).replace(QChar(0x0130), u'i');
-    folded = folded.normalized(QString::NormalizationForm_C)
-                 .toCaseFolded()
-                 .replace(QChar(0x00DF), QLatin1StringView("ss")) // its capital is mostly SS
+    else
+        folded.replace(QChar(0x0131), u'i');
+    folded = withoutAccents(folded.normalized(QString::NormalizationForm_KD).toCaseFolded())
                  .normalized(QString::NormalizationForm_C)
                  .replace(QChar(u'\0'), u' ');
     return folded.toUtf8();
+}
+
+QByteArrayList severalWords(const QByteArray& foldedQuery) {
+    QByteArrayList words = foldedQuery.simplified().split(' ');
+    return words.size() > 1 ? words : QByteArrayList();
 }
 
 void FoldedTexts::reserve(std::size_t texts, std::size_t bytes) {
@@ -67,6 +128,16 @@ std::vector<quint8> FoldedTexts::matches(const QByteArray& foldedQuery) const {
         found[index] = 1;
         from = begin + m_ends[index] + 1;
         ++index;
+    }
+    return found;
+}
+
+std::vector<quint8> FoldedTexts::matchesAll(const QByteArrayList& foldedWords) const {
+    std::vector<quint8> found(m_ends.size(), 1);
+    for (const QByteArray& word : foldedWords) {
+        const std::vector<quint8> matching = matches(word);
+        for (std::size_t i = 0; i < found.size(); ++i)
+            found[i] &= matching[i];
     }
     return found;
 }

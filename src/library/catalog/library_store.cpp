@@ -4,6 +4,7 @@
 #include "platform/thread_check.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace halvane {
 
@@ -153,6 +154,49 @@ void LibraryStore::remove(const QSet<QString>& paths) {
     m_isShared = false;
     for (quint32& row : m_rowOfPath)
         row = movesTo[row]; // no path is hashed again
+    changed();
+}
+
+std::vector<LibraryStore::PlacedTrack> LibraryStore::placed(const QStringList& paths) const {
+    std::vector<PlacedTrack> tracks;
+    for (const QString& path : paths) {
+        if (const auto row = rowOf(path))
+            tracks.emplace_back(*row, (*m_rows)[*row]);
+    }
+    std::sort(tracks.begin(), tracks.end());
+    tracks.erase(std::unique(tracks.begin(), tracks.end()), tracks.end());
+    return tracks;
+}
+
+void LibraryStore::putBack(const std::vector<PlacedTrack>& tracks) {
+    assertOwnThread(*this);
+    auto rows = std::make_shared<TrackRows>();
+    rows->reserve(m_rows->size() + tracks.size());
+    std::vector<quint32> movesTo;
+    movesTo.reserve(m_rows->size());
+    const auto keepUpTo = [&](std::size_t place) {
+        while (rows->size() < place && movesTo.size() < m_rows->size()) {
+            movesTo.push_back(static_cast<quint32>(rows->size()));
+            rows->push_back((*m_rows)[movesTo.size() - 1]);
+        }
+    };
+    std::vector<std::pair<QString, quint32>> added;
+    for (const auto& [row, track] : tracks) {
+        if (m_rowOfPath.contains(track->path()))
+            continue;
+        keepUpTo(row);
+        added.emplace_back(track->path(), static_cast<quint32>(rows->size()));
+        rows->push_back(track);
+    }
+    if (added.empty())
+        return;
+    keepUpTo(std::numeric_limits<std::size_t>::max());
+    m_rows = std::move(rows);
+    m_isShared = false;
+    for (quint32& row : m_rowOfPath)
+        row = movesTo[row]; // no path is hashed again
+    for (const auto& [path, row] : added)
+        m_rowOfPath.insert(path, row);
     changed();
 }
 

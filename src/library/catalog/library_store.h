@@ -6,9 +6,11 @@
 #include <QHash>
 #include <QObject>
 #include <QSet>
+#include <QStringList>
 
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace halvane {
@@ -65,6 +67,12 @@ class LibraryStore : public QObject {
     void replace(const TrackRows& tracks);
     /// Takes out the tracks of these standardized paths.
     void remove(const QSet<QString>& paths);
+    /// A track, and the row that it has or had.
+    using PlacedTrack = std::pair<std::size_t, TrackPtr>;
+    /// The tracks of these standardized paths with their rows, ascending.
+    [[nodiscard]] std::vector<PlacedTrack> placed(const QStringList& paths) const;
+    /// Puts tracks back to rows that they had, ascending. Those of known paths are left out.
+    void putBack(const std::vector<PlacedTrack>& tracks);
 
     /// Takes these rows in place of all others. The caller gets the previous index, which takes
     /// long to free.

@@ -1,33 +1,36 @@
 // SPDX-License-Identifier: MIT
 #include "library/catalog/track_columns.h"
 
+#include <optional>
+
 namespace halvane {
 
 namespace {
 
+// Numbers the texts of a column.
 class Interning {
   public:
-    Interning(InternedColumn& column, std::size_t rows)
-        : m_column(column) {
-        m_column.ofRow.reserve(rows);
-    }
+    explicit Interning(std::vector<QString>& texts)
+        : m_texts(texts) {}
 
-    void add(const QString& text) {
-        // Neighbours mostly have the same text, and then share its buffer.
-        if (!m_column.ofRow.empty() && m_column.texts[m_column.ofRow.back()] == text) {
-            m_column.ofRow.push_back(m_column.ofRow.back());
-            return;
-        }
+    // `last` is the number before this one in the same column. Neighbours mostly have the same
+    // text, and then share its buffer.
+    quint32 number(const QString& text, std::optional<quint32> last) {
+        if (last && m_texts[*last] == text)
+            return *last;
         quint32& number = m_numbers[text]; // counted from 1; 0 is a text not met before
         if (number == 0) {
-            m_column.texts.push_back(text);
-            number = static_cast<quint32>(m_column.texts.size());
+            m_texts.push_back(text);
+            number = static_cast<quint32>(m_texts.size());
         }
-        m_column.ofRow.push_back(number - 1);
+        return number - 1;
+    }
+    void add(std::vector<quint32>& ofRow, const QString& text) {
+        ofRow.push_back(number(text, ofRow.empty() ? std::nullopt : std::optional(ofRow.back())));
     }
 
   private:
-    InternedColumn& m_column;
+    std::vector<QString>& m_texts;
     QHash<QString, quint32> m_numbers;
 };
 
@@ -35,16 +38,23 @@ class Interning {
 
 TrackColumns columnsOf(const TrackRows& rows) {
     TrackColumns columns;
-    Interning artist(columns.artist, rows.size());
-    Interning album(columns.album, rows.size());
-    Interning genre(columns.genre, rows.size());
-    Interning format(columns.format, rows.size());
+    for (auto* ofRow : {&columns.artist.ofRow, &columns.leadOfRow, &columns.album.ofRow,
+                        &columns.genre.ofRow, &columns.format.ofRow})
+        ofRow->reserve(rows.size());
+    Interning artist(columns.artist.texts);
+    Interning album(columns.album.texts);
+    Interning genre(columns.genre.texts);
+    Interning format(columns.format.texts);
     // One run over the rows, because fetching them from memory takes most of the time.
     for (const TrackPtr& row : rows) {
-        artist.add(row->artist);
-        album.add(row->album);
-        genre.add(row->genre);
-        format.add(row->format);
+        artist.add(columns.artist.ofRow, row->artist);
+        if (row->albumTags.albumArtist.isEmpty())
+            columns.leadOfRow.push_back(columns.artist.ofRow.back());
+        else
+            artist.add(columns.leadOfRow, row->albumTags.albumArtist);
+        album.add(columns.album.ofRow, row->album);
+        genre.add(columns.genre.ofRow, row->genre);
+        format.add(columns.format.ofRow, row->format);
     }
     return columns;
 }

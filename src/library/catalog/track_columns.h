@@ -17,6 +17,8 @@ struct InternedColumn {
 /// thousand distinct texts rather than on those of every row. A plain value; any thread.
 struct TrackColumns {
     InternedColumn artist;
+    /// Who leads each row's album: a place among the artists' texts, which hold the leaders' too.
+    std::vector<quint32> leadOfRow;
     InternedColumn album;
     InternedColumn genre;
     InternedColumn format;

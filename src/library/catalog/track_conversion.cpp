@@ -16,6 +16,8 @@ std::optional<QueueItem> queueItemFromTrack(const Track& track) {
     item.year = track.year;
     item.sampleRate = track.sampleRate;
     item.bitDepth = track.bitDepth;
+    item.albumTags = track.albumTags;
+    item.readerVersion = track.readerVersion;
     item.coverImageData = track.coverImageData;
     item.coverURL = track.coverURL;
     item.durationSeconds = track.durationSeconds;
@@ -36,6 +38,8 @@ Track trackFromQueueItem(QueueItem item, const TrackExtras& extras) {
     track.format = std::move(item.quality);
     track.sampleRate = std::move(item.sampleRate);
     track.bitDepth = std::move(item.bitDepth);
+    track.albumTags = std::move(item.albumTags);
+    track.readerVersion = item.readerVersion;
     track.fileSize = item.fileSize;
     track.rating = extras.rating;
     track.plays = extras.plays;

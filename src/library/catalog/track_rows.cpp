@@ -3,6 +3,8 @@
 
 #include "library/catalog/track_conversion.h"
 
+#include <algorithm>
+
 namespace halvane {
 
 TrackRows rowsFromLoaded(std::vector<LoadedItem> loaded) {
@@ -18,6 +20,13 @@ TrackPtr rowReadAgain(const Track& known, LoadedItem read) {
         std::move(read.item), {.rating = known.rating, .plays = known.plays, .loved = known.loved});
     track.id = known.id;
     return makeRow(std::move(track));
+}
+
+TrackRows takeLast(TrackRows& rows, std::size_t most) {
+    const auto begin = rows.end() - static_cast<std::ptrdiff_t>(std::min(rows.size(), most));
+    TrackRows last(begin, rows.end());
+    rows.erase(begin, rows.end());
+    return last;
 }
 
 QStringList pathsOf(const TrackRows& rows) {

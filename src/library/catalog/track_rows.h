@@ -12,6 +12,12 @@ TrackRows rowsFromLoaded(std::vector<LoadedItem> loaded);
 /// The row of a file that was read again. It keeps its id and the user's data. Any thread.
 TrackPtr rowReadAgain(const Track& known, LoadedItem read);
 
+/// So many rows that were read are taken over within a few milliseconds.
+inline constexpr std::size_t takenOverAtOnce = 500;
+
+/// Takes up to that many rows from the end. Any thread.
+TrackRows takeLast(TrackRows& rows, std::size_t most);
+
 /// The standardized paths of rows, without those that have no file. Any thread.
 QStringList pathsOf(const TrackRows& rows);
 

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "library/desktop/artwork_export.h"
 
-#include <QBuffer>
+#include "model/picture_file.h"
+#include "presentation/cover_image.h"
+
 #include <QCryptographicHash>
 #include <QDir>
-#include <QImageReader>
 #include <QSaveFile>
 
 namespace halvane {
@@ -16,8 +17,9 @@ namespace {
 // The desktop may show a picture long after its track has ended.
 constexpr int keptPictures = 64;
 
+// The desktop is handed only what the windows would show.
 bool isPicture(const QString& path) {
-    return QImageReader(path).canRead();
+    return !coverFormat(readPictureFile(path).bytes).isEmpty();
 }
 
 void dropOldPictures(const QDir& folder) {
@@ -27,10 +29,7 @@ void dropOldPictures(const QDir& folder) {
 }
 
 std::optional<QString> written(const QByteArray& bytes, const QString& folder) {
-    QBuffer buffer;
-    buffer.setData(bytes);
-    buffer.open(QIODevice::ReadOnly);
-    const auto format = QImageReader::imageFormat(&buffer);
+    const auto format = coverFormat(bytes);
     if (format.isEmpty())
         return {};
     const auto name = QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex();

@@ -112,7 +112,10 @@ void NowPlaying::updateNowPlayingInfo() {
                                           .title = item->title,
                                           .artist = item->artist,
                                           .albumTitle = item->album,
+                                          .albumArtist = item->albumTags.albumArtist,
                                           .genre = item->genre,
+                                          .discNumber = item->albumTags.disc,
+                                          .trackNumber = item->albumTags.track,
                                           .elapsedSeconds = m_transport.elapsedSeconds(),
                                           .playbackRate = isPlaying ? 1.0 : 0.0,
                                           .durationSeconds = item->durationSeconds,
@@ -155,6 +158,12 @@ void NowPlaying::resolveArtwork(const QueueItem& item) {
     m_worker.leaveBehind(); // the picture before this one may lie on a disk that hangs
     m_worker.run([item, folder = m_artworkFolder] { return exportedArtwork(item, folder); },
                  [this, path](const std::optional<QString>& file) { resolved(path, file); });
+}
+
+void NowPlaying::artworkChanged() {
+    m_nowPlayingArtworkCache.reset();
+    m_resolving.clear();
+    updateNowPlayingInfo();
 }
 
 void NowPlaying::resolved(const QString& path, const std::optional<QString>& file) {

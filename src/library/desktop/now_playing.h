@@ -43,6 +43,8 @@ class NowPlaying : public QObject {
     /// Shows the entry as a notification unless the program is in front or, with its first track,
     /// about to be.
     void notifyTrackChange(const QueueItem& item);
+    /// The playing entry has another picture.
+    void artworkChanged();
     /// The program came to the front.
     void applicationActivated() { m_isComingUp = false; }
 

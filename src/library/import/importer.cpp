@@ -6,9 +6,11 @@
 #include "library/catalog/track_rows.h"
 #include "library/import/fallback_names.h"
 #include "library/import/imported_paths.h"
+#include "library/import/known_twins.h"
 #include "library/playback/play_queue.h"
 #include "library/status_line.h"
 #include "library/user/language_setting.h"
+#include "library/user/playlists.h"
 #include "platform/clock.h"
 #include "platform/log.h"
 #include "platform/session/file_chooser.h"
@@ -17,26 +19,36 @@
 
 #include <QPointer>
 
+#include <algorithm>
 #include <future>
 
 namespace halvane {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr double secondsBetweenRebuilds = 1.0;
-constexpr double secondsBeforeProgress = 1.0;
+
+QStringList namesOf(const std::vector<QString>& paths) {
+    QStringList names;
+    for (const QString& path : paths)
+        names.append(FileUrl(standardizedPath(path)).fileName());
+    return names;
+}
 
 } // namespace
 
 Importer::Importer(LibraryStore& store, CatalogPublisher& catalog, PlayQueue& queue,
-                   ImportedPaths& importedPaths, FileChooser& fileChooser, Clock& clock,
-                   StatusLine& status, const LanguageSetting& language, ReadingNeeds needs,
-                   QObject* parent)
+                   ImportedPaths& importedPaths, Playlists& playlists, FileChooser& fileChooser,
+                   Clock& clock, StatusLine& status, const LanguageSetting& language,
+                   ReadingNeeds needs, QObject* parent)
     : QObject(parent)
     , m_store(store)
     , m_catalog(catalog)
     , m_queue(queue)
     , m_importedPaths(importedPaths)
+    , m_playlists(playlists)
     , m_fileChooser(fileChooser)
     , m_clock(clock)
     , m_status(status)
@@ -100,20 +112,43 @@ struct Importer::Run {
     Importer* importer; // only used in what is posted to the main thread
     QStringList roots;
     TrackRows queued;
+    std::shared_ptr<const TrackRows> library;
     ReadingNeeds needs;
     ResolvedLanguage language;
 
     void operator()(const SerialWorker::Job& job) const {
         // The main thread will play the first file.
         const auto preparation = std::async(std::launch::async, &AudioFile::prepare);
-        const auto all =
-            TrackMetadataLoader::audioFileURLs({roots.begin(), roots.end()}, job.token());
-        const auto files = notQueued(all);
-        const Found found{all.size(), files.size(),
-                          all.empty() ? QString() : all.front().standardizedPath()};
+        std::shared_ptr<const MetadataIndex> index;
+        QStringList sought = roots;
+        GivenPlaylists playlists;
+        const auto lists = std::count_if(roots.cbegin(), roots.cend(), isPlaylistFile);
+        if (lists > 0) {
+            index = std::make_shared<const MetadataIndex>(needs.cache.loadIndex());
+            playlists = takePlaylists(sought, knownTracks(*index), job.token());
+        }
+        auto [files, leftOut, missing] =
+            TrackMetadataLoader::findAudioFiles({sought.begin(), sought.end()}, job.token());
+        std::vector<FileUrl> fresh = notQueued(files);
+        if (!fresh.empty()) {
+            if (!index)
+                index = std::make_shared<const MetadataIndex>(needs.cache.loadIndex());
+            const auto twins = useKnownPaths(files, *index, job.token());
+            for (GivenPlaylist& list : playlists.lists)
+                for (QString& path : list.paths)
+                    path = twins.value(path, path);
+            fresh = notQueued(files);
+        }
+        const Found found{files.size(),
+                          fresh.size(),
+                          leftOut,
+                          files.empty() ? QString() : files.front().standardizedPath(),
+                          namesOf(missing),
+                          playlists,
+                          lists == roots.size()};
         job.post([importer = importer, roots = roots, found] { importer->take(roots, found); });
-        if (!files.empty())
-            read(job, files, preparation);
+        if (!fresh.empty())
+            read(job, fresh, std::move(index), preparation);
     }
 
     [[nodiscard]] std::vector<FileUrl> notQueued(const std::vector<FileUrl>& files) const {
@@ -131,14 +166,42 @@ struct Importer::Run {
         return fresh;
     }
 
+    // What the library has under another path is meant by that. The index stands for the library
+    // while that is being restored.
+    QHash<QString, QString> useKnownPaths(std::vector<FileUrl>& files, const MetadataIndex& index,
+                                          const std::stop_token& stop) const {
+        QSet<QString> known;
+        known.reserve(std::ssize(*library) + index.size());
+        for (const TrackPtr& row : *library)
+            known.insert(row->path());
+        for (auto record = index.records().keyBegin(); record != index.records().keyEnd(); ++record)
+            known.insert(*record);
+        const auto twins = knownTwins(files, known, stop);
+        for (FileUrl& file : files)
+            if (const auto twin = twins.constFind(file.standardizedPath()); twin != twins.cend())
+                file = FileUrl(*twin);
+        return twins;
+    }
+
+    // The same, for what a list says of them.
+    [[nodiscard]] KnownTracks knownTracks(const MetadataIndex& index) const {
+        KnownTracks known;
+        known.reserve(std::ssize(*library) + index.size());
+        for (const CachedTrackMetadata* record : index.records())
+            known.insert(record->path, {record->title, record->artist, record->durationSeconds});
+        for (const TrackPtr& row : *library)
+            known.insert(row->path(), {row->title, row->artist, row->durationSeconds});
+        return known;
+    }
+
     void read(const SerialWorker::Job& job, const std::vector<FileUrl>& files,
+              std::shared_ptr<const MetadataIndex> index,
               const std::future<void>& preparation) const {
         TrackMetadataLoader::Accompaniment with = needs.accompaniment(job.token());
         with.progress = [&](std::size_t done) {
             const double fraction = static_cast<double>(done) / static_cast<double>(files.size());
             job.post([importer = importer, fraction] { importer->setProgress(fraction); });
         };
-        auto index = std::make_shared<const MetadataIndex>(needs.cache.loadIndex());
         needs.cache.streamItems(files, fallbackNames(language), std::move(index), with,
                                 [&](std::vector<LoadedItem> next) {
                                     preparation.wait();
@@ -160,34 +223,87 @@ struct Importer::Run {
 
 void Importer::startNext() {
     if (m_waiting.empty()) {
+        setRunning(false);
         Q_EMIT idle();
         return;
     }
     Q_EMIT adding();
-    m_isRunning = true;
-    m_startedAt = m_clock.now();
+    setRunning(true);
     m_rebuiltAt = -secondsBetweenRebuilds;
     m_added = 0;
     m_skipped = 0;
     const QStringList roots = m_waiting.front();
     m_waiting.pop_front();
-    m_worker.start(Run{this, roots, m_queue.records(), m_needs, m_language.resolvedLanguage()});
+    m_worker.start(Run{this, roots, m_queue.records(), m_store.snapshot(), m_needs,
+                       m_language.resolvedLanguage()});
 }
 
 void Importer::take(const QStringList& roots, const Found& found) {
     qCInfo(libraryLog, "import: %ld roots, %ld audio files", static_cast<long>(roots.size()),
            static_cast<long>(found.files));
+    const ResolvedLanguage language = m_language.resolvedLanguage();
+    m_leftOut = static_cast<qint64>(found.leftOut);
+    m_missing = found.missing;
+    addPlaylists(found);
     if (found.files == 0) {
-        m_status.show(L10n::text(L10nKey::noSupportedAudio, m_language.resolvedLanguage()), true);
+        if (!m_playlistsText.isEmpty() || !m_unreadable.empty()) {
+            m_status.show(report(m_playlistsText), m_playlistsText.isEmpty());
+            return end();
+        }
+        const bool isAllMissing = !roots.isEmpty() && m_missing.size() == roots.size();
+        m_status.show(
+            report(isAllMissing ? QString() : L10n::text(L10nKey::noSupportedAudio, language)),
+            true);
         return end();
     }
     m_skipped = static_cast<qint64>(found.files - found.newFiles);
     if (found.newFiles > 0)
         return; // the worker reads them now
-    m_status.show(L10n::importResult(0, m_skipped, m_language.resolvedLanguage()), false);
-    if (const auto row = m_queue.rowOfPath(found.firstPath))
+    m_status.show(report(resultText(0)), false);
+    const auto row = m_queue.rowOfPath(found.firstPath);
+    if (playsList())
+        Q_EMIT playlistAsked(m_playlist);
+    else if (row)
         Q_EMIT playAsked(m_queue.idAt(*row));
     end();
+}
+
+// Whoever opens a list wants to hear it, from its beginning and in its order.
+bool Importer::playsList() const {
+    return m_isListsAlone && !m_playlist.isNull();
+}
+
+// A list in which nothing can be a track gives no playlist.
+void Importer::addPlaylists(const Found& found) {
+    QStringList names;
+    qint64 entries = 0;
+    qint64 notFound = 0;
+    qint64 addresses = 0;
+    m_playlist = {};
+    for (const GivenPlaylist& list : found.playlists.lists) {
+        if (list.paths.isEmpty())
+            continue;
+        const QUuid id = m_playlists.addPlaylist(list.name, list.paths);
+        names.append(m_playlists.find(id)->name);
+        if (m_playlist.isNull())
+            m_playlist = id;
+        entries += list.entries;
+        notFound += list.notFound;
+        addresses += list.addresses;
+    }
+    m_playlistsText = names.isEmpty() ? QString()
+                                      : L10n::addedPlaylists(names, notFound, entries, addresses,
+                                                             m_language.resolvedLanguage());
+    m_unreadable = found.playlists.unreadable;
+    m_isListsAlone = found.isListsAlone;
+}
+
+// The tracks of lists are told of by their playlists.
+QString Importer::resultText(qint64 added) const {
+    if (playsList())
+        return m_playlistsText;
+    const QString tracks = L10n::importResult(added, m_skipped, m_language.resolvedLanguage());
+    return m_playlistsText.isEmpty() ? tracks : m_playlistsText + u" · "_s + tracks;
 }
 
 void Importer::addRows(const TrackRows& rows) {
@@ -211,30 +327,64 @@ void Importer::addRows(const TrackRows& rows) {
 }
 
 void Importer::playFirst() {
-    if (const QUuid first = std::exchange(m_first, {}); !first.isNull())
+    const QUuid first = std::exchange(m_first, {});
+    if (!first.isNull() && !playsList()) // a list waits until all of it is there
         Q_EMIT playAsked(first);
 }
 
+// Adds what did not come.
+QString Importer::report(const QString& result) const {
+    const ResolvedLanguage language = m_language.resolvedLanguage();
+    QString text =
+        L10n::withMissing(L10n::withLeftOut(result, m_leftOut, language), m_missing, language);
+    for (const QString& name : m_unreadable)
+        text += (text.isEmpty() ? QString() : u" · "_s) + L10n::playlistUnreadable(name, language);
+    return text;
+}
+
 void Importer::finish() {
+    const ResolvedLanguage language = m_language.resolvedLanguage();
+    if (m_added == 0) {
+        // They were found a moment ago.
+        m_status.show(L10n::text(L10nKey::importedFilesGone, language), true);
+        return end();
+    }
     m_catalog.rebuildImportedAlbums();
-    m_status.show(L10n::importResult(m_added, m_skipped, m_language.resolvedLanguage()), false);
+    m_status.add(report(resultText(m_added)));
     Q_EMIT imported();
+    if (playsList())
+        Q_EMIT playlistAsked(m_playlist);
+    end();
+}
+
+void Importer::stopImport() {
+    assertOwnThread(*this);
+    if (!m_isRunning)
+        return;
+    m_worker.leaveBehind(); // it may search a disk that hangs
+    m_waiting.clear();
+    m_first = {};
+    m_status.add(L10n::importStopped(m_added, m_language.resolvedLanguage()));
+    if (m_added > 0) {
+        m_catalog.rebuildImportedAlbums();
+        Q_EMIT imported();
+    }
     end();
 }
 
 void Importer::end() {
-    m_isRunning = false;
     setProgress(-1);
     startNext();
 }
 
+void Importer::setRunning(bool isRunning) {
+    if (std::exchange(m_isRunning, isRunning) != isRunning)
+        Q_EMIT isImportingChanged();
+}
+
 void Importer::setProgress(double progress) {
-    const bool isShown = m_isRunning && m_clock.now() - m_startedAt >= secondsBeforeProgress;
-    const double shown = isShown ? progress : -1;
-    if (shown == m_progress)
-        return;
-    m_progress = shown;
-    Q_EMIT importProgressChanged();
+    if (std::exchange(m_progress, progress) != progress)
+        Q_EMIT importProgressChanged();
 }
 
 } // namespace halvane

@@ -20,18 +20,6 @@ namespace {
 // A hidden window never shows a picture, and would be waited for without end.
 constexpr std::chrono::milliseconds longestWaitForPicture{1000};
 
-// So many rows take a few milliseconds.
-constexpr std::size_t takenOverAtOnce = 500;
-
-// Takes up to that many rows from the end.
-TrackRows portionOf(TrackRows& rows) {
-    const auto begin =
-        rows.end() - static_cast<std::ptrdiff_t>(std::min(rows.size(), takenOverAtOnce));
-    TrackRows portion(begin, rows.end());
-    rows.erase(begin, rows.end());
-    return portion;
-}
-
 TrackPtr withSize(Track track, qint64 bytes) {
     track.fileSize = bytes;
     return makeRow(std::move(track));
@@ -41,7 +29,7 @@ TrackPtr withSize(Track track, qint64 bytes) {
 
 Restoration::Restoration(LibraryStore& store, CatalogPublisher& catalog, PlayQueue& queue,
                          ImportedPaths& importedPaths, CachePersistence& persistence,
-                         const LanguageSetting& language, ReadingNeeds needs,
+                         const LanguageSetting& language, QueueMemory& memory, ReadingNeeds needs,
                          std::shared_future<void> firstPicture, QObject* parent)
     : QObject(parent)
     , m_store(store)
@@ -50,6 +38,7 @@ Restoration::Restoration(LibraryStore& store, CatalogPublisher& catalog, PlayQue
     , m_importedPaths(importedPaths)
     , m_persistence(persistence)
     , m_language(language)
+    , m_memory(memory)
     , m_needs(std::move(needs))
     , m_firstPicture(std::move(firstPicture)) {
 }
@@ -65,7 +54,7 @@ void Restoration::remember(const StoredPaths& stored) {
     // Freeing the index takes time, so it is kept until the rows are posted to the main thread.
     const auto index = std::make_shared<std::shared_ptr<const MetadataIndex>>();
     m_worker.run(
-        [stored, index, cache = m_needs.cache,
+        [stored, index, cache = m_needs.cache, recall = m_memory.recall(),
          firstPicture = m_firstPicture]() -> std::optional<Remembered> {
             if (firstPicture.valid())
                 firstPicture.wait_for(longestWaitForPicture);
@@ -77,7 +66,13 @@ void Restoration::remember(const StoredPaths& stored) {
             remembered.library =
                 rememberedLibrary(*std::move(paths), *index, cache.cacheDirectory());
             remembered.toCheck = remembered.library.rows.rows;
-            remembered.entries = PlayQueue::entriesFor(remembered.toCheck);
+            remembered.left = recall();
+            if (remembered.left)
+                remembered.entries = remembered.left->entries(remembered.toCheck);
+            if (remembered.entries.empty()) {
+                remembered.left.reset();
+                remembered.entries = PlayQueue::entriesFor(remembered.toCheck);
+            }
             remembered.records = static_cast<std::size_t>((*index)->size());
             return remembered;
         },
@@ -99,7 +94,11 @@ void Restoration::publish(Remembered remembered) {
         });
     }
     const bool isCacheCurrent = remembered.records == remembered.toCheck.size();
-    m_queue.append(std::move(remembered.entries));
+    if (remembered.left && m_queue.isEmpty())
+        m_memory.takeUp(std::move(remembered.entries), *remembered.left);
+    else
+        m_queue.append(std::move(remembered.entries));
+    m_memory.begin();
     m_store.append(std::move(remembered.library.rows));
     m_persistence.release(); // every file with a record is in the library
     m_catalog.rebuildImportedAlbums();
@@ -187,13 +186,13 @@ void Restoration::takeOver(Fresh fresh, bool isCacheCurrent) {
 }
 
 void Restoration::replaceSome(Fresh& fresh) {
-    const TrackRows changed = portionOf(fresh.changed);
+    const TrackRows changed = takeLast(fresh.changed, takenOverAtOnce);
     m_store.replace(changed);
     m_queue.replace(changed, fresh.queued);
 }
 
 void Restoration::addSome(TrackRows& fresh) {
-    TrackRows added = portionOf(fresh);
+    TrackRows added = takeLast(fresh, takenOverAtOnce);
     std::reverse(added.begin(), added.end());
     // Something may have been imported meanwhile.
     std::erase_if(

@@ -4,6 +4,7 @@
 #include "library/import/reading_needs.h"
 #include "library/import/remembered_library.h"
 #include "library/playback/play_queue.h"
+#include "library/playback/queue_memory.h"
 #include "platform/serial_worker.h"
 
 #include <QObject>
@@ -30,7 +31,7 @@ class Restoration : public QObject {
     /// `firstPicture` is waited for as the environment says. All references must outlive it.
     Restoration(LibraryStore& store, CatalogPublisher& catalog, PlayQueue& queue,
                 ImportedPaths& importedPaths, CachePersistence& persistence,
-                const LanguageSetting& language, ReadingNeeds needs,
+                const LanguageSetting& language, QueueMemory& memory, ReadingNeeds needs,
                 std::shared_future<void> firstPicture, QObject* parent = nullptr);
 
     void restoreImportedAudio();
@@ -47,7 +48,8 @@ class Restoration : public QObject {
         RememberedLibrary library;
         TrackRows toCheck; ///< the rows of `library`
         std::vector<PlayQueue::Entry> entries;
-        std::size_t records = 0; ///< in the index
+        std::optional<LeftQueue> left; ///< what `entries` were made from, unless from all rows
+        std::size_t records = 0;       ///< in the index
     };
     /// What was read, in reverse order.
     struct Fresh {
@@ -73,6 +75,7 @@ class Restoration : public QObject {
     ImportedPaths& m_importedPaths;
     CachePersistence& m_persistence;
     const LanguageSetting& m_language;
+    QueueMemory& m_memory;
     const ReadingNeeds m_needs;
     const std::shared_future<void> m_firstPicture;
     bool m_isRunning = false;

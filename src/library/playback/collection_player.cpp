@@ -3,6 +3,19 @@
 
 namespace halvane {
 
+namespace {
+
+// Of those that have a file.
+QStringList pathsOf(const TrackRows& tracks) {
+    QStringList paths;
+    for (const TrackPtr& track : tracks)
+        if (QString path = track->path(); !path.isEmpty())
+            paths.append(std::move(path));
+    return paths;
+}
+
+} // namespace
+
 TrackRows orderedTracks(const Playlist& in, const LibraryStore& store) {
     TrackRows tracks;
     for (const QString& path : in.trackPaths) {
@@ -15,7 +28,7 @@ TrackRows orderedTracks(const Playlist& in, const LibraryStore& store) {
 CollectionPlayer::CollectionPlayer(const LibraryStore& store, const CatalogPublisher& catalog,
                                    const Playlists& playlists, const FileAvailability& files,
                                    Browsing& browsing, PlayQueue& queue, Transport& transport,
-                                   QObject* parent)
+                                   RandomIndex random, QObject* parent)
     : QObject(parent)
     , m_store(store)
     , m_catalog(catalog)
@@ -23,7 +36,8 @@ CollectionPlayer::CollectionPlayer(const LibraryStore& store, const CatalogPubli
     , m_files(files)
     , m_browsing(browsing)
     , m_queue(queue)
-    , m_transport(transport) {
+    , m_transport(transport)
+    , m_random(std::move(random)) {
 }
 
 std::optional<QString> CollectionPlayer::firstPlayable(const TrackRows& tracks) const {
@@ -35,15 +49,26 @@ std::optional<QString> CollectionPlayer::firstPlayable(const TrackRows& tracks) 
     return std::nullopt;
 }
 
-TrackRows CollectionPlayer::tracksWhere(
-    const std::function<bool(const Catalog&, std::size_t row)>& belongs) const {
-    const Catalog& catalog = *m_catalog.published();
+TrackRows CollectionPlayer::tracksOf(const std::vector<quint32>& rows) const {
+    const TrackRows& all = *m_catalog.published()->rows;
     TrackRows tracks;
-    for (std::size_t row = 0; row < catalog.rows->size(); ++row) {
-        if (belongs(catalog, row))
-            tracks.push_back((*catalog.rows)[row]);
-    }
+    tracks.reserve(rows.size());
+    for (const quint32 row : rows)
+        tracks.push_back(all[row]);
     return tracks;
+}
+
+TrackRows CollectionPlayer::tracksOfAlbum(const QString& id) const {
+    return tracksOf(m_catalog.published()->rowsOfAlbum(id));
+}
+
+TrackRows CollectionPlayer::tracksOfArtist(const QString& name) const {
+    return tracksOf(m_catalog.published()->rowsOfArtist(name));
+}
+
+TrackRows CollectionPlayer::tracksOfPlaylist(const QUuid& id) const {
+    const Playlist* playlist = m_playlists.find(id);
+    return playlist ? orderedTracks(*playlist, m_store) : TrackRows();
 }
 
 void CollectionPlayer::playTrack(const QUuid& withID) {
@@ -58,11 +83,29 @@ void CollectionPlayer::playTrack(const QUuid& withID) {
     m_transport.playItem(m_queue.idAt(row), true);
 }
 
+bool CollectionPlayer::isQueued(const TrackRows& tracks) const {
+    if (tracks.size() != m_queue.size())
+        return false;
+    for (std::size_t row = 0; row < tracks.size(); ++row)
+        if (tracks[row].get() != &m_queue.record(row))
+            return false;
+    return true;
+}
+
+void CollectionPlayer::playInTable(const QUuid& withID) {
+    const TrackRows sorted = m_browsing.sortedTracks();
+    const TrackPtr track = sorted.empty() ? nullptr : m_store.trackWithID(withID);
+    const QString path = track ? track->path() : QString();
+    // One that plays is paused, and one that can't play is no reason to lose the queue.
+    if (path.isEmpty() || m_transport.isTrackPlaying(path) ||
+        m_files.state(path) != TrackAvailability::available || isQueued(sorted))
+        return playTrack(withID);
+    m_transport.playCollection(sorted, path, m_browsing.sortedPlace());
+}
+
 void CollectionPlayer::playAlbum(const QString& withID) {
-    m_browsing.setSelectedAlbumID(withID);
-    const TrackRows tracks = tracksWhere([&](const Catalog& catalog, std::size_t row) {
-        return catalog.albums[catalog.albumOfRow[row]].id == withID;
-    });
+    m_browsing.selectPlayedAlbum(withID);
+    const TrackRows tracks = tracksOfAlbum(withID);
     const auto start = firstPlayable(tracks);
     if (!start)
         return m_transport.showNothingToPlay();
@@ -75,10 +118,30 @@ void CollectionPlayer::playAlbum(const QString& withID) {
     m_transport.playCollection(tracks, *start, album ? album->title : QString());
 }
 
-void CollectionPlayer::playArtist(const QString& name) {
-    const TrackRows tracks = tracksWhere([&](const Catalog& catalog, std::size_t row) {
-        return (*catalog.rows)[row]->artist == name;
+void CollectionPlayer::shuffle(const TrackRows& tracks, const QString& label) {
+    QStringList playable = pathsOf(tracks);
+    playable.removeIf([this](const QString& path) {
+        return m_files.state(path) != TrackAvailability::available;
     });
+    if (playable.isEmpty())
+        return m_transport.showNothingToPlay();
+    if (!m_transport.isShuffleEnabled())
+        m_transport.toggleShuffle();
+    const auto start = static_cast<qsizetype>(m_random(static_cast<std::size_t>(playable.size())));
+    m_transport.playCollection(tracks, playable[start], label);
+}
+
+void CollectionPlayer::shuffleAlbum(const QString& withID) {
+    const Album* album = m_catalog.published()->albumWithID(withID);
+    shuffle(tracksOfAlbum(withID), album ? album->title : QString());
+}
+
+void CollectionPlayer::shuffleArtist(const QString& name) {
+    shuffle(tracksOfArtist(name), name);
+}
+
+void CollectionPlayer::playArtist(const QString& name) {
+    const TrackRows tracks = tracksOfArtist(name);
     if (const auto start = firstPlayable(tracks))
         m_transport.playCollection(tracks, *start, name);
     else
@@ -94,6 +157,14 @@ void CollectionPlayer::playPlaylist(const QUuid& id) {
         m_transport.playCollection(tracks, *start, playlist->name);
     else
         m_transport.showNothingToPlay();
+}
+
+QStringList CollectionPlayer::pathsOfAlbum(const QString& withID) const {
+    return pathsOf(tracksOfAlbum(withID));
+}
+
+QStringList CollectionPlayer::pathsOfArtist(const QString& name) const {
+    return pathsOf(tracksOfArtist(name));
 }
 
 } // namespace halvane

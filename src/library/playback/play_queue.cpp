@@ -5,8 +5,12 @@
 #include "library/catalog/track_conversion.h"
 #include "platform/thread_check.h"
 
+#include <QHash>
+
 #include <algorithm>
+#include <deque>
 #include <iterator>
+#include <limits>
 
 namespace halvane {
 
@@ -40,6 +44,40 @@ std::shared_ptr<PlayQueue::Entries> entriesWithout(const PlayQueue::Entries& ent
     }
     staying->insert(staying->end(), from, entries.cend());
     return staying;
+}
+
+// Each piece follows the entry that was before it. One whose neighbour has gone comes at its row.
+PlayQueue::Entries entriesWith(const PlayQueue::Entries& entries,
+                               const std::vector<PlayQueue::Piece>& pieces) {
+    QSet<QUuid> known;
+    known.reserve(static_cast<qsizetype>(entries.size()));
+    for (const PlayQueue::Entry& entry : entries)
+        known.insert(entry.id);
+    QHash<QUuid, const PlayQueue::Piece*> following;
+    std::deque<const PlayQueue::Piece*> loose;
+    for (const PlayQueue::Piece& piece : pieces) {
+        if (piece.before.isNull() || known.contains(piece.before))
+            following.insert(piece.before, &piece);
+        else
+            loose.push_back(&piece);
+    }
+    PlayQueue::Entries all;
+    const auto put = [&all](const PlayQueue::Piece* piece) {
+        if (piece)
+            all.insert(all.end(), piece->entries.cbegin(), piece->entries.cend());
+    };
+    const auto putLoose = [&](std::size_t upTo) {
+        for (; !loose.empty() && loose.front()->row <= upTo; loose.pop_front())
+            put(loose.front());
+    };
+    put(following.value(QUuid()));
+    for (const PlayQueue::Entry& entry : entries) {
+        putLoose(all.size());
+        all.push_back(entry);
+        put(following.value(entry.id));
+    }
+    putLoose(std::numeric_limits<std::size_t>::max());
+    return all;
 }
 
 // Where a row is after a range has been removed; none if it was in the range.
@@ -125,9 +163,13 @@ void PlayQueue::setSourceLabel(const std::optional<QString>& label) {
 }
 
 void PlayQueue::assign(const TrackRows& tracks, const std::optional<QString>& sourceLabel) {
+    assign(entriesFor(tracks), sourceLabel);
+}
+
+void PlayQueue::assign(std::vector<Entry> entries, const std::optional<QString>& sourceLabel) {
     assertOwnThread(*this);
     beginResetModel();
-    m_entries = std::make_shared<Entries>(entriesFor(tracks));
+    m_entries = std::make_shared<Entries>(std::move(entries));
     m_isShared = false;
     ++m_revision;
     const bool hadCurrent = m_current.has_value();
@@ -137,6 +179,7 @@ void PlayQueue::assign(const TrackRows& tracks, const std::optional<QString>& so
     if (hadCurrent)
         Q_EMIT currentChanged();
     Q_EMIT entriesChanged();
+    Q_EMIT replaced();
 }
 
 TrackRows PlayQueue::records() const {
@@ -145,6 +188,13 @@ TrackRows PlayQueue::records() const {
     for (const Entry& entry : *m_entries)
         records.push_back(entry.record);
     return records;
+}
+
+double PlayQueue::secondsFrom(std::size_t row) const {
+    double seconds = 0;
+    for (; row < size(); ++row)
+        seconds += record(row).durationSeconds.value_or(0);
+    return seconds;
 }
 
 std::vector<PlayQueue::Entry> PlayQueue::entriesFor(const TrackRows& tracks) {
@@ -162,27 +212,105 @@ std::size_t PlayQueue::append(const TrackRows& tracks) {
 }
 
 std::size_t PlayQueue::append(std::vector<Entry> entries) {
-    assertOwnThread(*this);
     const std::size_t first = size();
+    insert(first, std::move(entries));
+    return first;
+}
+
+void PlayQueue::insert(std::size_t row, Entries entries) {
     if (entries.empty())
-        return first;
-    beginInsertRows({}, static_cast<int>(first), static_cast<int>(first + entries.size() - 1));
+        return;
+    insertRows(row, std::move(entries));
+    Q_EMIT entriesChanged();
+}
+
+void PlayQueue::insertRows(std::size_t row, Entries entries) {
+    assertOwnThread(*this);
+    const std::size_t first = std::min(row, size());
+    const std::size_t count = entries.size();
+    beginInsertRows({}, static_cast<int>(first), static_cast<int>(first + count - 1));
     Entries& all = writableEntries();
     if (all.empty()) {
         all = std::move(entries);
     } else {
-        if (all.capacity() < first + entries.size())
-            all.reserve(std::max(first + entries.size(), first + first / 2));
-        std::move(entries.begin(), entries.end(), std::back_inserter(all));
+        if (all.capacity() < all.size() + count)
+            all.reserve(std::max(all.size() + count, all.size() + all.size() / 2));
+        all.insert(all.begin() + static_cast<std::ptrdiff_t>(first),
+                   std::make_move_iterator(entries.begin()),
+                   std::make_move_iterator(entries.end()));
     }
+    if (m_current && first <= *m_current)
+        *m_current += count;
     endInsertRows();
-    Q_EMIT entriesChanged();
-    return first;
 }
 
 void PlayQueue::remove(const QSet<QString>& paths) {
     Remainder remainder{rowsOfFiles(*m_entries, paths), nullptr};
     take(remainder);
+}
+
+std::vector<RowRange> PlayQueue::rowsOf(const QSet<QUuid>& ids) const {
+    std::vector<RowRange> rows;
+    for (std::size_t row = 0; row < size(); ++row) {
+        if (ids.contains(idAt(row)))
+            addRow(rows, row);
+    }
+    return rows;
+}
+
+std::vector<RowRange> PlayQueue::rowsOf(const QSet<const Track*>& records) const {
+    std::vector<RowRange> rows;
+    for (std::size_t row = 0; row < size(); ++row) {
+        if (records.contains(&record(row)))
+            addRow(rows, row);
+    }
+    return rows;
+}
+
+std::vector<PlayQueue::Piece> PlayQueue::pieces(const std::vector<RowRange>& rows) const {
+    std::vector<Piece> pieces;
+    for (const RowRange& range : rows) {
+        const auto first = m_entries->cbegin() + static_cast<std::ptrdiff_t>(range.first);
+        pieces.push_back({range.first,
+                          range.first > 0 ? idAt(range.first - 1) : QUuid(),
+                          {first, first + static_cast<std::ptrdiff_t>(range.count)}});
+    }
+    return pieces;
+}
+
+std::vector<PlayQueue::Piece> PlayQueue::takeOut(const std::vector<RowRange>& rows) {
+    auto taken = pieces(rows);
+    Remainder remainder{rows, nullptr};
+    take(remainder);
+    return taken;
+}
+
+void PlayQueue::putBack(const std::vector<Piece>& pieces) {
+    assertOwnThread(*this);
+    if (pieces.empty())
+        return;
+    if (isLong(pieces.size())) {
+        const QUuid current = m_current ? idAt(*m_current) : QUuid();
+        beginResetModel();
+        m_entries = std::make_shared<Entries>(entriesWith(*m_entries, pieces));
+        m_isShared = false;
+        ++m_revision;
+        m_current = current.isNull() ? std::nullopt : rowOfID(current);
+        endResetModel();
+    } else {
+        for (const Piece& piece : pieces)
+            insertRows(rowFor(piece), piece.entries);
+    }
+    Q_EMIT entriesChanged();
+}
+
+std::size_t PlayQueue::rowFor(const Piece& piece) const {
+    if (piece.before.isNull())
+        return 0;
+    if (piece.row > 0 && piece.row <= size() && idAt(piece.row - 1) == piece.before)
+        return piece.row;
+    const auto ahead = rowOfID(piece.before);
+    return ahead ? *ahead + 1 : piece.row;
 }
 
 PlayQueue::Remainder PlayQueue::remainderOf(const Entries& entries, const QSet<QString>& paths) {
@@ -203,7 +331,7 @@ void PlayQueue::take(Remainder& remainder) {
     if (gone.empty())
         return;
     const bool hadCurrent = m_current.has_value();
-    if (gone.size() > mostNarrowRanges || gone.size() * size() > mostMoves) {
+    if (isLong(gone.size())) {
         if (!remainder.entries)
             remainder.entries = entriesWithout(*m_entries, gone);
         beginResetModel();
@@ -220,6 +348,10 @@ void PlayQueue::take(Remainder& remainder) {
     if (hadCurrent && !m_current)
         Q_EMIT currentChanged();
     Q_EMIT entriesChanged();
+}
+
+bool PlayQueue::isLong(std::size_t ranges) const {
+    return ranges > mostNarrowRanges || ranges * size() > mostMoves;
 }
 
 void PlayQueue::takeOutRange(const RowRange& range) {
@@ -263,27 +395,47 @@ void PlayQueue::replace(const TrackRows& tracks, Places& places) {
 }
 
 void PlayQueue::move(const QUuid& id, const QUuid& toPositionOf) {
-    assertOwnThread(*this);
     const auto from = rowOfID(id);
     const auto to = rowOfID(toPositionOf);
-    if (!from || !to || from == to)
-        return;
     // An entry that moves down lands behind the target. One that moves up lands before it.
-    const int before = static_cast<int>(*to) + (*to > *from ? 1 : 0);
-    beginMoveRows({}, static_cast<int>(*from), static_cast<int>(*from), {}, before);
+    if (from && to)
+        moveRow(*from, *to);
+}
+
+void PlayQueue::moveBehind(const QUuid& id, const QUuid& other) {
+    const auto from = rowOfID(id);
+    if (!from || id == other)
+        return;
+    if (other.isNull())
+        return moveRow(*from, 0);
+    if (const auto ahead = rowOfID(other))
+        moveRow(*from, *ahead < *from ? *ahead + 1 : *ahead);
+}
+
+QUuid PlayQueue::before(const QUuid& id) const {
+    const auto row = rowOfID(id);
+    return row && *row > 0 ? idAt(*row - 1) : QUuid();
+}
+
+void PlayQueue::moveRow(std::size_t from, std::size_t to) {
+    assertOwnThread(*this);
+    if (from == to)
+        return;
+    const int row = static_cast<int>(from);
+    beginMoveRows({}, row, row, {}, static_cast<int>(to) + (to > from ? 1 : 0));
     Entries& entries = writableEntries();
-    const auto at = [&](std::size_t row) {
-        return entries.begin() + static_cast<std::ptrdiff_t>(row);
+    const auto at = [&](std::size_t place) {
+        return entries.begin() + static_cast<std::ptrdiff_t>(place);
     };
-    if (*from < *to)
-        std::rotate(at(*from), at(*from + 1), at(*to + 1));
+    if (from < to)
+        std::rotate(at(from), at(from + 1), at(to + 1));
     else
-        std::rotate(at(*to), at(*from), at(*from + 1));
+        std::rotate(at(to), at(from), at(from + 1));
     if (m_current == from)
         m_current = to;
-    else if (m_current && *from < *m_current && *m_current <= *to)
+    else if (m_current && from < *m_current && *m_current <= to)
         --*m_current;
-    else if (m_current && *to <= *m_current && *m_current < *from)
+    else if (m_current && to <= *m_current && *m_current < from)
         ++*m_current;
     endMoveRows();
     Q_EMIT entriesChanged();

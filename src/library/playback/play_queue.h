@@ -30,12 +30,21 @@ class PlayQueue : public QAbstractListModel {
 
     using Entries = std::vector<Entry>;
 
+    /// Entries that stand together, or stood so before they were taken out.
+    struct Piece {
+        std::size_t row = 0; ///< of the first of them
+        QUuid before;        ///< the entry before them; null at the queue's beginning
+        Entries entries;
+    };
+
     explicit PlayQueue(RowState state, QObject* parent = nullptr);
 
     [[nodiscard]] std::size_t size() const { return m_entries->size(); }
     [[nodiscard]] bool isEmpty() const { return m_entries->empty(); }
     /// The record behind an entry.
     [[nodiscard]] const Track& record(std::size_t row) const { return *(*m_entries)[row].record; }
+    /// How long the entries from a row on are, as far as that is known.
+    [[nodiscard]] double secondsFrom(std::size_t row) const;
     /// The records behind all entries, for a worker.
     [[nodiscard]] TrackRows records() const;
     [[nodiscard]] const QUuid& idAt(std::size_t row) const { return (*m_entries)[row].id; }
@@ -59,9 +68,12 @@ class PlayQueue : public QAbstractListModel {
 
     /// The collection from which the queue was made; none for the library.
     [[nodiscard]] const std::optional<QString>& sourceLabel() const { return m_sourceLabel; }
+    void setSourceLabel(const std::optional<QString>& label);
 
     /// A new queue of the tracks that have a file, with nothing current.
     void assign(const TrackRows& tracks, const std::optional<QString>& sourceLabel);
+    /// The same of entries that are made already.
+    void assign(std::vector<Entry> entries, const std::optional<QString>& sourceLabel);
     /// Appends an entry for each track that has a file, and gives the row of the first.
     std::size_t append(const TrackRows& tracks);
     /// New entries for the tracks that have a file, so that a worker can make those of a large
@@ -69,8 +81,21 @@ class PlayQueue : public QAbstractListModel {
     static std::vector<Entry> entriesFor(const TrackRows& tracks);
     /// Appends entries that are made already, and gives the row of the first.
     std::size_t append(std::vector<Entry> entries);
+    /// Inserts entries before a row; at the end for any row beyond it.
+    void insert(std::size_t row, Entries entries);
     /// Takes out the entries of these files.
     void remove(const QSet<QString>& paths);
+    /// The rows of these entries, ascending.
+    [[nodiscard]] std::vector<RowRange> rowsOf(const QSet<QUuid>& ids) const;
+    /// The rows of these records, ascending.
+    [[nodiscard]] std::vector<RowRange> rowsOf(const QSet<const Track*>& records) const;
+    /// The entries of ascending rows with their places.
+    [[nodiscard]] std::vector<Piece> pieces(const std::vector<RowRange>& rows) const;
+    /// Takes out ascending rows, and gives their entries with their places.
+    std::vector<Piece> takeOut(const std::vector<RowRange>& rows);
+    /// Puts entries back to where they stood: behind the entry that was before them or, where that
+    /// has gone, at their row. The pieces are in ascending order.
+    void putBack(const std::vector<Piece>& pieces);
 
     /// The queue without the entries of some files.
     struct Remainder {
@@ -98,6 +123,11 @@ class PlayQueue : public QAbstractListModel {
     void replace(const TrackRows& tracks, Places& places);
     /// Moves an entry to the place of another. Does nothing if either is unknown or both are one.
     Q_INVOKABLE void move(const QUuid& id, const QUuid& toPositionOf);
+    /// Moves an entry behind another, or to the beginning for a null id. Does nothing if either is
+    /// unknown.
+    void moveBehind(const QUuid& id, const QUuid& other);
+    /// The entry before another; null at the beginning.
+    [[nodiscard]] QUuid before(const QUuid& id) const;
 
     /// What the rows of one file show has changed.
     void refresh(const QString& path, const QList<int>& roles);
@@ -115,12 +145,18 @@ class PlayQueue : public QAbstractListModel {
     void currentRecordChanged();
     /// Entries came, went or moved.
     void entriesChanged();
+    /// All entries are others, of another collection.
+    void replaced();
     void sourceLabelChanged();
 
   private:
     Entries& writableEntries();
+    void insertRows(std::size_t row, Entries entries);
+    void moveRow(std::size_t from, std::size_t to);
+    [[nodiscard]] std::size_t rowFor(const Piece& piece) const;
+    /// Changes in so many places take long to tell the views one by one.
+    [[nodiscard]] bool isLong(std::size_t ranges) const;
     void takeOutRange(const RowRange& range);
-    void setSourceLabel(const std::optional<QString>& label);
     void learn(Places& places) const;
 
     RowState m_state;

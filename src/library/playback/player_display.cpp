@@ -5,18 +5,21 @@
 #include "library/browsing/view_state.h"
 #include "library/playback/play_queue.h"
 #include "library/playback/progress_clock.h"
+#include "library/playback/transport.h"
 #include "library/playback/transport_texts.h"
 #include "library/user/language_setting.h"
 #include "library/user/track_user_data.h"
+#include "metadata/track_metadata_loader.h"
 
 namespace halvane {
 
-PlayerDisplay::PlayerDisplay(const PlayQueue& queue, const ProgressClock& progress,
-                             const ViewState& views, const TrackUserData& userData,
-                             const Browsing& browsing, const LanguageSetting& language,
-                             QObject* parent)
+PlayerDisplay::PlayerDisplay(const PlayQueue& queue, const Transport& transport,
+                             const ProgressClock& progress, const ViewState& views,
+                             const TrackUserData& userData, const Browsing& browsing,
+                             const LanguageSetting& language, QObject* parent)
     : QObject(parent)
     , m_queue(queue)
+    , m_transport(transport)
     , m_progress(progress)
     , m_views(views)
     , m_userData(userData)
@@ -33,6 +36,8 @@ PlayerDisplay::PlayerDisplay(const PlayQueue& queue, const ProgressClock& progre
             Q_EMIT durationDisplayChanged();
     });
     connect(&language, &LanguageSetting::languageChanged, this, &Self::queueSourceTextChanged);
+    connect(&language, &LanguageSetting::languageChanged, this, &Self::queueLeftTextChanged);
+    connect(&transport, &Transport::isShuffleEnabledChanged, this, &Self::queueLeftTextChanged);
 }
 
 void PlayerDisplay::followQueue() {
@@ -42,6 +47,8 @@ void PlayerDisplay::followQueue() {
     connect(&m_queue, &PlayQueue::currentChanged, this, &Self::isCurrentTrackLovedChanged);
     connect(&m_queue, &PlayQueue::currentChanged, this, &Self::currentArtworkAlbumChanged);
     connect(&m_queue, &PlayQueue::sourceLabelChanged, this, &Self::queueSourceTextChanged);
+    for (const auto changed : {&PlayQueue::currentChanged, &PlayQueue::entriesChanged})
+        connect(&m_queue, changed, this, &Self::queueLeftTextChanged);
     for (const auto changed : {&PlayQueue::currentChanged, &PlayQueue::currentRecordChanged,
                                &PlayQueue::entriesChanged}) {
         connect(&m_queue, changed, this, &Self::durationDisplayChanged);
@@ -78,8 +85,23 @@ QString PlayerDisplay::durationDisplay() const {
                                     m_views.showRemainingTime(), m_progress.elapsedSeconds());
 }
 
+QString PlayerDisplay::timeAt(double fraction) const {
+    const auto row = m_queue.currentRow();
+    const auto seconds = row ? m_queue.record(*row).durationSeconds : std::nullopt;
+    return seconds ? TrackMetadataLoader::formatDuration(fraction * *seconds) : QString();
+}
+
 QString PlayerDisplay::queuePositionText() const {
     return halvane::queuePositionText(m_queue.currentRow(), m_queue.size());
+}
+
+QString PlayerDisplay::queueLeftText() const {
+    const auto current = m_queue.currentRow();
+    const auto language = m_language.resolvedLanguage();
+    if (!current || m_transport.isShuffleEnabled())
+        return queueTotalText(m_queue.size(), m_queue.secondsFrom(0), language);
+    const std::size_t next = *current + 1;
+    return halvane::queueLeftText(m_queue.size() - next, m_queue.secondsFrom(next), language);
 }
 
 QString PlayerDisplay::queueSourceText() const {

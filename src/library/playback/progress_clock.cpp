@@ -18,11 +18,32 @@ ProgressClock::ProgressClock(const TransportEngine& engine, Clock& clock, QObjec
 }
 
 void ProgressClock::start() {
-    m_beat = m_clock.every(250ms, [this] { tick(); });
+    m_isRunning = true;
+    updateBeat();
 }
 
 void ProgressClock::stop() {
+    m_isRunning = false;
+    updateBeat();
+}
+
+void ProgressClock::beginWatching() {
+    if (++m_watchers > 1)
+        return;
+    tick();
+    updateBeat();
+}
+
+void ProgressClock::endWatching() {
+    Q_ASSERT(m_watchers > 0);
+    if (--m_watchers == 0)
+        updateBeat();
+}
+
+void ProgressClock::updateBeat() {
     m_beat.reset();
+    if (m_isRunning && m_watchers > 0)
+        m_beat = m_clock.every(250ms, [this] { tick(); });
 }
 
 void ProgressClock::tick() {

@@ -8,8 +8,9 @@
 
 namespace halvane {
 
-/// The position as it is shown. It is read from the engine four times a second while a track plays,
-/// and not at all otherwise. Times are in seconds, fractions from 0 to 1. Main thread.
+/// The position as it is shown. It is read from the engine four times a second while a track plays
+/// and somebody watches, and not at all otherwise. Times are in seconds, fractions from 0 to 1.
+/// Main thread.
 class ProgressClock : public QObject {
     Q_OBJECT
     Q_PROPERTY(double progress READ progress NOTIFY progressChanged)
@@ -26,7 +27,10 @@ class ProgressClock : public QObject {
     /// Starts the quarter-second beat, also if it runs already.
     void start();
     void stop();
-    [[nodiscard]] bool isRunning() const { return m_beat != nullptr; }
+    [[nodiscard]] bool isRunning() const { return m_isRunning; }
+    /// A view that comes into sight calls beginWatching, and endWatching when it goes out of sight.
+    Q_INVOKABLE void beginWatching();
+    Q_INVOKABLE void endWatching();
     /// Reads the engine. Does nothing while the user drags the slider or no file is loaded.
     void tick();
 
@@ -45,6 +49,7 @@ class ProgressClock : public QObject {
   private:
     void setProgress(double progress);
     void setElapsedTime(const QString& text);
+    void updateBeat();
 
     const TransportEngine& m_engine;
     Clock& m_clock;
@@ -52,7 +57,9 @@ class ProgressClock : public QObject {
     QString m_elapsedTime;
     double m_elapsedSeconds = 0;
     bool m_isScrubbing = false;
-    std::unique_ptr<Timer> m_beat;
+    bool m_isRunning = false;
+    int m_watchers = 0;
+    std::unique_ptr<Timer> m_beat; ///< there while it runs and is watched
 };
 
 } // namespace halvane

@@ -21,6 +21,14 @@ bool isWrapTarget(const QueueView& queue, std::size_t entry) {
     return queue.isPlayable(entry) && !(current && queue.isSameFile(entry, *current));
 }
 
+std::optional<std::size_t> firstAskedFor(const QueueView& queue) {
+    for (std::size_t i = 0; i < queue.size(); ++i) {
+        if (queue.isAskedFor(i) && queue.isPlayable(i))
+            return i;
+    }
+    return std::nullopt;
+}
+
 Advance nextInOrder(const QueueView& queue, PlaybackRepeatMode repeat, bool manual) {
     const auto current = queue.current();
     if (const auto next = firstPlayable(queue, current ? *current + 1 : 0))
@@ -67,8 +75,11 @@ Advance nextEntry(const QueueView& queue, PlayMode mode, bool manual, const Rand
     const auto current = queue.current();
     if (mode.repeat == PlaybackRepeatMode::one && !manual && current && queue.isPlayable(*current))
         return {current, false};
-    return mode.shuffle ? shuffledEntry(queue, mode.repeat, manual, random)
-                        : nextInOrder(queue, mode.repeat, manual);
+    if (!mode.shuffle)
+        return nextInOrder(queue, mode.repeat, manual);
+    if (const auto asked = firstAskedFor(queue))
+        return {asked, manual};
+    return shuffledEntry(queue, mode.repeat, manual, random);
 }
 
 Advance previousEntry(const QueueView& queue, PlayMode mode, const RandomIndex& random) {

@@ -22,6 +22,8 @@ class QueueView {
     [[nodiscard]] virtual bool isPlayable(std::size_t entry) const = 0;
     /// The entry has been played in the present shuffle cycle.
     [[nodiscard]] virtual bool wasPlayed(std::size_t entry) const = 0;
+    /// The user has asked to hear the entry next, and has not heard it yet.
+    [[nodiscard]] virtual bool isAskedFor(std::size_t entry) const = 0;
     [[nodiscard]] virtual bool isSameFile(std::size_t entry, std::size_t other) const = 0;
 };
 
@@ -43,6 +45,7 @@ struct Advance {
 using RandomIndex = std::function<std::size_t(std::size_t count)>;
 
 /// The entry after the current one. `manual` means the user's Next, otherwise a track has ended.
+/// Shuffle takes the entries that were asked for before all others, in the queue's order.
 Advance nextEntry(const QueueView& queue, PlayMode mode, bool manual, const RandomIndex& random);
 
 /// The entry of the user's Previous. Nothing happens without one.

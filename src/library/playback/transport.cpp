@@ -10,42 +10,9 @@
 #include <QRandomGenerator>
 
 #include <algorithm>
-#include <cmath>
 #include <random>
 
 namespace halvane {
-
-// The queue as the planner sees it at this moment.
-class Transport::View final : public QueueView {
-  public:
-    explicit View(const Transport& transport)
-        : m_queue(transport.m_queue)
-        , m_files(transport.m_files)
-        , m_played(transport.m_shufflePlayedIDs) {}
-
-    [[nodiscard]] std::size_t size() const override { return m_queue.size(); }
-    [[nodiscard]] std::optional<std::size_t> current() const override {
-        return m_queue.currentRow();
-    }
-    [[nodiscard]] bool isPlayable(std::size_t entry) const override {
-        return m_files.state(path(entry)) == TrackAvailability::available;
-    }
-    [[nodiscard]] bool wasPlayed(std::size_t entry) const override {
-        return m_played.contains(m_queue.idAt(entry));
-    }
-    [[nodiscard]] bool isSameFile(std::size_t entry, std::size_t other) const override {
-        return path(entry) == path(other);
-    }
-
-  private:
-    [[nodiscard]] const QString& path(std::size_t entry) const {
-        return m_queue.record(entry).sourceURL->standardizedPath();
-    }
-
-    const PlayQueue& m_queue;
-    const FileAvailability& m_files;
-    const QSet<QUuid>& m_played;
-};
 
 RandomIndex systemRandomIndex() {
     return [](std::size_t count) {
@@ -83,32 +50,6 @@ Transport::Transport(TransportEngine& engine, PlayQueue& queue, FileAvailability
     });
 }
 
-// Settings
-
-void Transport::setVolume(double volume) {
-    assertOwnThread(*this);
-    const double clamped = volume > 0 ? std::min(volume, 1.0) : 0.0;
-    const bool changed = m_volume != clamped;
-    m_volume = clamped;
-    m_engine.setVolume(clamped);
-    if (changed)
-        Q_EMIT volumeChanged();
-}
-
-void Transport::setShuffleEnabled(bool enabled) {
-    if (m_mode.shuffle == enabled)
-        return;
-    m_mode.shuffle = enabled;
-    Q_EMIT isShuffleEnabledChanged();
-}
-
-void Transport::setRepeatMode(PlaybackRepeatMode mode) {
-    if (m_mode.repeat == mode)
-        return;
-    m_mode.repeat = mode;
-    Q_EMIT repeatModeChanged();
-}
-
 void Transport::setPlaying(bool playing) {
     m_isPausedOnRequest = false;
     if (m_isPlaying == playing)
@@ -133,8 +74,9 @@ void Transport::playCollection(const TrackRows& tracks, const QString& startPath
         return showNothingToPlay();
     m_queue.assign(tracks, context);
     m_shufflePlayedIDs.clear();
+    m_askedForIDs.clear();
     const std::size_t asked = m_queue.rowOfPath(startPath).value_or(0);
-    const View view(*this);
+    const PlannedQueue view = plannedQueue();
     if (const auto row = view.isPlayable(asked) ? asked : entryToStart(view))
         return start(*row, AskedBy::collection);
     stopPlayer(false); // what plays is not in the queue any more
@@ -170,7 +112,7 @@ void Transport::start(std::size_t row, AskedBy askedBy) {
     // What plays goes on while the file comes.
     if (askedBy == AskedBy::user && m_files.state(path) == TrackAvailability::inCloud)
         return download(path, m_queue.record(row).title);
-    m_opening = Opening{.path = path, .startsOver = m_queue.currentRow() == row, .fraction = 0};
+    m_opening = Opening{.path = path, .startsOver = m_queue.currentRow() == row};
     m_engine.open(path);
     makeCurrent(row, askedBy);
     setPlaying(true);
@@ -180,9 +122,25 @@ void Transport::start(std::size_t row, AskedBy askedBy) {
     Q_EMIT nowPlayingChanged();
 }
 
+void Transport::takeUp(std::size_t row, double seconds) {
+    assertOwnThread(*this);
+    const double length = m_queue.record(row).durationSeconds.value_or(0);
+    const double fraction = length > 0 ? std::clamp(seconds / length, 0.0, 1.0) : 0.0;
+    m_opening = Opening{.path = m_queue.record(row).path(),
+                        .startsOver = true,
+                        .fraction = fraction,
+                        .isTakenUp = true,
+                        .isAsked = false};
+    makeCurrent(row, AskedBy::user);
+    m_progress.show(fraction, fraction * length);
+    Q_EMIT loadedFileChanged();
+    Q_EMIT nowPlayingChanged();
+}
+
 void Transport::makeCurrent(std::size_t row, AskedBy askedBy) {
     m_queue.setCurrentRow(row);
     m_shufflePlayedIDs.insert(m_queue.idAt(row));
+    m_askedForIDs.remove(m_queue.idAt(row));
     m_askedBy = askedBy;
     Q_EMIT becameCurrent(m_queue.item(row));
 }
@@ -201,7 +159,8 @@ void Transport::opened() {
                    qUtf8Printable(scheduled.failure().text));
         return handlePlaybackFailure(scheduled.failure().text);
     }
-    Q_EMIT playStarted(opening.path);
+    if (!opening.isTakenUp)
+        Q_EMIT playStarted(opening.path);
     Q_EMIT loadedFileChanged();
     Q_EMIT nowPlayingChanged();
     if (opening.startsOver)
@@ -225,9 +184,15 @@ void Transport::foundInCloud() {
 void Transport::openFailed(const QString& reason) {
     if (!m_opening)
         return;
+    const bool isTakenUp = m_opening->isTakenUp;
+    const double seconds = elapsedSeconds();
+    const auto row = m_queue.currentRow();
     m_opening.reset();
     qCCritical(libraryLog, "engine load/play failed: %s", qUtf8Printable(reason));
     handlePlaybackFailure(reason);
+    // Its disk may come back, and the place is not lost till then.
+    if (isTakenUp && row && row == m_queue.currentRow() && !hasLoadedFile())
+        takeUp(*row, seconds);
 }
 
 void Transport::handlePlaybackFailure(const QString& description) {
@@ -244,7 +209,7 @@ void Transport::passOver() {
         return stopPlayer(true); // whoever has paused meanwhile is not surprised by another entry
     if (m_askedBy == AskedBy::advance)
         return playNext(false);
-    const auto first = entryToStart(View(*this));
+    const auto first = entryToStart(plannedQueue());
     first ? start(*first, AskedBy::collection) : stopPlayer(true);
 }
 
@@ -271,9 +236,11 @@ void Transport::togglePlayback() {
         return;
     }
     if (!hasLoadedFile()) {
-        const auto entry = entryToStart(View(*this));
+        const auto entry = entryToStart(plannedQueue());
         return entry ? playItem(m_queue.idAt(*entry), true) : showNothingToPlay();
     }
+    if (m_opening && !std::exchange(m_opening->isAsked, true))
+        m_engine.open(m_opening->path);
     if (const auto resumed = m_engine.resume(); !resumed)
         return interrupted(resumed.failure().text);
     setPlaying(true);
@@ -284,12 +251,12 @@ void Transport::togglePlayback() {
 
 void Transport::playNext(bool manual) {
     assertOwnThread(*this);
-    proceed(nextEntry(View(*this), m_mode, manual, m_random));
+    proceed(nextEntry(plannedQueue(), m_mode, manual, m_random));
 }
 
 void Transport::playPrevious() {
     assertOwnThread(*this);
-    const Advance advance = previousEntry(View(*this), m_mode, m_random);
+    const Advance advance = previousEntry(plannedQueue(), m_mode, m_random);
     if (advance.entry)
         proceed(advance);
 }
@@ -304,6 +271,39 @@ void Transport::finishPlaybackAtQueueEnd() {
     const auto row = m_queue.currentRow();
     m_progress.showEnd(row ? m_queue.record(*row).duration : m_progress.elapsedTime());
     Q_EMIT nowPlayingChanged();
+}
+
+// The next entry stands at its start, as if it had been paused there.
+void Transport::waitBeforeNext() {
+    m_stopsAfterCurrent = false;
+    Q_EMIT stopsAfterCurrentChanged();
+    const Advance advance = nextEntry(plannedQueue(), m_mode, false, m_random);
+    if (!advance.entry)
+        return finishPlaybackAtQueueEnd();
+    if (advance.startsCycle)
+        m_shufflePlayedIDs.clear();
+    waitAt(*advance.entry);
+}
+
+void Transport::waitAt(std::size_t row) {
+    stopPlayer(true);
+    m_opening = Opening{.path = m_queue.record(row).path(), .isAsked = false};
+    makeCurrent(row, AskedBy::advance);
+    Q_EMIT loadedFileChanged();
+    Q_EMIT nowPlayingChanged();
+}
+
+void Transport::leave(const std::vector<RowRange>& rows) {
+    assertOwnThread(*this);
+    const auto row = m_queue.currentRow();
+    if (!row || !isIn(rows, *row))
+        return;
+    const Advance advance = nextEntry(plannedQueue(rows), m_mode, false, m_random);
+    if (!advance.entry || !hasLoadedFile())
+        return stopPlayer(false);
+    if (advance.startsCycle)
+        m_shufflePlayedIDs.clear();
+    m_isPlaying ? start(*advance.entry, AskedBy::advance) : waitAt(*advance.entry);
 }
 
 void Transport::stopPlayer(bool keepSelection) {
@@ -328,62 +328,7 @@ void Transport::adoptEngineState() {
     Q_EMIT nowPlayingChanged();
 }
 
-// Place and modes
-
-void Transport::scrub(double fraction) {
-    const auto row = m_queue.currentRow();
-    m_progress.scrub(fraction, row ? m_queue.record(*row).durationSeconds : std::nullopt);
-}
-
-void Transport::seek(double fraction) {
-    assertOwnThread(*this);
-    fraction = fraction > 0 ? std::min(fraction, 1.0) : 0.0;
-    const double length = durationSeconds();
-    if (!m_opening && !(length > 0)) {
-        m_progress.show(fraction, m_progress.elapsedSeconds());
-        return;
-    }
-    const double target = fraction * length;
-    if (m_opening)
-        m_opening->fraction = fraction;
-    else if (const auto scheduled = m_engine.scheduleSegment(target, m_engine.isPlaying());
-             !scheduled)
-        return handlePlaybackFailure(scheduled.failure().text);
-    m_progress.show(fraction, target);
-    Q_EMIT nowPlayingChanged();
-    Q_EMIT positionJumped(target);
-    attemptGaplessPreschedule();
-}
-
-void Transport::advanceRepeatMode() {
-    switch (m_mode.repeat) {
-    case PlaybackRepeatMode::off:
-        return chooseRepeatMode(PlaybackRepeatMode::all);
-    case PlaybackRepeatMode::all:
-        return chooseRepeatMode(PlaybackRepeatMode::one);
-    case PlaybackRepeatMode::one:
-        return chooseRepeatMode(PlaybackRepeatMode::off);
-    }
-}
-
-void Transport::chooseRepeatMode(PlaybackRepeatMode mode) {
-    assertOwnThread(*this);
-    if (m_mode.repeat == mode)
-        return;
-    setRepeatMode(mode);
-    replanSuccessor();
-}
-
-void Transport::toggleShuffle() {
-    assertOwnThread(*this);
-    setShuffleEnabled(!m_mode.shuffle);
-    m_shufflePlayedIDs.clear();
-    replanSuccessor();
-}
-
-void Transport::stepVolume(double delta) {
-    setVolume(m_volume + delta);
-}
+// What is asked of it
 
 double Transport::elapsedSeconds() const {
     return m_opening ? m_opening->fraction * durationSeconds() : m_engine.elapsedSeconds();
@@ -400,66 +345,21 @@ bool Transport::canGoNext() const {
     // Shuffle leads somewhere as long as anything plays; asking it costs a pass over the queue.
     const auto first = [](std::size_t) { return std::size_t(0); };
     return m_mode.shuffle ? canPlay()
-                          : nextEntry(View(*this), m_mode, true, first).entry.has_value();
+                          : nextEntry(plannedQueue(), m_mode, true, first).entry.has_value();
 }
 
 bool Transport::canGoPrevious() const {
     const auto first = [](std::size_t) { return std::size_t(0); };
-    return m_mode.shuffle ? canPlay() : previousEntry(View(*this), m_mode, first).entry.has_value();
+    return m_mode.shuffle ? canPlay()
+                          : previousEntry(plannedQueue(), m_mode, first).entry.has_value();
 }
 
 bool Transport::canPlay() const {
-    return hasLoadedFile() || entryToStart(View(*this)).has_value();
+    return hasLoadedFile() || entryToStart(plannedQueue()).has_value();
 }
 
 bool Transport::isTrackPlaying(const QString& path) const {
     return !path.isEmpty() && m_queue.currentPath() == path;
-}
-
-// Gapless succession
-
-void Transport::replanSuccessor() {
-    m_engine.invalidatePreschedule();
-    attemptGaplessPreschedule();
-}
-
-void Transport::applySoundCheckForCurrentTrack() {
-    if (!m_engine.hasFile())
-        return;
-    m_engine.setTrackGain(m_soundCheck.gainFor(m_queue.currentPath()));
-    replanSuccessor();
-}
-
-std::optional<QString> Transport::successorPath() const {
-    const auto next = gaplessSuccessor(View(*this), m_mode);
-    return next ? std::optional(m_queue.record(*next).path()) : std::nullopt;
-}
-
-void Transport::attemptGaplessPreschedule() {
-    assertOwnThread(*this);
-    if (!m_engine.hasFile())
-        return;
-    const auto path = successorPath();
-    if (!path)
-        return;
-    // A larger step in the middle of the sound would be heard as a jump.
-    constexpr double largestStep = 2.0; // dB
-    const double gain = m_soundCheck.gainFor(*path);
-    if (std::abs(gain - m_soundCheck.gainFor(m_queue.currentPath())) <= largestStep)
-        m_engine.prescheduleNextIfCompatible(*path, gain);
-}
-
-void Transport::advanceUIForGaplessTrack(const QString& path) {
-    const auto row = m_queue.rowOfPath(path);
-    if (!row)
-        return playNext(false);
-    makeCurrent(*row, AskedBy::advance);
-    Q_EMIT loadedFileChanged();
-    Q_EMIT playStarted(path);
-    m_progress.show(0, m_engine.elapsedSeconds());
-    Q_EMIT nowPlayingChanged();
-    Q_EMIT trackChanged(m_queue.item(*row));
-    attemptGaplessPreschedule();
 }
 
 // What the engine reports
@@ -468,6 +368,8 @@ void Transport::trackEnded() {
     assertOwnThread(*this);
     if (const auto path = m_engine.adoptPrescheduledTrack())
         return advanceUIForGaplessTrack(*path);
+    if (m_stopsAfterCurrent)
+        return waitBeforeNext();
     playNext(false);
 }
 

@@ -2,11 +2,9 @@
 #pragma once
 
 #include "audio/graph/transport_engine.h"
-#include "library/playback/play_queue.h"
+#include "library/playback/planned_queue.h"
 #include "library/playback/progress_clock.h"
-#include "library/playback/queue_planner.h"
 #include "library/status_line.h"
-#include "library/tidying/file_availability.h"
 
 #include <optional>
 
@@ -30,6 +28,7 @@ class Transport : public QObject {
     /// Playing or paused: there is a position to move.
     Q_PROPERTY(bool hasLoadedFile READ hasLoadedFile NOTIFY loadedFileChanged)
     Q_PROPERTY(double volume READ volume WRITE setVolume NOTIFY volumeChanged)
+    Q_PROPERTY(bool isMuted READ isMuted NOTIFY volumeChanged)
     Q_PROPERTY(bool isShuffleEnabled READ isShuffleEnabled NOTIFY isShuffleEnabledChanged)
     Q_PROPERTY(halvane::PlaybackRepeatMode repeatMode READ repeatMode NOTIFY repeatModeChanged)
 
@@ -42,8 +41,11 @@ class Transport : public QObject {
 
     [[nodiscard]] bool isPlaying() const { return m_isPlaying; }
     [[nodiscard]] double volume() const { return m_volume; }
+    [[nodiscard]] bool isMuted() const { return m_volume == 0; }
     [[nodiscard]] bool isShuffleEnabled() const { return m_mode.shuffle; }
     [[nodiscard]] PlaybackRepeatMode repeatMode() const { return m_mode.repeat; }
+    /// Once the current entry has ended, the next one waits for the user.
+    [[nodiscard]] bool stopsAfterCurrent() const { return m_stopsAfterCurrent; }
     [[nodiscard]] bool hasLoadedFile() const { return m_opening || m_engine.hasFile(); }
     /// Of the current entry, playing or paused: where it stands and how long it is. Seconds; 0
     /// without one.
@@ -62,6 +64,9 @@ class Transport : public QObject {
     Q_INVOKABLE void playItem(const QUuid& id, bool userInitiated);
     /// Plays an entry for the user who opened its file: the current one is never paused by that.
     void playOn(const QUuid& id);
+    /// Makes an entry current that an earlier run left at a place, paused there. Its file is opened
+    /// when it is to play, and that is no new play of it.
+    void takeUp(std::size_t row, double seconds);
     Q_INVOKABLE void togglePlayback();
     Q_INVOKABLE void playNext(bool manual);
     Q_INVOKABLE void playPrevious();
@@ -73,6 +78,10 @@ class Transport : public QObject {
     void chooseRepeatMode(PlaybackRepeatMode mode);
     Q_INVOKABLE void toggleShuffle();
     Q_INVOKABLE void stepVolume(double delta);
+    /// Silences what plays, or gives it the volume from before that.
+    Q_INVOKABLE void toggleMute();
+    /// Wants that, once, or no longer; and tells the user.
+    void setStopsAfterCurrent(bool stops);
     void showNothingToPlay();
 
     // Whether playNext(manual), playPrevious and togglePlayback would find something to play.
@@ -83,6 +92,11 @@ class Transport : public QObject {
     [[nodiscard]] bool isTrackPlaying(const QString& path) const;
     /// The file that is to follow the current one, as far as that is decided already.
     [[nodiscard]] std::optional<QString> successorPath() const;
+    /// The user wants to hear an entry next: shuffle takes it before all others.
+    void askFor(const QUuid& id) { m_askedForIDs.insert(id); }
+    /// These ascending rows of the queue are about to be taken out. If the current one is among
+    /// them, playback goes on with what follows, and a pause stays one. To be called before.
+    void leave(const std::vector<RowRange>& rows);
     /// Drops the successor that was handed to the engine and plans it again: the queue changed.
     Q_INVOKABLE void replanSuccessor();
     /// Takes over the engine's own playing state, after it was changed behind the transport.
@@ -93,6 +107,7 @@ class Transport : public QObject {
     void volumeChanged();
     void isShuffleEnabledChanged();
     void repeatModeChanged();
+    void stopsAfterCurrentChanged();
     /// The engine has another file, or none.
     void loadedFileChanged();
     /// An entry became current: select its album, take the colour of its artwork.
@@ -107,7 +122,6 @@ class Transport : public QObject {
     void positionJumped(double seconds);
 
   private:
-    class View;
     /// Who asked for the current entry, which decides what follows when it does not play.
     enum class AskedBy {
         user,       ///< nothing: the user sees the failure on what was chosen
@@ -119,16 +133,24 @@ class Transport : public QObject {
         QString path;
         bool startsOver = false; ///< the entry was current before
         double fraction = 0;     ///< where it is to begin
+        bool isTakenUp = false;  ///< began in an earlier run
+        bool isAsked = true;     ///< the engine opens it
     };
 
+    [[nodiscard]] PlannedQueue plannedQueue(std::vector<RowRange> leaving = {}) const {
+        return {m_queue, m_files, m_shufflePlayedIDs, m_askedForIDs, std::move(leaving)};
+    }
     void proceed(const Advance& advance);
     void start(std::size_t row, AskedBy askedBy);
     void makeCurrent(std::size_t row, AskedBy askedBy);
     void passOver();
+    void waitBeforeNext();
+    void waitAt(std::size_t row);
     void handlePlaybackFailure(const QString& description);
     void finishPlaybackAtQueueEnd();
     void advanceUIForGaplessTrack(const QString& path);
     void attemptGaplessPreschedule();
+    [[nodiscard]] bool mayFollow(const QString& path) const;
     void applySoundCheckForCurrentTrack();
     void download(const QString& path, const QString& title);
     [[nodiscard]] QString currentTitle() const;
@@ -154,8 +176,11 @@ class Transport : public QObject {
     PlayMode m_mode;
     bool m_isPlaying = false;
     bool m_isPausedOnRequest = false; ///< for a call, say
+    bool m_stopsAfterCurrent = false;
     double m_volume = 0.72;
+    double m_volumeBeforeMute = 0.5;
     QSet<QUuid> m_shufflePlayedIDs;
+    QSet<QUuid> m_askedForIDs;            ///< to be heard next, until they are current
     AskedBy m_askedBy = AskedBy::advance; ///< for the current entry
     std::optional<Opening> m_opening;
 };

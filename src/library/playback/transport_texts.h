@@ -21,6 +21,10 @@ QString noDurationDisplay();
 /// "3 / 12" for the entry at a zero-based place; empty without one.
 QString queuePositionText(std::optional<std::size_t> place, std::size_t count);
 
+/// What a queue still holds, or holds in all, and how long that takes; empty for nothing.
+QString queueLeftText(std::size_t count, double seconds, ResolvedLanguage language);
+QString queueTotalText(std::size_t count, double seconds, ResolvedLanguage language);
+
 /// "Playing from: ..." with the label, or with the library.
 QString queueSourceText(const std::optional<QString>& label, ResolvedLanguage language);
 

@@ -10,6 +10,10 @@ namespace {
 constexpr auto builtInPrefix = "builtin:"_L1;
 constexpr auto userPrefix = "user:"_L1;
 
+QString withoutPrefix(const QString& id, QLatin1StringView prefix) {
+    return id.startsWith(prefix) ? id.sliced(prefix.size()) : QString();
+}
+
 } // namespace
 
 const std::array<EQPreset, 10>& builtInEQPresets() {
@@ -34,6 +38,14 @@ QString builtInEQPresetID(const QString& id) {
 
 QString userEQPresetID(const QString& name) {
     return userPrefix + name;
+}
+
+QString builtInEQPresetOf(const QString& currentEQPresetID) {
+    return withoutPrefix(currentEQPresetID, builtInPrefix);
+}
+
+QString userEQPresetOf(const QString& currentEQPresetID) {
+    return withoutPrefix(currentEQPresetID, userPrefix);
 }
 
 QString presetMenuTitle(const QString& currentEQPresetID, ResolvedLanguage language) {

@@ -22,6 +22,9 @@ const std::array<EQPreset, 10>& builtInEQPresets();
 /// The id of a preset as the current one, which is stored and which presetMenuTitle takes.
 QString builtInEQPresetID(const QString& id);
 QString userEQPresetID(const QString& name);
+// The inverse; empty for an id of the other kind.
+QString builtInEQPresetOf(const QString& currentEQPresetID);
+QString userEQPresetOf(const QString& currentEQPresetID);
 
 /// The title of the preset menu for the current preset. An empty id is a curve of the user's own.
 /// Any thread.

@@ -30,6 +30,14 @@ QString EqualizerSettings::presetMenuTitle() const {
     return halvane::presetMenuTitle(m_currentPresetID, m_language.resolvedLanguage());
 }
 
+QString EqualizerSettings::currentBuiltInEQPreset() const {
+    return builtInEQPresetOf(m_currentPresetID);
+}
+
+QString EqualizerSettings::currentUserEQPreset() const {
+    return userEQPresetOf(m_currentPresetID);
+}
+
 void EqualizerSettings::restore() {
     assertOwnThread(*this);
     // The setters would write everything back, and so store the default of a value that is not read

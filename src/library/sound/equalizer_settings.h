@@ -20,8 +20,12 @@ class EqualizerSettings : public QObject {
     Q_PROPERTY(bool eqEnabled READ eqEnabled WRITE setEqEnabled NOTIFY eqEnabledChanged)
     Q_PROPERTY(std::vector<double> eqGains READ eqGains NOTIFY eqGainsChanged)
     Q_PROPERTY(double eqPreamp READ eqPreamp WRITE setEqPreamp NOTIFY eqPreampChanged)
-    Q_PROPERTY(QString currentEQPresetID READ currentEQPresetID NOTIFY
-                   currentEQPresetIDChanged) // empty: none
+    // The current preset is a built-in one, one of the user's, or none; an empty text: not of that
+    // kind.
+    Q_PROPERTY(QString currentBuiltInEQPreset READ currentBuiltInEQPreset NOTIFY
+                   currentEQPresetIDChanged) // its id
+    Q_PROPERTY(QString currentUserEQPreset READ currentUserEQPreset NOTIFY
+                   currentEQPresetIDChanged) // its name
     Q_PROPERTY(QString presetMenuTitle READ presetMenuTitle NOTIFY presetMenuTitleChanged)
     Q_PROPERTY(QStringList userEQPresetNames READ userEQPresetNames NOTIFY userEQPresetsChanged)
 
@@ -38,6 +42,8 @@ class EqualizerSettings : public QObject {
     [[nodiscard]] double eqPreamp() const { return m_preamp; }
     /// "builtin:" and an id, or "user:" and a name; empty after a change by hand.
     [[nodiscard]] const QString& currentEQPresetID() const { return m_currentPresetID; }
+    [[nodiscard]] QString currentBuiltInEQPreset() const;
+    [[nodiscard]] QString currentUserEQPreset() const;
     /// The current preset's name, in the windows' language.
     [[nodiscard]] QString presetMenuTitle() const;
     /// Ten gains and the preamp by name. A stored preset of another length is listed, but choosing

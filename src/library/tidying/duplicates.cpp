@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "library/tidying/duplicates.h"
 
+#include "library/catalog/track_rows.h"
+#include "metadata/parallel/look_at_each.h"
 #include "platform/thread_check.h"
+
+#include <QFileInfo>
 
 #include <algorithm>
 #include <cmath>
@@ -12,6 +16,9 @@ namespace {
 
 // A search of so many tracks takes a few milliseconds.
 constexpr std::size_t searchedInPlace = 2000;
+
+// The user waits for the tracks to go.
+constexpr std::chrono::milliseconds patience{2000};
 
 QString songKey(const Track& track) {
     const qint64 seconds =
@@ -50,7 +57,24 @@ std::vector<TrackRows> duplicateTrackGroups(const TrackRows& tracks) {
     return groups;
 }
 
+QHash<QString, QString> pathsBehindLinks(const std::vector<TrackRows>& groups,
+                                         const std::stop_token& stop) {
+    QStringList paths;
+    for (const TrackRows& group : groups)
+        paths.append(pathsOf(group));
+    const auto real = lookAtEach<QString>(
+        paths, [](const QString& path) { return QFileInfo(path).canonicalFilePath(); }, stop,
+        patience);
+    QHash<QString, QString> behindLinks;
+    for (qsizetype i = 0; i < paths.size(); ++i)
+        if (const auto& path = real[static_cast<std::size_t>(i)];
+            path && !path->isEmpty() && *path != paths[i])
+            behindLinks.insert(paths[i], *path);
+    return behindLinks;
+}
+
 QStringList superfluousCopies(const std::vector<TrackRows>& groups,
+                              const QHash<QString, QString>& behindLinks,
                               const std::function<bool(const QString& path)>& isAvailable) {
     QStringList paths;
     for (const TrackRows& group : groups) {
@@ -58,6 +82,14 @@ QStringList superfluousCopies(const std::vector<TrackRows>& groups,
                                  [&](const TrackPtr& track) { return isAvailable(track->path()); });
         if (kept == group.cend())
             kept = group.cbegin();
+        const auto behindLink = behindLinks.constFind((*kept)->path());
+        if (behindLink != behindLinks.cend() && isAvailable(*behindLink)) {
+            const auto real =
+                std::find_if(group.cbegin(), group.cend(),
+                             [&](const TrackPtr& track) { return track->path() == *behindLink; });
+            if (real != group.cend())
+                kept = real;
+        }
         for (const TrackPtr& track : group)
             if (track != *kept && track->sourceURL)
                 paths.append(track->path());

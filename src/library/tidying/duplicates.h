@@ -8,6 +8,7 @@
 #include <QStringList>
 
 #include <functional>
+#include <stop_token>
 
 namespace halvane {
 
@@ -16,9 +17,16 @@ namespace halvane {
 /// groups are in the order of their first tracks. Any thread.
 std::vector<TrackRows> duplicateTrackGroups(const TrackRows& tracks);
 
+/// The paths, without links, of the tracks in the groups whose own paths lead through links. Those
+/// of a disk that does not answer are left out. Any thread but the main one.
+QHash<QString, QString> pathsBehindLinks(const std::vector<TrackRows>& groups,
+                                         const std::stop_token& stop);
+
 /// The paths of all tracks but one of each group. The one that stays is the first that is
-/// available, or the first of all if none is. Pure.
+/// available, or the first of all if none is; where its path leads through a link to another one
+/// that is available, that one stays in its place. Pure.
 QStringList superfluousCopies(const std::vector<TrackRows>& groups,
+                              const QHash<QString, QString>& behindLinks,
                               const std::function<bool(const QString& path)>& isAvailable);
 
 /// The duplicate groups of the library. A worker looks for them in a large one. Main thread.

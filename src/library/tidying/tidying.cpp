@@ -60,6 +60,7 @@ void Tidying::removeTracks(const QStringList& withPaths) {
     if (withPaths.isEmpty())
         return;
     finishRemoval();
+    Q_EMIT removing(withPaths);
     m_preferences.removeEntries({SettingsKey::importedAudioPaths, SettingsKey::lovedPaths,
                                  SettingsKey::trackRatings, SettingsKey::playCounts,
                                  SettingsKey::trackLoudness},
@@ -156,12 +157,21 @@ void Tidying::deriveWithout(const QSet<QString>& paths) {
 void Tidying::removeDuplicateTracks() {
     finishRemoval();
     m_duplicates.find([this](const std::vector<TrackRows>& groups) {
-        if (!m_steps.empty()) // a removal under way may take the copy that would be kept
-            return removeDuplicateTracks();
-        removeTracks(superfluousCopies(groups, [this](const QString& path) {
-            return m_availability.state(path) == TrackAvailability::available;
-        }));
+        m_worker.run(
+            [groups](const SerialWorker::Job& job) {
+                return pathsBehindLinks(groups, job.token());
+            },
+            [this](const QHash<QString, QString>& behindLinks) { removeCopies(behindLinks); });
     });
+}
+
+void Tidying::removeCopies(const QHash<QString, QString>& behindLinks) {
+    // A removal under way, or a change of the library, may take the copy that would be kept.
+    if (!m_steps.empty() || !m_duplicates.areCurrent())
+        return removeDuplicateTracks();
+    removeTracks(superfluousCopies(m_duplicates.groups(), behindLinks, [this](const QString& path) {
+        return m_availability.state(path) == TrackAvailability::available;
+    }));
 }
 
 } // namespace halvane

@@ -41,11 +41,14 @@ class Tidying : public QObject {
     /// Ends a removal that is under way at once. To be called before tracks are added: the removal
     /// would take those of its paths that come back.
     void finishRemoval();
-    /// Removes all copies of each song but one. A worker searches a large library first.
+    /// Removes all copies of each song but one. A worker searches a large library and looks at the
+    /// copies' paths first.
     Q_INVOKABLE void removeDuplicateTracks();
 
   Q_SIGNALS:
     void maintenanceActionCountChanged();
+    /// The tracks of these paths are about to leave; everything is still there.
+    void removing(const QStringList& paths);
     /// These tracks have left the library and the stored preferences.
     void removed(const QSet<QString>& paths);
 
@@ -68,6 +71,7 @@ class Tidying : public QObject {
     void removeFromQueue(const QSet<QString>& paths);
     void forget(const QSet<QString>& paths);
     void deriveWithout(const QSet<QString>& paths);
+    void removeCopies(const QHash<QString, QString>& behindLinks);
 
     LibraryStore& m_store;
     CatalogPublisher& m_catalog;

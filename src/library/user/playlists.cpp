@@ -38,6 +38,25 @@ std::optional<Playlist> decodedPlaylist(const QJsonValue& value) {
     return playlist;
 }
 
+using Places = std::vector<Playlists::Place>::const_iterator;
+
+// Of one playlist. Paths that it holds again are left out.
+std::vector<QString> pathsWith(const std::vector<QString>& paths, Places place, Places end) {
+    const QSet<QString> known(paths.cbegin(), paths.cend());
+    std::vector<QString> all;
+    all.reserve(paths.size() + static_cast<std::size_t>(end - place));
+    auto staying = paths.cbegin();
+    for (; place != end; ++place) {
+        if (known.contains(place->path))
+            continue;
+        while (all.size() < place->index && staying != paths.cend())
+            all.push_back(*staying++);
+        all.push_back(place->path);
+    }
+    all.insert(all.end(), staying, paths.cend());
+    return all;
+}
+
 } // namespace
 
 QByteArray encodedPlaylists(const std::vector<Playlist>& playlists) {
@@ -114,6 +133,22 @@ QUuid Playlists::createPlaylist(const QString& named) {
     return id;
 }
 
+QUuid Playlists::addPlaylist(const QString& name, const QStringList& paths) {
+    const QUuid id = createPlaylist(freeName(name.trimmed()));
+    addTrackPaths(paths, id);
+    return id;
+}
+
+QString Playlists::freeName(const QString& name) const {
+    QSet<QString> taken;
+    for (const Playlist& playlist : m_playlists)
+        taken.insert(playlist.name);
+    QString free = name;
+    for (int number = 2; taken.contains(free); ++number)
+        free = name + u' ' + QString::number(number);
+    return free;
+}
+
 void Playlists::renamePlaylist(const QUuid& id, const QString& to) {
     assertOwnThread(*this);
     const QString name = to.trimmed();
@@ -132,6 +167,7 @@ void Playlists::deletePlaylist(const QUuid& id) {
     const auto row = rowOf(id);
     if (!row)
         return;
+    Q_EMIT deleting(id);
     beginRemoveRows({}, static_cast<int>(*row), static_cast<int>(*row));
     m_playlists.erase(m_playlists.begin() + static_cast<std::ptrdiff_t>(*row));
     endRemoveRows();
@@ -162,7 +198,10 @@ void Playlists::addTrackPaths(const QStringList& paths, const QUuid& toPlaylist)
 void Playlists::removeTrackPath(const QString& path, const QUuid& fromPlaylist) {
     assertOwnThread(*this);
     const auto row = rowOf(fromPlaylist);
-    if (!row || std::erase(m_playlists[*row].trackPaths, path) == 0)
+    if (!row)
+        return;
+    Q_EMIT removingPath(path, fromPlaylist);
+    if (std::erase(m_playlists[*row].trackPaths, path) == 0)
         return;
     persistPlaylists();
     pathsChanged(*row);
@@ -182,6 +221,46 @@ void Playlists::removePaths(const QSet<QString>& paths) {
     persistPlaylists();
     for (const std::size_t row : changed)
         pathsChanged(row);
+}
+
+std::vector<Playlists::Place> Playlists::placesOf(const QSet<QString>& paths) const {
+    std::vector<Place> places;
+    for (const Playlist& playlist : m_playlists) {
+        for (std::size_t index = 0; index < playlist.trackPaths.size(); ++index) {
+            if (paths.contains(playlist.trackPaths[index]))
+                places.push_back({playlist.id, index, playlist.trackPaths[index]});
+        }
+    }
+    return places;
+}
+
+void Playlists::putBack(const std::vector<Place>& places) {
+    assertOwnThread(*this);
+    std::vector<std::size_t> changed;
+    for (auto place = places.cbegin(); place != places.cend();) {
+        const QUuid id = place->playlist;
+        const auto end =
+            std::find_if(place, places.cend(), [&](const Place& p) { return p.playlist != id; });
+        if (const auto row = rowOf(id)) {
+            m_playlists[*row].trackPaths = pathsWith(m_playlists[*row].trackPaths, place, end);
+            changed.push_back(*row);
+        }
+        place = end;
+    }
+    if (changed.empty())
+        return;
+    persistPlaylists();
+    for (const std::size_t row : changed)
+        pathsChanged(row);
+}
+
+void Playlists::putBack(std::size_t row, const Playlist& playlist) {
+    assertOwnThread(*this);
+    const std::size_t at = std::min(row, m_playlists.size());
+    beginInsertRows({}, static_cast<int>(at), static_cast<int>(at));
+    m_playlists.insert(m_playlists.begin() + static_cast<std::ptrdiff_t>(at), playlist);
+    endInsertRows();
+    persistPlaylists();
 }
 
 void Playlists::pathsChanged(std::size_t row) {

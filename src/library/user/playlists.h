@@ -35,9 +35,12 @@ class Playlists : public QAbstractListModel {
     [[nodiscard]] const std::vector<Playlist>& all() const { return m_playlists; }
     /// The playlist of an id, or null. Valid until the next change.
     [[nodiscard]] const Playlist* find(const QUuid& id) const;
+    [[nodiscard]] std::optional<std::size_t> rowOf(const QUuid& id) const;
 
     /// Gives the new playlist's id, or null for a blank name.
     Q_INVOKABLE QUuid createPlaylist(const QString& named);
+    /// A playlist with these paths, each once. A name that is taken gets a number. Gives its id.
+    QUuid addPlaylist(const QString& name, const QStringList& paths);
     /// Does nothing for a blank name or an unknown id.
     Q_INVOKABLE void renamePlaylist(const QUuid& id, const QString& to);
     Q_INVOKABLE void deletePlaylist(const QUuid& id);
@@ -48,6 +51,19 @@ class Playlists : public QAbstractListModel {
     /// Removes the paths of tracks that left the library from every playlist.
     void removePaths(const QSet<QString>& paths);
 
+    /// Where a playlist holds a path, or held it.
+    struct Place {
+        QUuid playlist;
+        std::size_t index = 0;
+        QString path;
+    };
+    /// The places of these paths, ascending in each playlist.
+    [[nodiscard]] std::vector<Place> placesOf(const QSet<QString>& paths) const;
+    /// Puts paths back to such places, unless their playlist has gone or holds them again.
+    void putBack(const std::vector<Place>& places);
+    /// Puts a playlist that was deleted back to its row.
+    void putBack(std::size_t row, const Playlist& playlist);
+
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
@@ -56,10 +72,13 @@ class Playlists : public QAbstractListModel {
     /// A playlist's paths changed.
     void trackPathsChanged(const QUuid& id);
     void nameChanged(const QUuid& id);
+    /// The user's wish, before it is done.
+    void deleting(const QUuid& id);
+    void removingPath(const QString& path, const QUuid& id);
     void deleted(const QUuid& id);
 
   private:
-    [[nodiscard]] std::optional<std::size_t> rowOf(const QUuid& id) const;
+    [[nodiscard]] QString freeName(const QString& name) const;
     void pathsChanged(std::size_t row);
     void persistPlaylists();
 

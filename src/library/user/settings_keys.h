@@ -29,10 +29,16 @@ inline const QString customThemeAccent = u"Halvane.CustomThemeAccent"_s;
 inline const QString themeCornerStyle = u"Halvane.ThemeCornerStyle"_s;
 inline const QString themeBackgroundStyle = u"Halvane.ThemeBackgroundStyle"_s;
 inline const QString showRemainingTime = u"Halvane.ShowRemainingTime"_s;
+inline const QString tileSize = u"Halvane.TileSize"_s;
 inline const QString outputDeviceName = u"Halvane.OutputDeviceName"_s;
 inline const QString soundCheckEnabled = u"Halvane.SoundCheckEnabled"_s;
 inline const QString trackLoudness = u"Halvane.TrackLoudnessV2"_s;
 inline const QString importedAudioPaths = u"Halvane.ImportedAudioPaths"_s;
+inline const QString startsWhereLeftOff = u"Halvane.StartsWhereLeftOff"_s;
+/// Path, row and seconds of the current entry.
+inline const QString queuePlace = u"Halvane.QueuePlace"_s;
+inline const QString trackOrder = u"Halvane.TrackOrder"_s;
+inline const QString trackOrderDescending = u"Halvane.TrackOrderDescending"_s;
 inline const QString securityBookmarks = u"Halvane.SecurityBookmarks"_s;
 
 } // namespace halvane::SettingsKey

@@ -103,8 +103,8 @@ double ThemeSettings::ambientBackgroundBoost() const {
 }
 
 void ThemeSettings::applyTheme() {
-    m_style = {resolvedThemeAccent(), AppTheme::windowBackground(m_backgroundStyle),
-               AppTheme::radii(m_cornerStyle)};
+    m_style = {AppTheme::legible(resolvedThemeAccent()),
+               AppTheme::windowBackground(m_backgroundStyle), AppTheme::radii(m_cornerStyle)};
     Q_EMIT themeChanged();
     Q_EMIT spectrumTintChanged();
 }

@@ -65,14 +65,27 @@ void TrackUserData::setRating(int rating, const QString& path) {
     Q_EMIT ratingChanged(path);
 }
 
-void TrackUserData::countPlay(const QString& path) {
+TrackUserData::Said TrackUserData::said(const QString& path) const {
+    return {isLoved(path), rating(path), playCount(path)};
+}
+
+void TrackUserData::sayAgain(const Said& said, const QString& path) {
+    if (said.isLoved && !isLoved(path))
+        toggleLoved(path);
+    if (said.rating > 0 && rating(path) == 0)
+        setRating(static_cast<int>(said.rating), path);
+    if (said.plays > 0)
+        addPlays(said.plays, path);
+}
+
+void TrackUserData::addPlays(qint64 plays, const QString& path) {
     assertOwnThread(*this);
     if (path.isEmpty())
         return;
     qint64& count = m_playCounts.get()[path];
-    if (count == std::numeric_limits<qint64>::max())
+    if (count > std::numeric_limits<qint64>::max() - plays)
         return; // counting never comes so far, but a stored value may be anything
-    ++count;
+    count += plays;
     m_preferences.insertInteger(SettingsKey::playCounts, path, count);
 }
 

@@ -36,7 +36,18 @@ class TrackUserData : public QObject {
     /// nothing without a path.
     Q_INVOKABLE void setRating(int rating, const QString& path);
     /// Adds one play. Does nothing without a path.
-    void countPlay(const QString& path);
+    void countPlay(const QString& path) { addPlays(1, path); }
+    /// What the user has said of one track.
+    struct Said {
+        bool isLoved = false;
+        qint64 rating = 0;
+        qint64 plays = 0;
+
+        bool operator==(const Said&) const = default;
+    };
+    [[nodiscard]] Said said(const QString& path) const;
+    /// Says this of a track that has come back, beside what was said of it since.
+    void sayAgain(const Said& said, const QString& path);
     /// These tracks have left the library and the stored preferences. No signal is sent, because no
     /// list shows them any more.
     void forget(const QSet<QString>& paths);
@@ -48,6 +59,8 @@ class TrackUserData : public QObject {
     void reset();
 
   private:
+    void addPlays(qint64 plays, const QString& path);
+
     Preferences& m_preferences;
     QSet<QString> m_lovedPaths;
     LateValue<IntegerMap> m_trackRatings;

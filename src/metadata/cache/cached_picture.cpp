@@ -3,16 +3,15 @@
 
 #include "metadata/cache/cached_track_metadata.h"
 #include "metadata/readers/file_reader.h"
+#include "model/picture_file.h"
 
 #include <QFile>
 
 namespace halvane {
 
 QByteArray CachedPicture::read() const {
-    QFile file(key());
-    if (file.open(QIODevice::ReadOnly))
-        return file.readAll();
-    return readAudioFile(m_trackPath).metadata.tags.picture();
+    const QByteArray kept = readPictureFile(key()).bytes;
+    return kept.isEmpty() ? readAudioFile(m_trackPath).metadata.tags.picture() : kept;
 }
 
 QString CachedPicture::key() const {

@@ -26,8 +26,10 @@ CachedTrackMetadata::CachedTrackMetadata(const QueueItem& item, const QString& t
     , quality(item.quality)
     , sampleRate(item.sampleRate)
     , bitDepth(item.bitDepth)
+    , albumTags(item.albumTags)
     , coverURL(item.coverURL)
-    , hasEmbeddedArtwork(item.coverImageData.has_value()) {
+    , hasEmbeddedArtwork(item.coverImageData.has_value())
+    , readerVersion(item.readerVersion) {
 }
 
 QueueItem CachedTrackMetadata::item(const QString& cacheDirectory, const FileUrl& file) const {
@@ -42,6 +44,8 @@ QueueItem CachedTrackMetadata::item(const QString& cacheDirectory, const FileUrl
     item.quality = quality;
     item.sampleRate = sampleRate;
     item.bitDepth = bitDepth;
+    item.albumTags = albumTags;
+    item.readerVersion = readerVersion;
     item.coverURL = coverURL;
     item.sourceURL = file.path() == path ? file : FileUrl(path);
     item.readDate = modificationDate;
@@ -89,6 +93,11 @@ void appendText(QByteArray& json, const char* key, const QString& text) {
     appendText(json, text);
 }
 
+void appendTextIfAny(QByteArray& json, const char* key, const QString& text) {
+    if (!text.isEmpty())
+        appendText(json, key, text);
+}
+
 // The shortest digits that read back as the same number.
 template<typename Number>
 void appendNumber(QByteArray& json, const char* key, Number value) {
@@ -96,6 +105,19 @@ void appendNumber(QByteArray& json, const char* key, Number value) {
     const auto end = std::to_chars(digits, digits + sizeof digits, value).ptr;
     appendKey(json, key);
     json.append(digits, end - digits);
+}
+
+void appendAlbumTags(QByteArray& json, const AlbumTags& tags) {
+    appendTextIfAny(json, "albumArtist", tags.albumArtist);
+    if (tags.disc > 0)
+        appendNumber(json, "discNumber", tags.disc);
+    if (tags.track > 0)
+        appendNumber(json, "trackNumber", tags.track);
+    if (!tags.sortNames)
+        return;
+    appendTextIfAny(json, "artistSort", tags.sortNames->artist);
+    appendTextIfAny(json, "albumArtistSort", tags.sortNames->albumArtist);
+    appendTextIfAny(json, "albumSort", tags.sortNames->album);
 }
 
 } // namespace
@@ -117,8 +139,11 @@ void appendJson(QByteArray& json, const CachedTrackMetadata& record) {
     appendText(json, "quality", record.quality);
     appendText(json, "sampleRate", record.sampleRate);
     appendText(json, "bitDepth", record.bitDepth);
+    appendAlbumTags(json, record.albumTags);
     if (record.coverURL)
         appendText(json, "coverURLPath", record.coverURL->path());
+    if (record.readerVersion > 0)
+        appendNumber(json, "readerVersion", record.readerVersion);
     appendKey(json, "hasEmbeddedArtwork");
     json += record.hasEmbeddedArtwork ? "true}" : "false}";
 }

@@ -22,8 +22,10 @@ struct CachedTrackMetadata {
     QString quality;
     QString sampleRate;
     QString bitDepth;
+    AlbumTags albumTags;
     std::optional<FileUrl> coverURL;
     bool hasEmbeddedArtwork = false;
+    quint8 readerVersion = 0; ///< 0: the record does not say
 
     CachedTrackMetadata() = default;
     /// The record of a loaded item. Its date is the one that the file had when it was read, so that

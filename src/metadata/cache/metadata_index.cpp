@@ -8,6 +8,7 @@
 #include <simdjson.h>
 
 #include <array>
+#include <limits>
 #include <string_view>
 #include <unordered_map>
 
@@ -55,10 +56,13 @@ class PortionDecoder {
     CachedTrackMetadata decodeRecord(const dom::object& object) {
         CachedTrackMetadata record;
         m_found = 0;
+        m_names = {};
         for (const dom::key_value_pair field : object)
             decodeField(record, field.key, field.value);
         if (m_found != All)
             throw simdjson::simdjson_error(simdjson::NO_SUCH_FIELD);
+        if (!m_names.isEmpty())
+            record.albumTags.sortNames = shared(std::move(m_names));
         return record;
     }
 
@@ -93,6 +97,35 @@ class PortionDecoder {
             record.durationSeconds = value.get_double();
         else if (key == "coverURLPath" && !value.is_null())
             record.coverURL = sharedUrl(value);
+        else
+            decodeAlbumTag(record, key, value);
+    }
+
+    void decodeAlbumTag(CachedTrackMetadata& record, std::string_view key,
+                        const dom::element& value) {
+        if (key == "albumArtist")
+            record.albumTags.albumArtist = shared(value, m_last[7]);
+        else if (key == "trackNumber")
+            record.albumTags.track = small<quint16>(value);
+        else if (key == "discNumber")
+            record.albumTags.disc = small<quint16>(value);
+        else if (key == "readerVersion")
+            record.readerVersion = small<quint8>(value);
+        else if (key == "artistSort")
+            m_names.artist = shared(value, m_last[8]);
+        else if (key == "albumArtistSort")
+            m_names.albumArtist = shared(value, m_last[9]);
+        else if (key == "albumSort")
+            m_names.album = shared(value, m_last[10]);
+    }
+
+    // A number out of range is of another kind.
+    template<typename Number>
+    static Number small(const dom::element& value) {
+        const std::uint64_t number = value.get_uint64();
+        if (number > std::numeric_limits<Number>::max())
+            throw simdjson::simdjson_error(simdjson::NUMBER_OUT_OF_RANGE);
+        return static_cast<Number>(number);
     }
 
     const dom::element& found(Required which, const dom::element& value) {
@@ -117,6 +150,12 @@ class PortionDecoder {
         return known->second;
     }
 
+    std::shared_ptr<const SortNames> shared(SortNames names) {
+        if (!m_lastNames || *m_lastNames != names)
+            m_lastNames = std::make_shared<const SortNames>(std::move(names));
+        return m_lastNames;
+    }
+
     FileUrl sharedUrl(const dom::element& value) {
         const std::string_view text = value.get_string();
         if (!m_lastUrl || m_lastUrl->first != text)
@@ -126,7 +165,9 @@ class PortionDecoder {
 
     std::unordered_map<std::string_view, QString> m_texts;
     std::unordered_map<std::string_view, FileUrl> m_urls;
-    std::array<Last, 7> m_last; // one for each field whose texts repeat
+    std::array<Last, 11> m_last; // one for each field whose texts repeat
+    SortNames m_names;           // of the record that is being decoded
+    std::shared_ptr<const SortNames> m_lastNames;
     const std::pair<const std::string_view, FileUrl>* m_lastUrl = nullptr;
     unsigned m_found = 0;
 };

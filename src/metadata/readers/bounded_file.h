@@ -13,8 +13,8 @@ namespace halvane {
 
 /// How much reading one file may cost, whatever its headers claim.
 struct ReadingLimits {
-    qint64 blockBytes = 32LL << 20;  ///< largest single read
-    qint64 totalBytes = 128LL << 20; ///< of all reads together
+    qint64 blockBytes = 64LL << 20;  ///< largest single read
+    qint64 totalBytes = 256LL << 20; ///< of all reads together
     int reads = 200'000;
     std::chrono::milliseconds time{
         5000}; ///< processor time, because a slow disk is not the file's fault

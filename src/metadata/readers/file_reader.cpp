@@ -2,6 +2,9 @@
 #include "metadata/readers/file_reader.h"
 
 #include "libav/container.h"
+#include "libav/container_figures.h"
+#include "libav/frame_walk.h"
+#include "metadata/readers/bounded_source.h"
 #include "metadata/readers/libav_reader.h"
 #include "metadata/readers/raw_aac_reader.h"
 #include "metadata/readers/taglib_reader.h"
@@ -10,6 +13,8 @@
 
 #include <cmath>
 #include <exception>
+#include <limits>
+#include <utility>
 
 namespace halvane {
 
@@ -68,6 +73,7 @@ AudioFileReading readAudioFile(const QString& path, const ReadingLimits& limits)
     try {
         const auto facts = containerOf(file, QFileInfo(path).suffix().toLower());
         reading.metadata = readMetadata(file, facts);
+        reading.metadata.tags.decideEncodings(path);
     } catch (const std::exception&) {
         // A parser ran out of memory or of range. The file yields what its name says.
         reading.metadata = {};
@@ -76,6 +82,29 @@ AudioFileReading readAudioFile(const QString& path, const ReadingLimits& limits)
         reading.metadata.stream = {};
     reading.isLate = file.isLate();
     return reading;
+}
+
+void countLength(const QString& path, StreamFacts& stream) {
+    if (stream.guessedFrom < 0)
+        return;
+    constexpr qint64 unlimited = std::numeric_limits<qint64>::max();
+    BoundedFile file(path, {.totalBytes = unlimited,
+                            .reads = std::numeric_limits<int>::max(),
+                            .time = std::chrono::minutes(1)});
+    const ByteSource bytes = byteSource(file);
+    const QByteArray opening = file.read(stream.guessedFrom, 2);
+    const bool isAdts = opening.size() == 2 && (opening[1] & 0x06) == 0; // of no MPEG audio layer
+    const FrameStream kind = isAdts ? FrameStream::adts : FrameStream::mpegLayer3;
+    const std::int64_t from = std::exchange(stream.guessedFrom, -1);
+    // The guess is right where all frames are alike.
+    if (!file.isOpen() || hasEvenFrames(bytes, kind, from))
+        return;
+    constexpr int lowestRateOfLongBlocks = 32'000; // of MPEG 1
+    const int block = isAdts ? 1024 : stream.sampleRate >= lowestRateOfLongBlocks ? 1152 : 576;
+    const auto count = walkFrames(bytes, kind, from, [](std::int64_t, std::int64_t) {});
+    if (count && !file.isExhausted())
+        stream.seconds =
+            static_cast<double>(*count * block - (isAdts ? adtsDelay : 0)) / stream.sampleRate;
 }
 
 } // namespace halvane

@@ -18,4 +18,8 @@ struct AudioFileReading {
 /// fails: fields that can't be read stay empty. Any thread.
 AudioFileReading readAudioFile(const QString& path, const ReadingLimits& limits = {});
 
+/// Puts the length in the place of a guess, by counting frames through the whole file. A guess
+/// stays where frames don't follow one another, for which only a decoder knows. Any thread.
+void countLength(const QString& path, StreamFacts& stream);
+
 } // namespace halvane

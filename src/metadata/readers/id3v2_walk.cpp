@@ -2,8 +2,10 @@
 #include "metadata/readers/id3v2_walk.h"
 
 #include "libav/container.h"
+#include "metadata/encodings/legacy_text.h"
 #include "metadata/readers/byte_order.h"
 
+#include <QList>
 #include <QStringDecoder>
 
 namespace halvane {
@@ -18,6 +20,35 @@ QByteArray modernName(const QByteArray& id) {
         if (id == pair[0])
             return pair[1];
     return id == "TYER" ? QByteArray("TDRC") : id;
+}
+
+// UTF-16 with or without its mark. Writers that left it out used little-endian mostly. Text is
+// big-endian when more first than second bytes are zero.
+QString utf16Text(const QByteArray& bytes) {
+    const QByteArray text = bytes.first(bytes.size() / 2 * 2);
+    qsizetype zeroFirst = 0;
+    qsizetype zeroSecond = 0;
+    for (qsizetype i = 0; i < text.size(); i += 2) {
+        zeroFirst += text[i] == 0;
+        zeroSecond += text[i + 1] == 0;
+    }
+    QStringDecoder decode(QStringDecoder::Utf16LE);
+    if (text.startsWith("\xfe\xff") || (!text.startsWith("\xff\xfe") && zeroFirst > zeroSecond))
+        decode = QStringDecoder(QStringDecoder::Utf16BE);
+    return decode(text);
+}
+
+// `encoding` is the first byte of a text frame (ID3v2.4.0 structure, 4).
+QString decodedText(char encoding, const QByteArray& bytes) {
+    switch (encoding) {
+    case 0:
+        return undecidedText(bytes.split('\0').first());
+    case 1:
+    case 2:
+        return utf16Text(bytes);
+    default:
+        return QString::fromUtf8(bytes);
+    }
 }
 
 } // namespace
@@ -42,7 +73,8 @@ std::optional<Id3v2Walk::Frame> Id3v2Walk::next() {
     char header[10];
     if (m_file.read(m_position, headerSize, header) != headerSize || header[0] == 0)
         return std::nullopt;
-    Frame frame{QByteArray(header, m_version < 3 ? 3 : 4), m_position + headerSize, 0};
+    Frame frame{QByteArray(header, m_version < 3 ? 3 : 4), m_position + headerSize, 0,
+                m_version < 3 || header[9] == 0};
     if (m_version < 3)
         frame.size = bigEndian32(header + 2) & 0xffffff;
     else
@@ -63,28 +95,17 @@ bool id3v2IsOvercrowded(BoundedFile& file, qint64 offset) {
     return file.isExhausted();
 }
 
-QString utf16TextWithoutMark(BoundedFile& file, qint64 tagOffset, const QByteArray& frameId) {
+QString id3v2Text(BoundedFile& file, qint64 tagOffset, const QByteArray& frameId) {
     constexpr qint64 longestText = 64 << 10;
     Id3v2Walk walk(file, tagOffset);
     while (const auto frame = walk.next()) {
-        if (modernName(frame->id) != frameId || frame->size > longestText)
+        if (modernName(frame->id) != frameId || frame->size > longestText || !frame->isPlain)
             continue;
         const QByteArray bytes = file.read(frame->offset, frame->size);
-        if (bytes.size() < 3 || bytes[0] != 1)
+        if (bytes.size() < 2)
             continue;
-        const QByteArray text = bytes.mid(1, (bytes.size() - 1) / 2 * 2);
-        // Such writers used little-endian. Text is big-endian when more first than second bytes are
-        // zero.
-        qsizetype zeroFirst = 0;
-        qsizetype zeroSecond = 0;
-        for (qsizetype i = 0; i < text.size(); i += 2) {
-            zeroFirst += text[i] == 0;
-            zeroSecond += text[i + 1] == 0;
-        }
-        QStringDecoder decode(zeroFirst > zeroSecond ? QStringDecoder::Utf16BE
-                                                     : QStringDecoder::Utf16LE);
-        const QString decoded = decode(text);
-        return decoded.left(decoded.indexOf(QChar::Null));
+        const QString text = decodedText(bytes[0], bytes.sliced(1));
+        return text.left(text.indexOf(QChar::Null));
     }
     return {};
 }

@@ -15,6 +15,7 @@ class Id3v2Walk {
         QByteArray id; ///< of three letters in ID3v2.2, otherwise of four
         qint64 offset; ///< of the frame's content
         qint64 size;
+        bool isPlain; ///< neither compressed nor otherwise wrapped
     };
 
     /// `offset` is where the tag begins in the file.
@@ -34,8 +35,9 @@ class Id3v2Walk {
 /// Whether the tag holds more frames than any real one. Reading it would cost much memory.
 bool id3v2IsOvercrowded(BoundedFile& file, qint64 offset);
 
-/// The text of a frame in UTF-16 that lacks its byte-order mark. TagLib drops such texts. Empty
-/// where there is none.
-QString utf16TextWithoutMark(BoundedFile& file, qint64 tagOffset, const QByteArray& frameId);
+/// The first text of a text frame, read without TagLib, which drops texts in UTF-16 without a
+/// byte-order mark and everything behind a frame that it can't read. Empty where there is none, or
+/// where it is compressed.
+QString id3v2Text(BoundedFile& file, qint64 tagOffset, const QByteArray& frameId);
 
 } // namespace halvane

@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "metadata/readers/libav_reader.h"
 
+#include "libav/container_figures.h"
 #include "libav/functions.h"
+#include "metadata/readers/bounded_source.h"
 #include "metadata/readers/tag_names.h"
+
+#include <QtEndian>
 
 #include <algorithm>
 #include <memory>
@@ -103,6 +107,17 @@ int losslessBits(const AVCodecParameters& parameters) {
     return av_get_bits_per_sample(parameters.codec_id);
 }
 
+// FLAC's own description (RFC 9639, 8.2), for the fields of the container around it are too short
+// for high rates.
+void takeFlacInfo(StreamFacts& facts, const AVCodecParameters& parameters) {
+    constexpr int infoBytes = 34;
+    if (parameters.codec_id != AV_CODEC_ID_FLAC || parameters.extradata_size < infoBytes)
+        return;
+    const auto packed = qFromBigEndian<quint32>(parameters.extradata + 10);
+    facts.sampleRate = packed >> 12;
+    facts.bitsPerSample = static_cast<int>(packed >> 4 & 31) + 1;
+}
+
 StreamFacts factsOf(const AVFormatContext& context) {
     StreamFacts facts;
     const AVStream* stream = firstAudioStream(context);
@@ -110,6 +125,7 @@ StreamFacts factsOf(const AVFormatContext& context) {
         return facts;
     facts.sampleRate = stream->codecpar->sample_rate;
     facts.bitsPerSample = losslessBits(*stream->codecpar);
+    takeFlacInfo(facts, *stream->codecpar);
     if (stream->duration > 0)
         facts.seconds = static_cast<double>(stream->duration) * av_q2d(stream->time_base);
     else if (stream->nb_frames > 0 && facts.sampleRate > 0 &&
@@ -152,6 +168,13 @@ FileMetadata readWithLibav(BoundedFile& file, Container container) {
     result.stream = factsOf(*context);
     if (!result.stream.isComplete() && avformat_find_stream_info(context.get(), nullptr) >= 0)
         result.stream = factsOf(*context);
+    if (container == Container::caf && result.stream.sampleRate > 0)
+        if (const auto frames = cafMusicFrames(byteSource(file)))
+            result.stream.seconds = static_cast<double>(*frames) / result.stream.sampleRate;
+    if (container == Container::mp4)
+        if (const auto extent = mp4SoundExtent(byteSource(file)))
+            result.stream.seconds =
+                static_cast<double>(extent->length) / static_cast<double>(extent->ticksPerSecond);
     addTags(result.tags, context->metadata);
     if (const AVStream* stream = firstAudioStream(*context))
         addTags(result.tags, stream->metadata);

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "metadata/readers/raw_aac_reader.h"
 
+#include "libav/container_figures.h"
 #include "metadata/readers/byte_order.h"
+
+#include <algorithm>
 
 namespace halvane {
 
@@ -61,9 +64,13 @@ StreamFacts readAdts(BoundedFile& file, qint64 from) {
         facts.seconds += frame.samples / frame.sampleRate;
         offset += frame.size;
     }
-    if (adtsFrameAt(file, offset).size > 0 && offset > start)
+    if (adtsFrameAt(file, offset).size > 0 && offset > start) {
         facts.seconds *=
             static_cast<double>(file.size() - start) / static_cast<double>(offset - start);
+        facts.guessedFrom = start;
+    }
+    if (facts.sampleRate > 0) // what the encoder put in front
+        facts.seconds = std::max(facts.seconds - adtsDelay / facts.sampleRate, 0.0);
     return facts;
 }
 

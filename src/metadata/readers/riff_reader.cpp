@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "metadata/readers/riff_reader.h"
 
+#include "metadata/encodings/legacy_text.h"
 #include "metadata/readers/byte_order.h"
 #include "metadata/readers/id3v2_walk.h"
-#include "metadata/readers/legacy_text.h"
 #include "metadata/readers/tag_names.h"
 #include "metadata/readers/taglib_stream.h"
 #include "metadata/readers/taglib_tags.h"
@@ -150,9 +150,15 @@ class RiffReader {
             readCommon(bytes(chunk));
             return;
         }
-        for (const TagName& row : TagNames::aiff)
-            if (chunk.name == row.name)
-                m_result.tags.add(row.field, decodeLegacyText(bytes(chunk).replace('\0', "")));
+        for (const TagName& row : TagNames::aiff) {
+            if (chunk.name != row.name)
+                continue;
+            const QString text = undecidedText(bytes(chunk).replace('\0', ""));
+            if (row.field == TagField::artist) // each has a chunk
+                m_result.tags.addArtists(row.field, m_authors += text);
+            else
+                m_result.tags.add(row.field, text);
+        }
     }
 
     void readCommon(const QByteArray& common) {
@@ -176,6 +182,7 @@ class RiffReader {
     ChunkFile m_chunks;
     WavFormat m_format{QByteArray()};
     double m_frames = 0; // of a lossy WAV, where it says
+    QStringList m_authors;
     FileMetadata m_result;
 };
 

@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "metadata/readers/tag_fields.h"
 
+#include "metadata/encodings/legacy_text.h"
+
 namespace halvane {
+
+using namespace Qt::StringLiterals;
 
 std::optional<qint64> parseYear(const QString& text) {
     // A piece is a run of characters that are numbers in any script; only four ASCII digits parse.
@@ -21,6 +25,14 @@ std::optional<qint64> parseYear(const QString& text) {
     return std::nullopt;
 }
 
+std::optional<quint16> parseNumber(const QString& text) {
+    qsizetype end = 0;
+    while (end < text.size() && text.at(end) >= u'0' && text.at(end) <= u'9')
+        ++end;
+    const quint16 number = QStringView(text).first(end).toUShort();
+    return number > 0 ? std::optional(number) : std::nullopt;
+}
+
 void TagFields::add(TagField field, const QString& value) {
     const QString text = value.trimmed();
     if (text.isEmpty())
@@ -30,7 +42,8 @@ void TagFields::add(TagField field, const QString& value) {
         m_title = text;
         break;
     case TagField::artist:
-        m_artist = text;
+    case TagField::albumArtist:
+        addArtists(field, {text});
         break;
     case TagField::albumName:
         m_album = text;
@@ -41,7 +54,54 @@ void TagFields::add(TagField field, const QString& value) {
     case TagField::creationDate:
         m_year = parseYear(text).value_or(m_year);
         break;
+    case TagField::discNumber:
+        m_disc = parseNumber(text).value_or(m_disc);
+        break;
+    case TagField::trackNumber:
+        m_track = parseNumber(text).value_or(m_track);
+        break;
+    case TagField::compilation:
+        m_isCompilation = parseNumber(text).has_value();
+        break;
+    case TagField::artistSort:
+        m_sortNames.artist = text;
+        break;
+    case TagField::albumArtistSort:
+        m_sortNames.albumArtist = text;
+        break;
+    case TagField::albumSort:
+        m_sortNames.album = text;
+        break;
     }
+}
+
+void TagFields::decideEncodings(const QString& path) {
+    QString* const texts[] = {
+        &m_title, &m_artist,           &m_firstArtist,           &m_album,          &m_albumArtist,
+        &m_genre, &m_sortNames.artist, &m_sortNames.albumArtist, &m_sortNames.album};
+    decideTexts(texts, path);
+}
+
+void TagFields::addArtists(TagField field, const QStringList& values) {
+    QStringList artists;
+    for (const QString& value : values)
+        if (const QString text = value.trimmed(); !text.isEmpty() && !artists.contains(text))
+            artists.append(text);
+    if (artists.isEmpty())
+        return;
+    const QString all = artists.join(u", "_s);
+    if (field == TagField::albumArtist) {
+        m_albumArtist = all;
+        return;
+    }
+    m_artist = all;
+    m_firstArtist = artists.size() > 1 ? artists.first() : QString();
+}
+
+QString TagFields::albumArtist() const {
+    if (!m_albumArtist.isEmpty())
+        return m_albumArtist;
+    return m_isCompilation ? u"Various Artists"_s : m_firstArtist;
 }
 
 void TagFields::addPicture(PictureRank rank, std::function<QByteArray()> bytes) {

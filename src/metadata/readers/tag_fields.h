@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "model/album_tags.h"
+
 #include <QByteArray>
-#include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <optional>
@@ -10,37 +12,76 @@
 namespace halvane {
 
 /// The common meaning of a tag, whatever its container calls it.
-enum class TagField { title, artist, albumName, type, creationDate };
+enum class TagField {
+    title,
+    artist,
+    albumName,
+    type,
+    creationDate,
+    albumArtist,
+    discNumber,
+    trackNumber,
+    compilation,
+    artistSort,
+    albumArtistSort,
+    albumSort
+};
+
+/// Whether several values of a field are several artists.
+constexpr bool namesArtists(TagField field) {
+    return field == TagField::artist || field == TagField::albumArtist;
+}
 
 /// The first run of four digits that is a year between 1900 and 2100.
 std::optional<qint64> parseYear(const QString& text);
 
-/// Which of several pictures is the cover. A front cover goes before any other, and the later one
-/// goes first among equals.
-enum class PictureRank { none, other, frontCover };
+/// The number in front: 3 of "3", of "03" and of "3/12"; none of "A3" and of 0.
+std::optional<quint16> parseNumber(const QString& text);
+
+/// Which of several pictures is the cover. A front cover goes before any other, and one of no kind
+/// before the back, a booklet or a portrait. The later one goes first among equals.
+enum class PictureRank { none, beside, other, frontCover };
 
 /// The tags of one file as they are found. Values are trimmed, empty ones are skipped, and a later
 /// value of a field replaces an earlier one. One thread.
 class TagFields {
   public:
     void add(TagField field, const QString& value);
+    /// All values that one tag has of a field that names artists.
+    void addArtists(TagField field, const QStringList& values);
     /// `bytes` is called when somebody wants the picture, and not after these fields are destroyed.
     void addPicture(PictureRank rank, std::function<QByteArray()> bytes);
 
+    /// Decides what undecidedText() left open in the values. Called once, when all have been added.
+    void decideEncodings(const QString& path);
+
     [[nodiscard]] const QString& title() const { return m_title; }
+    /// Several artists are joined by commas.
     [[nodiscard]] const QString& artist() const { return m_artist; }
     [[nodiscard]] const QString& album() const { return m_album; }
     [[nodiscard]] const QString& genre() const { return m_genre; }
     [[nodiscard]] qint64 year() const { return m_year; }
+    /// Who leads the album, if that need not be the artist. Without an album artist it is "Various
+    /// Artists" on a compilation, or the first of several artists.
+    [[nodiscard]] QString albumArtist() const;
+    [[nodiscard]] quint16 disc() const { return m_disc; }   ///< 0: not known
+    [[nodiscard]] quint16 track() const { return m_track; } ///< 0: not known
+    [[nodiscard]] const SortNames& sortNames() const { return m_sortNames; }
     [[nodiscard]] bool hasPicture() const { return m_rank != PictureRank::none; }
     [[nodiscard]] QByteArray picture() const { return m_picture ? m_picture() : QByteArray(); }
 
   private:
     QString m_title;
     QString m_artist;
+    QString m_firstArtist; // of several
     QString m_album;
+    QString m_albumArtist;
     QString m_genre;
+    SortNames m_sortNames;
     qint64 m_year = 0;
+    quint16 m_disc = 0;
+    quint16 m_track = 0;
+    bool m_isCompilation = false;
     PictureRank m_rank = PictureRank::none;
     std::function<QByteArray()> m_picture;
 };
@@ -50,6 +91,9 @@ struct StreamFacts {
     double seconds = 0;
     double sampleRate = 0; ///< hertz
     int bitsPerSample = 0; ///< of lossless streams only
+    /// Where the first frame begins in the file, in bytes, if the length is only guessed from some
+    /// of the frames; -1 otherwise.
+    qint64 guessedFrom = -1;
 
     [[nodiscard]] bool isComplete() const { return seconds > 0 && sampleRate > 0; }
 };

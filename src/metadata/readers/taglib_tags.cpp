@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "metadata/readers/taglib_tags.h"
 
+#include "metadata/encodings/legacy_text.h"
 #include "metadata/readers/id3v2_walk.h"
-#include "metadata/readers/legacy_text.h"
 #include "metadata/readers/tag_names.h"
 
 #include <taglib/apetag.h>
@@ -37,14 +37,14 @@ class LegacyId3v1 final : public TagLib::ID3v1::StringHandler {
   public:
     [[nodiscard]] TagLib::String parse(const TagLib::ByteVector& data) const override {
         // Fields are padded to 30 bytes, with blanks by some writers.
-        return toTagLib(decodeLegacyText(fieldBytes(data).trimmed()));
+        return toTagLib(undecidedText(fieldBytes(data).trimmed()));
     }
 };
 
 class LegacyId3v2 final : public TagLib::ID3v2::Latin1StringHandler {
   public:
     [[nodiscard]] TagLib::String parse(const TagLib::ByteVector& data) const override {
-        return toTagLib(decodeLegacyText(fieldBytes(data)));
+        return toTagLib(undecidedText(fieldBytes(data)));
     }
 };
 
@@ -52,13 +52,17 @@ class LegacyInfo final : public TagLib::RIFF::Info::StringHandler {
   public:
     [[nodiscard]] TagLib::String parse(const TagLib::ByteVector& data) const override {
         const QByteArray bytes = fieldBytes(data);
-        return toTagLib(bytes.isValidUtf8() ? QString::fromUtf8(bytes) : decodeLegacyText(bytes));
+        return toTagLib(bytes.isValidUtf8() ? QString::fromUtf8(bytes) : undecidedText(bytes));
     }
 };
 
 PictureRank rankOf(int type) {
-    constexpr int frontCover = 3; // the same number in ID3v2 and in FLAC
-    return type == frontCover ? PictureRank::frontCover : PictureRank::other;
+    // The same numbers in ID3v2 and in FLAC.
+    constexpr int noKind = 0;
+    constexpr int frontCover = 3;
+    return type == frontCover ? PictureRank::frontCover
+           : type == noKind   ? PictureRank::other
+                              : PictureRank::beside;
 }
 
 void addBytes(TagFields& fields, PictureRank rank, const TagLib::ByteVector& bytes) {
@@ -73,6 +77,13 @@ QString joined(const TagLib::StringList& values) {
     return fromTagLib(values.toString(", "));
 }
 
+QStringList listOf(const TagLib::StringList& values) {
+    QStringList list;
+    for (const auto& value : values)
+        list.append(fromTagLib(value));
+    return list;
+}
+
 // A number stands for one of the genres of ID3v1.
 QString genreText(const TagLib::StringList& values) {
     TagLib::StringList names;
@@ -84,6 +95,19 @@ QString genreText(const TagLib::StringList& values) {
             names.append(name);
     }
     return joined(names);
+}
+
+// Numbers and flags are no texts there.
+QString mp4Text(const TagLib::MP4::Item& item, TagField field) {
+    switch (field) {
+    case TagField::discNumber:
+    case TagField::trackNumber:
+        return QString::number(item.toIntPair().first);
+    case TagField::compilation:
+        return QString::number(item.toBool() ? 1 : 0);
+    default:
+        return joined(item.toStringList());
+    }
 }
 
 } // namespace
@@ -112,6 +136,7 @@ void addId3v1(TagFields& fields, const TagLib::ID3v1::Tag& tag) {
     fields.add(TagField::type, fromTagLib(tag.genre()));
     if (tag.year() > 0)
         fields.add(TagField::creationDate, QString::number(tag.year()));
+    fields.add(TagField::trackNumber, QString::number(tag.track()));
 }
 
 void addId3v2(TagFields& fields, const TagLib::ID3v2::Tag& tag, BoundedFile& file,
@@ -121,16 +146,29 @@ void addId3v2(TagFields& fields, const TagLib::ID3v2::Tag& tag, BoundedFile& fil
         const auto found = frames.find(row.name);
         if (found == frames.end())
             continue;
+        QStringList artists; // of all frames, because some writers make one for each
         for (const auto* frame : found->second) {
             const auto* text = dynamic_cast<const TagLib::ID3v2::TextIdentificationFrame*>(frame);
             if (!text)
                 continue;
             const auto values = text->fieldList();
             QString value = row.field == TagField::type ? genreText(values) : joined(values);
-            if (value.isEmpty() && text->textEncoding() == TagLib::String::UTF16)
-                value = utf16TextWithoutMark(file, tagOffset, row.name);
-            fields.add(row.field, value);
+            const bool isLost = value.isEmpty() && text->textEncoding() == TagLib::String::UTF16;
+            if (isLost)
+                value = id3v2Text(file, tagOffset, row.name);
+            if (!namesArtists(row.field))
+                fields.add(row.field, value);
+            else
+                artists += isLost ? QStringList(value) : listOf(values);
         }
+        if (namesArtists(row.field))
+            fields.addArtists(row.field, artists);
+    }
+    if (!frames.contains("TIT2") || !frames.contains("TPE1") || !frames.contains("TALB")) {
+        // A frame that TagLib can't read hides those behind it.
+        for (const TagName& row : TagNames::id3v2)
+            if (!frames.contains(row.name))
+                fields.add(row.field, id3v2Text(file, tagOffset, row.name));
     }
     const auto pictures = frames.find("APIC"); // PIC of ID3v2.2 arrives under this name too
     if (pictures == frames.end())
@@ -147,7 +185,11 @@ void addApe(TagFields& fields, const TagLib::APE::Tag& tag) {
     const auto& items = tag.itemListMap();
     for (const TagName& row : TagNames::ape) {
         const auto found = items.find(row.name);
-        if (found != items.end() && found->second.type() == TagLib::APE::Item::Text)
+        if (found == items.end() || found->second.type() != TagLib::APE::Item::Text)
+            continue;
+        if (namesArtists(row.field))
+            fields.addArtists(row.field, listOf(found->second.values()));
+        else
             fields.add(row.field, joined(found->second.values()));
     }
     for (const auto& [name, item] : items) {
@@ -158,7 +200,9 @@ void addApe(TagFields& fields, const TagLib::APE::Tag& tag) {
         const int zero = data.find('\0');
         if (zero >= 0)
             addBytes(fields,
-                     name == "COVER ART (FRONT)" ? PictureRank::frontCover : PictureRank::other,
+                     name == "COVER ART (FRONT)"  ? PictureRank::frontCover
+                     : name == "COVER ART (BACK)" ? PictureRank::beside
+                                                  : PictureRank::other,
                      data.mid(static_cast<unsigned int>(zero) + 1));
     }
 }
@@ -169,6 +213,10 @@ void addVorbis(TagFields& fields, TagLib::Ogg::XiphComment& tag) {
         const auto found = comments.find(row.name);
         if (found == comments.end())
             continue;
+        if (namesArtists(row.field)) {
+            fields.addArtists(row.field, listOf(found->second));
+            continue;
+        }
         for (const auto& value : found->second)
             fields.add(row.field, fromTagLib(value));
     }
@@ -181,11 +229,19 @@ void addPicture(TagFields& fields, const TagLib::FLAC::Picture& picture) {
         addBytes(fields, rankOf(picture.type()), picture.data());
 }
 
+void addPicture(TagFields& fields, int type, const TagLib::ByteVector& bytes) {
+    addBytes(fields, rankOf(type), bytes);
+}
+
 void addMp4(TagFields& fields, const TagLib::MP4::Tag& tag) {
     for (const TagName& row : TagNames::mp4) {
         const auto item = tag.item(row.name);
-        if (item.isValid())
-            fields.add(row.field, joined(item.toStringList()));
+        if (!item.isValid())
+            continue;
+        if (namesArtists(row.field))
+            fields.addArtists(row.field, listOf(item.toStringList()));
+        else
+            fields.add(row.field, mp4Text(item, row.field));
     }
     const auto covers = tag.item("covr");
     if (!covers.isValid())

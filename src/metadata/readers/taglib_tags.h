@@ -37,7 +37,7 @@ namespace halvane {
 
 QString fromTagLib(const TagLib::String& text);
 
-/// Makes TagLib read fields of unsure encoding by decodeLegacyText. Called before any file is read,
+/// Makes TagLib hand on fields of unsure encoding by undecidedText. Called before any file is read,
 /// and may be called again.
 void installLegacyTextReading();
 
@@ -48,6 +48,8 @@ void addId3v2(TagFields& fields, const TagLib::ID3v2::Tag& tag, BoundedFile& fil
 void addApe(TagFields& fields, const TagLib::APE::Tag& tag);
 void addVorbis(TagFields& fields, TagLib::Ogg::XiphComment& tag);
 void addPicture(TagFields& fields, const TagLib::FLAC::Picture& picture);
+/// `type` is the kind of picture, by the number that ID3v2, FLAC and ASF share.
+void addPicture(TagFields& fields, int type, const TagLib::ByteVector& bytes);
 void addMp4(TagFields& fields, const TagLib::MP4::Tag& tag);
 void addRiffInfo(TagFields& fields, const TagLib::RIFF::Info::Tag& tag);
 

@@ -70,6 +70,14 @@ void MountTable::readIfChanged() {
 }
 
 QByteArray MountTable::typeOf(const QString& path) {
+    return mountOf(path).type;
+}
+
+QByteArray MountTable::pointOf(const QString& path) {
+    return mountOf(path).point;
+}
+
+MountTable::Mount MountTable::mountOf(const QString& path) {
     const QByteArray name = QFile::encodeName(path) + '/';
     const std::lock_guard lock(m_mutex);
     readIfChanged();
@@ -78,7 +86,7 @@ QByteArray MountTable::typeOf(const QString& path) {
     for (const Mount& mount : m_mounts)
         if (name.startsWith(mount.point) && (!best || mount.point.size() >= best->point.size()))
             best = &mount;
-    return best ? best->type : QByteArray();
+    return best ? *best : Mount();
 }
 
 bool MountTable::lists(const char* type) {

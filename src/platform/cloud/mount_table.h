@@ -11,7 +11,7 @@
 
 namespace halvane {
 
-/// Which kind of file system a path lies on. Any thread; the table is read again only after a mount
+/// Which file system a path lies on. Any thread; the table is read again only after a mount
 /// or an unmount.
 class MountTable {
   public:
@@ -23,6 +23,8 @@ class MountTable {
 
     /// The type, such as "ext4" or "fuse.rclone"; empty when it can't be told.
     QByteArray typeOf(const QString& path);
+    /// Where it is mounted, such as "/" or "/media/disk/"; empty when it can't be told.
+    QByteArray pointOf(const QString& path);
     /// Whether anything of this type is mounted anywhere.
     bool lists(const char* type);
 
@@ -32,6 +34,7 @@ class MountTable {
         QByteArray type;
     };
     void readIfChanged();
+    Mount mountOf(const QString& path);
 
     const int m_listing; ///< -1 when it can't be opened
     std::mutex m_mutex;  ///< guards what follows

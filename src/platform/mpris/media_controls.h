@@ -18,7 +18,10 @@ struct NowPlayingInfo {
     QString title;
     QString artist;
     QString albumTitle;
+    QString albumArtist; ///< empty: none
     QString genre;
+    int discNumber = 0;  ///< 0: not known
+    int trackNumber = 0; ///< 0: not known
     double elapsedSeconds = 0;
     double playbackRate = 0; ///< 1 while playing, 0 while paused
     std::optional<double> durationSeconds;

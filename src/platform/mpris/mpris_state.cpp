@@ -28,6 +28,12 @@ QVariantMap mprisMetadata(const std::optional<NowPlayingInfo>& info) {
         {u"xesam:artist"_s, QStringList{info->artist}},
         {u"xesam:album"_s, info->albumTitle},
     };
+    if (!info->albumArtist.isEmpty())
+        map.insert(u"xesam:albumArtist"_s, QStringList{info->albumArtist});
+    if (info->discNumber > 0)
+        map.insert(u"xesam:discNumber"_s, info->discNumber);
+    if (info->trackNumber > 0)
+        map.insert(u"xesam:trackNumber"_s, info->trackNumber);
     if (!info->genre.isEmpty())
         map.insert(u"xesam:genre"_s, QStringList{info->genre});
     if (info->durationSeconds)
@@ -90,9 +96,15 @@ QVariantMap mprisPlayerProperties(const MprisState& state) {
 }
 
 QStringList mprisMimeTypes() {
-    return {u"audio/mpeg"_s,  u"audio/mp4"_s,      u"audio/x-m4b"_s,  u"audio/aac"_s,
-            u"audio/x-wav"_s, u"audio/vnd.wave"_s, u"audio/x-aiff"_s, u"audio/x-aifc"_s,
-            u"audio/flac"_s,  u"audio/x-flac"_s,   u"audio/x-caf"_s,  u"audio/x-alac"_s};
+    return {u"audio/mpeg"_s,       u"audio/mp4"_s,          u"audio/x-m4b"_s,
+            u"audio/aac"_s,        u"audio/x-wav"_s,        u"audio/vnd.wave"_s,
+            u"audio/x-aiff"_s,     u"audio/x-aifc"_s,       u"audio/flac"_s,
+            u"audio/x-flac"_s,     u"audio/x-caf"_s,        u"audio/x-alac"_s,
+            u"audio/ogg"_s,        u"audio/x-vorbis+ogg"_s, u"audio/x-opus+ogg"_s,
+            u"audio/x-flac+ogg"_s, u"audio/x-speex+ogg"_s,  u"audio/opus"_s,
+            u"audio/x-wavpack"_s,  u"audio/x-ape"_s,        u"audio/x-musepack"_s,
+            u"audio/x-tta"_s,      u"audio/x-dsf"_s,        u"audio/x-dff"_s,
+            u"audio/x-ms-wma"_s};
 }
 
 } // namespace halvane

@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QObject>
-#include <QString>
-
-class QDBusVariant;
+#include "platform/session/portal_setting.h"
 
 namespace halvane {
 
@@ -18,18 +15,13 @@ class ColorScheme : public QObject {
 
     /// Takes the name of a D-Bus connection.
     explicit ColorScheme(const QString& connection, QObject* parent = nullptr);
-    [[nodiscard]] Preference preference() const { return m_preference; }
+    [[nodiscard]] Preference preference() const;
 
   Q_SIGNALS:
     void changed();
 
-  private Q_SLOTS:
-    void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
-
   private:
-    void take(uint value);
-
-    Preference m_preference = Preference::none;
+    PortalSetting m_setting;
 };
 
 } // namespace halvane

@@ -40,8 +40,29 @@ class PortalFileChooser::Portal final : public QObject {
         , m_fallback(fallback) {}
 
     void choose(const FileChooserRequest& request, std::function<void(const QStringList&)> chosen) {
+        const QVariantMap options{{u"accept_label"_s, request.prompt},
+                                  {u"multiple"_s, true},
+                                  {u"directory"_s, request.directories && !request.files}};
+        ask(u"OpenFile"_s, request.title, options, chosen,
+            [this, request, chosen] { m_fallback.choose(request, chosen); });
+    }
+
+    void chooseTarget(const FileTargetRequest& request,
+                      std::function<void(const QString&)> chosen) {
+        const QVariantMap options{{u"accept_label"_s, request.prompt},
+                                  {u"current_name"_s, request.fileName}};
+        ask(
+            u"SaveFile"_s, request.title, options,
+            [chosen](const QStringList& paths) { chosen(paths.front()); },
+            [this, request, chosen] { m_fallback.chooseTarget(request, chosen); });
+    }
+
+  private:
+    // Calls `chosen` with at least one path, or `instead` where there is no portal.
+    void ask(const QString& method, const QString& title, QVariantMap options,
+             std::function<void(const QStringList&)> chosen, std::function<void()> instead) {
         if (!m_connection.isConnected()) {
-            m_fallback.choose(request, std::move(chosen));
+            instead();
             return;
         }
         auto* answer = new PortalRequest(m_connection.name(), this);
@@ -49,9 +70,13 @@ class PortalFileChooser::Portal final : public QObject {
             if (const auto paths = localPaths(results); !paths.isEmpty())
                 chosen(paths);
         });
-        auto* call = new QDBusPendingCallWatcher(
-            m_connection.asyncCall(openFile(request, answer->token()), patience), this);
-        connect(call, &QDBusPendingCallWatcher::finished, this, [=, this] {
+        options.insert(u"handle_token"_s, answer->token());
+        auto message = QDBusMessage::createMethodCall(
+            u"org.freedesktop.portal.Desktop"_s, u"/org/freedesktop/portal/desktop"_s,
+            u"org.freedesktop.portal.FileChooser"_s, method);
+        message << m_parentWindow() << title << options;
+        auto* call = new QDBusPendingCallWatcher(m_connection.asyncCall(message, patience), this);
+        connect(call, &QDBusPendingCallWatcher::finished, this, [=] {
             call->deleteLater();
             const QDBusPendingReply<QDBusObjectPath> reply(*call);
             if (!reply.isError()) {
@@ -61,22 +86,8 @@ class PortalFileChooser::Portal final : public QObject {
             qCInfo(libraryLog, "no file panel of the desktop: %s",
                    qUtf8Printable(reply.error().message()));
             answer->deleteLater();
-            m_fallback.choose(request, chosen);
+            instead();
         });
-    }
-
-  private:
-    [[nodiscard]] QDBusMessage openFile(const FileChooserRequest& request,
-                                        const QString& token) const {
-        auto message = QDBusMessage::createMethodCall(
-            u"org.freedesktop.portal.Desktop"_s, u"/org/freedesktop/portal/desktop"_s,
-            u"org.freedesktop.portal.FileChooser"_s, u"OpenFile"_s);
-        message << m_parentWindow() << request.title
-                << QVariantMap{{u"handle_token"_s, token},
-                               {u"accept_label"_s, request.prompt},
-                               {u"multiple"_s, true},
-                               {u"directory"_s, request.directories && !request.files}};
-        return message;
     }
 
     QDBusConnection m_connection;
@@ -94,6 +105,11 @@ PortalFileChooser::~PortalFileChooser() = default;
 void PortalFileChooser::choose(const FileChooserRequest& request,
                                std::function<void(const QStringList& paths)> chosen) {
     m_portal->choose(request, std::move(chosen));
+}
+
+void PortalFileChooser::chooseTarget(const FileTargetRequest& request,
+                                     std::function<void(const QString& path)> chosen) {
+    m_portal->chooseTarget(request, std::move(chosen));
 }
 
 } // namespace halvane

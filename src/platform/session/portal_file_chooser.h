@@ -20,6 +20,8 @@ class PortalFileChooser final : public FileChooser {
 
     void choose(const FileChooserRequest& request,
                 std::function<void(const QStringList& paths)> chosen) override;
+    void chooseTarget(const FileTargetRequest& request,
+                      std::function<void(const QString& path)> chosen) override;
 
   private:
     class Portal;

@@ -21,8 +21,11 @@ namespace halvane {
 namespace {
 
 // From the render to the ear. The server spends what the request size leaves of it on few, long
-// blocks: about ten wake-ups a second. What is queued is rendered again when something changes.
-constexpr double latencySeconds = 0.24;
+// blocks: four or five wake-ups a second. What is queued is rendered again when something changes;
+// a server that takes blocks takes nothing of them back, and has less on its way for that.
+constexpr double latencySeconds = 0.48;
+constexpr double blockLatencySeconds = 0.24;
+static_assert(latencySeconds * 1000 <= RenderSource::queueMilliseconds);
 constexpr double requestSeconds = 0.02;
 
 // What is closer to the ear than this can't be replaced in time: the server has to be told, and the
@@ -33,7 +36,7 @@ constexpr double replaceableFrom = 0.04;
 // than a tenth of a millisecond in a second, but is not known at first.
 constexpr int earlyReports = 5;
 constexpr double earlyInterval = 0.05;
-constexpr double interval = 1;
+constexpr double interval = 4;
 
 PulseStream* self(void* data) {
     return static_cast<PulseStream*>(data);
@@ -134,8 +137,9 @@ bool PulseStream::connect(const StreamFormat& format, const QString& sink) {
         return std::uint32_t(seconds * m_sampleRate) * std::uint32_t(m_frameBytes);
     };
     constexpr auto serverDecides = std::uint32_t(-1);
-    const pa_buffer_attr buffer{serverDecides, bytes(latencySeconds), serverDecides,
-                                bytes(requestSeconds), serverDecides};
+    const double latency = m_takesBlocks ? blockLatencySeconds : latencySeconds;
+    const pa_buffer_attr buffer{serverDecides, bytes(latency), serverDecides, bytes(requestSeconds),
+                                serverDecides};
     const auto flags = pa_stream_flags_t(PA_STREAM_START_CORKED | PA_STREAM_ADJUST_LATENCY |
                                          PA_STREAM_NOT_MONOTONIC);
     return pa_stream_connect_playback(m_stream, sink.isEmpty() ? nullptr : qUtf8Printable(sink),

@@ -35,6 +35,8 @@ class RenderSource {
     /// Fills with silence what rewind has taken back. The same threads.
     virtual void rest(float*, std::size_t) noexcept {}
     static constexpr double changeSeconds = 0.01;
+    /// What an output asks for at once at most, and has on its way to the ear.
+    static constexpr int queueMilliseconds = 500;
     /// Waits until this many frames can be rendered without a hole, or no more are to come. Only
     /// for outputs that pull faster than time passes; main thread.
     virtual void awaitFrames(std::size_t) {}

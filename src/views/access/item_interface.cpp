@@ -43,6 +43,21 @@ bool isTakenOut(QQuickItem& list, const QQuickItem& row) {
            shown != &row;
 }
 
+// Later versions of Qt go on ignoring a row that a list has put away once and uses again.
+bool isRow(const QQuickItem& item) {
+    return item.property("index").isValid() && listAround(item);
+}
+
+// Later versions of Qt make every entry of a menu known, also one that is but a line.
+bool isMenuLine(const QQuickItem& item) {
+    return item.property("isLine").toBool();
+}
+
+bool isText(QAccessible::Role role) {
+    return role == QAccessible::StaticText || role == QAccessible::Heading ||
+           role == QAccessible::AlertMessage;
+}
+
 // In reading order. A list has its rows in the order in which it made them.
 QList<QQuickItem*> itemsIn(const QQuickItem& item) {
     auto items = item.childItems();
@@ -128,7 +143,9 @@ bool isBetterKnown(const QQuickItem& item) {
 
 bool ItemInterface::isFound(const QQuickItem& item) {
     const auto* properties = propertiesOf(item);
-    return properties && !properties->property("ignored").toBool();
+    if (!properties || isMenuLine(item))
+        return false;
+    return isRow(item) || !properties->property("ignored").toBool();
 }
 
 QWindow* ItemInterface::window() const {
@@ -187,7 +204,7 @@ QAccessible::State ItemInterface::state() const {
     state.selectable = is("selectable");
     state.selected = is("selected");
     state.readOnly = role() == QAccessible::StaticText;
-    state.focusable = item().activeFocusOnTab() || (is("focusable") && !state.readOnly);
+    state.focusable = item().activeFocusOnTab() || (is("focusable") && !isText(role()));
     state.focused = item().hasActiveFocus() || is("focused");
     state.disabled = !item().isEnabled();
     state.invisible = !host || !host->isVisible() || !item().isVisible() ||

@@ -14,12 +14,13 @@ struct Action {
     void (Operable::*signal)();
 };
 
-const std::array<Action, 5>& knownActions() {
-    static const std::array<Action, 5> actions{{
+const std::array<Action, 6>& knownActions() {
+    static const std::array<Action, 6> actions{{
         {QAccessibleActionInterface::pressAction(), &Operable::pressAsked},
         {QAccessibleActionInterface::showMenuAction(), &Operable::menuAskedFor},
         {QStringLiteral("MoveUp"), &Operable::moveUpAsked},
         {QStringLiteral("MoveDown"), &Operable::moveDownAsked},
+        {QStringLiteral("Remove"), &Operable::removeAsked},
         {QAccessibleActionInterface::setFocusAction(), &Operable::focusAsked},
     }};
     return actions;

@@ -38,6 +38,7 @@ class Operable : public QQuickItem {
     void menuAskedFor();
     void moveUpAsked();
     void moveDownAsked();
+    void removeAsked();
     /// Without a listener the item itself takes the focus, where it can.
     void focusAsked();
 

@@ -11,6 +11,8 @@ Item {
     property var colors: []
     property real radius: Theme.radiusSmall
     property string symbol: "music.note"
+    // Another one when the picture behind the key is another.
+    readonly property int revision: Library.coverFiles.changes > 0 ? Library.coverFiles.revisionOf(root.coverKey) : 0
     readonly property bool hasColors: root.colors !== undefined && root.colors.length > 2
 
     Accessible.ignored: true
@@ -40,6 +42,7 @@ Item {
         antialiasing: root.rotation !== 0 || (root.parent ? root.parent.rotation !== 0 : false)
         source: root.coverKey.length > 0 && root.width > 0
                 ? "image://cover/" + encodeURIComponent(root.coverKey) + "?" + (root.radius / root.width).toFixed(4)
+                  + "&" + root.revision
                 : ""
         sourceSize.width: Math.round(root.width)
         sourceSize.height: Math.round(root.height)

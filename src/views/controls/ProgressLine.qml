@@ -11,6 +11,9 @@ RowLayout {
     property font timeFont: Theme.caption
     property color fill: Theme.accent
     readonly property real leastTimeWidth: 28
+    // Where the line itself is; the times stand at its ends.
+    readonly property real lineLeft: elapsedTime.width + root.spacing
+    readonly property real besideLine: root.lineLeft + root.spacing + duration.width
 
     // The line stands still in a window that nobody sees, where it would cost for nothing.
     readonly property bool isWatched: Window.window !== null && Window.window.visible
@@ -19,6 +22,12 @@ RowLayout {
     property string length
 
     spacing: 10
+    onIsWatchedChanged: isWatched ? Library.progressClock.beginWatching()
+                                  : Library.progressClock.endWatching()
+    Component.onDestruction: {
+        if (isWatched)
+            Library.progressClock.endWatching()
+    }
 
     Binding on elapsed {
         when: root.isWatched
@@ -32,6 +41,7 @@ RowLayout {
     }
 
     TabularText {
+        id: elapsedTime
         text: root.elapsed
         font: root.timeFont
         Layout.alignment: Qt.AlignVCenter
@@ -44,6 +54,10 @@ RowLayout {
         name: Strings.playbackMenu
         spokenValue: root.elapsed + " / " + root.length
         fill: root.fill
+        thickness: slider.isPointedAt ? 6 : 4
+        hasHandle: slider.isPointedAt || slider.visualFocus
+        bubble: slider.isPointedAt ? Library.player.timeAt(slider.pointed) : ""
+        bubbleAt: slider.pointed
         enabled: Library.transport.hasLoadedFile
         live: true
         stepSize: 2
@@ -59,6 +73,17 @@ RowLayout {
         onPressedChanged: {
             if (!slider.pressed)
                 Library.transport.seek(slider.value / 100)
+        }
+
+        // The place that is pointed at.
+        Rectangle {
+            visible: slider.hovered && !slider.pressed && slider.enabled
+            x: Math.round(slider.leftPadding + slider.handle.width / 2 + slider.pointed * (slider.availableWidth - slider.handle.width) - width / 2)
+            anchors.verticalCenter: parent.verticalCenter
+            width: 2
+            height: 10
+            radius: 1
+            color: Theme.primaryText
         }
     }
     PressableBase {

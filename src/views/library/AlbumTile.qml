@@ -3,34 +3,19 @@ import QtQuick
 import Halvane
 
 // One album of the grid.
-Operable {
+LibraryTile {
     id: root
 
-    required property int index
     required property string albumId
     required property string title
     required property string artist
     required property string quality
     required property string coverKey
     required property var colors
-    property bool isSelected
-    property bool hasKeyboard
-    property bool showsRing
-
-    signal chosen
-    signal played
-    signal focusTaken
 
     implicitHeight: width + Theme.albumTileWords
-    Accessible.role: Accessible.ListItem
     Accessible.name: Spoken.titled(root.title, root.artist)
-    Accessible.description: root.quality
-    Accessible.selectable: true
-    Accessible.selected: root.isSelected
-    Accessible.focusable: true
-    Accessible.focused: root.hasKeyboard
-    onPressAsked: root.chosen()
-    onFocusAsked: root.focusTaken()
+    Accessible.description: root.isPlaying ? Strings.nowPlaying + ", " + root.quality : root.quality
 
     CoverArt {
         id: cover
@@ -45,14 +30,21 @@ Operable {
             anchors.fill: parent
             radius: Theme.radiusLarge
             color: Theme.hoverWash
-            visible: hover.hovered
+            visible: root.isPointedAt
+        }
+        Loader {
+            anchors.left: parent.left
+            anchors.bottom: parent.bottom
+            anchors.margins: Theme.rowInset
+            active: root.isPlaying
+            sourceComponent: PlayingMark {}
         }
         PlayDisc {
             anchors.right: parent.right
             anchors.bottom: parent.bottom
             anchors.margins: Theme.rowInset
             tip: Strings.playAlbum
-            isOffered: root.isSelected || hover.hovered
+            isOffered: root.isSelected || root.isPointedAt
             activeFocusOnTab: root.isSelected
             onClicked: root.played()
         }
@@ -89,10 +81,5 @@ Operable {
         font: Theme.caption
         color: Theme.tertiaryText
         Accessible.ignored: true
-    }
-    HoverHandler { id: hover }
-    TapHandler {
-        onSingleTapped: root.chosen()
-        onDoubleTapped: root.played()
     }
 }

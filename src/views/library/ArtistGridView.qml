@@ -6,6 +6,10 @@ import Halvane
 LibraryGrid {
     id: root
 
+    readonly property string playingArtist: Library.player.hasCurrentTrack ? Library.player.currentTrack.artist : ""
+    readonly property string playingLead: Library.player.hasCurrentTrack && Library.player.hasCurrentArtworkAlbum
+                                          ? Library.player.currentArtworkAlbum.artist : ""
+
     model: Library.browsing.visibleArtists
     title: Strings.artists
     idRole: "name"
@@ -16,16 +20,22 @@ LibraryGrid {
     cacheBuffer: 40
     chosenId: Library.browsing.focusedArtist
     onActivated: row => Library.collections.playArtist(cursor.value(row, "name"))
-    onMenuAsked: row => Library.browsing.focusedArtist = cursor.value(row, "name")
     Keys.onEscapePressed: event => {
         event.accepted = Library.browsing.focusedArtist.length > 0
         Library.browsing.focusedArtist = ""
     }
 
     // qmllint disable unqualified
+    menu: CollectionMenu {
+        onAboutToShow: paths = Library.collections.pathsOfArtist(collection)
+        onPlayAsked: Library.collections.playArtist(collection)
+        onShuffleAsked: Library.collections.shuffleArtist(collection)
+    }
     delegate: ArtistTile {
         width: root.tileWidth
-        isSelected: name === Library.browsing.focusedArtist
+        isSelected: name.length > 0 && name === Library.browsing.focusedArtist
+        isPlaying: name.length > 0 && (name === root.playingArtist || name === root.playingLead)
+        hasMenu: index === root.menuRow
         hasKeyboard: root.hasKeyboard && index === root.cursor.index
         showsRing: hasKeyboard && root.isByKeyboard
         onChosen: {
@@ -34,6 +44,11 @@ LibraryGrid {
         }
         onFocusTaken: root.take(index)
         onPlayed: Library.collections.playArtist(name)
+        onMenuAsked: (x, y) => root.openMenu(this, x, y)
+        onCarried: drag => {
+            drag.title = shownName
+            drag.paths = Library.collections.pathsOfArtist(name)
+        }
     }
     // qmllint enable unqualified
 }

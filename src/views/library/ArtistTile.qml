@@ -3,40 +3,26 @@ import QtQuick
 import Halvane
 
 // One artist of the grid.
-Operable {
+LibraryTile {
     id: root
 
-    required property int index
     required property string name
     required property string summary
-    readonly property string shownName: root.name.length > 0 ? root.name : Strings.unknownArtist
     required property string coverKey
-    property bool isSelected
-    property bool hasKeyboard
-    property bool showsRing
+    readonly property string shownName: root.name.length > 0 ? root.name : Strings.unknownArtist
     readonly property real textLeft: cover.x + cover.width + Theme.gap
-    readonly property real textWidth: width - textLeft - Theme.gap - (disc.isOffered ? disc.width + Theme.gapSmall : 0)
-
-    signal chosen
-    signal played
-    signal focusTaken
+    readonly property real textWidth: width - textLeft - Theme.gap
+                                      - (disc.isOffered || root.isPlaying ? disc.width + Theme.gapSmall : 0)
 
     implicitHeight: Theme.artistTileHeight
-    Accessible.role: Accessible.ListItem
     Accessible.name: root.shownName
-    Accessible.description: root.summary
-    Accessible.selectable: true
-    Accessible.selected: root.isSelected
-    Accessible.focusable: true
-    Accessible.focused: root.hasKeyboard
-    onPressAsked: root.chosen()
-    onFocusAsked: root.focusTaken()
+    Accessible.description: root.isPlaying ? Strings.nowPlaying + ", " + root.summary : root.summary
 
     Rectangle {
         id: surface
         anchors.fill: parent
         radius: Theme.radiusMedium
-        color: root.isSelected ? Theme.selectionFill : hover.hovered ? Theme.pressWash : Theme.hoverWash
+        color: root.isSelected ? Theme.selectionFill : root.isPointedAt ? Theme.pressWash : Theme.hoverWash
     }
     CoverArt {
         id: cover
@@ -67,6 +53,12 @@ Operable {
         color: Theme.tertiaryText
         Accessible.ignored: true
     }
+    Loader {
+        anchors.centerIn: disc
+        active: root.isPlaying
+        visible: !disc.isOffered
+        sourceComponent: PlayingMark { color: "transparent" }
+    }
     PlayDisc {
         id: disc
         anchors.right: parent.right
@@ -74,7 +66,7 @@ Operable {
         anchors.verticalCenter: parent.verticalCenter
         size: Theme.controlHeight
         tip: Strings.playAll
-        isOffered: root.isSelected || hover.hovered
+        isOffered: root.isSelected || root.isPointedAt
         activeFocusOnTab: root.isSelected
         onClicked: root.played()
     }
@@ -82,10 +74,5 @@ Operable {
         shown: root.showsRing
         around: 2
         corner: surface.radius
-    }
-    HoverHandler { id: hover }
-    TapHandler {
-        onSingleTapped: root.chosen()
-        onDoubleTapped: root.played()
     }
 }

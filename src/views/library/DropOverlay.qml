@@ -35,7 +35,7 @@ Rectangle {
         }
         Text {
             anchors.horizontalCenter: parent.horizontalCenter
-            text: Strings.dropToAdd
+            text: Strings.dropToQueue
             Accessible.role: Accessible.StaticText
             Accessible.name: text
             font: Theme.overlayTitle
@@ -44,7 +44,7 @@ Rectangle {
         Text {
             anchors.horizontalCenter: parent.horizontalCenter
             horizontalAlignment: Text.AlignHCenter
-            text: Strings.dragAudioSubtitle
+            text: Strings.dropToQueueHint
             Accessible.role: Accessible.StaticText
             Accessible.name: text
             font: Theme.name

@@ -71,7 +71,7 @@ Rectangle {
             MetricPill {
                 visible: words.width > 240 && Library.player.currentArtworkAlbum.totalSeconds > 0
                 caption: Strings.totalTime
-                value: Strings.sentences.albumDuration(Math.floor(Library.player.currentArtworkAlbum.totalSeconds / 60))
+                value: Strings.sentences.albumLength(Library.player.currentArtworkAlbum.totalSeconds)
             }
         }
     }

@@ -44,7 +44,8 @@ Item {
         property bool isOpen
         property real openness: isOpen ? 1 : 0
         readonly property bool isOpening: isOpen && openness < 1
-        readonly property bool wanted: Library.trackCount > 0 && !root.showsTable
+        // A search that finds none of its tracks may well have found tiles.
+        readonly property bool wanted: Library.browsing.hasVisibleTracks && !root.showsTable
                                        && (Library.browsing.mode === BrowseMode.Artists
                                            ? Library.browsing.focusedArtist.length > 0
                                            : Library.browsing.hasFocusedAlbum && Browsing.showsAlbumTracks)

@@ -19,6 +19,8 @@ GridView {
     required property real roomForPane
     required property bool paneIsOpening
     property real greatestTileWidth: Infinity
+    required property Component menu // a CollectionMenu
+    property int menuRow: -1 // whose menu is open
 
     readonly property ListCursor cursor: cursor
     readonly property bool isByKeyboard: keys.isByKeyboard
@@ -33,8 +35,16 @@ GridView {
     readonly property bool awaitsSecondClick: secondClick.running && root.hidden(cursor.index, root.roomForPane) > 0
 
     signal activated(int row)
-    signal menuAsked(int row)
+    // The tiles are to be larger by so many steps, or smaller.
+    signal resized(int steps)
 
+    function openMenu(tile: LibraryTile, x: real, y: real): void {
+        const entries = menus.made() as CollectionMenu
+        cursor.index = tile.index
+        root.menuRow = tile.index
+        entries.collection = cursor.value(tile.index, root.idRole)
+        entries.popup(tile, x, y)
+    }
     // Puts the cursor on a row that was pressed.
     function take(row: int): void {
         tabStop.take(Qt.MouseFocusReason)
@@ -82,7 +92,12 @@ GridView {
     Accessible.role: Accessible.List
     Accessible.name: root.title
     Keys.onPressed: event => {
-        if (root.hasKeyboard)
+        const isSizing = event.modifiers & Qt.ControlModifier
+        if (isSizing && (event.key === Qt.Key_Plus || event.key === Qt.Key_Equal))
+            root.resized(1)
+        else if (isSizing && event.key === Qt.Key_Minus)
+            root.resized(-1)
+        else if (root.hasKeyboard)
             keys.handle(event)
     }
     Keys.onTabPressed: tabStop.leave(true)
@@ -112,7 +127,7 @@ GridView {
                 Accessible.name: text
             }
         }
-        NoResults {
+        NothingHere {
             width: parent.width
             visible: root.count === 0
         }
@@ -148,7 +163,24 @@ GridView {
         rowHeight: root.cellHeight
         onMoved: row => root.positionViewAtIndex(row, GridView.Contain)
         onActivated: row => root.activated(row)
-        onMenuAsked: row => root.menuAsked(row)
+        onMenuAsked: row => {
+            const tile = root.itemAtIndex(row) as LibraryTile
+            if (tile)
+                tile.menuAsked(Theme.gapLarge, Theme.gapLarge)
+        }
+    }
+    Deferred {
+        id: menus
+        parent: root
+        component: root.menu
+    }
+    Connections {
+        target: menus.item as CollectionMenu
+        function onClosed() {
+            root.menuRow = -1
+            if (!Browsing.isNaming)
+                tabStop.take(Qt.PopupFocusReason)
+        }
     }
     ListTabStop {
         id: tabStop
@@ -160,5 +192,20 @@ GridView {
         id: scroller
         parent: root
         view: root
+        acceptedModifiers: Qt.NoModifier
+    }
+    WheelHandler {
+        property real turned: 0 // since the last step
+
+        parent: root
+        acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
+        acceptedModifiers: Qt.ControlModifier
+        onWheel: event => {
+            turned += event.angleDelta.y
+            const steps = Math.trunc(turned / 120)
+            turned -= 120 * steps
+            if (steps !== 0)
+                root.resized(steps)
+        }
     }
 }

@@ -51,6 +51,7 @@ RowLayout {
     ToolButton {
         symbol: "folder.badge.plus"
         tip: Strings.importMusicFolder
+        keys: App.keysOf(CommandKind.ImportMusicFolder)
         onClicked: Library.importing.chooseAndImportMusic(false, true)
     }
     ToolButton {
@@ -75,6 +76,7 @@ RowLayout {
     ToolButton {
         symbol: "sidebar.right"
         tip: Strings.toggleNowPlayingPanel
+        keys: App.keysOf(CommandKind.ToggleNowPlayingPanel)
         symbolColor: Library.views.showNowPlayingPanel ? Theme.accent : Theme.secondaryText
         Accessible.checkable: true
         Accessible.checked: Library.views.showNowPlayingPanel

@@ -117,9 +117,25 @@ Column {
                 onTriggered: Library.collections.playPlaylist(rowMenu.playlistId)
             }
             MenuEntry {
+                text: Strings.playNextCommand
+                symbol: "text.insert"
+                onTriggered: Library.queueEditing.playPlaylistNext(rowMenu.playlistId)
+            }
+            MenuEntry {
+                text: Strings.addToQueue
+                symbol: "music.note.list"
+                onTriggered: Library.queueEditing.addPlaylistToQueue(rowMenu.playlistId)
+            }
+            MenuLine {}
+            MenuEntry {
                 text: Strings.renameCommand
                 symbol: "pencil"
                 onTriggered: root.askToRename(rowMenu.playlistId, rowMenu.name)
+            }
+            MenuEntry {
+                text: Strings.exportCommand
+                symbol: "square.and.arrow.up"
+                onTriggered: Library.playlistExport.exportPlaylist(rowMenu.playlistId)
             }
             MenuEntry {
                 text: Strings.deleteCommand
@@ -135,7 +151,7 @@ Column {
         property list<string> paths
 
         Alert {
-            title: Strings.newPlaylist
+            title: Strings.sentences.dialogTitle(Strings.newPlaylist)
             placeholder: Strings.playlistNamePlaceholder
             acceptText: Strings.done
             onVisibleChanged: Browsing.isNaming = visible
@@ -160,7 +176,7 @@ Column {
         property var playlistId
 
         Alert {
-            title: Strings.renameCommand
+            title: Strings.sentences.dialogTitle(Strings.renameCommand)
             placeholder: Strings.playlistNamePlaceholder
             acceptText: Strings.done
             onAccepted: text => Library.playlists.renamePlaylist(renamePrompt.playlistId, text)

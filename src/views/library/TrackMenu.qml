@@ -7,17 +7,37 @@ import Halvane
 ContextMenu {
     id: root
 
+    property var trackId
     property string path
+    property bool isPlaying
     property bool isLoved
     property int rating
 
     function openFor(row: TrackRow, x: real, y: real): void {
+        root.trackId = row.trackId
         root.path = row.path
+        root.isPlaying = row.isPlaying && Library.transport.isPlaying
         root.isLoved = row.isLoved
         root.rating = row.rating
         root.popup(row, x, y)
     }
 
+    MenuEntry {
+        text: root.isPlaying ? Strings.pause : Strings.play
+        symbol: root.isPlaying ? "pause.fill" : "play.fill"
+        onTriggered: Library.collections.playInTable(root.trackId)
+    }
+    MenuEntry {
+        text: Strings.playNextCommand
+        symbol: "text.insert"
+        onTriggered: Library.queueEditing.playNext([root.path])
+    }
+    MenuEntry {
+        text: Strings.addToQueue
+        symbol: "music.note.list"
+        onTriggered: Library.queueEditing.addToQueue([root.path])
+    }
+    MenuLine {}
     MenuEntry {
         text: Strings.loved
         symbol: root.isLoved ? "heart.slash" : "heart"

@@ -2,7 +2,8 @@
 import QtQuick
 import Halvane
 
-// One track.
+// One track, beneath a heading where it is the first of a part of the list. The list's own headings
+// are not used: it takes one that has left for the one that comes, and leaves the text as it was.
 Operable {
     id: root
 
@@ -18,13 +19,21 @@ Operable {
     required property int rating
     required property int availability
     required property bool isPlaying
+    required property int trackNumber
+    required property string leadArtist
     required property TrackColumns columns
+    required property string heading
     property bool hasKeyboard
     property bool showsRing
+    property bool hasMenu // open
     readonly property bool isAvailable: root.availability === Availability.Available
     readonly property color textColor: !root.isAvailable ? Theme.withAlpha(Theme.tertiaryText, 0.66)
                                      : root.isPlaying ? Theme.accent : Theme.primaryText
     readonly property color sideColor: root.isAvailable ? Theme.secondaryText : root.textColor
+    readonly property bool showsNumber: root.columns.isNumbered && root.isAvailable && !root.isPlaying
+                                        && !hover.hovered
+    // Whom the rows need not name.
+    readonly property string impliedArtist: root.columns.isAlbum ? root.leadArtist : root.columns.artist
     readonly property string hint: root.isAvailable ? Strings.playThisTrack
                                  : root.availability === Availability.InCloud ? Strings.cloudFileHint
                                  : Strings.unavailableFile
@@ -33,10 +42,10 @@ Operable {
     signal menuAsked(real x, real y)
 
     function play(): void {
-        Library.collections.playTrack(root.trackId)
+        Library.collections.playInTable(root.trackId)
     }
 
-    implicitHeight: Theme.trackRowHeight
+    implicitHeight: row.y + row.height
     Accessible.role: Accessible.ListItem
     Accessible.name: Spoken.titled(root.title, root.artist)
     Accessible.description: root.hint
@@ -48,102 +57,163 @@ Operable {
     onMenuAskedFor: root.menuAsked(root.columns.title, root.height)
     onFocusAsked: root.pressed()
 
-    Rectangle {
-        anchors.fill: parent
-        radius: Theme.radiusSmall
-        color: root.isPlaying ? Theme.playingFill : hover.hovered ? Theme.hoverWash : "transparent"
+    TrackSectionRow {
+        id: section
+        width: root.width
+        indent: root.columns.title
+        text: root.heading
     }
-    SymbolLabel {
-        x: Theme.rowInset
-        width: 20
-        height: parent.height
-        size: 19
-        symbol: root.availability === Availability.InCloud ? "icloud.and.arrow.down"
-              : root.availability === Availability.Missing ? "exclamationmark.circle"
-              : root.isPlaying && Library.transport.isPlaying ? "pause.circle.fill" : "play.circle"
-        color: root.availability === Availability.InCloud ? Theme.cloudBlue
-             : root.isPlaying && root.isAvailable ? Theme.accent : Theme.tertiaryText
+    Item {
+        id: row
+        y: section.height
+        width: root.width
+        height: Theme.trackRowHeight
 
-        HoverHandler { id: statusHover }
-        Tip {
-            shown: statusHover.hovered
-            text: root.hint
+        Rectangle {
+            anchors.fill: parent
+            radius: Theme.radiusSmall
+            color: root.isPlaying ? Theme.playingFill : hover.hovered || root.hasMenu ? Theme.hoverWash : "transparent"
+            border.width: root.hasMenu ? 1.5 : 0
+            border.color: Theme.accent
         }
-    }
-    PlainText {
-        id: titleText
-        x: root.columns.title
-        width: root.columns.album - x - Theme.gap - (root.isLoved ? Theme.gapSmall + heart.size : 0)
-        height: parent.height
-        text: root.title
-        color: root.textColor
-        Accessible.ignored: true
-    }
-    SymbolLabel {
-        id: heart
-        x: root.isLoved ? titleText.x + Math.min(titleText.contentWidth, titleText.width) + Theme.gapSmall : 0
-        height: parent.height
-        visible: root.isLoved
-        symbol: "heart.fill"
-        size: 14
-        color: Theme.accent
-    }
-    PlainText {
-        visible: root.columns.showsAlbum
-        x: root.columns.album
-        width: root.columns.albumWidth - Theme.rowInset
-        height: parent.height
-        text: root.album
-        color: root.isAvailable ? Theme.primaryText : root.textColor
-        Accessible.ignored: true
-    }
-    PlainText {
-        visible: root.columns.showsQuality
-        x: root.columns.quality
-        width: root.columns.qualityWidth - Theme.gapSmall
-        height: parent.height
-        text: root.quality
-        font: Theme.label
-        color: root.isAvailable ? Theme.tertiaryText : root.textColor
-        Accessible.ignored: true
-    }
-    TabularText {
-        anchors.right: parent.right
-        anchors.rightMargin: Theme.rowInset
-        anchors.verticalCenter: parent.verticalCenter
-        text: root.duration
-        font: Theme.row
-        color: root.sideColor
-        Accessible.ignored: true
-    }
-    FocusRing {
-        shown: root.showsRing
-        around: -1
-    }
+        SymbolLabel {
+            x: Theme.rowInset
+            width: 20
+            height: parent.height
+            visible: !root.showsNumber
+            size: 19
+            symbol: root.availability === Availability.InCloud ? "icloud.and.arrow.down"
+                  : root.availability === Availability.Missing ? "exclamationmark.circle"
+                  : root.isPlaying && Library.transport.isPlaying ? "pause.circle.fill" : "play.circle"
+            color: root.availability === Availability.InCloud ? Theme.cloudBlue
+                 : root.isPlaying && root.isAvailable ? Theme.accent : Theme.tertiaryText
 
-    HoverHandler { id: hover }
-    TapHandler {
-        id: left
-        acceptedButtons: Qt.LeftButton
-        onPressedChanged: {
-            if (pressed)
-                root.pressed()
+            HoverHandler { id: statusHover }
+            Tip {
+                shown: statusHover.hovered
+                text: root.hint
+            }
         }
-        // The second of two clicks would pause what the first has begun.
-        onTapped: {
-            if (left.tapCount === 1)
-                root.play()
+        TabularText {
+            x: Theme.rowInset + 20 - width
+            anchors.verticalCenter: parent.verticalCenter
+            visible: root.showsNumber
+            text: root.showsNumber ? root.trackNumber : ""
+            font: Theme.row
+            color: Theme.tertiaryText
+            Accessible.ignored: true
         }
-    }
-    TapHandler {
-        acceptedButtons: Qt.RightButton
-        onTapped: point => root.menuAsked(point.position.x, point.position.y)
-    }
-    TrackDrag {
-        id: drag
-        onBegun: {
-            drag.title = root.title
-            drag.paths = [root.path]
+        PlainText {
+            id: titleText
+            x: root.columns.title
+            width: root.columns.titleWidth
+            height: parent.height
+            text: root.title
+            color: root.textColor
+            Accessible.ignored: true
+        }
+        PlainText {
+            id: artistText
+            x: titleText.x + Math.min(titleText.contentWidth, titleText.width) + Theme.gap
+            width: root.columns.title + root.columns.titleWidth - x
+            height: parent.height
+            visible: root.artist !== root.impliedArtist && width > 40
+            text: visible ? root.artist : ""
+            font: Theme.label
+            color: root.isAvailable ? Theme.tertiaryText : root.textColor
+            Accessible.ignored: true
+        }
+        Text {
+            visible: root.columns.showsStars && root.rating > 0 && !hover.hovered
+            x: root.columns.stars + 0.5 // as in a button that is wider by a pixel
+            height: parent.height
+            verticalAlignment: Text.AlignVCenter
+            text: visible ? Symbol.glyph("star.fill").repeat(root.rating) : ""
+            font.family: Symbol.family
+            font.pixelSize: root.columns.starSize
+            font.letterSpacing: root.columns.starWidth - root.columns.starSize
+            color: Theme.gold
+            Accessible.ignored: true
+        }
+        SymbolLabel {
+            x: root.columns.heart
+            width: root.columns.heartWidth
+            height: parent.height
+            visible: root.isLoved && !hover.hovered
+            symbol: "heart.fill"
+            size: 16
+            color: Theme.accent
+        }
+        PlainText {
+            visible: root.columns.showsAlbum
+            x: root.columns.album
+            width: root.columns.albumWidth - Theme.rowInset
+            height: parent.height
+            text: root.album
+            color: root.isAvailable ? Theme.primaryText : root.textColor
+            Accessible.ignored: true
+        }
+        PlainText {
+            visible: root.columns.showsQuality
+            x: root.columns.quality
+            width: root.columns.qualityWidth - Theme.gapSmall
+            height: parent.height
+            text: root.quality
+            font: Theme.label
+            color: root.isAvailable ? Theme.tertiaryText : root.textColor
+            Accessible.ignored: true
+        }
+        TabularText {
+            anchors.right: parent.right
+            anchors.rightMargin: Theme.rowInset
+            anchors.verticalCenter: parent.verticalCenter
+            text: root.duration
+            font: Theme.row
+            color: root.sideColor
+            Accessible.ignored: true
+        }
+        // qmllint disable unqualified
+        Loader {
+            width: parent.width
+            height: parent.height
+            active: hover.hovered
+            sourceComponent: TrackMarks {
+                columns: root.columns
+                path: root.path
+                isLoved: root.isLoved
+                rating: root.rating
+            }
+        }
+        // qmllint enable unqualified
+        FocusRing {
+            shown: root.showsRing
+            around: -1
+        }
+
+        HoverHandler { id: hover }
+        TapHandler {
+            id: left
+            acceptedButtons: Qt.LeftButton
+            onPressedChanged: {
+                if (pressed)
+                    root.pressed()
+            }
+            // The second of two clicks would pause what the first has begun.
+            onTapped: {
+                if (left.tapCount === 1)
+                    root.play()
+            }
+        }
+        TapHandler {
+            acceptedButtons: Qt.RightButton
+            onTapped: point => root.menuAsked(point.position.x, row.y + point.position.y)
+        }
+        TrackDrag {
+            id: drag
+            onBegun: {
+                drag.title = root.title
+                drag.paths = [root.path]
+            }
         }
     }
 }

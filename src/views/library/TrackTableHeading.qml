@@ -2,7 +2,7 @@
 import QtQuick
 import Halvane
 
-// Above the track table: how many tracks it shows, what needs attention, and its buttons.
+// Above the track table: how many tracks it shows, what needs attention, and the way back to all.
 Item {
     id: root
 
@@ -45,17 +45,6 @@ Item {
                 Browsing.showsAlbumTracks = false
                 Library.browsing.selectBrowseMode(BrowseMode.Songs)
             }
-        }
-        SymbolButton {
-            anchors.verticalCenter: parent.verticalCenter
-            visible: root.isNarrowed && Library.browsing.hasFocusedAlbum
-            symbol: "play.fill"
-            tip: Strings.playAlbum
-            size: Theme.controlHeight
-            symbolSize: 18
-            fill: Theme.accent
-            symbolColor: Theme.onAccent
-            onClicked: Library.collections.playAlbum(Library.browsing.focusedAlbum.id)
         }
     }
 }

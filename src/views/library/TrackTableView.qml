@@ -13,8 +13,22 @@ ListView {
     // The rows have it, and not a button that scrolls with them.
     readonly property bool hasKeyboard: Window.activeFocusItem === root
     readonly property real available: width - 2 * Theme.margin
-    readonly property TrackColumns columns: TrackColumns { width: root.available }
+    readonly property bool isAlbum: root.isNarrowed && Library.browsing.hasFocusedAlbum
+    readonly property int discCount: root.isAlbum ? Library.browsing.focusedAlbum.discCount : 0
+    readonly property bool isArtist: root.isNarrowed && Library.browsing.mode === BrowseMode.Artists
+    readonly property TrackColumns columns: TrackColumns {
+        width: root.available
+        isAlbum: root.isAlbum
+        isNumbered: root.discCount > 0
+        artist: root.isArtist ? Library.browsing.focusedArtist : ""
+    }
 
+    // Above the tracks of a disc, or of an album on which the artist is a guest.
+    function headingOf(section: string): string {
+        if (root.discCount > 1)
+            return Strings.sentences.discHeading(parseInt(section))
+        return section === Library.browsing.focusedArtist ? "" : Strings.appearsOn + ": " + section
+    }
     function toBeginning(): void {
         scroller.stop()
         if (root.count > 0)
@@ -67,29 +81,39 @@ ListView {
             width: parent.width
             visible: !root.isNarrowed
         }
+        AlbumPaneHeader {
+            width: parent.width
+            visible: root.isAlbum
+            rowCount: root.count
+        }
         TrackTableHeading {
             width: parent.width
+            visible: !root.isAlbum
             isNarrowed: root.isNarrowed
             rowCount: root.count
         }
         TrackHeaderRow {
             width: parent.width
             columns: root.columns
+            isSortable: !root.isNarrowed && Library.browsing.selectedPlaylistName.length === 0
             visible: root.count > 0
         }
-        NoResults {
+        NothingHere {
             width: parent.width
             visible: root.count === 0
         }
     }
     footer: Item { height: Theme.gapLarge }
+    section.property: root.discCount > 1 ? "discNumber" : root.isArtist ? "leadArtist" : ""
     delegate: TrackRow {
         // Later versions of Qt put rows at x 0 when they lay them out.
         transform: Translate { x: Theme.margin }
         width: root.available
         columns: root.columns
+        heading: ListView.section !== ListView.previousSection ? root.headingOf(ListView.section) : ""
         hasKeyboard: root.hasKeyboard && index === cursor.index
         showsRing: hasKeyboard && keys.isByKeyboard
+        hasMenu: menu.visible && menu.path === path
         onPressed: {
             tabStop.take(Qt.MouseFocusReason)
             cursor.index = index
@@ -132,7 +156,7 @@ ListView {
         count: root.count
         onMoved: row => root.positionViewAtIndex(row, ListView.Contain)
         rowHeight: Theme.trackRowHeight
-        onActivated: row => Library.collections.playTrack(cursor.value(row, "trackId"))
+        onActivated: row => Library.collections.playInTable(cursor.value(row, "trackId"))
         onMenuAsked: row => {
             const item = root.itemAtIndex(row) as TrackRow
             if (item)

@@ -5,19 +5,20 @@
 #include <QPainterPath>
 #include <QUrl>
 
-#include <memory>
+#include <atomic>
+#include <utility>
 
 namespace halvane::views {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-constexpr int workerCount = 2;
-
-// What the engine waits for. The job and the engine each hold it; the last one frees it.
+// What the engine waits for. It is deleted only after finished().
 class CoverResponse : public QQuickImageResponse {
   public:
-    explicit CoverResponse(std::shared_ptr<std::atomic_bool> cancelled)
-        : m_cancelled(std::move(cancelled)) {}
+    explicit CoverResponse(QString key)
+        : m_key(std::move(key)) {}
 
     void deliver(QImage image) {
         m_image = std::move(image);
@@ -26,10 +27,19 @@ class CoverResponse : public QQuickImageResponse {
     [[nodiscard]] QQuickTextureFactory* textureFactory() const override {
         return QQuickTextureFactory::textureFactoryForImage(m_image);
     }
-    void cancel() override { m_cancelled->store(true, std::memory_order_relaxed); }
+    // Without an error the view would take the empty picture for the cover.
+    [[nodiscard]] QString errorString() const override {
+        return m_image.isNull() ? u"This cover can't be shown: "_s + m_key : QString();
+    }
+    void cancel() override { m_isCancelled->store(true, std::memory_order_relaxed); }
+    [[nodiscard]] std::shared_ptr<const std::atomic_bool> isCancelled() const {
+        return m_isCancelled;
+    }
 
   private:
-    std::shared_ptr<std::atomic_bool> m_cancelled;
+    const QString m_key;
+    const std::shared_ptr<std::atomic_bool> m_isCancelled =
+        std::make_shared<std::atomic_bool>(false);
     QImage m_image;
 };
 
@@ -39,8 +49,11 @@ CoverRequest parseCoverRequest(const QString& id) {
     const auto mark = id.lastIndexOf(u'?');
     CoverRequest request;
     request.key = QUrl::fromPercentEncoding(id.left(mark).toUtf8());
-    if (mark >= 0)
-        request.radius = id.mid(mark + 1).toDouble();
+    if (mark >= 0) {
+        const QString shape = id.mid(mark + 1);
+        request.radius = shape.section(u'&', 0, 0).toDouble();
+        request.revision = shape.section(u'&', 1, 1).toInt();
+    }
     return request;
 }
 
@@ -64,9 +77,39 @@ QImage coverWithCorners(const QImage& picture, const QSize& size, double radius)
     return result;
 }
 
-CoverImageProvider::CoverImageProvider(Source source)
+// What a view has asked for. It gets one answer, at the latest when nobody can give another.
+struct CoverImageProvider::Question {
+    Question(std::shared_ptr<CoverSource> from, const QString& id, const QSize& pixels)
+        : source(std::move(from))
+        , request(parseCoverRequest(id))
+        , size(pixels)
+        , response(new CoverResponse(request.key))
+        , cancelled(response.load()->isCancelled()) {}
+    ~Question() {
+        if (answer({}) && !isCancelled())
+            source->leftUnread(request.key);
+    }
+    Question(const Question&) = delete;
+    Question& operator=(const Question&) = delete;
+
+    [[nodiscard]] bool isCancelled() const { return cancelled->load(std::memory_order_relaxed); }
+    // False when it has been answered before.
+    bool answer(const QImage& picture) {
+        CoverResponse* const waiting = response.exchange(nullptr);
+        if (waiting)
+            waiting->deliver(coverWithCorners(picture, size, request.radius * size.width()));
+        return waiting != nullptr;
+    }
+
+    const std::shared_ptr<CoverSource> source;
+    const CoverRequest request;
+    const QSize size;
+    std::atomic<CoverResponse*> response; // null when it has been answered
+    const std::shared_ptr<const std::atomic_bool> cancelled;
+};
+
+CoverImageProvider::CoverImageProvider(std::shared_ptr<CoverSource> source)
     : m_source(std::move(source)) {
-    m_workers.setMaxThreadCount(workerCount);
 }
 
 CoverImageProvider::~CoverImageProvider() {
@@ -74,22 +117,35 @@ CoverImageProvider::~CoverImageProvider() {
 }
 
 void CoverImageProvider::close() {
-    m_isClosed = true;
-    m_workers.waitForDone();
+    m_workers.close();
+    const std::lock_guard lock(m_mutex);
+    for (const auto& open : std::exchange(m_questions, {}))
+        if (const auto question = open.lock())
+            question->answer({});
 }
 
 QQuickImageResponse* CoverImageProvider::requestImageResponse(const QString& id,
                                                               const QSize& requestedSize) {
-    auto cancelled = std::make_shared<std::atomic_bool>(false);
-    auto* response = new CoverResponse(cancelled);
-    // The engine deletes the response only after finished(), which every job emits.
-    m_workers.start([this, response, cancelled, request = parseCoverRequest(id), requestedSize] {
-        if (m_isClosed || cancelled->load(std::memory_order_relaxed)) {
-            response->deliver({});
-            return;
+    auto question = std::make_shared<Question>(m_source, id, requestedSize);
+    QQuickImageResponse* const response = question->response;
+    {
+        const std::lock_guard lock(m_mutex);
+        std::erase_if(m_questions, [](const auto& open) { return open.expired(); });
+        m_questions.push_back(question);
+    }
+    m_workers.start(m_source->diskOf(question->request.key), [question]() -> CoverWorkers::Rest {
+        const CoverRequest& request = question->request;
+        QImage picture;
+        if (question->isCancelled() || question->source->find(request, question->size, picture)) {
+            question->answer(picture);
+            return {};
         }
-        response->deliver(coverWithCorners(m_source(request.key, requestedSize), requestedSize,
-                                           request.radius * requestedSize.width()));
+        return [question, bytes = question->source->read(request.key)] {
+            question->answer(
+                question->isCancelled()
+                    ? QImage()
+                    : question->source->decode(question->request, bytes, question->size));
+        };
     });
     return response;
 }

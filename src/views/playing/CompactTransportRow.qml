@@ -10,23 +10,11 @@ Row {
 
     spacing: 6
 
-    TransportButton {
-        symbol: "backward.fill"
-        tip: Strings.previousTrack
-        size: root.buttonSize
-        symbolColor: Theme.primaryText
-        onClicked: Library.transport.playPrevious()
-    }
+    PreviousButton { size: root.buttonSize }
     PlayButton {
         size: root.buttonSize
         symbolSize: 20
         discColor: Theme.accent
     }
-    TransportButton {
-        symbol: "forward.fill"
-        tip: Strings.nextTrack
-        size: root.buttonSize
-        symbolColor: Theme.primaryText
-        onClicked: Library.transport.playNext(true)
-    }
+    NextButton { size: root.buttonSize }
 }

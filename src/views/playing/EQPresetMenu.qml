@@ -66,7 +66,7 @@ PressableBase {
                 required property var modelData
                 text: modelData.name
                 checkable: true
-                checked: Library.equalizer.currentEQPresetID === "builtin:" + modelData.id
+                checked: Library.equalizer.currentBuiltInEQPreset === modelData.id
                 onTriggered: Library.equalizer.applyBuiltInEQPreset(modelData.id)
             }
         }
@@ -78,7 +78,7 @@ PressableBase {
                 required property string modelData
                 text: modelData
                 checkable: true
-                checked: Library.equalizer.currentEQPresetID === "user:" + modelData
+                checked: Library.equalizer.currentUserEQPreset === modelData
                 onTriggered: Library.equalizer.applyUserEQPreset(modelData)
             }
             onObjectAdded: (index, object) => menu.insertItem(root.builtIn.length + 1 + index, object as MenuEntry)
@@ -106,7 +106,7 @@ PressableBase {
     }
     Alert {
         id: prompt
-        title: Strings.savePreset
+        title: Strings.sentences.dialogTitle(Strings.savePreset)
         placeholder: Strings.presetNamePlaceholder
         acceptText: Strings.done
         onAccepted: text => Library.equalizer.saveCurrentEQPreset(text)

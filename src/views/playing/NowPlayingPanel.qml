@@ -25,18 +25,16 @@ Rectangle {
         x: Theme.gapLarge
         width: parent.width - 2 * x
     }
-    Text {
+    QueueHeading {
         id: nextHeading
         anchors.top: card.bottom
         anchors.topMargin: 18
         x: heading.x
-        text: Strings.playlist
-        font: Theme.name
-        color: Theme.primaryText
-        Accessible.role: Accessible.Heading
-        Accessible.name: text
+        width: parent.width - x - card.x
+        count: queue.count
     }
     QueueView {
+        id: queue
         anchors.top: nextHeading.bottom
         anchors.topMargin: 6
         anchors.bottom: parent.bottom

@@ -3,17 +3,19 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Halvane
 
-// Where the sound goes, and in which form; pressing it offers the other devices.
+// Where the sound goes, and in which form; pressing it offers the other devices. Where there is no
+// room for a name, its symbol stands for it.
 PressableBase {
     id: root
 
     readonly property real arrowRoom: 20
     readonly property real lineTop: 3 // of the first line
+    readonly property bool hasRoom: width >= 72
 
     implicitWidth: Math.max(deviceName.x + deviceName.implicitWidth + Theme.gapTiny + root.arrowRoom, path.implicitWidth)
     implicitHeight: 40
     text: Library.output.outputDeviceName
-    tip: Strings.output
+    tip: Library.output.outputDeviceName
     opens: true
     isOpen: (menu.item as ContextMenu)?.visible ?? false
     Accessible.name: Strings.output + ": " + Library.output.outputDeviceName
@@ -34,7 +36,8 @@ PressableBase {
             id: deviceName
             x: 20
             y: root.lineTop
-            width: Math.min(implicitWidth, parent.width - x - root.arrowRoom)
+            visible: root.hasRoom
+            width: root.hasRoom ? Math.min(implicitWidth, parent.width - x - root.arrowRoom) : 0
             height: 17
             verticalAlignment: Text.AlignVCenter
             text: Library.output.outputDeviceName
@@ -53,6 +56,7 @@ PressableBase {
         }
         Text {
             id: path
+            visible: root.hasRoom
             y: 21
             width: parent.width
             text: Library.signalPath.signalPathDescription

@@ -9,12 +9,14 @@ ContextMenu {
     property var entryId
     property string path
     property string artist
+    property bool isCurrent
     property bool isLoved
 
     function openFor(row: QueueRow, x: real, y: real): void {
         root.entryId = row.entryId
         root.path = row.path
         root.artist = row.artist
+        root.isCurrent = row.isCurrent
         root.isLoved = row.isLoved
         root.popup(row, x, y)
     }
@@ -24,6 +26,18 @@ ContextMenu {
         symbol: "play.fill"
         onTriggered: Library.transport.playItem(root.entryId, true)
     }
+    MenuEntry {
+        enabled: !root.isCurrent
+        text: Strings.playNextCommand
+        symbol: "text.insert"
+        onTriggered: Library.queueEditing.moveNext(root.entryId)
+    }
+    MenuEntry {
+        text: Strings.removeFromQueue
+        symbol: "text.badge.minus"
+        onTriggered: Library.queueEditing.removeEntry(root.entryId)
+    }
+    MenuLine {}
     MenuEntry {
         text: Strings.loved
         symbol: root.isLoved ? "heart.slash" : "heart"

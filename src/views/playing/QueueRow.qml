@@ -10,6 +10,7 @@ Operable {
     required property var entryId
     required property string title
     required property string artist
+    required property string duration
     required property string path
     required property string coverKey
     required property bool isCurrent
@@ -18,10 +19,15 @@ Operable {
     property bool hasKeyboard
     property bool showsRing
     property bool isDragged
+    property bool isPast
     readonly property bool isAvailable: root.availability === Availability.Available
     readonly property real inset: Theme.gapSmall
     readonly property real textLeft: cover.x + cover.width + Theme.rowInset
-    readonly property real textWidth: width - textLeft - Theme.gapLarge - mark.width - inset
+    readonly property real sideWidth: Math.max(root.removalSize, root.showsMark ? mark.width : time.width)
+    readonly property real textWidth: width - textLeft - Theme.gap - sideWidth - inset
+    readonly property real removalSize: 28
+    readonly property bool showsMark: root.isCurrent || !root.isAvailable
+    readonly property bool offersRemoval: hover.hovered && !root.isDragged
 
     signal pressed
     signal menuAsked(real x, real y)
@@ -62,7 +68,7 @@ Operable {
         height: width
         coverKey: root.coverKey
         radius: Math.min(5, Theme.radiusSmall)
-        opacity: root.isAvailable ? 1 : 0.45
+        opacity: root.isAvailable && !root.isPast ? 1 : 0.4
     }
     PlainText {
         x: root.textLeft
@@ -70,7 +76,8 @@ Operable {
         width: root.textWidth
         text: root.title
         font: Theme.name
-        color: !root.isAvailable ? Theme.withAlpha(Theme.tertiaryText, 0.8) : root.isCurrent ? Theme.accent : Theme.primaryText
+        color: !root.isAvailable ? Theme.withAlpha(Theme.tertiaryText, 0.8)
+             : root.isCurrent ? Theme.accent : root.isPast ? Theme.tertiaryText : Theme.primaryText
         Accessible.ignored: true
     }
     PlainText {
@@ -88,11 +95,36 @@ Operable {
         anchors.rightMargin: root.inset
         width: size
         height: parent.height
-        visible: root.isCurrent || !root.isAvailable
+        visible: root.showsMark && !root.offersRemoval
         symbol: root.availability === Availability.InCloud ? "icloud.and.arrow.down"
               : root.availability === Availability.Missing ? "exclamationmark.circle" : "speaker.wave.2.fill"
         size: 16
         color: root.availability === Availability.InCloud ? Theme.cloudBlue : root.isAvailable ? Theme.accent : Theme.tertiaryText
+    }
+    TabularText {
+        id: time
+        anchors.right: parent.right
+        anchors.rightMargin: root.inset
+        anchors.verticalCenter: parent.verticalCenter
+        visible: !root.showsMark && !root.offersRemoval
+        text: root.duration
+        color: Theme.tertiaryText
+        Accessible.ignored: true
+    }
+    SymbolButton {
+        anchors.right: parent.right
+        anchors.rightMargin: Theme.gapTiny
+        anchors.verticalCenter: parent.verticalCenter
+        visible: root.offersRemoval
+        symbol: "xmark"
+        tip: Strings.removeFromQueue
+        size: root.removalSize
+        symbolSize: 16
+        fill: Theme.badgeFillStrong
+        // The row itself offers this to keys and assistive technology.
+        activeFocusOnTab: false
+        Accessible.ignored: true
+        onClicked: root.removeAsked()
     }
     FocusRing {
         shown: root.showsRing

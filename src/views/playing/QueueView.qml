@@ -3,12 +3,17 @@ import QtQuick
 import QtQuick.Templates as T
 import Halvane
 
-// The play queue. Rows are reordered by dragging, or with Alt and the arrow keys.
+// The play queue. Rows are reordered by dragging, or with Alt and the arrow keys, and removed by
+// Delete. Tracks are dropped between them.
 ListView {
     id: root
 
     property var draggedItemID: undefined
     property real dragY: 0 // in the view
+    property int currentRow: Library.queue.rowOfCurrent()
+    readonly property real currentTop: root.originY + root.currentRow * Theme.queueRowHeight - root.contentY
+    readonly property bool isCurrentAbove: root.currentRow >= 0 && root.currentTop + Theme.queueRowHeight <= 0
+    readonly property bool isCurrentBelow: root.currentRow >= 0 && root.currentTop >= root.height
     readonly property bool isDragging: draggedItemID !== undefined
     readonly property real rowLeft: Theme.gapLarge
     readonly property real rowWidth: width - 2 * rowLeft
@@ -28,9 +33,13 @@ ListView {
         if (row >= 0 && !root.isDragging && !hand.running)
             scroller.glideTo(root.originY + (row - 2) * Theme.queueRowHeight, duration)
     }
+    function takeUp(id: var): void {
+        root.draggedItemID = id
+        Library.queueEditing.beginMove(id)
+    }
     function drop(): void {
         root.draggedItemID = undefined
-        Library.transport.replanSuccessor()
+        Library.queueEditing.endMove()
     }
     // Moves a row, which the cursor then is on, by one place.
     function moveRow(row: int, step: int): void {
@@ -38,9 +47,30 @@ ListView {
         if (row < 0 || target < 0 || target >= root.count)
             return
         cursor.index = row
+        Library.queueEditing.beginMove(cursor.value(row, "entryId"))
         Library.queue.move(cursor.value(row, "entryId"), cursor.value(target, "entryId"))
-        Library.transport.replanSuccessor()
+        Library.queueEditing.endMove()
         root.positionViewAtIndex(cursor.index, ListView.Contain)
+    }
+    // The cursor goes from a row that it is on to the one that takes its place.
+    function removeRow(row: int): void {
+        const isHere = row === cursor.index
+        hand.restart()
+        Library.queueEditing.removeEntry(cursor.value(row, "entryId"))
+        if (isHere)
+            cursor.index = row
+    }
+    // Before which row something that is held at this height comes.
+    function gapAt(y: real): int {
+        const gap = Math.round((y + root.contentY - root.originY) / Theme.queueRowHeight)
+        return Math.max(0, Math.min(gap, root.count))
+    }
+    function insertAt(gap: int, paths: list<string>): void {
+        hand.restart()
+        if (gap < root.count)
+            Library.queueEditing.insertBefore(paths, cursor.value(gap, "entryId"))
+        else
+            Library.queueEditing.addToQueue(paths)
     }
 
     function openMenu(row: QueueRow, x: real, y: real): void {
@@ -64,6 +94,9 @@ ListView {
         if (event.modifiers === Qt.AltModifier && (event.key === Qt.Key_Up || event.key === Qt.Key_Down)) {
             root.moveRow(cursor.index, event.key === Qt.Key_Up ? -1 : 1)
             event.accepted = true
+        } else if (event.key === Qt.Key_Delete && event.modifiers === Qt.NoModifier) {
+            root.removeRow(cursor.index)
+            event.accepted = true
         } else
             keys.handle(event)
     }
@@ -80,6 +113,24 @@ ListView {
         NumberAnimation { properties: "y"; duration: Theme.quick; easing.type: Easing.OutQuad }
     }
     // qmllint disable unqualified
+    header: Loader {
+        width: root.width
+        active: root.count === 0
+        visible: active
+        height: active ? implicitHeight : 0
+        sourceComponent: EmptyPlace {
+            symbol: "music.note.list"
+            title: Strings.emptyQueue
+            message: Strings.emptyQueueHint
+            air: Theme.margin
+            PillButton {
+                implicitHeight: 36
+                visible: Library.trackCount > 0
+                text: Strings.browseTracks
+                onClicked: Library.browsing.selectSidebarItem(SidebarPlace.Tracks)
+            }
+        }
+    }
     footer: DropHintRow {
         x: root.rowLeft
         width: root.rowWidth
@@ -91,6 +142,7 @@ ListView {
         hasKeyboard: root.Window.activeFocusItem === root && index === cursor.index
         showsRing: hasKeyboard && keys.isByKeyboard
         isDragged: root.draggedItemID === entryId
+        isPast: index < root.currentRow && !Library.transport.isShuffleEnabled
         onPressed: {
             hand.restart()
             tabStop.take(Qt.MouseFocusReason)
@@ -102,9 +154,10 @@ ListView {
         }
         onMoveUpAsked: root.moveRow(index, -1)
         onMoveDownAsked: root.moveRow(index, 1)
+        onRemoveAsked: root.removeRow(index)
         onDragStarted: y => {
             root.dragY = mapToItem(root, 0, y).y
-            root.draggedItemID = entryId
+            root.takeUp(entryId)
         }
         onDragMoved: y => {
             root.dragY = mapToItem(root, 0, y).y
@@ -122,7 +175,11 @@ ListView {
     }
     Connections {
         target: Library.queue
-        function onCurrentChanged() { root.follow(Theme.panelSlide) }
+        function onCurrentChanged() {
+            root.currentRow = Library.queue.rowOfCurrent()
+            root.follow(Theme.panelSlide)
+        }
+        function onEntriesChanged() { root.currentRow = Library.queue.rowOfCurrent() }
     }
     Component.onCompleted: root.follow(0)
 
@@ -131,10 +188,46 @@ ListView {
         readonly property real edge: 36
         readonly property real speed: root.dragY < edge ? root.dragY - edge
                                     : root.dragY > root.height - edge ? root.dragY - (root.height - edge) : 0
-        running: root.isDragging && speed !== 0
+        running: (root.isDragging || taker.containsDrag) && speed !== 0
         onTicked: seconds => {
             scroller.scrollTo(root.contentY + Math.max(-edge, Math.min(edge, speed)) * 12 * seconds)
-            root.dragOver()
+            if (root.isDragging)
+                root.dragOver()
+        }
+    }
+    DropArea {
+        id: taker
+
+        readonly property int gap: root.gapAt(taker.drag.y)
+
+        parent: root
+        anchors.fill: parent
+        keys: ["halvane/tracks"]
+        onPositionChanged: drag => root.dragY = drag.y
+        onDropped: drop => {
+            const drag = drop.source as TrackDrag
+            root.insertAt(taker.gap, drag.paths)
+            drop.accept()
+        }
+        Rectangle {
+            visible: taker.containsDrag
+            x: root.rowLeft
+            y: Math.max(0, Math.min(taker.gap * Theme.queueRowHeight + root.originY - root.contentY, root.height) - 1)
+            width: root.rowWidth
+            height: 2
+            radius: 1
+            color: Theme.accent
+        }
+    }
+    NowPlayingPill {
+        parent: root
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: root.isCurrentAbove ? Theme.gapSmall : root.height - height - Theme.gapSmall
+        isAbove: root.isCurrentAbove
+        isOffered: hand.running && !root.isDragging && (root.isCurrentAbove || root.isCurrentBelow)
+        onClicked: {
+            hand.stop()
+            root.follow(Theme.panelSlide)
         }
     }
     ListCursor {

@@ -13,42 +13,38 @@ Row {
 
     spacing: Theme.gap
 
+    // Its tip says what a click does, as the menu's entry does.
     TransportButton {
         anchors.verticalCenter: parent.verticalCenter
         symbol: "shuffle"
-        tip: Library.transport.isShuffleEnabled ? Strings.shuffleOn : Strings.shuffleOff
+        tip: Library.transport.isShuffleEnabled ? Strings.turnShuffleOff : Strings.turnShuffleOn
+        keys: App.keysOf(CommandKind.ToggleShuffle)
         symbolSize: root.modeSymbolSize
         isActive: Library.transport.isShuffleEnabled
+        Accessible.name: Library.transport.isShuffleEnabled ? Strings.shuffleOn : Strings.shuffleOff
         Accessible.checkable: true
         Accessible.checked: Library.transport.isShuffleEnabled
         onClicked: Library.transport.toggleShuffle()
     }
-    TransportButton {
+    PreviousButton {
         anchors.verticalCenter: parent.verticalCenter
-        symbol: "backward.fill"
-        tip: Strings.previousTrack
         size: root.sideSize
         symbolSize: root.sideSymbolSize
-        symbolColor: Theme.primaryText
-        onClicked: Library.transport.playPrevious()
     }
     PlayButton {
         size: root.discSize
         symbolSize: Math.round(root.discSize * 0.55)
     }
-    TransportButton {
+    NextButton {
         anchors.verticalCenter: parent.verticalCenter
-        symbol: "forward.fill"
-        tip: Strings.nextTrack
         size: root.sideSize
         symbolSize: root.sideSymbolSize
-        symbolColor: Theme.primaryText
-        onClicked: Library.transport.playNext(true)
     }
     TransportButton {
         anchors.verticalCenter: parent.verticalCenter
         symbol: Library.transport.repeatMode === Repeat.One ? "repeat.1" : "repeat"
         tip: [Strings.repeatOff, Strings.repeatAll, Strings.repeatOne][Library.transport.repeatMode]
+        keys: App.keysOf(CommandKind.AdvanceRepeatMode)
         symbolSize: root.modeSymbolSize
         isActive: Library.transport.repeatMode !== Repeat.Off
         onClicked: Library.transport.advanceRepeatMode()

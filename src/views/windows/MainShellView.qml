@@ -25,6 +25,8 @@ FocusScope {
     Keys.onEscapePressed: event => {
         if (Library.views.showFullPlayer)
             Library.views.showFullPlayer = false
+        else if (Library.importing.isImporting)
+            Library.importing.stopImport()
         else
             event.accepted = false
     }
@@ -108,12 +110,19 @@ FocusScope {
             width: parent.width
         }
         StatusToast {
+            id: status
             anchors.horizontalCenter: parent.horizontalCenter
             anchors.bottom: barLine.top
             anchors.bottomMargin: Theme.gapSmall
             maximumWidth: Math.min(720, parent.width - 2 * Theme.margin)
             text: Library.status.lastImportMessage
             isError: Library.status.statusIsError
+        }
+        ImportToast {
+            anchors.horizontalCenter: parent.horizontalCenter
+            // Above where a message comes, so that neither covers the other.
+            anchors.bottom: status.top
+            anchors.bottomMargin: Theme.gapTiny
         }
     }
     FileDropArea {
@@ -149,11 +158,24 @@ FocusScope {
             if (announcer.isHeard)
                 announcer.say(announcer.playing)
         }
+        // What was told while the window came up, as for files that were opened from outside.
+        onIsHeardChanged: {
+            if (announcer.isHeard)
+                announcer.say(Library.status.lastImportMessage)
+        }
 
         Connections {
             target: Library.status
             enabled: announcer.isHeard
             function onTextChanged() { announcer.say(Library.status.lastImportMessage) }
+        }
+        Connections {
+            target: Library.importing
+            enabled: announcer.isHeard
+            function onIsImportingChanged() {
+                if (Library.importing.isImporting)
+                    announcer.say(Strings.importSearching)
+            }
         }
     }
     Deferred {

@@ -55,24 +55,12 @@ FocusScope {
         anchors.rightMargin: Theme.gapLarge
         y: 13
         spacing: Theme.gapTiny
-        TransportButton {
-            anchors.verticalCenter: parent.verticalCenter
-            symbol: "backward.fill"
-            tip: Strings.previousTrack
-            symbolColor: Theme.primaryText
-            onClicked: Library.transport.playPrevious()
-        }
+        PreviousButton { anchors.verticalCenter: parent.verticalCenter }
         PlayButton {
             size: 36
             symbolSize: 22
         }
-        TransportButton {
-            anchors.verticalCenter: parent.verticalCenter
-            symbol: "forward.fill"
-            tip: Strings.nextTrack
-            symbolColor: Theme.primaryText
-            onClicked: Library.transport.playNext(true)
-        }
+        NextButton { anchors.verticalCenter: parent.verticalCenter }
     }
     SymbolButton {
         id: back
@@ -91,7 +79,7 @@ FocusScope {
     }
     ProgressLine {
         x: root.textLeft
-        y: 54
+        y: 59
         width: parent.width - x - root.inset
         fill: Library.appearance.spectrumTint
     }

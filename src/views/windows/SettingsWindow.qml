@@ -3,12 +3,17 @@ import QtQuick
 import Halvane
 
 Window {
+    id: root
+
+    // With room for a title bar and a desktop's panel.
+    readonly property real mostHeight: Math.max(200, root.Screen.height - 90)
+
     color: Theme.windowBackground
     width: view.implicitWidth
-    height: view.implicitHeight
+    height: Math.min(view.implicitHeight, root.mostHeight)
     minimumWidth: view.implicitWidth
     maximumWidth: view.implicitWidth
-    minimumHeight: view.implicitHeight
+    minimumHeight: Math.min(view.implicitHeight, root.mostHeight)
     maximumHeight: view.implicitHeight
 
     SettingsView {

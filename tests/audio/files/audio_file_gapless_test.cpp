@@ -116,5 +116,35 @@ TEST(Gapless, AGaplessTagOutweighsTheEditList) {
     expectInPlace(played, original, 3'000, 30'000);
 }
 
+/// A DSDIFF file of one-bit silence on two channels, with a tag behind the sound.
+QByteArray dsdiff(qint64 bytesOfSound) {
+    const auto chunk = [](const char* name, const QByteArray& body) {
+        QByteArray size(8, '\0');
+        qToBigEndian(qint64(body.size()), size.data());
+        return QByteArray(name, 4) + size + body + QByteArray(body.size() % 2, '\0');
+    };
+    const QByteArray kind = chunk("FS  ", QByteArray("\x00\x2b\x11\x00", 4)) +
+                            chunk("CHNL", QByteArray("\x00\x02SLFTSRGT", 10)) +
+                            chunk("CMPR", "DSD \x0enot compressed" + QByteArray(1, '\0'));
+    return chunk("FRM8", "DSD " + chunk("FVER", QByteArray("\1\5\0\0", 4)) +
+                             chunk("PROP", "SND " + kind) +
+                             chunk("DSD ", QByteArray(bytesOfSound, '\x69')) +
+                             chunk("ID3 ", QByteArray(5'000, 'x')));
+}
+
+TEST(Gapless, ATagBehindOneBitSoundIsNoSound) {
+    QTemporaryFile file;
+    ASSERT_TRUE(file.open());
+    file.write(dsdiff(100'002));
+    file.close();
+    const auto sound = opened(file.fileName());
+    EXPECT_EQ(sound->format().sampleRate, 352'800);
+    EXPECT_EQ(sound->lengthFrames(), 50'001);
+    const auto samples = readAll(*sound);
+    ASSERT_EQ(samples.size(), 2U * 50'001);
+    EXPECT_LT(std::abs(samples.back()), 0.01F);
+    EXPECT_FALSE(sound->failure());
+}
+
 } // namespace
 } // namespace halvane::test

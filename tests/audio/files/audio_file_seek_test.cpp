@@ -78,7 +78,26 @@ INSTANTIATE_TEST_SUITE_P(
                  u"lame --quiet -b 32 --resample 22.05 \"$IN\" \"$OUT\""_s, 0, 22'050},
         Encoding{"aac", u"m4a"_s, ffmpeg + u"-c:a aac -aac_pns 0 \"$OUT\""_s},
         Encoding{"aac_with_noise", u"m4a"_s, ffmpeg + u"-c:a aac -b:a 96k \"$OUT\""_s, 0.04F},
-        Encoding{"aac_raw", u"aac"_s, ffmpeg + u"-c:a aac -aac_pns 0 \"$OUT\""_s}),
+        Encoding{"aac_raw", u"aac"_s, ffmpeg + u"-c:a aac -aac_pns 0 \"$OUT\""_s},
+        Encoding{"vorbis", u"ogg"_s, ffmpeg + u"-c:a libvorbis -q:a 6 \"$OUT\""_s},
+        Encoding{"opus", u"opus"_s, ffmpeg + u"-c:a libopus -b:a 160k \"$OUT\""_s, 0.002F, 48'000},
+        Encoding{"chained_vorbis", u"ogg"_s,
+                 ffmpeg + u"-t 3 -c:a libvorbis -serial_offset 7 \"$OUT\"; "_s + ffmpeg +
+                     u"-ss 3 -c:a libvorbis -serial_offset 9 -f ogg - >> \"$OUT\""_s},
+        Encoding{"flac_in_ogg", u"oga"_s, u"flac -s --ogg -o \"$OUT\" \"$IN\""_s},
+        // Full pages, which end within packets.
+        Encoding{"flac_in_ogg_across_pages", u"oga"_s,
+                 ffmpeg + u"-c:a flac -page_duration 60000000 \"$OUT\""_s},
+        Encoding{"chained_flac", u"oga"_s,
+                 ffmpeg + u"-t 4 -c:a flac -serial_offset 7 \"$OUT\"; "_s + ffmpeg +
+                     u"-ss 4 -c:a flac -serial_offset 9 -f ogg - >> \"$OUT\""_s},
+        Encoding{"speex", u"ogg"_s, ffmpeg + u"-c:a libspeex \"$OUT\""_s, 0.002F, 32'000},
+        Encoding{"speex_across_pages", u"ogg"_s,
+                 ffmpeg + u"-c:a libspeex -page_duration 60000000 \"$OUT\""_s, 0.002F, 32'000},
+        Encoding{"wavpack", u"wv"_s, ffmpeg + u"-c:a wavpack \"$OUT\""_s},
+        Encoding{"tta", u"tta"_s, ffmpeg + u"-c:a tta \"$OUT\""_s},
+        Encoding{"musepack", u"mpc"_s, u"mpcenc --silent --overwrite \"$IN\" \"$OUT\""_s},
+        Encoding{"wma", u"wma"_s, ffmpeg + u"-c:a wmav2 -b:a 192k \"$OUT\""_s}),
     nameOf);
 
 } // namespace

@@ -3,6 +3,7 @@
 
 #include <QFile>
 #include <QTemporaryDir>
+#include <QtEndian>
 
 #include <array>
 
@@ -83,6 +84,45 @@ TEST(AudioFileFormat, GoesByContentAndTakesAnyName) {
         ASSERT_TRUE(QFile::copy(flac, path));
         EXPECT_TRUE(readAll(path) == pcm.floats()) << name.toStdString();
     }
+}
+
+/// The check sum of an Ogg page (RFC 3533, section 6).
+quint32 oggSum(QByteArrayView page) {
+    quint32 sum = 0;
+    for (const char byte : page) {
+        sum ^= quint32(static_cast<unsigned char>(byte)) << 24;
+        for (int bit = 0; bit < 8; ++bit)
+            sum = sum << 1 ^ (sum >> 31 != 0 ? 0x04c11db7U : 0);
+    }
+    return sum;
+}
+
+TEST(AudioFileFormat, OpusIsAsLoudAsItsHeaderAsks) {
+    const QTemporaryDir folder;
+    const QString path =
+        encoded(music(100'000, 48'000), u"opus"_s, ffmpeg + u"-c:a libopus \"$OUT\""_s);
+    QFile plain(path);
+    ASSERT_TRUE(plain.open(QIODevice::ReadOnly));
+    QByteArray bytes = plain.readAll();
+    const qsizetype head = bytes.indexOf("OpusHead");
+    ASSERT_EQ(head, 28) << "on a page of its own";
+    qToLittleEndian<qint16>(-6 * 256, bytes.data() + head + 16); // 256ths of a decibel
+    constexpr qsizetype sumAt = 22;
+    bytes.replace(sumAt, 4, QByteArray(4, '\0'));
+    qToLittleEndian(oggSum(QByteArrayView(bytes).first(bytes.indexOf("OggS", 1))),
+                    bytes.data() + sumAt);
+    QFile softer(folder.filePath(u"softer.opus"_s));
+    ASSERT_TRUE(softer.open(QIODevice::WriteOnly));
+    softer.write(bytes);
+    softer.close();
+
+    const auto level = [](const std::vector<float>& samples) {
+        double sum = 0;
+        for (const float sample : samples)
+            sum += double{sample} * sample;
+        return 10 * std::log10(sum / double(samples.size()));
+    };
+    EXPECT_NEAR(level(readAll(softer.fileName())) - level(readAll(path)), -6, 0.01);
 }
 
 TEST(AudioFileDamage, AFileCutShortWhileItPlaysEndsThere) {

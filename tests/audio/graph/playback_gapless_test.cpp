@@ -41,7 +41,8 @@ struct Encoding {
     const char* name;
     QString suffix;
     QString command;
-    int bits = 16; ///< of a lossless one; 0 for the others
+    int bits = 16; ///< of a lossless one
+    int sampleRate = 44'100;
 };
 
 void PrintTo(const Encoding& encoding, std::ostream* out) {
@@ -77,7 +78,7 @@ TEST_P(Lossless, PiecesPlayAsTheOriginalBitForBit) {
 class Lossy : public GaplessFormats {};
 
 TEST_P(Lossy, PiecesKeepTheirPlaceAndJoinWithoutAClick) {
-    const auto whole = music(cuts.back());
+    const auto whole = music(cuts.back(), GetParam().sampleRate);
     const auto original = whole.floats();
     const auto heard = heardOf(whole);
     constexpr std::size_t margin = 2'500; // beyond the first and last blocks
@@ -121,7 +122,12 @@ INSTANTIATE_TEST_SUITE_P(
         Encoding{"alac24", u"alac"_s,
                  ffmpeg + u"-c:a alac -sample_fmt s32p -bits_per_raw_sample 24 -f ipod \"$OUT\""_s,
                  24},
-        Encoding{"alac_in_caf", u"caf"_s, ffmpeg + u"-c:a alac \"$OUT\""_s}),
+        Encoding{"alac_in_caf", u"caf"_s, ffmpeg + u"-c:a alac \"$OUT\""_s},
+        Encoding{"wavpack16", u"wv"_s, ffmpeg + u"-c:a wavpack \"$OUT\""_s},
+        Encoding{"wavpack24", u"wv"_s, ffmpeg + u"-c:a wavpack -sample_fmt s32p \"$OUT\""_s, 24},
+        Encoding{"tta16", u"tta"_s, ffmpeg + u"-c:a tta \"$OUT\""_s},
+        Encoding{"tta24", u"tta"_s,
+                 ffmpeg + u"-c:a tta -sample_fmt s32 -bits_per_raw_sample 24 \"$OUT\""_s, 24}),
     nameOf);
 
 INSTANTIATE_TEST_SUITE_P(
@@ -138,7 +144,10 @@ INSTANTIATE_TEST_SUITE_P(
         Encoding{"aac_edit_list_exact", u"m4b"_s,
                  ffmpeg + u"-c:a aac -b:a 256k -movie_timescale 44100 -f ipod \"$OUT\""_s},
         Encoding{"aac_header_in_front", u"m4a"_s,
-                 ffmpeg + u"-c:a aac -b:a 256k -movflags +faststart \"$OUT\""_s}),
+                 ffmpeg + u"-c:a aac -b:a 256k -movflags +faststart \"$OUT\""_s},
+        Encoding{"vorbis", u"ogg"_s, ffmpeg + u"-c:a libvorbis -q:a 8 \"$OUT\""_s},
+        Encoding{"opus", u"opus"_s, ffmpeg + u"-c:a libopus -b:a 256k \"$OUT\""_s, 16, 48'000},
+        Encoding{"musepack", u"mpc"_s, u"mpcenc --silent --insane --overwrite \"$IN\" \"$OUT\""_s}),
     nameOf);
 
 TEST_F(Gapless, CountsThePositionAnewInTheAdoptedFile) {

@@ -4,6 +4,8 @@
 #include "audio/graph/engine_test.h"
 
 #include <algorithm>
+#include <array>
+#include <random>
 
 namespace halvane::test {
 namespace {
@@ -146,6 +148,50 @@ TEST_F(Revised, KeepsEachTrackUnderItsOwnGain) {
         const auto frame = double(4'000'000 + (i < joint ? i : i - joint)) / 8'388'608;
         ASSERT_NEAR(all[i], frame * (i < joint ? quiet : loud), 1e-6) << i;
     }
+}
+
+// Two tracks in turn, a decibel apart, while the listener turns the evening out on and off.
+TEST_F(Revised, PutsNoTrackUnderAnothersGainWhenTheSwitchIsTurned) {
+    const auto level = [this](std::int32_t value) {
+        return wave({rate, 1, 24, std::vector<std::int32_t>(std::size_t(rate), value)});
+    };
+    const QStringList tracks{level(1 << 20), level(1 << 22)}; // an eighth and a half
+    const std::array<double, 2> gains{-6, -7};
+    bool isOn = true;
+    const auto playing = [&] { return std::size_t(adopted.size()) % 2; };
+    const auto plan = [&] {
+        const auto& next = tracks[qsizetype(1 - playing())];
+        const double gain = isOn ? gains[1 - playing()] : 0;
+        engine.setTrackGain(isOn ? gains[playing()] : 0);
+        EXPECT_TRUE(engine.setNextGain(next, gain) || preschedule(next, gain));
+    };
+    adoptAtEnd = true;
+    play(tracks[0]);
+    plan();
+    std::mt19937 random(11);
+    while (adopted.size() < 8) {
+        const auto before = adopted.size();
+        const auto frames = 500 + random() % 4000;
+        playAhead(frames);
+        pass(double(frames) / rate);
+        const bool isTurned = random() % 4 == 0;
+        isOn = isOn != isTurned;
+        if (isTurned || adopted.size() != before)
+            plan();
+    }
+    EXPECT_EQ(output.flushes, 0);
+    EXPECT_EQ(std::count(output.recording().cbegin(), output.recording().cend(), 0.0f), 0)
+        << "no hole where something of the next track had been decoded at a turn";
+    int together = 0; // samples in a row; a ramp passes any value, but does not stay there
+    int most = 0;
+    for (const float sample : output.recording()) {
+        const auto is = [sample](double full, double dB) {
+            return std::abs(sample - full * std::pow(10, dB / 20)) < 1e-5;
+        };
+        together = is(0.125, gains[1]) || is(0.5, gains[0]) ? together + 1 : 0;
+        most = std::max(most, together);
+    }
+    EXPECT_LT(most, 3);
 }
 
 } // namespace

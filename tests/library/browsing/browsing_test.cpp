@@ -2,6 +2,7 @@
 #include "library/browsing/browsing.h"
 #include "library/browsing/cover_store.h"
 #include "library/browsing/sidebar_model.h"
+#include "library/browsing/table_order.h"
 #include "library/catalog/library_summary.h"
 #include "library/tracks.h"
 #include "library/user/language_setting.h"
@@ -130,6 +131,70 @@ TEST_F(BrowsingTest, SearchesFiveFieldsInTheSourceOrder) {
     EXPECT_EQ(artists(), (QStringList{u"Moss"_s, u"moss"_s}));
 }
 
+TEST_F(BrowsingTest, WordsAreFoundAcrossTheFields) {
+    struct Case {
+        QString query, tracks;
+        QStringList albums, artists;
+    };
+    const Case cases[] = {
+        {u"moss bark"_s, u"c"_s, {u"Bark"_s}, {}},
+        {u"Fern  MOSS"_s, u"abf"_s, {u"Fern"_s, u"Fern"_s}, {}},
+        {u"flac lark song"_s, u"d"_s, {u"Song"_s}, {}}, // the album of the track that is found
+        {u"moss nothing"_s, {}, {}, {}},
+        {u"wren tree"_s, u"gh"_s, {}, {u"Tree Wren"_s}}, // the same text
+        {u"tree wren"_s, u"g"_s, {}, {u"Tree Wren"_s}},  // as it stands
+        {u"e wren x"_s, {}, {}, {}},
+    };
+    store.append(rowsOf({trackOf(u"/m/g"_s, u"g"_s, u"Tree Wren"_s, {}),
+                         trackOf(u"/m/h"_s, u"h"_s, u"Wren"_s, {})}));
+    Track named = *store.track(u"/m/h"_s);
+    named.genre = u"Tree"_s;
+    store.replace(rowsOf({named}));
+    catalog.rebuildImportedAlbums();
+    for (const Case& c : cases) {
+        for (qsizetype length = 0; length <= c.query.size(); ++length) // as it is typed
+            browsing.setSearchText(c.query.left(length));
+        EXPECT_EQ(shown(), c.tracks) << c.query.toStdString();
+        EXPECT_EQ(artists(), c.artists) << c.query.toStdString();
+        if (!c.query.contains(u"wren"_s)) { // those have no album title
+            EXPECT_EQ(albums(), c.albums) << c.query.toStdString();
+        }
+        browsing.setSearchText({});
+        browsing.setSearchText(c.query); // as it is pasted
+        EXPECT_EQ(shown(), c.tracks) << c.query.toStdString();
+    }
+    // What was found in one text is too little for words that are in several.
+    Track both = trackOf(u"/m/i"_s, u"ab c"_s, {}, {});
+    Track apart = trackOf(u"/m/j"_s, u"ab"_s, u"cd"_s, {});
+    store.append(rowsOf({both, apart}));
+    catalog.rebuildImportedAlbums();
+    browsing.setSearchText(u"ab c"_s);
+    EXPECT_EQ(shown(), u"ab c"_s);
+    browsing.setSearchText(u"ab cd"_s);
+    EXPECT_EQ(shown(), u"ab"_s);
+}
+
+TEST_F(BrowsingTest, AlbumsAreFoundByTheirTracksWhereNoTileHoldsTheQuery) {
+    store.append(rowsOf({trackOf(u"/m/g"_s, u"Hollow Beyoncé Fern"_s, u"Tree Wren"_s, u"Oak"_s)}));
+    catalog.rebuildImportedAlbums();
+    browsing.setSearchText(u"HOLLOW beyonce"_s);
+    EXPECT_EQ(albums(), QStringList{u"Oak"_s});
+    browsing.setSearchText(u"wren hollow"_s);
+    EXPECT_EQ(albums(), QStringList{u"Oak"_s});
+    // What a tile itself says goes before.
+    browsing.setSearchText(u"fern"_s);
+    EXPECT_EQ(albums(), (QStringList{u"Fern"_s, u"Fern"_s}));
+    // An open album without such a track has nothing to show, and its tile's neighbours have.
+    browsing.setSearchText({});
+    browsing.setSelectedAlbumID(u"local|moss|fern"_s);
+    EXPECT_TRUE(browsing.hasVisibleTracks());
+    browsing.setSearchText(u"hollow"_s);
+    EXPECT_FALSE(browsing.hasVisibleTracks());
+    EXPECT_EQ(albums(), QStringList{u"Oak"_s});
+    browsing.setSearchText({});
+    EXPECT_TRUE(browsing.hasVisibleTracks());
+}
+
 TEST_F(BrowsingTest, SourcesTakePrecedenceInTheirOrder) {
     EXPECT_EQ(shown(), u"abcdef"_s);
     browsing.setSelectedAlbumID(u"local|moss|fern"_s);
@@ -164,6 +229,81 @@ TEST_F(BrowsingTest, SourcesTakePrecedenceInTheirOrder) {
     EXPECT_EQ(shown(), u"abcdef"_s);
     EXPECT_TRUE(browsing.selectedAlbumID().isEmpty());
     EXPECT_TRUE(browsing.focusedArtist().isEmpty());
+}
+
+TEST_F(BrowsingTest, GuestsComeAfterThoseWhoLeadAnAlbum) {
+    store.append(
+        rowsOf({numbered(trackOf(u"/m/g"_s, u"g"_s, u"Wren"_s, u"Song"_s), u"Lark"_s, 1, 2),
+                numbered(trackOf(u"/m/h"_s, u"h"_s, u"Lark"_s, u"Song"_s), {}, 1, 1)}));
+    catalog.rebuildImportedAlbums();
+    browsing.selectBrowseMode(LibraryMode::artists);
+    EXPECT_EQ(artists(), (QStringList{u"Lark"_s, u"Moss"_s, u"moss"_s, u"Wren"_s}));
+    const QModelIndex guest = browsing.visibleArtists()->index(3);
+    EXPECT_EQ(guest.data(ArtistListModel::SummaryRole), u"Appears on 1 album"_s);
+    browsing.setSearchText(u"wren"_s);
+    EXPECT_EQ(artists(), QStringList{u"Wren"_s});
+    EXPECT_EQ(shown(), u"g"_s);
+    browsing.setSearchText({});
+    browsing.jumpToArtist(u"Wren"_s);
+    EXPECT_EQ(shown(), u"g"_s);
+    QueueItem playing = entry(u"Song"_s, u"Wren"_s);
+    playing.albumTags.albumArtist = u"Lark"_s;
+    browsing.jumpToAlbum(playing);
+    EXPECT_EQ(shown(), u"dgh"_s) << "not all are numbered";
+    store.replace(rowsOf({numbered(*store.track(u"/m/d"_s), {}, 2, 1)}));
+    catalog.rebuildImportedAlbums();
+    EXPECT_EQ(shown(), u"hgd"_s);
+    browsing.setSearchText(u"lark"_s);
+    EXPECT_EQ(shown(), u"hgd"_s);
+}
+
+TEST_F(BrowsingTest, TheTablesOrderIsThatOfAllTracksAndOfTheLovedOnes) {
+    TableOrder order(preferences, catalog);
+    browsing.selectBrowseMode(LibraryMode::songs);
+    const auto sorted = [&] {
+        QString titles;
+        for (const TrackPtr& track : browsing.sortedTracks())
+            titles += track->title;
+        return titles;
+    };
+    EXPECT_EQ(sorted(), QString());
+    order.choose(TrackOrder::artist);
+    EXPECT_EQ(shown(), u"decabf"_s);
+    order.choose(TrackOrder::title);
+    order.choose(TrackOrder::title);
+    EXPECT_EQ(shown(), u"fedcba"_s);
+    browsing.setSearchText(u"moss"_s);
+    EXPECT_EQ(shown(), u"fcba"_s);
+    EXPECT_EQ(sorted(), u"fedcba"_s) << "also those that the search leaves out";
+    browsing.setSearchText({});
+    userData.toggleLoved(u"/m/b"_s);
+    userData.toggleLoved(u"/m/e"_s);
+    browsing.selectSidebarItem(SidebarItem::loved);
+    EXPECT_EQ(shown(), u"eb"_s);
+    store.remove({u"/m/e"_s});
+    catalog.rebuildImportedAlbums();
+    EXPECT_EQ(shown(), u"b"_s);
+
+    const QUuid id = playlists.createPlaylist(u"p"_s);
+    playlists.addTrackPaths({u"/m/d"_s, u"/m/a"_s, u"/m/c"_s}, id);
+    browsing.setSelectedPlaylistID(id);
+    EXPECT_EQ(shown(), u"dac"_s) << "a playlist has its own";
+    EXPECT_EQ(sorted(), QString());
+    browsing.jumpToArtist(u"Moss"_s);
+    EXPECT_EQ(shown(), u"abc"_s);
+
+    // The choice is kept, and given up by a third click.
+    TableOrder again(preferences, catalog);
+    again.restore();
+    EXPECT_EQ(again.by(), TrackOrder::title);
+    EXPECT_TRUE(again.isDescending());
+    browsing.selectBrowseMode(LibraryMode::songs);
+    EXPECT_EQ(shown(), u"fdcba"_s);
+    again.choose(TrackOrder::title);
+    EXPECT_EQ(shown(), u"abcdf"_s);
+    TableOrder none(preferences, catalog);
+    none.restore();
+    EXPECT_EQ(none.by(), TrackOrder::library);
 }
 
 TEST_F(BrowsingTest, NavigationKeepsModeAndSidebarTogether) {
@@ -216,6 +356,28 @@ TEST_F(BrowsingTest, SelectionOutlivesARebuildThatKeepsTheAlbum) {
     EXPECT_EQ(browsing.artworkAlbum(entry(u"bark"_s, u"moss"_s))->title, u"Bark"_s);
     EXPECT_EQ(browsing.artworkAlbum(std::nullopt)->title, u"Song"_s);
     EXPECT_EQ(browsing.artworkAlbum(entry(u"none"_s, u"none"_s)), nullptr);
+}
+
+TEST_F(BrowsingTest, PlaybackGoesOnWithoutTurningThePage) {
+    browsing.selectPlayedAlbum(entry(u"Bark"_s, u"Moss"_s));
+    EXPECT_EQ(browsing.selectedAlbum()->title, u"Bark"_s);
+    EXPECT_EQ(browsing.focusedAlbum(), nullptr) << "nobody asked for its tracks";
+    EXPECT_EQ(shown(), u"abcdef"_s);
+
+    browsing.setSelectedAlbumID(u"local|moss|bark"_s);
+    EXPECT_EQ(shown(), u"c"_s) << "the album that plays can be asked for";
+    browsing.selectPlayedAlbum(entry(u"Song"_s, u"Lark"_s));
+    EXPECT_EQ(browsing.selectedAlbum()->title, u"Song"_s);
+    EXPECT_EQ(shown(), u"c"_s);
+    store.remove({u"/m/c"_s});
+    catalog.rebuildImportedAlbums();
+    EXPECT_EQ(browsing.selectedAlbum()->title, u"Song"_s);
+    EXPECT_EQ(shown(), u"abdef"_s) << "what was asked for is gone";
+
+    browsing.jumpToAlbum(entry(u"Fern"_s, u"Moss"_s));
+    EXPECT_EQ(shown(), u"abf"_s);
+    browsing.goHome();
+    EXPECT_EQ(shown(), u"abdef"_s);
 }
 
 TEST_F(BrowsingTest, OneTracksChangeIsOneRowsChange) {

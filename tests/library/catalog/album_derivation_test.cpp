@@ -78,6 +78,88 @@ TEST(AlbumDerivation, GathersFromTheTracksInFileNameOrder) {
     EXPECT_EQ(album.trackCount, 3);
 }
 
+// Files of one folder as they are tagged, and the albums that follow: artist/title, the number of
+// tracks and of discs.
+TEST(AlbumDerivation, TheAlbumArtistLeads) {
+    const auto track = [](const char* artist, const char* album, const char* albumArtist = "",
+                          quint16 disc = 0, quint16 number = 0) {
+        return numbered(
+            trackOf(u"/m/x"_s, u"t"_s, QString::fromUtf8(artist), QString::fromUtf8(album)),
+            QString::fromUtf8(albumArtist), disc, number);
+    };
+    struct Case {
+        const char* what;
+        std::vector<Track> tracks;
+        QString albums;
+    };
+    const char* various = "Various Artists";
+    const Case cases[] = {
+        {"a compilation is one album",
+         {track("A", "Hits", various), track("B", "Hits", various), track("A", "Hits", various)},
+         u"Various Artists/Hits 3 0"_s},
+        {"guests do not split an album",
+         {track("A", "X"), track("A, B", "X", "A"), track("A feat. C", "X", "A ")},
+         u"A/X 3 0"_s},
+        {"albums of one title by two artists stay apart",
+         {track("A", "Live", "A"), track("B", "Live", "B"), track("C", "Live")},
+         u"A/Live 1 0, B/Live 1 0, C/Live 1 0"_s},
+        {"without album artists the artists lead",
+         {track("A", "Hits"), track("B", "Hits")},
+         u"A/Hits 1 0, B/Hits 1 0"_s},
+        {"two discs",
+         {track("A", "X", "", 1, 1), track("A", "X", "", 2, 1), track("A", "X", "", 2, 2)},
+         u"A/X 3 2"_s},
+        {"what has no disc is on the first",
+         {track("A", "X", "", 0, 1), track("A", "X", "", 1, 2), track("A", "X", "", 3, 1)},
+         u"A/X 3 2"_s},
+        {"one track without a number",
+         {track("A", "X", "", 1, 1), track("A", "X", "", 2, 0)},
+         u"A/X 2 0"_s},
+    };
+    for (const Case& c : cases) {
+        QStringList albums;
+        for (const Album& album : derived(c.tracks).albums)
+            albums.append(u"%1/%2 %3 %4"_s.arg(album.artist, album.title)
+                              .arg(album.trackCount)
+                              .arg(album.discCount));
+        EXPECT_EQ(albums.join(u", "_s).toStdString(), c.albums.toStdString()) << c.what;
+    }
+}
+
+// The first track is the one with the lowest number, whatever its file is called.
+TEST(AlbumDerivation, GathersFromNumberedTracksInTheirOrder) {
+    Track last = numbered(trackOf(u"/m/a"_s, u"t"_s, u"A"_s, u"X"_s), {}, 2, 1);
+    Track first = numbered(trackOf(u"/m/b"_s, u"t"_s, u"A"_s, u"X"_s), {}, 1, 2);
+    last.year = 2001;
+    first.year = 1999;
+    EXPECT_EQ(only({last, first}).year, 1999);
+    last.albumTags.track = 0;
+    EXPECT_EQ(only({last, first}).year, 2001);
+}
+
+TEST(AlbumDerivation, SortsBySortNamesWhereThereAreAny) {
+    const auto sortedAs = [](Track track, const SortNames& names) {
+        track.albumTags.sortNames = std::make_shared<const SortNames>(names);
+        return track;
+    };
+    const Track beatles = trackOf(u"/1"_s, u"t"_s, u"The Band"_s, u"X"_s);
+    const Track other = trackOf(u"/2"_s, u"t"_s, u"Kites"_s, u"The Y"_s);
+    const Track third = trackOf(u"/3"_s, u"t"_s, u"Kites"_s, u"Z"_s);
+    const auto order = [](const std::vector<Track>& tracks) {
+        QString titles;
+        for (const Album& album : derived(tracks).albums)
+            titles += album.title.back();
+        return titles;
+    };
+    EXPECT_EQ(order({beatles, other, third}), u"YZX"_s);
+    EXPECT_EQ(order({sortedAs(beatles, {u"Band, The"_s, {}, {}}), other, third}), u"XYZ"_s);
+    EXPECT_EQ(order({beatles, sortedAs(other, {{}, {}, u"ZZ"_s}), third}), u"ZYX"_s);
+    // An album artist is not sorted as the track's artist.
+    EXPECT_EQ(order({sortedAs(numbered(beatles, u"Zebras"_s, 0, 0), {u"Band, The"_s, {}, {}}),
+                     other, third}),
+              u"YZX"_s);
+}
+
 TEST(AlbumDerivation, LengthTexts) {
     struct Case {
         std::optional<double> seconds;

@@ -1,14 +1,11 @@
 // SPDX-License-Identifier: MIT
 // The whole controller with the desktop's own detection of cloud files and files whose opening
 // blocks.
-#include "library/library_concerns.h"
-#include "library/library_view_model.h"
+#include "library/running_library.h"
 #include "platform/cloud/desktop_cloud_files.h"
 #include "support/audio_material.h"
-#include "support/fake_environment.h"
 #include "support/held_file.h"
 
-#include <QCoreApplication>
 #include <QDateTime>
 #include <QFile>
 
@@ -25,7 +22,7 @@ namespace {
 
 constexpr char placeholderMark[] = "user.nextcloud.hydrate_exec";
 
-class HeldFilesTest : public testing::Test {
+class HeldFilesTest : public testing::Test, public RunningLibrary {
   protected:
     void SetUp() override {
         const QString path = write(u"probe"_s, "x");
@@ -53,15 +50,7 @@ class HeldFilesTest : public testing::Test {
         library->start();
         library->importing()->importDroppedURLs({QUrl::fromLocalFile(music.path())});
         until([&] { return !library->importing()->isImporting() && healings > before; });
-        bool isSaved = false;
-        QObject::connect(library->persistence(), &CachePersistence::saved, library.get(),
-                         [&] { isSaved = true; });
-        library->persistence()->persistMetadataCache();
-        until([&] { return isSaved; });
-    }
-    static void until(const std::function<bool()>& reached) {
-        while (!reached())
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        saveIndex();
     }
 
     QString write(const QString& name, const QByteArray& bytes) {
@@ -100,11 +89,8 @@ class HeldFilesTest : public testing::Test {
                                        true);
     }
 
-    FakeEnvironment environment;
     std::shared_ptr<DesktopCloudFiles> cloud =
         std::make_shared<DesktopCloudFiles>(environment.folder.path());
-    QTemporaryDir music;
-    std::unique_ptr<LibraryViewModel> library;
     int healings = 0;
 };
 

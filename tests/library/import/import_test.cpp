@@ -1,21 +1,22 @@
 // SPDX-License-Identifier: MIT
 // Importing, restoring and healing, on real files and the whole controller.
-#include "library/library_concerns.h"
-#include "library/library_view_model.h"
+#include "audio/files/audio_file.h"
+#include "library/running_library.h"
 #include "library/tracks.h"
 #include "library/user/settings_keys.h"
 #include "platform/log.h"
+#include "presentation/l10n.h"
 #include "support/audio_material.h"
-#include "support/fake_environment.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
 #include <semaphore>
+#include <sys/stat.h>
 #include <thread>
 
 using namespace Qt::StringLiterals;
@@ -23,67 +24,30 @@ using namespace Qt::StringLiterals;
 namespace halvane::test {
 namespace {
 
-class ImportTest : public testing::Test {
+class ImportTest : public testing::Test, public RunningLibrary {
   protected:
     void SetUp() override { start(); }
 
-    // Starts the program and waits until it has restored the library.
-    void start() {
-        library = std::make_unique<LibraryViewModel>(environment);
-        library->start();
-        until([&] { return !library->restoration()->isRunning(); });
-    }
-    static void until(const std::function<bool()>& reached) {
-        while (!reached())
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    }
-    void import(const QStringList& paths) {
-        QList<QUrl> urls;
-        for (const QString& path : paths)
-            urls.append(QUrl::fromLocalFile(path));
-        library->importing()->importDroppedURLs(urls);
-        until([&] { return !library->importing()->isImporting(); });
-    }
-    void saved() {
-        bool isSaved = false;
-        QObject::connect(library->persistence(), &CachePersistence::saved, library.get(),
-                         [&] { isSaved = true; });
-        library->persistence()->persistMetadataCache();
-        until([&] { return isSaved; });
-    }
     QString wave(const QString& name) {
         const QString path = music.filePath(name);
         QDir().mkpath(path.section(u'/', 0, -2));
         writeWave(sine(440, 0.5, 8000, 8000, 1), path);
         return path;
     }
-    [[nodiscard]] QStringList queued() const {
-        QStringList names;
-        for (std::size_t row = 0; row < library->queue()->size(); ++row)
-            names.append(library->queue()->record(row).title);
-        return names;
-    }
-    [[nodiscard]] QString current() const {
-        return library->queue()->currentItem().value_or(QueueItem()).title;
-    }
     QStringList storedPaths() {
         return *environment.preferences.strings(SettingsKey::importedAudioPaths);
     }
-
-    FakeEnvironment environment;
-    QTemporaryDir music;
-    std::unique_ptr<LibraryViewModel> library;
 };
 
 // A file may be opened with the program before the library is restored.
 TEST_F(ImportTest, WhatIsOpenedDuringTheStartTakesNothingFromTheLibrary) {
     const QStringList known{wave(u"a.wav"_s), wave(u"b.wav"_s)};
     import(known);
-    saved();
+    saveIndex();
     QFile::remove(known[1]); // known only by its record
     const QString opened = wave(u"c.wav"_s);
 
-    library = std::make_unique<LibraryViewModel>(environment);
+    build();
     // The beginning of the restoration, without its worker.
     library->persistence()->hold();
     library->importedPaths()->restore();
@@ -91,11 +55,7 @@ TEST_F(ImportTest, WhatIsOpenedDuringTheStartTakesNothingFromTheLibrary) {
     EXPECT_EQ(storedPaths(), (QStringList{known[0], known[1], opened}));
     EXPECT_EQ(library->cache()->loadIndex().size(), 2);
 
-    bool isSaved = false;
-    QObject::connect(library->persistence(), &CachePersistence::saved, library.get(),
-                     [&] { isSaved = true; });
-    library->restoration()->restoreImportedAudio();
-    until([&] { return isSaved; });
+    untilSaved([&] { library->restoration()->restoreImportedAudio(); });
     EXPECT_EQ(queued(), (QStringList{u"c"_s, u"a"_s, u"b"_s}));
     EXPECT_EQ(library->cache()->loadIndex().size(), 3);
 }
@@ -115,6 +75,12 @@ TEST_F(ImportTest, AddsWhatIsNewAndPlaysTheFirstOfIt) {
     EXPECT_EQ(library->store()->size(), 10U);
     EXPECT_EQ(storedPaths(), paths);
     EXPECT_EQ(library->store()->track(paths[0])->size(), u"16 KB"_s);
+
+    // What nothing here plays is counted, and what belongs to an album's folder is not.
+    for (const char* name : {"album/clip.mkv", "album/old.MID", "album/rip.log", "album/a.cue"})
+        QFile::copy(paths[0], music.filePath(QString::fromUtf8(name)));
+    import({music.path()});
+    EXPECT_EQ(library->status()->text(), u"Already in playlist · 2 of other kinds left out"_s);
 
     import(paths.mid(4, 3));
     EXPECT_EQ(library->status()->text(), u"Already in playlist"_s);
@@ -174,7 +140,7 @@ TEST_F(ImportTest, IsThereAgainAtTheNextStartWithNothingPlaying) {
     const QString kept = wave(u"kept.wav"_s);
     const QString unplugged = wave(u"unplugged.wav"_s);
     import({music.path()});
-    saved();
+    saveIndex();
     const int writes = environment.preferences.changes(SettingsKey::importedAudioPaths);
     library.reset();
     QFile::remove(unplugged);
@@ -201,7 +167,7 @@ TEST_F(ImportTest, ShowsWhatIsKnownBeforeItLooksAtTheFiles) {
     const QString same = wave(u"same.wav"_s);
     const QString changed = wave(u"changed.wav"_s);
     import({music.path()});
-    saved();
+    saveIndex();
     QFile index(library->cache()->cacheDirectory() + u"/library-cache.json"_s);
     library.reset();
     // An older index has no sizes.
@@ -215,7 +181,7 @@ TEST_F(ImportTest, ShowsWhatIsKnownBeforeItLooksAtTheFiles) {
     const QString late = wave(u"late.wav"_s); // its path is stored without a record
     environment.preferences.insertString(SettingsKey::importedAudioPaths, late);
 
-    library = std::make_unique<LibraryViewModel>(environment);
+    build();
     std::optional<Track> shown;
     QObject::connect(
         library->store(), &LibraryStore::tracksChanged, library.get(),
@@ -225,11 +191,7 @@ TEST_F(ImportTest, ShowsWhatIsKnownBeforeItLooksAtTheFiles) {
             EXPECT_FALSE(library->store()->track(late));
         },
         Qt::SingleShotConnection);
-    bool isSaved = false;
-    QObject::connect(library->persistence(), &CachePersistence::saved, library.get(),
-                     [&] { isSaved = true; });
-    library->restoration()->restoreImportedAudio();
-    until([&] { return isSaved; });
+    untilSaved([&] { library->restoration()->restoreImportedAudio(); });
     ASSERT_TRUE(shown);
     EXPECT_EQ(shown->duration, u"0:01"_s);
     const TrackPtr now = library->store()->track(changed);
@@ -254,11 +216,93 @@ TEST_F(ImportTest, ALostIndexCostsNothingButTime) {
         ASSERT_TRUE(QFile::copy(sample, music.filePath(titles.last() + u".wav"_s)));
     }
     import({music.path()});
-    saved();
+    saveIndex();
     ASSERT_TRUE(QFile::remove(library->cache()->cacheDirectory() + u"/library-cache.json"_s));
     start();
     EXPECT_EQ(queued(), titles);
     EXPECT_EQ(library->store()->size(), std::size_t{files});
+}
+
+// An index that older readers wrote serves at once. Its files are read again without a word.
+TEST_F(ImportTest, RenewsTheRecordsOfOlderReaders) {
+    const QString there = wave(u"CD 2/there.wav"_s);
+    const QString broken = wave(u"CD 2/broken.wav"_s);
+    const QString gone = wave(u"CD 2/gone.wav"_s);
+    import({music.path()});
+    saveIndex();
+    QFile index(library->cache()->cacheDirectory() + u"/library-cache.json"_s);
+    library.reset();
+    ASSERT_TRUE(index.open(QIODevice::ReadWrite));
+    QString records = QString::fromUtf8(index.readAll());
+    records.remove(u"\"readerVersion\":%1,"_s.arg(currentReaderVersion));
+    records.remove(u"\"discNumber\":2,"_s).replace(u"\"genre\":\"\""_s, u"\"genre\":\"Old\""_s);
+    index.resize(0);
+    index.write(records.toUtf8());
+    index.close();
+    ASSERT_TRUE(QFile::remove(gone));
+    // It has its date and size, and no longer its content.
+    struct stat facts = {};
+    ASSERT_EQ(::stat(broken.toUtf8().constData(), &facts), 0);
+    QFile damaged(broken);
+    ASSERT_TRUE(damaged.open(QIODevice::ReadWrite));
+    damaged.write(QByteArray(damaged.size(), 'x'));
+    damaged.close();
+    const timespec times[2] = {facts.st_atim, facts.st_mtim};
+    ASSERT_EQ(::utimensat(AT_FDCWD, broken.toUtf8().constData(), times, 0), 0);
+
+    build();
+    bool isRenewed = false;
+    QObject::connect(library->renewal(), &RecordRenewal::finished, library.get(),
+                     [&] { isRenewed = true; });
+    QUuid id;
+    QObject::connect(
+        library->store(), &LibraryStore::tracksChanged, library.get(),
+        [&] {
+            const TrackPtr shown = library->store()->track(there);
+            EXPECT_EQ(shown->genre, u"Old"_s);
+            EXPECT_EQ(shown->albumTags.disc, 0);
+            id = shown->id;
+        },
+        Qt::SingleShotConnection);
+    library->restoration()->restoreImportedAudio();
+    until([&] { return isRenewed; });
+    const TrackPtr renewed = library->store()->track(there);
+    EXPECT_EQ(renewed->id, id);
+    EXPECT_EQ(renewed->genre, QString());
+    EXPECT_EQ(renewed->albumTags.disc, 2);
+    EXPECT_EQ(&library->queue()->record(2), renewed.get());
+    for (const QString& path : {broken, gone}) {
+        const TrackPtr kept = library->store()->track(path);
+        EXPECT_EQ(kept->genre, u"Old"_s);
+        EXPECT_TRUE(kept->durationSeconds);
+        EXPECT_EQ(kept->readerVersion, 0) << "to be read at another start";
+    }
+    saveIndex();
+    const MetadataIndex after = library->cache()->loadIndex();
+    EXPECT_EQ(after.find(there)->albumTags.disc, 2);
+    EXPECT_EQ(after.find(there)->readerVersion, currentReaderVersion);
+    EXPECT_EQ(after.find(gone)->readerVersion, 0);
+}
+
+// Only its frames tell how long such a file is, and an import does not wait for their count.
+TEST_F(ImportTest, CountsTheFramesOfAFileWithoutALengthAfterwards) {
+    Pcm sound = sine(440, 0.001, 100'000);
+    const Pcm loud = halvane::test::music(300'000);
+    sound.samples.insert(sound.samples.end(), loud.samples.begin(), loud.samples.end());
+    const QString path = music.filePath(u"a.mp3"_s);
+    ASSERT_TRUE(
+        QFile::copy(encoded(sound, u"mp3"_s, u"lame --quiet -t -V4 \"$IN\" \"$OUT\""_s), path));
+    std::optional<double> guess;
+    QObject::connect(library->store(), &LibraryStore::tracksChanged, library.get(), [&] {
+        const TrackPtr track = library->store()->track(path);
+        if (track && !guess)
+            guess = track->durationSeconds;
+    });
+    import({wave(u"0.wav"_s), path}); // the first one plays
+    until([&] { return library->store()->track(path)->readerVersion == currentReaderVersion; });
+    const double length = (*AudioFile::open(path))->durationSeconds();
+    EXPECT_GT(std::abs(guess.value_or(length) - length), 1);
+    EXPECT_NEAR(*library->store()->track(path)->durationSeconds, length, 1e-6);
 }
 
 TEST_F(ImportTest, QuittingInTheMiddleLosesNothingThatCame) {
@@ -271,8 +315,6 @@ TEST_F(ImportTest, QuittingInTheMiddleLosesNothingThatCame) {
     });
     library->importing()->importDroppedURLs({QUrl::fromLocalFile(music.path())});
     until([&] { return library->store()->size() > 0; });
-    EXPECT_LT(library->importing()->importProgress(), 0) << "shown from the first second on";
-    environment.clock.advance(std::chrono::milliseconds(1100));
     until([&] { return library->importing()->importProgress() > 0; });
     EXPECT_LT(library->importing()->importProgress(), 1);
     const std::size_t came = library->store()->size();
@@ -281,6 +323,111 @@ TEST_F(ImportTest, QuittingInTheMiddleLosesNothingThatCame) {
     start();
     EXPECT_EQ(library->store()->size(), came);
     last->release();
+}
+
+TEST_F(ImportTest, StoppingKeepsWhatCame) {
+    for (int i = 10; i < 50; ++i)
+        wave(u"a/%1.wav"_s.arg(i));
+    wave(u"b/next.wav"_s);
+    const auto last = std::make_shared<std::binary_semaphore>(0);
+    environment.cloudFiles->setBeforeOpening([last](const QString& path) {
+        if (path.endsWith(u"49.wav"_s))
+            last->acquire();
+    });
+    const QUrl folder = QUrl::fromLocalFile(music.filePath(u"a"_s));
+    library->importing()->importDroppedURLs({folder});
+    EXPECT_TRUE(library->importing()->isImporting()) << "shown while it searches";
+    EXPECT_LT(library->importing()->importProgress(), 0);
+    library->importing()->importDroppedURLs({folder}); // waits
+    until([&] { return library->store()->size() > 0; });
+
+    library->importing()->stopImport();
+    EXPECT_FALSE(library->importing()->isImporting());
+    const auto came = static_cast<qint64>(library->store()->size());
+    EXPECT_EQ(library->status()->text(), L10n::importStopped(came, ResolvedLanguage::english));
+    EXPECT_EQ(storedPaths().size(), came);
+
+    // The file that hangs holds nobody up.
+    import({music.filePath(u"b"_s)});
+    EXPECT_EQ(library->store()->size(), static_cast<std::size_t>(came) + 1);
+    library->importing()->stopImport();
+    EXPECT_EQ(library->status()->text(), u"Added 1 to playlist"_s) << "there was nothing to stop";
+    last->release();
+}
+
+TEST_F(ImportTest, AFileKnownUnderAnotherPathAddsNothing) {
+    const QString real = wave(u"real/1.wav"_s);
+    wave(u"real/2.wav"_s);
+    const QString link = music.filePath(u"link"_s);
+    ASSERT_TRUE(QFile::link(music.filePath(u"real"_s), link));
+    import({real, link + u"/2.wav"_s});
+    ASSERT_EQ(queued(), (QStringList{u"1"_s, u"2"_s}));
+
+    import({link});
+    EXPECT_EQ(library->status()->text(), u"Already in playlist"_s);
+    EXPECT_EQ(current(), u"1"_s) << "known by its own path";
+    import({music.filePath(u"real/2.wav"_s)});
+    EXPECT_EQ(current(), u"2"_s) << "known by the link's";
+    wave(u"other/1.wav"_s);
+    import({music.path()});
+    EXPECT_EQ(library->status()->text(), u"Added 1, skipped 2"_s);
+    EXPECT_EQ(library->store()->size(), 3U);
+}
+
+// Whatever the queue is made of, and before the library is restored, too.
+TEST_F(ImportTest, ALinkToTheLibraryStandsForIt) {
+    const QStringList known{wave(u"m/Nina/Fern/1.wav"_s), wave(u"m/Nina/Moss/2.wav"_s)};
+    const QString link = music.filePath(u"mlink"_s);
+    ASSERT_TRUE(QFile::link(music.filePath(u"m"_s), link));
+    import({music.filePath(u"m"_s)});
+    library->queue()->assign({library->store()->track(known[0])}, u"Fern"_s);
+    import({link});
+    EXPECT_EQ(library->status()->text(), u"Added 1, skipped 1"_s);
+    EXPECT_EQ(library->queue()->currentPath(), known[1]);
+    EXPECT_EQ(library->store()->size(), 2U);
+    EXPECT_EQ(storedPaths(), known);
+    saveIndex();
+
+    build();
+    library->persistence()->hold();
+    library->importedPaths()->restore();
+    import({link + u"/Nina/Moss/2.wav"_s});
+    EXPECT_EQ(library->queue()->currentPath(), known[1]);
+    EXPECT_EQ(library->store()->track(known[1])->album, u"Moss"_s);
+    EXPECT_EQ(storedPaths(), known);
+}
+
+TEST_F(ImportTest, NamesWhatIsNotThere) {
+    const QString gone = music.filePath(u"gone.wav"_s);
+    import({gone, music.filePath(u"away"_s)});
+    EXPECT_EQ(library->status()->text(), u"Not found: gone.wav and 1 more"_s);
+    EXPECT_TRUE(library->status()->isError());
+    environment.clock.advance(std::chrono::seconds(5));
+    const QString there = wave(u"1.wav"_s);
+    for (const auto& result : {u"Added 1 to playlist"_s, u"Already in playlist"_s}) {
+        import({gone, there});
+        EXPECT_EQ(library->status()->text(), result + u" · Not found: gone.wav"_s);
+        EXPECT_FALSE(library->status()->isError());
+    }
+    import({there});
+    EXPECT_EQ(library->status()->text(), u"Already in playlist"_s);
+}
+
+TEST_F(ImportTest, SaysWhyNothingCameAndHidesNoFailure) {
+    ASSERT_TRUE(QFile::link(u"nowhere"_s, music.filePath(u"gone.wav"_s)));
+    import({music.path()});
+    EXPECT_EQ(library->status()->text(), u"Nothing was added: the files are no longer there"_s);
+    EXPECT_TRUE(library->status()->isError());
+
+    library->importing()->importDroppedURLs({QUrl::fromLocalFile(wave(u"a/1.wav"_s))});
+    library->status()->show(u"Can't play it"_s, true);
+    until([&] { return !library->importing()->isImporting(); });
+    EXPECT_EQ(library->status()->text(), u"Can't play it\nAdded 1 to playlist"_s);
+    EXPECT_TRUE(library->status()->isError());
+    environment.clock.advance(std::chrono::seconds(5));
+    import({wave(u"b/2.wav"_s)});
+    EXPECT_EQ(library->status()->text(), u"Added 1 to playlist"_s);
+    EXPECT_FALSE(library->status()->isError());
 }
 
 TEST_F(ImportTest, ReadsAgainOnceWhatCouldNotBeRead) {

@@ -30,8 +30,10 @@ class FakeEngine final : public TransportEngine {
     double position = 0;
     bool playing = false;
     double trackGain = 0;
+    double pendingGain = 0;
     double volume = 0;
     int opens = 0;
+    int invalidations = 0; ///< of a file that was queued
 
     /// The disk answers. False when it was asked nothing.
     bool answer() {
@@ -90,18 +92,27 @@ class FakeEngine final : public TransportEngine {
             formatOf.value(path) != formatOf.value(file))
             return false;
         pending = path;
-        m_pendingGain = gain;
+        pendingGain = gain;
+        return true;
+    }
+    bool setNextGain(const QString& path, double dB) override {
+        if (pending.isEmpty() || pending != path)
+            return false;
+        pendingGain = dB;
         return true;
     }
     std::optional<QString> adoptPrescheduledTrack() override {
         if (pending.isEmpty())
             return std::nullopt;
         file = std::exchange(pending, QString());
-        trackGain = m_pendingGain;
+        trackGain = pendingGain;
         position = 0;
         return file;
     }
-    void invalidatePreschedule() override { pending.clear(); }
+    void invalidatePreschedule() override {
+        invalidations += pending.isEmpty() ? 0 : 1;
+        pending.clear();
+    }
     void setTrackGain(double dB) override { trackGain = dB; }
     void setVolume(double value) override { volume = value; }
 
@@ -109,8 +120,6 @@ class FakeEngine final : public TransportEngine {
     static Result<> outcome(const std::optional<QString>& failure) {
         return failure ? Result<>(Failure{*failure}) : Result<>();
     }
-
-    double m_pendingGain = 0;
 };
 
 } // namespace halvane::test

@@ -16,10 +16,12 @@ struct Letters final : QueueView {
     std::string files;
     std::optional<std::size_t> at;
     std::vector<bool> played;
+    std::vector<bool> askedFor;
 
     explicit Letters(std::string letters, int current = -1)
         : files(std::move(letters))
-        , played(files.size()) {
+        , played(files.size())
+        , askedFor(files.size()) {
         if (current >= 0)
             at = current;
     }
@@ -29,6 +31,7 @@ struct Letters final : QueueView {
         return std::isupper(files[i]) != 0;
     }
     [[nodiscard]] bool wasPlayed(std::size_t i) const override { return played[i]; }
+    [[nodiscard]] bool isAskedFor(std::size_t i) const override { return askedFor[i]; }
     [[nodiscard]] bool isSameFile(std::size_t i, std::size_t j) const override {
         return files[i] == files[j];
     }

@@ -28,6 +28,7 @@ inline RowState plainRowState() {
 struct TransportFixture {
     explicit TransportFixture(unsigned seed = 1)
         : generator(seed) {
+        progress.beginWatching();
         QObject::connect(&transport, &Transport::playStarted,
                          [this](const QString& path) { ++playCounts[path]; });
         QObject::connect(&transport, &Transport::becameCurrent,

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "library/playback/sleep_timer.h"
 #include "library/playback/transport.h"
 #include "library/playback/transport_fixture.h"
 #include "library/playback/transport_texts.h"
@@ -32,6 +33,13 @@ TEST_F(TransportTest, StartsPausesAndResumesWhereItWas) {
     clock.advance(250ms);
     EXPECT_EQ(progress.elapsedTime(), u"0:50"_s);
     EXPECT_DOUBLE_EQ(progress.progress(), 0.25);
+    progress.endWatching(); // nobody sees it, and it costs nothing
+    engine.position = 60;
+    clock.advance(1s);
+    EXPECT_EQ(progress.elapsedTime(), u"0:50"_s);
+    progress.beginWatching();
+    EXPECT_EQ(progress.elapsedTime(), u"1:00"_s);
+    engine.position = 50;
     play(0); // a click on the current entry pauses it
     EXPECT_FALSE(transport.isPlaying());
     EXPECT_FALSE(progress.isRunning());
@@ -263,6 +271,73 @@ TEST_F(TransportTest, HandsOverWithoutAGap) {
     EXPECT_EQ(current(), 'c');
 }
 
+TEST_F(TransportTest, StopsOnceAfterTheCurrentEntry) {
+    queueOf("abc");
+    play(0);
+    EXPECT_EQ(pending(), 'b');
+    transport.setStopsAfterCurrent(true);
+    EXPECT_EQ(status.text(), u"Stops after this track"_s);
+    EXPECT_EQ(pending(), '-') << "the engine would play on by itself";
+    endTrack();
+    EXPECT_FALSE(transport.isPlaying());
+    EXPECT_FALSE(transport.stopsAfterCurrent());
+    EXPECT_EQ(current(), 'b');
+    EXPECT_EQ(loaded(), '-');
+    EXPECT_EQ(progress.progress(), 0);
+    EXPECT_EQ(playCounts.value(path('b')), 0);
+    EXPECT_EQ(notified, QStringList{u"a"_s});
+
+    transport.togglePlayback();
+    settle();
+    EXPECT_EQ(loaded(), 'b');
+    EXPECT_EQ(playCounts.value(path('b')), 1);
+    endTrack();
+    EXPECT_EQ(current(), 'c');
+    EXPECT_TRUE(transport.isPlaying());
+
+    transport.setStopsAfterCurrent(true); // nothing comes after it
+    endTrack();
+    EXPECT_FALSE(transport.isPlaying());
+    EXPECT_FALSE(transport.stopsAfterCurrent());
+    EXPECT_EQ(current(), 'c');
+
+    play(0);
+    transport.setStopsAfterCurrent(true);
+    transport.setStopsAfterCurrent(false);
+    EXPECT_EQ(pending(), 'b');
+    endTrack();
+    EXPECT_EQ(current(), 'b');
+    EXPECT_TRUE(transport.isPlaying());
+}
+
+TEST_F(TransportTest, ASleepTimerPausesOnce) {
+    SleepTimer sleep(transport, clock, status, language);
+    queueOf("ab");
+    play(0);
+    sleep.setMinutes(30);
+    EXPECT_EQ(status.text(), u"Playback pauses in 30 minutes"_s);
+    clock.advance(20min);
+    sleep.setMinutes(30); // counts from here
+    clock.advance(20min);
+    EXPECT_TRUE(transport.isPlaying());
+    clock.advance(10min);
+    EXPECT_FALSE(transport.isPlaying());
+    EXPECT_EQ(sleep.minutes(), 0);
+    transport.togglePlayback();
+    clock.advance(60min);
+    EXPECT_TRUE(transport.isPlaying());
+
+    QList<int> steps;
+    for (int step = 0; step < 7; ++step) {
+        sleep.advance();
+        steps.append(sleep.minutes());
+    }
+    EXPECT_EQ(steps, (QList<int>{15, 30, 45, 60, 90, 0, 15}));
+    transport.togglePlayback(); // who has paused before is not woken
+    clock.advance(15min);
+    EXPECT_FALSE(transport.isPlaying());
+}
+
 TEST_F(TransportTest, SoundCheckGainIsClamped) {
     queueOf("abc");
     setGains({{'a', 40}, {'b', -30}});
@@ -272,6 +347,27 @@ TEST_F(TransportTest, SoundCheckGainIsClamped) {
     EXPECT_EQ(engine.trackGain, -18);
     play(2);
     EXPECT_EQ(engine.trackGain, 0);
+}
+
+TEST_F(TransportTest, TheSoundCheckSwitchPlansTheNextFileAgain) {
+    queueOf("ab");
+    setGains({{'a', 1}, {'b', 9}});
+    soundCheck.setSoundCheckEnabled(false);
+    play(0);
+    EXPECT_EQ(pending(), 'b') << "both sound as they are";
+    soundCheck.setSoundCheckEnabled(true);
+    settle();
+    EXPECT_EQ(engine.trackGain, 1);
+    EXPECT_EQ(pending(), '-') << "a jump of 8 dB in the middle of the sound";
+    soundCheck.setSoundCheckEnabled(false);
+    settle();
+    EXPECT_EQ(engine.trackGain, 0);
+    EXPECT_EQ(pending(), 'b');
+
+    setGains({{'a', 1}, {'b', 3}});
+    EXPECT_EQ(engine.trackGain, 1);
+    EXPECT_EQ(engine.pendingGain, 3);
+    EXPECT_EQ(engine.invalidations, 1) << "what has been decoded stays, only the gains change";
 }
 
 TEST_F(TransportTest, ScrubbingShowsAndSeekingMoves) {

@@ -13,6 +13,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
 #include <thread>
 
@@ -91,7 +92,7 @@ TEST_F(ThemeTest, ColoursReadBackAsTheVeryNumbers) {
     ThemeSettings restored(preferences, ambient);
     restored.restoreSpectrum();
     restored.restoreTheme();
-    EXPECT_EQ(restored.style().accent, color);
+    EXPECT_EQ(restored.customThemeAccent(), color);
     EXPECT_EQ(restored.customSpectrumColor(), (Color{0.1, 1.0 / 3, 0.3, 1}));
 
     restored.setCustomThemeAccent({std::numeric_limits<double>::infinity(), 0, 0});
@@ -110,6 +111,43 @@ TEST_F(ThemeTest, StoredTextsThatNameNoCaseLeaveTheDefaults) {
     EXPECT_EQ(theme.style(), AppTheme::Style());
     for (const auto& key : keys)
         EXPECT_EQ(*preferences.string(key), u"Gold"_s);
+}
+
+TEST(AccentTest, TextInItIsLegibleAndItsHueStays) {
+    struct Case {
+        const char* name;
+        Color picked;
+        bool stays;
+    };
+    const Case cases[]{
+        {"mint", AppTheme::defaultAccent, true},
+        {"gold", AppTheme::gold, true},
+        {"white", {1, 1, 1}, true},
+        {"black", {0, 0, 0}, false},
+        {"pure blue", {0, 0, 1}, false},
+        {"pure red", {1, 0, 0}, false},
+        {"night blue", {0.16, 0.18, 0.61}, false},
+        {"wine", {0.4, 0.05, 0.15}, false},
+        {"mid grey", {0.4, 0.4, 0.4}, false},
+        {"vivid violet", {0.45, 0.1, 0.9}, false},
+    };
+    EXPECT_NEAR(AppTheme::contrast({1, 1, 1}, {0, 0, 0}), 21, 1e-9);
+    EXPECT_NEAR(AppTheme::contrast({0.4, 0.4, 0.4}, {1, 1, 1}), 5.74, 0.01);
+    for (const auto& [name, picked, stays] : cases) {
+        SCOPED_TRACE(name);
+        const Color shown = AppTheme::legible(picked);
+        EXPECT_EQ(shown == picked, stays);
+        for (const Color& surface :
+             {AppTheme::defaultWindowBackground, AppTheme::sidebarBackground, AppTheme::panel,
+              AppTheme::controlBackground, AppTheme::panelRaised})
+            EXPECT_GE(AppTheme::contrast(shown, surface), 4.5);
+        EXPECT_GE(AppTheme::contrast(Color{0.03, 0.05, 0.05}, shown), 4.5) << "text on it";
+        if (hsbOf(shown).saturation > 0.01) {
+            EXPECT_NEAR(hsbOf(shown).hue, hsbOf(picked).hue, 1e-6);
+        }
+    }
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    EXPECT_TRUE(std::isnan(AppTheme::legible({nan, 0, 0}).red));
 }
 
 TEST_F(ThemeTest, TheAccentFollowsTheArtworkOnlyWhereItIsAskedTo) {

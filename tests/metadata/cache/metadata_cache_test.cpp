@@ -71,6 +71,9 @@ TEST_F(MetadataCacheTest, GivesBackWhatItSaved) {
     QueueItem full = item(touch(u"a.flac"_s));
     full.coverImageData = Artwork::fromBytes("picture");
     full.fileSize = 7;
+    full.albumTags = {u"The Band"_s,
+                      std::make_shared<SortNames>(SortNames{u"L"_s, u"Band, The"_s, u"Walk"_s}), 2,
+                      65535};
     QueueItem bare = item(touch(u"b.flac"_s));
     bare.durationSeconds.reset();
     bare.coverURL.reset();
@@ -107,7 +110,9 @@ TEST_F(MetadataCacheTest, GivesBackWhatItSaved) {
     EXPECT_EQ(record[u"fileSize"_s].toInteger(), full.fileSize);
     EXPECT_EQ(record[u"coverURLPath"_s].toString(), u"/m/cover.jpg"_s);
     EXPECT_TRUE(record[u"hasEmbeddedArtwork"_s].toBool());
-    EXPECT_EQ((&record == &one ? other : one).keys().size(), 12);
+    EXPECT_EQ(record[u"albumArtist"_s].toString(), u"The Band"_s);
+    EXPECT_EQ(record[u"readerVersion"_s].toInteger(), currentReaderVersion);
+    EXPECT_EQ((&record == &one ? other : one).keys().size(), 13);
 }
 
 TEST_F(MetadataCacheTest, KnowsHitsMissesAndWhatIsGone) {
@@ -167,6 +172,9 @@ TEST_F(MetadataCacheTest, AnIndexThatIsNotOneIsEmpty) {
     const std::pair<QByteArray, int> rows[] = {
         {"[" + good + "}]", 1},
         {"[" + good + R"(,"mood":{"calm":[1]},"durationSeconds":null}])", 1},
+        {"[" + good + R"(,"trackNumber":7,"albumSort":"A"}])", 1},
+        {"[" + good + R"(,"trackNumber":-7}])", 0},
+        {"[" + good + R"(,"discNumber":70000}])", 0},
         {with(R"("quality":"FLAC",)", ""), 0},
         {with("\"year\":0", "\"year\":\"0\""), 0},
         {with("false", "0"), 0},

@@ -4,9 +4,14 @@
 import os, shutil, struct, subprocess, sys
 from mutagen.aiff import AIFF
 from mutagen.apev2 import APEv2
+from mutagen.asf import ASF, ASFByteArrayAttribute
 from mutagen.flac import FLAC, Picture
-from mutagen.id3 import APIC, ID3, TALB, TCON, TDRC, TIT2, TPE1
+from mutagen.id3 import APIC, ID3, TALB, TCMP, TCON, TDRC, TIT2, TPE1, TPE2, TPOS, TRCK, TSO2, TSOA, TSOP
 from mutagen.mp4 import MP4, MP4Cover, MP4FreeForm
+from mutagen.oggflac import OggFLAC
+from mutagen.oggopus import OggOpus
+from mutagen.oggspeex import OggSpeex
+from mutagen.oggvorbis import OggVorbis
 from mutagen.wave import WAVE
 
 out = sys.argv[1]
@@ -45,6 +50,41 @@ ff("-i", "tone.wav", "-c:a", "pcm_s16be", "-metadata", "title=Lamplight", "-meta
    "artist=The Lanterns", "-metadata", "album=Night Walk", "pcm.caf")
 ff("-i", "tone.wav", "-c:a", "alac", "alac.caf")
 ff("-i", "tone.wav", "-movflags", "frag_keyframe+empty_moov", "fragmented.m4a")
+for name, codec in (("vorbis.ogg", "libvorbis"), ("bare.opus", "libopus"), ("flac.oga", "flac"), ("bare.wv", "wavpack"), ("bare.tta", "tta"), ("bare.wma", "wmav2")):
+    ff("-i", "tone.wav", "-c:a", codec, "-map_metadata", "-1", name)
+ff("-i", "tone.wav", "-af", "apad=pad_dur=0.1", "-c:a", "libspeex", "-map_metadata", "-1", "speex.ogg")
+ff("-i", "deep.wav", "-c:a", "wavpack", "deep.wv")
+run("mpcenc", "--silent", "--overwrite", "tone.wav", "bare.mpc")
+# One-bit sound: silence, which is a bit pattern of its own, of 2 seconds at 64 times 44.1 kHz.
+DSD_RATE, DSD_BYTES = 2822400, 705600
+
+
+def dsf(tag=b""):
+    sound = b"\x69" * (4096 * 2 * (DSD_BYTES // 4096 + 1))
+    data = b"data" + struct.pack("<Q", 12 + len(sound)) + sound
+    fmt = b"fmt " + struct.pack("<QIIIIIIQII", 52, 1, 0, 2, 2, DSD_RATE, 1, DSD_BYTES * 8, 4096, 0)
+    size = 28 + len(fmt) + len(data)
+    return b"DSD " + struct.pack("<QQQ", 28, size + len(tag), size if tag else 0) + fmt + data + tag
+
+
+def chunk(name, body):
+    return name + struct.pack(">Q", len(body)) + body + b"\0" * (len(body) % 2)
+
+
+def dff(behind=b""):
+    kind = chunk(b"FS  ", struct.pack(">I", DSD_RATE)) + chunk(b"CHNL", struct.pack(">H", 2) + b"SLFTSRGT") + chunk(
+        b"CMPR", b"DSD \x0enot compressed\0")
+    body = b"DSD " + chunk(b"FVER", b"\1\5\0\0") + chunk(b"PROP", b"SND " + kind) + chunk(b"DSD ", b"\x69" * DSD_BYTES * 2)
+    return chunk(b"FRM8", body + behind)
+
+
+open("bare.dsf", "wb").write(dsf())
+open("bare.dff", "wb").write(dff())
+# Monkey's Audio: a header of version 3.99 and one block of silence, 2 seconds long.
+SILENT_BLOCK = struct.pack(">II", 0x80000000, 3 << 24)
+open("bare.ape", "wb").write(
+    b"MAC " + struct.pack("<HHIIIIIII16s", 3990, 0, 52, 24, 4, 44, 0, len(SILENT_BLOCK), 0, b"\0" * 16)
+    + struct.pack("<HHIIIHHI", 1000, 0, 73728 * 4, 88200, 1, 16, 2, 44100) + struct.pack("<I", 80) + SILENT_BLOCK)
 # Names that mislead.
 copy("bare_alac.m4a", "really_mp4.alac")
 copy("bare.flac", "really_flac.mp3")
@@ -52,6 +92,7 @@ copy("bare_aac.m4a", "really_mp4.aac")
 copy("bare_aac.m4a", "book.m4b")
 copy("bare.aiff", "short.aif")
 copy("bare.mp3", "noext")
+copy("vorbis.ogg", "really_vorbis.mp3")
 # ADIF: no copyright, original, home 0, constant rate of 16,000 bits a second, one program, buffer
 # fullness 0, instance 0, profile LC, 44.1 kHz.
 bits = "0" "0" "0" "0" + format(16000, "023b") + "0000" + "0" * 20 + "0000" + "01" + "0100"
@@ -114,7 +155,13 @@ with_tag("latin.mp3", id3(3, [(b"TIT2", latin("Jää à l'été")), (b"TPE1", la
                               (b"TALB", latin("¿Qué? «Señor» Ænima"))]))
 with_tag("utf8_as_latin.mp3", id3(3, [(b"TIT2", b"\0" + "Кино".encode()), (b"TPE1", b"\0" + "Beyoncé".encode()),
                                       (b"TALB", b"\0" + "夜曲".encode())]))
+apic = lambda kind, data: (b"APIC", b"\0image/png\0" + bytes([kind]) + b"\0" + data)
+with_tag("kinds.mp3", id3(3, [(b"TIT2", latin("Lamplight")), apic(6, PNG), apic(0, JPEG), apic(4, PNG), apic(8, PNG)]))
 with_tag("link_picture.mp3", id3(3, [(b"TIT2", latin("Lamplight")), (b"APIC", b"\0-->\0\x03\0http://nowhere")]))
+# A frame without content, and pictures so large that the texts behind them are far away.
+with_tag("empty_frame.mp3", id3(3, [(b"POPM", b"")] + [(n, latin(t)) for n, t in TEXT]))
+with_tag("large_picture.mp3", id3(3, [(b"APIC", b"\0image/jpeg\0\x03\0" + JPEG.ljust(45 << 20, b"\0"))]
+                                  + [(n, latin(t)) for n, t in TEXT]))
 with_tag("empty_picture.mp3", id3(3, [(b"TIT2", latin("Lamplight")), (b"APIC", b"\0image/jpeg\0\x03\0")]))
 
 t = ID3()
@@ -129,6 +176,8 @@ p = APEv2(); p["Title"], p["Artist"], p["Album"], p["Genre"], p["Year"] = "Lampl
 from mutagen.apev2 import APEBinaryValue
 p["Cover Art (Front)"] = APEBinaryValue(b"front.jpg\0" + JPEG)
 p.save(copy("bare.mp3", "ape.mp3"))
+tail = open("ape.mp3", "rb").read()[os.path.getsize("bare.mp3"):]
+with_tag("ape_in_front.mp3", tail[:-128] if tail[-128:-125] == b"TAG" else tail)
 run("lame", "--quiet", "-b", "128", "--tt", "Lamplight", "--ta", "The Lanterns", "--tl", "Night Walk", "--ty", "2019",
     "--tg", "Folk", "--add-id3v2", "tone.wav", "lame.mp3")
 ff("-i", "tone.wav", "-metadata", "title=Lamplight", "-metadata", "artist=The Lanterns", "-metadata", "album=Night Walk",
@@ -143,11 +192,104 @@ for kind, data in ((4, PNG), (3, JPEG), (4, PNG)):
     picture = Picture(); picture.type, picture.mime, picture.data = kind, "image/jpeg", data
     f.add_picture(picture)
 f.save()
+picture = b"\0\0\0\x03" + b"\0\0\0\x0aimage/jpeg" + b"\0" * 20 + struct.pack(">I", 14 << 20) + JPEG.ljust(14 << 20, b"\0")
+tagged, info = open("metaflac.flac", "rb").read(), 4 + 38
+with open("pictures_first.flac", "wb") as flac:
+    flac.write(tagged[:info])
+    for _ in range(9):
+        flac.write(b"\x06" + struct.pack(">I", len(picture))[1:] + picture)
+    flac.write(tagged[info:])
 m = MP4(copy("bare_aac.m4a", "mutagen.m4a"))
 m["\xa9nam"], m["\xa9ART"], m["\xa9alb"], m["\xa9gen"], m["\xa9day"] = "Lamplight", "The Lanterns", "Night Walk", "Folk", "2019-04-01T07:00:00Z"
 m["----:com.apple.iTunes:TITLE"] = [MP4FreeForm(b"Not this")]
 m["covr"] = [MP4Cover(JPEG, MP4Cover.FORMAT_JPEG), MP4Cover(PNG, MP4Cover.FORMAT_PNG)]
 m.save()
+
+import base64
+front, back = Picture(), Picture()
+front.type, front.mime, front.data = 3, "image/jpeg", JPEG
+back.type, back.mime, back.data = 4, "image/png", PNG
+FIELDS = {"title": "Lamplight", "artist": "The Lanterns", "album": "Night Walk", "genre": "Folk"}
+for base, name, kind in (("vorbis.ogg", "tagged.ogg", OggVorbis), ("bare.opus", "tagged.opus", OggOpus),
+                         ("flac.oga", "tagged.oga", OggFLAC), ("speex.ogg", "tagged_speex.ogg", OggSpeex),
+                         ("vorbis.ogg", "tagged_vorbis.mp3", OggVorbis)):
+    o = kind(copy(base, name))
+    o.update(FIELDS)
+    o["date"] = "2019-04-01"
+    o["metadata_block_picture"] = [base64.b64encode(picture.write()).decode() for picture in (front, back)]
+    o.save()
+# A second song behind the first, as a recorded broadcast has it.
+ff("-i", "tone.wav", "-c:a", "libvorbis", "-metadata", "title=Second", "-metadata", "artist=Others", "second.ogg")
+open("chained.ogg", "wb").write(open("tagged.ogg", "rb").read() + open("second.ogg", "rb").read())
+for name in ("tagged.wv", "tagged.mpc", "tagged.ape", "ape.tta"):
+    p.save(copy("bare." + name.split(".")[1], name))
+t.save(copy("bare.tta", "tagged.tta"), v1=0)
+w = ASF(copy("bare.wma", "tagged.wma"))
+w["Title"], w["Author"], w["WM/AlbumTitle"], w["WM/Genre"], w["WM/Year"] = "Lamplight", "The Lanterns", "Night Walk", "Folk", "2019"
+w["WM/Picture"] = [ASFByteArrayAttribute(struct.pack("<bI", kind, len(data)) + "image/jpeg\0".encode("utf-16-le") + b"\0\0" + data)
+                   for kind, data in ((3, JPEG), (4, PNG))]
+w.save()
+t.save("tag.id3", v1=0)
+TAG = open("tag.id3", "rb").read()
+open("tagged.dsf", "wb").write(dsf(TAG))
+open("tagged.dff", "wb").write(dff(chunk(b"ID3 ", TAG)))
+text = lambda s: struct.pack(">I", len(s)) + s
+open("diin.dff", "wb").write(dff(chunk(b"DIIN", chunk(b"DITI", text(b"Lamplight")) + chunk(b"DIAR", text(b"The Lanterns")))))
+
+# A place in an album, in each container: whole, by two artists, and two artists of a compilation.
+PLACE = {"albumartist": "The Band", "discnumber": "2/3", "tracknumber": "03/12", "artistsort": "Singer, A",
+         "albumartistsort": "Band, The", "albumsort": "Walk, Night"}
+ID3_NAMES = {"albumartist": TPE2, "discnumber": TPOS, "tracknumber": TRCK, "artistsort": TSOP, "albumartistsort": TSO2,
+             "albumsort": TSOA, "compilation": TCMP}
+APE_NAMES = {"discnumber": "Disc", "tracknumber": "Track", "albumartist": "Album Artist"}
+MP4_NAMES = {"albumartist": "aART", "artistsort": "soar", "albumartistsort": "soaa", "albumsort": "soal"}
+KINDS = {"whole": (["A Singer"], PLACE), "duet": (["One", "Two"], {}), "sampler": (["One", "Two"], {"compilation": "1"})}
+
+
+def set_id3(tags, artists, place):
+    tags.add(TPE1(3, artists))
+    for key, value in place.items():
+        tags.add(ID3_NAMES[key](3, [value]))
+
+
+for kind, (artists, place) in KINDS.items():
+    for version in (3, 4):
+        t = ID3()
+        set_id3(t, artists, place)
+        t.save(copy("bare.mp3", f"{kind}_v2{version}.mp3"), v2_version=version, v23_sep=None)
+    t.save(copy("bare.aac", f"{kind}.aac"), v1=0)
+    for base, file in (("tone.wav", WAVE), ("bare.aiff", AIFF)):
+        f = file(copy(base, kind + os.path.splitext(base)[1])); f.add_tags(); set_id3(f.tags, artists, place); f.save()
+    f = FLAC(copy("bare.flac", f"{kind}.flac")); f["artist"] = artists; f.update(place); f.save()
+    f = APEv2(); f["Artist"] = artists
+    for key, value in place.items():
+        f[APE_NAMES.get(key, key)] = value
+    f.save(copy("bare.mp3", f"{kind}_ape.mp3"))
+    f = MP4(copy("bare_aac.m4a", f"{kind}.m4a")); f["\xa9ART"] = artists
+    for key, value in place.items():
+        if key in ("discnumber", "tracknumber"):
+            f["disk" if key == "discnumber" else "trkn"] = [tuple(int(part) for part in value.split("/"))]
+        elif key == "compilation":
+            f["cpil"] = True
+        else:
+            f[MP4_NAMES[key]] = value
+    f.save()
+with_tag("whole_v22.mp3", id3(2, [(n, latin(v)) for n, v in (
+    (b"TP1", "A Singer"), (b"TP2", "The Band"), (b"TPA", "2/3"), (b"TRK", "3"), (b"TSP", "Singer, A"),
+    (b"TS2", "Band, The"), (b"TSA", "Walk, Night"))]))
+with_tag("frames.mp3", id3(4, [(b"TPE1", b"\3One"), (b"TPE1", b"\3Two"), (b"TRCK", b"\3A3"), (b"TPOS", b"\0000")]))
+with_tag("gbk_band.mp3", id3(3, [(n, b"\0" + v.encode("gbk")) for n, v in (
+    (b"TIT2", "夜曲"), (b"TPE1", "周杰伦"), (b"TPE2", "华语群星"), (b"TSOA", "十一月的萧邦"))]))
+f = FLAC(copy("bare.flac", "spaced.flac")); f["artist"], f["album artist"], f["compilation"] = "One", "The Band", "1"; f.save()
+f = FLAC(copy("bare.flac", "twice.flac")); f["artist"], f["tracknumber"] = ["One", " One ", ""], "70000"; f.save()
+f = FLAC(copy("bare.flac", "no_sampler.flac")); f["artist"], f["compilation"] = "One", "0"; f.save()
+ff("-i", "tone.wav", "-metadata", "artist=A Singer", "-metadata", "track=3/12", "track.wav")
+ff("-i", "tone.wav", "-c:a", "pcm_s16be", *(part for key, value in (
+    ("artist", "A Singer"), ("album_artist", "The Band"), ("disc", "2"), ("track number", "3"))
+    for part in ("-metadata", f"{key}={value}")), "whole.caf")
+os.makedirs("CD 2", exist_ok=True)
+shutil.copyfile("duet.flac", "CD 2/duet.flac")
+shutil.copyfile("whole.flac", "CD 2/whole.flac")
 
 # Wrong on purpose.
 open("empty.mp3", "wb").close()

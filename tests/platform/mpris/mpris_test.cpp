@@ -85,7 +85,10 @@ NowPlayingInfo someTrack() {
             .title = u"Title"_s,
             .artist = u"Artist"_s,
             .albumTitle = u"Album"_s,
+            .albumArtist = u"Band"_s,
             .genre = u"Jazz"_s,
+            .discNumber = 1,
+            .trackNumber = 2,
             .elapsedSeconds = 1.5,
             .playbackRate = 1,
             .durationSeconds = 200.25,
@@ -195,9 +198,12 @@ TEST_F(Mpris, MetadataIsTypedAndEncoded) {
     const auto argument = client.get(playerInterface, u"Metadata"_s).value<QDBusArgument>();
     const auto metadata = qdbus_cast<QVariantMap>(argument);
     const QMap<QString, QString> signatures{
-        {u"mpris:trackid"_s, u"o"_s}, {u"mpris:length"_s, u"x"_s}, {u"mpris:artUrl"_s, u"s"_s},
-        {u"xesam:title"_s, u"s"_s},   {u"xesam:album"_s, u"s"_s},  {u"xesam:artist"_s, u"as"_s},
-        {u"xesam:genre"_s, u"as"_s},  {u"xesam:url"_s, u"s"_s}};
+        {u"mpris:trackid"_s, u"o"_s},      {u"mpris:length"_s, u"x"_s},
+        {u"mpris:artUrl"_s, u"s"_s},       {u"xesam:title"_s, u"s"_s},
+        {u"xesam:album"_s, u"s"_s},        {u"xesam:artist"_s, u"as"_s},
+        {u"xesam:genre"_s, u"as"_s},       {u"xesam:url"_s, u"s"_s},
+        {u"xesam:albumArtist"_s, u"as"_s}, {u"xesam:discNumber"_s, u"i"_s},
+        {u"xesam:trackNumber"_s, u"i"_s}};
     EXPECT_EQ(metadata.keys(), signatures.keys());
     for (auto it = metadata.cbegin(); it != metadata.cend(); ++it)
         EXPECT_EQ(signatureOf(it.value()), signatures[it.key()]) << it.key().toStdString();

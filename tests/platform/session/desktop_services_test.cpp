@@ -2,6 +2,7 @@
 #include "platform/session/dbus_notifications.h"
 #include "platform/session/dbus_sleep_inhibitor.h"
 #include "platform/session/file_manager.h"
+#include "platform/session/motion_preference.h"
 #include "platform/session/portal_file_chooser.h"
 #include "platform/session/session_bus.h"
 #include "platform/session/single_instance.h"
@@ -209,6 +210,48 @@ TEST_F(DesktopServices, WithoutAServerNothingHappens) {
     EXPECT_THAT(server.shown(), IsEmpty()) << "what nobody could show is not shown late";
 }
 
+TEST_F(DesktopServices, AnyOfTheDesktopsWaysAsksForLessMotion) {
+    Service portal(bus, u"org.freedesktop.portal.Desktop"_s);
+    QVariantMap values; // by key
+    portal.answers[u"Read"_s] = [&](const QDBusMessage& message) {
+        const QDBusVariant value(values.value(message.arguments().at(1).toString(), QString()));
+        return QVariantList{QVariant::fromValue(QDBusVariant(QVariant::fromValue(value)))};
+    };
+    const struct {
+        QString group, key;
+        QVariant little, usual;
+    } ways[]{
+        {u"org.freedesktop.appearance"_s, u"reduced-motion"_s, QVariant::fromValue<uint>(1),
+         QVariant::fromValue<uint>(0)},
+        {u"org.gnome.desktop.interface"_s, u"enable-animations"_s, false, true},
+        {u"org.kde.kdeglobals.KDE"_s, u"AnimationDurationFactor"_s, u"0"_s, u"1"_s},
+    };
+    int asked = 0;
+    for (const auto& way : ways) {
+        SCOPED_TRACE(qPrintable(way.key));
+        values = {{way.key, way.little}};
+        MotionPreference motion(program.name());
+        EXPECT_FALSE(motion.isReduced());
+        EXPECT_TRUE(waitFor([&] { return motion.isReduced(); }));
+        ASSERT_TRUE(waitForCount(portal, u"Read"_s, asked += 3));
+        settle(program); // it has got all answers
+        const auto tell = [&](const QString& group, const QVariant& value) {
+            auto signal = QDBusMessage::createSignal(u"/org/freedesktop/portal/desktop"_s,
+                                                     u"org.freedesktop.portal.Settings"_s,
+                                                     u"SettingChanged"_s);
+            EXPECT_TRUE(portal.bus.send(signal << group << way.key
+                                               << QVariant::fromValue(QDBusVariant(value))))
+                << portal.bus.lastError().message().toStdString();
+        };
+        tell(u"org.example"_s, way.usual);
+        settle(portal.bus);
+        settle(program);
+        EXPECT_TRUE(motion.isReduced());
+        tell(way.group, way.usual);
+        EXPECT_TRUE(waitFor([&] { return !motion.isReduced(); }));
+    }
+}
+
 TEST_F(DesktopServices, SuspendIsHeldOffByThePortalOnlyWhilePlaying) {
     Service portal(bus, u"org.freedesktop.portal.Desktop"_s);
     const QDBusObjectPath request(u"/org/freedesktop/portal/desktop/request/1/x"_s);
@@ -309,6 +352,11 @@ class FallbackChooser final : public FileChooser {
         asked.append(request.title);
         chosen({u"/fallback"_s});
     }
+    void chooseTarget(const FileTargetRequest& request,
+                      std::function<void(const QString&)> chosen) override {
+        asked.append(request.title);
+        chosen(u"/fallback.m3u8"_s);
+    }
     QStringList asked;
 };
 
@@ -317,14 +365,19 @@ class FallbackChooser final : public FileChooser {
 TEST_F(DesktopServices, FilesAreChosenInThePortalsPanel) {
     Service portal(bus, u"org.freedesktop.portal.Desktop"_s);
     QString handle;
-    portal.answers[u"OpenFile"_s] = [&](const QDBusMessage& message) {
-        const auto options = qdbus_cast<QVariantMap>(message.arguments()[2].value<QDBusArgument>());
+    const auto optionsOf = [](const QDBusMessage& message) {
+        return qdbus_cast<QVariantMap>(message.arguments()[2].value<QDBusArgument>());
+    };
+    const auto begin = [&](const QDBusMessage& message) {
         const auto sender = message.service().mid(1).replace(u'.', u'_');
         handle = u"/org/freedesktop/portal/desktop/request/%1/%2"_s.arg(
-            sender, options[u"handle_token"_s].toString());
-        EXPECT_TRUE(options[u"multiple"_s].toBool());
-        EXPECT_TRUE(options[u"directory"_s].toBool());
+            sender, optionsOf(message)[u"handle_token"_s].toString());
         return QVariantList{QVariant::fromValue(QDBusObjectPath(handle))};
+    };
+    portal.answers[u"OpenFile"_s] = [&](const QDBusMessage& message) {
+        EXPECT_TRUE(optionsOf(message)[u"multiple"_s].toBool());
+        EXPECT_TRUE(optionsOf(message)[u"directory"_s].toBool());
+        return begin(message);
     };
     FallbackChooser fallback;
     PortalFileChooser chooser(
@@ -355,7 +408,21 @@ TEST_F(DesktopServices, FilesAreChosenInThePortalsPanel) {
     EXPECT_THAT(chosen, ElementsAre(QStringList{u"/music/歌 #1"_s, u"/b"_s}));
     EXPECT_THAT(fallback.asked, IsEmpty());
 
+    portal.answers[u"SaveFile"_s] = [&](const QDBusMessage& message) {
+        EXPECT_EQ(optionsOf(message)[u"current_name"_s].toString(), u"夜.m3u8"_s);
+        return begin(message);
+    };
+    const FileTargetRequest target{u"Export"_s, u"Export"_s, u"夜.m3u8"_s};
+    QString written;
+    chooser.chooseTarget(target, [&](const QString& path) { written = path; });
+    ASSERT_TRUE(waitForCount(portal, u"SaveFile"_s, 1));
+    respond(0, {u"file:///lists/%E5%A4%9C.xspf"_s});
+    ASSERT_TRUE(waitFor([&] { return !written.isEmpty(); }));
+    EXPECT_EQ(written, u"/lists/夜.xspf"_s);
+
     portal.disappear();
+    chooser.chooseTarget(target, [&](const QString& path) { written = path; });
+    ASSERT_TRUE(waitFor([&] { return written == u"/fallback.m3u8"_s; }));
     chooser.choose(request, [&](const QStringList& paths) { chosen.append(paths); });
     ASSERT_TRUE(waitFor([&] { return chosen.size() == 2; }));
     EXPECT_EQ(chosen.last(), QStringList{u"/fallback"_s});

@@ -12,6 +12,7 @@ PressableBase {
     property bool isPrimary
     property bool isQuiet
     property color quietColor: Theme.secondaryText
+    property real corner: Theme.radiusSmall
     readonly property real inset: root.isQuiet ? Theme.gapSmall : Theme.gap
 
     implicitWidth: words.implicitWidth + 2 * root.inset
@@ -42,15 +43,18 @@ PressableBase {
         }
     }
     background: Rectangle {
-        radius: Theme.radiusSmall
+        radius: root.corner
         color: root.isPrimary ? Theme.accent : root.isQuiet ? "transparent" : root.fill
 
         Rectangle {
             anchors.fill: parent
-            radius: Theme.radiusSmall
+            radius: root.corner
             color: root.pressed ? Theme.pressWash : Theme.hoverWash
             visible: root.hovered || root.pressed
         }
-        FocusRing { shown: root.visualFocus }
+        FocusRing {
+            shown: root.visualFocus
+            corner: root.corner
+        }
     }
 }

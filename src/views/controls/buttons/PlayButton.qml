@@ -10,6 +10,7 @@ SymbolButton {
 
     symbol: Library.transport.isPlaying ? "pause.fill" : "play.fill"
     tip: Library.transport.isPlaying ? Strings.pause : Strings.play
+    keys: App.keysOf(CommandKind.PlayPause)
     fill: root.discColor
     symbolColor: Theme.onAccent
     scale: root.pressed ? 0.96 : 1

@@ -11,6 +11,7 @@ Operable {
 
     property string text
     property string tip
+    property string keys // which do the same, as the menus name them
     property font font: Theme.body
     property Item contentItem: null
     property Item background: null
@@ -63,6 +64,6 @@ Operable {
     }
     Tip {
         shown: root.hovered && !root.pressed && !touch.isAnswered
-        text: root.tip
+        text: root.keys.length > 0 ? root.tip + " (" + root.keys + ")" : root.tip
     }
 }

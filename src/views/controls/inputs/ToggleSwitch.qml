@@ -14,6 +14,10 @@ T.Switch {
         root.toggle()
         root.toggled()
     }
+    // Called for a screen reader's action of that name, which by itself would only turn what is shown.
+    function accessibleToggleAction(): void {
+        root.flip()
+    }
 
     implicitWidth: 36
     implicitHeight: 20

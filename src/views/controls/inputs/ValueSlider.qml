@@ -12,12 +12,24 @@ T.Slider {
     property string spokenValue
     required property real shown
     property bool follows: true // what is shown
+    property real thickness: 4
+    property bool hasHandle: true
+    property string bubble // what stands over the line while a pointer is on it
+    property real bubbleAt: root.visualPosition // 0...1
+    property bool showsBubble: root.isPointedAt
+    readonly property bool isPointedAt: root.enabled && (root.hovered || root.pressed)
+    // The place that a press would choose, or that the hand holds.
+    readonly property real pointed: root.pressed ? root.value / root.to : root.placeOf(hover.point.position.x)
     // Where assistive technology looks for the ends.
     readonly property real minimumValue: root.from
     readonly property real maximumValue: root.to
 
     // Whoever moves it, by hand, by key or through assistive technology, which only sets the value.
     signal asked(real value)
+
+    function placeOf(x: real): real {
+        return Math.max(0, Math.min(1, (x - root.leftPadding - root.handle.width / 2) / (root.availableWidth - root.handle.width)))
+    }
 
     implicitWidth: 120
     implicitHeight: 20
@@ -47,7 +59,11 @@ T.Slider {
         height: width
         radius: width / 2
         color: Theme.disc
+        opacity: root.hasHandle ? 1 : 0
         scale: root.pressed ? 1.15 : root.hovered ? 1.08 : 1
+        Behavior on opacity {
+            NumberAnimation { duration: Theme.quick; easing.type: Easing.OutQuad }
+        }
         Behavior on scale {
             NumberAnimation { duration: Theme.quick; easing.type: Easing.OutQuad }
         }
@@ -57,7 +73,7 @@ T.Slider {
         x: root.leftPadding
         y: root.topPadding + (root.availableHeight - height) / 2
         width: root.availableWidth
-        height: 4
+        height: root.thickness
         radius: height / 2
         color: Theme.groove
 
@@ -67,5 +83,13 @@ T.Slider {
             radius: height / 2
             color: root.fill
         }
+    }
+
+    HoverHandler { id: hover }
+    ValueBubble {
+        visible: root.showsBubble && root.bubble.length > 0
+        x: Math.round(root.leftPadding + root.handle.width / 2 + root.bubbleAt * (root.availableWidth - root.handle.width) - width / 2)
+        y: Math.round(root.height / 2) - height - 4
+        text: root.bubble
     }
 }

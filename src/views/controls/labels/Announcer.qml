@@ -6,12 +6,14 @@ import QtQuick
 Text {
     id: root
 
+    property string coming
+
+    // What comes at once is read out as one: another notification would silence the one before.
     function say(words: string): void {
-        if (words.length === 0)
+        if (words.length === 0 || words === root.coming)
             return
-        root.visible = false
-        root.text = words
-        root.visible = true
+        root.coming += (root.coming.length > 0 ? ". " : "") + words
+        gathering.start()
     }
 
     width: 1
@@ -22,4 +24,15 @@ Text {
     textFormat: Text.PlainText
     Accessible.role: Accessible.Notification
     Accessible.name: root.text
+
+    Timer {
+        id: gathering
+        interval: 0
+        onTriggered: {
+            root.visible = false
+            root.text = root.coming
+            root.coming = ""
+            root.visible = true
+        }
+    }
 }

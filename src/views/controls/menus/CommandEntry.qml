@@ -12,7 +12,9 @@ MenuEntry {
     detail: root.command.isSeparator ? "" : root.command.shortcutText
     enabled: !root.command.isSeparator && root.command.enabled
     implicitHeight: root.command.isSeparator ? Theme.menuLineHeight : Theme.controlHeight
-    Accessible.ignored: root.command.isSeparator
+    isLine: root.command.isSeparator
+    Accessible.ignored: root.isLine
+    Accessible.role: root.isLine ? Accessible.Separator : Accessible.MenuItem // Qt 6.8 shows what is ignored here
     onTriggered: root.command.trigger()
 
     Rectangle {

@@ -10,6 +10,7 @@ T.MenuItem {
     property string symbol
     property string detail
     property bool isDestructive
+    property bool isLine // between two groups, and no entry
     readonly property string mark: root.checked ? "checkmark" : root.symbol
     readonly property bool hasExtra: root.detail.length > 0 || root.subMenu !== null
     readonly property real inset: Theme.gapSmall

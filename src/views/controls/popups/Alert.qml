@@ -15,6 +15,7 @@ Popover {
     property string placeholder
     property bool isDestructive
     readonly property bool asksForText: root.placeholder.length > 0
+    readonly property bool canAnswer: !root.asksForText || field.text.trim().length > 0
 
     signal accepted(string text)
 
@@ -30,6 +31,8 @@ Popover {
         }
     }
     function answer(): void {
+        if (!root.canAnswer)
+            return
         root.close()
         root.accepted(field.text)
     }
@@ -84,6 +87,7 @@ Popover {
                 onClicked: root.close()
             }
             PillButton {
+                enabled: root.canAnswer
                 text: root.acceptText
                 isPrimary: !root.isDestructive
                 textColor: root.isDestructive ? Theme.warmAccent : Theme.primaryText

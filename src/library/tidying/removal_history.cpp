@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+#include "library/tidying/removal_history.h"
+
+#include "library/catalog/catalog_publisher.h"
+#include "library/import/imported_paths.h"
+#include "library/playback/transport.h"
+#include "library/status_line.h"
+#include "library/tidying/tidying.h"
+#include "library/undo_history.h"
+#include "library/user/language_setting.h"
+#include "platform/thread_check.h"
+#include "presentation/l10n.h"
+
+namespace halvane {
+
+using Subject = UndoHistory::Subject;
+
+RemovalHistory::RemovalHistory(const RemovalNeeds& needs, UndoHistory& history, StatusLine& status,
+                               const LanguageSetting& language, QObject* parent)
+    : QObject(parent)
+    , m_needs(needs)
+    , m_history(history)
+    , m_status(status)
+    , m_language(language) {
+    connect(&needs.tidying, &Tidying::removing, this, &RemovalHistory::remember);
+    connect(&needs.playlists, &Playlists::deleting, this, &RemovalHistory::rememberPlaylist);
+    connect(&needs.playlists, &Playlists::removingPath, this, &RemovalHistory::rememberPath);
+    connect(&needs.queue, &PlayQueue::replaced, this, [this] { ++m_queuesMade; });
+}
+
+void RemovalHistory::remember(const QStringList& paths) {
+    assertOwnThread(*this);
+    Lost lost;
+    lost.tracks = m_needs.store.placed(paths);
+    if (lost.tracks.empty())
+        return;
+    QSet<const Track*> records;
+    QSet<QString> known;
+    for (const auto& [row, track] : lost.tracks) {
+        const QString path = track->path();
+        records.insert(track.get());
+        known.insert(path);
+        if (const auto said = m_needs.userData.said(path); said != TrackUserData::Said())
+            lost.said.emplace_back(path, said);
+    }
+    lost.places = m_needs.playlists.placesOf(known);
+    lost.entries = m_needs.queue.pieces(m_needs.queue.rowsOf(records));
+    lost.queueMade = m_queuesMade;
+    const QString message = L10n::removedFromLibrary(lost.tracks.front().second->title,
+                                                     static_cast<qint64>(lost.tracks.size()),
+                                                     m_language.resolvedLanguage());
+    m_history.add({L10nKey::removeFromLibrary, Subject::library,
+                   [this, lost = std::move(lost)] { bringBack(lost); }, nullptr});
+    m_status.showWithUndo(message);
+}
+
+void RemovalHistory::bringBack(const Lost& lost) {
+    m_needs.tidying.finishRemoval();
+    m_needs.store.putBack(lost.tracks);
+    QStringList paths;
+    for (const auto& [row, track] : lost.tracks)
+        paths.append(track->path());
+    m_needs.importedPaths.add(paths);
+    for (const auto& [path, said] : lost.said)
+        m_needs.userData.sayAgain(said, path);
+    m_needs.playlists.putBack(lost.places);
+    if (lost.queueMade == m_queuesMade) {
+        m_needs.queue.putBack(lost.entries);
+        m_needs.transport.replanSuccessor();
+    }
+    m_needs.catalog.rebuildImportedAlbums();
+    Q_EMIT cameBack();
+}
+
+void RemovalHistory::rememberPlaylist(const QUuid& id) {
+    const Playlist playlist = *m_needs.playlists.find(id);
+    const std::size_t row = *m_needs.playlists.rowOf(id);
+    m_history.add({L10nKey::deletePlaylist, Subject::playlists,
+                   [this, row, playlist] { m_needs.playlists.putBack(row, playlist); }, nullptr});
+    m_status.showWithUndo(L10n::deletedPlaylist(playlist.name, m_language.resolvedLanguage()));
+}
+
+void RemovalHistory::rememberPath(const QString& path, const QUuid& playlist) {
+    std::vector<Playlists::Place> places = m_needs.playlists.placesOf({path});
+    std::erase_if(places, [&](const auto& place) { return place.playlist != playlist; });
+    if (places.empty())
+        return;
+    const TrackPtr track = m_needs.store.track(path);
+    m_history.add({L10nKey::removeFromPlaylist, Subject::playlists,
+                   [this, places] { m_needs.playlists.putBack(places); }, nullptr});
+    m_status.showWithUndo(L10n::removedFromPlaylist(track ? track->title : path,
+                                                    m_needs.playlists.find(playlist)->name,
+                                                    m_language.resolvedLanguage()));
+}
+
+} // namespace halvane
