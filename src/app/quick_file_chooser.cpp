@@ -86,13 +86,17 @@ void QuickFileChooser::show(const QString& view, const QString& title, QVariantM
         window && window->width() >= leastRoom.width() && window->height() >= leastRoom.height();
     if (hasRoom)
         return showIn(*window, view, properties);
-    m_window = openWindow(title, window);
+    auto* own = openWindow(title, window);
+    m_window = own;
     // Until its first frame a window has no size to centre the panel in.
     connect(
-        m_window.data(), &QQuickWindow::afterAnimating, this,
+        own, &QQuickWindow::afterAnimating, this,
         [this, view, properties] {
-            showIn(*m_window, view, properties);
-            connect(m_window.data(), &QWindow::visibleChanged, this, &QuickFileChooser::reject);
+            auto* shown = qobject_cast<QQuickWindow*>(m_window.data());
+            if (!shown)
+                return;
+            showIn(*shown, view, properties);
+            connect(shown, &QWindow::visibleChanged, this, &QuickFileChooser::reject);
         },
         static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
 }

@@ -42,8 +42,9 @@ class QuickFileChooser final : public QObject, public FileChooser {
     QQmlEngine& m_engine;
     QUrl m_viewsRoot;
     std::function<void(const QStringList&)> m_chosen;
-    QPointer<QObject> m_panel;       ///< a child
-    QPointer<QQuickWindow> m_window; ///< of the panel's own
+    QPointer<QObject> m_panel; ///< a child
+    /// Of the panel's own. It hides once more while it ends, when it is only a plain window still.
+    QPointer<QWindow> m_window;
 };
 
 } // namespace halvane

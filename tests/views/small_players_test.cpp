@@ -75,7 +75,7 @@ TEST_F(SmallPlayersTest, AFilePanelDrawnByTheToolkitHasAWindowOfItsOwn) {
         ASSERT_TRUE(world.waitFor([&] { return inFront() == mini; }));
         open();
         ASSERT_TRUE(world.waitFor([&] { return inFront() && inFront() != mini; }));
-        const QPointer<QQuickWindow> window = inFront();
+        const QPointer<QWindow> window = inFront();
         // From Qt 6.8 on there is a window within the window.
         const auto shows = [&](const QString& text) {
             int found = 0;
