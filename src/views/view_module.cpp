@@ -4,8 +4,8 @@
 #include "library/library_view_model.h"
 #include "library/user/language_setting.h"
 #include "views/access/item_interface.h"
-#include "views/library/cover_image_provider.h"
-#include "views/library/stored_covers.h"
+#include "views/library/covers/cover_image_provider.h"
+#include "views/library/covers/stored_covers.h"
 #include "views/palette.h"
 
 #include <QGuiApplication>

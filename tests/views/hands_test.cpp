@@ -1,42 +1,17 @@
 // SPDX-License-Identifier: MIT
 // What hands do in the main window, as fast as they do it: nothing may move under them.
-#include "views/window_driver.h"
+#include "views/main_window_fixture.h"
 
 #include <QTest>
-
-#include <gtest/gtest.h>
 
 namespace halvane::test {
 namespace {
 
 using namespace Qt::StringLiterals;
 
-class HandsTest : public testing::Test {
+class HandsTest : public MainWindowFixture {
   protected:
-    void SetUp() override {
-        world.furnish();
-        QQuickWindow* window = world.open(u"main"_s);
-        ASSERT_NE(window, nullptr);
-        ui = std::make_unique<WindowDriver>(*window);
-    }
-    void TearDown() override { EXPECT_EQ(world.warnings(), QStringList()); }
-    void resize(QSize size) {
-        ui->window().resize(size);
-        ASSERT_TRUE(world.waitFor([&] { return ui->window().size() == size; }));
-    }
-    QRect placeOf(const QString& name, QAccessible::Role role) {
-        auto* thing = ui->find(name, role);
-        return thing ? thing->rect() : QRect();
-    }
     QString playing() { return library.player()->currentTrack().album; }
-    QString queued(int row) {
-        QAbstractListModel* queue = library.queue();
-        return queue->index(row, 0).data(queue->roleNames().key("title")).toString();
-    }
-
-    GalleryWorld world{12};
-    LibraryViewModel& library = world.library();
-    std::unique_ptr<WindowDriver> ui;
 };
 
 struct DoubleClick {
@@ -56,13 +31,13 @@ class DoubleClickTest : public HandsTest, public testing::WithParamInterface<Dou
             ASSERT_TRUE(ui->click(u"Paper Moons, Arden Quartet"_s, QAccessible::ListItem));
             ASSERT_TRUE(ui->waitsFor(u"Show All Tracks"_s));
         }
-        ui->turnWheel(ui->window().mapFromGlobal(placeOf(u"Albums"_s, QAccessible::List).center()),
-                      hand.wheel);
+        ui->turnWheel(placeOf(u"Albums"_s, QAccessible::List).center(), hand.wheel);
         ASSERT_TRUE(ui->comesToRest());
     }
 };
 
 // A tile in every place that can be clicked: wholly there, or cut by the view's end.
+
 TEST_P(DoubleClickTest, PlaysTheTileThatWasClicked) {
     QAbstractListModel* albums = library.browsing()->visibleAlbums();
     const auto text = [&](int row, const char* role) {
@@ -131,9 +106,9 @@ TEST_F(HandsTest, ATrackIsPlayedByTwoClicksToo) {
     QPoint row;
     forEachAccessible(ui->find(u"Up Next"_s, QAccessible::List), [&](auto& thing) {
         if (title.isEmpty() && thing.role() == QAccessible::ListItem && !thing.state().selected &&
-            list.contains(thing.rect()) && !thing.text(QAccessible::Name).contains(u"Sodium"_s)) {
+            list.contains(placeOf(thing)) && !thing.text(QAccessible::Name).contains(u"Sodium"_s)) {
             title = thing.text(QAccessible::Name).section(u", "_s, 0, -2);
-            row = ui->window().mapFromGlobal(thing.rect().center());
+            row = placeOf(thing).center();
         }
     });
     ui->doubleClickAt(row);
@@ -142,22 +117,22 @@ TEST_F(HandsTest, ATrackIsPlayedByTwoClicksToo) {
 }
 
 // The lowest line of a tile that the pane would cover, where the tile could not be moved up.
+
 TEST_F(HandsTest, ATilesLastLineCanBeClickedTwiceInTheSmallestWindow) {
     resize({980, 600});
-    const QPoint inGrid =
-        ui->window().mapFromGlobal(placeOf(u"Albums"_s, QAccessible::List).center());
+    const QPoint inGrid = placeOf(u"Albums"_s, QAccessible::List).center();
     ui->turnWheel(inGrid, 2);
     ASSERT_TRUE(ui->comesToRest());
     const QRect tile = placeOf(u"Paper Moons, Arden Quartet"_s, QAccessible::ListItem);
     ASSERT_TRUE(placeOf(u"Albums"_s, QAccessible::List).contains(tile.center()));
-    ui->doubleClickAt(ui->window().mapFromGlobal(QPoint(tile.center().x(), tile.bottom() - 6)));
+    ui->doubleClickAt(QPoint(tile.center().x(), tile.bottom() - 6));
     EXPECT_TRUE(world.waitFor([&] { return playing() == u"Paper Moons"_s; }, 1500))
         << qPrintable(playing());
 }
 
 TEST_F(HandsTest, TheDiscOfATileThatIsPointedAtPlaysIt) {
     const QRect tile = placeOf(u"Kelp & Salt, Mira Holt"_s, QAccessible::ListItem);
-    ui->pointAt(ui->window().mapFromGlobal(tile.center()));
+    ui->pointAt(tile.center());
     ASSERT_TRUE(ui->waitsFor(u"Play Album"_s));
     ASSERT_TRUE(world.waitFor(
         [&] { return tile.contains(placeOf(u"Play Album"_s, QAccessible::Button).center()); }));
@@ -166,202 +141,13 @@ TEST_F(HandsTest, TheDiscOfATileThatIsPointedAtPlaysIt) {
     EXPECT_FALSE(ui->shows(u"Show All Tracks"_s)) << "playing opens nothing";
 }
 
-TEST_F(HandsTest, AQueueRowThatIsPickedUpAndHeldStaysInTheHand) {
-    library.collections()->playArtist(u"林间乐队"_s);
-    ASSERT_GT(library.queue()->rowCount(), 20);
-    const QPoint corner =
-        ui->window().mapFromGlobal(placeOf(u"Up Next"_s, QAccessible::List).topLeft());
-    const auto row = [&](int number) { return corner + QPoint(120, 44 * number + 22); };
-    // An earlier drag has ended at the list's lower edge.
-    ui->hold(row(1), row(4));
-    ui->release(row(4));
-    const QString held = queued(4);
-    ASSERT_TRUE(ui->comesToRest());
-    for (const int down : {12, -12}) {
-        ui->hold(row(4), row(4) + QPoint(0, down));
-        QTest::qWait(1200); // as long as a hand hesitates
-        EXPECT_EQ(queued(4), held);
-        ui->release(row(4) + QPoint(0, down));
-    }
-}
-
-TEST_F(HandsTest, UpNextFollowsWhatPlaysUnlessAHandIsInIt) {
-    library.collections()->playArtist(u"林间乐队"_s);
-    const int rows = library.queue()->rowCount();
-    ASSERT_GT(rows, 20);
-    const auto isInView = [&] {
-        const QRect list = placeOf(u"Up Next"_s, QAccessible::List);
-        bool found = false;
-        forEachAccessible(ui->find(u"Up Next"_s, QAccessible::List), [&](auto& thing) {
-            found = found || (thing.role() == QAccessible::ListItem && thing.state().selected &&
-                              list.contains(thing.rect()));
-        });
-        return found;
-    };
-    for (int step = 0; step < 16; ++step)
-        library.transport()->playNext(true);
-    EXPECT_TRUE(world.waitFor(isInView));
-    const QPoint list =
-        ui->window().mapFromGlobal(placeOf(u"Up Next"_s, QAccessible::List).center());
-    ui->turnWheel(list, -12);
-    ASSERT_TRUE(world.waitFor([&] { return !isInView(); }));
-    ASSERT_TRUE(ui->comesToRest());
-    library.transport()->playNext(true);
-    ASSERT_TRUE(ui->comesToRest());
-    EXPECT_FALSE(isInView()) << "the hand's place stays";
-    EXPECT_TRUE(world.waitFor(isInView, 12'000)) << "until the hand has left it";
-}
-
 // By key, menu and hand, each time beside what plays, which plays on.
-TEST_F(HandsTest, QueueRowsAreTakenOutAndPutBack) {
-    ASSERT_TRUE(world.waitFor([&] { return library.engine()->hasFile(); }));
-    ASSERT_GT(library.queue()->rowCount(), 8);
-    const QString current = library.player()->currentTrack().title;
-    const int at = library.queue()->rowOfCurrent();
-    ASSERT_EQ(at, 0) << "the list stands at its beginning";
-    const QRect list = placeOf(u"Up Next"_s, QAccessible::List);
-    const QPoint corner = ui->window().mapFromGlobal(list.topLeft());
-    const auto row = [&](int number) { return corner + QPoint(120, 44 * number + 22); };
-    const auto titles = [&] {
-        QStringList all;
-        for (int place = 0; place < library.queue()->rowCount(); ++place)
-            all.append(queued(place));
-        return all;
-    };
-    const QStringList before = titles();
-    QStringList expected = before;
-    const auto isAsExpected = [&] {
-        return titles() == expected && library.player()->currentTrack().title == current &&
-               library.transport()->isPlaying();
-    };
-
-    // Two by the Delete key, where the second takes the first one's place.
-    library.transport()->togglePlayback();
-    QTest::mouseClick(&ui->window(), Qt::LeftButton, {}, row(at)); // plays on, and has the keyboard
-    ui->key(Qt::Key_Down);
-    ui->key(Qt::Key_Delete);
-    ui->key(Qt::Key_Delete);
-    expected.remove(at + 1, 2);
-    EXPECT_TRUE(isAsExpected()) << qPrintable(titles().mid(0, 4).join(u", "_s));
-
-    ASSERT_TRUE(ui->comesToRest());
-    QTest::mouseClick(&ui->window(), Qt::RightButton, {}, row(at + 3));
-    ASSERT_TRUE(ui->waitsFor(u"Remove from Queue"_s));
-    ASSERT_TRUE(ui->comesToRest());
-    ASSERT_TRUE(ui->click(u"Remove from Queue"_s, QAccessible::MenuItem));
-    EXPECT_TRUE(world.waitFor([&] { return titles().size() == expected.size() - 1; }));
-    expected.removeAt(at + 3);
-    EXPECT_TRUE(isAsExpected());
-    ASSERT_TRUE(world.waitFor([&] { return !ui->shows(u"Remove from Queue"_s); }));
-    ASSERT_TRUE(ui->comesToRest());
-
-    ui->pointAt(row(at + 2));
-    ASSERT_TRUE(ui->comesToRest());
-    QTest::mouseClick(&ui->window(), Qt::LeftButton, {},
-                      corner + QPoint(list.width() - 16 - 18, 44 * (at + 2) + 22));
-    expected.removeAt(at + 2);
-    EXPECT_TRUE(isAsExpected()) << qPrintable(titles().mid(0, 4).join(u", "_s));
-
-    // The pill takes back the newest, and the keys all others.
-    ASSERT_TRUE(ui->click(u"Undo"_s, QAccessible::Button));
-    EXPECT_EQ(titles().size(), expected.size() + 1);
-    for (int step = 0; step < 3; ++step)
-        ui->key(Qt::Key_Z, Qt::ControlModifier);
-    expected = before;
-    EXPECT_TRUE(isAsExpected());
-    ui->key(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
-    expected.removeAt(at + 1);
-    EXPECT_TRUE(isAsExpected());
-}
-
-TEST_F(HandsTest, TheQueueIsKeptAndCleared) {
-    ASSERT_TRUE(world.waitFor([&] { return library.engine()->hasFile(); }));
-    const int rows = library.queue()->rowCount();
-    const int lists = library.playlists()->rowCount();
-    ASSERT_TRUE(ui->click(u"More"_s, QAccessible::Button));
-    ASSERT_TRUE(ui->waitsFor(u"Save as Playlist..."_s));
-    ASSERT_TRUE(ui->comesToRest());
-    ASSERT_TRUE(ui->click(u"Save as Playlist..."_s, QAccessible::MenuItem));
-    ASSERT_TRUE(ui->waitsFor(u"Playlist name"_s));
-    EXPECT_TRUE(ui->find(u"Save as Playlist"_s, QAccessible::Dialog));
-    auto* field = ui->find(u"Playlist name"_s, QAccessible::EditableText);
-    ASSERT_NE(field, nullptr);
-    EXPECT_EQ(field->text(QAccessible::Value), library.queueEditing()->suggestedName());
-    const auto mayAnswer = [&] {
-        return !ui->find(u"Done"_s, QAccessible::Button)->state().disabled;
-    };
-    EXPECT_TRUE(mayAnswer());
-    ui->key(Qt::Key_Backspace);
-    EXPECT_FALSE(mayAnswer()) << "without a name";
-    ui->key(Qt::Key_Return);
-    EXPECT_TRUE(ui->shows(u"Playlist name"_s));
-    ui->type(u"Forest"_s);
-    ui->key(Qt::Key_Return);
-    EXPECT_EQ(library.playlists()->rowCount(), lists + 1);
-    EXPECT_TRUE(ui->waitsFor(u"Forest"_s));
-    ASSERT_TRUE(world.waitFor([&] { return !ui->shows(u"Playlist name"_s); }));
-
-    ASSERT_TRUE(ui->click(u"More"_s, QAccessible::Button));
-    ASSERT_TRUE(ui->waitsFor(u"Clear Queue"_s));
-    ASSERT_TRUE(ui->comesToRest());
-    ASSERT_TRUE(ui->click(u"Clear Queue"_s, QAccessible::MenuItem));
-    EXPECT_TRUE(world.waitFor([&] { return library.queue()->rowCount() == 1; }));
-    EXPECT_TRUE(library.transport()->isPlaying());
-    ASSERT_TRUE(ui->waitsFor(u"Up Next cleared"_s));
-    ASSERT_TRUE(ui->click(u"Undo"_s, QAccessible::Button));
-    EXPECT_EQ(library.queue()->rowCount(), rows);
-    EXPECT_EQ(library.status()->text(), QString());
-}
-
-TEST_F(HandsTest, ATrackGoesIntoTheQueueByMenuAndByDrag) {
-    ASSERT_TRUE(world.waitFor([&] { return library.engine()->hasFile(); }));
-    const int at = library.queue()->rowOfCurrent();
-    library.browsing()->selectBrowseMode(LibraryMode::songs);
-    const int rows = library.queue()->rowCount();
-    const QStringList titles{u"Sodium"_s, u"Lamplight"_s};
-    const QStringList names{u"Sodium, The Lanterns"_s, u"Lamplight, The Lanterns"_s};
-    ASSERT_TRUE(ui->click(names[0], QAccessible::ListItem, Qt::RightButton));
-    ASSERT_TRUE(ui->waitsFor(u"Play Next"_s));
-    ASSERT_TRUE(ui->comesToRest());
-    ASSERT_TRUE(ui->click(u"Play Next"_s, QAccessible::MenuItem));
-    EXPECT_TRUE(world.waitFor([&] { return queued(at + 1) == titles[0]; }));
-    ASSERT_TRUE(ui->comesToRest());
-    QRect current;
-    forEachAccessible(ui->find(u"Up Next"_s, QAccessible::List), [&](auto& thing) {
-        if (thing.role() == QAccessible::ListItem && thing.state().selected)
-            current = thing.rect();
-    });
-    // Below the one that plays next.
-    ui->drag(ui->centreOf(names[1], QAccessible::ListItem),
-             ui->window().mapFromGlobal(current.bottomLeft()) + QPoint(120, 44 + 6));
-    EXPECT_TRUE(world.waitFor([&] { return queued(at + 2) == titles[1]; }))
-        << qPrintable(queued(at + 2));
-    EXPECT_EQ(library.queue()->rowCount(), rows + 2);
-    EXPECT_EQ(library.queue()->rowOfCurrent(), at);
-}
-
-TEST_F(HandsTest, ThereIsAWayBackToWhatPlays) {
-    library.collections()->playArtist(u"林间乐队"_s);
-    const QRect list = placeOf(u"Up Next"_s, QAccessible::List);
-    ui->turnWheel(ui->window().mapFromGlobal(list.center()), 12);
-    ASSERT_TRUE(ui->waitsFor(u"Now Playing"_s));
-    ASSERT_TRUE(ui->click(u"Now Playing"_s, QAccessible::Button));
-    EXPECT_TRUE(world.waitFor([&] {
-        bool isSeen = false;
-        forEachAccessible(ui->find(u"Up Next"_s, QAccessible::List), [&](auto& thing) {
-            isSeen = isSeen || (thing.role() == QAccessible::ListItem && thing.state().selected &&
-                                list.contains(thing.rect()));
-        });
-        return isSeen;
-    }));
-}
 
 TEST_F(HandsTest, ASearchShowsItsFirstResultsAndAPlaceItsBeginning) {
     library.browsing()->selectBrowseMode(LibraryMode::songs);
     ASSERT_TRUE(ui->waitsFor(u"Sodium, The Lanterns"_s));
     const auto scrollDown = [&] {
-        const QPoint table =
-            ui->window().mapFromGlobal(placeOf(u"Tracks"_s, QAccessible::Table).center());
+        const QPoint table = placeOf(u"Tracks"_s, QAccessible::Table).center();
         ui->turnWheel(table, 8);
         return world.waitFor(
             [&] { return placeOf(u"Title"_s, QAccessible::ColumnHeader).bottom() < 0; });
@@ -388,7 +174,7 @@ TEST_F(HandsTest, ASearchShowsItsFirstResultsAndAPlaceItsBeginning) {
 
 TEST_F(HandsTest, ASearchThatFindsNoAlbumShowsItsBeginningToo) {
     const QRect tab = placeOf(u"Albums"_s, QAccessible::PageTab);
-    ui->turnWheel(ui->window().mapFromGlobal(placeOf(u"Albums"_s, QAccessible::List).center()), 2);
+    ui->turnWheel(placeOf(u"Albums"_s, QAccessible::List).center(), 2);
     ASSERT_TRUE(
         world.waitFor([&] { return placeOf(u"Albums"_s, QAccessible::PageTab).y() < tab.y(); }));
     ui->key(Qt::Key_F, Qt::ControlModifier);
@@ -495,7 +281,7 @@ TEST_F(HandsTest, ThePresetMenuHasTheUsersOwnLastAndMarksTheCurrentOne) {
         forEachAccessible(QAccessible::queryAccessibleInterface(&ui->window()), [&](auto& thing) {
             if (thing.role() != QAccessible::MenuItem || !thing.state().checkable)
                 return;
-            places.emplace_back(thing.rect().y(), thing.text(QAccessible::Name));
+            places.emplace_back(placeOf(thing).y(), thing.text(QAccessible::Name));
             if (thing.state().checked)
                 marked += thing.text(QAccessible::Name);
         });

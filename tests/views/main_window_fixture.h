@@ -28,10 +28,16 @@ class MainWindowFixture : public testing::Test {
     /// In the window; empty when there is no such thing.
     QRect placeOf(const QString& name, QAccessible::Role role = QAccessible::NoRole) {
         auto* thing = ui->find(name, role);
-        return thing ? QRect(ui->window().mapFromGlobal(thing->rect().topLeft()),
-                             thing->rect().size())
-                     : QRect();
+        return thing ? placeOf(*thing) : QRect();
     }
+    QRect placeOf(const QAccessibleInterface& thing) {
+        const QRect onScreen = thing.rect();
+        return {ui->window().mapFromGlobal(onScreen.topLeft()), onScreen.size()};
+    }
+    static QString textAt(QAbstractListModel* list, int row, const char* role) {
+        return list->index(row, 0).data(list->roleNames().key(role)).toString();
+    }
+    QString queued(int row) { return textAt(library.queue(), row, "title"); }
     /// What stands in a visible text of the window that begins so; empty when there is none.
     QString written(const QString& beginning) {
         QString found;

@@ -1,45 +1,13 @@
 // SPDX-License-Identifier: MIT
 // The real main window, worked with mouse and keyboard.
-#include "views/window_driver.h"
-
-#include <QDir>
-#include <QDropEvent>
-#include <QElapsedTimer>
-#include <QGuiApplication>
-#include <QMimeData>
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
+#include "views/main_window_fixture.h"
 
 namespace halvane::test {
 namespace {
 
 using namespace Qt::StringLiterals;
 
-class MainWindowTest : public testing::Test {
-  protected:
-    void SetUp() override {
-        world.furnish();
-        QQuickWindow* window = world.open(u"main"_s);
-        ASSERT_NE(window, nullptr);
-        ui = std::make_unique<WindowDriver>(*window);
-    }
-    void TearDown() override { EXPECT_EQ(world.warnings(), QStringList()); }
-    QString textAt(QAbstractListModel* list, int row, const char* role) {
-        return list->index(row, 0).data(list->roleNames().key(role)).toString();
-    }
-    int currentQueueRow() {
-        QAbstractListModel* queue = library.queue();
-        for (int row = 0; row < queue->rowCount(); ++row)
-            if (queue->index(row, 0).data(queue->roleNames().key("isCurrent")).toBool())
-                return row;
-        return -1;
-    }
-
-    GalleryWorld world{12};
-    LibraryViewModel& library = world.library();
-    std::unique_ptr<WindowDriver> ui;
-};
+using MainWindowTest = MainWindowFixture;
 
 TEST_F(MainWindowTest, TransportButtonsPlayPauseAndSkip) {
     ASSERT_TRUE(library.transport()->isPlaying());
@@ -143,41 +111,6 @@ TEST_F(MainWindowTest, OnlyTheKeyboardDrawsARing) {
     EXPECT_EQ(rings(), 1) << "where the keyboard was";
 }
 
-TEST_F(MainWindowTest, TheTrackTableIsWorkedByKeyboard) {
-    library.browsing()->selectBrowseMode(LibraryMode::songs);
-    ASSERT_TRUE(ui->waitsFor(u"Sodium, The Lanterns"_s));
-    QAbstractListModel* tracks = library.browsing()->visibleTracks();
-    ASSERT_TRUE(ui->click(u"Half the Way Home, The Lanterns"_s));
-    EXPECT_EQ(library.player()->currentTrack().title, u"Half the Way Home"_s);
-    ui->key(Qt::Key_Down);
-    ui->key(Qt::Key_Return);
-    EXPECT_EQ(library.player()->currentTrack().title, u"Sodium"_s);
-    ui->key(Qt::Key_End);
-    ui->key(Qt::Key_Home);
-    ui->key(Qt::Key_Return);
-    EXPECT_EQ(library.player()->currentTrack().path(), textAt(tracks, 0, "path"));
-    // Letters find; a space is no letter, it plays and pauses.
-    ui->type(u"kelp"_s);
-    ui->key(Qt::Key_Return);
-    EXPECT_EQ(library.player()->currentTrack().title, u"Kelp"_s);
-    ui->key(Qt::Key_Space);
-    EXPECT_FALSE(library.transport()->isPlaying());
-}
-
-TEST_F(MainWindowTest, TheMenuKeyOpensATracksMenu) {
-    library.browsing()->selectBrowseMode(LibraryMode::songs);
-    ASSERT_TRUE(ui->click(u"Half the Way Home, The Lanterns"_s));
-    const QString path = library.player()->currentTrack().path();
-    ui->key(Qt::Key_Menu);
-    ASSERT_TRUE(ui->click(u"Loved"_s, QAccessible::MenuItem));
-    EXPECT_TRUE(library.player()->isCurrentTrackLoved());
-    ASSERT_TRUE(world.waitFor([&] { return !ui->shows(u"Remove from Library"_s); }));
-    ui->key(Qt::Key_Menu);
-    ASSERT_TRUE(ui->waitsFor(u"Remove from Library"_s));
-    ui->key(Qt::Key_Escape);
-    EXPECT_TRUE(world.waitFor([&] { return !ui->shows(u"Remove from Library"_s); }));
-}
-
 TEST_F(MainWindowTest, TypingInTheSearchFieldFiltersAndEscClearsIt) {
     library.browsing()->selectBrowseMode(LibraryMode::songs);
     ASSERT_TRUE(ui->waitsFor(u"Sodium, The Lanterns"_s));
@@ -234,111 +167,6 @@ TEST_F(MainWindowTest, TheOpenAlbumsPaneSaysWhichItIsAndPlaysIt) {
     EXPECT_EQ(library.browsing()->mode(), LibraryMode::songs);
 }
 
-TEST_F(MainWindowTest, AClickOnAColumnSortsTheTracks) {
-    library.browsing()->selectBrowseMode(LibraryMode::songs);
-    ASSERT_TRUE(ui->waitsFor(u"Sodium, The Lanterns"_s));
-    QAbstractListModel* tracks = library.browsing()->visibleTracks();
-    const auto first = [&] { return textAt(tracks, 0, "title"); };
-    const auto state = [&](const QString& column) {
-        auto* head = ui->find(column, QAccessible::ColumnHeader);
-        return head ? head->text(QAccessible::Description) : QString();
-    };
-    ASSERT_EQ(first(), u"Lamplight"_s);
-    ASSERT_TRUE(ui->click(u"Title"_s, QAccessible::ColumnHeader));
-    EXPECT_EQ(first(), u"Embers on the Rail"_s);
-    EXPECT_EQ(state(u"Title"_s), u"Sorted, ascending. Reverse the order"_s);
-    ASSERT_TRUE(ui->tabTo(u"Artist"_s));
-    ui->key(Qt::Key_Space);
-    EXPECT_EQ(textAt(tracks, 0, "artist"), u"Arden Quartet"_s);
-    EXPECT_EQ(ui->focusedName(), u"Artist"_s) << "to be pressed again";
-    ui->key(Qt::Key_Return);
-    EXPECT_TRUE(state(u"Artist"_s).startsWith(u"Sorted, descending"_s));
-    ui->key(Qt::Key_Return);
-    EXPECT_EQ(first(), u"Lamplight"_s) << "the library's own order";
-    EXPECT_TRUE(state(u"Artist"_s).startsWith(u"Sort by"_s));
-
-    ASSERT_TRUE(ui->click(u"Time"_s, QAccessible::ColumnHeader));
-    const QString second = textAt(tracks, 1, "path");
-    library.views()->setShowNowPlayingPanel(false); // which has the same tracks
-    library.browsing()->setSearchText(u"lanterns"_s);
-    ASSERT_TRUE(world.waitFor([&] { return !ui->shows(u"Up Next"_s); }));
-    ASSERT_TRUE(ui->waitsFor(u"Weather Report, The Lanterns"_s));
-    const QRect row = ui->find(u"Weather Report, The Lanterns"_s)->rect();
-    ui->clickAt(ui->window().mapFromGlobal(QPoint(row.left() + 80, row.center().y())));
-    EXPECT_EQ(library.player()->currentTrack().title, u"Weather Report"_s);
-    EXPECT_EQ(library.queue()->record(1).path(), second) << "the queue is the sorted table";
-    library.browsing()->setSearchText({});
-    library.browsing()->setSelectedPlaylistID(
-        library.playlists()
-            ->index(0, 0)
-            .data(library.playlists()->roleNames().key("playlistId"))
-            .toUuid());
-    EXPECT_TRUE(world.waitFor([&] {
-        return ui->shows(u"Title"_s) && !ui->find(u"Artist"_s, QAccessible::ColumnHeader);
-    })) << "a playlist's order is its own";
-}
-
-TEST_F(MainWindowTest, DiscsAndAlbumsOfOthersHaveHeadings) {
-    ASSERT_TRUE(ui->click(u"Kelp & Salt, Mira Holt"_s));
-    EXPECT_TRUE(ui->waitsFor(u"Disc 1"_s));
-    library.language()->setLanguageSetting(AppLanguage::simplifiedChinese);
-    const auto scrollTo = [this](double y) {
-        forEachItem(ui->window().contentItem(), [y](QQuickItem* item) {
-            if (item->property("isNarrowed").toBool() && item->property("contentY").isValid())
-                item->setProperty("contentY", y);
-        });
-    };
-    scrollTo(260);
-    EXPECT_TRUE(ui->waitsFor(u"光盘 2"_s)) << "a row that comes has been another's";
-    library.language()->setLanguageSetting(AppLanguage::english);
-    ui->window().setHeight(1500);
-    scrollTo(0);
-    EXPECT_TRUE(ui->waitsFor(u"Disc 1"_s));
-    EXPECT_TRUE(ui->waitsFor(u"Disc 2"_s)) << "both at once";
-    ASSERT_TRUE(ui->click(u"Northern Line, Kite Season"_s));
-    EXPECT_TRUE(world.waitFor([&] { return !ui->shows(u"Disc 1"_s); })) << "it has no numbers";
-    library.browsing()->jumpToArtist(u"Mira Holt"_s);
-    EXPECT_TRUE(ui->waitsFor(u"The Long Blue, Mira Holt"_s));
-    EXPECT_FALSE(ui->shows(u"Appears on: Mira Holt"_s)) << "her own album";
-    const QString guest = u"Mira Holt feat. Nina Vale"_s;
-    library.browsing()->selectBrowseMode(LibraryMode::artists);
-    ASSERT_TRUE(ui->click(u"Arden Quartet"_s, QAccessible::ListItem));
-    ui->key(Qt::Key_End);
-    ASSERT_TRUE(world.waitFor([&] { return ui->shows(guest); })) << "after those with albums";
-    ASSERT_TRUE(ui->click(guest, QAccessible::ListItem));
-    EXPECT_TRUE(ui->waitsFor(u"Appears on: Mira Holt"_s));
-}
-
-TEST_F(MainWindowTest, QueueRowsMoveByDraggingAndByKeyboard) {
-    QAbstractListModel* queue = library.queue();
-    ASSERT_GE(queue->rowCount(), 6);
-    auto* list = ui->find(u"Up Next"_s, QAccessible::List);
-    ASSERT_NE(list, nullptr);
-    const QRect area = list->rect();
-    const auto row = [&](int number) {
-        return ui->window().mapFromGlobal(area.topLeft()) + QPoint(120, 44 * number + 22);
-    };
-    const QString dragged = textAt(queue, 1, "title");
-    ui->drag(row(1), row(4));
-    EXPECT_EQ(textAt(queue, 4, "title"), dragged);
-    EXPECT_EQ(currentQueueRow(), 0);
-    const auto ringed = [&] {
-        QString name;
-        forEachAccessible(ui->find(u"Up Next"_s, QAccessible::List), [&](auto& thing) {
-            if (thing.role() == QAccessible::ListItem && thing.state().focused)
-                name = thing.text(QAccessible::Name);
-        });
-        return name;
-    };
-    EXPECT_TRUE(world.waitFor([&] { return ringed().startsWith(dragged); }))
-        << qPrintable(ringed());
-    // The press has put the cursor on the dragged entry.
-    ui->key(Qt::Key_Up, Qt::AltModifier);
-    EXPECT_EQ(textAt(queue, 3, "title"), dragged);
-    ui->key(Qt::Key_Return);
-    EXPECT_EQ(library.player()->currentTrack().title, dragged);
-}
-
 TEST_F(MainWindowTest, PlaylistsAreMadeRenamedFilledAndDeleted) {
     QAbstractListModel* playlists = library.playlists();
     const int before = playlists->rowCount();
@@ -368,26 +196,6 @@ TEST_F(MainWindowTest, PlaylistsAreMadeRenamedFilledAndDeleted) {
     ASSERT_TRUE(ui->click(u"Sunday"_s, QAccessible::ListItem, Qt::RightButton));
     ASSERT_TRUE(ui->click(u"Delete"_s, QAccessible::MenuItem));
     EXPECT_EQ(playlists->rowCount(), before);
-}
-
-TEST_F(MainWindowTest, EveryTracksMenuShowsItsFileInTheFileManager) {
-    QStringList asked;
-    QObject::connect(&world.app(), &HalvaneApp::fileManagerAsked, &world.app(),
-                     [&](const QString& path) { asked.append(path); });
-    const auto choose = [&](const QString& track) {
-        const bool chosen = ui->click(track, QAccessible::ListItem, Qt::RightButton) &&
-                            ui->waitsFor(u"Show in File Manager"_s) &&
-                            ui->click(u"Show in File Manager"_s, QAccessible::MenuItem);
-        return chosen &&
-               GalleryWorld::waitFor([&] { return !ui->shows(u"Show in File Manager"_s); });
-    };
-    EXPECT_TRUE(choose(u"Half the Way Home"_s)) << "in the queue";
-    library.browsing()->selectBrowseMode(LibraryMode::songs);
-    ASSERT_TRUE(ui->waitsFor(u"Sodium, The Lanterns"_s));
-    EXPECT_TRUE(choose(u"Sodium, The Lanterns"_s)) << "in the library";
-    ASSERT_EQ(asked.size(), 2);
-    EXPECT_EQ(asked[0], library.queue()->record(1).path());
-    EXPECT_NE(asked[0], asked[1]);
 }
 
 TEST_F(MainWindowTest, TheEqualizerPopoverSetsBandsAndClosesOnEsc) {
@@ -423,29 +231,6 @@ TEST_F(MainWindowTest, TheEqualizerShowsClippingWhileMusicPlays) {
     EXPECT_TRUE(world.waitFor([&] { return !isWatched(); })) << "a closed equalizer asks nothing";
 }
 
-TEST_F(MainWindowTest, FilesDraggedOverTheWindowShowTheOverlay) {
-    QMimeData files;
-    files.setUrls({QUrl::fromLocalFile(world.pathOf(0)), QUrl::fromLocalFile(u"/music"_s)});
-    QQuickWindow* window = &ui->window();
-    const auto enter = [&] {
-        QDragEnterEvent event({400, 300}, Qt::CopyAction, &files, Qt::LeftButton, {});
-        QCoreApplication::sendEvent(window, &event);
-        QDragMoveEvent move({420, 300}, Qt::CopyAction, &files, Qt::LeftButton, {});
-        QCoreApplication::sendEvent(window, &move);
-        EXPECT_TRUE(move.isAccepted());
-    };
-    enter();
-    EXPECT_TRUE(ui->waitsFor(u"Drop to add to the queue"_s));
-    QDragLeaveEvent leave;
-    QCoreApplication::sendEvent(window, &leave);
-    EXPECT_TRUE(world.waitFor([&] { return !ui->shows(u"Drop to add to the queue"_s); }));
-    enter();
-    QDropEvent drop({420, 300}, Qt::CopyAction, &files, Qt::LeftButton, {});
-    QCoreApplication::sendEvent(window, &drop);
-    EXPECT_TRUE(drop.isAccepted());
-    EXPECT_TRUE(world.waitFor([&] { return !ui->shows(u"Drop to add to the queue"_s); }));
-}
-
 TEST_F(MainWindowTest, WhatIsEmptySaysSoAndOffersWhatFillsIt) {
     library.browsing()->setSearchText(u"zzzz"_s);
     ASSERT_TRUE(ui->click(u"Clear search"_s, QAccessible::Button));
@@ -475,31 +260,6 @@ TEST_F(MainWindowTest, WhatIsEmptySaysSoAndOffersWhatFillsIt) {
     EXPECT_TRUE(ui->shows(u"Browse Tracks"_s));
 }
 
-TEST_F(MainWindowTest, TheCursorMovesByPagesAndOutlivesASearch) {
-    library.browsing()->selectBrowseMode(LibraryMode::songs);
-    ASSERT_TRUE(ui->click(u"Half the Way Home, The Lanterns"_s));
-    QAbstractListModel* tracks = library.browsing()->visibleTracks();
-    const auto playsRow = [&](int row) {
-        ui->key(Qt::Key_Return);
-        return library.player()->currentTrack().path() == textAt(tracks, row, "path");
-    };
-    ui->key(Qt::Key_PageDown);
-    ui->key(Qt::Key_PageUp);
-    EXPECT_TRUE(playsRow(1));
-    ui->key(Qt::Key_PageDown);
-    EXPECT_FALSE(playsRow(1));
-    ui->key(Qt::Key_Home);
-    ui->key(Qt::Key_Down);
-    const QString chosen = textAt(tracks, 1, "path");
-    for (const QString& search : {u"nina vale"_s, QString()}) {
-        const int before = tracks->rowCount();
-        library.browsing()->setSearchText(search);
-        ASSERT_TRUE(world.waitFor([&] { return tracks->rowCount() != before; }));
-    }
-    ui->key(Qt::Key_Return);
-    EXPECT_EQ(library.player()->currentTrack().path(), chosen);
-}
-
 TEST_F(MainWindowTest, TabGoesRoundEverythingAsTheEyeDoes) {
     const auto focused = [&] {
         QAccessibleInterface* thing =
@@ -526,92 +286,6 @@ TEST_F(MainWindowTest, TabGoesRoundEverythingAsTheEyeDoes) {
         EXPECT_GT(at, last) << qPrintable(name) << " in " << qPrintable(names.join(u'|'));
         last = std::max(at, last);
     }
-}
-
-TEST_F(MainWindowTest, TheQueueScrollsUnderADragHeldAtItsEdge) {
-    QAbstractListModel* queue = library.queue();
-    library.collections()->playArtist(u"林间乐队"_s);
-    ASSERT_GT(queue->rowCount(), 20);
-    auto* list = ui->find(u"Up Next"_s, QAccessible::List);
-    ASSERT_NE(list, nullptr);
-    const QPoint corner = ui->window().mapFromGlobal(list->rect().topLeft());
-    const QString dragged = textAt(queue, 1, "title");
-    const QString id = textAt(queue, 1, "entryId");
-    ui->hold(corner + QPoint(120, 66), corner + QPoint(120, list->rect().height() - 4));
-    EXPECT_TRUE(
-        world.waitFor([&] { return textAt(queue, queue->rowCount() - 1, "entryId") == id; }));
-    ui->release(corner + QPoint(120, list->rect().height() - 4));
-}
-
-TEST_F(MainWindowTest, HundredsOfFilesAndFoldersAreDroppedAtOnce) {
-    QTemporaryDir folder;
-    QList<QUrl> urls;
-    for (int number = 0; number < 400; ++number) {
-        const QString path = folder.filePath(u"%1 %2.wav"_s.arg(number).arg(u"é 歌 🌙 #%20"_s));
-        ASSERT_TRUE(QFile::copy(world.pathOf(1), path));
-        urls.append(QUrl::fromLocalFile(path));
-    }
-    ASSERT_TRUE(QDir(folder.path()).mkdir(u"more"_s));
-    ASSERT_TRUE(QFile::copy(world.pathOf(1), folder.filePath(u"more/in a folder.wav"_s)));
-    urls.append(QUrl::fromLocalFile(folder.filePath(u"more"_s)));
-    QMimeData files;
-    files.setUrls(urls);
-    const int before = library.trackCount();
-    QDragEnterEvent enter({400, 300}, Qt::CopyAction, &files, Qt::LeftButton, {});
-    QCoreApplication::sendEvent(&ui->window(), &enter);
-    QDropEvent drop({400, 300}, Qt::CopyAction, &files, Qt::LeftButton, {});
-    QCoreApplication::sendEvent(&ui->window(), &drop);
-    EXPECT_TRUE(world.waitFor([&] { return library.trackCount() == before + 401; }, 60000));
-}
-
-// Counts the frames and the timers of a window's own event loop.
-class Activity : public QObject {
-  public:
-    explicit Activity(QQuickWindow& window) {
-        QObject::connect(&window, &QQuickWindow::frameSwapped, this, [this] { ++m_events; });
-        qApp->installEventFilter(this);
-    }
-    // Waits for half a second in which nothing happens.
-    bool ceases() {
-        QElapsedTimer quiet;
-        quiet.start();
-        return GalleryWorld::waitFor(
-            [&] {
-                if (std::exchange(m_events, 0) > 0)
-                    quiet.start();
-                return quiet.elapsed() > 500;
-            },
-            20000);
-    }
-    bool eventFilter(QObject* object, QEvent* event) override {
-        m_events += event->type() == QEvent::Timer && object->objectName() != u"waitFor"_s;
-        return false;
-    }
-
-  private:
-    int m_events = 0;
-};
-
-TEST_F(MainWindowTest, NothingIsDrawnAndNoTimerRunsWhileNothingPlays) {
-    library.transport()->togglePlayback();
-    ASSERT_FALSE(library.transport()->isPlaying());
-    Activity activity(ui->window());
-    EXPECT_TRUE(activity.ceases());
-}
-
-TEST_F(MainWindowTest, AHiddenWindowDrawsNothingWhileMusicPlays) {
-    ui->window().hide();
-    int frames = 0;
-    QObject::connect(&ui->window(), &QQuickWindow::afterAnimating, [&] { ++frames; });
-    const double heard = library.engine()->elapsedSeconds();
-    const double shown = library.progressClock()->elapsedSeconds();
-    ASSERT_TRUE(
-        world.waitFor([&] { return library.engine()->elapsedSeconds() > heard + 0.5; }, 20000));
-    EXPECT_EQ(frames, 0);
-    EXPECT_LT(library.progressClock()->elapsedSeconds(), heard + 0.5) << "nor does it look";
-    ui->window().show();
-    EXPECT_TRUE(
-        world.waitFor([&] { return library.progressClock()->elapsedSeconds() > shown + 0.5; }));
 }
 
 TEST_F(MainWindowTest, ThePanelHidesAndComesBack) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "views/library/cover_image_provider.h"
+#include "views/library/covers/cover_image_provider.h"
 
 #include <QPainter>
 #include <QPainterPath>

@@ -3,7 +3,7 @@
 
 #include "platform/cloud/mount_table.h"
 #include "presentation/cover_cache.h"
-#include "views/library/cover_image_provider.h"
+#include "views/library/covers/cover_image_provider.h"
 
 namespace halvane {
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "views/library/cover_workers.h"
+#include "views/library/covers/cover_workers.h"
 
 #include <QImage>
 #include <QQuickAsyncImageProvider>

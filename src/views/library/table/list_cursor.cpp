@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "views/library/list_cursor.h"
+#include "views/library/table/list_cursor.h"
 
 #include <algorithm>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "views/library/cover_workers.h"
+#include "views/library/covers/cover_workers.h"
 
 #include <algorithm>
 #include <condition_variable>

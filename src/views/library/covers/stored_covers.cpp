@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "views/library/stored_covers.h"
+#include "views/library/covers/stored_covers.h"
 
 #include "library/browsing/cover_store.h"
 

@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+// Files and folders that are dropped on the main window.
+#include "views/main_window_fixture.h"
+
+#include <QDir>
+#include <QDropEvent>
+#include <QMimeData>
+#include <QTemporaryDir>
+
+namespace halvane::test {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+using DropsTest = MainWindowFixture;
+
+TEST_F(DropsTest, FilesDraggedOverTheWindowShowTheOverlay) {
+    QMimeData files;
+    files.setUrls({QUrl::fromLocalFile(world.pathOf(0)), QUrl::fromLocalFile(u"/music"_s)});
+    QQuickWindow* window = &ui->window();
+    const auto enter = [&] {
+        QDragEnterEvent event({400, 300}, Qt::CopyAction, &files, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(window, &event);
+        QDragMoveEvent move({420, 300}, Qt::CopyAction, &files, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(window, &move);
+        EXPECT_TRUE(move.isAccepted());
+    };
+    enter();
+    EXPECT_TRUE(ui->waitsFor(u"Drop to add to the queue"_s));
+    QDragLeaveEvent leave;
+    QCoreApplication::sendEvent(window, &leave);
+    EXPECT_TRUE(world.waitFor([&] { return !ui->shows(u"Drop to add to the queue"_s); }));
+    enter();
+    QDropEvent drop({420, 300}, Qt::CopyAction, &files, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(window, &drop);
+    EXPECT_TRUE(drop.isAccepted());
+    EXPECT_TRUE(world.waitFor([&] { return !ui->shows(u"Drop to add to the queue"_s); }));
+}
+
+TEST_F(DropsTest, HundredsOfFilesAndFoldersAreDroppedAtOnce) {
+    QTemporaryDir folder;
+    QList<QUrl> urls;
+    for (int number = 0; number < 400; ++number) {
+        const QString path = folder.filePath(u"%1 %2.wav"_s.arg(number).arg(u"é 歌 🌙 #%20"_s));
+        ASSERT_TRUE(QFile::copy(world.pathOf(1), path));
+        urls.append(QUrl::fromLocalFile(path));
+    }
+    ASSERT_TRUE(QDir(folder.path()).mkdir(u"more"_s));
+    ASSERT_TRUE(QFile::copy(world.pathOf(1), folder.filePath(u"more/in a folder.wav"_s)));
+    urls.append(QUrl::fromLocalFile(folder.filePath(u"more"_s)));
+    QMimeData files;
+    files.setUrls(urls);
+    const int before = library.trackCount();
+    QDragEnterEvent enter({400, 300}, Qt::CopyAction, &files, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(&ui->window(), &enter);
+    QDropEvent drop({400, 300}, Qt::CopyAction, &files, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(&ui->window(), &drop);
+    EXPECT_TRUE(world.waitFor([&] { return library.trackCount() == before + 401; }, 60000));
+}
+
+} // namespace
+} // namespace halvane::test
