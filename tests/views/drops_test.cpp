@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Files and folders that are dropped on the main window.
+#include "support/audio_material.h"
 #include "views/main_window_fixture.h"
 
 #include <QDir>
@@ -56,6 +57,27 @@ TEST_F(DropsTest, HundredsOfFilesAndFoldersAreDroppedAtOnce) {
     QDropEvent drop({400, 300}, Qt::CopyAction, &files, Qt::LeftButton, {});
     QCoreApplication::sendEvent(&ui->window(), &drop);
     EXPECT_TRUE(world.waitFor([&] { return library.trackCount() == before + 401; }, 60000));
+}
+
+// As with a file that is opened when there is nothing yet.
+TEST(EmptyWindowTest, TheFirstFileStandsWhereTheQueueBegins) {
+    QTemporaryDir folder;
+    const QString path = folder.filePath(u"1.wav"_s);
+    writeWave(sine(440, 0.5, 8000 * 60, 8000, 1), path);
+    GalleryWorld world(0);
+    QQuickWindow* window = world.open(u"main"_s);
+    ASSERT_NE(window, nullptr);
+    WindowDriver ui(*window);
+    ASSERT_TRUE(ui.waitsFor(u"Nothing up next"_s));
+    world.library().importing()->importDroppedURLs({QUrl::fromLocalFile(path)});
+    ASSERT_TRUE(world.waitFor([&] { return world.library().transport()->isPlaying(); }));
+    ASSERT_TRUE(ui.comesToRest());
+    auto* list = ui.find(u"Up Next"_s, QAccessible::List);
+    ASSERT_NE(list, nullptr);
+    auto* row = ui.find(u"1, "_s, QAccessible::ListItem);
+    ASSERT_NE(row, nullptr);
+    EXPECT_NEAR(row->rect().top(), list->rect().top(), 12);
+    EXPECT_EQ(world.warnings(), QStringList());
 }
 
 } // namespace

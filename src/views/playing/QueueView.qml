@@ -113,27 +113,30 @@ ListView {
         NumberAnimation { properties: "y"; duration: Theme.quick; easing.type: Easing.OutQuad }
     }
     // qmllint disable unqualified
-    header: Loader {
+    // What an empty list says stands behind its rows: a heading that goes would leave its room there.
+    footer: Column {
         width: root.width
-        active: root.count === 0
-        visible: active
-        height: active ? implicitHeight : 0
-        sourceComponent: EmptyPlace {
-            symbol: "music.note.list"
-            title: Strings.emptyQueue
-            message: Strings.emptyQueueHint
-            air: Theme.margin
-            PillButton {
-                implicitHeight: 36
-                visible: Library.trackCount > 0
-                text: Strings.browseTracks
-                onClicked: Library.browsing.selectSidebarItem(SidebarPlace.Tracks)
+        Loader {
+            width: root.width
+            active: root.count === 0
+            visible: active
+            sourceComponent: EmptyPlace {
+                symbol: "music.note.list"
+                title: Strings.emptyQueue
+                message: Strings.emptyQueueHint
+                air: Theme.margin
+                PillButton {
+                    implicitHeight: 36
+                    visible: Library.trackCount > 0
+                    text: Strings.browseTracks
+                    onClicked: Library.browsing.selectSidebarItem(SidebarPlace.Tracks)
+                }
             }
         }
-    }
-    footer: DropHintRow {
-        x: root.rowLeft
-        width: root.rowWidth
+        DropHintRow {
+            x: root.rowLeft
+            width: root.rowWidth
+        }
     }
     delegate: QueueRow {
         // Later versions of Qt put rows at x 0 when they lay them out.
