@@ -186,8 +186,6 @@
     X(exportCommand, u"Export...", u"导出…") \
     X(exportPlaylist, u"Export as M3U8 or XSPF", u"导出为 M3U8 或 XSPF") \
     X(exportPrompt, u"Export", u"导出") \
-    X(dropToQueue, u"Drop to add to the queue", u"松开加入待播队列") \
-    X(dropToQueueHint, u"Added files appear in the queue", u"文件会自动加入待播队列") \
     X(noResultsHint, u"Try fewer letters, or another word of the title, artist or album.", u"请减少输入的文字，或换用标题、艺人、专辑中的其他词。") \
     X(emptyPlaylist, u"Nothing in this playlist yet", u"此播放列表还是空的") \
     X(emptyPlaylistHint, u"Drag tracks or albums onto its name, or choose “Add to Playlist” from their menu.", u"把歌曲或专辑拖到它的名称上，或在其菜单中选择“加入播放列表”。") \

@@ -27,15 +27,15 @@ TEST_F(DropsTest, FilesDraggedOverTheWindowShowTheOverlay) {
         EXPECT_TRUE(move.isAccepted());
     };
     enter();
-    EXPECT_TRUE(ui->waitsFor(u"Drop to add to the queue"_s));
+    EXPECT_TRUE(ui->waitsFor(u"Drop to add to playlist"_s));
     QDragLeaveEvent leave;
     QCoreApplication::sendEvent(window, &leave);
-    EXPECT_TRUE(world.waitFor([&] { return !ui->shows(u"Drop to add to the queue"_s); }));
+    EXPECT_TRUE(world.waitFor([&] { return !ui->shows(u"Drop to add to playlist"_s); }));
     enter();
     QDropEvent drop({420, 300}, Qt::CopyAction, &files, Qt::LeftButton, {});
     QCoreApplication::sendEvent(window, &drop);
     EXPECT_TRUE(drop.isAccepted());
-    EXPECT_TRUE(world.waitFor([&] { return !ui->shows(u"Drop to add to the queue"_s); }));
+    EXPECT_TRUE(world.waitFor([&] { return !ui->shows(u"Drop to add to playlist"_s); }));
 }
 
 TEST_F(DropsTest, HundredsOfFilesAndFoldersAreDroppedAtOnce) {

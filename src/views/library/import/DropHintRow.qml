@@ -55,7 +55,7 @@ Item {
         Text {
             width: parent.width
             horizontalAlignment: Text.AlignHCenter
-            text: Strings.dropToQueueHint
+            text: Strings.dragAudioSubtitle
             Accessible.role: Accessible.StaticText
             Accessible.name: text
             font: Theme.caption

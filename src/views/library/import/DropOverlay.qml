@@ -19,7 +19,7 @@ Rectangle {
         anchors.fill: parent
         anchors.margins: 30
         radius: 18
-        color: "transparent"
+        color: Qt.rgba(0, 0, 0, 0.35) // whatever the words stand on
         border.width: 2
         border.color: Theme.withAlpha(Theme.accent, 0.35)
     }
@@ -35,7 +35,7 @@ Rectangle {
         }
         Text {
             anchors.horizontalCenter: parent.horizontalCenter
-            text: Strings.dropToQueue
+            text: Strings.dropToAdd
             Accessible.role: Accessible.StaticText
             Accessible.name: text
             font: Theme.overlayTitle
@@ -44,7 +44,7 @@ Rectangle {
         Text {
             anchors.horizontalCenter: parent.horizontalCenter
             horizontalAlignment: Text.AlignHCenter
-            text: Strings.dropToQueueHint
+            text: Strings.dragAudioSubtitle
             Accessible.role: Accessible.StaticText
             Accessible.name: text
             font: Theme.name
