@@ -22,9 +22,11 @@ namespace {
 
 // From the render to the ear. The server spends what the request size leaves of it on few, long
 // blocks: four or five wake-ups a second. What is queued is rendered again when something changes;
-// a server that takes blocks takes nothing of them back, and has less on its way for that.
+// a server that takes blocks takes nothing of them back, and has less on its way for that. It keeps
+// a good half of what is asked for in the stream, which is room for a block and what replaces
+// others.
 constexpr double latencySeconds = 0.48;
-constexpr double blockLatencySeconds = 0.24;
+constexpr double blockLatencySeconds = 0.32;
 static_assert(latencySeconds * 1000 <= RenderSource::queueMilliseconds);
 constexpr double requestSeconds = 0.02;
 
@@ -93,7 +95,12 @@ bool PulseStream::connect(const StreamFormat& format, const QString& sink) {
     pa_stream_set_state_callback(
         m_stream, [](pa_stream*, void* data) { self(data)->stateChanged(); }, this);
     pa_stream_set_write_callback(
-        m_stream, [](pa_stream*, std::size_t, void* data) { self(data)->pull(); }, this);
+        m_stream,
+        [](pa_stream*, std::size_t bytes, void* data) {
+            self(data)->m_block = double(bytes) / double(self(data)->m_frameBytes);
+            self(data)->pull();
+        },
+        this);
     pa_stream_set_started_callback(
         m_stream, [](pa_stream*, void* data) { self(data)->soonAgain(); }, this);
     pa_stream_set_underflow_callback(
@@ -365,7 +372,7 @@ void PulseStream::timingTold() {
         return;
     }
     if (m_takesBlocks)
-        m_untouchable = double(told->configured_sink_usec) * 1e-6;
+        m_untouchable = double(told->sink_usec) * 1e-6 + m_block / m_sampleRate;
     const double now = m_clock.now();
     if (!told->playing || pa_stream_is_suspended(m_stream) == 1) {
         m_nextTiming = 0;

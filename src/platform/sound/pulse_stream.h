@@ -87,6 +87,7 @@ class PulseStream {
     bool m_revises = false; ///< what is queued is to be rendered again
     std::optional<Ending> m_ending;
     pa_time_event* m_endingHeard = nullptr; ///< stands still then
+    double m_block = 0;                     ///< frames that the server last asked for
     double m_untouchable = 0;               ///< s; what the server has taken and won't take back
     pa_mainloop_api* m_api = nullptr;
     pa_defer_event* m_wake = nullptr; ///< has the audio thread pull

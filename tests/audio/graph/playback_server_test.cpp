@@ -261,6 +261,43 @@ TEST_F(OnPipeWire, PlaysOnThroughChangesOfTheSinksRate) {
     EXPECT_NEAR(double(heard.back().last()), double(position()), 0.1 * rate);
 }
 
+// A server that keeps the blocks it has taken lets the others be written again. It leaves out a
+// block of its own now and then, where it has no real-time priority.
+TEST_F(OnPipeWire, FadesOutBeforeAPause) {
+    const auto recording = record(u"null44100"_s);
+    ASSERT_TRUE(open(*engine, path));
+    ASSERT_TRUE(engine->scheduleSegment(40, true));
+    constexpr int pauses = 7;
+    for (int turn = 0; turn < pauses; ++turn) {
+        if (turn > 0) {
+            ASSERT_TRUE(engine->resume());
+        }
+        hear(0.5);
+        engine->pause();
+        ASSERT_TRUE(recording->waitForFrames(rate / 2));
+    }
+    const auto samples = recording->samples();
+    // How long the sound takes from three quarters of what it was to silence, before a long one.
+    std::vector<double> ends; // ms
+    std::size_t silence = 0;
+    for (std::size_t i = 0; i < samples.size(); i += 2) {
+        silence = std::abs(samples[i]) < 0.002F ? silence + 1 : 0;
+        if (silence != rate / 5)
+            continue;
+        const std::size_t last = i / 2 - silence;
+        std::size_t loud = last;
+        while (loud > 0 && std::abs(samples[2 * loud]) < 0.18F)
+            --loud;
+        if (loud > 0)
+            ends.push_back(double(last - loud) * 1000 / rate);
+    }
+    ASSERT_GE(ends.size(), std::size_t(pauses - 1));
+    std::sort(ends.begin(), ends.end());
+    std::printf("%zu ends, in the middle %.1f ms, the shortest %.1f ms\n", ends.size(),
+                ends[ends.size() / 2], ends.front());
+    EXPECT_GT(ends[ends.size() / 2], 2) << "cut off";
+}
+
 TEST_F(OnPulseAudio, GainsSwitchAtTheJointsOwnSample) {
     const auto level = [this](const QString& name) {
         const QString file = folder.filePath(name);
