@@ -280,6 +280,7 @@ void LibraryViewModel::connectFiles() {
             &Bookmarks::persistBookmarks);
     // A removal under way would take those of its tracks that are added again.
     connect(m_importing.get(), &Importer::adding, m_tidying.get(), &Tidying::finishRemoval);
+    connect(m_transport.get(), &Transport::chosen, m_importing.get(), &Importer::giveWay);
     connect(m_importing.get(), &Importer::playAsked, m_transport.get(),
             [this](const QUuid& entry) { m_transport->playOn(entry); });
     connect(m_importing.get(), &Importer::playlistAsked, m_collections.get(),

@@ -100,7 +100,7 @@ void Importer::importDroppedURLs(const QList<QUrl>& urls) {
         if (url.isLocalFile())
             roots.append(url.toLocalFile());
     Q_EMIT rootsGiven(roots);
-    m_waiting.push_back(roots);
+    m_waiting.push_back({roots, m_choices});
     if (!m_isRunning)
         startNext();
 }
@@ -232,7 +232,8 @@ void Importer::startNext() {
     m_rebuiltAt = -secondsBetweenRebuilds;
     m_added = 0;
     m_skipped = 0;
-    const QStringList roots = m_waiting.front();
+    const QStringList roots = m_waiting.front().roots;
+    m_choicesThen = m_waiting.front().choices;
     m_waiting.pop_front();
     m_worker.start(Run{this, roots, m_queue.records(), m_store.snapshot(), m_needs,
                        m_language.resolvedLanguage()});
@@ -262,9 +263,9 @@ void Importer::take(const QStringList& roots, const Found& found) {
     m_status.show(report(resultText(0)), false);
     const auto row = m_queue.rowOfPath(found.firstPath);
     if (playsList())
-        Q_EMIT playlistAsked(m_playlist);
+        askUnlessChosen([this] { Q_EMIT playlistAsked(m_playlist); });
     else if (row)
-        Q_EMIT playAsked(m_queue.idAt(*row));
+        askUnlessChosen([this, row] { Q_EMIT playAsked(m_queue.idAt(*row)); });
     end();
 }
 
@@ -329,7 +330,15 @@ void Importer::addRows(const TrackRows& rows) {
 void Importer::playFirst() {
     const QUuid first = std::exchange(m_first, {});
     if (!first.isNull() && !playsList()) // a list waits until all of it is there
-        Q_EMIT playAsked(first);
+        askUnlessChosen([&] { Q_EMIT playAsked(first); });
+}
+
+// Later choices win, also where a disk has kept an import waiting. Its own are none of the user's.
+void Importer::askUnlessChosen(const std::function<void()>& ask) {
+    if (m_choices != m_choicesThen)
+        return;
+    ask();
+    m_choices = m_choicesThen;
 }
 
 // Adds what did not come.
@@ -353,7 +362,7 @@ void Importer::finish() {
     m_status.add(report(resultText(m_added)));
     Q_EMIT imported();
     if (playsList())
-        Q_EMIT playlistAsked(m_playlist);
+        askUnlessChosen([this] { Q_EMIT playlistAsked(m_playlist); });
     end();
 }
 

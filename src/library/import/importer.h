@@ -48,6 +48,8 @@ class Importer : public QObject {
     Q_INVOKABLE void chooseAndImportMusic(bool files, bool directories);
     /// Imports files and folders, and makes playlists of lists. Every way of importing comes here.
     Q_INVOKABLE void importDroppedURLs(const QList<QUrl>& urls);
+    /// The user has chosen something else: what was given before comes, and does not play.
+    void giveWay() { ++m_choices; }
     /// Ends the running import and drops those that wait. What has been read stays.
     Q_INVOKABLE void stopImport();
     /// Asks the items of a drop for their addresses and imports those when all have answered. Gives
@@ -87,6 +89,10 @@ class Importer : public QObject {
         bool isListsAlone; ///< nothing else was given
     };
     struct Run;
+    struct Given {
+        QStringList roots;
+        int choices; ///< that had been made before
+    };
 
     void startNext();
     void take(const QStringList& roots, const Found& found);
@@ -95,6 +101,7 @@ class Importer : public QObject {
     [[nodiscard]] QString resultText(qint64 added) const;
     void addRows(const TrackRows& rows);
     void playFirst();
+    void askUnlessChosen(const std::function<void()>& ask);
     [[nodiscard]] QString report(const QString& result) const;
     void finish();
     void end();
@@ -111,7 +118,9 @@ class Importer : public QObject {
     StatusLine& m_status;
     const LanguageSetting& m_language;
     const ReadingNeeds m_needs;
-    std::deque<QStringList> m_waiting;
+    std::deque<Given> m_waiting;
+    int m_choices = 0;     ///< how often the user has chosen what to play
+    int m_choicesThen = 0; ///< when the files of the running import were given
     bool m_isRunning = false;
     double m_progress = -1;
     double m_rebuiltAt = 0;

@@ -109,6 +109,8 @@ void Transport::proceed(const Advance& advance) {
 
 void Transport::start(std::size_t row, AskedBy askedBy) {
     const QString path = m_queue.record(row).path();
+    if (askedBy != AskedBy::advance)
+        Q_EMIT chosen();
     // What plays goes on while the file comes.
     if (askedBy == AskedBy::user && m_files.state(path) == TrackAvailability::inCloud)
         return download(path, m_queue.record(row).title);

@@ -108,6 +108,8 @@ class Transport : public QObject {
     void isShuffleEnabledChanged();
     void repeatModeChanged();
     void stopsAfterCurrentChanged();
+    /// The user has chosen what is to play.
+    void chosen();
     /// The engine has another file, or none.
     void loadedFileChanged();
     /// An entry became current: select its album, take the colour of its artwork.

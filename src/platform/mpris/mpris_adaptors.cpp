@@ -2,14 +2,17 @@
 #include "platform/mpris/mpris_adaptors.h"
 
 #include <QDBusConnection>
-#include <QFileInfo>
 #include <QSysInfo>
+#include <QTimer>
 #include <QUrl>
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <limits>
+#include <memory>
 #include <thread>
+#include <utility>
 
 namespace halvane {
 
@@ -136,16 +139,21 @@ void MprisPlayerAdaptor::OpenUri(const QString& Uri, const QDBusMessage& message
         refuse(message, u"only files of this machine can be opened: %1"_s.arg(Uri));
         return;
     }
-    std::thread([this, message, path = url.toLocalFile(), here = m_looks.address()] {
-        const bool isThere = QFileInfo::exists(path);
-        here.post([this, message, path, isThere] {
-            if (!isThere) {
-                refuse(message, u"there is no such file: %1"_s.arg(path));
-                return;
-            }
-            run(m_shared.handlers.openFile, path);
-            QDBusConnection(m_shared.connection).send(message.createReply());
-        });
+    const QString path = url.toLocalFile();
+    const auto answer = [this, message, path, isAnswered = std::make_shared<bool>()](bool isThere) {
+        if (std::exchange(*isAnswered, true))
+            return;
+        if (!isThere)
+            return refuse(message, u"there is no such file: %1"_s.arg(path));
+        run(m_shared.handlers.openFile, path);
+        QDBusConnection(m_shared.connection).send(message.createReply());
+    };
+    // Of a disk that does not answer by then, the opening tells.
+    constexpr std::chrono::milliseconds patience{500};
+    QTimer::singleShot(patience, this, [answer] { answer(true); });
+    std::thread([path, answer, exists = m_shared.exists, here = m_looks.address()] {
+        const bool isThere = exists(path);
+        here.post([answer, isThere] { answer(isThere); });
     }).detach();
 }
 

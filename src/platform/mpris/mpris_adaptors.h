@@ -9,6 +9,8 @@
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 
+#include <functional>
+
 namespace halvane {
 
 /// What both interfaces work on.
@@ -16,7 +18,8 @@ struct MprisShared {
     MprisState state;
     MediaCommandHandlers handlers;
     WindowCommandHandlers windows;
-    QString connection; ///< its name
+    QString connection;                              ///< its name
+    std::function<bool(const QString& path)> exists; ///< may wait for a disk
 };
 
 class MprisRootAdaptor final : public QDBusAbstractAdaptor {

@@ -6,6 +6,7 @@
 
 #include <QCoreApplication>
 #include <QDBusConnection>
+#include <QFileInfo>
 
 namespace halvane {
 
@@ -22,11 +23,12 @@ const auto busName = u"org.mpris.MediaPlayer2.halvane"_s;
 
 class MprisControls::Player final : public QObject {
   public:
-    explicit Player(const QString& connectionName)
+    Player(const QString& connectionName, Look exists)
         : m_connection(connectionName)
         , m_player(new MprisPlayerAdaptor(this, m_shared)) {
         new MprisRootAdaptor(this, m_shared);
         m_shared.connection = connectionName;
+        m_shared.exists = std::move(exists);
         m_signalled = mprisPlayerProperties(m_shared.state);
         if (!m_connection.isConnected())
             return;
@@ -91,7 +93,11 @@ class MprisControls::Player final : public QObject {
 };
 
 MprisControls::MprisControls(const QString& connection)
-    : m_player(std::make_unique<Player>(connection)) {
+    : MprisControls(connection, [](const QString& path) { return QFileInfo::exists(path); }) {
+}
+
+MprisControls::MprisControls(const QString& connection, Look exists)
+    : m_player(std::make_unique<Player>(connection, std::move(exists))) {
 }
 
 MprisControls::~MprisControls() = default;

@@ -3,6 +3,7 @@
 
 #include "platform/mpris/media_controls.h"
 
+#include <functional>
 #include <memory>
 
 class QString;
@@ -15,8 +16,12 @@ namespace halvane {
 /// signal are in it. Does nothing without a connection. Main thread.
 class MprisControls final : public MediaControls {
   public:
+    /// Whether a file is there. It is asked on a thread of its own and may wait for a disk.
+    using Look = std::function<bool(const QString& path)>;
+
     /// Takes the name of a D-Bus connection that outlives this object.
     explicit MprisControls(const QString& connection);
+    MprisControls(const QString& connection, Look exists);
     ~MprisControls() override;
 
     void setHandlers(MediaCommandHandlers handlers) override;

@@ -106,6 +106,30 @@ TEST_F(ImportTest, TakesDropsOneAfterTheOther) {
     EXPECT_EQ(library->status()->text(), u"Added 1, skipped 3"_s);
 }
 
+// As when a disk has kept the files waiting.
+TEST_F(ImportTest, WhatWasChosenMeanwhilePlaysOn) {
+    const auto give = [&](const QString& path) {
+        library->importing()->importDroppedURLs({QUrl::fromLocalFile(path)});
+    };
+    const auto playing = [&] { return library->player()->currentTrack().title; };
+    const auto isDone = [&] { return !library->importing()->isImporting(); };
+    const QString known = wave(u"known.wav"_s);
+    import({known, wave(u"other.wav"_s)});
+    until([&] { return playing() == u"known"_s; });
+    give(wave(u"early.wav"_s));
+    library->transport()->playItem(library->queue()->idAt(1), true);
+    until(isDone);
+    EXPECT_EQ(library->queue()->size(), 3U);
+    EXPECT_EQ(playing(), u"other"_s);
+    give(wave(u"late.wav"_s));
+    give(known);
+    until(isDone);
+    EXPECT_EQ(playing(), u"known"_s) << "given last";
+    give(wave(u"last.wav"_s));
+    until(isDone);
+    EXPECT_EQ(playing(), u"last"_s) << "nothing was chosen since";
+}
+
 TEST_F(ImportTest, WaitsForAllItemsOfADrop) {
     std::vector<std::thread> threads;
     std::vector<DroppedItem> items;

@@ -13,6 +13,7 @@
 
 #include <gmock/gmock.h>
 
+#include <future>
 #include <limits>
 
 using namespace halvane;
@@ -314,6 +315,24 @@ TEST_F(Mpris, CommandsReachThePlayer) {
                   QDBusMessage::ErrorMessage)
             << uri.toStdString();
     EXPECT_THAT(commands, IsEmpty());
+}
+
+TEST(MprisOnAHangingDisk, OpenUriIsAnsweredAndLeftToTheOpening) {
+    PrivateBus bus;
+    auto disk = std::make_shared<std::promise<bool>>();
+    MprisControls controls(bus.connect().name(), [answer = disk->get_future().share()](
+                                                     const QString&) { return answer.get(); });
+    QStringList opened;
+    MediaCommandHandlers handlers;
+    handlers.openFile = [&](const QString& file) { opened.append(file); };
+    controls.setHandlers(handlers);
+    Client client{bus};
+    EXPECT_EQ(client.call(playerInterface, u"OpenUri"_s, {u"file:///hung/a.flac"_s}).type(),
+              QDBusMessage::ReplyMessage);
+    EXPECT_EQ(opened, QStringList{u"/hung/a.flac"_s});
+    disk->set_value(false);
+    client.catchUp();
+    EXPECT_EQ(opened.size(), 1);
 }
 
 TEST_F(Mpris, PropertiesCanBeSetFromOutside) {
