@@ -55,8 +55,9 @@ LibraryViewModel::LibraryViewModel(const Environment& environment, QObject* pare
                                                    m_environment.clock, *m_status, *m_language);
     m_soundCheck = std::make_unique<SoundCheck>(m_environment.preferences, *m_store,
                                                 *m_availability, m_environment.cloudFiles);
-    m_transport = std::make_unique<Transport>(*m_engine, *m_queue, *m_availability, *m_soundCheck,
-                                              *m_status, *m_progressClock, *m_language);
+    m_transport =
+        std::make_unique<Transport>(*m_engine, *m_queue, *m_availability, *m_soundCheck, *m_status,
+                                    *m_progressClock, *m_language, m_environment.clock);
     m_transportSettings =
         std::make_unique<TransportSettings>(m_environment.preferences, *m_transport);
     m_queueMemory = std::make_unique<QueueMemory>(m_environment.preferences, *m_queue, *m_transport,

@@ -96,6 +96,16 @@ QString playbackFailure(const QString& trackTitle, ResolvedLanguage language) {
                                : u"Can't play \""_s + trackTitle + u"\""_s;
 }
 
+QString waitingForDisk(const QString& trackTitle, ResolvedLanguage language) {
+    return isChinese(language) ? u"正在等待「"_s + trackTitle + u"」所在的磁盘…"_s
+                               : u"Waiting for the disk that holds \""_s + trackTitle + u"\"..."_s;
+}
+
+QString diskDoesNotAnswer(const QString& trackTitle, ResolvedLanguage language) {
+    return isChinese(language) ? u"「"_s + trackTitle + u"」所在的磁盘没有响应"_s
+                               : u"The disk that holds \""_s + trackTitle + u"\" does not answer"_s;
+}
+
 QString downloadingTrack(const QString& trackTitle, ResolvedLanguage language) {
     return isChinese(language) ? u"正在从 iCloud 下载「"_s + trackTitle + u"」"_s
                                : u"Downloading \""_s + trackTitle + u"\" from iCloud"_s;

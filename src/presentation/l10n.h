@@ -42,6 +42,8 @@ QString text(L10nKey key, ResolvedLanguage language);
 // singular, where there is one, is for exactly 1.
 
 QString playbackFailure(const QString& trackTitle, ResolvedLanguage language);
+QString waitingForDisk(const QString& trackTitle, ResolvedLanguage language);
+QString diskDoesNotAnswer(const QString& trackTitle, ResolvedLanguage language);
 QString downloadingTrack(const QString& trackTitle, ResolvedLanguage language);
 // Tracks, and the title that names them where it is one.
 QString playsNext(const QString& trackTitle, qint64 count, ResolvedLanguage language);

@@ -155,3 +155,16 @@ TEST_F(SlowDisk, HoldsNobodyUpWhileAFileThatPlaysIsBeingRead) {
     ASSERT_TRUE(waitFor([&] { return title() == u"First"_s && position() > 0; }));
     expectTheRestGoesOn();
 }
+
+// Playback gets there by itself, and perhaps nobody looks: the music goes on all the same.
+TEST_F(SlowDisk, IsPassedOverByWhatFollows) {
+    ASSERT_NO_FATAL_FAILURE(start());
+    const ClosedGate closed(lock);
+    halvane->ask({u"loop"_s, u"None"_s});
+    halvane->ask({u"position"_s, u"58"_s});
+    constexpr int patience = 40'000; // ms
+    EXPECT_TRUE(waitFor([&] { return title() == u"Second"_s; }, patience));
+    EXPECT_EQ(status(), u"Playing"_s);
+    EXPECT_TRUE(waitFor([&] { return title() == u"Third"_s && position() > 0; }, patience));
+    EXPECT_EQ(status(), u"Playing"_s);
+}

@@ -142,6 +142,13 @@ bool DecoderThread::awaitFrames(std::size_t frames, std::chrono::milliseconds at
     return loop.filled.wait_for(lock, atMost, [&] { return loop.isFilled(frames); });
 }
 
+bool DecoderThread::isDry() const {
+    if (!m_loop)
+        return false;
+    const std::lock_guard lock(m_loop->mutex);
+    return !m_loop->segments.empty() && m_loop->filledFrames() == 0;
+}
+
 void DecoderThread::whenFilled(std::size_t frames, std::function<void()> call) {
     const std::lock_guard lock(m_loop->mutex);
     m_loop->awaited = frames;

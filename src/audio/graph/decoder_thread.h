@@ -51,6 +51,8 @@ class DecoderThread {
     /// Waits until so many frames (or half the ring) can be taken out, or no more are to come.
     /// False when the time is over before.
     [[nodiscard]] bool awaitFrames(std::size_t frames, std::chrono::milliseconds atMost);
+    /// Nothing is left in the ring, and there is more to decode.
+    [[nodiscard]] bool isDry() const;
     /// Calls on the decoder thread when as many are there, once, unless another epoch begins. Must
     /// own what it uses.
     void whenFilled(std::size_t frames, std::function<void()> call);

@@ -301,6 +301,11 @@ bool AudioPlaybackEngine::isPlaying() const {
     return m_playing;
 }
 
+bool AudioPlaybackEngine::isWaitingForDisk() const {
+    assertOwnThread(*this);
+    return m_file ? m_node.isStarved() : m_opener.isOpening();
+}
+
 double AudioPlaybackEngine::elapsedSeconds() const {
     assertOwnThread(*this);
     return m_file ? double(elapsedFrames()) / m_file->format().sampleRate : 0;

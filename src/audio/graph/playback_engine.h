@@ -42,6 +42,7 @@ class AudioPlaybackEngine : public TransportEngine {
     void pause() override;
     Result<> resume() override;
     [[nodiscard]] bool isPlaying() const override;
+    [[nodiscard]] bool isWaitingForDisk() const override;
     [[nodiscard]] double elapsedSeconds() const override;
 
     /// prescheduleSettled tells what came of it.

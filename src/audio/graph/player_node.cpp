@@ -176,6 +176,10 @@ void PlayerNode::pause() {
         m_tap->setActive(false);
 }
 
+bool PlayerNode::isStarved() const {
+    return m_playing && hasStream() && (!m_output.isRunning() || m_decoder.isDry());
+}
+
 std::int64_t PlayerNode::framesHeard() const {
     return m_streamOpen ? m_timeline.mediaHeard(m_pipe->anchors, m_output.framesHeard())
                         : m_timeline.last();

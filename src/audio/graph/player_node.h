@@ -66,6 +66,9 @@ class PlayerNode : public QObject {
     void pause();
     [[nodiscard]] bool hasStream() const { return m_streamOpen && m_output.isOpen(); }
 
+    /// Playing, and the decoder has nothing to hear, or not enough to begin with.
+    [[nodiscard]] bool isStarved() const;
+
     /// Frames heard of what was scheduled since the last stop.
     [[nodiscard]] std::int64_t framesHeard() const;
     /// Frames scheduled since the last stop in front of the last segment.

@@ -39,6 +39,8 @@ class TransportEngine : public QObject {
     virtual Result<> resume() = 0;
     /// The engine's own playing flag.
     [[nodiscard]] virtual bool isPlaying() const = 0;
+    /// What is to be heard now has not come from the disk yet.
+    [[nodiscard]] virtual bool isWaitingForDisk() const = 0;
     /// Position heard in the current file.
     [[nodiscard]] virtual double elapsedSeconds() const = 0;
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "audio/graph/transport_engine.h"
+#include "library/playback/disk_watch.h"
 #include "library/playback/planned_queue.h"
 #include "library/playback/progress_clock.h"
 #include "library/status_line.h"
@@ -36,8 +37,8 @@ class Transport : public QObject {
     /// All references must outlive it.
     Transport(TransportEngine& engine, PlayQueue& queue, FileAvailability& files,
               const SoundCheck& soundCheck, StatusLine& status, ProgressClock& progress,
-              const LanguageSetting& language, RandomIndex random = systemRandomIndex(),
-              QObject* parent = nullptr);
+              const LanguageSetting& language, Clock& clock,
+              RandomIndex random = systemRandomIndex(), QObject* parent = nullptr);
 
     [[nodiscard]] bool isPlaying() const { return m_isPlaying; }
     [[nodiscard]] double volume() const { return m_volume; }
@@ -162,6 +163,8 @@ class Transport : public QObject {
     void opened();
     void foundInCloud();
     void openFailed(const QString& reason);
+    void keptWaiting(int looks);
+    void giveUpWaiting();
     void trackEnded();
     void interrupted(const QString& reason);
     void pauseRequested(bool pause);
@@ -174,6 +177,8 @@ class Transport : public QObject {
     ProgressClock& m_progress;
     const LanguageSetting& m_language;
     const RandomIndex m_random;
+    DiskWatch m_disk;      ///< looks while the entry is to play
+    int m_filesHeldUp = 0; ///< and passed over for that, since something was heard
 
     PlayMode m_mode;
     bool m_isPlaying = false;

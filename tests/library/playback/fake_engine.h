@@ -22,6 +22,7 @@ class FakeEngine final : public TransportEngine {
     double length = 200;                    ///< seconds of every file
     std::optional<QString> scheduleFailure; ///< of the next schedule alone
     std::optional<QString> resumeFailure;
+    bool isStalled = false; ///< the disk has stopped to answer in the middle of a file
 
     // What it came to.
     QString opening; ///< asked for and not answered yet; empty: none
@@ -84,6 +85,7 @@ class FakeEngine final : public TransportEngine {
         return outcome(resumeFailure);
     }
     [[nodiscard]] bool isPlaying() const override { return playing; }
+    [[nodiscard]] bool isWaitingForDisk() const override { return isStalled || !opening.isEmpty(); }
     [[nodiscard]] double elapsedSeconds() const override { return position; }
     bool prescheduleNextIfCompatible(const QString& path, double gain) override {
         if (evicted.contains(path))

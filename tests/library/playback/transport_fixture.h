@@ -56,8 +56,9 @@ struct TransportFixture {
     QStringList shown;    ///< titles of entries that became current
     int nowPlayingUpdates = 0;
     Transport transport{
-        engine, queue,    files,    soundCheck,
-        status, progress, language, [this](std::size_t count) { return generator() % count; }};
+        engine,     queue,  files,
+        soundCheck, status, progress,
+        language,   clock,  [this](std::size_t count) { return generator() % count; }};
 
     /// Sound Check is on, and knows these files' gains in dB and no others.
     void setGains(const QHash<char, double>& gains) {
