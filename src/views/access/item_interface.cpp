@@ -45,7 +45,8 @@ bool isTakenOut(QQuickItem& list, const QQuickItem& row) {
 
 // Later versions of Qt go on ignoring a row that a list has put away once and uses again.
 bool isRow(const QQuickItem& item) {
-    return item.property("index").isValid() && listAround(item);
+    const auto* content = item.parentItem();
+    return content && item.property("index").isValid() && listAround(*content);
 }
 
 // Later versions of Qt make every entry of a menu known, also one that is but a line.
