@@ -8,7 +8,11 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstring>
+#include <fcntl.h>
+#include <poll.h>
+#include <unistd.h>
 
 namespace halvane::test {
 
@@ -61,6 +65,44 @@ bool MonitorRecording::waitForFrames(std::int64_t more) const {
     return waitFor([&] { return frames() >= goal; }, 20'000);
 }
 
+PipeListener::PipeListener(const QString& pipe, int sampleRate)
+    : m_pipe(::open(pipe.toUtf8().constData(), O_RDONLY | O_CLOEXEC))
+    , m_thread([this, sampleRate] { listen(sampleRate); }) {
+    EXPECT_GE(m_pipe, 0);
+}
+
+PipeListener::~PipeListener() {
+    m_ends = true;
+    m_thread.join();
+    ::close(m_pipe);
+}
+
+std::vector<float> PipeListener::samples() const {
+    const std::lock_guard lock(m_mutex);
+    return m_heard;
+}
+
+void PipeListener::listen(int sampleRate) {
+    using Time = std::chrono::steady_clock;
+    constexpr std::chrono::milliseconds stride(10);
+    std::vector<float> block(std::size_t(2 * sampleRate / 100));
+    for (auto next = Time::now(); !m_ends; next += stride) {
+        std::this_thread::sleep_until(next);
+        pollfd ready{m_pipe, POLLIN, 0};
+        std::size_t bytes = 0;
+        while (bytes < block.size() * sizeof(float) && ::poll(&ready, 1, 0) == 1) {
+            const auto got = ::read(m_pipe, reinterpret_cast<char*>(block.data()) + bytes,
+                                    block.size() * sizeof(float) - bytes);
+            if (got <= 0)
+                break;
+            bytes += std::size_t(got);
+        }
+        const std::lock_guard lock(m_mutex);
+        m_heard.insert(m_heard.end(), block.begin(),
+                       block.begin() + std::ptrdiff_t(bytes / sizeof(float)));
+    }
+}
+
 PrivateSoundServer::PrivateSoundServer() {
     EXPECT_TRUE(m_folder.isValid());
     // Clients of the server in this process must not look for, or leave, anything in the home.
@@ -110,6 +152,15 @@ void PrivateSoundServer::loadRevisingSink(const QString& name, int sampleRate) {
     load({u"module-null-sink"_s, u"sink_name="_s + name, u"rate=%1"_s.arg(sampleRate),
           u"format=float32le"_s});
     EXPECT_TRUE(waitFor([&] { return sinkIndex(name).has_value(); }));
+}
+
+std::unique_ptr<PipeListener> PrivateSoundServer::loadPipeSink(const QString& name,
+                                                               int sampleRate) {
+    const QString pipe = path(name + u".pipe"_s);
+    load({u"module-pipe-sink"_s, u"sink_name="_s + name, u"rate=%1"_s.arg(sampleRate),
+          u"channels=2"_s, u"format=float32le"_s, u"file="_s + pipe});
+    EXPECT_TRUE(waitFor([&] { return sinkIndex(name).has_value(); }));
+    return std::make_unique<PipeListener>(pipe, sampleRate);
 }
 
 void PrivateSoundServer::unload(std::uint32_t module) {

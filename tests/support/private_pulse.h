@@ -6,9 +6,12 @@
 #include <QString>
 #include <QTemporaryDir>
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <optional>
+#include <thread>
 #include <vector>
 
 namespace halvane::test {
@@ -33,6 +36,27 @@ class MonitorRecording {
     std::unique_ptr<ChildProcess> m_recorder;
 };
 
+/// The other end of a sink that writes to a pipe: takes from it as fast as the sound runs. Stereo.
+class PipeListener {
+  public:
+    PipeListener(const QString& pipe, int sampleRate);
+    ~PipeListener();
+    PipeListener(const PipeListener&) = delete;
+    PipeListener& operator=(const PipeListener&) = delete;
+
+    /// Interleaved floats, all so far.
+    [[nodiscard]] std::vector<float> samples() const;
+
+  private:
+    void listen(int sampleRate);
+
+    int m_pipe;
+    std::atomic<bool> m_ends{false};
+    mutable std::mutex m_mutex;
+    std::vector<float> m_heard; ///< under the mutex
+    std::thread m_thread;
+};
+
 /// A sound server for this test alone, on a socket of its own. Every call waits until it is done;
 /// what goes wrong is reported as a test failure.
 class PrivateSoundServer {
@@ -55,6 +79,9 @@ class PrivateSoundServer {
                                int channels = 2);
     /// Adds one that takes back what it has not played yet, as sound cards do.
     void loadRevisingSink(const QString& name, int sampleRate);
+    /// Adds one that writes to a pipe, as to Bluetooth: what it has written it never takes back.
+    /// The listener hears what arrives.
+    std::unique_ptr<PipeListener> loadPipeSink(const QString& name, int sampleRate);
     /// Adds a device that can only record.
     virtual std::uint32_t loadInputOnly(const QString& name, const QString& description) = 0;
     void unload(std::uint32_t module);

@@ -129,6 +129,8 @@ void PulseOutput::streamFailed(int error) {
 
 void PulseOutput::streamPlaced(std::uint32_t sink) {
     m_streamSink = sink;
+    if (const auto* known = m_server.sink(sink); known && m_stream)
+        m_stream->placedOn(*known);
     checkSampleRate();
 }
 

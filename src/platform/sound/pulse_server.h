@@ -27,6 +27,8 @@ struct PulseSink {
     QString name;            ///< the server's, the same again after a restart
     QString description;     ///< for people
     int sampleRate = 0;      ///< Hz
+    /// What the device has taken is not taken back any more: a pipe, Bluetooth, another machine.
+    bool keepsWhatItHas = false;
 
     bool operator==(const PulseSink&) const = default;
 };

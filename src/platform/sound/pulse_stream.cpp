@@ -182,6 +182,12 @@ void PulseStream::leave() {
     pa_stream_set_event_callback(m_stream, nullptr, nullptr);
 }
 
+void PulseStream::placedOn(const PulseSink& sink) {
+    const PulseServer::Lock lock(m_server);
+    m_sinkKeeps = sink.keepsWhatItHas;
+    soonAgain();
+}
+
 void PulseStream::start() {
     const PulseServer::Lock lock(m_server);
     if (m_running)
@@ -371,8 +377,9 @@ void PulseStream::timingTold() {
         m_nextTiming = 0;
         return;
     }
-    if (m_takesBlocks)
-        m_untouchable = double(told->sink_usec) * 1e-6 + m_block / m_sampleRate;
+    const double block = m_takesBlocks ? m_block / m_sampleRate : 0;
+    const bool keeps = m_takesBlocks || m_sinkKeeps;
+    m_untouchable = keeps ? double(told->sink_usec) * 1e-6 + block : 0;
     const double now = m_clock.now();
     if (!told->playing || pa_stream_is_suspended(m_stream) == 1) {
         m_nextTiming = 0;

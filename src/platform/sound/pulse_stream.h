@@ -38,6 +38,9 @@ class PulseStream {
     /// After it nothing is called any more.
     ~PulseStream();
 
+    /// It plays on this sink now.
+    void placedOn(const PulseSink& sink);
+
     void start();
     void pause();
     void flush();
@@ -83,6 +86,7 @@ class PulseStream {
 
     // Under the server's lock
     pa_stream* m_stream = nullptr;
+    bool m_sinkKeeps = false; ///< what it has taken
     bool m_running = false;
     bool m_revises = false; ///< what is queued is to be rendered again
     std::optional<Ending> m_ending;

@@ -4,7 +4,10 @@
 #include <pulse/context.h>
 #include <pulse/introspect.h>
 #include <pulse/operation.h>
+#include <pulse/proplist.h>
 #include <pulse/subscribe.h>
+
+#include <string_view>
 
 namespace halvane {
 
@@ -14,6 +17,14 @@ namespace {
 void release(pa_operation* operation) {
     if (operation)
         pa_operation_unref(operation);
+}
+
+// The server does not say which devices rewrite their buffer. Those are ALSA's, and those whose
+// latency follows what is asked for.
+bool keepsWhatItHas(const pa_sink_info& info) {
+    const char* api = pa_proplist_gets(info.proplist, PA_PROP_DEVICE_API);
+    const bool isAlsa = api && std::string_view(api) == "alsa";
+    return !isAlsa && !(info.flags & PA_SINK_DYNAMIC_LATENCY);
 }
 
 } // namespace
@@ -64,8 +75,8 @@ void PulseSurvey::sinkTold(const pa_sink_info* info, int end) {
     if (end != 0)
         return finished();
     const auto text = [](const char* utf8) { return QString::fromUtf8(utf8 ? utf8 : ""); };
-    m_next.sinks.push_back(
-        {info->index, text(info->name), text(info->description), int(info->sample_spec.rate)});
+    m_next.sinks.push_back({info->index, text(info->name), text(info->description),
+                            int(info->sample_spec.rate), keepsWhatItHas(*info)});
 }
 
 void PulseSurvey::finished() {
