@@ -3,9 +3,11 @@
 
 #include "library/library_concerns.h"
 #include "library/library_view_model.h"
+#include "support/audio_material.h"
 #include "support/fake_environment.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QTemporaryDir>
 
 #include <functional>
@@ -18,6 +20,13 @@ struct RunningLibrary {
     QTemporaryDir music;
     std::unique_ptr<LibraryViewModel> library;
 
+    /// A short tone in the folder; its path. Folders between are made.
+    QString wave(const QString& name) const {
+        QString path = music.filePath(name);
+        QDir().mkpath(path.section(QLatin1Char('/'), 0, -2));
+        writeWave(sine(440, 0.5, 8000, 8000, 1), path);
+        return path;
+    }
     static void until(const std::function<bool()>& reached) {
         while (!reached())
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);

@@ -2,16 +2,12 @@
 // The real program on a desktop of its own, worked from outside.
 #include "system/desktop_session.h"
 
-#include <QDBusVariant>
-#include <QDBusVirtualObject>
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QRect>
-#include <QRegularExpression>
 #include <QUrl>
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <csignal>
 
@@ -21,23 +17,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const auto program = QStringLiteral(HALVANE_PROGRAM);
-
-// A desktop's panel that shows icons.
-class StatusArea : public QDBusVirtualObject {
-  public:
-    static inline const QString name = u"org.kde.StatusNotifierWatcher"_s;
-
-    [[nodiscard]] QString introspect(const QString&) const override { return {}; }
-    bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {
-        const bool isQuestion = message.member() == "Get"_L1;
-        isOffered = isOffered || !isQuestion;
-        return bus.send(isQuestion
-                            ? message.createReply(QVariant::fromValue(QDBusVariant(QVariant(true))))
-                            : message.createReply());
-    }
-
-    bool isOffered = false;
-};
 
 class Program : public testing::Test {
   protected:
@@ -149,95 +128,6 @@ TEST_F(Program, ShowsATrackInARealNotificationAndReplacesIt) {
         [&] { return isShown(u"next"_s, u"Second"_s) && isShown(u"previous"_s, u"First"_s); }));
     EXPECT_GT(server->count(u"body: 'Artist - Album'"_s), 0);
     EXPECT_EQ(session.run(u"dunstctl"_s, {u"count"_s, u"displayed"_s}).output.trimmed(), u"1"_s);
-}
-
-TEST_F(Program, HandsItsFilesToTheOneThatRuns) {
-    session.makeTrack(u"a b.flac"_s, 30, u"Spaces"_s);
-    session.makeTrack(u"歌.flac"_s, 30, u"Song"_s);
-    session.makeTrack(u"folder/100%.flac"_s, 30, u"Encoded"_s);
-    RunningProgram halvane(session);
-    ASSERT_TRUE(halvane.isReady());
-    // As a file manager does it, which reads the entry in the menus.
-    const auto entry = session.home.filePath(u"org.halvane.Halvane.desktop"_s);
-    QFile::copy(QStringLiteral(HALVANE_DESKTOP_ENTRY), entry);
-    session.environment.insert(u"PATH"_s, QFileInfo(program).path() + u':' +
-                                              session.environment.value(u"PATH"_s));
-    const auto url = QUrl::fromLocalFile(session.home.filePath(u"folder/100%.flac"_s)).toEncoded();
-    EXPECT_EQ(session.run(u"gio"_s, {u"launch"_s, entry, QString::fromLatin1(url)}).exitCode, 0);
-    EXPECT_TRUE(halvane.answers({u"metadata"_s, u"title"_s}, u"Encoded"_s));
-    const auto second = session.run(
-        program, {u"folder/../folder"_s, u"missing.flac"_s, u"a b.flac"_s, u"歌.flac"_s});
-    EXPECT_EQ(second.exitCode, 0) << second.errors.toStdString();
-    EXPECT_TRUE(second.errors.contains(session.home.filePath(u"missing.flac"_s)));
-    const auto none = session.run(program, {u"missing.flac"_s, u"gone"_s});
-    EXPECT_EQ(none.exitCode, 1);
-    EXPECT_TRUE(none.errors.contains(session.home.filePath(u"gone"_s)));
-    EXPECT_TRUE(halvane.answers({u"metadata"_s, u"title"_s}, u"Spaces"_s))
-        << "the first that is new";
-    EXPECT_TRUE(halvane.answers({u"status"_s}, u"Playing"_s));
-    EXPECT_EQ(session.run(program, {u"--action"_s, u"Next"_s}).exitCode, 0);
-    EXPECT_TRUE(halvane.answers({u"metadata"_s, u"title"_s}, u"Song"_s));
-    EXPECT_EQ(session.run(program, {u"--action"_s, u"PlayPause"_s}).exitCode, 0);
-    EXPECT_TRUE(halvane.answers({u"status"_s}, u"Paused"_s));
-    EXPECT_EQ(session.run(program, {u"--action"_s, u"Previous"_s}).exitCode, 0);
-    EXPECT_TRUE(halvane.answers({u"metadata"_s, u"title"_s}, u"Spaces"_s));
-    RecordProperty("second start, ms", static_cast<int>(second.milliseconds));
-
-    // An instance that is killed while it is asked leaves its place to the second.
-    const auto monitor = session.listen(
-        u"dbus-monitor"_s, {u"type='method_call',interface='org.freedesktop.Application'"_s});
-    ASSERT_TRUE(waitFor([&] { return monitor->count(u"NameLost"_s) > 0; }));
-    halvane.signal(SIGSTOP);
-    RunningProgram heir(session, {u"a b.flac"_s});
-    ASSERT_TRUE(waitFor([&] { return monitor->count(u"member=Open"_s) > 0; }));
-    halvane.signal(SIGKILL);
-    EXPECT_TRUE(heir.answers({u"metadata"_s, u"title"_s}, u"Spaces"_s));
-}
-
-TEST_F(Program, FilesOpenedTogetherPlayFromTheFirstOneOn) {
-    const QString second = session.makeTrack(u"2.flac"_s, 60, u"Second"_s);
-    const QString first = session.makeTrack(u"1.flac"_s, 60, u"First"_s);
-    const QString third = session.makeTrack(u"3.flac"_s, 60, u"Third"_s);
-    RunningProgram halvane(session, {u"2.flac"_s, u"1.flac"_s});
-    ASSERT_TRUE(halvane.isReady());
-    const auto title = [&](const QString& expected) {
-        return halvane.answers({u"metadata"_s, u"title"_s}, expected);
-    };
-    EXPECT_TRUE(title(u"Second"_s));
-    halvane.ask({u"next"_s});
-    EXPECT_TRUE(title(u"First"_s)) << "in the order in which they were given";
-    auto open = QDBusMessage::createMethodCall(u"org.halvane.Halvane"_s, u"/org/halvane/Halvane"_s,
-                                               u"org.freedesktop.Application"_s, u"Open"_s);
-    open << QStringList{QUrl::fromLocalFile(first).toString(),
-                        QUrl::fromLocalFile(third).toString()}
-         << QVariantMap();
-    callAndWait(session.bus.connect(), open);
-    EXPECT_TRUE(title(u"Third"_s)) << "the first new one";
-    open.setArguments(
-        {QStringList{QUrl::fromLocalFile(second).toString(), QUrl::fromLocalFile(third).toString()},
-         QVariantMap()});
-    callAndWait(session.bus.connect(), open);
-    EXPECT_TRUE(title(u"Second"_s)) << "with none new, the first";
-    EXPECT_TRUE(halvane.answers({u"status"_s}, u"Playing"_s));
-    EXPECT_TRUE(
-        waitFor([&] { return session.log().count(u"engine playing"_s) == 4; })) // each was heard
-        << session.log().toStdString();
-    // Opened while it plays, it plays on.
-    EXPECT_TRUE(waitFor([&] { return halvane.ask({u"position"_s}).toDouble() > 0.5; }));
-    EXPECT_EQ(session.run(program, {u"2.flac"_s}).exitCode, 0);
-    EXPECT_TRUE(waitFor([&] { return session.log().count(u"import: 1 roots"_s) == 1; }));
-    EXPECT_EQ(halvane.ask({u"status"_s}), u"Playing"_s);
-    EXPECT_EQ(session.log().count(u"engine playing"_s), 4) << "and does not start over";
-}
-
-TEST_F(Program, AnActionThatFindsNothingToPlayLeavesLaterFilesAlone) {
-    session.makeTrack(u"a.flac"_s, 60, u"Later"_s);
-    RunningProgram halvane(session, {u"--action"_s, u"PlayPause"_s});
-    ASSERT_TRUE(halvane.isReady());
-    EXPECT_EQ(session.run(program, {u"a.flac"_s}).exitCode, 0);
-    EXPECT_TRUE(halvane.answers({u"metadata"_s, u"title"_s}, u"Later"_s));
-    EXPECT_TRUE(waitFor([&] { return halvane.ask({u"position"_s}).toDouble() > 0.5; }));
-    EXPECT_EQ(halvane.ask({u"status"_s}), u"Playing"_s);
 }
 
 TEST_F(Program, IsWorkedFromACommandLine) {
@@ -361,98 +251,6 @@ TEST_F(Program, ADoubleClickOnAnAlbumPlaysIt) {
     }
 }
 
-TEST_F(Program, AClickOnTheTraysIconOpensThePanelBesideItAndClosesIt) {
-    RunningProgram halvane(session);
-    ASSERT_TRUE(halvane.isReady());
-    auto desktop = session.bus.connect();
-    const auto click = [&] {
-        auto message =
-            QDBusMessage::createMethodCall(u"org.halvane.Halvane"_s, u"/StatusNotifierItem"_s,
-                                           u"org.kde.StatusNotifierItem"_s, u"Activate"_s);
-        message.setArguments({800, 10});
-        callAndWait(desktop, message);
-    };
-    const auto isBesideTheIcon = [&] {
-        return session
-            .run(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, u"--name"_s, u"^Halvane$"_s,
-                                u"getwindowgeometry"_s, u"--shell"_s, u"%@"_s})
-            .output.contains(u"X=660\nY=18\nWIDTH=280\nHEIGHT=118"_s);
-    };
-    EXPECT_FALSE(isBesideTheIcon());
-    click();
-    EXPECT_TRUE(waitFor(isBesideTheIcon));
-    click();
-    EXPECT_TRUE(waitFor([&] { return !isBesideTheIcon(); }));
-
-    // Its menu ends with the way out.
-    const auto menu = [&](const QStringList& call) {
-        return session
-            .run(u"gdbus"_s,
-                 QStringList{u"call"_s, u"--session"_s, u"--dest"_s, u"org.halvane.Halvane"_s,
-                             u"--object-path"_s, u"/StatusNotifierItem/Menu"_s, u"--method"_s} +
-                     call)
-            .output;
-    };
-    QStringList entries;
-    static const QRegularExpression entry(u"\\((\\d+), \\{'label': <'([^']*)'>"_s);
-    for (auto found = entry.globalMatch(
-             menu({u"com.canonical.dbusmenu.GetLayout"_s, u"0"_s, u"--"_s, u"-1"_s, u"[]"_s}));
-         found.hasNext();) {
-        const auto match = found.next();
-        entries.append(match.captured(1) + u' ' + match.captured(2));
-    }
-    EXPECT_EQ(entries.value(0), u"1 Play"_s);
-    ASSERT_EQ(entries.value(entries.size() - 1).section(u' ', 1), u"Quit"_s);
-    menu({u"com.canonical.dbusmenu.Event"_s, entries.last().section(u' ', 0, 0), u"clicked"_s,
-          u"<0>"_s, u"0"_s});
-    EXPECT_EQ(halvane.exitCode(), 0);
-}
-
-TEST_F(Program, APanelsRestartStrandsNeitherMusicNorWindows) {
-    const auto manager = session.listen(u"openbox"_s, {});
-    auto desktop = session.bus.connect();
-    StatusArea area;
-    desktop.registerVirtualObject(u"/StatusNotifierWatcher"_s, &area);
-    desktop.registerService(StatusArea::name);
-    RunningProgram halvane(session);
-    ASSERT_TRUE(halvane.isReady());
-    const auto windows = [&] {
-        return session
-            .run(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, u"--name"_s, u"^Halvane$"_s,
-                                u"getwindowgeometry"_s, u"%@"_s})
-            .output.count(u"Geometry"_s);
-    };
-    ASSERT_TRUE(waitFor([&] { return area.isOffered && windows() == 1; }));
-    EXPECT_TRUE(waitFor([&] {
-        session.run(u"xdotool"_s, {u"key"_s, u"alt+F4"_s});
-        return windows() == 0;
-    }));
-    auto click = QDBusMessage::createMethodCall(u"org.halvane.Halvane"_s, u"/StatusNotifierItem"_s,
-                                                u"org.kde.StatusNotifierItem"_s, u"Activate"_s);
-    click.setArguments({800, 10});
-    callAndWait(desktop, click);
-    EXPECT_TRUE(waitFor([&] { return windows() == 1; })) << "the panel";
-    desktop.unregisterService(StatusArea::name);
-    const auto other = session.listen(u"xev"_s, {u"-event"_s, u"focus"_s});
-    EXPECT_TRUE(waitFor([&] { return windows() == 0; })) << "another window is in front";
-    EXPECT_TRUE(waitFor([&] { return windows() == 1; })) << "the main window is back";
-    EXPECT_TRUE(halvane.isRunning());
-}
-
-TEST_F(Program, AHandOverEndsTheLaunchersBusyCursor) {
-    RunningProgram halvane(session);
-    ASSERT_TRUE(halvane.isReady());
-    const auto root = session.listen(u"xev"_s, {u"-root"_s});
-    session.environment.insert(u"DESKTOP_STARTUP_ID"_s, u"launcher-1-host_TIME12345"_s);
-    for (const auto& arguments : {QStringList(), QStringList{u"--action"_s, u"Next"_s}}) {
-        const auto heard = root->count(u"_NET_STARTUP_INFO_BEGIN"_s);
-        EXPECT_TRUE(waitFor([&] { // xev may only just have started
-            return session.run(program, arguments).exitCode == 0 &&
-                   root->count(u"_NET_STARTUP_INFO_BEGIN"_s) > heard;
-        }));
-    }
-}
-
 TEST(Screens, TheWindowIsNoLargerThanItsScreenHasRoom) {
     struct Row {
         QString screen;
@@ -497,25 +295,6 @@ TEST(Screens, TheWindowIsNoLargerThanItsScreenHasRoom) {
         const int settings = placeOf(u"^Settings$"_s).height();
         EXPECT_TRUE(settings > 300 && settings < area.height()) << settings << " pixels high";
     }
-}
-
-TEST_F(Program, ASecondStartDoesNotOutlastWhatItWaitsFor) {
-    session.makeTrack(u"a.flac"_s, 30, u"Waiting"_s);
-    RunningProgram halvane(session);
-    ASSERT_TRUE(halvane.isReady());
-    const auto monitor = session.listen(
-        u"dbus-monitor"_s, {u"type='method_call',interface='org.freedesktop.Application'"_s});
-    ASSERT_TRUE(waitFor([&] { return monitor->count(u"NameLost"_s) > 0; }));
-    halvane.signal(SIGSTOP);
-    RunningProgram given(session, {u"a.flac"_s});
-    ASSERT_TRUE(waitFor([&] { return monitor->count(u"member=Open"_s) == 1; }));
-    given.terminate();
-    EXPECT_TRUE(waitFor([&] { return !given.isRunning(); }));
-    RunningProgram robbed(session, {u"a.flac"_s});
-    ASSERT_TRUE(waitFor([&] { return monitor->count(u"member=Open"_s) == 2; }));
-    session.bus.kill();
-    EXPECT_EQ(robbed.exitCode(), 1) << "the session is over: no place for a player of its own";
-    EXPECT_TRUE(session.log().contains(u"bus went away"_s)) << session.log().toStdString();
 }
 
 TEST_F(Program, EndsCleanlyWhenItIsAskedTo) {

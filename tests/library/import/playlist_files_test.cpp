@@ -3,7 +3,6 @@
 #include "library/import/given_playlists.h"
 #include "library/running_library.h"
 #include "metadata/playlists/playlist_file.h"
-#include "support/audio_material.h"
 
 #include <QDir>
 #include <QFile>
@@ -19,12 +18,6 @@ class PlaylistFilesTest : public testing::Test, public RunningLibrary {
   protected:
     void SetUp() override { start(); }
 
-    QString wave(const QString& name) {
-        const QString path = music.filePath(name);
-        QDir().mkpath(path.section(u'/', 0, -2));
-        writeWave(sine(440, 0.5, 8000, 8000, 1), path);
-        return path;
-    }
     QString text(const QString& name, const QByteArray& contents) {
         QFile file(music.filePath(name));
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
