@@ -18,9 +18,6 @@ namespace {
 constexpr std::size_t mostFailures = 3;
 constexpr double failureMemory = 5; // s
 
-// By then, the end of a sound that has been ended is heard.
-constexpr std::chrono::milliseconds surelyHeard{150};
-
 } // namespace
 
 PulseOutput::PulseOutput(PulseServer& server, Clock& clock, QObject* parent)
@@ -33,8 +30,8 @@ PulseOutput::PulseOutput(PulseServer& server, Clock& clock, QObject* parent)
 
 PulseOutput::~PulseOutput() {
     close();
-    if (m_ending)
-        std::this_thread::sleep_for(surelyHeard); // or the end would be cut off
+    const std::chrono::duration<double> left(m_ending ? m_endingHeard - m_clock.now() : 0);
+    std::this_thread::sleep_for(left); // or the end would be cut off
 }
 
 Result<> PulseOutput::open(const StreamFormat& format, RenderSource& source) {
@@ -75,10 +72,14 @@ PulseStream::Events PulseOutput::events() {
 }
 
 void PulseOutput::close() {
-    if (isOpen() && m_stream->isEnding()) {
+    const auto heard = isOpen() ? m_stream->endingHeard() : std::nullopt;
+    if (heard) {
         m_stream->leave();
         m_ending = std::move(m_stream);
-        m_ended = m_clock.after(surelyHeard, [this] { m_ending.reset(); });
+        m_endingHeard = *heard;
+        const std::chrono::duration<double, std::milli> left((*heard - m_clock.now()) * 1000);
+        m_ended = m_clock.after(std::chrono::ceil<std::chrono::milliseconds>(left),
+                                [this] { m_ending.reset(); });
     }
     m_stream.reset();
     ++m_generation;

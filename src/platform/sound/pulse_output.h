@@ -51,6 +51,7 @@ class PulseOutput final : public SoundOutput {
     Mailbox m_news;                        ///< from the audio thread
     std::unique_ptr<PulseStream> m_stream; ///< between open and close, also when it has been lost
     std::unique_ptr<PulseStream> m_ending; ///< the one before, whose end is still to be heard
+    double m_endingHeard = 0;              ///< by then
     std::unique_ptr<Timer> m_ended;
     std::uint64_t m_generation = 0; ///< of the stream; news of an older one is dropped
     bool m_lost = false;

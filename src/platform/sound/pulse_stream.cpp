@@ -218,9 +218,9 @@ void PulseStream::pause() {
         release(pa_stream_cork(m_stream, 1, nullptr, nullptr));
 }
 
-bool PulseStream::isEnding() const {
+std::optional<double> PulseStream::endingHeard() const {
     const PulseServer::Lock lock(m_server);
-    return m_ending.has_value();
+    return m_ending ? std::optional(m_ending->heard) : std::nullopt;
 }
 
 void PulseStream::revise() {
@@ -256,11 +256,11 @@ bool PulseStream::endSound() {
         return false;
     forgetEnding();
     const double now = m_clock.now();
-    m_ending = Ending{m_heard.rendered(), now};
+    constexpr double late = 0.05;
+    const double wait = replaceableFrom + m_untouchable + RenderSource::changeSeconds + late;
+    m_ending = Ending{m_heard.rendered(), now, now + wait};
     write(frames, &RenderSource::rest, frames);
     m_heard.run(double(m_ending->frame), now);
-    constexpr double late = 0.03;
-    const double wait = replaceableFrom + m_untouchable + RenderSource::changeSeconds + late;
     m_endingHeard = pa_context_rttime_new(
         m_server.context(), pa_rtclock_now() + pa_usec_t(wait * 1e6),
         [](pa_mainloop_api*, pa_time_event*, const timeval*, void* data) {

@@ -45,8 +45,8 @@ class PulseStream {
     void pause();
     void flush();
     void revise();
-    /// Whether the end of the sound is still on its way to the ear.
-    [[nodiscard]] bool isEnding() const;
+    /// While the end of the sound is still on its way to the ear: when it has surely been heard.
+    [[nodiscard]] std::optional<double> endingHeard() const;
     /// Calls and counts nothing any more; what is queued is heard as long as this lives.
     void leave();
 
@@ -54,7 +54,8 @@ class PulseStream {
     /// The sound ends at a frame that is on its way to the ear; behind it there is silence.
     struct Ending {
         std::int64_t frame = 0;
-        double time = 0; ///< when it was decided
+        double time = 0;  ///< when it was decided
+        double heard = 0; ///< by then
     };
 
     PulseStream(PulseServer& server, const Clock& clock, const StreamFormat& format,
