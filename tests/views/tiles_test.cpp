@@ -143,6 +143,19 @@ TEST_F(TilesTest, ATileIsDraggedOntoAPlaylist) {
     EXPECT_FALSE(ui->shows(u"Show All Tracks"_s)) << "a drag is no click";
 }
 
+TEST_F(TilesTest, ATileIsDraggedIntoTheQueue) {
+    const int rows = library.queue()->rowCount();
+    const QString first = queued(0);
+    const QRect list = placeOf(u"Up Next"_s, QAccessible::List);
+    ui->drag(ui->centreOf(kelp, QAccessible::ListItem), list.topLeft() + QPoint(120, 44 + 4));
+    ASSERT_TRUE(world.waitFor([&] { return library.queue()->rowCount() == rows + 13; }));
+    EXPECT_EQ(queued(0), first);
+    const QModelIndex second = library.queue()->index(1, 0);
+    EXPECT_EQ(second.data(library.queue()->roleNames().key("path")).toString(),
+              kelpPaths().first());
+    EXPECT_FALSE(ui->shows(u"Show All Tracks"_s)) << "a drag is no click";
+}
+
 TEST_F(TilesTest, CtrlAndTheWheelSizeTheAlbumsAndTheSizeStays) {
     const auto width = [&] { return placeOf(kelp, QAccessible::ListItem).width(); };
     const QPoint place = ui->centreOf(kelp, QAccessible::ListItem);
