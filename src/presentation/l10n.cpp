@@ -136,11 +136,11 @@ QString removedFromLibrary(const QString& trackTitle, qint64 count, ResolvedLang
                : u"Removed "_s + named(trackTitle, count, language) + u" from the library"_s;
 }
 
-QString removedFromPlaylist(const QString& trackTitle, const QString& name,
+QString removedFromPlaylist(const QString& trackTitle, qint64 count, const QString& name,
                             ResolvedLanguage language) {
     return isChinese(language)
-               ? u"已从「"_s + name + u"」移除"_s + named(trackTitle, 1, language)
-               : u"Removed "_s + named(trackTitle, 1, language) + u" from \""_s + name + u'"';
+               ? u"已从「"_s + name + u"」移除"_s + named(trackTitle, count, language)
+               : u"Removed "_s + named(trackTitle, count, language) + u" from \""_s + name + u'"';
 }
 
 QString deletedPlaylist(const QString& name, ResolvedLanguage language) {
@@ -176,6 +176,10 @@ QString discHeading(qint64 disc, ResolvedLanguage language) {
 
 QString visibleCount(qint64 count, ResolvedLanguage language) {
     return with(isChinese(language) ? u"显示 %1 首" : u"%1 visible", count);
+}
+
+QString selectedCount(qint64 count, ResolvedLanguage language) {
+    return with(isChinese(language) ? u"已选择 %1 首" : u"%1 selected", count);
 }
 
 QString confirmRemoveMissing(qint64 count, ResolvedLanguage language) {

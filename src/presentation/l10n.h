@@ -50,7 +50,7 @@ QString playsNext(const QString& trackTitle, qint64 count, ResolvedLanguage lang
 QString addedToQueue(const QString& trackTitle, qint64 count, ResolvedLanguage language);
 QString removedFromQueue(const QString& trackTitle, qint64 count, ResolvedLanguage language);
 QString removedFromLibrary(const QString& trackTitle, qint64 count, ResolvedLanguage language);
-QString removedFromPlaylist(const QString& trackTitle, const QString& name,
+QString removedFromPlaylist(const QString& trackTitle, qint64 count, const QString& name,
                             ResolvedLanguage language);
 QString deletedPlaylist(const QString& name, ResolvedLanguage language);
 QString savedAsPlaylist(const QString& name, ResolvedLanguage language);
@@ -59,6 +59,7 @@ QString artistSummary(qint64 albums, qint64 tracks, ResolvedLanguage language);
 /// Of an artist who is only heard on albums of others.
 QString guestSummary(qint64 albums, ResolvedLanguage language);
 QString visibleCount(qint64 count, ResolvedLanguage language);
+QString selectedCount(qint64 count, ResolvedLanguage language);
 /// The heading of one disc of an album.
 QString discHeading(qint64 disc, ResolvedLanguage language);
 QString confirmRemoveMissing(qint64 count, ResolvedLanguage language);

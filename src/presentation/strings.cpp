@@ -27,6 +27,10 @@ QString Strings::visibleCount(int count) const {
     return L10n::visibleCount(count, m_language());
 }
 
+QString Strings::selectedCount(int count) const {
+    return L10n::selectedCount(count, m_language());
+}
+
 QString Strings::confirmRemoveMissing(int count) const {
     return L10n::confirmRemoveMissing(count, m_language());
 }

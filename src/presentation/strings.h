@@ -48,6 +48,7 @@ class Strings : public QObject {
     Q_INVOKABLE [[nodiscard]] QString maintenanceBadge(int count) const;
     Q_INVOKABLE [[nodiscard]] QString artistSummary(int albums, int tracks) const;
     Q_INVOKABLE [[nodiscard]] QString visibleCount(int count) const;
+    Q_INVOKABLE [[nodiscard]] QString selectedCount(int count) const;
     Q_INVOKABLE [[nodiscard]] QString discHeading(int disc) const;
     Q_INVOKABLE [[nodiscard]] QString confirmRemoveMissing(int count) const;
     Q_INVOKABLE [[nodiscard]] QString confirmRemoveDuplicates(int groups) const;

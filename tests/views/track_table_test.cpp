@@ -2,6 +2,8 @@
 // The table of tracks: its keys, its order, its headings and its menu.
 #include "views/main_window_fixture.h"
 
+#include <algorithm>
+
 namespace halvane::test {
 namespace {
 
@@ -142,6 +144,86 @@ TEST_F(TrackTableTest, TheCursorMovesByPagesAndOutlivesASearch) {
     }
     ui->key(Qt::Key_Return);
     EXPECT_EQ(library.player()->currentTrack().path(), chosen);
+}
+
+TEST_F(TrackTableTest, SeveralRowsAreChosenAndActedOnTogether) {
+    library.browsing()->selectBrowseMode(LibraryMode::songs);
+    ASSERT_TRUE(ui->waitsFor(u"Sodium, The Lanterns"_s));
+    ASSERT_TRUE(ui->comesToRest());
+    QAbstractListModel* tracks = library.browsing()->visibleTracks();
+    const auto name = [&](int row) {
+        return textAt(tracks, row, "title") + u", "_s + textAt(tracks, row, "artist");
+    };
+    const auto place = [&](int row) { return ui->centreOf(name(row), QAccessible::ListItem); };
+    const auto chosen = [&] {
+        QStringList names;
+        forEachAccessible(ui->find(u"Tracks"_s, QAccessible::Table), [&](auto& thing) {
+            if (thing.role() == QAccessible::ListItem && thing.state().selected)
+                names.append(thing.text(QAccessible::Name));
+        });
+        return names;
+    };
+    const QString all = u"%1 visible"_s.arg(tracks->rowCount());
+    const QString plays = library.player()->currentTrack().path();
+    const int queue = library.queue()->rowCount();
+
+    ui->clickAt(place(3), Qt::ControlModifier);
+    ui->clickAt(place(1), Qt::ControlModifier);
+    EXPECT_TRUE(ui->waitsFor(u"2 selected"_s));
+    EXPECT_EQ(chosen(), (QStringList{name(1), name(3)}));
+    EXPECT_EQ(library.player()->currentTrack().path(), plays) << "nothing is played by that";
+    ASSERT_TRUE(ui->click(name(3), QAccessible::ListItem, Qt::RightButton));
+    ASSERT_TRUE(ui->waitsFor(u"Add to Queue"_s));
+    ASSERT_TRUE(ui->comesToRest());
+    ASSERT_TRUE(ui->click(u"Add to Queue"_s, QAccessible::MenuItem));
+    ASSERT_TRUE(world.waitFor([&] { return library.queue()->rowCount() == queue + 2; }));
+    EXPECT_EQ(queued(queue), textAt(tracks, 1, "title")) << "in the order of the list";
+    EXPECT_EQ(queued(queue + 1), textAt(tracks, 3, "title"));
+    ASSERT_TRUE(ui->comesToRest());
+
+    ui->clickAt(place(5), Qt::ShiftModifier); // from the last that was chosen by itself
+    EXPECT_TRUE(ui->waitsFor(u"5 selected"_s)) << qPrintable(chosen().join(u"; "_s));
+    const auto roadTrip = [&] { return library.playlists()->all()[1].trackPaths; };
+    ASSERT_EQ(library.playlists()->all()[1].name, u"Road trip"_s);
+    ui->drag(place(4), ui->centreOf(u"Road trip, 118"_s));
+    EXPECT_TRUE(world.waitFor([&] {
+        const auto paths = roadTrip();
+        for (int row = 1; row <= 5; ++row)
+            if (std::find(paths.begin(), paths.end(), textAt(tracks, row, "path")) == paths.end())
+                return false;
+        return true;
+    }));
+
+    // A menu on another row is of that row.
+    ASSERT_TRUE(ui->click(name(0), QAccessible::ListItem, Qt::RightButton));
+    EXPECT_TRUE(ui->waitsFor(all));
+    ASSERT_TRUE(ui->waitsFor(u"Remove from Library"_s));
+    ui->key(Qt::Key_Escape);
+    ASSERT_TRUE(world.waitFor([&] { return !ui->shows(u"Remove from Library"_s); }));
+
+    // By keys.
+    ui->key(Qt::Key_Down, Qt::ShiftModifier);
+    ui->key(Qt::Key_Down, Qt::ShiftModifier);
+    EXPECT_EQ(chosen(), (QStringList{name(0), name(1), name(2)}));
+    ui->key(Qt::Key_Up, Qt::ShiftModifier);
+    EXPECT_EQ(chosen(), (QStringList{name(0), name(1)}));
+    ui->key(Qt::Key_Menu);
+    ASSERT_TRUE(ui->waitsFor(u"Loved"_s));
+    ASSERT_TRUE(ui->comesToRest());
+    ASSERT_TRUE(ui->click(u"Loved"_s, QAccessible::MenuItem));
+    EXPECT_TRUE(world.waitFor([&] {
+        return library.userData()->isLoved(textAt(tracks, 0, "path")) &&
+               library.userData()->isLoved(textAt(tracks, 1, "path"));
+    }));
+    ASSERT_TRUE(ui->comesToRest());
+    ui->key(Qt::Key_A, Qt::ControlModifier);
+    EXPECT_TRUE(ui->waitsFor(u"%1 selected"_s.arg(tracks->rowCount())));
+    ui->key(Qt::Key_Escape);
+    EXPECT_TRUE(ui->waitsFor(all));
+    ui->key(Qt::Key_Down, Qt::ShiftModifier);
+    ui->clickAt(place(4));
+    EXPECT_EQ(library.player()->currentTrack().path(), textAt(tracks, 4, "path"));
+    EXPECT_EQ(chosen(), QStringList{name(4)});
 }
 
 TEST_F(TrackTableTest, EveryTracksMenuShowsItsFileInTheFileManager) {

@@ -81,8 +81,8 @@ bool WindowDriver::doubleClick(const QString& name, QAccessible::Role role) {
     return true;
 }
 
-void WindowDriver::clickAt(const QPoint& place) {
-    QTest::mouseClick(&m_window, Qt::LeftButton, {}, place);
+void WindowDriver::clickAt(const QPoint& place, Qt::KeyboardModifiers modifiers) {
+    QTest::mouseClick(&m_window, Qt::LeftButton, modifiers, place);
 }
 
 void WindowDriver::doubleClickAt(const QPoint& place) {

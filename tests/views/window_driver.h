@@ -39,7 +39,7 @@ class WindowDriver {
     /// Two clicks on the place where the thing was at the first one, as a hand makes them: what
     /// moves meanwhile is not followed.
     bool doubleClick(const QString& name, QAccessible::Role role = QAccessible::NoRole);
-    void clickAt(const QPoint& place);
+    void clickAt(const QPoint& place, Qt::KeyboardModifiers modifiers = {});
     void doubleClickAt(const QPoint& place);
     void pointAt(const QPoint& place);
     /// Turns the wheel over a place, downwards where steps is above 0.

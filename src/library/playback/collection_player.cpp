@@ -103,6 +103,19 @@ void CollectionPlayer::playInTable(const QUuid& withID) {
     m_transport.playCollection(sorted, path, m_browsing.sortedPlace());
 }
 
+void CollectionPlayer::playTogether(const QStringList& paths) {
+    TrackRows tracks;
+    for (const QString& path : paths)
+        if (TrackPtr track = m_store.track(path))
+            tracks.push_back(std::move(track));
+    const QString playlist = m_browsing.selectedPlaylistName();
+    const QString place = playlist.isEmpty() ? m_browsing.sortedPlace() : playlist;
+    if (const auto start = firstPlayable(tracks))
+        m_transport.playCollection(tracks, *start, place);
+    else
+        m_transport.showNothingToPlay();
+}
+
 void CollectionPlayer::playAlbum(const QString& withID) {
     m_browsing.selectPlayedAlbum(withID);
     const TrackRows tracks = tracksOfAlbum(withID);

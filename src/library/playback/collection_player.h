@@ -27,6 +27,8 @@ class CollectionPlayer : public QObject {
     /// Plays a track of the track table. Where the user has sorted the table, its tracks become the
     /// queue in that order; else the queue stays as it is.
     Q_INVOKABLE void playInTable(const QUuid& withID);
+    /// Plays these tracks of the table, in this order.
+    Q_INVOKABLE void playTogether(const QStringList& paths);
     /// Selects the album and plays it. If its first track is current already, it only resumes.
     Q_INVOKABLE void playAlbum(const QString& withID);
     /// Shuffles from now on, and plays the album from any of its tracks.

@@ -24,7 +24,7 @@ RemovalHistory::RemovalHistory(const RemovalNeeds& needs, UndoHistory& history, 
     , m_language(language) {
     connect(&needs.tidying, &Tidying::removing, this, &RemovalHistory::remember);
     connect(&needs.playlists, &Playlists::deleting, this, &RemovalHistory::rememberPlaylist);
-    connect(&needs.playlists, &Playlists::removingPath, this, &RemovalHistory::rememberPath);
+    connect(&needs.playlists, &Playlists::removingPaths, this, &RemovalHistory::rememberPaths);
     connect(&needs.queue, &PlayQueue::replaced, this, [this] { ++m_queuesMade; });
 }
 
@@ -80,17 +80,18 @@ void RemovalHistory::rememberPlaylist(const QUuid& id) {
     m_status.showWithUndo(L10n::deletedPlaylist(playlist.name, m_language.resolvedLanguage()));
 }
 
-void RemovalHistory::rememberPath(const QString& path, const QUuid& playlist) {
-    std::vector<Playlists::Place> places = m_needs.playlists.placesOf({path});
+void RemovalHistory::rememberPaths(const QStringList& paths, const QUuid& playlist) {
+    std::vector<Playlists::Place> places =
+        m_needs.playlists.placesOf(QSet<QString>(paths.cbegin(), paths.cend()));
     std::erase_if(places, [&](const auto& place) { return place.playlist != playlist; });
     if (places.empty())
         return;
-    const TrackPtr track = m_needs.store.track(path);
+    const TrackPtr track = m_needs.store.track(paths.first());
     m_history.add({L10nKey::removeFromPlaylist, Subject::playlists,
                    [this, places] { m_needs.playlists.putBack(places); }, nullptr});
-    m_status.showWithUndo(L10n::removedFromPlaylist(track ? track->title : path,
-                                                    m_needs.playlists.find(playlist)->name,
-                                                    m_language.resolvedLanguage()));
+    m_status.showWithUndo(L10n::removedFromPlaylist(
+        track ? track->title : paths.first(), paths.size(), m_needs.playlists.find(playlist)->name,
+        m_language.resolvedLanguage()));
 }
 
 } // namespace halvane

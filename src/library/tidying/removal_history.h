@@ -56,7 +56,7 @@ class RemovalHistory : public QObject {
     void remember(const QStringList& paths);
     void bringBack(const Lost& lost);
     void rememberPlaylist(const QUuid& id);
-    void rememberPath(const QString& path, const QUuid& playlist);
+    void rememberPaths(const QStringList& paths, const QUuid& playlist);
 
     const RemovalNeeds m_needs;
     UndoHistory& m_history;

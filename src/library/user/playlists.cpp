@@ -196,12 +196,18 @@ void Playlists::addTrackPaths(const QStringList& paths, const QUuid& toPlaylist)
 }
 
 void Playlists::removeTrackPath(const QString& path, const QUuid& fromPlaylist) {
+    removeTrackPaths({path}, fromPlaylist);
+}
+
+void Playlists::removeTrackPaths(const QStringList& paths, const QUuid& fromPlaylist) {
     assertOwnThread(*this);
     const auto row = rowOf(fromPlaylist);
     if (!row)
         return;
-    Q_EMIT removingPath(path, fromPlaylist);
-    if (std::erase(m_playlists[*row].trackPaths, path) == 0)
+    Q_EMIT removingPaths(paths, fromPlaylist);
+    const QSet<QString> gone(paths.cbegin(), paths.cend());
+    if (std::erase_if(m_playlists[*row].trackPaths,
+                      [&](const QString& path) { return gone.contains(path); }) == 0)
         return;
     persistPlaylists();
     pathsChanged(*row);

@@ -48,6 +48,7 @@ class Playlists : public QAbstractListModel {
     Q_INVOKABLE void addTrackPaths(const QStringList& paths, const QUuid& toPlaylist);
     /// Removes every occurrence of a path.
     Q_INVOKABLE void removeTrackPath(const QString& path, const QUuid& fromPlaylist);
+    Q_INVOKABLE void removeTrackPaths(const QStringList& paths, const QUuid& fromPlaylist);
     /// Removes the paths of tracks that left the library from every playlist.
     void removePaths(const QSet<QString>& paths);
 
@@ -74,7 +75,7 @@ class Playlists : public QAbstractListModel {
     void nameChanged(const QUuid& id);
     /// The user's wish, before it is done.
     void deleting(const QUuid& id);
-    void removingPath(const QString& path, const QUuid& id);
+    void removingPaths(const QStringList& paths, const QUuid& id);
     void deleted(const QUuid& id);
 
   private:

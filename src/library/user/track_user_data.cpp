@@ -50,6 +50,19 @@ void TrackUserData::toggleLoved(const QString& path) {
     Q_EMIT lovedChanged(path);
 }
 
+void TrackUserData::toggleLovedTogether(const QStringList& paths) {
+    const bool areLoved = std::all_of(paths.cbegin(), paths.cend(),
+                                      [this](const QString& path) { return isLoved(path); });
+    for (const QString& path : paths)
+        if (isLoved(path) == areLoved)
+            toggleLoved(path);
+}
+
+void TrackUserData::rateTogether(int rating, const QStringList& paths) {
+    for (const QString& path : paths)
+        setRating(rating, path);
+}
+
 void TrackUserData::setRating(int rating, const QString& path) {
     assertOwnThread(*this);
     const int stars = std::clamp(rating, 0, mostStars);

@@ -32,9 +32,12 @@ class TrackUserData : public QObject {
 
     /// Loves a track that is not loved, and the reverse. Does nothing without a path.
     Q_INVOKABLE void toggleLoved(const QString& path);
+    /// Loves all of these tracks; where all are loved already, none of them.
+    Q_INVOKABLE void toggleLovedTogether(const QStringList& paths);
     /// Rates a track by whole stars. At most 5 are stored, and fewer than 1 remove the rating. Does
     /// nothing without a path.
     Q_INVOKABLE void setRating(int rating, const QString& path);
+    Q_INVOKABLE void rateTogether(int rating, const QStringList& paths);
     /// Adds one play. Does nothing without a path.
     void countPlay(const QString& path) { addPlays(1, path); }
     /// What the user has said of one track.

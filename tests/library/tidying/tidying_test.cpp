@@ -284,6 +284,11 @@ TEST_F(TidyingTest, PlaylistsAndTheirTracksComeBack) {
     EXPECT_EQ(library.history()->undoName(), L10nKey::removeFromPlaylist);
     library.history()->undo();
     EXPECT_EQ(library.playlists()->all(), before);
+    library.playlists()->removeTrackPaths({u"/3"_s, u"/1"_s}, first);
+    EXPECT_EQ(library.playlists()->find(first)->trackPaths, std::vector<QString>{u"/2"_s});
+    EXPECT_EQ(library.status()->text(), u"Removed 2 tracks from \"First\""_s);
+    library.history()->undo();
+    EXPECT_EQ(library.playlists()->all(), before);
     library.playlists()->removeTrackPath(u"/2"_s, first);
     library.playlists()->removeTrackPath(u"/9"_s, first);
     library.playlists()->deletePlaylist(second);

@@ -3,20 +3,22 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Halvane
 
-// What can be done with one track.
+// What can be done with one track, or with several together.
 ContextMenu {
     id: root
 
     property var trackId
-    property string path
+    property list<string> paths
+    readonly property string path: root.paths.length > 0 ? root.paths[0] : ""
+    readonly property bool isOfOne: root.paths.length < 2
     property bool isPlaying
     property bool isLoved
     property int rating
 
-    function openFor(row: TrackRow, x: real, y: real): void {
+    function openFor(row: TrackRow, paths: list<string>, x: real, y: real): void {
         root.trackId = row.trackId
-        root.path = row.path
-        root.isPlaying = row.isPlaying && Library.transport.isPlaying
+        root.paths = paths
+        root.isPlaying = root.isOfOne && row.isPlaying && Library.transport.isPlaying
         root.isLoved = row.isLoved
         root.rating = row.rating
         root.popup(row, x, y)
@@ -25,23 +27,28 @@ ContextMenu {
     MenuEntry {
         text: root.isPlaying ? Strings.pause : Strings.play
         symbol: root.isPlaying ? "pause.fill" : "play.fill"
-        onTriggered: Library.collections.playInTable(root.trackId)
+        onTriggered: {
+            if (root.isOfOne)
+                Library.collections.playInTable(root.trackId)
+            else
+                Library.collections.playTogether(root.paths)
+        }
     }
     MenuEntry {
         text: Strings.playNextCommand
         symbol: "text.insert"
-        onTriggered: Library.queueEditing.playNext([root.path])
+        onTriggered: Library.queueEditing.playNext(root.paths)
     }
     MenuEntry {
         text: Strings.addToQueue
         symbol: "music.note.list"
-        onTriggered: Library.queueEditing.addToQueue([root.path])
+        onTriggered: Library.queueEditing.addToQueue(root.paths)
     }
     MenuLine {}
     MenuEntry {
         text: Strings.loved
         symbol: root.isLoved ? "heart.slash" : "heart"
-        onTriggered: Library.userData.toggleLoved(root.path)
+        onTriggered: Library.userData.toggleLovedTogether(root.paths)
     }
     ContextMenu {
         id: ratingMenu
@@ -49,7 +56,7 @@ ContextMenu {
         MenuEntry {
             text: Strings.ratingNone
             checked: root.rating === 0
-            onTriggered: Library.userData.setRating(0, root.path)
+            onTriggered: Library.userData.rateTogether(0, root.paths)
         }
         Repeater {
             model: 5
@@ -57,17 +64,17 @@ ContextMenu {
                 required property int index
                 stars: index + 1
                 checked: root.rating === stars
-                onTriggered: Library.userData.setRating(stars, root.path)
+                onTriggered: Library.userData.rateTogether(stars, root.paths)
             }
         }
     }
-    AddToPlaylistMenu { paths: [root.path] }
+    AddToPlaylistMenu { paths: root.paths }
     MenuEntry {
         visible: Library.browsing.selectedPlaylistName.length > 0
         height: visible ? implicitHeight : 0
         text: Strings.removeFromPlaylist
         symbol: "text.badge.minus"
-        onTriggered: Library.playlists.removeTrackPath(root.path, Library.browsing.selectedPlaylistID)
+        onTriggered: Library.playlists.removeTrackPaths(root.paths, Library.browsing.selectedPlaylistID)
     }
     MenuLine {}
     MenuEntry {
@@ -79,6 +86,6 @@ ContextMenu {
         text: Strings.removeFromLibrary
         symbol: "trash"
         isDestructive: true
-        onTriggered: Library.tidying.removeTracks([root.path])
+        onTriggered: Library.tidying.removeTracks(root.paths)
     }
 }

@@ -26,6 +26,7 @@ Operable {
     property bool hasKeyboard
     property bool showsRing
     property bool hasMenu // open
+    property bool isSelected // with others
     readonly property bool isAvailable: root.availability === Availability.Available
     readonly property color textColor: !root.isAvailable ? Theme.withAlpha(Theme.tertiaryText, 0.66)
                                      : root.isPlaying ? Theme.accent : Theme.primaryText
@@ -39,7 +40,10 @@ Operable {
                                  : Strings.unavailableFile
 
     signal pressed
+    signal clicked // and played
+    signal selectAsked(int modifiers) // by Shift or Ctrl
     signal menuAsked(real x, real y)
+    signal carried(TrackDrag drag)
 
     function play(): void {
         Library.collections.playInTable(root.trackId)
@@ -52,7 +56,7 @@ Operable {
     Accessible.focusable: true
     Accessible.focused: root.hasKeyboard
     Accessible.selectable: true
-    Accessible.selected: root.hasKeyboard
+    Accessible.selected: root.isSelected || root.hasKeyboard
     onPressAsked: root.play()
     onMenuAskedFor: root.menuAsked(root.columns.title, root.height)
     onFocusAsked: root.pressed()
@@ -72,7 +76,7 @@ Operable {
         Rectangle {
             anchors.fill: parent
             radius: Theme.radiusSmall
-            color: root.isPlaying ? Theme.playingFill : hover.hovered || root.hasMenu ? Theme.hoverWash : "transparent"
+            color: root.isSelected ? Theme.selectionFill : root.isPlaying ? Theme.playingFill : hover.hovered || root.hasMenu ? Theme.hoverWash : "transparent"
             border.width: root.hasMenu ? 1.5 : 0
             border.color: Theme.accent
         }
@@ -194,15 +198,28 @@ Operable {
         TapHandler {
             id: left
             acceptedButtons: Qt.LeftButton
+            acceptedModifiers: Qt.NoModifier
             onPressedChanged: {
                 if (pressed)
                     root.pressed()
             }
             // The second of two clicks would pause what the first has begun.
             onTapped: {
-                if (left.tapCount === 1)
-                    root.play()
+                if (left.tapCount > 1)
+                    return
+                root.clicked()
+                root.play()
             }
+        }
+        TapHandler {
+            acceptedButtons: Qt.LeftButton
+            acceptedModifiers: Qt.ControlModifier
+            onTapped: root.selectAsked(Qt.ControlModifier)
+        }
+        TapHandler {
+            acceptedButtons: Qt.LeftButton
+            acceptedModifiers: Qt.ShiftModifier
+            onTapped: root.selectAsked(Qt.ShiftModifier)
         }
         TapHandler {
             acceptedButtons: Qt.RightButton
@@ -210,10 +227,7 @@ Operable {
         }
         TrackDrag {
             id: drag
-            onBegun: {
-                drag.title = root.title
-                drag.paths = [root.path]
-            }
+            onBegun: root.carried(drag)
         }
     }
 }

@@ -8,6 +8,7 @@ Item {
 
     required property bool isNarrowed
     required property int rowCount
+    required property int selectedCount
 
     implicitHeight: 34
 
@@ -16,7 +17,8 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         spacing: Theme.gapLarge
         Text {
-            text: Strings.sentences.visibleCount(root.rowCount)
+            text: root.selectedCount > 1 ? Strings.sentences.selectedCount(root.selectedCount)
+                                         : Strings.sentences.visibleCount(root.rowCount)
             Accessible.role: Accessible.StaticText
             Accessible.name: text
             font: Theme.labelStrong

@@ -4,7 +4,8 @@ import QtQuick.Templates as T
 import Halvane
 
 // The tracks. Return or a click plays one; the Menu key or a right click opens its menu; a track can
-// be dragged onto a playlist.
+// be dragged onto a playlist and into the queue. Shift, Ctrl and "Select All" choose several, and the
+// menu and a drag then are of all of them.
 ListView {
     id: root
 
@@ -45,6 +46,43 @@ ListView {
         root.positionViewAtIndex(row, ListView.Center)
     }
 
+    // What a menu or a drag that begins at a row is of.
+    function pathsAt(row: TrackRow): list<string> {
+        if (row.isSelected)
+            return selection.texts("path")
+        selection.clear()
+        return [row.path]
+    }
+    function select(row: int, modifiers: int): void {
+        const from = cursor.index
+        tabStop.take(Qt.MouseFocusReason)
+        cursor.index = row
+        if (modifiers === Qt.ControlModifier)
+            selection.toggle(row)
+        else
+            selection.extend(from < 0 ? row : from, row)
+    }
+    function handleKey(event: KeyEvent): void {
+        if (event.matches(StandardKey.SelectAll)) {
+            selection.chooseAll()
+            event.accepted = true
+            return
+        }
+        if (event.key === Qt.Key_Space && event.modifiers === Qt.ControlModifier) {
+            selection.toggle(cursor.index)
+            event.accepted = true
+            return
+        }
+        const from = cursor.index
+        keys.handle(event)
+        if (cursor.index === from)
+            return
+        if (event.modifiers & Qt.ShiftModifier && event.text.length === 0)
+            selection.extend(from < 0 ? cursor.index : from, cursor.index)
+        else
+            selection.clear()
+    }
+
     model: Library.browsing.visibleTracks
     reuseItems: true
     cacheBuffer: 0
@@ -59,12 +97,14 @@ ListView {
     Accessible.name: Strings.tracks
     Keys.onPressed: event => {
         if (root.hasKeyboard)
-            keys.handle(event)
+            root.handleKey(event)
     }
     Keys.onTabPressed: tabStop.leave(true)
     Keys.onBacktabPressed: tabStop.leave(false)
     Keys.onEscapePressed: event => {
-        event.accepted = root.isNarrowed
+        event.accepted = root.isNarrowed || selection.count > 0
+        if (selection.count > 0)
+            return selection.clear()
         if (!root.isNarrowed)
             return
         Browsing.showsAlbumTracks = false
@@ -85,12 +125,14 @@ ListView {
             width: parent.width
             visible: root.isAlbum
             rowCount: root.count
+            selectedCount: selection.count
         }
         TrackTableHeading {
             width: parent.width
             visible: !root.isAlbum
             isNarrowed: root.isNarrowed
             rowCount: root.count
+            selectedCount: selection.count
         }
         TrackHeaderRow {
             width: parent.width
@@ -114,13 +156,20 @@ ListView {
         hasKeyboard: root.hasKeyboard && index === cursor.index
         showsRing: hasKeyboard && keys.isByKeyboard
         hasMenu: menu.visible && menu.path === path
+        isSelected: selection.revision > 0 && selection.contains(trackId)
+        onSelectAsked: modifiers => root.select(index, modifiers)
+        onCarried: drag => {
+            drag.paths = root.pathsAt(this)
+            drag.title = drag.paths.length > 1 ? Strings.sentences.selectedCount(drag.paths.length) : title
+        }
+        onClicked: selection.clear()
         onPressed: {
             tabStop.take(Qt.MouseFocusReason)
             cursor.index = index
         }
         onMenuAsked: (x, y) => {
             cursor.index = index
-            menu.openFor(this, x, y)
+            menu.openFor(this, root.pathsAt(this), x, y)
         }
     }
     // qmllint enable unqualified
@@ -149,6 +198,11 @@ ListView {
         idRole: "trackId"
         textRole: "title"
     }
+    ListSelection {
+        id: selection
+        model: Library.browsing.visibleTracks
+        idRole: "trackId"
+    }
     ListKeys {
         id: keys
         view: root
@@ -160,7 +214,7 @@ ListView {
         onMenuAsked: row => {
             const item = root.itemAtIndex(row) as TrackRow
             if (item)
-                menu.openFor(item, root.columns.title, item.height)
+                menu.openFor(item, root.pathsAt(item), root.columns.title, item.height)
         }
     }
     TrackMenu {

@@ -8,6 +8,7 @@ Item {
     id: root
 
     required property int rowCount
+    required property int selectedCount
     readonly property var album: Library.browsing.focusedAlbum // an Album, which is no type of QML's
     readonly property bool isNarrow: width < 520
     readonly property bool isKnownArtist: root.album.artist !== Strings.unknownArtist
@@ -129,7 +130,8 @@ Item {
                 id: count
                 anchors.verticalCenter: parent.verticalCenter
                 visible: !root.isNarrow
-                text: Strings.sentences.visibleCount(root.rowCount)
+                text: root.selectedCount > 1 ? Strings.sentences.selectedCount(root.selectedCount)
+                                             : Strings.sentences.visibleCount(root.rowCount)
                 font: Theme.labelStrong
                 color: Theme.secondaryText
                 Accessible.role: Accessible.StaticText
