@@ -63,7 +63,7 @@ ListView {
             selection.extend(from < 0 ? row : from, row)
     }
     function handleKey(event: KeyEvent): void {
-        if (event.matches(StandardKey.SelectAll)) {
+        if (event.key === Qt.Key_A && event.modifiers === Qt.ControlModifier) {
             selection.chooseAll()
             event.accepted = true
             return
