@@ -47,7 +47,7 @@ QuickFileChooser::QuickFileChooser(QQmlEngine& engine, const QUrl& viewsRoot)
 }
 
 QQuickWindow* QuickFileChooser::openWindow(const QString& title, QWindow* inFront) const {
-    QQmlComponent component(&m_engine, m_viewsRoot.resolved(QUrl(u"windows/ToolkitWindow.qml"_s)));
+    QQmlComponent component(&m_engine, m_viewsRoot.resolved(QUrl(u"windows/FilePanelHost.qml"_s)));
     auto* window = qobject_cast<QQuickWindow*>(component.create());
     Q_ASSERT(window);
     window->setTitle(title);
