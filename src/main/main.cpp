@@ -6,6 +6,7 @@
 #include "app/program.h"
 #include "app/remote/status_report.h"
 #include "app/second_start.h"
+#include "app/windows/renderer_choice.h"
 #include "platform/journal_log.h"
 #include "platform/log.h"
 #include "views/view_module.h"
@@ -77,6 +78,7 @@ bool hasDisplay() {
 int run(const Arguments& arguments, int argc, char** argv) {
     QGuiApplication::setDesktopFileName(u"org.halvane.Halvane"_s);
     QGuiApplication application(argc, argv);
+    chooseRenderer();
     const auto views = [](QQmlEngine& engine, LibraryViewModel& library) {
         return std::make_shared<views::ViewModule>(engine, library);
     };

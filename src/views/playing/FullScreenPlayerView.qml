@@ -30,13 +30,15 @@ FocusScope {
     Accessible.name: Strings.fullScreenPlayer
 
     // One clock for everything that moves here, so that it costs one redraw a tick. The light alone
-    // moves too slowly to need every tick.
+    // moves too slowly to need every tick, and not at all under the software renderer, for which
+    // each redraw costs more.
     RedrawClock {
         objectName: "redrawClock"
-        running: root.isShown
-        interval: Library.transport.isPlaying ? 34 : 68
+        running: root.isShown && (Library.transport.isPlaying || !Renderer.isSoftware)
+        interval: Renderer.isSoftware ? 50 : Library.transport.isPlaying ? 34 : 68
         onTicked: seconds => {
-            aurora.advance(seconds)
+            if (!Renderer.isSoftware)
+                aurora.advance(seconds)
             vinyl.advance(seconds)
         }
     }

@@ -39,9 +39,17 @@ Item {
         anchors.centerIn: parent
         width: root.discSize
         height: root.discSize
+        visible: !Renderer.isSoftware
         fragmentShader: "qrc:/qt/qml/Halvane/shaders/vinyl.frag.qsb"
         // The disc looks the same at every angle: drawn once, and shown again and again.
-        layer.enabled: true
+        layer.enabled: visible
+    }
+    RecordPicture {
+        anchors.centerIn: parent
+        width: root.discSize
+        height: root.discSize
+        visible: Renderer.isSoftware
+        label: root.labelShare
     }
     VinylLabel {
         anchors.centerIn: parent

@@ -7,8 +7,11 @@
 
 namespace halvane::views {
 
+class SpectrumCanvas;
+
 /// What both spectrum displays share: the bands (0...1) and the colour. Redraws when one of them
-/// changes and never on its own. Main thread, but for updatePaintNode.
+/// changes and never on its own: geometry for a graphics card, a picture for the software renderer.
+/// Main thread, but for updatePaintNode.
 class SpectrumItem : public QQuickItem {
     Q_OBJECT
     QML_ANONYMOUS
@@ -29,13 +32,16 @@ class SpectrumItem : public QQuickItem {
 
   protected:
     void itemChange(ItemChange change, const ItemChangeData& data) override;
+    QSGNode* updatePaintNode(QSGNode* old, UpdatePaintNodeData*) final;
+    /// The scene graph's thread, while the main thread waits.
+    virtual void draw(SpectrumCanvas& canvas) const = 0;
 
   private:
     QList<float> m_bands;
     QColor m_tint = Qt::white;
 };
 
-/// The bands as one smooth filled shape with a fading fill and a thin outline, in one draw call.
+/// The bands as one smooth filled shape with a fading fill and a thin outline.
 class SpectrumCurveItem : public halvane::views::SpectrumItem {
     Q_OBJECT
     QML_ELEMENT
@@ -44,11 +50,10 @@ class SpectrumCurveItem : public halvane::views::SpectrumItem {
     using SpectrumItem::SpectrumItem;
 
   protected:
-    QSGNode* updatePaintNode(QSGNode* old, UpdatePaintNodeData*) override;
+    void draw(SpectrumCanvas& canvas) const override;
 };
 
-/// 96 bars around a circle, each as long as the bands' level there, and the faint circle itself, in
-/// one draw call.
+/// 96 bars around a circle, each as long as the bands' level there, and the faint circle itself.
 class SpectrumBarsItem : public halvane::views::SpectrumItem {
     Q_OBJECT
     QML_ELEMENT
@@ -68,7 +73,7 @@ class SpectrumBarsItem : public halvane::views::SpectrumItem {
     void geometryAsked();
 
   protected:
-    QSGNode* updatePaintNode(QSGNode* old, UpdatePaintNodeData*) override;
+    void draw(SpectrumCanvas& canvas) const override;
 
   private:
     qreal m_innerRadius = 0;

@@ -10,7 +10,8 @@ Item {
     id: root
 
     // The light never changes, so it is painted once. It comes with the second picture: it is
-    // hardly seen, and the first would wait for its shader.
+    // hardly seen, and the first would wait for its shader. The software renderer does without: it
+    // would draw the light's place again for everything that moves.
     Deferred {
         id: later
         Shape {
@@ -43,7 +44,7 @@ Item {
         }
     }
     Connections {
-        enabled: !later.wanted
+        enabled: !later.wanted && !Renderer.isSoftware
         target: root.Window.window
         function onFrameSwapped(): void { later.wanted = true }
     }
