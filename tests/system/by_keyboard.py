@@ -55,7 +55,7 @@ class Keys:
 
     def keeps_its_window(self):
         self.press("Escape", "Escape")
-        wait_for("its window", lambda: find(self.window, "Artists", "list item"))
+        wait_for("its window", lambda: find(self.window, "Artists, 2", "list item"))
         expect(self._program.process.poll() is None, "Escape has ended it")
 
     def opens_menus(self):
