@@ -8,8 +8,9 @@ usage: playback_bench.py HALVANE [FILE] [--seconds N] [--rounds N]
 Everything runs privately: a PulseAudio with a null sink, and for Halvane a display, a bus and home
 folders (tools/private-desktop). The players take turns, each is left alone for five seconds and then
 watched; printed are the medians over the rounds, per minute of music. "hidden" is Halvane with its
-windows minimised, "paused" after a pause over MPRIS. Without FILE, a FLAC of 16 bits at 44.1 kHz is
-made. Wake-ups are voluntary context switches.
+windows minimised, "paused" after a pause over MPRIS. Shown, it is measured with the renderer that it
+chooses where there is no graphics card, and with OpenGL, which the processor computes there. Without
+FILE, a FLAC of 16 bits at 44.1 kHz is made. Wake-ups are voluntary context switches.
 
 A click is a stop, silence, and PlayPause over MPRIS, which opens the file again. A skip is Next from a
 file that sounds on the left to one that sounds on the right. Both end when the sink's monitor has the
@@ -226,6 +227,15 @@ class Halvane:
                       Gio.DBusCallFlags.NO_AUTO_START, -1, None, None)
 
 
+class HalvaneOnOpenGl(Halvane):
+    """As it would draw on a display without a graphics card, had it not chosen another renderer."""
+    name = "Halvane, OpenGL"
+    states = ["shown"]
+
+    def __init__(self, sound, file, folder):
+        super().__init__(sound, file, folder, ["QSG_RHI_BACKEND=opengl"])
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__,
                                      formatter_class=argparse.RawDescriptionHelpFormatter)
@@ -251,7 +261,7 @@ def measure(options, root):
     results, threads, delays, reactions = {}, {}, {}, {"click": [], "skip": []}
     try:
         for number in range(options.rounds):
-            for player in (Mpd, Mpv, Halvane):
+            for player in (Mpd, Mpv, Halvane, HalvaneOnOpenGl):
                 if player.program and not shutil.which(str(player.program)):
                     continue
                 folder = root / f"{player.__name__}{number}"
