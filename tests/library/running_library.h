@@ -21,7 +21,7 @@ struct RunningLibrary {
     std::unique_ptr<LibraryViewModel> library;
 
     /// A short tone in the folder; its path. Folders between are made.
-    QString wave(const QString& name) const {
+    QString wave(const QString& name) {
         QString path = music.filePath(name);
         QDir().mkpath(path.section(QLatin1Char('/'), 0, -2));
         writeWave(sine(440, 0.5, 8000, 8000, 1), path);
