@@ -228,8 +228,9 @@ TEST_F(TransportOpeningTest, WhatTheUserChoseIsWaitedForAndThenKeepsItsPlace) {
 
 TEST_F(TransportOpeningTest, ADiskThatHoldsUpOneFileAfterTheOtherEndsPlayback) {
     queueOf("abcdefghi");
+    int format = 0;
     for (const char letter : {'b', 'c', 'd', 'e', 'f', 'g', 'h', 'i'})
-        engine.formatOf[path(letter)] = letter;
+        engine.formatOf[path(letter)] = ++format;
     play(0);
     engine.reachEnd();
     clock.advance(46s);
