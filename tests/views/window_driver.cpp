@@ -115,6 +115,8 @@ bool WindowDriver::comesToRest() const {
         forEachItem(m_window.contentItem(), [&](const QQuickItem* item) {
             if (item->inherits("halvane::views::Operable") && item->property("index").isValid())
                 found.append(item->mapRectToScene({0, 0, item->width(), item->height()}));
+            else if (item->inherits("QQuickPopupItem") && item->isVisible())
+                found.append({item->opacity(), 0, 0, 0}); // it takes clicks until it has faded
         });
         return found;
     };

@@ -44,7 +44,7 @@ class WindowDriver {
     void pointAt(const QPoint& place);
     /// Turns the wheel over a place, downwards where steps is above 0.
     void turnWheel(const QPoint& place, int steps, Qt::KeyboardModifiers modifiers = {});
-    /// Waits until the rows and the tiles stay where they are; false when they do not.
+    /// Waits until rows and tiles stay where they are and no menu fades; false when they do not.
     [[nodiscard]] bool comesToRest() const;
     void drag(const QPoint& from, const QPoint& to);
     /// The two halves of a drag.
