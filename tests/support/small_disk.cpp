@@ -53,6 +53,11 @@ void limitFiles(rlim_t bytes) {
     ::setrlimit(RLIMIT_FSIZE, &limit);
 }
 
+void become(uid_t user, uid_t kept) {
+    if (::setresuid(user, user, kept) != 0)
+        qFatal("this process may not act as user %u", user);
+}
+
 } // namespace
 
 SmallDisk::SmallDisk(const QString& folder)
@@ -92,7 +97,7 @@ void SmallDisk::setReadOnly(bool readOnly) {
 void SmallDisk::forbidWriting(bool forbidden) const {
     constexpr uid_t nobody = 65'534;
     if (!forbidden)
-        ::setresuid(m_user, m_user, m_user);
+        become(m_user, m_user);
     const QString folder = QFile::decodeName(m_folder);
     const auto permit = [&](const QString& path, bool isFolder) {
         auto rights = QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther;
@@ -111,7 +116,7 @@ void SmallDisk::forbidWriting(bool forbidden) const {
     permit(folder, true);
     // Nothing is forbidden to root: from here on it is somebody else who looks at files.
     if (forbidden && m_user == 0)
-        ::setresuid(nobody, nobody, 0);
+        become(nobody, 0);
 }
 
 } // namespace halvane::test
