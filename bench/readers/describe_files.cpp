@@ -28,7 +28,7 @@ int main(int argc, char** argv) {
     for (int i = 1; i < argc; ++i)
         files.emplace_back(QString::fromLocal8Bit(argv[i]));
     TrackMetadataLoader::Accompaniment with;
-    with.countsLengths = true;
+    with.isThorough = true;
     for (const QueueItem& item : TrackMetadataLoader::queueItems(files, {}, with)) {
         QByteArray record;
         appendJson(record, CachedTrackMetadata(item, item.path()));

@@ -107,6 +107,10 @@ bool isEnd(FrameStream kind, QByteArrayView bytes) {
 
 } // namespace
 
+std::int64_t frameSize(FrameStream kind, QByteArrayView opening) {
+    return opening.size() < headerSize ? 0 : frameHeader(kind, opening.first(headerSize)).size;
+}
+
 std::optional<std::int64_t>
 walkFrames(const ByteSource& file, FrameStream kind, std::int64_t from,
            const std::function<void(std::int64_t number, std::int64_t position)>& visit) {

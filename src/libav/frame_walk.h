@@ -3,6 +3,8 @@
 
 #include "libav/byte_source.h"
 
+#include <QByteArrayView>
+
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -12,6 +14,9 @@ namespace halvane {
 /// Streams that are nothing but frames, one after another, without a table of where they are, or
 /// with one that libavformat misreads.
 enum class FrameStream { mpegLayer3, adts, musepack8 };
+
+/// How long the frame that begins with these bytes is, in bytes; 0 where none does. Pure.
+std::int64_t frameSize(FrameStream kind, QByteArrayView opening);
 
 /// Walks a stream from header to header, from the frame at byte `from` to its end (or a tag behind
 /// it), without decoding anything. Calls back with each frame's number and position, and gives the

@@ -65,6 +65,8 @@ Result<> load();
     DO(avformat_alloc_context)                                                                     \
     DO(avformat_close_input)                                                                       \
     DO(avformat_find_stream_info)                                                                  \
+    DO(avformat_index_get_entries_count)                                                           \
+    DO(avformat_index_get_entry)                                                                   \
     DO(avformat_index_get_entry_from_timestamp)                                                    \
     DO(avformat_open_input)                                                                        \
     DO(avio_alloc_context)                                                                         \

@@ -85,7 +85,8 @@ QueueItem itemFrom(const FileUrl& url, const AudioFileReading& reading,
     item.duration = stream.seconds > 0 ? formatDuration(stream.seconds) : u"--:--"_s;
     if (stream.seconds > 0)
         item.durationSeconds = stream.seconds;
-    if (stream.guessedFrom >= 0)
+    item.identity = reading.identity;
+    if (!reading.isFinished)
         item.readerVersion = unfinishedRecord;
     item.sampleRate = sampleRateText(stream.sampleRate);
     item.bitDepth = bitDepthText(stream.bitsPerSample);
@@ -131,7 +132,7 @@ class Reader {
         , m_journal(with.journal)
         , m_known(with.known)
         , m_isEvicted(with.isEvicted)
-        , m_countsLengths(with.countsLengths) {}
+        , m_isThorough(with.isThorough) {}
 
     LoadedItem read(std::size_t index, bool isAlone) {
         const FileUrl& url = m_urls[index];
@@ -167,8 +168,8 @@ class Reader {
 
     [[nodiscard]] AudioFileReading readWhole(const QString& path) const {
         AudioFileReading reading = readAudioFile(path);
-        if (m_countsLengths)
-            countLength(path, reading.metadata.stream);
+        if (m_isThorough)
+            finishReading(path, reading);
         return reading;
     }
 
@@ -195,7 +196,7 @@ class Reader {
         m_journal; // shared, because a reader that is held up outlives its owner
     std::function<std::optional<LoadedItem>(const FileUrl& url)> m_known;
     std::function<bool(const QString& path)> m_isEvicted;
-    const bool m_countsLengths;
+    const bool m_isThorough;
     FolderCovers m_covers;
     ReadingEffort m_effort; // by index
 };

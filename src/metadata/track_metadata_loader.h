@@ -57,8 +57,9 @@ struct Accompaniment {
     std::shared_ptr<ReadingJournal> journal; ///< remembers files that crash or hang readers
     std::stop_token stop;                    ///< on request the files not yet read stay bare
     /// Whether the length of a file that does not state it is counted, for which the whole file is
-    /// read. It is guessed otherwise.
-    bool countsLengths = false;
+    /// read, and every sound identified, for which some of it is. The length is guessed otherwise,
+    /// and only a sound whose file states a checksum has its identity.
+    bool isThorough = false;
     /// Whether opening a file would block until it is downloaded. Such a file yields what its name
     /// says. Called on many threads, and must own what it uses.
     std::function<bool(const QString& path)> isEvicted;

@@ -7,6 +7,7 @@
 #include "model/fresh_id.h"
 #include "model/hash.h"
 #include "model/reader_version.h"
+#include "model/sound_identity.h"
 
 #include <QMetaType>
 #include <QUuid>
@@ -49,6 +50,7 @@ struct QueueItem {
     qint64 fileSize = -1;   ///< the file's, in bytes, when this was read from it; -1 = not known
     bool isPlaying = false; ///< set on the entry that is current
     quint8 readerVersion = currentReaderVersion; ///< of what was read from the file
+    SoundIdentity identity;
 
     /// The standardized path of the file, empty without one.
     [[nodiscard]] QString path() const {

@@ -10,9 +10,11 @@ namespace halvane {
 ///   0: records that do not say, and unfinished ones
 ///   1: album artists, disc and track numbers, sort names
 ///   2: the lengths that are played, pictures by their kind, tags before and behind odd ones
-inline constexpr quint8 currentReaderVersion = 2;
+///   3: identities of sounds
+inline constexpr quint8 currentReaderVersion = 3;
 
-/// Of a record whose length is a guess, because counting it would have kept an import waiting.
+/// Of a record that lacks what would have kept an import waiting: its length is a guess, or its
+/// sound is not identified.
 inline constexpr quint8 unfinishedRecord = 0;
 
 } // namespace halvane

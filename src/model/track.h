@@ -8,6 +8,7 @@
 #include "model/fresh_id.h"
 #include "model/hash.h"
 #include "model/reader_version.h"
+#include "model/sound_identity.h"
 
 #include <QString>
 #include <QUuid>
@@ -35,6 +36,7 @@ struct Track {
     qint64 plays = 0;
     bool loved = false;
     quint8 readerVersion = currentReaderVersion; ///< of what was read from the file
+    SoundIdentity identity;
     AlbumTags albumTags;
     std::optional<FileUrl> sourceURL;
     std::optional<Artwork> coverImageData;

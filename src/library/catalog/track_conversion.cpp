@@ -18,6 +18,7 @@ std::optional<QueueItem> queueItemFromTrack(const Track& track) {
     item.bitDepth = track.bitDepth;
     item.albumTags = track.albumTags;
     item.readerVersion = track.readerVersion;
+    item.identity = track.identity;
     item.coverImageData = track.coverImageData;
     item.coverURL = track.coverURL;
     item.durationSeconds = track.durationSeconds;
@@ -40,6 +41,7 @@ Track trackFromQueueItem(QueueItem item, const TrackExtras& extras) {
     track.bitDepth = std::move(item.bitDepth);
     track.albumTags = std::move(item.albumTags);
     track.readerVersion = item.readerVersion;
+    track.identity = item.identity;
     track.fileSize = item.fileSize;
     track.rating = extras.rating;
     track.plays = extras.plays;

@@ -83,7 +83,7 @@ TrackRows RecordRenewal::readAgain(const TrackRows& old, const ReadingNeeds& nee
     for (const TrackPtr& row : old)
         files.push_back(*row->sourceURL);
     auto with = needs.accompaniment(stop);
-    with.countsLengths = true;
+    with.isThorough = true;
     auto read = TrackMetadataLoader::loadItems(files, fallbackNames(language), with);
     TrackRows renewed;
     for (std::size_t i = 0; i < read.size(); ++i) {

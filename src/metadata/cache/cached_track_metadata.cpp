@@ -29,7 +29,8 @@ CachedTrackMetadata::CachedTrackMetadata(const QueueItem& item, const QString& t
     , albumTags(item.albumTags)
     , coverURL(item.coverURL)
     , hasEmbeddedArtwork(item.coverImageData.has_value())
-    , readerVersion(item.readerVersion) {
+    , readerVersion(item.readerVersion)
+    , identity(item.identity) {
 }
 
 QueueItem CachedTrackMetadata::item(const QString& cacheDirectory, const FileUrl& file) const {
@@ -46,6 +47,7 @@ QueueItem CachedTrackMetadata::item(const QString& cacheDirectory, const FileUrl
     item.bitDepth = bitDepth;
     item.albumTags = albumTags;
     item.readerVersion = readerVersion;
+    item.identity = identity;
     item.coverURL = coverURL;
     item.sourceURL = file.path() == path ? file : FileUrl(path);
     item.readDate = modificationDate;
@@ -144,6 +146,8 @@ void appendJson(QByteArray& json, const CachedTrackMetadata& record) {
         appendText(json, "coverURLPath", record.coverURL->path());
     if (record.readerVersion > 0)
         appendNumber(json, "readerVersion", record.readerVersion);
+    if (record.identity.isKnown())
+        appendText(json, "identity", record.identity.text());
     appendKey(json, "hasEmbeddedArtwork");
     json += record.hasEmbeddedArtwork ? "true}" : "false}";
 }

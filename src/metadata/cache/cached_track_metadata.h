@@ -26,6 +26,7 @@ struct CachedTrackMetadata {
     std::optional<FileUrl> coverURL;
     bool hasEmbeddedArtwork = false;
     quint8 readerVersion = 0; ///< 0: the record does not say
+    SoundIdentity identity;
 
     CachedTrackMetadata() = default;
     /// The record of a loaded item. Its date is the one that the file had when it was read, so that

@@ -111,6 +111,9 @@ class PortionDecoder {
             record.albumTags.disc = small<quint16>(value);
         else if (key == "readerVersion")
             record.readerVersion = small<quint8>(value);
+        else if (key == "identity") // one that a later version writes otherwise is not known
+            record.identity =
+                SoundIdentity::fromText(fromUtf8(value.get_string())).value_or(SoundIdentity());
         else if (key == "artistSort")
             m_names.artist = shared(value, m_last[8]);
         else if (key == "albumArtistSort")

@@ -4,6 +4,7 @@
 #include "libav/container.h"
 #include "libav/container_figures.h"
 #include "libav/frame_walk.h"
+#include "metadata/identity/identify_sound.h"
 #include "metadata/readers/bounded_source.h"
 #include "metadata/readers/libav_reader.h"
 #include "metadata/readers/raw_aac_reader.h"
@@ -74,6 +75,7 @@ AudioFileReading readAudioFile(const QString& path, const ReadingLimits& limits)
         const auto facts = containerOf(file, QFileInfo(path).suffix().toLower());
         reading.metadata = readMetadata(file, facts);
         reading.metadata.tags.decideEncodings(path);
+        reading.identity = statedIdentity(file, facts);
     } catch (const std::exception&) {
         // A parser ran out of memory or of range. The file yields what its name says.
         reading.metadata = {};
@@ -81,16 +83,21 @@ AudioFileReading readAudioFile(const QString& path, const ReadingLimits& limits)
     if (!isCredible(reading.metadata.stream))
         reading.metadata.stream = {};
     reading.isLate = file.isLate();
+    reading.isFinished = reading.metadata.stream.guessedFrom < 0 && reading.identity.isKnown();
     return reading;
 }
+
+namespace {
+
+// Nobody waits for these readings.
+constexpr ReadingLimits atLeisure{.totalBytes = std::numeric_limits<qint64>::max(),
+                                  .reads = std::numeric_limits<int>::max(),
+                                  .time = std::chrono::minutes(1)};
 
 void countLength(const QString& path, StreamFacts& stream) {
     if (stream.guessedFrom < 0)
         return;
-    constexpr qint64 unlimited = std::numeric_limits<qint64>::max();
-    BoundedFile file(path, {.totalBytes = unlimited,
-                            .reads = std::numeric_limits<int>::max(),
-                            .time = std::chrono::minutes(1)});
+    BoundedFile file(path, atLeisure);
     const ByteSource bytes = byteSource(file);
     const QByteArray opening = file.read(stream.guessedFrom, 2);
     const bool isAdts = opening.size() == 2 && (opening[1] & 0x06) == 0; // of no MPEG audio layer
@@ -105,6 +112,28 @@ void countLength(const QString& path, StreamFacts& stream) {
     if (count && !file.isExhausted())
         stream.seconds =
             static_cast<double>(*count * block - (isAdts ? adtsDelay : 0)) / stream.sampleRate;
+}
+
+SoundIdentity identityOf(const QString& path) {
+    BoundedFile file(path, atLeisure);
+    if (!file.isOpen() || file.size() == 0)
+        return {};
+    try {
+        return identifySound(file, containerOf(file, QFileInfo(path).suffix().toLower()));
+    } catch (const std::exception&) {
+        return {};
+    }
+}
+
+} // namespace
+
+void finishReading(const QString& path, AudioFileReading& reading) {
+    if (reading.isFinished)
+        return;
+    countLength(path, reading.metadata.stream);
+    if (!reading.identity.isKnown())
+        reading.identity = identityOf(path);
+    reading.isFinished = true;
 }
 
 } // namespace halvane

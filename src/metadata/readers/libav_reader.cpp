@@ -2,95 +2,17 @@
 #include "metadata/readers/libav_reader.h"
 
 #include "libav/container_figures.h"
-#include "libav/functions.h"
 #include "metadata/readers/bounded_source.h"
+#include "metadata/readers/libav_input.h"
 #include "metadata/readers/tag_names.h"
 
 #include <QtEndian>
-
-#include <algorithm>
-#include <memory>
 
 namespace halvane {
 
 using namespace libav;
 
 namespace {
-
-// A BoundedFile as libavformat's input.
-class LibavInput {
-  public:
-    explicit LibavInput(BoundedFile& file)
-        : m_file(file) {
-        constexpr int bufferBytes = 16 << 10;
-        auto* buffer = static_cast<unsigned char*>(av_malloc(bufferBytes));
-        m_io = avio_alloc_context(buffer, bufferBytes, 0, this, &read, nullptr, &seek);
-    }
-    ~LibavInput() {
-        if (m_io)
-            av_freep(&m_io->buffer);
-        avio_context_free(&m_io);
-    }
-    LibavInput(const LibavInput&) = delete;
-    LibavInput& operator=(const LibavInput&) = delete;
-
-    [[nodiscard]] AVIOContext* io() const { return m_io; }
-    static int isInterrupted(void* self) {
-        return static_cast<LibavInput*>(self)->m_file.checkTime() ? 1 : 0;
-    }
-
-  private:
-    static int read(void* self, uint8_t* data, int length) {
-        auto& input = *static_cast<LibavInput*>(self);
-        const qint64 got =
-            input.m_file.read(input.m_position, length, reinterpret_cast<char*>(data));
-        input.m_position += got;
-        return got > 0 ? static_cast<int>(got) : AVERROR_EOF;
-    }
-    static int64_t seek(void* self, int64_t offset, int whence) {
-        auto& input = *static_cast<LibavInput*>(self);
-        if (whence == AVSEEK_SIZE)
-            return input.m_file.size();
-        const int64_t base = whence == SEEK_CUR   ? input.m_position
-                             : whence == SEEK_END ? input.m_file.size()
-                                                  : 0;
-        if (offset < -base)
-            return AVERROR(EINVAL);
-        return input.m_position = base + offset;
-    }
-
-    BoundedFile& m_file;
-    AVIOContext* m_io = nullptr;
-    qint64 m_position = 0;
-};
-
-struct CloseFormat {
-    void operator()(AVFormatContext* context) const { avformat_close_input(&context); }
-};
-using Format = std::unique_ptr<AVFormatContext, CloseFormat>;
-
-Format open(LibavInput& input, Container container) {
-    AVFormatContext* context = avformat_alloc_context();
-    if (!context || !input.io())
-        return Format(context);
-    context->pb = input.io();
-    context->interrupt_callback = {&LibavInput::isInterrupted, &input};
-    context->probesize = 1 << 20;
-    context->max_analyze_duration = 2 * AV_TIME_BASE;
-    context->max_streams = 16;
-    const AVInputFormat* format =
-        container == Container::caf ? av_find_input_format("caf") : nullptr;
-    // On failure the context is freed and set to null.
-    avformat_open_input(&context, nullptr, format, nullptr);
-    return Format(context);
-}
-
-const AVStream* firstAudioStream(const AVFormatContext& context) {
-    for (unsigned int i = 0; i < context.nb_streams; ++i)
-        if (context.streams[i]->codecpar->codec_type == AVMEDIA_TYPE_AUDIO)
-            return context.streams[i];
-    return nullptr;
-}
 
 int losslessBits(const AVCodecParameters& parameters) {
     const AVCodecDescriptor* codec = avcodec_descriptor_get(parameters.codec_id);
@@ -159,10 +81,8 @@ FileMetadata readWithLibav(BoundedFile& file, Container container) {
     FileMetadata result;
     if (!libav::load())
         return result;
-    // Messages about strange files are of no use to the user.
-    av_log_set_level(AV_LOG_QUIET);
     LibavInput input(file);
-    const Format context = open(input, container);
+    const LibavInput::Format context = input.open(container);
     if (!context)
         return result;
     result.stream = factsOf(*context);

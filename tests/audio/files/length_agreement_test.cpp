@@ -64,7 +64,7 @@ TEST(Lengths, OfTheLibraryAreThoseOfTheEngineToTheFrame) {
         const QString path = encoded(music(150'000, c.sampleRate), c.suffix, c.command);
         const auto file = opened(path);
         TrackMetadataLoader::Accompaniment with;
-        with.countsLengths = true;
+        with.isThorough = true;
         const QueueItem item = TrackMetadataLoader::queueItems({FileUrl(path)}, {}, with).front();
         EXPECT_EQ(item.sampleRate, TrackMetadataLoader::sampleRateText(file->format().sampleRate));
         ASSERT_TRUE(item.durationSeconds);
