@@ -83,23 +83,29 @@ Later<PreferenceValue> SqlitePreferences::valueLater(const QString& key) {
 }
 
 void SqlitePreferences::change(PreferenceChange change) {
-    m_readAhead.remove(change.key);
-    if (isStored() && write({&change, 1}))
+    changeTogether({std::move(change)});
+}
+
+void SqlitePreferences::changeTogether(std::vector<PreferenceChange> changes) {
+    for (const PreferenceChange& change : changes)
+        m_readAhead.remove(change.key);
+    if (isStored() && write(changes))
         return;
-    remember(std::move(change));
+    for (PreferenceChange& change : changes)
+        remember(std::move(change));
     if (!m_retry)
         retryAfter(firstRetry);
 }
 
-void SqlitePreferences::removeEntries(const QStringList& keys, const QStringList& entries) {
+void SqlitePreferences::removeAtOnce(const QStringList& keys, const QStringList& entries) {
     if (entries.size() <= fewEntries || !isStored())
-        return Preferences::removeEntries(keys, entries);
+        return Preferences::removeAtOnce(keys, entries);
     for (const QString& key : keys)
         m_readAhead.remove(key);
     if (attempt([&](PreferencesDatabase& database) { database.noteRemoval(keys, entries); }))
         carryOutRemovals();
     else
-        Preferences::removeEntries(keys, entries);
+        Preferences::removeAtOnce(keys, entries);
 }
 
 // Leaves m_database null when the file can't be opened.

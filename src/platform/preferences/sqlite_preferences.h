@@ -37,13 +37,13 @@ class SqlitePreferences final : public Preferences {
     /// Waits until the worker has nothing more to do.
     void waitForWorker() { m_worker.finish(); }
 
-    /// Many entries are noted as gone, in one change; the worker then takes them out of the file.
-    void removeEntries(const QStringList& keys, const QStringList& entries) override;
-
   protected:
     std::optional<PreferenceValue> value(const QString& key) override;
     Later<PreferenceValue> valueLater(const QString& key) override;
     void change(PreferenceChange change) override;
+    void changeTogether(std::vector<PreferenceChange> changes) override;
+    /// Many entries are noted as gone, in one change; the worker then takes them out of the file.
+    void removeAtOnce(const QStringList& keys, const QStringList& entries) override;
 
   private:
     /// A long value. Whoever waits for it first reads it. None if that fails.

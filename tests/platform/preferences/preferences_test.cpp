@@ -2,6 +2,7 @@
 #include "numbered_change.h"
 #include "platform/preferences/number_list_text.h"
 #include "platform/preferences/preferences_backup.h"
+#include "platform/preferences/preferences_database.h"
 #include "platform/preferences/sqlite_connection.h"
 #include "platform/preferences/sqlite_preferences.h"
 #include "support/manual_clock.h"
@@ -84,6 +85,31 @@ TEST_F(PreferencesTest, AnySequenceOfChangesGivesWhatItGivesInMemory) {
         if (number % 200 == 199)
             preferences = std::make_unique<SqlitePreferences>(path, clock);
     }
+}
+
+TEST_F(PreferencesTest, ChangesMadeTogetherAreStoredInOnePiece) {
+    SqlitePreferences preferences(path, clock);
+    preferences.setStrings(u"paths"_s, {u"/a"_s, u"/b"_s});
+    const auto stored = [this](const QString& key) {
+        return PreferencesDatabase(path, 0).value(key).has_value();
+    };
+    {
+        const Preferences::Together outer(preferences);
+        preferences.insertInteger(u"counts"_s, u"/a"_s, 1);
+        {
+            const Preferences::Together inner(preferences);
+            preferences.insertInteger(u"counts"_s, u"/b"_s, 2);
+            preferences.removeEntries({u"paths"_s}, {u"/a"_s});
+        }
+        preferences.setNumber(u"volume"_s, 0.5);
+        EXPECT_EQ(*preferences.integerMap(u"counts"_s), (IntegerMap{{u"/a"_s, 1}, {u"/b"_s, 2}}));
+        EXPECT_EQ(*preferences.strings(u"paths"_s), QStringList{u"/b"_s});
+        EXPECT_FALSE(stored(u"counts"_s));
+        EXPECT_FALSE(stored(u"volume"_s));
+    }
+    EXPECT_TRUE(stored(u"counts"_s));
+    EXPECT_TRUE(stored(u"volume"_s));
+    EXPECT_EQ(*preferences.strings(u"paths"_s), QStringList{u"/b"_s});
 }
 
 TEST_F(PreferencesTest, AChangeThatChangesNothingIsNotWritten) {
