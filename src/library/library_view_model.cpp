@@ -79,6 +79,9 @@ LibraryViewModel::LibraryViewModel(const Environment& environment, QObject* pare
                                                   *m_language, needs);
     m_renewal = std::make_unique<RecordRenewal>(*m_store, *m_catalog, *m_queue, *m_persistence,
                                                 *m_language, needs);
+    m_soundMemory = std::make_unique<SoundMemory>(
+        SoundMemoryNeeds{m_environment.preferences, *m_store, *m_userData, *m_playlists,
+                         *m_soundCheck, *m_availability});
     m_importing = std::make_unique<Importer>(*m_store, *m_catalog, *m_queue, *m_importedPaths,
                                              *m_playlists, m_environment.fileChooser,
                                              m_environment.clock, *m_status, *m_language, needs);
@@ -141,6 +144,7 @@ void LibraryViewModel::start() {
     m_views->restoreTileSize();
     m_output->restore();
     m_soundCheck->restore();
+    m_soundMemory->restore();
     m_tableOrder->restore();
     m_queueMemory->restore();
     m_bookmarks->restoreBookmarkAccess();
@@ -183,6 +187,7 @@ QString LibraryViewModel::librarySummary() const {
 void LibraryViewModel::libraryGrew() {
     m_availability->refreshAvailability();
     m_duplicates->refresh();
+    m_soundMemory->survey();
     m_soundCheck->scanLoudnessIfNeeded();
 }
 
@@ -273,6 +278,10 @@ void LibraryViewModel::connectFiles() {
     // from a file manager.
     connect(m_availability.get(), &Availability::refreshed, m_coverFiles.get(),
             &CoverFiles::refresh);
+    // A copy may stand in for what is missing now.
+    connect(m_availability.get(), &Availability::refreshed, m_soundMemory.get(),
+            &SoundMemory::mendPlaylists);
+    connect(m_renewal.get(), &RecordRenewal::finished, m_soundMemory.get(), &SoundMemory::survey);
     // Its cover may have come while the window stayed in front.
     connect(m_browsing.get(), &Browsing::albumChosen, m_coverFiles.get(),
             &CoverFiles::refreshAlbum);
@@ -308,6 +317,8 @@ void LibraryViewModel::connectFiles() {
         m_persistence->persistMetadataCache();
         libraryGrew();
     });
+    connect(m_tidying.get(), &Tidying::removing, m_soundMemory.get(), &SoundMemory::leaving);
+    connect(m_tidying.get(), &Tidying::removed, m_soundMemory.get(), &SoundMemory::left);
     connect(m_tidying.get(), &Tidying::removed, m_userData.get(), &TrackUserData::forget);
     connect(m_tidying.get(), &Tidying::removed, m_soundCheck.get(), &SoundCheck::forget);
 }

@@ -48,6 +48,7 @@ class SidebarModel;
 class SignalPath;
 class SleepTimer;
 class SoundCheck;
+class SoundMemory;
 class SpectrumModel;
 class StatusLine;
 class ThemeSettings;
@@ -168,6 +169,7 @@ class LibraryViewModel : public QObject {
     [[nodiscard]] Availability* availability() const { return m_availability.get(); }
     [[nodiscard]] MetadataHealing* healing() const { return m_healing.get(); }
     [[nodiscard]] RecordRenewal* renewal() const { return m_renewal.get(); }
+    [[nodiscard]] SoundMemory* soundMemory() const { return m_soundMemory.get(); }
     [[nodiscard]] AudioPlaybackEngine* engine() const { return m_engine.get(); }
     /// The views' covers, by the keys that lists and albums carry. Any thread.
     [[nodiscard]] std::shared_ptr<CoverStore> covers() const { return m_covers; }
@@ -229,6 +231,7 @@ class LibraryViewModel : public QObject {
 
     std::unique_ptr<MetadataHealing> m_healing;
     std::unique_ptr<RecordRenewal> m_renewal;
+    std::unique_ptr<SoundMemory> m_soundMemory;
     std::unique_ptr<Importer> m_importing;
     std::unique_ptr<Restoration> m_restoration;
     std::unique_ptr<Tidying> m_tidying;

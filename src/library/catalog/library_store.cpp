@@ -76,6 +76,13 @@ void LibraryStore::changed() {
 }
 
 std::size_t LibraryStore::append(const TrackRows& tracks) {
+    const TrackRows added = appendNew(tracks);
+    if (!added.empty())
+        Q_EMIT came(added);
+    return added.size();
+}
+
+TrackRows LibraryStore::appendNew(const TrackRows& tracks) {
     TrackRows& rows = writableRows();
     const std::size_t before = rows.size();
     // The capacity grows by halves, however small the batches are.
@@ -90,8 +97,8 @@ std::size_t LibraryStore::append(const TrackRows& tracks) {
         }
         rows.push_back(track);
     }
-    const std::size_t added = rows.size() - before;
-    if (added > 0)
+    const TrackRows added(rows.cbegin() + static_cast<std::ptrdiff_t>(before), rows.cend());
+    if (!added.empty())
         changed();
     return added;
 }
@@ -99,7 +106,7 @@ std::size_t LibraryStore::append(const TrackRows& tracks) {
 std::size_t LibraryStore::append(IndexedRows tracks) {
     assertOwnThread(*this);
     if (!m_rows->empty())
-        return append(tracks.rows);
+        return appendNew(tracks.rows).size();
     if (!tracks.rows.empty())
         assign(tracks);
     return m_rows->size();
@@ -115,15 +122,18 @@ void LibraryStore::assign(IndexedRows& tracks) {
 
 void LibraryStore::replace(const TrackRows& tracks) {
     TrackRows& rows = writableRows();
-    bool isAnyKnown = false;
+    TrackRows known;
+    TrackRows before;
     for (const TrackPtr& track : tracks) {
         if (const auto row = rowOf(track->path())) {
-            rows[*row] = track;
-            isAnyKnown = true;
+            before.push_back(std::exchange(rows[*row], track));
+            known.push_back(track);
         }
     }
-    if (isAnyKnown)
-        changed();
+    if (known.empty())
+        return;
+    changed();
+    Q_EMIT replaced(known, before);
 }
 
 void LibraryStore::remove(const QSet<QString>& paths) {
@@ -181,12 +191,14 @@ void LibraryStore::putBack(const std::vector<PlacedTrack>& tracks) {
         }
     };
     std::vector<std::pair<QString, quint32>> added;
+    TrackRows back;
     for (const auto& [row, track] : tracks) {
         if (m_rowOfPath.contains(track->path()))
             continue;
         keepUpTo(row);
         added.emplace_back(track->path(), static_cast<quint32>(rows->size()));
         rows->push_back(track);
+        back.push_back(track);
     }
     if (added.empty())
         return;
@@ -198,6 +210,7 @@ void LibraryStore::putBack(const std::vector<PlacedTrack>& tracks) {
     for (const auto& [path, row] : added)
         m_rowOfPath.insert(path, row);
     changed();
+    Q_EMIT came(back);
 }
 
 } // namespace halvane

@@ -84,8 +84,13 @@ class LibraryStore : public QObject {
   Q_SIGNALS:
     /// Tracks came, went or were replaced.
     void tracksChanged();
+    /// These tracks have come, or come back. Not sent of those that a worker has prepared.
+    void came(const TrackRows& tracks);
+    /// These tracks have taken the places of others, which are in the same order.
+    void replaced(const TrackRows& tracks, const TrackRows& before);
 
   private:
+    TrackRows appendNew(const TrackRows& tracks);
     TrackRows& writableRows();
     void changed();
 

@@ -156,16 +156,20 @@ Restoration::Fresh Restoration::fresh(const TrackRows& known, std::vector<FileUr
         }
     }
 
-    auto read =
-        TrackMetadataLoader::loadItems(toRead, fallbackNames(language), needs.accompaniment(stop));
+    // What was said of a changed file is to follow its sound, so that has to be known at once.
+    auto with = needs.accompaniment(stop);
+    with.isThorough = true;
+    const auto firstUnknown = toRead.begin() + static_cast<std::ptrdiff_t>(changed.size());
+    auto read = TrackMetadataLoader::loadItems({toRead.begin(), firstUnknown},
+                                               fallbackNames(language), with);
     for (std::size_t i = 0; i < changed.size(); ++i) {
         // A file that can't be opened now, such as one in the cloud, stays as it is known. Its date
         // will still differ at the next start.
         if (read[i].item.fileSize >= 0)
             fresh.changed.push_back(rowReadAgain(*changed[i], std::move(read[i])));
     }
-    read.erase(read.begin(), read.begin() + static_cast<std::ptrdiff_t>(changed.size()));
-    fresh.added = rowsFromLoaded(std::move(read));
+    fresh.added = rowsFromLoaded(TrackMetadataLoader::loadItems(
+        {firstUnknown, toRead.end()}, fallbackNames(language), needs.accompaniment(stop)));
     std::reverse(fresh.added.begin(), fresh.added.end());
     return fresh;
 }

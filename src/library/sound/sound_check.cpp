@@ -162,11 +162,17 @@ std::optional<SoundCheck::Job> SoundCheck::takeJob() {
 void SoundCheck::take(const FileUrl& file, const std::optional<Measurement>& measured) {
     if (!measured || m_gone.contains(file.standardizedPath()))
         return;
-    const std::vector<double> entry{measured->rmsDb, measured->peakDb};
-    m_trackLoudness.get().insert(file.standardizedPath(), entry);
-    m_preferences.insertNumbers(SettingsKey::trackLoudness, file.standardizedPath(), entry);
+    learn(file.standardizedPath(), {measured->rmsDb, measured->peakDb});
+}
+
+void SoundCheck::learn(const QString& path, const std::vector<double>& loudness) {
+    assertOwnThread(*this);
+    if (trackLoudness().contains(path))
+        return;
+    m_trackLoudness.get().insert(path, loudness);
+    m_preferences.insertNumbers(SettingsKey::trackLoudness, path, loudness);
     Q_EMIT trackLoudnessChanged();
-    Q_EMIT gainFound(file.standardizedPath());
+    Q_EMIT gainFound(path);
 }
 
 } // namespace halvane

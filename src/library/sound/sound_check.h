@@ -60,6 +60,8 @@ class SoundCheck : public QObject {
     /// Results by standardized path: RMS and peak in dBFS. An entry of another length counts as
     /// unmeasured for the gain and is not measured again.
     [[nodiscard]] const NumbersMap& trackLoudness() const { return m_trackLoudness.get(); }
+    /// A file without a result has the sound of one with this result.
+    void learn(const QString& path, const std::vector<double>& loudness);
     /// Files left the library, and the preferences with it.
     void forget(const QSet<QString>& paths);
 

@@ -40,7 +40,7 @@ void RemovalHistory::remember(const QStringList& paths) {
         const QString path = track->path();
         records.insert(track.get());
         known.insert(path);
-        if (const auto said = m_needs.userData.said(path); said != TrackUserData::Said())
+        if (const auto said = m_needs.userData.said(path); said != Said())
             lost.said.emplace_back(path, said);
     }
     lost.places = m_needs.playlists.placesOf(known);
@@ -61,8 +61,12 @@ void RemovalHistory::bringBack(const Lost& lost) {
     for (const auto& [row, track] : lost.tracks)
         paths.append(track->path());
     m_needs.importedPaths.add(paths);
-    for (const auto& [path, said] : lost.said)
-        m_needs.userData.sayAgain(said, path);
+    for (const auto& [path, said] : lost.said) {
+        // Where the sound is known, all that was said has come back with it.
+        const TrackPtr track = m_needs.store.track(path);
+        if (!track || !track->identity.isKnown())
+            m_needs.userData.sayAgain(said, path);
+    }
     m_needs.playlists.putBack(lost.places);
     if (lost.queueMade == m_queuesMade) {
         m_needs.queue.putBack(lost.entries);

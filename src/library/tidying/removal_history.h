@@ -50,7 +50,7 @@ class RemovalHistory : public QObject {
         std::vector<Playlists::Place> places;
         std::vector<PlayQueue::Piece> entries;
         quint64 queueMade = 0; ///< the number of the queue
-        std::vector<std::pair<QString, TrackUserData::Said>> said;
+        std::vector<std::pair<QString, Said>> said;
     };
 
     void remember(const QStringList& paths);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "library/user/playlists.h"
 
+#include "library/user/said.h"
 #include "library/user/settings_keys.h"
 #include "platform/preferences/preferences.h"
 #include "platform/thread_check.h"
@@ -221,6 +222,23 @@ void Playlists::removePaths(const QSet<QString>& paths) {
                                         [&](const QString& path) { return paths.contains(path); });
         if (gone > 0)
             changed.push_back(row);
+    }
+    if (changed.empty())
+        return;
+    persistPlaylists();
+    for (const std::size_t row : changed)
+        pathsChanged(row);
+}
+
+void Playlists::putStandIns(
+    const std::function<std::optional<QString>(const QString& path)>& standIn) {
+    assertOwnThread(*this);
+    std::vector<std::size_t> changed;
+    for (std::size_t row = 0; row < m_playlists.size(); ++row) {
+        if (auto paths = withStandIns(m_playlists[row].trackPaths, standIn)) {
+            m_playlists[row].trackPaths = *std::move(paths);
+            changed.push_back(row);
+        }
     }
     if (changed.empty())
         return;

@@ -6,6 +6,7 @@
 #include <QAbstractListModel>
 #include <QStringList>
 
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -51,6 +52,9 @@ class Playlists : public QAbstractListModel {
     Q_INVOKABLE void removeTrackPaths(const QStringList& paths, const QUuid& fromPlaylist);
     /// Removes the paths of tracks that left the library from every playlist.
     void removePaths(const QSet<QString>& paths);
+
+    /// Puts other paths in the places of those that have a stand-in.
+    void putStandIns(const std::function<std::optional<QString>(const QString& path)>& standIn);
 
     /// Where a playlist holds a path, or held it.
     struct Place {

@@ -33,6 +33,10 @@ inline const QString tileSize = u"Halvane.TileSize"_s;
 inline const QString outputDeviceName = u"Halvane.OutputDeviceName"_s;
 inline const QString soundCheckEnabled = u"Halvane.SoundCheckEnabled"_s;
 inline const QString trackLoudness = u"Halvane.TrackLoudnessV2"_s;
+/// What was said of sounds, by their identities.
+inline const QString soundNotes = u"Halvane.SoundNotes"_s;
+/// Places in playlists of sounds that have left the library.
+inline const QString soundPlaces = u"Halvane.SoundPlaces"_s;
 inline const QString importedAudioPaths = u"Halvane.ImportedAudioPaths"_s;
 inline const QString startsWhereLeftOff = u"Halvane.StartsWhereLeftOff"_s;
 /// Path, row and seconds of the current entry.

@@ -13,6 +13,9 @@ namespace {
 
 constexpr int mostStars = 5;
 
+// Each takes a search through the queue and the lists. With more it is quicker to draw all again.
+constexpr qsizetype mostSingly = 32;
+
 } // namespace
 
 TrackUserData::TrackUserData(Preferences& preferences, QObject* parent)
@@ -41,12 +44,10 @@ void TrackUserData::toggleLoved(const QString& path) {
     assertOwnThread(*this);
     if (path.isEmpty())
         return;
-    if (m_lovedPaths.remove(path)) {
-        m_preferences.removeString(SettingsKey::lovedPaths, path);
-    } else {
-        m_lovedPaths.insert(path);
-        m_preferences.insertString(SettingsKey::lovedPaths, path);
-    }
+    const Preferences::Together together(m_preferences);
+    const Said before = said(path);
+    storeLoved(!before.isLoved, path);
+    Q_EMIT saying(path, before);
     Q_EMIT lovedChanged(path);
 }
 
@@ -68,17 +69,14 @@ void TrackUserData::setRating(int rating, const QString& path) {
     const int stars = std::clamp(rating, 0, mostStars);
     if (path.isEmpty() || stars == this->rating(path))
         return;
-    if (stars == 0) {
-        m_trackRatings.get().remove(path);
-        m_preferences.removeEntries({SettingsKey::trackRatings}, {path});
-    } else {
-        m_trackRatings.get().insert(path, stars);
-        m_preferences.insertInteger(SettingsKey::trackRatings, path, stars);
-    }
+    const Preferences::Together together(m_preferences);
+    const Said before = said(path);
+    storeRating(stars, path);
+    Q_EMIT saying(path, before);
     Q_EMIT ratingChanged(path);
 }
 
-TrackUserData::Said TrackUserData::said(const QString& path) const {
+Said TrackUserData::said(const QString& path) const {
     return {isLoved(path), rating(path), playCount(path)};
 }
 
@@ -91,15 +89,75 @@ void TrackUserData::sayAgain(const Said& said, const QString& path) {
         addPlays(said.plays, path);
 }
 
+void TrackUserData::say(const std::vector<std::pair<QString, Said>>& ofPaths) {
+    assertOwnThread(*this);
+    QStringList loved;
+    QStringList rated;
+    const Preferences::Together together(m_preferences);
+    for (const auto& [path, now] : ofPaths) {
+        const Said before = said(path);
+        if (now.isLoved != before.isLoved) {
+            storeLoved(now.isLoved, path);
+            loved.append(path);
+        }
+        if (now.rating != before.rating) {
+            storeRating(now.rating, path);
+            rated.append(path);
+        }
+        if (now.plays != before.plays)
+            storePlays(now.plays, path);
+    }
+    if (loved.size() + rated.size() > mostSingly) {
+        Q_EMIT reset();
+        return;
+    }
+    for (const QString& path : loved)
+        Q_EMIT lovedChanged(path);
+    for (const QString& path : rated)
+        Q_EMIT ratingChanged(path);
+}
+
 void TrackUserData::addPlays(qint64 plays, const QString& path) {
     assertOwnThread(*this);
     if (path.isEmpty())
         return;
-    qint64& count = m_playCounts.get()[path];
+    const Said before = said(path);
+    const qint64 count = before.plays;
     if (count > std::numeric_limits<qint64>::max() - plays)
         return; // counting never comes so far, but a stored value may be anything
-    count += plays;
-    m_preferences.insertInteger(SettingsKey::playCounts, path, count);
+    const Preferences::Together together(m_preferences);
+    storePlays(count + plays, path);
+    Q_EMIT saying(path, before);
+}
+
+void TrackUserData::storeLoved(bool isLoved, const QString& path) {
+    if (isLoved) {
+        m_lovedPaths.insert(path);
+        m_preferences.insertString(SettingsKey::lovedPaths, path);
+    } else {
+        m_lovedPaths.remove(path);
+        m_preferences.removeString(SettingsKey::lovedPaths, path);
+    }
+}
+
+void TrackUserData::storeRating(qint64 rating, const QString& path) {
+    if (rating == 0) {
+        m_trackRatings.get().remove(path);
+        m_preferences.removeEntries({SettingsKey::trackRatings}, {path});
+    } else {
+        m_trackRatings.get().insert(path, rating);
+        m_preferences.insertInteger(SettingsKey::trackRatings, path, rating);
+    }
+}
+
+void TrackUserData::storePlays(qint64 plays, const QString& path) {
+    if (plays == 0) {
+        m_playCounts.get().remove(path);
+        m_preferences.removeEntries({SettingsKey::playCounts}, {path});
+    } else {
+        m_playCounts.get().insert(path, plays);
+        m_preferences.insertInteger(SettingsKey::playCounts, path, plays);
+    }
 }
 
 void TrackUserData::forget(const QSet<QString>& paths) {

@@ -2,9 +2,13 @@
 #pragma once
 
 #include "library/user/late_value.h"
+#include "library/user/said.h"
 
 #include <QObject>
 #include <QSet>
+
+#include <utility>
+#include <vector>
 
 namespace halvane {
 
@@ -40,22 +44,18 @@ class TrackUserData : public QObject {
     Q_INVOKABLE void rateTogether(int rating, const QStringList& paths);
     /// Adds one play. Does nothing without a path.
     void countPlay(const QString& path) { addPlays(1, path); }
-    /// What the user has said of one track.
-    struct Said {
-        bool isLoved = false;
-        qint64 rating = 0;
-        qint64 plays = 0;
-
-        bool operator==(const Said&) const = default;
-    };
     [[nodiscard]] Said said(const QString& path) const;
     /// Says this of a track that has come back, beside what was said of it since.
     void sayAgain(const Said& said, const QString& path);
+    /// Says exactly this of each path. It is not the user who says it, so `saying` is not sent.
+    void say(const std::vector<std::pair<QString, Said>>& ofPaths);
     /// These tracks have left the library and the stored preferences. No signal is sent, because no
     /// list shows them any more.
     void forget(const QSet<QString>& paths);
 
   Q_SIGNALS:
+    /// The user has said something of a track, with which more can be stored in one piece.
+    void saying(const QString& path, const Said& before);
     void lovedChanged(const QString& path);
     void ratingChanged(const QString& path);
     /// Everything may have changed.
@@ -63,6 +63,9 @@ class TrackUserData : public QObject {
 
   private:
     void addPlays(qint64 plays, const QString& path);
+    void storeLoved(bool isLoved, const QString& path);
+    void storeRating(qint64 rating, const QString& path);
+    void storePlays(qint64 plays, const QString& path);
 
     Preferences& m_preferences;
     QSet<QString> m_lovedPaths;

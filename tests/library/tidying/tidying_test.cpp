@@ -238,8 +238,8 @@ TEST_F(TidyingTest, RemovedTracksComeBackToTheirPlacesWithWhatWasSaid) {
         queued.append(record->path());
     EXPECT_EQ(queued, paths + QStringList{paths[1]});
     EXPECT_EQ(library.queue()->currentRow(), 0U);
-    EXPECT_EQ(library.userData()->said(paths[1]), (TrackUserData::Said{true, 4, 0}));
-    EXPECT_EQ(library.userData()->said(paths[3]), (TrackUserData::Said{false, 0, 1}));
+    EXPECT_EQ(library.userData()->said(paths[1]), (Said{true, 4, 0}));
+    EXPECT_EQ(library.userData()->said(paths[3]), (Said{false, 0, 1}));
     EXPECT_EQ(library.playlists()->all(), before);
     EXPECT_EQ(environment.preferences.strings(SettingsKey::importedAudioPaths), stored);
     EXPECT_EQ(environment.preferences.integerMap(SettingsKey::playCounts)->value(paths[3]), 1);
