@@ -193,5 +193,6 @@
     X(emptyLoved, u"No loved tracks yet", u"还没有喜欢的歌曲") \
     X(emptyLovedHint, u"Press the heart of a track and it is kept here.", u"点按歌曲的心形图标，它就会保存在这里。") \
     X(emptyQueue, u"Nothing up next", u"待播队列是空的") \
-    X(emptyQueueHint, u"Drag tracks or albums here, or choose “Add to Queue” from their menu.", u"把歌曲或专辑拖到这里，或在其菜单中选择“加入待播队列”。")
+    X(emptyQueueHint, u"Drag tracks or albums here, or choose “Add to Queue” from their menu.", u"把歌曲或专辑拖到这里，或在其菜单中选择“加入待播队列”。") \
+    X(removedIsRemembered, u"What you said about them is remembered: loved, rating, plays and places in playlists return with the music.", u"你的喜欢、评分、播放次数和在播放列表中的位置都会记住，音乐回来时一并恢复。")
 // clang-format on

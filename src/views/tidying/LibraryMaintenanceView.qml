@@ -134,6 +134,7 @@ Popover {
             id: confirmMissing
             title: Strings.missingSection
             message: Strings.sentences.confirmRemoveMissing(missing.count)
+            note: Strings.removedIsRemembered
             acceptText: Strings.removeAllMissing
             isDestructive: true
             onAccepted: Library.tidying.removeTracks(missing.paths())
@@ -142,6 +143,7 @@ Popover {
             id: confirmDuplicates
             title: Strings.duplicatesSection
             message: Strings.sentences.confirmRemoveDuplicates(Library.duplicates.duplicateGroupCount)
+            note: Strings.removedIsRemembered
             acceptText: Strings.removeDuplicates
             isDestructive: true
             onAccepted: Library.tidying.removeDuplicateTracks()

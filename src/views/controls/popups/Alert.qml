@@ -12,6 +12,7 @@ Popover {
     required property string title
     required property string acceptText
     property string message
+    property string note // beneath the message
     property string placeholder
     property bool isDestructive
     readonly property bool asksForText: root.placeholder.length > 0
@@ -62,6 +63,17 @@ Popover {
             Layout.fillWidth: true
             visible: text.length > 0
             text: root.message
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
+            font: Theme.label
+            lineHeight: 1.25
+            color: Theme.secondaryText
+            wrapMode: Text.Wrap
+        }
+        Text {
+            Layout.fillWidth: true
+            visible: text.length > 0
+            text: root.note
             Accessible.role: Accessible.StaticText
             Accessible.name: text
             font: Theme.label
