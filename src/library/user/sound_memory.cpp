@@ -185,22 +185,29 @@ void SoundMemory::survey() {
         sought.insert(file.before);
     m_worker.run([rows = m_needs.store.snapshot(), sought] { return surveySounds(*rows, sought); },
                  [this, replaced](PathsOfSounds paths) {
-                     m_isSurveying = false;
                      m_paths = std::move(paths);
-                     takeOver(replaced);
-                     if (m_isAskedAgain)
-                         survey();
-                     else
-                         Q_EMIT surveyed();
+                     m_toAgree = {m_paths.keyBegin(), m_paths.keyEnd()};
+                     const Preferences::Together together(m_needs.preferences);
+                     settle(replaced);
+                     takeStep();
                  });
 }
 
-void SoundMemory::takeOver(const std::vector<Replaced>& replaced) {
-    const Preferences::Together together(m_needs.preferences);
-    settle(replaced);
-    agree();
+// The windows get a turn between the portions.
+void SoundMemory::takeStep() {
+    constexpr std::size_t agreedAtOnce = 500;
+    agree(agreedAtOnce);
+    if (!m_toAgree.empty()) {
+        QMetaObject::invokeMethod(this, &SoundMemory::takeStep, Qt::QueuedConnection);
+        return;
+    }
     fillPlaces();
     mendPlaylists();
+    m_isSurveying = false;
+    if (m_isAskedAgain)
+        survey();
+    else
+        Q_EMIT surveyed();
 }
 
 void SoundMemory::settle(const std::vector<Replaced>& all) {
@@ -232,23 +239,26 @@ void SoundMemory::settle(const std::vector<Replaced>& all) {
 }
 
 // What is noted is newer than what a copy has that was not known to be one.
-void SoundMemory::agree() {
+void SoundMemory::agree(std::size_t most) {
+    const Preferences::Together together(m_needs.preferences);
     Says says;
-    for (auto sound = m_paths.cbegin(); sound != m_paths.cend(); ++sound) {
-        const SoundIdentity identity = sound.key();
+    for (; most > 0 && !m_toAgree.empty(); --most) {
+        const SoundIdentity identity = m_toAgree.back();
+        m_toAgree.pop_back();
+        const QStringList paths = m_paths.value(identity);
         auto known = note(identity);
         if (!known) {
             known = SoundNote();
-            for (const QString& path : sound.value())
+            for (const QString& path : paths)
                 known->said = joined(known->said, m_needs.userData.said(path));
             if (known->said != Said())
                 putSaid(identity, known->said);
         }
         std::vector<double> loudness = known->loudness;
-        for (const QString& path : sound.value())
+        for (const QString& path : paths)
             if (loudness.empty())
                 loudness = m_needs.soundCheck.trackLoudness().value(path);
-        for (const QString& path : sound.value()) {
+        for (const QString& path : paths) {
             if (identityOf(path) != identity)
                 continue;
             says.emplace_back(path, known->said);

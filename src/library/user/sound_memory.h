@@ -74,9 +74,9 @@ class SoundMemory : public QObject {
     void noteLoudness(const QString& path);
     void meet(const TrackRows& tracks);
     void meetReplaced(const TrackRows& tracks, const TrackRows& before);
-    void takeOver(const std::vector<Replaced>& replaced);
     void settle(const std::vector<Replaced>& all);
-    void agree();
+    void takeStep();
+    void agree(std::size_t most);
     void fillPlaces();
 
     [[nodiscard]] SoundIdentity identityOf(const QString& path) const;
@@ -88,12 +88,13 @@ class SoundMemory : public QObject {
 
     const SoundMemoryNeeds m_needs;
     LateValue<Notes> m_notes;
-    LateValue<Places> m_places; ///< of sounds that have left the library
-    PathsOfSounds m_paths;      ///< as the newest survey found them; to be checked on use
+    LateValue<Places> m_places;           ///< of sounds that have left the library
+    PathsOfSounds m_paths;                ///< as the newest survey found them; to be checked on use
+    std::vector<SoundIdentity> m_toAgree; ///< keys of m_paths, of the survey under way
     QHash<QString, Leaving> m_leaving;
     std::vector<Replaced> m_replaced; ///< files whose sound has changed, until a survey begins
-    bool m_isSurveying = false;
-    bool m_isAskedAgain = false; ///< while a survey was under way
+    bool m_isSurveying = false;       ///< until all agree
+    bool m_isAskedAgain = false;      ///< while a survey was under way
     SerialWorker m_worker{SerialWorker::Priority::low};
 };
 
