@@ -52,6 +52,7 @@ void TrackUserData::toggleLoved(const QString& path) {
 }
 
 void TrackUserData::toggleLovedTogether(const QStringList& paths) {
+    const Preferences::Together together(m_preferences);
     const bool areLoved = std::all_of(paths.cbegin(), paths.cend(),
                                       [this](const QString& path) { return isLoved(path); });
     for (const QString& path : paths)
@@ -60,6 +61,7 @@ void TrackUserData::toggleLovedTogether(const QStringList& paths) {
 }
 
 void TrackUserData::rateTogether(int rating, const QStringList& paths) {
+    const Preferences::Together together(m_preferences);
     for (const QString& path : paths)
         setRating(rating, path);
 }
