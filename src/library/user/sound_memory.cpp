@@ -125,8 +125,7 @@ void SoundMemory::noteLoudness(const QString& path) {
     if (!identity.isKnown() || paths == m_paths.cend())
         return;
     const std::vector<double> loudness = m_needs.soundCheck.trackLoudness().value(path);
-    const QStringList copies = *paths;
-    for (const QString& copy : copies)
+    for (const QString& copy : *paths)
         if (identityOf(copy) == identity)
             m_needs.soundCheck.learn(copy, loudness);
 }

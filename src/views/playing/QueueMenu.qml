@@ -12,15 +12,6 @@ ContextMenu {
     property bool isCurrent
     property bool isLoved
 
-    function openFor(row: QueueRow, x: real, y: real): void {
-        root.entryId = row.entryId
-        root.path = row.path
-        root.artist = row.artist
-        root.isCurrent = row.isCurrent
-        root.isLoved = row.isLoved
-        root.popup(row, x, y)
-    }
-
     MenuEntry {
         text: Strings.playThisTrack
         symbol: "play.fill"

@@ -75,7 +75,12 @@ ListView {
 
     function openMenu(row: QueueRow, x: real, y: real): void {
         const opened = menu.made() as QueueMenu
-        opened.openFor(row, x, y)
+        opened.entryId = row.entryId
+        opened.path = row.path
+        opened.artist = row.artist
+        opened.isCurrent = row.isCurrent
+        opened.isLoved = row.isLoved
+        opened.popup(row, x, y)
     }
 
     model: Library.queue

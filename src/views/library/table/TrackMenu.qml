@@ -15,15 +15,6 @@ ContextMenu {
     property bool isLoved
     property int rating
 
-    function openFor(row: TrackRow, paths: list<string>, x: real, y: real): void {
-        root.trackId = row.trackId
-        root.paths = paths
-        root.isPlaying = root.isOfOne && row.isPlaying && Library.transport.isPlaying
-        root.isLoved = row.isLoved
-        root.rating = row.rating
-        root.popup(row, x, y)
-    }
-
     MenuEntry {
         text: root.isPlaying ? Strings.pause : Strings.play
         symbol: root.isPlaying ? "pause.fill" : "play.fill"

@@ -53,6 +53,14 @@ ListView {
         selection.clear()
         return [row.path]
     }
+    function openMenu(row: TrackRow, x: real, y: real): void {
+        menu.trackId = row.trackId
+        menu.paths = root.pathsAt(row)
+        menu.isPlaying = menu.isOfOne && row.isPlaying && Library.transport.isPlaying
+        menu.isLoved = row.isLoved
+        menu.rating = row.rating
+        menu.popup(row, x, y)
+    }
     function select(row: int, modifiers: int): void {
         const from = cursor.index
         tabStop.take(Qt.MouseFocusReason)
@@ -169,7 +177,7 @@ ListView {
         }
         onMenuAsked: (x, y) => {
             cursor.index = index
-            menu.openFor(this, root.pathsAt(this), x, y)
+            root.openMenu(this, x, y)
         }
     }
     // qmllint enable unqualified
@@ -214,7 +222,7 @@ ListView {
         onMenuAsked: row => {
             const item = root.itemAtIndex(row) as TrackRow
             if (item)
-                menu.openFor(item, root.pathsAt(item), root.columns.title, item.height)
+                root.openMenu(item, root.columns.title, item.height)
         }
     }
     TrackMenu {

@@ -56,7 +56,7 @@ LibraryGrid {
         }
         onFocusTaken: root.take(index)
         onPlayed: Library.collections.playAlbum(albumId)
-        onMenuAsked: (x, y) => root.openMenu(this, x, y)
+        onMenuAsked: (x, y) => root.openMenu(this, index, x, y)
         onCarried: drag => {
             drag.title = title
             drag.paths = Library.collections.pathsOfAlbum(albumId)

@@ -44,7 +44,7 @@ LibraryGrid {
         }
         onFocusTaken: root.take(index)
         onPlayed: Library.collections.playArtist(name)
-        onMenuAsked: (x, y) => root.openMenu(this, x, y)
+        onMenuAsked: (x, y) => root.openMenu(this, index, x, y)
         onCarried: drag => {
             drag.title = shownName
             drag.paths = Library.collections.pathsOfArtist(name)

@@ -38,11 +38,12 @@ GridView {
     // The tiles are to be larger by so many steps, or smaller.
     signal resized(int steps)
 
-    function openMenu(tile: LibraryTile, x: real, y: real): void {
+    // The tile as an Item: Qt 6.8 forgets a QML type that only a function's parameter names.
+    function openMenu(tile: Item, row: int, x: real, y: real): void {
         const entries = menus.made() as CollectionMenu
-        cursor.index = tile.index
-        root.menuRow = tile.index
-        entries.collection = cursor.value(tile.index, root.idRole)
+        cursor.index = row
+        root.menuRow = row
+        entries.collection = cursor.value(row, root.idRole)
         entries.popup(tile, x, y)
     }
     // Puts the cursor on a row that was pressed.
