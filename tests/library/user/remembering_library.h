@@ -7,6 +7,8 @@
 
 #include <QFile>
 
+#include <gtest/gtest.h>
+
 namespace halvane::test {
 
 /// A controller, and small WAVE files that a test renames, tags and copies. Each sound has a
@@ -36,7 +38,7 @@ struct RememberingLibrary : RunningLibrary {
         file.seek(4);
         file.write(number(size - 8));
     }
-    QString path(const QString& name) const { return music.filePath(name); }
+    [[nodiscard]] QString path(const QString& name) const { return music.filePath(name); }
 
     /// Goes on until all sounds are identified, tracks agree, and missing ones are known.
     void settle() {
