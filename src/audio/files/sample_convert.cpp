@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "audio/files/sample_convert.h"
 
-#include <cstring>
+#include <algorithm>
+#include <cmath>
 
 namespace halvane {
 namespace {
@@ -18,11 +19,18 @@ float toFloat(std::int32_t v) {
 float toFloat(std::int64_t v) {
     return static_cast<float>(v) * 0x1p-63F;
 }
+// A file may hold any bits. What is no number would stay in the filters of a sound server and
+// silence every program; what no recording holds becomes something that can be reckoned with.
+template<typename T>
+float bounded(T v) {
+    constexpr T loudest = 256; // 48 dB above full scale
+    return std::isnan(v) ? 0.0F : static_cast<float>(std::clamp(v, -loudest, loudest));
+}
 float toFloat(float v) {
-    return v;
+    return bounded(v);
 }
 float toFloat(double v) {
-    return static_cast<float>(v);
+    return bounded(v);
 }
 
 template<typename T>

@@ -6,6 +6,7 @@
 #include <QtEndian>
 
 #include <array>
+#include <limits>
 
 namespace halvane::test {
 namespace {
@@ -47,6 +48,32 @@ TEST(AudioFileFormat, RatesAndChannelsOfEachKind) {
         // ALAC keeps surround channels in another order than WAVE; the decoder gives them in
         // WAVE's.
         EXPECT_TRUE(samples == pcm.floats());
+    }
+}
+
+template<typename T>
+void overwriteSamples(const QString& path, const std::vector<T>& samples) {
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    const qsizetype data = file.peek(1'000).indexOf("data");
+    ASSERT_GT(data, 0);
+    file.seek(data + 8);
+    file.write(reinterpret_cast<const char*>(samples.data()), qint64(samples.size() * sizeof(T)));
+}
+
+TEST(AudioFileFormat, SamplesThatNoRecordingHoldsAreBounded) {
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    const std::vector<double> wild{1.5,      -200,      3e20, -3e20, std::nan(""),
+                                   infinity, -infinity, 1e-3, 0};
+    const std::vector<float> heard{1.5F, -200, 256, -256, 0, 256, -256, 1e-3F, 0};
+    const Pcm pcm = music(4'000, 44'100, 1);
+    const QString single = encoded(pcm, u"wav"_s, ffmpeg + u"-c:a pcm_f32le \"$OUT\""_s);
+    overwriteSamples(single, std::vector<float>(wild.begin(), wild.end()));
+    const QString twofold = encoded(pcm, u"wav"_s, ffmpeg + u"-c:a pcm_f64le \"$OUT\""_s);
+    overwriteSamples(twofold, wild);
+    for (const QString& path : {single, twofold}) {
+        const auto file = opened(path);
+        EXPECT_EQ(readFrames(*file, heard.size()), heard) << path.toStdString();
     }
 }
 
