@@ -67,6 +67,14 @@ void tidyUp(GalleryWorld& world, WindowDriver& ui) {
     world.library().views()->setShowMaintenance(true);
     EXPECT_TRUE(ui.waitsFor(u"Missing files, 1"_s));
 }
+void removal(GalleryWorld& world, WindowDriver& ui) {
+    tidyUp(world, ui);
+    EXPECT_TRUE(ui.click(u"Remove All"_s, QAccessible::Button));
+}
+void removalInChinese(GalleryWorld& world, WindowDriver& ui) {
+    world.library().views()->setShowMaintenance(true);
+    EXPECT_TRUE(ui.click(u"全部移除"_s, QAccessible::Button));
+}
 void spectrum(GalleryWorld& world, WindowDriver&) {
     SpectrumOutput output;
     for (std::size_t i = 0; i < output.bands.size(); ++i)
@@ -108,6 +116,8 @@ const Look looks[]{
     {.name = "equalizer-zh", .show = clipping, .isChinese = true},
     {.name = "prompt", .show = prompt},
     {.name = "tidy-up", .show = tidyUp},
+    {.name = "removal", .show = removal},
+    {.name = "removal-zh", .show = removalInChinese, .isChinese = true},
     {.name = "full-screen", .show = fullScreen},
     {.name = "spectrum", .show = spectrum},
     {.name = "full-screen-spectrum", .show = fullScreenSpectrum},

@@ -58,7 +58,8 @@ void overwriteSamples(const QString& path, const std::vector<T>& samples) {
     const qsizetype data = file.peek(1'000).indexOf("data");
     ASSERT_GT(data, 0);
     file.seek(data + 8);
-    file.write(reinterpret_cast<const char*>(samples.data()), qint64(samples.size() * sizeof(T)));
+    file.write(reinterpret_cast<const char*>(samples.data()),
+               qint64(samples.size()) * qint64(sizeof(T)));
 }
 
 TEST(AudioFileFormat, SamplesThatNoRecordingHoldsAreBounded) {
