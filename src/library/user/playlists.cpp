@@ -223,10 +223,14 @@ void Playlists::removePaths(const QSet<QString>& paths) {
         if (gone > 0)
             changed.push_back(row);
     }
-    if (changed.empty())
+    storeChanged(changed);
+}
+
+void Playlists::storeChanged(const std::vector<std::size_t>& rows) {
+    if (rows.empty())
         return;
     persistPlaylists();
-    for (const std::size_t row : changed)
+    for (const std::size_t row : rows)
         pathsChanged(row);
 }
 
@@ -240,11 +244,7 @@ void Playlists::putStandIns(
             changed.push_back(row);
         }
     }
-    if (changed.empty())
-        return;
-    persistPlaylists();
-    for (const std::size_t row : changed)
-        pathsChanged(row);
+    storeChanged(changed);
 }
 
 std::vector<Playlists::Place> Playlists::placesOf(const QSet<QString>& paths) const {
@@ -271,11 +271,7 @@ void Playlists::putBack(const std::vector<Place>& places) {
         }
         place = end;
     }
-    if (changed.empty())
-        return;
-    persistPlaylists();
-    for (const std::size_t row : changed)
-        pathsChanged(row);
+    storeChanged(changed);
 }
 
 void Playlists::putBack(std::size_t row, const Playlist& playlist) {

@@ -85,6 +85,7 @@ class Playlists : public QAbstractListModel {
   private:
     [[nodiscard]] QString freeName(const QString& name) const;
     void pathsChanged(std::size_t row);
+    void storeChanged(const std::vector<std::size_t>& rows);
     void persistPlaylists();
 
     Preferences& m_preferences;
