@@ -21,7 +21,9 @@ class QueueMemoryTest : public testing::Test, public RunningLibrary {
         start();
         for (const char* name : {"a", "b", "c"}) {
             paths.append(music.filePath(QString::fromUtf8(name) + u".wav"_s));
-            writeWave(sine(440, 0.5, 32000, 8000, 1), paths.last());
+            // Copies of one sound would share what is said of them.
+            const double frequency = 440 * static_cast<double>(paths.size());
+            writeWave(sine(frequency, 0.5, 32000, 8000, 1), paths.last());
         }
         import(paths);
         saveIndex();
