@@ -122,11 +122,18 @@ std::size_t RenderGraph::pull(float* interleaved, std::size_t frames) noexcept {
         beginRun();
     }
     const std::size_t channels = m_pipe->channels();
-    const auto got = m_pipe->samples.read(interleaved, frames * channels) / channels;
+    const bool isComplete = m_pipe->isComplete(); // first, as it says that all samples are there
+    const auto there = m_pipe->samples.readAvailable() / channels;
+    const auto got = std::min(frames, there);
+    m_pipe->samples.read(interleaved, got * channels);
     if (m_fadeLeft > 0)
         fadeIn(interleaved, got);
+    // What would be too little to fade out with is left for the next run.
+    const bool runsDry = !isComplete && there < frames + m_fadeFrames;
+    if (runsDry)
+        fadeOut(interleaved, got);
     m_mediaFrame += std::int64_t(got);
-    if (got < frames)
+    if (runsDry || got < frames)
         endRun(got);
     return got;
 }
@@ -218,9 +225,21 @@ void RenderGraph::fadeIn(float* interleaved, std::size_t frames) noexcept {
     }
 }
 
+/// The same of sound that stops there, because the disk is late.
+void RenderGraph::fadeOut(float* interleaved, std::size_t frames) noexcept {
+    const std::size_t channels = m_pipe->channels();
+    float* end = interleaved + frames * channels;
+    const auto faded = std::min(frames, m_fadeFrames);
+    for (std::size_t left = 1; left <= faded; ++left) {
+        const float gain = float(left) / float(faded + 1);
+        for (std::size_t c = 0; c < channels; ++c)
+            *--end *= gain;
+    }
+}
+
 void RenderGraph::awaitFrames(std::size_t frames) {
     const auto first = StreamPipe::firstFrames(m_pipe->format().sampleRate);
-    (void)m_decoder.awaitFrames(std::max(frames, first), std::chrono::minutes(1));
+    (void)m_decoder.awaitFrames(std::max(frames + m_fadeFrames, first), std::chrono::minutes(1));
 }
 
 } // namespace halvane

@@ -59,6 +59,7 @@ class RenderGraph final : public RenderSource {
     void beginEpoch(std::uint32_t epoch) noexcept;
     void anchor(std::size_t offset, bool running) noexcept;
     void fadeIn(float* interleaved, std::size_t frames) noexcept;
+    void fadeOut(float* interleaved, std::size_t frames) noexcept;
     void applySegmentGains(float* interleaved, std::size_t frames, std::size_t sounding) noexcept;
     [[nodiscard]] float gainOf(std::uint64_t segment) const noexcept;
     std::size_t goBack(std::size_t frames) noexcept;

@@ -30,6 +30,13 @@ void HeardClock::run(double heardFrames, double now) {
     publish({heardFrames, now, m_sampleRate, unlimited});
 }
 
+void HeardClock::endAt(std::int64_t frame) {
+    Report now = report();
+    now.limit = double(frame);
+    publish(now);
+    raiseLast(frame);
+}
+
 void HeardClock::hold(double now) {
     const auto frames = double(heard(now));
     publish({frames, now, 0, unlimited});
@@ -48,7 +55,15 @@ void HeardClock::skipToRendered() {
 std::int64_t HeardClock::heard(double now) const {
     const Report at = report();
     const double frames = std::min(at.heard + (now - at.time) * at.rate, at.limit);
-    const auto answer = std::min(std::int64_t(std::floor(frames + slack)), rendered());
+    return raiseLast(std::min(std::int64_t(std::floor(frames + slack)), rendered()));
+}
+
+double HeardClock::atEar(double now) const {
+    const Report at = report();
+    return at.heard + (now - at.time) * at.rate;
+}
+
+std::int64_t HeardClock::raiseLast(std::int64_t answer) const {
     auto last = m_last.load(std::memory_order_acquire);
     while (answer > last && !m_last.compare_exchange_weak(last, answer, std::memory_order_acq_rel))
         ;

@@ -18,6 +18,9 @@ class HeardClock {
     /// The sound runs, and this much has been heard now. May be below 0: so long until the first
     /// frame is heard.
     void run(double heardFrames, double now);
+    /// The sound ends at this frame, which counts as heard from now on, though the ear has still to
+    /// get there.
+    void endAt(std::int64_t frame);
     /// The sound stands still from now on.
     void hold(double now);
     /// The server has run dry: nothing beyond what is rendered now is heard until the next run().
@@ -31,6 +34,8 @@ class HeardClock {
     }
     /// Never falls; exceeds rendered() only by what has been taken back meanwhile.
     [[nodiscard]] std::int64_t heard(double now) const;
+    /// The frame that is at the ear, as far as the last report knows.
+    [[nodiscard]] double atEar(double now) const;
 
   private:
     struct Report {
@@ -41,6 +46,7 @@ class HeardClock {
     };
     [[nodiscard]] Report report() const;
     void publish(const Report& report);
+    std::int64_t raiseLast(std::int64_t answer) const;
 
     double m_sampleRate = 0;
     std::atomic<std::int64_t> m_rendered = 0;

@@ -210,9 +210,9 @@ void PulseStream::pause() {
         return;
     const bool ends = endSound();
     m_running = false;
-    m_heard.hold(m_clock.now());
     if (ends)
         return;
+    m_heard.hold(m_clock.now());
     forgetEnding();
     if (pa_stream_get_state(m_stream) == PA_STREAM_READY)
         release(pa_stream_cork(m_stream, 1, nullptr, nullptr));
@@ -234,14 +234,9 @@ std::size_t PulseStream::takeBack() {
     if (!m_running || pa_stream_get_state(m_stream) != PA_STREAM_READY ||
         pa_stream_is_suspended(m_stream) == 1)
         return 0;
-    const double now = m_clock.now();
-    const double distance = (replaceableFrom + m_untouchable) * m_sampleRate;
-    double from = double(m_heard.heard(now)) + distance;
-    if (m_ending) { // that stays, and what is heard is not told meanwhile
-        const double heard = double(m_ending->frame) + (now - m_ending->time) * m_sampleRate;
-        from =
-            std::max(heard, double(m_ending->frame) + RenderSource::changeSeconds * m_sampleRate);
-    }
+    double from = m_heard.atEar(m_clock.now()) + (replaceableFrom + m_untouchable) * m_sampleRate;
+    if (m_ending) // that stays
+        from = std::max(from, double(m_ending->frame) + RenderSource::changeSeconds * m_sampleRate);
     const auto frames = m_heard.rendered() - std::int64_t(from);
     const auto taken = frames > 0 ? m_source.rewind(std::size_t(frames)) : 0;
     m_heard.addRendered(-std::int64_t(taken));
@@ -255,12 +250,11 @@ bool PulseStream::endSound() {
     if (frames == 0)
         return false;
     forgetEnding();
-    const double now = m_clock.now();
     constexpr double late = 0.05;
     const double wait = replaceableFrom + m_untouchable + RenderSource::changeSeconds + late;
-    m_ending = Ending{m_heard.rendered(), now, now + wait};
+    m_ending = Ending{m_heard.rendered(), m_clock.now() + wait};
     write(frames, &RenderSource::rest, frames);
-    m_heard.run(double(m_ending->frame), now);
+    m_heard.endAt(m_ending->frame);
     m_endingHeard = pa_context_rttime_new(
         m_server.context(), pa_rtclock_now() + pa_usec_t(wait * 1e6),
         [](pa_mainloop_api*, pa_time_event*, const timeval*, void* data) {

@@ -54,7 +54,6 @@ class PulseStream {
     /// The sound ends at a frame that is on its way to the ear; behind it there is silence.
     struct Ending {
         std::int64_t frame = 0;
-        double time = 0;  ///< when it was decided
         double heard = 0; ///< by then
     };
 

@@ -126,6 +126,20 @@ TEST_F(PlaybackFaults, GoesOnOnThePreviousDeviceWhenASwitchFails) {
     EXPECT_EQ(elapsedFrames(), 25'000);
 }
 
+TEST_F(PlaybackFaults, WhereADiskIsLateTheSoundEndsAndBeginsSoftly) {
+    const Pcm level{44'100, 1, 24, std::vector<std::int32_t>(30 * 44'100, 1 << 22)};
+    play(wave(level));
+    output.pullHurried(level.samples.size());
+    int holes = 0;
+    float before = 0.5;
+    for (const float sample : output.recording()) {
+        ASSERT_LT(std::abs(sample - before), 0.5 / 150) << "a step, which clicks";
+        holes += sample == 0 && before != 0;
+        before = sample;
+    }
+    EXPECT_GT(holes, 0) << "the decoder was never too slow";
+}
+
 TEST_F(PlaybackFaults, BadTimesNeitherLoseNorRepeatAFrame) {
     struct Case {
         const char* what;

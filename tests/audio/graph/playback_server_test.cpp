@@ -135,6 +135,33 @@ class OnServer : public testing::Test {
         return ends;
     }
 
+    /// As somebody does who holds a key down, at these intervals in ms.
+    void seekAgainAndAgain(std::initializer_list<int> intervals) {
+        ASSERT_TRUE(open(*engine, path));
+        ASSERT_TRUE(engine->scheduleSegment(40, true));
+        hear(0.5);
+        for (const int interval : intervals) {
+            for (int turn = 0; turn < 10; ++turn) {
+                ASSERT_TRUE(engine->scheduleSegment(turn % 2 == 0 ? 45 : 40, true));
+                ASSERT_FALSE(waitFor([&] { return !engine->isPlaying(); }, interval));
+            }
+        }
+        ASSERT_FALSE(waitFor([&] { return !engine->isPlaying(); }, 1000));
+    }
+    /// No step that no fade makes: the shortest takes 5 ms to the quarter of full scale that the
+    /// numbers are there.
+    static void expectNoEdges(const std::vector<float>& samples) {
+        int edges = 0;
+        int loud = 0;
+        for (std::size_t i = 2; i < samples.size(); i += 2) {
+            edges += std::abs(samples[i] - samples[i - 2]) > 0.25 / 100;
+            loud += std::abs(samples[i]) > 0.15;
+        }
+        EXPECT_EQ(edges, 0);
+        EXPECT_GT(loud, 2 * rate);
+        std::printf("%d edges in %.1f s of sound\n", edges, double(loud) / rate);
+    }
+
   private:
     PrivateSoundServer* m_server = nullptr;
 };
@@ -322,6 +349,19 @@ TEST_F(OnPulseAudio, FadesOutBeforeAPauseWhereTheSinkKeepsWhatItHas) {
     const auto ends = lengthsOfEnds(listener->samples());
     ASSERT_GE(ends.size(), std::size_t(pauses));
     EXPECT_GT(ends.front(), 2) << "cut off";
+}
+
+TEST_F(OnPulseAudio, EndsSoftlyBeforeEachOfManyQuickSeeks) {
+    const auto listener = server.loadPipeSink(u"pipe"_s, rate);
+    ASSERT_TRUE(engine->setOutputDevice(sinkNamed(u"pipe"_s)));
+    seekAgainAndAgain({130, 100, 50, 20});
+    expectNoEdges(listener->samples());
+}
+
+TEST_F(OnPipeWire, EndsSoftlyBeforeEachOfManyQuickSeeks) {
+    const auto recording = record(u"null44100"_s);
+    seekAgainAndAgain({130, 100, 50, 20});
+    expectNoEdges(recording->samples());
 }
 
 TEST_F(OnPulseAudio, GainsSwitchAtTheJointsOwnSample) {

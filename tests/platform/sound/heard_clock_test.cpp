@@ -48,6 +48,20 @@ TEST(HeardClock, aServerThatRanDryDoesNotRunAhead) {
     EXPECT_EQ(clock.heard(0.7), 200);
 }
 
+TEST(HeardClock, anEndCountsAsHeardBeforeTheEarGetsThere) {
+    HeardClock clock;
+    clock.reset(1000);
+    clock.addRendered(1000);
+    clock.run(100, 1);
+    clock.endAt(300);
+    EXPECT_EQ(clock.heard(1.05), 300);
+    EXPECT_NEAR(clock.atEar(1.05), 150, 1e-6);
+    EXPECT_EQ(clock.heard(2), 300) << "only silence comes";
+    clock.run(200, 1.1); // more has been scheduled behind it
+    EXPECT_EQ(clock.heard(1.15), 300);
+    EXPECT_EQ(clock.heard(1.3), 400);
+}
+
 TEST(HeardClock, readersNeverSeeHalfAReport) {
     HeardClock clock;
     clock.reset(1000);
