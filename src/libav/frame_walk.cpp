@@ -99,6 +99,25 @@ bool isTag(QByteArrayView bytes) {
            bytes.startsWith("ID3");
 }
 
+/// Where a tag ends that lies between two files that were joined; none where only a tag is left.
+std::optional<qint64> behindTag(const ByteSource& file, qint64 position) {
+    constexpr qint64 id3v1Size = 128;
+    constexpr qint64 id3v2HeaderSize = 10;
+    const QByteArray tag = file.read(position, id3v2HeaderSize);
+    qint64 size = 0;
+    if (tag.startsWith("TAG")) {
+        size = id3v1Size;
+    } else if (tag.startsWith("ID3") && tag.size() == id3v2HeaderSize) {
+        for (const char byte : QByteArrayView(tag).last(4))
+            size = size << 7 | (byte & 0x7f);
+        const bool hasFooter = (tag[5] & 0x10) != 0;
+        size += hasFooter ? 2 * id3v2HeaderSize : id3v2HeaderSize;
+    }
+    if (size == 0 || position + size >= file.size)
+        return std::nullopt;
+    return position + size;
+}
+
 /// Whether the stream is over. Frames of sound are called "AP" in Musepack.
 bool isEnd(FrameStream kind, QByteArrayView bytes) {
     return bytes.size() < headerSize || isTag(bytes) ||
@@ -120,6 +139,11 @@ walkFrames(const ByteSource& file, FrameStream kind, std::int64_t from,
     quint32 common = 0;
     for (qint64 position = from;;) {
         const auto bytes = window.header(position);
+        const auto next = isTag(bytes) ? behindTag(file, position) : std::nullopt;
+        if (next) {
+            position = *next;
+            continue;
+        }
         if (isEnd(kind, bytes))
             return number > 0 ? std::optional(number) : std::nullopt;
         const auto header = frameHeader(kind, bytes);

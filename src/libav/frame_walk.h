@@ -19,9 +19,9 @@ enum class FrameStream { mpegLayer3, adts, musepack8 };
 std::int64_t frameSize(FrameStream kind, QByteArrayView opening);
 
 /// Walks a stream from header to header, from the frame at byte `from` to its end (or a tag behind
-/// it), without decoding anything. Calls back with each frame's number and position, and gives the
-/// number of whole frames; none when the chain breaks anywhere, for then only a decoder can tell
-/// what is a frame. Any thread.
+/// it), past tags between files that were joined, without decoding anything. Calls back with each
+/// frame's number and position, and gives the number of whole frames; none when the chain breaks
+/// anywhere, for then only a decoder can tell what is a frame. Any thread.
 std::optional<std::int64_t>
 walkFrames(const ByteSource& file, FrameStream kind, std::int64_t from,
            const std::function<void(std::int64_t number, std::int64_t position)>& visit);

@@ -100,7 +100,9 @@ int main(int argc, char** argv) {
         qEnvironmentVariable("XDG_ACTIVATION_TOKEN", qEnvironmentVariable("DESKTOP_STARTUP_ID"));
     installLog(arguments.logLevel);
     for (const auto& skipped : arguments.skipped)
-        qCWarning(libraryLog, "not a file of this machine: %s", qUtf8Printable(skipped));
+        qCWarning(libraryLog,
+                  "can't be opened: %s: not a file of this machine, or its name is not valid UTF-8",
+                  qUtf8Printable(skipped));
     if (const auto result = doneEarly(arguments))
         return *result;
     if (!hasDisplay()) {

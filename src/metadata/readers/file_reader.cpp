@@ -103,15 +103,20 @@ void countLength(const QString& path, StreamFacts& stream) {
     const bool isAdts = opening.size() == 2 && (opening[1] & 0x06) == 0; // of no MPEG audio layer
     const FrameStream kind = isAdts ? FrameStream::adts : FrameStream::mpegLayer3;
     const std::int64_t from = std::exchange(stream.guessedFrom, -1);
-    // The guess is right where all frames are alike.
-    if (!file.isOpen() || hasEvenFrames(bytes, kind, from))
+    constexpr qint64 longestFrame = 2881;
+    const auto figures = isAdts ? std::nullopt : mp3Figures(file.read(from, longestFrame));
+    // The guess is right where all frames are alike, and nothing was joined.
+    if (!file.isOpen() || (!figures && hasEvenFrames(bytes, kind, from)))
         return;
     constexpr int lowestRateOfLongBlocks = 32'000; // of MPEG 1
     const int block = isAdts ? 1024 : stream.sampleRate >= lowestRateOfLongBlocks ? 1152 : 576;
     const auto count = walkFrames(bytes, kind, from, [](std::int64_t, std::int64_t) {});
-    if (count && !file.isExhausted())
-        stream.seconds =
-            static_cast<double>(*count * block - (isAdts ? adtsDelay : 0)) / stream.sampleRate;
+    if (!count || file.isExhausted())
+        return;
+    std::int64_t frames = *count * block - (isAdts ? adtsDelay : 0);
+    if (figures)
+        frames = mp3Extent(*figures, frames - block).length;
+    stream.seconds = static_cast<double>(frames) / stream.sampleRate;
 }
 
 SoundIdentity identityOf(const QString& path) {

@@ -40,6 +40,19 @@ TagLib::ID3v2::FrameFactory* frameFactory() {
     return TagLib::ID3v2::FrameFactory::instance();
 }
 
+// How much more a file holds than its information frame states, where others were joined to it; 1
+// where it holds what is stated, and tags.
+double filesInOne(const BoundedFile& file, TagLib::MPEG::File& mpeg,
+                  const TagLib::MPEG::XingHeader& information) {
+    constexpr double more = 17.0 / 16;
+    const auto at = mpeg.firstFrameOffset();
+    const auto stated = static_cast<double>(information.totalSize());
+    if (stated <= 0 || static_cast<double>(file.size() - at) < more * stated)
+        return 1;
+    const double times = static_cast<double>(mpeg.lastFrameOffset() - at) / stated;
+    return times < more ? 1 : times;
+}
+
 // The frames of an MPEG stream: stated in its information frame, or as many as fill the time that
 // TagLib guesses from the size and the first frame's bitrate, which it rounds to milliseconds.
 void readLength(StreamFacts& stream, BoundedFile& file, TagLib::MPEG::File& mpeg) {
@@ -55,6 +68,10 @@ void readLength(StreamFacts& stream, BoundedFile& file, TagLib::MPEG::File& mpeg
         frames = information->totalFrames() * block;
         if (const auto figures = mp3Figures(file.read(at, header.frameLength())))
             frames = mp3Extent(*figures, frames).length;
+        if (const double times = filesInOne(file, mpeg, *information); times > 1) {
+            frames = std::llround(static_cast<double>(frames) * times);
+            stream.guessedFrom = at;
+        }
     } else {
         frames = std::llround(properties.lengthInMilliseconds() * perMillisecond *
                               properties.sampleRate() / static_cast<double>(block)) *

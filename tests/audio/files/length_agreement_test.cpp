@@ -31,6 +31,7 @@ TEST(Lengths, OfTheLibraryAreThoseOfTheEngineToTheFrame) {
         "wma = mutagen.File('$OUT'); "
         "wma['WM/Picture'] = mutagen.asf.ASFByteArrayAttribute(struct.pack('<bI', 3, 4000)"
         " + 'image/jpeg\\0'.encode('utf-16-le') + bytes(4002)); wma.save()\""_s;
+    const QString twice = u"; cat \"$OUT\" \"$OUT\" >\"$OUT.twice\"; mv \"$OUT.twice\" \"$OUT\""_s;
     const Case cases[] = {
         {u"wav"_s, u"cp \"$IN\" \"$OUT\""_s},
         {u"flac"_s, u"flac -s -o \"$OUT\" \"$IN\""_s},
@@ -40,6 +41,8 @@ TEST(Lengths, OfTheLibraryAreThoseOfTheEngineToTheFrame) {
         {u"mp3"_s, u"lame --quiet -t --cbr -b 128 \"$IN\" \"$OUT\""_s}, // no header
         {u"mp3"_s, u"lame --quiet -t -V4 \"$IN\" \"$OUT\""_s},
         {u"mp3"_s, ffmpeg + u"-c:a libmp3lame -b:a 64k \"$OUT\""_s, 22'050},
+        {u"mp3"_s, u"lame --quiet -V2 \"$IN\" \"$OUT\""_s + twice},
+        {u"mp3"_s, u"lame --quiet --cbr -b 128 --tt Title \"$IN\" \"$OUT\""_s + twice},
         {u"m4a"_s, ffmpeg + u"-c:a aac \"$OUT\""_s},
         {u"m4a"_s, ffmpeg + u"-c:a alac \"$OUT\""_s},
         {u"m4a"_s, ffmpeg + u"-c:a flac -strict -2 -f mp4 \"$OUT\""_s},
@@ -70,6 +73,11 @@ TEST(Lengths, OfTheLibraryAreThoseOfTheEngineToTheFrame) {
         ASSERT_TRUE(item.durationSeconds);
         EXPECT_NEAR(*item.durationSeconds * file->format().sampleRate, double(file->lengthFrames()),
                     0.5);
+        if (c.command.endsWith(twice)) {
+            // With what the second encoder put around its sound.
+            EXPECT_NEAR(double(file->lengthFrames()), 300'000, 3 * 1152);
+            EXPECT_EQ(std::int64_t(readAll(*file).size() / 2), file->lengthFrames());
+        }
     }
 }
 
