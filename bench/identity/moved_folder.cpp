@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // moved_folder [FILES]: a folder of files of which everything is said, moved while the program was
 // closed and imported again. Prints how long each step takes, the longest that the main thread was
-// busy, and how many tracks have again what was said of them.
+// busy, and how many tracks have their rows and what was said of them.
 #include "../support/event_loop.h"
 #include "../support/real_environment.h"
 #include "library/library_concerns.h"
@@ -129,6 +129,9 @@ int main(int argc, char** argv) {
         until([&] {
             return !library.playlists()->all().front().trackPaths.back().startsWith(before);
         });
+    });
+    timed("rows kept", [&] {
+        until([&] { return library.store()->size() == static_cast<std::size_t>(files); });
     });
     std::size_t right = 0;
     for (const TrackPtr& track : library.store()->rows())

@@ -17,6 +17,7 @@
 #include "library/import/imported_paths.h"
 #include "library/import/importer.h"
 #include "library/import/metadata_healing.h"
+#include "library/import/moved_tracks.h"
 #include "library/import/record_renewal.h"
 #include "library/import/restoration.h"
 #include "library/playback/collection_player.h"

@@ -91,6 +91,10 @@ LibraryViewModel::LibraryViewModel(const Environment& environment, QObject* pare
     m_tidying =
         std::make_unique<Tidying>(*m_store, *m_catalog, *m_queue, *m_transport, *m_playlists,
                                   *m_availability, *m_duplicates, m_environment.preferences);
+    m_movedTracks = std::make_unique<MovedTracks>(
+        MovedTracksNeeds{*m_store, *m_catalog, *m_queue, *m_transport, *m_playlists, *m_tidying,
+                         *m_availability, *m_soundMemory},
+        *m_status, *m_language);
     m_removals = std::make_unique<RemovalHistory>(
         RemovalNeeds{*m_store, *m_catalog, *m_importedPaths, *m_queue, *m_transport, *m_playlists,
                      *m_userData, *m_tidying},
@@ -281,6 +285,13 @@ void LibraryViewModel::connectFiles() {
     // A copy may stand in for what is missing now.
     connect(m_availability.get(), &Availability::refreshed, m_soundMemory.get(),
             &SoundMemory::mendPlaylists);
+    connect(m_availability.get(), &Availability::refreshed, m_movedTracks.get(),
+            &MovedTracks::settle);
+    connect(m_soundMemory.get(), &SoundMemory::surveyed, m_movedTracks.get(), &MovedTracks::settle);
+    connect(m_movedTracks.get(), &MovedTracks::moved, this, [this] {
+        m_persistence->persistMetadataCache();
+        libraryGrew();
+    });
     connect(m_renewal.get(), &RecordRenewal::finished, m_soundMemory.get(), &SoundMemory::survey);
     // Its cover may have come while the window stayed in front.
     connect(m_browsing.get(), &Browsing::albumChosen, m_coverFiles.get(),

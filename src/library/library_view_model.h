@@ -48,6 +48,7 @@ class SidebarModel;
 class SignalPath;
 class SleepTimer;
 class SoundCheck;
+class MovedTracks;
 class SoundMemory;
 class SpectrumModel;
 class StatusLine;
@@ -169,6 +170,7 @@ class LibraryViewModel : public QObject {
     [[nodiscard]] Availability* availability() const { return m_availability.get(); }
     [[nodiscard]] MetadataHealing* healing() const { return m_healing.get(); }
     [[nodiscard]] RecordRenewal* renewal() const { return m_renewal.get(); }
+    [[nodiscard]] MovedTracks* movedTracks() const { return m_movedTracks.get(); }
     [[nodiscard]] SoundMemory* soundMemory() const { return m_soundMemory.get(); }
     [[nodiscard]] AudioPlaybackEngine* engine() const { return m_engine.get(); }
     /// The views' covers, by the keys that lists and albums carry. Any thread.
@@ -235,6 +237,7 @@ class LibraryViewModel : public QObject {
     std::unique_ptr<Importer> m_importing;
     std::unique_ptr<Restoration> m_restoration;
     std::unique_ptr<Tidying> m_tidying;
+    std::unique_ptr<MovedTracks> m_movedTracks;
     std::unique_ptr<RemovalHistory> m_removals;
     std::unique_ptr<CoverFiles> m_coverFiles;
 

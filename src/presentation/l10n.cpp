@@ -214,6 +214,13 @@ QString playlistCount(qint64 count, ResolvedLanguage language) {
     return with(isChinese(language) ? u"%1 项" : u"%1 items", count);
 }
 
+QString foundElsewhere(qint64 count, ResolvedLanguage language) {
+    return with(isChinese(language) ? u"%1 个文件已在新位置找到"
+                : count == 1        ? u"%1 file found in its new place"
+                                    : u"%1 files found in their new places",
+                count);
+}
+
 QString importResult(qint64 added, qint64 skipped, ResolvedLanguage language) {
     const bool chinese = isChinese(language);
     if (skipped < 1)

@@ -394,6 +394,24 @@ void PlayQueue::replace(const TrackRows& tracks, Places& places) {
     }
 }
 
+void PlayQueue::exchange(const QHash<QString, TrackPtr>& recordOfPath) {
+    assertOwnThread(*this);
+    Entries& entries = writableEntries();
+    bool isChanged = false;
+    for (std::size_t row = 0; row < entries.size(); ++row) {
+        const auto other = recordOfPath.constFind(pathOf(*entries[row].record));
+        if (other == recordOfPath.cend())
+            continue;
+        entries[row].record = *other;
+        redraw(*this, {row, 1}, {});
+        isChanged = true;
+    }
+    if (!isChanged)
+        return;
+    ++m_revision;
+    Q_EMIT entriesChanged();
+}
+
 void PlayQueue::move(const QUuid& id, const QUuid& toPositionOf) {
     const auto from = rowOfID(id);
     const auto to = rowOfID(toPositionOf);

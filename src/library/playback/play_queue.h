@@ -121,6 +121,8 @@ class PlayQueue : public QAbstractListModel {
     };
     /// Puts fresh records in the place of those with the same paths.
     void replace(const TrackRows& tracks, Places& places);
+    /// Makes the entries of these paths those of other records.
+    void exchange(const QHash<QString, TrackPtr>& recordOfPath);
     /// Moves an entry to the place of another. Does nothing if either is unknown or both are one.
     Q_INVOKABLE void move(const QUuid& id, const QUuid& toPositionOf);
     /// Moves an entry behind another, or to the beginning for a null id. Does nothing if either is

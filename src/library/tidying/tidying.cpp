@@ -61,13 +61,29 @@ void Tidying::removeTracks(const QStringList& withPaths) {
         return;
     finishRemoval();
     Q_EMIT removing(withPaths);
+    const Paths paths = planRemoval(withPaths);
+    if (withPaths.size() <= removedAtOnce)
+        finishRemoval();
+    else
+        prepareRemoval(paths);
+}
+
+void Tidying::letGo(const QStringList& paths) {
+    assertOwnThread(*this);
+    finishRemoval();
+    planRemoval(paths);
+    finishRemoval();
+}
+
+/// What is stored changes at once.
+Tidying::Paths Tidying::planRemoval(const QStringList& leaving) {
     m_preferences.removeEntries({SettingsKey::importedAudioPaths, SettingsKey::lovedPaths,
                                  SettingsKey::trackRatings, SettingsKey::playCounts,
                                  SettingsKey::trackLoudness},
-                                withPaths);
+                                leaving);
     // Worked out where it is needed first, which for many tracks is the worker.
-    const Paths paths = std::async(std::launch::deferred, [withPaths] {
-        return QSet<QString>(withPaths.cbegin(), withPaths.cend());
+    const Paths paths = std::async(std::launch::deferred, [leaving] {
+        return QSet<QString>(leaving.cbegin(), leaving.cend());
     });
     // The derivation shares the loved paths with its worker, and a change would then copy them all.
     // So it comes last.
@@ -77,10 +93,7 @@ void Tidying::removeTracks(const QStringList& withPaths) {
         [this, paths] { forget(paths.get()); },
         [this, paths] { deriveWithout(paths.get()); },
     };
-    if (withPaths.size() <= removedAtOnce)
-        finishRemoval();
-    else
-        prepareRemoval(paths);
+    return paths;
 }
 
 void Tidying::prepareRemoval(const Paths& leaving) {

@@ -38,6 +38,8 @@ class Tidying : public QObject {
     /// the queue with the playlists, the user's data, and the catalog in events of their own, after
     /// a worker has worked out what stays.
     Q_INVOKABLE void removeTracks(const QStringList& withPaths);
+    /// Takes out at once what another file has become: nothing is noted of it.
+    void letGo(const QStringList& paths);
     /// Ends a removal that is under way at once. To be called before tracks are added: the removal
     /// would take those of its paths that come back.
     void finishRemoval();
@@ -65,6 +67,7 @@ class Tidying : public QObject {
     /// The tracks that are removed.
     using Paths = std::shared_future<QSet<QString>>;
 
+    Paths planRemoval(const QStringList& leaving);
     void prepareRemoval(const Paths& leaving);
     void takeStep();
     void removeFromLibrary(const QSet<QString>& paths);

@@ -86,6 +86,12 @@ std::optional<SoundNote> SoundMemory::note(const SoundIdentity& identity) const 
     return found == m_notes.get().cend() ? std::nullopt : std::optional(*found);
 }
 
+QStringList SoundMemory::pathsOf(const SoundIdentity& identity) const {
+    QStringList paths = m_paths.value(identity);
+    paths.removeIf([&](const QString& path) { return identityOf(path) != identity; });
+    return paths;
+}
+
 SoundIdentity SoundMemory::identityOf(const QString& path) const {
     const TrackPtr track = m_needs.store.track(path);
     return track ? track->identity : SoundIdentity();
@@ -113,21 +119,18 @@ void SoundMemory::noteSaid(const QString& path, const Said& before) {
     const Said said = known ? followed(known->said, before, now) : now;
     putSaid(identity, said);
     Says says{{path, said}};
-    for (const QString& copy : m_paths.value(identity))
-        if (identityOf(copy) == identity)
-            says.emplace_back(copy, said);
+    for (const QString& copy : pathsOf(identity))
+        says.emplace_back(copy, said);
     m_needs.userData.say(says);
 }
 
 void SoundMemory::noteLoudness(const QString& path) {
     const SoundIdentity identity = identityOf(path);
-    const auto paths = m_paths.constFind(identity);
-    if (!identity.isKnown() || paths == m_paths.cend())
+    if (!identity.isKnown())
         return;
     const std::vector<double> loudness = m_needs.soundCheck.trackLoudness().value(path);
-    for (const QString& copy : *paths)
-        if (identityOf(copy) == identity)
-            m_needs.soundCheck.learn(copy, loudness);
+    for (const QString& copy : pathsOf(identity))
+        m_needs.soundCheck.learn(copy, loudness);
 }
 
 void SoundMemory::meet(const TrackRows& tracks) {
@@ -216,10 +219,7 @@ void SoundMemory::settle(const std::vector<Replaced>& all) {
         const SoundIdentity identity = identityOf(replaced.path);
         if (!identity.isKnown() || identity == replaced.before)
             continue;
-        const QStringList old = m_paths.value(replaced.before);
-        const bool hasOldGone = std::any_of(old.cbegin(), old.cend(), [&](const QString& path) {
-            return identityOf(path) == replaced.before;
-        });
+        const bool hasOldGone = !pathsOf(replaced.before).isEmpty();
         const auto known = note(identity);
         const Said said =
             saidOfReplaced(m_needs.userData.said(replaced.path),
@@ -282,9 +282,8 @@ void SoundMemory::fillPlaces() {
 }
 
 std::optional<QString> SoundMemory::availablePath(const SoundIdentity& identity) const {
-    for (const QString& path : m_paths.value(identity))
-        if (identityOf(path) == identity &&
-            m_needs.files.state(path) == TrackAvailability::available)
+    for (const QString& path : pathsOf(identity))
+        if (m_needs.files.state(path) == TrackAvailability::available)
             return path;
     return std::nullopt;
 }

@@ -42,6 +42,8 @@ class SoundMemory : public QObject {
     void restore();
     /// What is noted of a sound; none if nothing is.
     [[nodiscard]] std::optional<SoundNote> note(const SoundIdentity& identity) const;
+    /// The paths of a sound that several tracks share, as far as a survey has found them.
+    [[nodiscard]] QStringList pathsOf(const SoundIdentity& identity) const;
 
     /// Looks on a worker which tracks share a sound, and then brings them to agree. To be called
     /// when tracks have come or were identified.
