@@ -7,6 +7,7 @@
 #include "library/user/language_setting.h"
 #include "library/user/playlists.h"
 #include "library/user/track_user_data.h"
+#include "model/raw_value.h"
 #include "support/fake_environment.h"
 
 #include <QCoreApplication>
@@ -15,6 +16,7 @@
 #include <benchmark/benchmark.h>
 
 #include <chrono>
+#include <ctime>
 #include <malloc.h>
 #include <map>
 
@@ -53,7 +55,8 @@ struct Window {
     const LanguageSetting language{preferences, languages};
     const TrackUserData userData{preferences};
     CatalogPublisher catalog{store, userData, language};
-    Browsing browsing{store, catalog, playlists, userData, language, rowState()};
+    TableOrder order{preferences};
+    Browsing browsing{store, catalog, playlists, userData, language, order, rowState()};
 
     RowState rowState() {
         RowState state = test::plainRowState();
@@ -69,6 +72,13 @@ struct Player : test::TransportFixture {
         play(size / 2);
     }
 };
+
+/// Processor time of this thread.
+double threadMs() {
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return 1e3 * double(time.tv_sec) + double(time.tv_nsec) / 1e6;
+}
 
 void sizes(benchmark::internal::Benchmark* benchmark) {
     benchmark->Arg(10'000)->Arg(100'000)->Arg(250'000)->Unit(benchmark::kMillisecond);
@@ -104,7 +114,8 @@ static void tracksByTitle(benchmark::State& state) {
     const auto catalog =
         buildCatalog(library(static_cast<std::size_t>(state.range(0))), ResolvedLanguage::english);
     for (auto _ : state)
-        benchmark::DoNotOptimize(sortedRows(*catalog, {TrackOrder::title, false}));
+        benchmark::DoNotOptimize(
+            sortedRows(*catalog, {TrackOrder::title, false}, {}, allRows(*catalog)));
 }
 BENCHMARK(tracksByTitle)->Apply(sizes);
 
@@ -112,7 +123,7 @@ BENCHMARK(tracksByTitle)->Apply(sizes);
 static void playSortedTable(benchmark::State& state) {
     Window window(static_cast<std::size_t>(state.range(0)));
     window.browsing.selectBrowseMode(LibraryMode::songs);
-    window.catalog.setSorting({TrackOrder::title, true});
+    window.order.choose(TrackOrder::title);
     while (!window.catalog.sortedRows())
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     PlayQueue queue(test::plainRowState());
@@ -123,6 +134,38 @@ static void playSortedTable(benchmark::State& state) {
     }
 }
 BENCHMARK(playSortedTable)->Apply(sizes);
+
+/// From a click on a head until the table is sorted, and what of it the main thread has to do.
+static void clickOnHead(benchmark::State& state) {
+    Window window(static_cast<std::size_t>(state.range(0)));
+    window.browsing.selectBrowseMode(LibraryMode::songs);
+    const auto column = static_cast<TrackOrder>(state.range(1));
+    bool isSorted = false;
+    QObject::connect(&window.catalog, &CatalogPublisher::sortedRowsChanged,
+                     [&] { isSorted = true; });
+    double mainMs = 0;
+    for (auto _ : state) {
+        const double before = threadMs();
+        isSorted = false;
+        window.order.choose(column);
+        while (!isSorted)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        mainMs = std::max(mainMs, threadMs() - before);
+        state.PauseTiming();
+        while (window.order.by() != TrackOrder::library)
+            window.order.choose(column);
+        window.catalog.setSorting({});
+        state.ResumeTiming();
+    }
+    state.SetLabel(rawValue(column).toStdString());
+    state.counters["main_ms"] = mainMs;
+}
+BENCHMARK(clickOnHead)
+    ->ArgsProduct({{250'000},
+                   {int(TrackOrder::title), int(TrackOrder::artist), int(TrackOrder::plays),
+                    int(TrackOrder::path)}})
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
 
 /// One keystroke of someone who types "night walk": all three lists, as the main thread does it.
 static void searchKeystroke(benchmark::State& state) {

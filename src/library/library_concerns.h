@@ -8,6 +8,7 @@
 #include "library/browsing/cover_files.h"
 #include "library/browsing/cover_store.h"
 #include "library/browsing/sidebar_model.h"
+#include "library/browsing/table_columns.h"
 #include "library/browsing/table_order.h"
 #include "library/browsing/view_state.h"
 #include "library/catalog/catalog_publisher.h"

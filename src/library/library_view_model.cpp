@@ -2,6 +2,7 @@
 #include "library/library_view_model.h"
 
 #include "library/browsing/row_ranges.h"
+#include "library/browsing/table_place.h"
 #include "library/catalog/library_summary.h"
 #include "library/library_concerns.h"
 #include "platform/session/notifications.h"
@@ -103,9 +104,10 @@ LibraryViewModel::LibraryViewModel(const Environment& environment, QObject* pare
         std::make_unique<CoverFiles>(*m_store, *m_catalog, *m_queue, *m_persistence, m_covers);
 
     // What is shown
-    m_tableOrder = std::make_unique<TableOrder>(m_environment.preferences, *m_catalog);
+    m_tableOrder = std::make_unique<TableOrder>(m_environment.preferences);
+    m_tableColumns = std::make_unique<TableColumns>(m_environment.preferences);
     m_browsing = std::make_unique<Browsing>(*m_store, *m_catalog, *m_playlists, *m_userData,
-                                            *m_language, rowState());
+                                            *m_language, *m_tableOrder, rowState());
     m_sidebar = std::make_unique<SidebarModel>(*m_catalog);
     m_tidyingLists = std::make_unique<TidyingLists>(*m_store, *m_availability, *m_duplicates);
     m_collections = std::make_unique<CollectionPlayer>(
@@ -150,6 +152,8 @@ void LibraryViewModel::start() {
     m_soundCheck->restore();
     m_soundMemory->restore();
     m_tableOrder->restore();
+    m_catalog->setSorting(m_tableOrder->sortingOf(TablePlace::tracks));
+    m_tableColumns->restore();
     m_queueMemory->restore();
     m_bookmarks->restoreBookmarkAccess();
     m_restoration->restoreImportedAudio();
@@ -165,6 +169,7 @@ RowState LibraryViewModel::rowState() {
     state.rating = [this](const QString& path) {
         return static_cast<int>(m_userData->rating(path));
     };
+    state.plays = [this](const QString& path) { return m_userData->playCount(path); };
     state.availability = [this](const QString& path) { return m_availability->state(path); };
     state.isCurrent = [this](const QString& path) { return m_transport->isTrackPlaying(path); };
     state.covers = m_covers.get();
@@ -221,6 +226,12 @@ void LibraryViewModel::connectRows() {
             &LibraryViewModel::availabilityChanged);
     connect(m_browsing.get(), &Browsing::selectedAlbumIDChanged, this,
             &LibraryViewModel::selectedAlbumChanged);
+    connect(m_browsing.get(), &Browsing::tablePlaceChanged, m_tableColumns.get(),
+            [this] { m_tableColumns->setPlace(m_browsing->tablePlace()); });
+    connect(m_playlists.get(), &Playlists::deleted, this, [this](const QUuid& id) {
+        m_tableOrder->forget(TablePlace::playlist(id));
+        m_tableColumns->forget(TablePlace::playlist(id));
+    });
     // The full-screen player would hide the place that a jump shows.
     connect(m_browsing.get(), &Browsing::jumping, this,
             [this] { m_views->setShowFullPlayer(false); });

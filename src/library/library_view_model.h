@@ -53,6 +53,7 @@ class SoundMemory;
 class SpectrumModel;
 class StatusLine;
 class ThemeSettings;
+class TableColumns;
 class TableOrder;
 class TrackUserData;
 class Transport;
@@ -100,6 +101,7 @@ class LibraryViewModel : public QObject {
     // Where the user is, and what the windows show
     Q_PROPERTY(halvane::Browsing* browsing READ browsing CONSTANT)
     Q_PROPERTY(halvane::TableOrder* tableOrder READ tableOrder CONSTANT)
+    Q_PROPERTY(halvane::TableColumns* tableColumns READ tableColumns CONSTANT)
     Q_PROPERTY(halvane::SidebarModel* sidebar READ sidebar CONSTANT)
     Q_PROPERTY(halvane::ViewState* views READ views CONSTANT)
     Q_PROPERTY(halvane::StatusLine* status READ status CONSTANT)
@@ -148,6 +150,7 @@ class LibraryViewModel : public QObject {
     [[nodiscard]] CoverFiles* coverFiles() const { return m_coverFiles.get(); }
     [[nodiscard]] Browsing* browsing() const { return m_browsing.get(); }
     [[nodiscard]] TableOrder* tableOrder() const { return m_tableOrder.get(); }
+    [[nodiscard]] TableColumns* tableColumns() const { return m_tableColumns.get(); }
     [[nodiscard]] SidebarModel* sidebar() const { return m_sidebar.get(); }
     [[nodiscard]] ViewState* views() const { return m_views.get(); }
     [[nodiscard]] StatusLine* status() const { return m_status.get(); }
@@ -242,6 +245,7 @@ class LibraryViewModel : public QObject {
     std::unique_ptr<CoverFiles> m_coverFiles;
 
     std::unique_ptr<TableOrder> m_tableOrder;
+    std::unique_ptr<TableColumns> m_tableColumns;
     std::unique_ptr<Browsing> m_browsing;
     std::unique_ptr<SidebarModel> m_sidebar;
     std::unique_ptr<TidyingLists> m_tidyingLists;

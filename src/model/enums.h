@@ -28,8 +28,23 @@ Q_ENUM_NS(CornerStyle)
 enum class BackgroundStyle { dark, oled, ambient };
 Q_ENUM_NS(BackgroundStyle)
 
-/// The order of the track table: the library's own, or by a column.
-enum class TrackOrder { library, title, artist, album, quality, time };
+/// A column of the track table, by which it can be sorted. `library` is no column: it stands for
+/// the order that the tracks have by themselves where they are shown.
+enum class TrackOrder {
+    library,
+    title,
+    artist,
+    album,
+    quality,
+    time,
+    number,
+    genre,
+    year,
+    plays,
+    rating,
+    added,
+    path
+};
 Q_ENUM_NS(TrackOrder)
 
 /// Whether a track's file can be played now.

@@ -47,6 +47,7 @@ struct QueueItem {
     std::optional<FileUrl> sourceURL;
     /// The file's date when this was read from it, in seconds since 2001-01-01 UTC; 0 = not known.
     double readDate = 0;
+    double addedDate = 0;   ///< of its track, in the same way; 0 = not known
     qint64 fileSize = -1;   ///< the file's, in bytes, when this was read from it; -1 = not known
     bool isPlaying = false; ///< set on the entry that is current
     quint8 readerVersion = currentReaderVersion; ///< of what was read from the file
@@ -83,6 +84,7 @@ inline size_t qHash(const QueueItem& v, size_t seed = 0) {
         .add(v.durationSeconds)
         .add(v.sourceURL)
         .add(v.readDate)
+        .add(v.addedDate)
         .add(v.isPlaying)
         .result();
 }

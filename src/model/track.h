@@ -44,6 +44,8 @@ struct Track {
     std::optional<double> durationSeconds;
     /// The file's date when this was read from it, in seconds since 2001-01-01 UTC; 0 = not known.
     double readDate = 0;
+    /// When it came into the library, in seconds since 2001-01-01 UTC; 0 = not known.
+    double addedDate = 0;
 
     /// The standardized path of the file, empty without one.
     [[nodiscard]] QString path() const {
@@ -84,6 +86,7 @@ inline size_t qHash(const Track& v, size_t seed = 0) {
         .add(v.coverURL)
         .add(v.durationSeconds)
         .add(v.readDate)
+        .add(v.addedDate)
         .result();
 }
 

@@ -194,5 +194,14 @@
     X(emptyLovedHint, u"Press the heart of a track and it is kept here.", u"点按歌曲的心形图标，它就会保存在这里。") \
     X(emptyQueue, u"Nothing up next", u"待播队列是空的") \
     X(emptyQueueHint, u"Drag tracks or albums here, or choose “Add to Queue” from their menu.", u"把歌曲或专辑拖到这里，或在其菜单中选择“加入待播队列”。") \
-    X(removedIsRemembered, u"What you said about them is remembered: loved, rating, plays and places in playlists return with the music.", u"你的喜欢、评分、播放次数和在播放列表中的位置都会记住，音乐回来时一并恢复。")
+    X(removedIsRemembered, u"What you said about them is remembered: loved, rating, plays and places in playlists return with the music.", u"你的喜欢、评分、播放次数和在播放列表中的位置都会记住，音乐回来时一并恢复。") \
+    X(number, u"Number", u"编号") \
+    X(genre, u"Genre", u"流派") \
+    X(plays, u"Plays", u"播放次数") \
+    X(dateAdded, u"Date Added", u"添加日期") \
+    X(path, u"Path", u"路径") \
+    X(columns, u"Columns", u"列") \
+    X(chooseColumns, u"Choose columns", u"选择要显示的列") \
+    X(standardColumns, u"Reset", u"还原") \
+    X(ownOrder, u"Back to its own order", u"恢复原有顺序")
 // clang-format on

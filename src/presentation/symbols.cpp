@@ -57,6 +57,7 @@ constexpr Entry table[] = {
     {u"play.fill", 0xE037},                          // play_arrow
     {u"plus", 0xE145},                               // add
     {u"rectangle.3.group", 0xE8F1},                  // view_quilt
+    {u"rectangle.split.3x1", 0xE8EC},                // view_column
     {u"repeat", 0xE040},                             // repeat
     {u"repeat.1", 0xE041},                           // repeat_one
     {u"shuffle", 0xE043},                            // shuffle

@@ -122,6 +122,12 @@ struct BrowsingType {
     QML_ANONYMOUS
 };
 
+struct TableColumnsType {
+    Q_GADGET
+    QML_FOREIGN(halvane::TableColumns)
+    QML_ANONYMOUS
+};
+
 struct TableOrderType {
     Q_GADGET
     QML_FOREIGN(halvane::TableOrder)

@@ -97,6 +97,13 @@ enum Value {
     Album = static_cast<int>(TrackOrder::album),
     Quality = static_cast<int>(TrackOrder::quality),
     Time = static_cast<int>(TrackOrder::time),
+    Number = static_cast<int>(TrackOrder::number),
+    Genre = static_cast<int>(TrackOrder::genre),
+    Year = static_cast<int>(TrackOrder::year),
+    Plays = static_cast<int>(TrackOrder::plays),
+    Rating = static_cast<int>(TrackOrder::rating),
+    Added = static_cast<int>(TrackOrder::added),
+    Path = static_cast<int>(TrackOrder::path),
 };
 Q_ENUM_NS(Value)
 } // namespace SortBy

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Shows the real windows on a made-up library: to look at, or to photograph.
 #include "gallery/gallery_world.h"
+#include "model/raw_value.h"
 
 #include <QAccessible>
 #include <QCommandLineParser>
@@ -66,6 +67,10 @@ int main(int argc, char** argv) {
             library.browsing()->selectBrowseMode(static_cast<LibraryMode>(value.toInt()));
         else if (name == "place"_L1)
             library.browsing()->selectSidebarItem(static_cast<SidebarItem>(value.toInt()));
+        else if (name == "column"_L1)
+            library.tableColumns()->toggle(fromRawValue<TrackOrder>(value).value());
+        else if (name == "order"_L1)
+            library.tableOrder()->choose(fromRawValue<TrackOrder>(value).value());
         else if (!setProperty(library, name, value))
             qFatal("no such property: %ls", qUtf16Printable(name));
     }

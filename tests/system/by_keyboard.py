@@ -140,6 +140,32 @@ class Keys:
         self.press("Escape")
         thing(self.window, "Amber, Mira Holt", "list item")
 
+    def chooses_a_column_and_sorts_by_it(self):
+        self.press_until("Tab", "Choose columns", "button")
+        self.press("space")
+        entry = wait_for("the columns", lambda: find(self.window, "Year", "check box"))
+        self.press_until("Down", "Year", "check box")
+        self.press("space")
+        wait_for("the check mark", lambda: has(entry, Atspi.StateType.CHECKED))
+        self.press("Escape")
+        self.is_at("Choose columns", "button")
+        self.press_until("shift+Tab", "Title", "column header")
+        self.press("Return", "Return")
+        self.keeps_its_table()
+
+    def keeps_its_table(self):
+        table = thing(self.window, "Tracks", "table")
+        thing(table, "Year", "column header")
+        wait_for("the order", lambda: thing(table, "Title", "column header").get_description()
+                 .startswith("Sorted, descending"))
+        rows = [one.get_name() for one in walk(table) if role_of(one) == "list item"]
+        expect(rows == sorted(rows, reverse=True) and len(rows) == 4, f"{rows} are not sorted")
+
+    def still_has_its_table(self):
+        self.press_until("Tab", "Tracks", "page tab")
+        self.press("Return")
+        self.keeps_its_table()
+
     def scrolls_with_the_keyboard(self):
         """More playlists than the sidebar has room for."""
         for number in range(12):
@@ -170,10 +196,15 @@ def main():
         keys = Keys(program)
         for step in (keys.keeps_its_window, keys.opens_menus, keys.goes_round,
                      keys.plays_an_album, keys.finds_by_typing,
-                     keys.works_a_rows_menu, keys.searches, keys.scrolls_with_the_keyboard,
+                     keys.works_a_rows_menu, keys.searches,
+                     keys.chooses_a_column_and_sorts_by_it, keys.scrolls_with_the_keyboard,
                      keys.quits):
             step()
             print("done:", step.__name__, flush=True)
+        program.start()
+        keys = Keys(program)
+        keys.still_has_its_table()
+        print("done: still_has_its_table", flush=True)
 
 
 if __name__ == "__main__":

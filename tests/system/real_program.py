@@ -46,10 +46,13 @@ class RealProgram:
         self._make_music(music)
         self._manager = subprocess.Popen(["openbox"], stderr=subprocess.DEVNULL)
         turn_on()
-        self.process = subprocess.Popen([self._program, music], env=self._environment)
+        self.start(music)
+        return self
+
+    def start(self, *paths):
+        self.process = subprocess.Popen([self._program, *paths], env=self._environment)
         self.application = find_application(self.process)
         self.window = wait_for("the main window", lambda: self.application.get_child_at_index(0))
-        return self
 
     def __exit__(self, *_):
         for process in (self.process, self._manager):

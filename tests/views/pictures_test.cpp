@@ -34,6 +34,15 @@ void nothing(GalleryWorld&, WindowDriver&) {
 void tracks(GalleryWorld& world, WindowDriver&) {
     world.library().browsing()->selectBrowseMode(LibraryMode::songs);
 }
+void columns(GalleryWorld& world, WindowDriver& ui) {
+    tracks(world, ui);
+    for (const TrackOrder column : {TrackOrder::number, TrackOrder::year})
+        world.library().tableColumns()->toggle(column);
+    world.library().tableOrder()->choose(TrackOrder::year);
+    EXPECT_TRUE(ui.waitsFor(u"Choose columns"_s));
+    EXPECT_TRUE(ui.click(u"Choose columns"_s, QAccessible::Button));
+    EXPECT_TRUE(ui.waitsFor(u"Genre"_s));
+}
 void album(GalleryWorld&, WindowDriver& ui) {
     EXPECT_TRUE(ui.click(u"Kelp & Salt, Mira Holt"_s, QAccessible::ListItem));
     EXPECT_TRUE(ui.waitsFor(u"Show All Tracks"_s));
@@ -107,6 +116,7 @@ const Look looks[]{
     {.name = "tracks", .show = tracks},
     {.name = "tracks-zh", .show = tracks, .isChinese = true},
     {.name = "tracks-narrow", .show = tracks, .size = {980, 600}},
+    {.name = "columns", .show = columns},
     {.name = "track-menu", .show = trackMenu},
     {.name = "artists", .show = artists},
     {.name = "playlist", .show = playlist},

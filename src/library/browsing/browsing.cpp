@@ -2,6 +2,7 @@
 #include "library/browsing/browsing.h"
 
 #include "library/browsing/cover_store.h"
+#include "library/browsing/table_place.h"
 #include "library/user/language_setting.h"
 #include "library/user/playlists.h"
 #include "library/user/track_user_data.h"
@@ -56,21 +57,23 @@ std::vector<quint32> inOrder(const std::vector<quint32>& some, const std::vector
 
 } // namespace
 
-Browsing::Browsing(const LibraryStore& store, const CatalogPublisher& catalog,
-                   const Playlists& playlists, const TrackUserData& userData,
-                   const LanguageSetting& language, const RowState& rows, QObject* parent)
+Browsing::Browsing(const LibraryStore& store, CatalogPublisher& catalog, const Playlists& playlists,
+                   const TrackUserData& userData, const LanguageSetting& language,
+                   TableOrder& order, const RowState& rows, QObject* parent)
     : QObject(parent)
     , m_store(store)
     , m_catalog(catalog)
     , m_playlists(playlists)
     , m_userData(userData)
     , m_language(language)
+    , m_order(order)
     , m_covers(*rows.covers)
     , m_tracks(rows)
     , m_albums(m_covers)
     , m_artists(m_covers, language) {
     connect(&catalog, &CatalogPublisher::catalogChanged, this, &Browsing::catalogChanged);
-    connect(&catalog, &CatalogPublisher::sortedRowsChanged, this, &Browsing::orderChanged);
+    connect(&catalog, &CatalogPublisher::sortedRowsChanged, this, &Browsing::sortedRowsChanged);
+    connect(&order, &TableOrder::chosen, this, &Browsing::orderChosen);
     followPlaylists();
     followUserData();
     catalogChanged();
@@ -98,6 +101,8 @@ void Browsing::followUserData() {
     connect(&m_userData, &TrackUserData::reset, this, &Browsing::lovedReset);
     connect(&m_userData, &TrackUserData::ratingChanged, this,
             [this](const QString& path) { refreshRow(path, {TrackRole::rating}); });
+    connect(&m_userData, &TrackUserData::playsChanged, this,
+            [this](const QString& path) { refreshRow(path, {TrackListModel::PlaysRole}); });
 }
 
 template<typename T>
@@ -270,7 +275,7 @@ void Browsing::lovedChanged(const QString& path) {
 void Browsing::lovedReset() {
     if (m_showLovedOnly)
         sourceChanged();
-    m_tracks.refreshAll({TrackRole::isLoved, TrackRole::rating});
+    m_tracks.refreshAll({TrackRole::isLoved, TrackRole::rating, TrackListModel::PlaysRole});
 }
 
 void Browsing::availabilityChanged(const QString& path) {
@@ -300,21 +305,36 @@ void Browsing::catalogChanged() {
     Q_EMIT focusedAlbumChanged();
 }
 
-// A playlist, an album and an artist's tracks have orders of their own.
-bool Browsing::followsOrder() const {
-    return m_mode == LibraryMode::songs && m_selectedPlaylistID.isNull();
+QString Browsing::tablePlace() const {
+    if (!m_selectedPlaylistID.isNull())
+        return TablePlace::playlist(m_selectedPlaylistID);
+    if (m_mode == LibraryMode::songs)
+        return m_showLovedOnly ? TablePlace::loved : TablePlace::tracks;
+    if (m_mode == LibraryMode::artists)
+        return m_focusedArtist.isEmpty() ? QString() : TablePlace::artist;
+    return hasFocusedAlbum() ? TablePlace::album : QString();
 }
 
-void Browsing::orderChanged() {
-    if (!followsOrder())
-        return;
+void Browsing::placeChanged() {
+    m_order.setPlace(m_place);
+    m_catalog.sortOutdated(); // now that nobody looks at these rows
+    Q_EMIT tablePlaceChanged();
+}
+
+void Browsing::orderChosen() {
     sourceChanged();
     Q_EMIT turnedTo();
 }
 
+void Browsing::sortedRowsChanged() {
+    const bool isSortedInPlace = m_source && m_source->size() <= CatalogPublisher::doneInPlace;
+    if (m_order.by() != TrackOrder::library && !isSortedInPlace)
+        orderChosen();
+}
+
 TrackRows Browsing::sortedTracks() const {
     TrackRows tracks;
-    if (!followsOrder() || !m_catalog.sortedRows())
+    if (m_order.by() == TrackOrder::library || !m_source)
         return tracks;
     tracks.reserve(m_source->size());
     for (const quint32 row : *m_source)
@@ -323,35 +343,56 @@ TrackRows Browsing::sortedTracks() const {
 }
 
 QString Browsing::sortedPlace() const {
+    if (!m_selectedPlaylistID.isNull())
+        return selectedPlaylistName();
+    if (const Album* album = focusedAlbum())
+        return album->title;
+    if (m_mode == LibraryMode::artists && !m_focusedArtist.isEmpty())
+        return m_focusedArtist;
     return L10n::text(m_showLovedOnly ? L10nKey::loved : L10nKey::tracks,
                       m_language.resolvedLanguage());
 }
 
 void Browsing::sourceChanged() {
-    m_source = sourceRows();
+    if (const QString place = tablePlace(); place != std::exchange(m_place, place))
+        placeChanged();
+    m_source = sorted(rowsOfPlace());
     m_found.reset();
     refreshTracks();
 }
 
-Browsing::SourceRows Browsing::sourceRows() const {
+Browsing::SourceRows Browsing::rowsOfPlace() const {
     if (!m_selectedPlaylistID.isNull()) {
         const Playlist* playlist = m_playlists.find(m_selectedPlaylistID);
         return playlist ? rowsOfPaths(playlist->trackPaths) : std::vector<quint32>();
     }
-    const std::vector<quint32>* sorted = followsOrder() ? m_catalog.sortedRows() : nullptr;
     if (m_showLovedOnly) {
         const QSet<QString>& loved = m_userData.lovedPaths();
         auto rows = rowsOfPaths(std::vector<QString>(loved.cbegin(), loved.cend()));
         std::sort(rows.begin(), rows.end());
-        return sorted ? inOrder(rows, *sorted) : rows;
+        return rows;
     }
-    if (sorted)
-        return *sorted;
     if (const Album* album = focusedAlbum())
         return catalog()->rowsOfAlbum(album->id);
     if (m_mode == LibraryMode::artists && !m_focusedArtist.isEmpty())
         return catalog()->rowsOfArtist(m_focusedArtist);
     return std::nullopt;
+}
+
+// Many rows stay as they are until a worker has sorted the whole catalog, of which they then take
+// their order.
+Browsing::SourceRows Browsing::sorted(SourceRows rows) {
+    if (m_order.by() == TrackOrder::library)
+        return rows;
+    const std::size_t count = rows ? rows->size() : catalog()->rows->size();
+    if (count <= CatalogPublisher::doneInPlace)
+        return m_catalog.sortedRows(m_order.sorting(),
+                                    rows ? *std::move(rows) : allRows(*catalog()));
+    m_catalog.setSorting(m_order.sorting());
+    const std::vector<quint32>* all = m_catalog.sortedRows();
+    if (!all)
+        return rows;
+    return rows ? inOrder(*rows, *all) : *all;
 }
 
 std::vector<quint32> Browsing::rowsOfPaths(const std::vector<QString>& paths) const {

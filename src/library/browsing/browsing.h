@@ -3,6 +3,7 @@
 
 #include "library/browsing/album_list_model.h"
 #include "library/browsing/artist_list_model.h"
+#include "library/browsing/table_order.h"
 #include "library/browsing/track_list_model.h"
 #include "library/catalog/catalog_publisher.h"
 #include "model/queue_item.h"
@@ -38,9 +39,9 @@ class Browsing : public QObject {
   public:
     /// `rows` says what a row shows of a track; its covers are those of the albums and artists
     /// too. All references must outlive it.
-    Browsing(const LibraryStore& store, const CatalogPublisher& catalog, const Playlists& playlists,
-             const TrackUserData& userData, const LanguageSetting& language, const RowState& rows,
-             QObject* parent = nullptr);
+    Browsing(const LibraryStore& store, CatalogPublisher& catalog, const Playlists& playlists,
+             const TrackUserData& userData, const LanguageSetting& language, TableOrder& order,
+             const RowState& rows, QObject* parent = nullptr);
 
     [[nodiscard]] SidebarItem selectedSidebar() const { return m_sidebar; }
     [[nodiscard]] LibraryMode mode() const { return m_mode; }
@@ -67,6 +68,8 @@ class Browsing : public QObject {
     [[nodiscard]] TrackRows sortedTracks() const;
     /// What the place of these tracks is called.
     [[nodiscard]] QString sortedPlace() const;
+    /// The place that the table shows, see TablePlace. Empty while there is no table.
+    [[nodiscard]] QString tablePlace() const;
 
     // These pointers are valid until the catalog changes.
 
@@ -123,6 +126,8 @@ class Browsing : public QObject {
     void focusedAlbumChanged();
     void selectedAlbumChanged();
     void hasVisibleTracksChanged();
+    /// The table shows another place, or there is no table any more.
+    void tablePlaceChanged();
 
   private:
     /// Rows of the catalog. None means all of them.
@@ -136,14 +141,16 @@ class Browsing : public QObject {
     void lovedChanged(const QString& path);
     void lovedReset();
     void catalogChanged();
-    void orderChanged();
-    [[nodiscard]] bool followsOrder() const;
+    void orderChosen();
+    void sortedRowsChanged();
+    void placeChanged();
     void sourceChanged();
     void refreshTracks();
     void search(const std::vector<quint32>* within);
     void refreshAlbums();
     void refreshArtists();
-    [[nodiscard]] SourceRows sourceRows() const;
+    [[nodiscard]] SourceRows rowsOfPlace() const;
+    [[nodiscard]] SourceRows sorted(SourceRows rows);
     [[nodiscard]] std::vector<quint32> rowsOfPaths(const std::vector<QString>& paths) const;
     [[nodiscard]] const std::shared_ptr<const Catalog>& catalog() const {
         return m_catalog.published();
@@ -153,10 +160,12 @@ class Browsing : public QObject {
     bool assign(T& field, const T& value, void (Browsing::*changed)());
 
     const LibraryStore& m_store;
-    const CatalogPublisher& m_catalog;
+    CatalogPublisher& m_catalog;
     const Playlists& m_playlists;
     const TrackUserData& m_userData;
     const LanguageSetting& m_language;
+    TableOrder& m_order;
+    QString m_place; ///< of the table
     CoverStore& m_covers;
     SidebarItem m_sidebar = SidebarItem::library;
     LibraryMode m_mode = LibraryMode::albums;

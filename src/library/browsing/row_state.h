@@ -16,6 +16,7 @@ class CoverStore;
 struct RowState {
     std::function<bool(const QString& path)> isLoved;
     std::function<int(const QString& path)> rating; ///< 0...5
+    std::function<qint64(const QString& path)> plays;
     std::function<TrackAvailability(const QString& path)> availability;
     std::function<bool(const QString& path)> isCurrent;
     CoverStore* covers = nullptr;

@@ -1,9 +1,25 @@
 // SPDX-License-Identifier: MIT
 #include "library/browsing/track_list_model.h"
 
+#include "metadata/file_dates.h"
+
+#include <QDateTime>
+
 #include <algorithm>
 
 namespace halvane {
+
+namespace {
+
+// A date whose parts have the same width in every row, and the same order in every language.
+QString addedText(const Track& track) {
+    if (track.addedDate <= 0)
+        return {};
+    const auto seconds = static_cast<qint64>(track.addedDate + referenceDateOffset);
+    return QDateTime::fromSecsSinceEpoch(seconds).date().toString(Qt::ISODate);
+}
+
+} // namespace
 
 TrackListModel::TrackListModel(RowState state, QObject* parent)
     : CatalogListModel(parent)
@@ -25,6 +41,16 @@ QVariant TrackListModel::data(const QModelIndex& index, int role) const {
         return std::max<int>(track.albumTags.disc, 1);
     case LeadArtistRole:
         return track.leadArtist();
+    case GenreRole:
+        return track.genre;
+    case YearRole:
+        return track.year > 0 ? QString::number(track.year) : QString();
+    case PlaysRole: {
+        const qint64 plays = m_state.plays(track.path());
+        return plays > 0 ? QString::number(plays) : QString();
+    }
+    case AddedRole:
+        return addedText(track);
     default:
         return TrackRole::value(track, role, m_state);
     }
@@ -37,6 +63,10 @@ QHash<int, QByteArray> TrackListModel::roleNames() const {
     names.insert(TrackNumberRole, "trackNumber");
     names.insert(DiscNumberRole, "discNumber");
     names.insert(LeadArtistRole, "leadArtist");
+    names.insert(GenreRole, "genre");
+    names.insert(YearRole, "year");
+    names.insert(PlaysRole, "plays");
+    names.insert(AddedRole, "added");
     return names;
 }
 

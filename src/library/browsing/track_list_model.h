@@ -23,6 +23,10 @@ class TrackListModel : public CatalogListModel<Track, TrackKind> {
         TrackNumberRole,                   ///< trackNumber: on its album; 0: not known
         DiscNumberRole,                    ///< discNumber: of its album, at least 1
         LeadArtistRole,                    ///< leadArtist: of its album
+        GenreRole,                         ///< genre
+        YearRole,                          ///< year: text
+        PlaysRole,                         ///< plays: text; empty: none
+        AddedRole,                         ///< added: text, the date when it was added
     };
 
     explicit TrackListModel(RowState state, QObject* parent = nullptr);

@@ -9,14 +9,6 @@
 
 namespace halvane {
 
-namespace {
-
-// With so many rows a derivation takes a few milliseconds, which is not worth a worker's round
-// trip.
-constexpr std::size_t derivedInPlace = 2000;
-
-} // namespace
-
 CatalogPublisher::CatalogPublisher(const LibraryStore& store, const TrackUserData& userData,
                                    const LanguageSetting& language, QObject* parent)
     : QObject(parent)
@@ -26,6 +18,10 @@ CatalogPublisher::CatalogPublisher(const LibraryStore& store, const TrackUserDat
     , m_catalog(buildCatalog(std::make_shared<const TrackRows>(), ResolvedLanguage::english)) {
     connect(&userData, &TrackUserData::reset, this, &CatalogPublisher::rebuildImportedAlbums);
     connect(&userData, &TrackUserData::lovedChanged, this, &CatalogPublisher::followLoved);
+    connect(&userData, &TrackUserData::playsChanged, this,
+            [this] { m_isOutdated |= m_sorting.by == TrackOrder::plays; });
+    connect(&userData, &TrackUserData::ratingChanged, this,
+            [this] { m_isOutdated |= m_sorting.by == TrackOrder::rating; });
     // The catalog contains texts for unknown names and for lengths.
     connect(&language, &LanguageSetting::languageChanged, this,
             &CatalogPublisher::rebuildImportedAlbums);
@@ -38,30 +34,54 @@ void CatalogPublisher::rebuildImportedAlbums() {
     auto rows = m_store.snapshot();
     const ResolvedLanguage language = m_language.resolvedLanguage();
     const QSet<QString>& loved = m_userData.lovedPaths();
-    const auto derive = [rows, language, loved, sorting = m_sorting] {
-        return sorted(buildCatalog(rows, language, loved), sorting);
+    const auto derive = [rows, language, loved, sorting = m_sorting, said = said(m_sorting)] {
+        return sorted(buildCatalog(rows, language, loved), sorting, said);
     };
-    if (rows->size() <= derivedInPlace)
+    m_isOutdated = false;
+    if (rows->size() <= doneInPlace)
         return publish(derive());
     m_worker.run(derive, [this](Derived derived) { publish(std::move(derived)); });
 }
 
 void CatalogPublisher::setSorting(const TrackSorting& sorting) {
     assertOwnThread(*this);
+    if (sorting == m_sorting)
+        return;
     m_sorting = sorting;
     sortRows();
 }
 
+void CatalogPublisher::sortOutdated() {
+    if (m_isOutdated)
+        sortRows();
+}
+
+IntegerMap CatalogPublisher::said(const TrackSorting& sorting) const {
+    return sorting.by == TrackOrder::plays    ? m_userData.playCounts()
+           : sorting.by == TrackOrder::rating ? m_userData.trackRatings()
+                                              : IntegerMap();
+}
+
+std::vector<quint32> CatalogPublisher::sortedRows(const TrackSorting& sorting,
+                                                  std::vector<quint32> rows) const {
+    return halvane::sortedRows(*m_catalog, sorting, said(sorting), std::move(rows));
+}
+
 CatalogPublisher::Derived CatalogPublisher::sorted(std::shared_ptr<const Catalog> catalog,
-                                                   const TrackSorting& sorting) {
-    std::vector<quint32> rows = halvane::sortedRows(*catalog, sorting);
+                                                   const TrackSorting& sorting,
+                                                   const IntegerMap& said) {
+    std::vector<quint32> rows;
+    if (sorting.by != TrackOrder::library)
+        rows = halvane::sortedRows(*catalog, sorting, said, allRows(*catalog));
     return {std::move(catalog), sorting, std::move(rows)};
 }
 
 void CatalogPublisher::sortRows() {
-    if (m_sorting.by == TrackOrder::library || m_catalog->rows->size() <= derivedInPlace)
-        return takeOrder(sorted(m_catalog, m_sorting));
-    m_worker.run([catalog = m_catalog, sorting = m_sorting] { return sorted(catalog, sorting); },
+    m_isOutdated = false;
+    if (m_sorting.by == TrackOrder::library || m_catalog->rows->size() <= doneInPlace)
+        return takeOrder(sorted(m_catalog, m_sorting, said(m_sorting)));
+    m_worker.run([catalog = m_catalog, sorting = m_sorting,
+                  said = said(m_sorting)] { return sorted(catalog, sorting, said); },
                  [this](Derived derived) {
                      if (derived.catalog == m_catalog && derived.sorting == m_sorting)
                          takeOrder(std::move(derived));
@@ -100,7 +120,7 @@ void CatalogPublisher::publish(Derived derived) {
     m_lovedCount = m_catalog->lovedCount + static_cast<std::size_t>(m_lovedSince);
     Q_EMIT catalogChanged();
     // Freeing a large catalog takes long. The lists no longer hold it.
-    if (before->rows->size() > derivedInPlace)
+    if (before->rows->size() > doneInPlace)
         m_worker.start([before](const auto&) {});
     if (m_sorted != m_sorting) // which was asked for meanwhile
         sortRows();

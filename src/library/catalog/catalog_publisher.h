@@ -20,6 +20,10 @@ class CatalogPublisher : public QObject {
     Q_OBJECT
 
   public:
+    /// A derivation or a sorting of so many rows takes a few milliseconds, which is not worth a
+    /// worker's round trip.
+    static constexpr std::size_t doneInPlace = 2000;
+
     /// All references must outlive it.
     CatalogPublisher(const LibraryStore& store, const TrackUserData& userData,
                      const LanguageSetting& language, QObject* parent = nullptr);
@@ -31,6 +35,9 @@ class CatalogPublisher : public QObject {
     [[nodiscard]] const std::vector<quint32>* sortedRows() const {
         return m_sorted.by == TrackOrder::library ? nullptr : &m_sortedRows;
     }
+    /// A few rows of the published catalog, sorted at once.
+    [[nodiscard]] std::vector<quint32> sortedRows(const TrackSorting& sorting,
+                                                  std::vector<quint32> rows) const;
     /// How many rows of the published catalog are loved now.
     [[nodiscard]] std::size_t lovedCount() const { return m_lovedCount; }
     /// Whether the published catalog is of the store's rows as they are now.
@@ -44,6 +51,8 @@ class CatalogPublisher : public QObject {
     void rebuildImportedAlbums();
     /// Sorts the rows, and those of later catalogs.
     void setSorting(const TrackSorting& sorting);
+    /// Sorts them again if they are sorted by plays or stars that have changed since.
+    void sortOutdated();
 
   Q_SIGNALS:
     void catalogChanged();
@@ -60,7 +69,10 @@ class CatalogPublisher : public QObject {
         std::vector<quint32> rows;
     };
 
-    static Derived sorted(std::shared_ptr<const Catalog> catalog, const TrackSorting& sorting);
+    static Derived sorted(std::shared_ptr<const Catalog> catalog, const TrackSorting& sorting,
+                          const IntegerMap& said);
+    /// What the user has said of the tracks, as far as it takes part in a sorting.
+    [[nodiscard]] IntegerMap said(const TrackSorting& sorting) const;
     void publish(Derived derived);
     void sortRows();
     void takeOrder(Derived derived);
@@ -73,6 +85,7 @@ class CatalogPublisher : public QObject {
     TrackSorting m_sorting; ///< as it was asked for
     TrackSorting m_sorted;  ///< of the sorted rows
     std::vector<quint32> m_sortedRows;
+    bool m_isOutdated = false; ///< plays or stars have changed by which the rows are sorted
     std::size_t m_lovedCount = 0;
     std::ptrdiff_t m_lovedSince = 0; ///< tracks loved since the newest derivation began
     SerialWorker m_worker{SerialWorker::Priority::low};

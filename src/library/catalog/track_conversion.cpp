@@ -23,6 +23,7 @@ std::optional<QueueItem> queueItemFromTrack(const Track& track) {
     item.coverURL = track.coverURL;
     item.durationSeconds = track.durationSeconds;
     item.readDate = track.readDate;
+    item.addedDate = track.addedDate;
     item.fileSize = track.fileSize;
     item.sourceURL = track.sourceURL;
     return item;
@@ -51,6 +52,7 @@ Track trackFromQueueItem(QueueItem item, const TrackExtras& extras) {
     track.coverURL = std::move(item.coverURL);
     track.durationSeconds = item.durationSeconds;
     track.readDate = item.readDate;
+    track.addedDate = item.addedDate;
     return track;
 }
 

@@ -7,11 +7,13 @@
 
 namespace halvane {
 
-TrackRows rowsFromLoaded(std::vector<LoadedItem> loaded) {
+TrackRows rowsFromLoaded(std::vector<LoadedItem> loaded, double addedDate) {
     TrackRows rows;
     rows.reserve(loaded.size());
-    for (LoadedItem& file : loaded)
+    for (LoadedItem& file : loaded) {
+        file.item.addedDate = addedDate;
         rows.push_back(makeRow(trackFromQueueItem(std::move(file.item), {})));
+    }
     return rows;
 }
 
@@ -19,6 +21,7 @@ TrackPtr rowReadAgain(const Track& known, LoadedItem read) {
     Track track = trackFromQueueItem(
         std::move(read.item), {.rating = known.rating, .plays = known.plays, .loved = known.loved});
     track.id = known.id;
+    track.addedDate = known.addedDate;
     return makeRow(std::move(track));
 }
 

@@ -6,10 +6,12 @@
 
 namespace halvane {
 
-/// Library rows for what was loaded, in its order. Any thread.
-TrackRows rowsFromLoaded(std::vector<LoadedItem> loaded);
+/// Library rows for what was loaded, in its order. They come into the library on a date in seconds
+/// since 2001-01-01 UTC; 0: nobody knows when they came. Any thread.
+TrackRows rowsFromLoaded(std::vector<LoadedItem> loaded, double addedDate);
 
-/// The row of a file that was read again. It keeps its id and the user's data. Any thread.
+/// The row of a file that was read again. It keeps its id, the date on which it was added and the
+/// user's data. Any thread.
 TrackPtr rowReadAgain(const Track& known, LoadedItem read);
 
 /// So many rows that were read are taken over within a few milliseconds.

@@ -11,6 +11,7 @@
 #include "library/status_line.h"
 #include "library/user/language_setting.h"
 #include "library/user/playlists.h"
+#include "metadata/file_dates.h"
 #include "platform/clock.h"
 #include "platform/log.h"
 #include "platform/session/file_chooser.h"
@@ -115,6 +116,7 @@ struct Importer::Run {
     std::shared_ptr<const TrackRows> library;
     ReadingNeeds needs;
     ResolvedLanguage language;
+    double addedDate; // of what is new
 
     void operator()(const SerialWorker::Job& job) const {
         // The main thread will play the first file.
@@ -212,7 +214,7 @@ struct Importer::Run {
 
     // The main thread takes so few rows over within a frame.
     void handOver(const SerialWorker::Job& job, std::vector<LoadedItem> loaded) const {
-        job.post([importer = importer, rows = rowsFromLoaded(std::move(loaded))] {
+        job.post([importer = importer, rows = rowsFromLoaded(std::move(loaded), addedDate)] {
             importer->addRows(rows);
         });
         // Taking rows over and opening a file each take a frame's time. The windows get a turn
@@ -236,7 +238,7 @@ void Importer::startNext() {
     m_choicesThen = m_waiting.front().choices;
     m_waiting.pop_front();
     m_worker.start(Run{this, roots, m_queue.records(), m_store.snapshot(), m_needs,
-                       m_language.resolvedLanguage()});
+                       m_language.resolvedLanguage(), m_clock.wallTime() - referenceDateOffset});
 }
 
 void Importer::take(const QStringList& roots, const Found& found) {

@@ -93,14 +93,22 @@ std::vector<Move> MovedTracks::likelyMoves() const {
 
 void MovedTracks::take(const std::vector<Move>& moves) {
     QHash<QString, TrackPtr> newcomers; // by the path that is gone
+    TrackRows rows;
     for (const auto& [from, to] : moves) {
         const TrackPtr newcomer = m_needs.store.track(to);
-        if (newcomer && m_needs.store.track(from) &&
-            m_needs.availability.state(from) == TrackAvailability::missing)
-            newcomers.insert(from, newcomer);
+        const TrackPtr before = m_needs.store.track(from);
+        if (!newcomer || !before || m_needs.availability.state(from) != TrackAvailability::missing)
+            continue;
+        Track row = *newcomer;
+        row.addedDate = before->addedDate;
+        rows.push_back(makeRow(std::move(row)));
+        newcomers.insert(from, rows.back());
     }
     if (newcomers.isEmpty())
         return;
+    m_needs.store.replace(rows);
+    PlayQueue::Places queued;
+    m_needs.queue.replace(rows, queued);
     m_needs.playlists.putStandIns([&newcomers](const QString& path) {
         const auto newcomer = newcomers.constFind(path);
         return newcomer == newcomers.cend() ? std::nullopt : std::optional((*newcomer)->path());

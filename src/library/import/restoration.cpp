@@ -169,7 +169,7 @@ Restoration::Fresh Restoration::fresh(const TrackRows& known, std::vector<FileUr
             fresh.changed.push_back(rowReadAgain(*changed[i], std::move(read[i])));
     }
     fresh.added = rowsFromLoaded(TrackMetadataLoader::loadItems(
-        {firstUnknown, toRead.end()}, fallbackNames(language), needs.accompaniment(stop)));
+        {firstUnknown, toRead.end()}, fallbackNames(language), needs.accompaniment(stop)), 0);
     std::reverse(fresh.added.begin(), fresh.added.end());
     return fresh;
 }

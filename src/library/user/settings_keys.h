@@ -43,6 +43,7 @@ inline const QString startsWhereLeftOff = u"Halvane.StartsWhereLeftOff"_s;
 inline const QString queuePlace = u"Halvane.QueuePlace"_s;
 inline const QString trackOrder = u"Halvane.TrackOrder"_s;
 inline const QString trackOrderDescending = u"Halvane.TrackOrderDescending"_s;
+inline const QString trackColumns = u"Halvane.TrackColumns"_s;
 inline const QString securityBookmarks = u"Halvane.SecurityBookmarks"_s;
 
 } // namespace halvane::SettingsKey

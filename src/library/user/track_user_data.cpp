@@ -95,6 +95,7 @@ void TrackUserData::say(const std::vector<std::pair<QString, Said>>& ofPaths) {
     assertOwnThread(*this);
     QStringList loved;
     QStringList rated;
+    QStringList counted;
     const Preferences::Together together(m_preferences);
     for (const auto& [path, now] : ofPaths) {
         const Said before = said(path);
@@ -106,10 +107,12 @@ void TrackUserData::say(const std::vector<std::pair<QString, Said>>& ofPaths) {
             storeRating(now.rating, path);
             rated.append(path);
         }
-        if (now.plays != before.plays)
+        if (now.plays != before.plays) {
             storePlays(now.plays, path);
+            counted.append(path);
+        }
     }
-    if (loved.size() + rated.size() > mostSingly) {
+    if (loved.size() + rated.size() + counted.size() > mostSingly) {
         Q_EMIT reset();
         return;
     }
@@ -117,6 +120,8 @@ void TrackUserData::say(const std::vector<std::pair<QString, Said>>& ofPaths) {
         Q_EMIT lovedChanged(path);
     for (const QString& path : rated)
         Q_EMIT ratingChanged(path);
+    for (const QString& path : counted)
+        Q_EMIT playsChanged(path);
 }
 
 void TrackUserData::addPlays(qint64 plays, const QString& path) {
@@ -130,6 +135,7 @@ void TrackUserData::addPlays(qint64 plays, const QString& path) {
     const Preferences::Together together(m_preferences);
     storePlays(count + plays, path);
     Q_EMIT saying(path, before);
+    Q_EMIT playsChanged(path);
 }
 
 void TrackUserData::storeLoved(bool isLoved, const QString& path) {
@@ -143,22 +149,21 @@ void TrackUserData::storeLoved(bool isLoved, const QString& path) {
 }
 
 void TrackUserData::storeRating(qint64 rating, const QString& path) {
-    if (rating == 0) {
-        m_trackRatings.get().remove(path);
-        m_preferences.removeEntries({SettingsKey::trackRatings}, {path});
-    } else {
-        m_trackRatings.get().insert(path, rating);
-        m_preferences.insertInteger(SettingsKey::trackRatings, path, rating);
-    }
+    storeNumber(m_trackRatings.get(), SettingsKey::trackRatings, rating, path);
 }
 
 void TrackUserData::storePlays(qint64 plays, const QString& path) {
-    if (plays == 0) {
-        m_playCounts.get().remove(path);
-        m_preferences.removeEntries({SettingsKey::playCounts}, {path});
+    storeNumber(m_playCounts.get(), SettingsKey::playCounts, plays, path);
+}
+
+void TrackUserData::storeNumber(IntegerMap& map, const QString& key, qint64 number,
+                                const QString& path) {
+    if (number == 0) {
+        map.remove(path);
+        m_preferences.removeEntries({key}, {path});
     } else {
-        m_playCounts.get().insert(path, plays);
-        m_preferences.insertInteger(SettingsKey::playCounts, path, plays);
+        map.insert(path, number);
+        m_preferences.insertInteger(key, path, number);
     }
 }
 

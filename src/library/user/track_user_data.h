@@ -58,6 +58,7 @@ class TrackUserData : public QObject {
     void saying(const QString& path, const Said& before);
     void lovedChanged(const QString& path);
     void ratingChanged(const QString& path);
+    void playsChanged(const QString& path);
     /// Everything may have changed.
     void reset();
 
@@ -66,6 +67,7 @@ class TrackUserData : public QObject {
     void storeLoved(bool isLoved, const QString& path);
     void storeRating(qint64 rating, const QString& path);
     void storePlays(qint64 plays, const QString& path);
+    void storeNumber(IntegerMap& map, const QString& key, qint64 number, const QString& path);
 
     Preferences& m_preferences;
     QSet<QString> m_lovedPaths;

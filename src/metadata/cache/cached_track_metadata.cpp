@@ -15,6 +15,7 @@ using namespace Qt::StringLiterals;
 CachedTrackMetadata::CachedTrackMetadata(const QueueItem& item, const QString& trackPath)
     : path(trackPath)
     , modificationDate(item.readDate != 0 ? item.readDate : fileFacts(trackPath).modificationDate)
+    , addedDate(item.addedDate)
     , fileSize(item.fileSize)
     , title(item.title)
     , artist(item.artist)
@@ -51,6 +52,7 @@ QueueItem CachedTrackMetadata::item(const QString& cacheDirectory, const FileUrl
     item.coverURL = coverURL;
     item.sourceURL = file.path() == path ? file : FileUrl(path);
     item.readDate = modificationDate;
+    item.addedDate = addedDate;
     item.fileSize = fileSize;
     if (hasEmbeddedArtwork)
         item.coverImageData = Artwork(std::make_shared<CachedPicture>(cacheDirectory, path));
@@ -128,6 +130,8 @@ void appendJson(QByteArray& json, const CachedTrackMetadata& record) {
     json += '{';
     appendText(json, "path", record.path);
     appendNumber(json, "modificationDate", record.modificationDate);
+    if (record.addedDate > 0)
+        appendNumber(json, "addedDate", record.addedDate);
     if (record.fileSize >= 0)
         appendNumber(json, "fileSize", record.fileSize);
     appendText(json, "title", record.title);

@@ -11,6 +11,7 @@ namespace halvane {
 struct CachedTrackMetadata {
     QString path;                ///< standardized; the record's identity
     double modificationDate = 0; ///< the file's, seconds since 2001-01-01 UTC; 0 when not known
+    double addedDate = 0;        ///< the track's, seconds since 2001-01-01 UTC; 0 when not known
     qint64 fileSize = -1;        ///< the file's, in bytes; -1 when not known
     QString title;
     QString artist;

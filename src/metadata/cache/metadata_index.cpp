@@ -93,6 +93,8 @@ class PortionDecoder {
             record.hasEmbeddedArtwork = found(HasArtwork, value).get_bool();
         else if (key == "fileSize")
             record.fileSize = value.get_int64();
+        else if (key == "addedDate" && value.is_number())
+            record.addedDate = value.get_double();
         else if (key == "durationSeconds" && !value.is_null())
             record.durationSeconds = value.get_double();
         else if (key == "coverURLPath" && !value.is_null())

@@ -3,12 +3,15 @@
 #include "library/browsing/cover_store.h"
 #include "library/browsing/sidebar_model.h"
 #include "library/browsing/table_order.h"
+#include "library/browsing/table_place.h"
 #include "library/catalog/library_summary.h"
 #include "library/tracks.h"
 #include "library/user/language_setting.h"
 #include "library/user/playlists.h"
 #include "library/user/track_user_data.h"
 #include "support/fake_environment.h"
+
+#include <QCoreApplication>
 
 #include <gtest/gtest.h>
 
@@ -28,12 +31,14 @@ struct BrowsingTest : testing::Test {
     TrackUserData userData{preferences};
     CatalogPublisher catalog{store, userData, language};
     QString current;
-    Browsing browsing{store, catalog, playlists, userData, language, rowState()};
+    TableOrder order{preferences};
+    Browsing browsing{store, catalog, playlists, userData, language, order, rowState()};
 
     RowState rowState() {
         RowState state;
         state.isLoved = [this](const QString& path) { return userData.isLoved(path); };
         state.rating = [](const QString&) { return 3; };
+        state.plays = [this](const QString& path) { return userData.playCount(path); };
         state.availability = [](const QString&) { return TrackAvailability::missing; };
         state.isCurrent = [this](const QString& path) { return path == current; };
         state.covers = &covers;
@@ -257,8 +262,7 @@ TEST_F(BrowsingTest, GuestsComeAfterThoseWhoLeadAnAlbum) {
     EXPECT_EQ(shown(), u"hgd"_s);
 }
 
-TEST_F(BrowsingTest, TheTablesOrderIsThatOfAllTracksAndOfTheLovedOnes) {
-    TableOrder order(preferences, catalog);
+TEST_F(BrowsingTest, EachPlaceIsSortedForItself) {
     browsing.selectBrowseMode(LibraryMode::songs);
     const auto sorted = [&] {
         QString titles;
@@ -279,6 +283,8 @@ TEST_F(BrowsingTest, TheTablesOrderIsThatOfAllTracksAndOfTheLovedOnes) {
     userData.toggleLoved(u"/m/b"_s);
     userData.toggleLoved(u"/m/e"_s);
     browsing.selectSidebarItem(SidebarItem::loved);
+    EXPECT_EQ(shown(), u"be"_s);
+    order.choose(TrackOrder::artist);
     EXPECT_EQ(shown(), u"eb"_s);
     store.remove({u"/m/e"_s});
     catalog.rebuildImportedAlbums();
@@ -287,23 +293,92 @@ TEST_F(BrowsingTest, TheTablesOrderIsThatOfAllTracksAndOfTheLovedOnes) {
     const QUuid id = playlists.createPlaylist(u"p"_s);
     playlists.addTrackPaths({u"/m/d"_s, u"/m/a"_s, u"/m/c"_s}, id);
     browsing.setSelectedPlaylistID(id);
-    EXPECT_EQ(shown(), u"dac"_s) << "a playlist has its own";
+    EXPECT_EQ(shown(), u"dac"_s);
     EXPECT_EQ(sorted(), QString());
+    userData.setRating(4, u"/m/c"_s);
+    userData.setRating(2, u"/m/a"_s);
+    order.choose(TrackOrder::rating);
+    EXPECT_EQ(shown(), u"acd"_s);
+    EXPECT_EQ(sorted(), u"acd"_s);
+    EXPECT_EQ(browsing.sortedPlace(), u"p"_s);
+    EXPECT_EQ(playlists.find(id)->trackPaths.front(), u"/m/d"_s) << "it keeps its own order";
+    userData.setRating(5, u"/m/a"_s);
+    EXPECT_EQ(shown(), u"acd"_s) << "no row leaves the hand that rates it";
+    playlists.addTrackPaths({u"/m/b"_s}, id);
+    EXPECT_EQ(shown(), u"cadb"_s);
     browsing.jumpToArtist(u"Moss"_s);
     EXPECT_EQ(shown(), u"abc"_s);
+    order.choose(TrackOrder::title);
+    order.choose(TrackOrder::title);
+    EXPECT_EQ(shown(), u"cba"_s);
+    EXPECT_EQ(browsing.sortedPlace(), u"Moss"_s);
+    browsing.setFocusedArtist(u"Lark"_s);
+    EXPECT_TRUE(order.isDescending()) << "all artists are one place";
+    browsing.setFocusedArtist({});
+    EXPECT_EQ(sorted(), QString()) << "there is no table";
 
-    // The choice is kept, and given up by a third click.
-    TableOrder again(preferences, catalog);
+    // The choices are kept, and given up by a third click.
+    const QUuid other = playlists.createPlaylist(u"o"_s);
+    TableOrder again(preferences);
+    const std::pair<QString, TrackSorting> kept[] = {
+        {TablePlace::tracks, {TrackOrder::title, true}},
+        {TablePlace::loved, {TrackOrder::artist, false}},
+        {TablePlace::artist, {TrackOrder::title, true}},
+        {TablePlace::album, {}},
+        {TablePlace::playlist(id), {TrackOrder::rating, false}},
+        {TablePlace::playlist(other), {}},
+    };
     again.restore();
-    EXPECT_EQ(again.by(), TrackOrder::title);
-    EXPECT_TRUE(again.isDescending());
+    for (const auto& [place, sorting] : kept)
+        EXPECT_EQ(again.sortingOf(place), sorting) << place.toStdString();
     browsing.selectBrowseMode(LibraryMode::songs);
     EXPECT_EQ(shown(), u"fdcba"_s);
-    again.choose(TrackOrder::title);
+    order.choose(TrackOrder::title);
     EXPECT_EQ(shown(), u"abcdf"_s);
-    TableOrder none(preferences, catalog);
-    none.restore();
-    EXPECT_EQ(none.by(), TrackOrder::library);
+    again.forget(TablePlace::playlist(id));
+    TableOrder later(preferences);
+    later.restore();
+    EXPECT_EQ(later.sortingOf(TablePlace::tracks), TrackSorting());
+    EXPECT_EQ(later.sortingOf(TablePlace::playlist(id)), TrackSorting());
+}
+
+// More rows than are sorted at once.
+TEST_F(BrowsingTest, LongPlacesAreSortedByAWorker) {
+    std::vector<Track> tracks;
+    for (int i = 0; i < 3000; ++i)
+        tracks.push_back(trackOf(u"/l/%1"_s.arg(i), u"%1"_s.arg(9999 - i), u"Moss"_s, {}));
+    store.append(rowsOf(tracks));
+    catalog.rebuildImportedAlbums();
+    const auto waitFor = [](const auto& condition) {
+        while (!condition())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    };
+    waitFor([&] { return catalog.isCurrent(); });
+    const auto first = [&] { return browsing.visibleTracks()->item(0).title; };
+    int turns = 0;
+    QObject::connect(&browsing, &Browsing::turnedTo, [&] { ++turns; });
+    browsing.jumpToArtist(u"Moss"_s);
+    order.choose(TrackOrder::title);
+    EXPECT_EQ(first(), u"a"_s) << "as it is, until the worker has sorted it";
+    waitFor([&] { return first() != u"a"_s; });
+    EXPECT_EQ(first(), u"7000"_s);
+    const int turned = turns;
+    catalog.rebuildImportedAlbums();
+    waitFor([&] { return catalog.isCurrent() && first() == u"7000"_s; });
+    EXPECT_EQ(turns, turned) << "the rows stay where they are";
+
+    // By plays: in the order that they have by themselves until the place is left.
+    browsing.selectBrowseMode(LibraryMode::songs);
+    userData.countPlay(u"/l/5"_s);
+    order.choose(TrackOrder::plays);
+    waitFor([&] { return first() == u"9994"_s; });
+    userData.countPlay(u"/l/5"_s);
+    userData.countPlay(u"/l/7"_s);
+    userData.toggleLoved(u"/l/9"_s);
+    EXPECT_EQ(first(), u"9994"_s);
+    browsing.selectBrowseMode(LibraryMode::albums);
+    browsing.selectBrowseMode(LibraryMode::songs);
+    waitFor([&] { return first() == u"9992"_s; });
 }
 
 TEST_F(BrowsingTest, NavigationKeepsModeAndSidebarTogether) {

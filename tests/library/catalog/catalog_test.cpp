@@ -240,27 +240,52 @@ TEST(TrackSorting, TiesKeepTheOrderOfTheAlbumsAndEmptyFieldsAreLast) {
     SortNames names;
     names.artist = u"Lanterns"_s;
     lanterns.albumTags.sortNames = std::make_shared<const SortNames>(names);
+    const auto dated = [](Track track, const QString& genre, int year, double added) {
+        track.genre = genre;
+        track.year = year;
+        track.addedDate = added;
+        return track;
+    };
     const auto catalog = catalogOf({
-        timed(trackOf(u"/m/0"_s, u"zeal"_s, u"Moss"_s, u"Walk"_s), 200),
-        numbered(timed(trackOf(u"/m/1"_s, u"Second"_s, u"Arden"_s, u"Hours"_s), 150), {}, 1, 2),
+        dated(timed(trackOf(u"/m/0"_s, u"zeal"_s, u"Moss"_s, u"Walk"_s), 200), u"rock"_s, 1999, 0),
+        dated(
+            numbered(timed(trackOf(u"/m/1"_s, u"Second"_s, u"Arden"_s, u"Hours"_s), 150), {}, 1, 2),
+            u"Folk"_s, 2004, 0),
         lanterns,
-        numbered(timed(trackOf(u"/m/3"_s, u"First"_s, u"Arden"_s, u"Hours"_s), 120), {}, 1, 1),
-        timed(trackOf(u"/m/4"_s, u"eland"_s, {}, {}), 0),
-        timed(trackOf(u"/m/5"_s, u"Fern"_s, u"moss"_s, u"Bark"_s), 60),
+        dated(
+            numbered(timed(trackOf(u"/m/3"_s, u"First"_s, u"Arden"_s, u"Hours"_s), 120), {}, 1, 1),
+            u"Folk"_s, 2004, 8e8),
+        dated(timed(trackOf(u"/m/4"_s, u"eland"_s, {}, {}), 0), {}, 0, 7e8),
+        dated(timed(trackOf(u"/m/5"_s, u"Fern"_s, u"moss"_s, u"Bark"_s), 60), u"Ambient"_s, 0, 0),
     });
     using Rows = std::vector<quint32>;
     const std::tuple<TrackOrder, Rows, Rows> cases[] = {
-        {TrackOrder::library, {}, {}},
+        {TrackOrder::library, {0, 1, 2, 3, 4, 5}, {0, 1, 2, 3, 4, 5}},
         {TrackOrder::title, {2, 4, 5, 3, 1, 0}, {0, 1, 3, 5, 4, 2}},
         {TrackOrder::artist, {3, 1, 2, 5, 0, 4}, {5, 0, 2, 3, 1, 4}},
         {TrackOrder::album, {5, 3, 1, 2, 0, 4}, {2, 0, 3, 1, 5, 4}},
         {TrackOrder::quality, {0, 1, 3, 2, 4, 5}, {0, 1, 3, 2, 4, 5}},
         {TrackOrder::time, {5, 2, 3, 1, 0, 4}, {0, 1, 3, 2, 5, 4}},
+        {TrackOrder::number, {3, 1, 0, 2, 4, 5}, {1, 3, 0, 2, 4, 5}},
+        {TrackOrder::genre, {5, 3, 1, 0, 2, 4}, {0, 3, 1, 5, 2, 4}},
+        {TrackOrder::year, {0, 3, 1, 2, 5, 4}, {3, 1, 0, 2, 5, 4}},
+        {TrackOrder::added, {4, 3, 0, 1, 2, 5}, {3, 4, 0, 1, 2, 5}},
+        {TrackOrder::path, {0, 1, 2, 3, 4, 5}, {5, 4, 3, 2, 1, 0}},
     };
     for (const auto& [by, ascending, descending] : cases) {
-        EXPECT_EQ(sortedRows(*catalog, {by, false}), ascending) << static_cast<int>(by);
-        EXPECT_EQ(sortedRows(*catalog, {by, true}), descending) << static_cast<int>(by);
+        EXPECT_EQ(sortedRows(*catalog, {by, false}, {}, allRows(*catalog)), ascending)
+            << static_cast<int>(by);
+        EXPECT_EQ(sortedRows(*catalog, {by, true}, {}, allRows(*catalog)), descending)
+            << static_cast<int>(by);
     }
+    // What the user has said of the tracks; what is left keeps the order in which it came.
+    const IntegerMap said{{u"/m/1"_s, 3}, {u"/m/4"_s, 9}, {u"/m/5"_s, 3}};
+    for (const TrackOrder by : {TrackOrder::plays, TrackOrder::rating}) {
+        EXPECT_EQ(sortedRows(*catalog, {by, false}, said, {5, 4, 3, 2, 1}), (Rows{5, 1, 4, 3, 2}));
+        EXPECT_EQ(sortedRows(*catalog, {by, true}, said, {5, 4, 3, 2, 1}), (Rows{4, 5, 1, 3, 2}));
+    }
+    // Only some rows, among which one text stands for all.
+    EXPECT_EQ(sortedRows(*catalog, {TrackOrder::album, true}, {}, {5, 2, 0}), (Rows{2, 0, 5}));
 }
 
 TEST_F(CatalogPublishing, LargeLibrariesAreSortedByAWorker) {

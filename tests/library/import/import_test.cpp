@@ -2,6 +2,7 @@
 // Importing, on real files and the whole controller.
 #include "library/running_library.h"
 #include "library/user/settings_keys.h"
+#include "metadata/file_dates.h"
 #include "presentation/l10n.h"
 
 #include <gtest/gtest.h>
@@ -37,6 +38,8 @@ TEST_F(ImportTest, AddsWhatIsNewAndPlaysTheFirstOfIt) {
     EXPECT_FALSE(library->status()->isError());
     EXPECT_EQ(current(), u"3"_s);
     EXPECT_EQ(library->store()->size(), 10U);
+    for (const TrackPtr& track : library->store()->rows())
+        EXPECT_EQ(track->addedDate, environment.clock.wallTime() - referenceDateOffset);
     EXPECT_EQ(storedPaths(), paths);
     EXPECT_EQ(library->store()->track(paths[0])->size(), u"16 KB"_s);
 

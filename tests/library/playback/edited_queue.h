@@ -26,7 +26,8 @@ struct EditedQueue : TransportFixture {
     Playlists playlists{preferences};
     CatalogPublisher catalog{store, userData, language};
     CoverStore covers;
-    Browsing browsing{store, catalog, playlists, userData, language, rowState()};
+    TableOrder order{preferences};
+    Browsing browsing{store, catalog, playlists, userData, language, order, rowState()};
     CollectionPlayer collections{store, catalog, playlists, files, browsing, queue, transport};
     UndoHistory history;
     QueueEditing editing{store,     collections, playlists, queue,

@@ -19,6 +19,7 @@ inline RowState plainRowState() {
     RowState state;
     state.isLoved = [](const QString&) { return false; };
     state.rating = [](const QString&) { return 0; };
+    state.plays = [](const QString&) { return 0; };
     state.availability = [](const QString&) { return TrackAvailability::available; };
     state.isCurrent = [](const QString&) { return false; };
     return state;

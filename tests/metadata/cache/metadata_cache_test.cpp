@@ -71,6 +71,7 @@ TEST_F(MetadataCacheTest, GivesBackWhatItSaved) {
     QueueItem full = item(touch(u"a.flac"_s));
     full.coverImageData = Artwork::fromBytes("picture");
     full.fileSize = 7;
+    full.addedDate = 785'000'000.25;
     full.albumTags = {u"The Band"_s,
                       std::make_shared<SortNames>(SortNames{u"L"_s, u"Band, The"_s, u"Walk"_s}), 2,
                       65535};
@@ -108,6 +109,7 @@ TEST_F(MetadataCacheTest, GivesBackWhatItSaved) {
     EXPECT_EQ(record[u"modificationDate"_s].toDouble(),
               MetadataCache::modificationDate(full.path()));
     EXPECT_EQ(record[u"fileSize"_s].toInteger(), full.fileSize);
+    EXPECT_EQ(record[u"addedDate"_s].toDouble(), full.addedDate);
     EXPECT_EQ(record[u"coverURLPath"_s].toString(), u"/m/cover.jpg"_s);
     EXPECT_TRUE(record[u"hasEmbeddedArtwork"_s].toBool());
     EXPECT_EQ(record[u"albumArtist"_s].toString(), u"The Band"_s);

@@ -2,19 +2,27 @@
 import QtQuick
 import Halvane
 
-// A column's label by which the table is sorted when it is clicked.
+// A column's label by which the table is sorted when it is clicked. The arrow stands after the
+// label, or before it where the column's figures end beneath the label's end.
 PressableBase {
     id: root
 
     required property int column // of SortBy
+    property string name: root.text
+    property bool isAtEnd
+    property real room: Infinity
     readonly property bool isSorted: Library.tableOrder.by === root.column
+    readonly property bool isOfLibrary: Library.browsing.mode === BrowseMode.Songs
+                                        && Library.browsing.selectedPlaylistName.length === 0
+    readonly property real arrowRoom: root.isSorted ? arrow.size + 2 : 0
 
-    implicitWidth: label.implicitWidth + (root.isSorted ? arrow.size + 2 : 0)
+    implicitWidth: Math.min(label.implicitWidth + root.arrowRoom, root.room)
     implicitHeight: 24
     tip: !root.isSorted ? Strings.sortByColumn
-       : Library.tableOrder.isDescending ? Strings.libraryOrder : Strings.reverseOrder
+       : !Library.tableOrder.isDescending ? Strings.reverseOrder
+       : root.isOfLibrary ? Strings.libraryOrder : Strings.ownOrder
     Accessible.role: Accessible.ColumnHeader
-    Accessible.name: root.text
+    Accessible.name: root.name
     Accessible.description: !root.isSorted ? root.tip
         : (Library.tableOrder.isDescending ? Strings.sortedDescending : Strings.sortedAscending) + ". " + root.tip
     onClicked: Library.tableOrder.choose(root.column)
@@ -22,15 +30,19 @@ PressableBase {
     contentItem: Item {
         Text {
             id: label
-            anchors.verticalCenter: parent.verticalCenter
+            x: root.isAtEnd ? root.width - width : 0
+            width: Math.min(implicitWidth, root.width - (root.isAtEnd ? 0 : root.arrowRoom))
+            height: parent.height
+            verticalAlignment: Text.AlignVCenter
             text: root.text
+            elide: Text.ElideRight
             font: Theme.captionStrong
             color: root.isSorted ? Theme.accent : root.hovered ? Theme.primaryText : Theme.tertiaryText
             Accessible.ignored: true
         }
         SymbolLabel {
             id: arrow
-            x: label.implicitWidth + 2
+            x: root.isAtEnd ? label.x - size - 2 : label.width + 2
             height: parent.height
             visible: root.isSorted
             symbol: Library.tableOrder.isDescending ? "arrow.down" : "arrow.up"

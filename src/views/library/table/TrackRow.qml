@@ -21,6 +21,10 @@ Operable {
     required property bool isPlaying
     required property int trackNumber
     required property string leadArtist
+    required property string genre
+    required property string year
+    required property string plays
+    required property string added
     required property TrackColumns columns
     required property string heading
     property bool hasKeyboard
@@ -31,8 +35,8 @@ Operable {
     readonly property color textColor: !root.isAvailable ? Theme.withAlpha(Theme.tertiaryText, 0.66)
                                      : root.isPlaying ? Theme.accent : Theme.primaryText
     readonly property color sideColor: root.isAvailable ? Theme.secondaryText : root.textColor
-    readonly property bool showsNumber: root.columns.isNumbered && root.isAvailable && !root.isPlaying
-                                        && !hover.hovered
+    readonly property bool showsNumber: root.columns.showsNumber && root.trackNumber > 0 && root.isAvailable
+                                        && !root.isPlaying && !hover.hovered
     // Whom the rows need not name.
     readonly property string impliedArtist: root.columns.isAlbum ? root.leadArtist : root.columns.artist
     readonly property string hint: root.isAvailable ? Strings.playThisTrack
@@ -45,6 +49,18 @@ Operable {
     signal menuAsked(real x, real y)
     signal carried(TrackDrag drag)
 
+    function textOf(column: int): string {
+        switch (column) {
+        case SortBy.Artist: return root.artist
+        case SortBy.Album: return root.album
+        case SortBy.Genre: return root.genre
+        case SortBy.Year: return root.year
+        case SortBy.Plays: return root.plays
+        case SortBy.Added: return root.added
+        case SortBy.Path: return root.path
+        default: return root.quality
+        }
+    }
     function play(): void {
         Library.collections.playInTable(root.trackId)
     }
@@ -121,7 +137,7 @@ Operable {
             x: titleText.x + Math.min(titleText.contentWidth, titleText.width) + Theme.gap
             width: root.columns.title + root.columns.titleWidth - x
             height: parent.height
-            visible: root.artist !== root.impliedArtist && width > 40
+            visible: !root.columns.showsArtist && root.artist !== root.impliedArtist && width > 40
             text: visible ? root.artist : ""
             font: Theme.label
             color: root.isAvailable ? Theme.tertiaryText : root.textColor
@@ -148,29 +164,42 @@ Operable {
             size: 16
             color: Theme.accent
         }
-        PlainText {
-            visible: root.columns.showsAlbum
-            x: root.columns.album
-            width: root.columns.albumWidth - Theme.rowInset
-            height: parent.height
-            text: root.album
-            color: root.isAvailable ? Theme.primaryText : root.textColor
-            Accessible.ignored: true
+        // qmllint disable unqualified
+        Repeater {
+            model: root.columns.fit.texts
+            PlainText {
+                required property var modelData
+                readonly property bool isName: modelData.column === SortBy.Album || modelData.column === SortBy.Artist
+
+                x: root.columns.end - modelData.fromEnd
+                width: modelData.width - Theme.rowInset
+                height: parent.height
+                text: root.textOf(modelData.column)
+                elide: modelData.column === SortBy.Path ? Text.ElideMiddle : Text.ElideRight
+                font: isName ? Theme.row : Theme.label
+                color: !root.isAvailable ? root.textColor : isName ? Theme.primaryText : Theme.tertiaryText
+                Accessible.ignored: true
+            }
         }
-        PlainText {
-            visible: root.columns.showsQuality
-            x: root.columns.quality
-            width: root.columns.qualityWidth - Theme.gapSmall
-            height: parent.height
-            text: root.quality
-            font: Theme.label
-            color: root.isAvailable ? Theme.tertiaryText : root.textColor
-            Accessible.ignored: true
+        Repeater {
+            model: root.columns.fit.figures
+            TabularText {
+                required property var modelData
+
+                x: root.columns.end - modelData.fromEnd + modelData.width - Theme.gapLarge - width
+                anchors.verticalCenter: parent.verticalCenter
+                text: root.textOf(modelData.column)
+                font: Theme.label
+                color: root.sideColor
+                Accessible.ignored: true
+            }
         }
+        // qmllint enable unqualified
         TabularText {
             anchors.right: parent.right
             anchors.rightMargin: Theme.rowInset
             anchors.verticalCenter: parent.verticalCenter
+            visible: root.columns.showsTime
             text: root.duration
             font: Theme.row
             color: root.sideColor

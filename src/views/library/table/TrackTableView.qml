@@ -145,7 +145,6 @@ ListView {
         TrackHeaderRow {
             width: parent.width
             columns: root.columns
-            isSortable: !root.isNarrowed && Library.browsing.selectedPlaylistName.length === 0
             visible: root.count > 0
         }
         NothingHere {
