@@ -168,8 +168,10 @@ Restoration::Fresh Restoration::fresh(const TrackRows& known, std::vector<FileUr
         if (read[i].item.fileSize >= 0)
             fresh.changed.push_back(rowReadAgain(*changed[i], std::move(read[i])));
     }
-    fresh.added = rowsFromLoaded(TrackMetadataLoader::loadItems(
-        {firstUnknown, toRead.end()}, fallbackNames(language), needs.accompaniment(stop)), 0);
+    fresh.added = rowsFromLoaded(TrackMetadataLoader::loadItems({firstUnknown, toRead.end()},
+                                                                fallbackNames(language),
+                                                                needs.accompaniment(stop)),
+                                 0);
     std::reverse(fresh.added.begin(), fresh.added.end());
     return fresh;
 }
