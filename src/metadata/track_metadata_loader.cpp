@@ -78,6 +78,7 @@ QueueItem itemFrom(const FileUrl& url, const AudioFileReading& reading,
     item.genre = tags.genre();
     item.year = tags.year();
     item.albumTags = albumTagsFrom(url, tags);
+    item.levelTags = tags.levels();
     item.coverURL = cover;
     if (tags.hasPicture())
         item.coverImageData =

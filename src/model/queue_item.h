@@ -6,6 +6,7 @@
 #include "model/file_url.h"
 #include "model/fresh_id.h"
 #include "model/hash.h"
+#include "model/level_tags.h"
 #include "model/reader_version.h"
 #include "model/sound_identity.h"
 
@@ -41,6 +42,7 @@ struct QueueItem {
     QString sampleRate; ///< display text
     QString bitDepth;   ///< display text
     AlbumTags albumTags;
+    LevelTags levelTags;
     std::optional<Artwork> coverImageData;
     std::optional<FileUrl> coverURL;
     std::optional<double> durationSeconds;
@@ -79,6 +81,7 @@ inline size_t qHash(const QueueItem& v, size_t seed = 0) {
         .add(v.sampleRate)
         .add(v.bitDepth)
         .add(v.albumTags)
+        .add(v.levelTags)
         .add(v.coverImageData)
         .add(v.coverURL)
         .add(v.durationSeconds)

@@ -11,7 +11,8 @@ namespace halvane {
 ///   1: album artists, disc and track numbers, sort names
 ///   2: the lengths that are played, pictures by their kind, tags before and behind odd ones
 ///   3: identities of sounds
-inline constexpr quint8 currentReaderVersion = 3;
+///   4: gains and peaks, lengths of files that were joined
+inline constexpr quint8 currentReaderVersion = 4;
 
 /// Of a record that lacks what would have kept an import waiting: its length is a guess, or its
 /// sound is not identified.

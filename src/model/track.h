@@ -7,6 +7,7 @@
 #include "model/file_url.h"
 #include "model/fresh_id.h"
 #include "model/hash.h"
+#include "model/level_tags.h"
 #include "model/reader_version.h"
 #include "model/sound_identity.h"
 
@@ -38,6 +39,7 @@ struct Track {
     quint8 readerVersion = currentReaderVersion; ///< of what was read from the file
     SoundIdentity identity;
     AlbumTags albumTags;
+    LevelTags levelTags;
     std::optional<FileUrl> sourceURL;
     std::optional<Artwork> coverImageData;
     std::optional<FileUrl> coverURL;
@@ -81,6 +83,7 @@ inline size_t qHash(const Track& v, size_t seed = 0) {
         .add(v.plays)
         .add(v.loved)
         .add(v.albumTags)
+        .add(v.levelTags)
         .add(v.sourceURL)
         .add(v.coverImageData)
         .add(v.coverURL)

@@ -17,6 +17,7 @@ std::optional<QueueItem> queueItemFromTrack(const Track& track) {
     item.sampleRate = track.sampleRate;
     item.bitDepth = track.bitDepth;
     item.albumTags = track.albumTags;
+    item.levelTags = track.levelTags;
     item.readerVersion = track.readerVersion;
     item.identity = track.identity;
     item.coverImageData = track.coverImageData;
@@ -41,6 +42,7 @@ Track trackFromQueueItem(QueueItem item, const TrackExtras& extras) {
     track.sampleRate = std::move(item.sampleRate);
     track.bitDepth = std::move(item.bitDepth);
     track.albumTags = std::move(item.albumTags);
+    track.levelTags = item.levelTags;
     track.readerVersion = item.readerVersion;
     track.identity = item.identity;
     track.fileSize = item.fileSize;

@@ -28,6 +28,7 @@ CachedTrackMetadata::CachedTrackMetadata(const QueueItem& item, const QString& t
     , sampleRate(item.sampleRate)
     , bitDepth(item.bitDepth)
     , albumTags(item.albumTags)
+    , levelTags(item.levelTags)
     , coverURL(item.coverURL)
     , hasEmbeddedArtwork(item.coverImageData.has_value())
     , readerVersion(item.readerVersion)
@@ -47,6 +48,7 @@ QueueItem CachedTrackMetadata::item(const QString& cacheDirectory, const FileUrl
     item.sampleRate = sampleRate;
     item.bitDepth = bitDepth;
     item.albumTags = albumTags;
+    item.levelTags = levelTags;
     item.readerVersion = readerVersion;
     item.identity = identity;
     item.coverURL = coverURL;
@@ -124,6 +126,17 @@ void appendAlbumTags(QByteArray& json, const AlbumTags& tags) {
     appendTextIfAny(json, "albumSort", tags.sortNames->album);
 }
 
+void appendLevelTags(QByteArray& json, const LevelTags& tags) {
+    const std::pair<const char*, const std::optional<float>&> levels[] = {
+        {"trackGain", tags.trackGain},
+        {"trackPeak", tags.trackPeak},
+        {"albumGain", tags.albumGain},
+        {"albumPeak", tags.albumPeak}};
+    for (const auto& [key, level] : levels)
+        if (level)
+            appendNumber(json, key, *level);
+}
+
 } // namespace
 
 void appendJson(QByteArray& json, const CachedTrackMetadata& record) {
@@ -146,6 +159,7 @@ void appendJson(QByteArray& json, const CachedTrackMetadata& record) {
     appendText(json, "sampleRate", record.sampleRate);
     appendText(json, "bitDepth", record.bitDepth);
     appendAlbumTags(json, record.albumTags);
+    appendLevelTags(json, record.levelTags);
     if (record.coverURL)
         appendText(json, "coverURLPath", record.coverURL->path());
     if (record.readerVersion > 0)

@@ -24,6 +24,7 @@ struct CachedTrackMetadata {
     QString sampleRate;
     QString bitDepth;
     AlbumTags albumTags;
+    LevelTags levelTags;
     std::optional<FileUrl> coverURL;
     bool hasEmbeddedArtwork = false;
     quint8 readerVersion = 0; ///< 0: the record does not say

@@ -122,6 +122,18 @@ class PortionDecoder {
             m_names.albumArtist = shared(value, m_last[9]);
         else if (key == "albumSort")
             m_names.album = shared(value, m_last[10]);
+        else
+            decodeLevelTag(record.levelTags, key, value);
+    }
+
+    static void decodeLevelTag(LevelTags& tags, std::string_view key, const dom::element& value) {
+        std::optional<float>* level = key == "trackGain"   ? &tags.trackGain
+                                      : key == "trackPeak" ? &tags.trackPeak
+                                      : key == "albumGain" ? &tags.albumGain
+                                      : key == "albumPeak" ? &tags.albumPeak
+                                                           : nullptr;
+        if (level)
+            *level = static_cast<float>(double(value.get_double()));
     }
 
     // A number out of range is of another kind.

@@ -46,6 +46,9 @@ void addAsf(TagFields& fields, const TagLib::ASF::Tag& tag) {
         else
             fields.add(row.field, values.join(u", "_s));
     }
+    for (const auto& [name, values] : attributes)
+        if (!values.isEmpty())
+            addNamed(fields, fromTagLib(name), textOf(values.front()));
     const auto pictures = attributes.find("WM/Picture");
     if (pictures == attributes.end())
         return;

@@ -3,6 +3,8 @@
 
 #include "metadata/encodings/legacy_text.h"
 
+#include <cmath>
+
 namespace halvane {
 
 using namespace Qt::StringLiterals;
@@ -32,6 +34,52 @@ std::optional<quint16> parseNumber(const QString& text) {
     const quint16 number = QStringView(text).first(end).toUShort();
     return number > 0 ? std::optional(number) : std::nullopt;
 }
+
+namespace {
+
+// The number in front, which some programs write with a comma, or with a plus that none needs.
+std::optional<double> leadingNumber(const QString& text) {
+    QString number = text.section(u' ', 0, 0).replace(u',', u'.');
+    if (number.endsWith(u"dB"_s, Qt::CaseInsensitive))
+        number.chop(2);
+    bool isNumber = false;
+    const double value = number.toDouble(&isNumber);
+    return isNumber && std::isfinite(value) ? std::optional(value) : std::nullopt;
+}
+
+} // namespace
+
+std::optional<float> parseGain(const QString& text) {
+    constexpr double largest = 64; // dB; more than any music needs
+    const auto gain = leadingNumber(text);
+    return gain && std::abs(*gain) <= largest ? std::optional(static_cast<float>(*gain))
+                                              : std::nullopt;
+}
+
+std::optional<float> parseR128Gain(const QString& text) {
+    constexpr float fromBroadcast = -18 - -23; // dB, between the two references
+    bool isNumber = false;
+    const qint16 gain = text.toShort(&isNumber);
+    return isNumber ? std::optional(static_cast<float>(gain) / 256 + fromBroadcast) : std::nullopt;
+}
+
+std::optional<float> parsePeak(const QString& text) {
+    constexpr double largest = 64; // of full scale; decoders of lossy formats give a little over 1
+    const auto peak = leadingNumber(text);
+    return peak && *peak > 0 && *peak <= largest
+               ? std::optional(static_cast<float>(20 * std::log10(*peak)))
+               : std::nullopt;
+}
+
+namespace {
+
+// A value that can't be read leaves what an earlier tag said.
+void take(std::optional<float>& level, std::optional<float> value) {
+    if (value)
+        level = value;
+}
+
+} // namespace
 
 void TagFields::add(TagField field, const QString& value) {
     const QString text = value.trimmed();
@@ -72,6 +120,24 @@ void TagFields::add(TagField field, const QString& value) {
     case TagField::albumSort:
         m_sortNames.album = text;
         break;
+    case TagField::trackGain:
+        take(m_levels.trackGain, parseGain(text));
+        break;
+    case TagField::trackPeak:
+        take(m_levels.trackPeak, parsePeak(text));
+        break;
+    case TagField::albumGain:
+        take(m_levels.albumGain, parseGain(text));
+        break;
+    case TagField::albumPeak:
+        take(m_levels.albumPeak, parsePeak(text));
+        break;
+    case TagField::r128TrackGain:
+        take(m_r128.trackGain, parseR128Gain(text));
+        break;
+    case TagField::r128AlbumGain:
+        take(m_r128.albumGain, parseR128Gain(text));
+        break;
     }
 }
 
@@ -102,6 +168,13 @@ QString TagFields::albumArtist() const {
     if (!m_albumArtist.isEmpty())
         return m_albumArtist;
     return m_isCompilation ? u"Various Artists"_s : m_firstArtist;
+}
+
+LevelTags TagFields::levels() const {
+    LevelTags levels = m_levels;
+    take(levels.trackGain, m_r128.trackGain);
+    take(levels.albumGain, m_r128.albumGain);
+    return levels;
 }
 
 void TagFields::addPicture(PictureRank rank, std::function<QByteArray()> bytes) {

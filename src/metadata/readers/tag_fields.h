@@ -2,6 +2,7 @@
 #pragma once
 
 #include "model/album_tags.h"
+#include "model/level_tags.h"
 
 #include <QByteArray>
 #include <QStringList>
@@ -24,7 +25,13 @@ enum class TagField {
     compilation,
     artistSort,
     albumArtistSort,
-    albumSort
+    albumSort,
+    trackGain, ///< REPLAYGAIN_TRACK_GAIN, such as "-7.03 dB", and so on
+    trackPeak,
+    albumGain,
+    albumPeak,
+    r128TrackGain, ///< R128_TRACK_GAIN of Opus, such as "-512", and so on
+    r128AlbumGain
 };
 
 /// Whether several values of a field are several artists.
@@ -37,6 +44,15 @@ std::optional<qint64> parseYear(const QString& text);
 
 /// The number in front: 3 of "3", of "03" and of "3/12"; none of "A3" and of 0.
 std::optional<quint16> parseNumber(const QString& text);
+
+/// A change of level in dB: -7.03 of "-7.03 dB" and of "-7,03". None of what can't be one.
+std::optional<float> parseGain(const QString& text);
+
+/// The same of a whole number of 1/256 dB that leads to -23 LUFS, as Opus has it (RFC 7845, 5.2.1).
+std::optional<float> parseR128Gain(const QString& text);
+
+/// A largest sample in dB, of a number that is 1 at full scale. None of what can't be one.
+std::optional<float> parsePeak(const QString& text);
 
 /// Which of several pictures is the cover. A front cover goes before any other, and one of no kind
 /// before the back, a booklet or a portrait. The later one goes first among equals.
@@ -67,6 +83,8 @@ class TagFields {
     [[nodiscard]] quint16 disc() const { return m_disc; }   ///< 0: not known
     [[nodiscard]] quint16 track() const { return m_track; } ///< 0: not known
     [[nodiscard]] const SortNames& sortNames() const { return m_sortNames; }
+    /// The gains that are Opus's own go first.
+    [[nodiscard]] LevelTags levels() const;
     [[nodiscard]] bool hasPicture() const { return m_rank != PictureRank::none; }
     [[nodiscard]] QByteArray picture() const { return m_picture ? m_picture() : QByteArray(); }
 
@@ -78,6 +96,8 @@ class TagFields {
     QString m_albumArtist;
     QString m_genre;
     SortNames m_sortNames;
+    LevelTags m_levels;
+    LevelTags m_r128; // gains only
     qint64 m_year = 0;
     quint16 m_disc = 0;
     quint16 m_track = 0;

@@ -48,6 +48,15 @@ inline constexpr TagName id3v2[] = {
     {"TSOA", TagField::albumSort},
 };
 
+/// Fields that have names of their own, in any case: user text frames of ID3v2, and items of MP4
+/// behind "----:com.apple.iTunes:".
+inline constexpr TagName named[] = {
+    {"REPLAYGAIN_TRACK_GAIN", TagField::trackGain},
+    {"REPLAYGAIN_TRACK_PEAK", TagField::trackPeak},
+    {"REPLAYGAIN_ALBUM_GAIN", TagField::albumGain},
+    {"REPLAYGAIN_ALBUM_PEAK", TagField::albumPeak},
+};
+
 /// APE tags; TagLib compares their names in upper case.
 inline constexpr TagName ape[] = {
     {"TITLE", TagField::title},
@@ -63,6 +72,10 @@ inline constexpr TagName ape[] = {
     {"ARTISTSORT", TagField::artistSort},
     {"ALBUMARTISTSORT", TagField::albumArtistSort},
     {"ALBUMSORT", TagField::albumSort},
+    {"REPLAYGAIN_TRACK_GAIN", TagField::trackGain},
+    {"REPLAYGAIN_TRACK_PEAK", TagField::trackPeak},
+    {"REPLAYGAIN_ALBUM_GAIN", TagField::albumGain},
+    {"REPLAYGAIN_ALBUM_PEAK", TagField::albumPeak},
 };
 
 /// Vorbis comments, in upper case. DATE is the usual one; YEAR is written by some rippers.
@@ -81,6 +94,12 @@ inline constexpr TagName vorbis[] = {
     {"ARTISTSORT", TagField::artistSort},
     {"ALBUMARTISTSORT", TagField::albumArtistSort},
     {"ALBUMSORT", TagField::albumSort},
+    {"REPLAYGAIN_TRACK_GAIN", TagField::trackGain},
+    {"REPLAYGAIN_TRACK_PEAK", TagField::trackPeak},
+    {"REPLAYGAIN_ALBUM_GAIN", TagField::albumGain},
+    {"REPLAYGAIN_ALBUM_PEAK", TagField::albumPeak},
+    {"R128_TRACK_GAIN", TagField::r128TrackGain},
+    {"R128_ALBUM_GAIN", TagField::r128AlbumGain},
 };
 
 /// Items of MP4 files; the genre number of the gnre atom arrives as the text of the second last.
@@ -108,7 +127,8 @@ inline constexpr TagName aiff[] = {
     {"AUTH", TagField::artist},
 };
 
-/// Attributes of ASF files. Title and author have fields of their own.
+/// Attributes of ASF files. Title and author have fields of their own. Besides these, the named
+/// fields are read.
 inline constexpr TagName asf[] = {
     {"WM/AlbumTitle", TagField::albumName},
     {"WM/Genre", TagField::type},
@@ -139,6 +159,12 @@ inline constexpr TagName libav[] = {
     {"artist-sort", TagField::artistSort},
     {"album_artist-sort", TagField::albumArtistSort},
     {"album-sort", TagField::albumSort},
+    {"REPLAYGAIN_TRACK_GAIN", TagField::trackGain},
+    {"REPLAYGAIN_TRACK_PEAK", TagField::trackPeak},
+    {"REPLAYGAIN_ALBUM_GAIN", TagField::albumGain},
+    {"REPLAYGAIN_ALBUM_PEAK", TagField::albumPeak},
+    {"R128_TRACK_GAIN", TagField::r128TrackGain},
+    {"R128_ALBUM_GAIN", TagField::r128AlbumGain},
 };
 
 } // namespace TagNames

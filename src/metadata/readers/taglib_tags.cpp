@@ -110,6 +110,18 @@ QString mp4Text(const TagLib::MP4::Item& item, TagField field) {
     }
 }
 
+// Each is a list of its name and its values.
+void addUserTexts(TagFields& fields, const TagLib::ID3v2::FrameList& frames) {
+    for (const auto* frame : frames) {
+        const auto* text = dynamic_cast<const TagLib::ID3v2::TextIdentificationFrame*>(frame);
+        if (!text)
+            continue;
+        const auto list = text->fieldList();
+        if (list.size() >= 2)
+            addNamed(fields, fromTagLib(list[0]), fromTagLib(list[1]));
+    }
+}
+
 } // namespace
 
 QString fromTagLib(const TagLib::String& text) {
@@ -127,6 +139,12 @@ void installLegacyTextReading() {
         return true;
     }();
     Q_UNUSED(installed)
+}
+
+void addNamed(TagFields& fields, const QString& name, const QString& value) {
+    for (const TagName& row : TagNames::named)
+        if (name.compare(QLatin1StringView(row.name), Qt::CaseInsensitive) == 0)
+            fields.add(row.field, value);
 }
 
 void addId3v1(TagFields& fields, const TagLib::ID3v1::Tag& tag) {
@@ -170,6 +188,8 @@ void addId3v2(TagFields& fields, const TagLib::ID3v2::Tag& tag, BoundedFile& fil
             if (!frames.contains(row.name))
                 fields.add(row.field, id3v2Text(file, tagOffset, row.name));
     }
+    if (const auto texts = frames.find("TXXX"); texts != frames.end())
+        addUserTexts(fields, texts->second);
     const auto pictures = frames.find("APIC"); // PIC of ID3v2.2 arrives under this name too
     if (pictures == frames.end())
         return;
@@ -243,6 +263,10 @@ void addMp4(TagFields& fields, const TagLib::MP4::Tag& tag) {
         else
             fields.add(row.field, mp4Text(item, row.field));
     }
+    const QString named = QStringLiteral("----:com.apple.iTunes:");
+    for (const auto& [name, item] : tag.itemMap())
+        if (const QString key = fromTagLib(name); key.startsWith(named, Qt::CaseInsensitive))
+            addNamed(fields, key.mid(named.size()), joined(item.toStringList()));
     const auto covers = tag.item("covr");
     if (!covers.isValid())
         return;

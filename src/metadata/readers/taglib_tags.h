@@ -41,6 +41,9 @@ QString fromTagLib(const TagLib::String& text);
 /// and may be called again.
 void installLegacyTextReading();
 
+/// The named field of this name, in any case, if there is one.
+void addNamed(TagFields& fields, const QString& name, const QString& value);
+
 void addId3v1(TagFields& fields, const TagLib::ID3v1::Tag& tag);
 /// `tagOffset` is where the tag begins in the file, where texts that TagLib drops are found.
 void addId3v2(TagFields& fields, const TagLib::ID3v2::Tag& tag, BoundedFile& file,

@@ -75,6 +75,7 @@ TEST_F(MetadataCacheTest, GivesBackWhatItSaved) {
     full.albumTags = {u"The Band"_s,
                       std::make_shared<SortNames>(SortNames{u"L"_s, u"Band, The"_s, u"Walk"_s}), 2,
                       65535};
+    full.levelTags = {-7.03F, {}, 0.0F, -0.25F};
     QueueItem bare = item(touch(u"b.flac"_s));
     bare.durationSeconds.reset();
     bare.coverURL.reset();
@@ -115,6 +116,7 @@ TEST_F(MetadataCacheTest, GivesBackWhatItSaved) {
     EXPECT_EQ(record[u"albumArtist"_s].toString(), u"The Band"_s);
     EXPECT_EQ(record[u"readerVersion"_s].toInteger(), currentReaderVersion);
     EXPECT_EQ((&record == &one ? other : one).keys().size(), 13);
+    EXPECT_EQ(record[u"trackGain"_s].toDouble(), -7.03);
 }
 
 TEST_F(MetadataCacheTest, KnowsHitsMissesAndWhatIsGone) {

@@ -6,7 +6,7 @@ from mutagen.aiff import AIFF
 from mutagen.apev2 import APEv2
 from mutagen.asf import ASF, ASFByteArrayAttribute
 from mutagen.flac import FLAC, Picture
-from mutagen.id3 import APIC, ID3, TALB, TCMP, TCON, TDRC, TIT2, TPE1, TPE2, TPOS, TRCK, TSO2, TSOA, TSOP
+from mutagen.id3 import APIC, ID3, TALB, TCMP, TCON, TDRC, TIT2, TPE1, TPE2, TPOS, TRCK, TSO2, TSOA, TSOP, TXXX
 from mutagen.mp4 import MP4, MP4Cover, MP4FreeForm
 from mutagen.oggflac import OggFLAC
 from mutagen.oggopus import OggOpus
@@ -290,6 +290,47 @@ ff("-i", "tone.wav", "-c:a", "pcm_s16be", *(part for key, value in (
 os.makedirs("CD 2", exist_ok=True)
 shutil.copyfile("duet.flac", "CD 2/duet.flac")
 shutil.copyfile("whole.flac", "CD 2/whole.flac")
+
+# Levels, in each container, with the names in the case that its programs write.
+LEVELS = {"replaygain_track_gain": "-7.03 dB", "replaygain_track_peak": "0.500000", "replaygain_album_gain": "+2,50 dB",
+          "replaygain_album_peak": "1.25"}
+UPPER = {name.upper(): value for name, value in LEVELS.items()}
+t = ID3()
+for name, value in UPPER.items():
+    t.add(TXXX(3, desc=name, text=[value]))
+t.save(copy("bare.mp3", "level.mp3"))
+t.save(copy("bare.aac", "level.aac"), v1=0)
+t.save(copy("bare.tta", "level.tta"), v1=0)
+t.save("level.id3", v1=0)
+TAG = open("level.id3", "rb").read()
+open("level.dsf", "wb").write(dsf(TAG))
+open("level.dff", "wb").write(dff(chunk(b"ID3 ", TAG)))
+with_tag("level_v23.mp3", id3(3, [(b"TXXX", b"\1" + f"{n}\0".encode("utf-16") + v.encode("utf-16")) for n, v in LEVELS.items()]))
+for base, file in (("tone.wav", WAVE), ("bare.aiff", AIFF)):
+    f = file(copy(base, "level" + os.path.splitext(base)[1])); f.add_tags(); f.tags.update(t); f.save()
+for base, name, kind in (("bare.flac", "level.flac", FLAC), ("vorbis.ogg", "level.ogg", OggVorbis), ("flac.oga", "level.oga", OggFLAC),
+                         ("speex.ogg", "level_speex.ogg", OggSpeex), ("bare.opus", "level.opus", OggOpus)):
+    f = kind(copy(base, name)); f.update(UPPER); f.save()
+f = APEv2(); f.update(LEVELS)
+for kind in ("mp3", "wv", "mpc", "ape"):
+    f.save(copy("bare." + kind, f"level_ape.{kind}"))
+for codec in ("aac", "alac"):
+    f = MP4(copy(f"bare_{codec}.m4a", f"level_{codec}.m4a"))
+    for name, value in LEVELS.items():
+        f["----:com.apple.iTunes:" + name] = [MP4FreeForm(value.encode())]
+    f.save()
+f = ASF(copy("bare.wma", "level.wma"))
+for name, value in LEVELS.items():
+    f[name] = value
+f.save()
+ff("-i", "tone.wav", "-c:a", "pcm_s16be", *(part for key, value in UPPER.items() for part in ("-metadata", f"{key}={value}")), "level.caf")
+f = OggOpus(copy("bare.opus", "r128.opus")); f.update({"R128_TRACK_GAIN": "-512", "R128_ALBUM_GAIN": "256"}); f.save()
+f = OggOpus(copy("level.opus", "r128_too.opus")); f["R128_TRACK_GAIN"] = "-512"; f.save()
+f = FLAC(copy("bare.flac", "level_nonsense.flac"))
+f.update({"REPLAYGAIN_TRACK_GAIN": "loud", "REPLAYGAIN_TRACK_PEAK": "0", "REPLAYGAIN_ALBUM_GAIN": "-1e9 dB",
+          "REPLAYGAIN_ALBUM_PEAK": "nan", "R128_TRACK_GAIN": "-99999"})
+f.save()
+f = FLAC(copy("bare.flac", "level_short.flac")); f.update({"REPLAYGAIN_TRACK_GAIN": "-7.03dB", "REPLAYGAIN_TRACK_PEAK": ".5"}); f.save()
 
 # Wrong on purpose.
 open("empty.mp3", "wb").close()

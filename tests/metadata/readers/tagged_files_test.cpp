@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <random>
 #include <sys/resource.h>
 
@@ -182,6 +183,33 @@ TEST_F(TaggedFiles, TellTheirPlaceInAnAlbum) {
                       row.sortNames);
         }
     }
+}
+
+TEST_F(TaggedFiles, TellTheirLevels) {
+    struct Row {
+        QStringList names;
+        LevelTags levels;
+    };
+    const auto peak = [](double amplitude) { return float(20 * std::log10(amplitude)); };
+    const Row rows[] = {
+        {{u"level.mp3"_s,     u"level_v23.mp3"_s, u"level.aac"_s,      u"level.tta"_s,
+          u"level.dsf"_s,     u"level.dff"_s,     u"level.wav"_s,      u"level.aiff"_s,
+          u"level.flac"_s,    u"level.ogg"_s,     u"level.oga"_s,      u"level_speex.ogg"_s,
+          u"level.opus"_s,    u"level_ape.mp3"_s, u"level_ape.wv"_s,   u"level_ape.mpc"_s,
+          u"level_ape.ape"_s, u"level_aac.m4a"_s, u"level_alac.m4a"_s, u"level.wma"_s,
+          u"level.caf"_s},
+         {-7.03F, peak(0.5), 2.5F, peak(1.25)}},
+        // Opus counts from another reference, and its own gains go first.
+        {{u"r128.opus"_s}, {3.0F, {}, 6.0F, {}}},
+        {{u"r128_too.opus"_s}, {3.0F, peak(0.5), 2.5F, peak(1.25)}},
+        {{u"level_short.flac"_s}, {-7.03F, peak(0.5), {}, {}}},
+        {{u"level_nonsense.flac"_s, u"bare.flac"_s}, {}},
+    };
+    for (const Row& row : rows)
+        for (const QString& name : row.names) {
+            SCOPED_TRACE(name.toStdString());
+            EXPECT_EQ(read(name).levelTags, row.levels);
+        }
 }
 
 TEST_F(TaggedFiles, GiveTheFactsOfTheirStreamsByTheirContent) {
