@@ -2,28 +2,37 @@
 #include "audio/analysis/loudness_analyzer.h"
 
 #include "audio/analysis/loudness_meter.h"
+#include "audio/analysis/programme_meter.h"
 #include "audio/files/audio_file.h"
-
-#include <algorithm>
-#include <vector>
 
 namespace halvane::LoudnessAnalyzer {
 
+namespace {
+
+std::optional<Measurement> measured(const LoudnessMeter& meter, ProgrammeMeter& programme) {
+    auto result = meter.result();
+    if (result)
+        result->programme = programme.result();
+    return result;
+}
+
+} // namespace
+
 std::optional<Measurement> measure(const QString& path, std::stop_token stop) {
-    // Small enough to be still in the nearest cache when it is measured.
-    constexpr std::size_t blockSamples = 8192;
     const auto opened = AudioFile::open(path);
     if (!opened)
         return std::nullopt;
     AudioFile& file = **opened;
     const auto channels = static_cast<std::size_t>(file.format().channels);
-    std::vector<float> block(blockSamples);
     LoudnessMeter meter;
+    ProgrammeMeter programme(file.format());
     while (!stop.stop_requested()) {
-        const std::size_t frames = file.read(block.data(), blockSamples / channels);
+        const std::span<float> room = programme.room();
+        const std::size_t frames = file.read(room.data(), room.size() / channels);
         if (frames == 0)
-            return meter.result();
-        meter.add({block.data(), frames * channels});
+            return measured(meter, programme);
+        meter.add(room.first(frames * channels));
+        programme.add(frames);
     }
     return std::nullopt;
 }

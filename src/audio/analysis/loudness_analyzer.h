@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "audio/analysis/programme_loudness.h"
+
 #include <QString>
 
 #include <optional>
@@ -8,10 +10,11 @@
 
 namespace halvane::LoudnessAnalyzer {
 
-/// How loud a file is, in dBFS; digital silence reads -180.
+/// How loud a file is. In dBFS, digital silence reads -180.
 struct Measurement {
     double rmsDb = 0;  ///< root mean square over all samples of all channels
     double peakDb = 0; ///< largest absolute sample of any channel
+    ProgrammeLoudness programme{};
 
     bool operator==(const Measurement&) const = default;
 };
