@@ -276,6 +276,8 @@ void LibraryViewModel::connectSummary() {
 }
 
 void LibraryViewModel::connectSound() {
+    m_soundCheck->setAlbumTracks(
+        [this](const TrackPtr& track) { return m_catalog->albumAround(track); });
     connect(m_equalizer.get(), &EqualizerSettings::applied, m_engine.get(),
             &AudioPlaybackEngine::setEQ);
     connect(m_output.get(), &OutputDevices::switchFailed, this, [this] {

@@ -47,6 +47,11 @@ enum class TrackOrder {
 };
 Q_ENUM_NS(TrackOrder)
 
+/// How tracks are brought to one level: by their mean level, as Sound Check does, or by their
+/// loudness, each on its own or, where an album plays, the album as a whole.
+enum class LevelBy { soundCheck, track, album };
+Q_ENUM_NS(LevelBy)
+
 /// Whether a track's file can be played now.
 enum class TrackAvailability { available, inCloud, missing };
 Q_ENUM_NS(TrackAvailability)

@@ -94,6 +94,20 @@ void CatalogPublisher::takeOrder(Derived derived) {
     Q_EMIT sortedRowsChanged();
 }
 
+TrackRows CatalogPublisher::albumAround(const TrackPtr& track) const {
+    const Catalog& catalog = *m_catalog;
+    const TrackRows& rows = *catalog.rows;
+    const auto row = m_store.rowOf(track->path());
+    if (!row || *row >= rows.size() || rows[*row]->path() != track->path())
+        return {track};
+    const quint32 album = catalog.albumOfRow[*row];
+    TrackRows found;
+    for (std::size_t i = 0; i < rows.size(); ++i)
+        if (catalog.albumOfRow[i] == album)
+            found.push_back(rows[i]);
+    return found;
+}
+
 void CatalogPublisher::whenCurrent(QObject* context, std::function<void()> then) {
     assertOwnThread(*this);
     if (isCurrent())

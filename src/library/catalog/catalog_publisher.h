@@ -43,6 +43,10 @@ class CatalogPublisher : public QObject {
     /// Whether the published catalog is of the store's rows as they are now.
     [[nodiscard]] bool isCurrent() const { return m_catalog->rows.get() == &m_store.rows(); }
 
+    /// The tracks of the album that a track of the store is on, which is among them. A track that
+    /// the published catalog does not have yet is its own album.
+    [[nodiscard]] TrackRows albumAround(const TrackPtr& track) const;
+
     /// Calls `then` when the published catalog is of the store's rows, which may be at once. Does
     /// not call it if `context` has been destroyed by then.
     void whenCurrent(QObject* context, std::function<void()> then);

@@ -1,14 +1,20 @@
 // SPDX-License-Identifier: MIT
 #include "library/playback/queue_planner.h"
 
-#include <vector>
-
 namespace halvane {
 
 namespace {
 
 std::optional<std::size_t> firstPlayable(const QueueView& queue, std::size_t from) {
     for (std::size_t i = from; i < queue.size(); ++i) {
+        if (queue.isPlayable(i))
+            return i;
+    }
+    return std::nullopt;
+}
+
+std::optional<std::size_t> lastPlayable(const QueueView& queue, std::size_t before) {
+    for (std::size_t i = before; i-- > 0;) {
         if (queue.isPlayable(i))
             return i;
     }
@@ -106,6 +112,22 @@ std::optional<std::size_t> gaplessSuccessor(const QueueView& queue, PlayMode mod
     if (!next && mode.repeat == PlaybackRepeatMode::all)
         next = firstPlayable(queue, 0);
     return next == current ? std::nullopt : next;
+}
+
+std::vector<std::size_t> neighbours(const QueueView& queue, PlayMode mode, std::size_t entry) {
+    std::vector<std::size_t> found;
+    if (mode.shuffle)
+        return found;
+    const bool wraps = mode.repeat == PlaybackRepeatMode::all;
+    const auto add = [&](std::optional<std::size_t> neighbour) {
+        if (neighbour && *neighbour != entry)
+            found.push_back(*neighbour);
+    };
+    const auto before = lastPlayable(queue, entry);
+    add(before || !wraps ? before : lastPlayable(queue, queue.size()));
+    const auto after = firstPlayable(queue, entry + 1);
+    add(after || !wraps ? after : firstPlayable(queue, 0));
+    return found;
 }
 
 std::optional<std::size_t> entryToStart(const QueueView& queue) {

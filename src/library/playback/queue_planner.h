@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <functional>
 #include <optional>
+#include <vector>
 
 namespace halvane {
 
@@ -59,6 +60,10 @@ Advance shuffledEntry(const QueueView& queue, PlaybackRepeatMode repeat, bool ma
 
 /// The entry to hand to the engine ahead of time, so that it can follow without a gap.
 std::optional<std::size_t> gaplessSuccessor(const QueueView& queue, PlayMode mode);
+
+/// The playable entries that are heard before and after an entry in the order of the queue. None
+/// while shuffle chooses each entry when the one before ends.
+std::vector<std::size_t> neighbours(const QueueView& queue, PlayMode mode, std::size_t entry);
 
 /// The entry that the play button starts while nothing is loaded.
 std::optional<std::size_t> entryToStart(const QueueView& queue);

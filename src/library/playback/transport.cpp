@@ -48,8 +48,11 @@ Transport::Transport(TransportEngine& engine, PlayQueue& queue, FileAvailability
     connect(&m_disk, &DiskWatch::hears, this, [this] { m_filesHeldUp = 0; });
     connect(&soundCheck, &SoundCheck::soundCheckEnabledChanged, this,
             &Transport::applySoundCheckForCurrentTrack);
+    connect(&soundCheck, &SoundCheck::levelWishesChanged, this,
+            &Transport::applySoundCheckForCurrentTrack);
     connect(&soundCheck, &SoundCheck::gainFound, this, [this](const QString& path) {
-        if (path == m_queue.currentPath() || path == successorPath())
+        // It may be the last of an album whose gain was not known without it.
+        if (m_soundCheck.isByLoudness() || path == m_queue.currentPath() || path == successorPath())
             applySoundCheckForCurrentTrack();
     });
 }

@@ -13,6 +13,7 @@ namespace halvane {
 
 class LanguageSetting;
 class SoundCheck;
+enum class Company;
 
 /// The number that RandomIndex asks for, from the system's generator.
 RandomIndex systemRandomIndex();
@@ -153,7 +154,11 @@ class Transport : public QObject {
     void finishPlaybackAtQueueEnd();
     void advanceUIForGaplessTrack(const QString& path);
     void attemptGaplessPreschedule();
-    [[nodiscard]] bool mayFollow(const QString& path) const;
+    [[nodiscard]] bool mayFollow(std::size_t row) const;
+    [[nodiscard]] std::optional<std::size_t> successorRow() const;
+    [[nodiscard]] double gainOf(std::size_t row) const;
+    [[nodiscard]] Company companyOf(std::size_t row) const;
+    [[nodiscard]] double currentGain() const;
     void applySoundCheckForCurrentTrack();
     void download(const QString& path, const QString& title);
     [[nodiscard]] QString currentTitle() const;

@@ -68,7 +68,7 @@ void Transport::opened() {
     m_files.markAvailable(opening.path);
     if (m_askedBy == AskedBy::collection)
         m_askedBy = AskedBy::user; // its first entry that plays has been found
-    m_engine.setTrackGain(m_soundCheck.gainFor(opening.path));
+    m_engine.setTrackGain(currentGain());
     const double from = opening.fraction * m_engine.durationSeconds();
     if (const auto scheduled = m_engine.scheduleSegment(from, m_isPlaying); !scheduled) {
         qCCritical(libraryLog, "engine load/play failed: %s",

@@ -4,6 +4,7 @@
 #include "library/sound/sound_check.h"
 #include "platform/thread_check.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace halvane {
@@ -16,17 +17,20 @@ void Transport::replanSuccessor() {
 void Transport::applySoundCheckForCurrentTrack() {
     if (!m_engine.hasFile())
         return;
-    m_engine.setTrackGain(m_soundCheck.gainFor(m_queue.currentPath()));
-    const auto next = successorPath();
-    if (next && mayFollow(*next) && m_engine.setNextGain(*next, m_soundCheck.gainFor(*next)))
+    m_engine.setTrackGain(currentGain());
+    const auto next = successorRow();
+    if (next && mayFollow(*next) &&
+        m_engine.setNextGain(m_queue.record(*next).path(), gainOf(*next)))
         return; // what has been decoded of it stays
     replanSuccessor();
 }
 
+std::optional<std::size_t> Transport::successorRow() const {
+    return m_stopsAfterCurrent ? std::nullopt : gaplessSuccessor(plannedQueue(), m_mode);
+}
+
 std::optional<QString> Transport::successorPath() const {
-    if (m_stopsAfterCurrent)
-        return {};
-    const auto next = gaplessSuccessor(plannedQueue(), m_mode);
+    const auto next = successorRow();
     return next ? std::optional(m_queue.record(*next).path()) : std::nullopt;
 }
 
@@ -34,15 +38,33 @@ void Transport::attemptGaplessPreschedule() {
     assertOwnThread(*this);
     if (!m_engine.hasFile())
         return;
-    if (const auto path = successorPath(); path && mayFollow(*path))
-        m_engine.prescheduleNextIfCompatible(*path, m_soundCheck.gainFor(*path));
+    if (const auto next = successorRow(); next && mayFollow(*next))
+        m_engine.prescheduleNextIfCompatible(m_queue.record(*next).path(), gainOf(*next));
 }
 
 // A larger step in the middle of the sound would be heard as a jump.
-bool Transport::mayFollow(const QString& path) const {
+bool Transport::mayFollow(std::size_t row) const {
     constexpr double largestStep = 2.0; // dB
-    const double step = m_soundCheck.gainFor(path) - m_soundCheck.gainFor(m_queue.currentPath());
-    return std::abs(step) <= largestStep;
+    return m_soundCheck.isByLoudness() || std::abs(gainOf(row) - currentGain()) <= largestStep;
+}
+
+double Transport::currentGain() const {
+    const auto row = m_queue.currentRow();
+    return row ? gainOf(*row) : 0;
+}
+
+double Transport::gainOf(std::size_t row) const {
+    const QString path = m_queue.record(row).path();
+    return m_soundCheck.gainFor(path,
+                                m_soundCheck.isByLoudness() ? companyOf(row) : Company::others);
+}
+
+Company Transport::companyOf(std::size_t row) const {
+    const auto beside = neighbours(plannedQueue(), m_mode, row);
+    const bool isAmongAlbum = std::any_of(beside.cbegin(), beside.cend(), [&](std::size_t other) {
+        return areOfOneAlbum(m_queue.record(row), m_queue.record(other));
+    });
+    return isAmongAlbum ? Company::album : Company::others;
 }
 
 void Transport::advanceUIForGaplessTrack(const QString& path) {

@@ -33,6 +33,10 @@ inline const QString tileSize = u"Halvane.TileSize"_s;
 inline const QString outputDeviceName = u"Halvane.OutputDeviceName"_s;
 inline const QString soundCheckEnabled = u"Halvane.SoundCheckEnabled"_s;
 inline const QString trackLoudness = u"Halvane.TrackLoudnessV2"_s;
+inline const QString trackProgrammeLoudness = u"Halvane.TrackProgrammeLoudness"_s;
+inline const QString levelBy = u"Halvane.LevelBy"_s;
+inline const QString levelPreamp = u"Halvane.LevelPreamp"_s;
+inline const QString preventsClipping = u"Halvane.PreventsClipping"_s;
 /// What was said of sounds, by their identities.
 inline const QString soundNotes = u"Halvane.SoundNotes"_s;
 /// Places in playlists of sounds that have left the library.

@@ -126,11 +126,8 @@ void SoundMemory::noteSaid(const QString& path, const Said& before) {
 
 void SoundMemory::noteLoudness(const QString& path) {
     const SoundIdentity identity = identityOf(path);
-    if (!identity.isKnown())
-        return;
-    const std::vector<double> loudness = m_needs.soundCheck.trackLoudness().value(path);
-    for (const QString& copy : pathsOf(identity))
-        m_needs.soundCheck.learn(copy, loudness);
+    if (identity.isKnown())
+        m_needs.soundCheck.share(pathsOf(identity));
 }
 
 void SoundMemory::meet(const TrackRows& tracks) {
@@ -244,7 +241,7 @@ void SoundMemory::agree(std::size_t most) {
     for (; most > 0 && !m_toAgree.empty(); --most) {
         const SoundIdentity identity = m_toAgree.back();
         m_toAgree.pop_back();
-        const QStringList paths = m_paths.value(identity);
+        const QStringList paths = pathsOf(identity);
         auto known = note(identity);
         if (!known) {
             known = SoundNote();
@@ -253,17 +250,11 @@ void SoundMemory::agree(std::size_t most) {
             if (known->said != Said())
                 putSaid(identity, known->said);
         }
-        std::vector<double> loudness = known->loudness;
         for (const QString& path : paths)
-            if (loudness.empty())
-                loudness = m_needs.soundCheck.trackLoudness().value(path);
-        for (const QString& path : paths) {
-            if (identityOf(path) != identity)
-                continue;
             says.emplace_back(path, known->said);
-            if (!loudness.empty())
-                m_needs.soundCheck.learn(path, loudness);
-        }
+        if (!known->loudness.empty() && !paths.isEmpty())
+            m_needs.soundCheck.learn(paths.first(), known->loudness);
+        m_needs.soundCheck.share(paths);
     }
     m_needs.userData.say(says);
 }

@@ -50,6 +50,27 @@ std::size_t firstOf(std::size_t) {
 
 } // namespace
 
+TEST(QueuePlanner, NeighboursAreWhatIsHeardBeforeAndAfter) {
+    struct Case {
+        const char* files;
+        std::size_t entry;
+        PlayMode mode;
+        std::vector<std::size_t> beside;
+    };
+    const Case cases[] = {
+        {"A", 0, {all, false}, {}},
+        {"ABC", 1, {off, false}, {0, 2}},
+        {"ABC", 0, {off, false}, {1}},
+        {"ABC", 0, {all, false}, {2, 1}},
+        {"ABC", 2, {all, false}, {1, 0}},
+        {"AbCdE", 2, {one, false}, {0, 4}},
+        {"aBc", 1, {all, false}, {}},
+        {"ABC", 1, {all, true}, {}}, // nobody knows what shuffle will choose
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(neighbours(Letters(c.files), c.mode, c.entry), c.beside) << c.files << c.entry;
+}
+
 TEST(QueuePlanner, AdvancesInOrder) {
     struct Case {
         const char* files;

@@ -204,6 +204,53 @@ TEST_F(TransportTest, SoundCheckGainIsClamped) {
     EXPECT_EQ(engine.trackGain, 0);
 }
 
+TEST_F(TransportTest, ByLoudnessAnAlbumKeepsItsDynamicsWhileItsTracksFollowEachOther) {
+    const auto track = [](char letter, const QString& album, LevelTags levels) {
+        Track made = trackAt(path(letter));
+        made.album = album;
+        made.levelTags = levels;
+        return made;
+    };
+    const TrackRows rows =
+        rowsOf({track('a', u"One"_s, {-9, -20, -5, -20}), track('b', u"One"_s, {4, -20, -5, -20}),
+                track('c', u"Two"_s, {-2, -20, -1, -20}), track('d', u"One"_s, {2, -20, -5, -20}),
+                track('e', u"No Album"_s, {3, -20, 1, -20})});
+    store.append(rows);
+    queue.assign(rows, std::nullopt);
+    setGains({{'a', 0}, {'b', 8}});
+    play(0);
+    EXPECT_EQ(engine.trackGain, 0);
+    EXPECT_EQ(pending(), '-') << "by Sound Check, and too far apart";
+
+    soundCheck.setLevelBy(LevelBy::track);
+    settle();
+    EXPECT_EQ(engine.trackGain, -9);
+    EXPECT_EQ(pending(), 'b') << "however far apart";
+    EXPECT_EQ(engine.pendingGain, 4);
+
+    soundCheck.setLevelBy(LevelBy::album);
+    settle();
+    EXPECT_EQ(engine.trackGain, -5);
+    EXPECT_EQ(engine.pendingGain, -5);
+    EXPECT_EQ(engine.invalidations, 0) << "what has been decoded stays, only the gains change";
+    endTrack();
+    EXPECT_EQ(engine.trackGain, -5);
+    EXPECT_EQ(engine.pendingGain, -2) << "the next is alone of its album";
+    endTrack();
+    EXPECT_EQ(engine.pendingGain, 2) << "and so is this one here";
+
+    soundCheck.setPreamp(3);
+    EXPECT_EQ(engine.trackGain, 1);
+    EXPECT_EQ(engine.pendingGain, 5);
+    play(0);
+    EXPECT_EQ(engine.trackGain, -2);
+    transport.toggleShuffle();
+    play(1);
+    EXPECT_EQ(engine.trackGain, 7) << "shuffled, what comes next is not known";
+    soundCheck.setSoundCheckEnabled(false);
+    EXPECT_EQ(engine.trackGain, 0);
+}
+
 TEST_F(TransportTest, TheSoundCheckSwitchPlansTheNextFileAgain) {
     queueOf("ab");
     setGains({{'a', 1}, {'b', 9}});

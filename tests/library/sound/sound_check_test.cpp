@@ -210,6 +210,47 @@ TEST_F(SoundCheckTest, KeepsGainsWithinTheLimits) {
     EXPECT_TRUE(meter->asked().isEmpty());
 }
 
+TEST_F(SoundCheckTest, ByLoudnessMeasuresWhatTheTagsLeaveOpen) {
+    preferences.insertNumbers(SettingsKey::trackLoudness, u"/a"_s, {-10, 0});
+    files = {u"/a"_s};
+    const auto check = make();
+    const auto add = [this](const QString& path, LevelTags levels) {
+        Track track = trackAt(path);
+        track.levelTags = levels;
+        library.append({makeRow(std::move(track))});
+    };
+    add(u"/tagged"_s, {-7, -1, {}, {}});
+    add(u"/peakless"_s, {-7, {}, {}, {}});
+    add(u"/whole"_s, {-7, -1, -5, -1});
+    check->setLevelBy(LevelBy::track); // switched off
+    check->setSoundCheckEnabled(true);
+    EXPECT_EQ(check->gainFor(u"/tagged"_s), -7) << "at once";
+    EXPECT_EQ(check->gainFor(u"/unknown"_s), 0);
+    meter->let(2);
+    ASSERT_TRUE(waitFor([&] { return told == QStringList{u"/a"_s, u"/peakless"_s}; }, 120'000));
+    EXPECT_EQ(stored().size(), 2) << "both ways, in one go";
+    EXPECT_TRUE(check->programmeLoudness().contains(u"/a"_s));
+    EXPECT_TRUE(check->programmeLoudness().contains(u"/peakless"_s));
+
+    check->setLevelBy(LevelBy::album); // of which only one file tells all
+    meter->let(10);
+    ASSERT_TRUE(waitFor([&] { return told.size() == 3; }, 120'000));
+    EXPECT_EQ(meter->asked(), (QStringList{u"/a"_s, u"/peakless"_s, u"/tagged"_s}));
+    check->setPreamp(99);
+    check->setPreamp(std::numeric_limits<double>::quiet_NaN());
+    check->setPreventsClipping(false);
+    EXPECT_EQ(check->gainFor(u"/whole"_s), 5);
+
+    check->forget({u"/a"_s});
+    EXPECT_FALSE(check->programmeLoudness().contains(u"/a"_s));
+    SoundCheck again(preferences, library, availability, cloud);
+    again.restore();
+    EXPECT_EQ(again.levelBy(), LevelBy::album);
+    EXPECT_EQ(again.preamp(), 12);
+    EXPECT_FALSE(again.preventsClipping());
+    EXPECT_TRUE(again.programmeLoudness().contains(u"/tagged"_s));
+}
+
 TEST_F(SoundCheckTest, SwitchingOffEndsTheScanAndDropsItsResult) {
     const auto check = make();
     check->setSoundCheckEnabled(true);
