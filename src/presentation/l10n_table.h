@@ -203,5 +203,13 @@
     X(columns, u"Columns", u"列") \
     X(chooseColumns, u"Choose columns", u"选择要显示的列") \
     X(standardColumns, u"Reset", u"还原") \
-    X(ownOrder, u"Back to its own order", u"恢复原有顺序")
+    X(ownOrder, u"Back to its own order", u"恢复原有顺序") \
+    X(levelByLabel, u"Level by", u"均衡方式") \
+    X(levelByTrack, u"Loudness, by track", u"响度，逐曲") \
+    X(levelByAlbum, u"Loudness, by album or track", u"响度，按专辑或逐曲") \
+    X(levelByLoudnessHint, u"Brings music to -18 LUFS by EBU R 128, as ReplayGain 2.0 does. Gains in the files' tags are used at once; other files are analyzed in the background.", u"像 ReplayGain 2.0 一样按 EBU R 128 将音乐调到 -18 LUFS。文件标签中的增益立即生效，其他文件在后台分析。") \
+    X(levelByAlbumHint, u"While tracks of one album follow each other, the album keeps its own dynamics. Other tracks are leveled one by one.", u"连续播放同一专辑的曲目时保留专辑本身的强弱，其他曲目逐曲均衡。") \
+    X(levelPreamp, u"Loudness Preamp", u"响度前置增益") \
+    X(preventClipping, u"Prevent clipping", u"防止削波") \
+    X(preventClippingHint, u"No gain lifts a track's true peak above full scale.", u"增益不会使曲目的真实峰值超过满刻度。")
 // clang-format on

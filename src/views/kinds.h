@@ -52,6 +52,17 @@ enum Value {
 Q_ENUM_NS(Value)
 } // namespace Repeat
 
+namespace LevelChoice {
+Q_NAMESPACE
+QML_ELEMENT
+enum Value {
+    SoundCheck = static_cast<int>(LevelBy::soundCheck),
+    Track = static_cast<int>(LevelBy::track),
+    Album = static_cast<int>(LevelBy::album),
+};
+Q_ENUM_NS(Value)
+} // namespace LevelChoice
+
 namespace Tint {
 Q_NAMESPACE
 QML_ELEMENT

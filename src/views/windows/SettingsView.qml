@@ -81,6 +81,10 @@ FocusScope {
                 }
                 SettingsHint { text: Strings.soundCheckHint }
                 SettingsHint { text: Strings.soundCheckLeftOut }
+                LevelSettings {
+                    width: parent.width
+                    visible: Library.soundCheck.soundCheckEnabled
+                }
             }
             SettingsGroup {
                 title: Strings.startWith
