@@ -232,6 +232,10 @@ void LibraryViewModel::connectRows() {
         m_tableOrder->forget(TablePlace::playlist(id));
         m_tableColumns->forget(TablePlace::playlist(id));
     });
+    connect(m_playlists.get(), &Playlists::cameBack, this, [this](const QUuid& id) {
+        m_tableOrder->remember(TablePlace::playlist(id));
+        m_tableColumns->remember(TablePlace::playlist(id));
+    });
     // The full-screen player would hide the place that a jump shows.
     connect(m_browsing.get(), &Browsing::jumping, this,
             [this] { m_views->setShowFullPlayer(false); });

@@ -20,11 +20,13 @@ struct RunningLibrary {
     QTemporaryDir music;
     std::unique_ptr<LibraryViewModel> library;
 
-    /// A short tone in the folder; its path. Folders between are made.
+    /// A short tone in the folder, another for each name; its path. Folders between are made.
     QString wave(const QString& name) {
         QString path = music.filePath(name);
         QDir().mkpath(path.section(QLatin1Char('/'), 0, -2));
-        writeWave(sine(440, 0.5, 8000, 8000, 1), path);
+        Pcm tone = sine(440, 0.5, 8000, 8000, 1);
+        tone.samples[0] = static_cast<std::int32_t>(qHash(name) % 30'000);
+        writeWave(tone, path);
         return path;
     }
     static void until(const std::function<bool()>& reached) {

@@ -58,10 +58,14 @@ void TableColumns::setPlace(const QString& place) {
 }
 
 void TableColumns::load() {
-    auto known = m_known.constFind(m_place);
+    set(columnsOf(m_place));
+}
+
+QList<int> TableColumns::columnsOf(const QString& place) {
+    auto known = m_known.constFind(place);
     if (known == m_known.cend() && m_isRestored)
-        known = m_known.insert(m_place, stored(m_place));
-    set(known == m_known.cend() ? standard(m_place) : *known);
+        known = m_known.insert(place, stored(place));
+    return known == m_known.cend() ? standard(place) : *known;
 }
 
 QList<int> TableColumns::stored(const QString& place) const {
@@ -88,17 +92,19 @@ bool TableColumns::isStandard() const {
 
 void TableColumns::toggle(TrackOrder column) {
     QList<int> columns;
-    QStringList names;
-    for (const TrackOrder one : all) {
-        const bool isShown = m_shown.contains(static_cast<int>(one));
-        if (isShown == (one == column))
-            continue;
-        columns.append(static_cast<int>(one));
-        names.append(rawValue(one));
-    }
+    for (const TrackOrder one : all)
+        if (shows(one) != (one == column))
+            columns.append(static_cast<int>(one));
     m_known.insert(m_place, columns);
     set(columns);
-    m_preferences.setStrings(keyOf(m_place), names);
+    store(m_place, columns);
+}
+
+void TableColumns::store(const QString& place, const QList<int>& columns) {
+    QStringList names;
+    for (const int column : columns)
+        names.append(rawValue(static_cast<TrackOrder>(column)));
+    m_preferences.setStrings(keyOf(place), names);
 }
 
 void TableColumns::reset() {
@@ -108,8 +114,13 @@ void TableColumns::reset() {
 }
 
 void TableColumns::forget(const QString& place) {
-    m_known.remove(place);
+    columnsOf(place); // known from now on, should the place come back
     m_preferences.remove(keyOf(place));
+}
+
+void TableColumns::remember(const QString& place) {
+    if (const QList<int> columns = columnsOf(place); columns != standard(place))
+        store(place, columns);
 }
 
 void TableColumns::set(const QList<int>& columns) {

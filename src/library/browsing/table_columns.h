@@ -32,8 +32,10 @@ class TableColumns : public QObject {
     /// The table shows this place now. Without one the columns stay as they are: a table that goes
     /// keeps its look.
     void setPlace(const QString& place);
-    /// The place is no more: nothing of it stays stored.
+    /// The place is no more: nothing of it stays stored. It may come back while the program runs.
     void forget(const QString& place);
+    /// A forgotten place is back: its choice is stored again.
+    void remember(const QString& place);
 
     [[nodiscard]] QList<int> shown() const { return m_shown; }
     [[nodiscard]] QList<int> offered() const;
@@ -53,6 +55,8 @@ class TableColumns : public QObject {
 
   private:
     [[nodiscard]] QList<int> stored(const QString& place) const;
+    QList<int> columnsOf(const QString& place);
+    void store(const QString& place, const QList<int>& columns);
     void load();
     void set(const QList<int>& columns);
     void tell();

@@ -57,17 +57,25 @@ void TableOrder::choose(TrackOrder column) {
     else
         set({});
     m_known.insert(m_place, m_sorting);
-    m_preferences.setString(TablePlace::key(SettingsKey::trackOrder, m_place),
-                            rawValue(m_sorting.by));
-    m_preferences.setBoolean(TablePlace::key(SettingsKey::trackOrderDescending, m_place),
-                             m_sorting.isDescending);
+    store(m_place, m_sorting);
     Q_EMIT chosen();
 }
 
+void TableOrder::store(const QString& place, const TrackSorting& sorting) {
+    m_preferences.setString(TablePlace::key(SettingsKey::trackOrder, place), rawValue(sorting.by));
+    m_preferences.setBoolean(TablePlace::key(SettingsKey::trackOrderDescending, place),
+                             sorting.isDescending);
+}
+
 void TableOrder::forget(const QString& place) {
-    m_known.remove(place);
+    sortingOf(place); // known from now on, should the place come back
     m_preferences.remove(TablePlace::key(SettingsKey::trackOrder, place));
     m_preferences.remove(TablePlace::key(SettingsKey::trackOrderDescending, place));
+}
+
+void TableOrder::remember(const QString& place) {
+    if (const TrackSorting sorting = sortingOf(place); sorting != TrackSorting())
+        store(place, sorting);
 }
 
 void TableOrder::set(const TrackSorting& sorting) {

@@ -25,11 +25,13 @@ class TableOrder : public QObject {
     void restore();
     /// The table shows this place now; empty: there is no table.
     void setPlace(const QString& place);
-    /// The place is no more: nothing of it stays stored.
+    /// The place is no more: nothing of it stays stored. It may come back while the program runs.
     void forget(const QString& place);
+    /// A forgotten place is back: its choice is stored again.
+    void remember(const QString& place);
 
     /// The choice for any place, shown or not.
-    [[nodiscard]] TrackSorting sortingOf(const QString& place);
+    TrackSorting sortingOf(const QString& place);
     [[nodiscard]] const TrackSorting& sorting() const { return m_sorting; }
     [[nodiscard]] TrackOrder by() const { return m_sorting.by; }
     [[nodiscard]] bool isDescending() const { return m_sorting.isDescending; }
@@ -45,6 +47,7 @@ class TableOrder : public QObject {
 
   private:
     [[nodiscard]] TrackSorting stored(const QString& place) const;
+    void store(const QString& place, const TrackSorting& sorting);
     void load();
     void set(const TrackSorting& sorting);
 

@@ -281,6 +281,7 @@ void Playlists::putBack(std::size_t row, const Playlist& playlist) {
     m_playlists.insert(m_playlists.begin() + static_cast<std::ptrdiff_t>(at), playlist);
     endInsertRows();
     persistPlaylists();
+    Q_EMIT cameBack(playlist.id);
 }
 
 void Playlists::pathsChanged(std::size_t row) {

@@ -81,6 +81,8 @@ class Playlists : public QAbstractListModel {
     void deleting(const QUuid& id);
     void removingPaths(const QStringList& paths, const QUuid& id);
     void deleted(const QUuid& id);
+    /// A playlist that was deleted is back.
+    void cameBack(const QUuid& id);
 
   private:
     [[nodiscard]] QString freeName(const QString& name) const;

@@ -131,8 +131,9 @@ TEST_F(HeldFilesTest, PlaceholdersAreNeverOpened) {
     std::vector<std::pair<QString, std::unique_ptr<HeldFile>>> held;
     const auto hold = [&](const QString& path) {
         held.emplace_back(path, nullptr);
-        // A thread that an ended library has left behind may still have it open.
+        // A thread that has read it, perhaps for an ended library, may still have it open.
         ASSERT_TRUE(waitFor([&] {
+            held.back().second.reset();
             held.back().second = std::make_unique<HeldFile>(path);
             return held.back().second->isHeld();
         })) << qPrintable(path);

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "library/browsing/table_place.h"
 #include "library/library_concerns.h"
 #include "library/library_view_model.h"
 #include "library/tracks.h"
@@ -296,6 +297,31 @@ TEST_F(TidyingTest, PlaylistsAndTheirTracksComeBack) {
     library.history()->undo();
     EXPECT_EQ(library.playlists()->all(), before);
     EXPECT_FALSE(library.history()->canUndo());
+}
+
+TEST_F(TidyingTest, APlaylistComesBackWithItsColumnsAndOrder) {
+    const QUuid id = library.playlists()->createPlaylist(u"First"_s);
+    library.browsing()->setSelectedPlaylistID(id);
+    library.tableOrder()->choose(TrackOrder::year);
+    library.tableColumns()->toggle(TrackOrder::year);
+    const auto stored = [&] {
+        const QString place = TablePlace::playlist(id);
+        TableOrder order(environment.preferences);
+        TableColumns columns(environment.preferences);
+        order.restore();
+        columns.restore();
+        columns.setPlace(place);
+        return std::pair(order.sortingOf(place).by, columns.shows(TrackOrder::year));
+    };
+    const std::pair chosen(TrackOrder::year, true);
+    ASSERT_EQ(stored(), chosen);
+    library.playlists()->deletePlaylist(id);
+    EXPECT_EQ(stored(), std::pair(TrackOrder::library, false));
+    library.history()->undo();
+    EXPECT_EQ(stored(), chosen);
+    library.browsing()->setSelectedPlaylistID(id);
+    EXPECT_EQ(library.tableOrder()->by(), TrackOrder::year);
+    EXPECT_TRUE(library.tableColumns()->shows(TrackOrder::year));
 }
 
 // A library that is too large to be searched, derived or emptied at once. Every song is there three

@@ -14,17 +14,18 @@ PressableBase {
     readonly property bool isSorted: Library.tableOrder.by === root.column
     readonly property bool isOfLibrary: Library.browsing.mode === BrowseMode.Songs
                                         && Library.browsing.selectedPlaylistName.length === 0
+    readonly property string deed: !root.isSorted ? Strings.sortByColumn
+        : !Library.tableOrder.isDescending ? Strings.reverseOrder
+        : root.isOfLibrary ? Strings.libraryOrder : Strings.ownOrder
     readonly property real arrowRoom: root.isSorted ? arrow.size + 2 : 0
 
     implicitWidth: Math.min(label.implicitWidth + root.arrowRoom, root.room)
     implicitHeight: 24
-    tip: !root.isSorted ? Strings.sortByColumn
-       : !Library.tableOrder.isDescending ? Strings.reverseOrder
-       : root.isOfLibrary ? Strings.libraryOrder : Strings.ownOrder
+    tip: label.truncated || root.name !== root.text ? root.name + "\n" + root.deed : root.deed
     Accessible.role: Accessible.ColumnHeader
     Accessible.name: root.name
-    Accessible.description: !root.isSorted ? root.tip
-        : (Library.tableOrder.isDescending ? Strings.sortedDescending : Strings.sortedAscending) + ". " + root.tip
+    Accessible.description: !root.isSorted ? root.deed
+        : (Library.tableOrder.isDescending ? Strings.sortedDescending : Strings.sortedAscending) + ". " + root.deed
     onClicked: Library.tableOrder.choose(root.column)
 
     contentItem: Item {
