@@ -70,22 +70,21 @@ void MovedTracks::settle() {
 
 std::vector<Move> MovedTracks::likelyMoves() const {
     std::vector<Move> moves;
-    QSet<SoundIdentity> seen;
-    for (const QString& path : m_came) {
+    if (m_came.isEmpty())
+        return moves;
+    QHash<SoundIdentity, QStringList> gone;
+    for (const QString& path : m_needs.availability.unavailablePaths()) {
         const TrackPtr track = m_needs.store.track(path);
-        if (!track || !track->identity.isKnown() || seen.contains(track->identity))
-            continue;
-        seen.insert(track->identity);
-        QStringList gone;
-        QStringList came;
-        for (const QString& copy : m_needs.sounds.pathsOf(track->identity)) {
-            const bool isMissing = m_needs.availability.state(copy) == TrackAvailability::missing;
-            if (isMissing && copy != m_needs.queue.currentPath())
-                gone.append(copy);
-            else if (!isMissing && m_came.contains(copy))
-                came.append(copy);
-        }
-        const auto own = movesBetween(gone, came);
+        if (track && track->identity.isKnown() && path != m_needs.queue.currentPath())
+            gone[track->identity].append(path);
+    }
+    for (auto sound = gone.cbegin(); sound != gone.cend(); ++sound) {
+        QStringList came = m_needs.sounds.pathsOf(sound.key());
+        came.removeIf([&](const QString& path) {
+            return !m_came.contains(path) ||
+                   m_needs.availability.state(path) == TrackAvailability::missing;
+        });
+        const auto own = movesBetween(*sound, came);
         moves.insert(moves.end(), own.cbegin(), own.cend());
     }
     return moves;

@@ -27,6 +27,15 @@ TrackRows oldRecords(const TrackRows& rows) {
     return old;
 }
 
+// A cover beside the file may have been noticed since the file was read.
+TrackPtr withCoverOf(const TrackPtr& present, const TrackPtr& row) {
+    if (!present || present->coverURL == row->coverURL)
+        return row;
+    Track changed = *row;
+    changed.coverURL = present->coverURL;
+    return makeRow(std::move(changed));
+}
+
 } // namespace
 
 RecordRenewal::RecordRenewal(LibraryStore& store, CatalogPublisher& catalog, PlayQueue& queue,
@@ -97,7 +106,9 @@ TrackRows RecordRenewal::readAgain(const TrackRows& old, const ReadingNeeds& nee
 }
 
 void RecordRenewal::takeOver(TrackRows renewed) {
-    const TrackRows portion = takeLast(renewed, takenOverAtOnce);
+    TrackRows portion = takeLast(renewed, takenOverAtOnce);
+    for (TrackPtr& row : portion)
+        row = withCoverOf(m_store.track(row->path()), row);
     m_store.replace(portion);
     m_queue.replace(portion, m_queued);
     if (renewed.empty()) {
