@@ -179,6 +179,12 @@ bool PrivateSoundServer::hasPausedStream() {
     return control({u"list"_s, u"sink-inputs"_s}).contains(u"Corked: yes"_s);
 }
 
+qsizetype PrivateSoundServer::streams() {
+    return control({u"list"_s, u"short"_s, u"sink-inputs"_s})
+        .split(u'\n', Qt::SkipEmptyParts)
+        .size();
+}
+
 std::optional<std::uint32_t> PrivateSoundServer::sinkIndex(const QString& name) {
     const auto lines = control({u"list"_s, u"short"_s, u"sinks"_s}).split(u'\n');
     for (const QString& line : lines) {

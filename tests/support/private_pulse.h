@@ -88,6 +88,8 @@ class PrivateSoundServer {
     void setDefaultSink(const QString& name);
     void suspendSink(const QString& name, bool suspended);
     bool hasPausedStream();
+    /// How many streams play or are paused.
+    qsizetype streams();
     /// The server's number for a sink; none without one.
     std::optional<std::uint32_t> sinkIndex(const QString& name);
     /// Starts to record what a sink plays and waits until the recording runs. What has been

@@ -18,6 +18,10 @@ namespace {
 constexpr std::size_t mostFailures = 3;
 constexpr double failureMemory = 5; // s
 
+std::chrono::milliseconds inMilliseconds(double seconds) {
+    return std::chrono::ceil<std::chrono::milliseconds>(std::chrono::duration<double>(seconds));
+}
+
 } // namespace
 
 PulseOutput::PulseOutput(PulseServer& server, Clock& clock, QObject* parent)
@@ -30,7 +34,8 @@ PulseOutput::PulseOutput(PulseServer& server, Clock& clock, QObject* parent)
 
 PulseOutput::~PulseOutput() {
     close();
-    const std::chrono::duration<double> left(m_ending ? m_endingHeard - m_clock.now() : 0);
+    const double last = m_endings.empty() ? 0 : m_endings.back().times.surely - m_clock.now();
+    const std::chrono::duration<double> left(last);
     std::this_thread::sleep_for(left); // or the end would be cut off
 }
 
@@ -72,31 +77,45 @@ PulseStream::Events PulseOutput::events() {
 }
 
 void PulseOutput::close() {
-    const auto heard = isOpen() ? m_stream->endingHeard() : std::nullopt;
-    if (heard) {
+    const auto ending = isOpen() ? m_stream->ending() : std::nullopt;
+    if (ending) {
         m_stream->leave();
-        m_ending = std::move(m_stream);
-        m_endingHeard = *heard;
-        const std::chrono::duration<double, std::milli> left((*heard - m_clock.now()) * 1000);
-        m_ended = m_clock.after(std::chrono::ceil<std::chrono::milliseconds>(left),
-                                [this] { m_ending.reset(); });
+        m_endings.push_back({std::move(m_stream), *ending});
+        dropEnded();
     }
     m_stream.reset();
+    m_startsLater.reset();
     ++m_generation;
     m_lost = false;
     m_running = false;
     m_streamSink.reset();
 }
 
+void PulseOutput::dropEnded() {
+    while (!m_endings.empty() && m_endings.front().times.surely <= m_clock.now())
+        m_endings.pop_front();
+    if (m_endings.empty())
+        return;
+    const std::chrono::duration<double, std::milli> left(
+        (m_endings.front().times.surely - m_clock.now()) * 1000);
+    m_ended =
+        m_clock.after(std::chrono::ceil<std::chrono::milliseconds>(left), [this] { dropEnded(); });
+}
+
 Result<> PulseOutput::start() {
     if (!isOpen())
         return Failure{u"no stream is open"_s};
     m_running = true;
-    m_stream->start();
+    const double wait = m_endings.empty() ? 0 : m_endings.back().times.heard - m_clock.now();
+    if (wait > 0)
+        m_startsLater = m_clock.after(inMilliseconds(wait), [this] { m_stream->start(); });
+    else
+        m_stream->start();
     return {};
 }
 
 void PulseOutput::pause() {
+    m_startsLater.reset();
     m_running = false;
     if (isOpen())
         m_stream->pause();

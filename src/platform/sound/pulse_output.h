@@ -7,6 +7,7 @@
 #include "platform/sound/pulse_stream.h"
 #include "platform/sound/sound_output.h"
 
+#include <deque>
 #include <memory>
 #include <vector>
 
@@ -38,7 +39,15 @@ class PulseOutput final : public SoundOutput {
     [[nodiscard]] int holes() const { return m_holes; }
 
   private:
+    /// A stream that was closed, while the end of its sound is on its way to the ear. The next one
+    /// starts behind that: two sounds at once would be too loud.
+    struct Ending {
+        std::unique_ptr<PulseStream> stream;
+        PulseStream::EndTimes times;
+    };
+
     PulseStream::Events events();
+    void dropEnded();
     void streamFailed(int error);
     void streamPlaced(std::uint32_t sink);
     void streamRanDry();
@@ -50,10 +59,10 @@ class PulseOutput final : public SoundOutput {
 
     Mailbox m_news;                        ///< from the audio thread
     std::unique_ptr<PulseStream> m_stream; ///< between open and close, also when it has been lost
-    std::unique_ptr<PulseStream> m_ending; ///< the one before, whose end is still to be heard
-    double m_endingHeard = 0;              ///< by then
-    std::unique_ptr<Timer> m_ended;
-    std::uint64_t m_generation = 0; ///< of the stream; news of an older one is dropped
+    std::deque<Ending> m_endings;          ///< of those before, the oldest first
+    std::unique_ptr<Timer> m_ended;        ///< the oldest
+    std::unique_ptr<Timer> m_startsLater;  ///< behind the newest
+    std::uint64_t m_generation = 0;        ///< of the stream; news of an older one is dropped
     bool m_lost = false;
     bool m_running = false;
     std::optional<std::uint32_t> m_streamSink; ///< where the stream plays, once it is known

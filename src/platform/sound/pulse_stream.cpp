@@ -59,6 +59,22 @@ pa_stream* newStream(pa_context* context, const StreamFormat& format) {
     return stream;
 }
 
+// A stream that the server is still making can't be disconnected, and would stay for good. Its
+// context keeps it until it is there.
+void disconnect(pa_stream* stream) {
+    if (pa_stream_get_state(stream) != PA_STREAM_CREATING) {
+        pa_stream_disconnect(stream);
+        return;
+    }
+    pa_stream_set_state_callback(
+        stream,
+        [](pa_stream* made, void*) {
+            if (pa_stream_get_state(made) == PA_STREAM_READY)
+                pa_stream_disconnect(made);
+        },
+        nullptr);
+}
+
 } // namespace
 
 Result<std::unique_ptr<PulseStream>> PulseStream::open(PulseServer& server, const Clock& clock,
@@ -158,7 +174,7 @@ PulseStream::~PulseStream() {
     const PulseServer::Lock lock(m_server);
     if (!m_stream)
         return;
-    pa_stream_disconnect(m_stream);
+    disconnect(m_stream);
     pa_stream_unref(m_stream);
 }
 
@@ -218,9 +234,9 @@ void PulseStream::pause() {
         release(pa_stream_cork(m_stream, 1, nullptr, nullptr));
 }
 
-std::optional<double> PulseStream::endingHeard() const {
+std::optional<PulseStream::EndTimes> PulseStream::ending() const {
     const PulseServer::Lock lock(m_server);
-    return m_ending ? std::optional(m_ending->heard) : std::nullopt;
+    return m_ending ? std::optional(m_ending->times) : std::nullopt;
 }
 
 void PulseStream::revise() {
@@ -251,8 +267,10 @@ bool PulseStream::endSound() {
         return false;
     forgetEnding();
     constexpr double late = 0.05;
-    const double wait = replaceableFrom + m_untouchable + RenderSource::changeSeconds + late;
-    m_ending = Ending{m_heard.rendered(), m_clock.now() + wait};
+    const double now = m_clock.now();
+    const double heard = replaceableFrom + m_untouchable + RenderSource::changeSeconds;
+    const double wait = heard + late;
+    m_ending = Ending{m_heard.rendered(), {now + heard, now + wait}};
     write(frames, &RenderSource::rest, frames);
     m_heard.endAt(m_ending->frame);
     m_endingHeard = pa_context_rttime_new(

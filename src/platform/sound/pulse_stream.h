@@ -45,8 +45,12 @@ class PulseStream {
     void pause();
     void flush();
     void revise();
-    /// While the end of the sound is still on its way to the ear: when it has surely been heard.
-    [[nodiscard]] std::optional<double> endingHeard() const;
+    /// The times of an end that is still on its way to the ear.
+    struct EndTimes {
+        double heard = 0;  ///< about then
+        double surely = 0; ///< heard by then, however late the server is
+    };
+    [[nodiscard]] std::optional<EndTimes> ending() const;
     /// Calls and counts nothing any more; what is queued is heard as long as this lives.
     void leave();
 
@@ -54,7 +58,7 @@ class PulseStream {
     /// The sound ends at a frame that is on its way to the ear; behind it there is silence.
     struct Ending {
         std::int64_t frame = 0;
-        double heard = 0; ///< by then
+        EndTimes times;
     };
 
     PulseStream(PulseServer& server, const Clock& clock, const StreamFormat& format,

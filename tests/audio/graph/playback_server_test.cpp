@@ -148,6 +148,20 @@ class OnServer : public testing::Test {
         }
         ASSERT_FALSE(waitFor([&] { return !engine->isPlaying(); }, 1000));
     }
+    /// The same from file to file, each of another rate than the one before and so on a stream of
+    /// its own.
+    void skipAgainAndAgain(int interval) {
+        const QString other = folder.filePath(u"other.wav"_s);
+        writeWave(Pcm{48'000, 2, 24, std::vector<std::int32_t>(20 * 48'000, 1 << 21)}, other);
+        for (int turn = 0; turn < 12; ++turn) {
+            const bool isOther = turn % 2 == 1;
+            ASSERT_TRUE(open(*engine, isOther ? other : path));
+            ASSERT_TRUE(engine->scheduleSegment(isOther ? 0.1 : 40, true));
+            ASSERT_FALSE(waitFor([&] { return !engine->isPlaying(); }, interval));
+        }
+        engine->unload();
+        ASSERT_FALSE(waitFor([&] { return engine->isPlaying(); }, 1000));
+    }
     /// No step that no fade makes: the shortest takes 5 ms to the quarter of full scale that the
     /// numbers are there.
     static void expectNoEdges(const std::vector<float>& samples) {
@@ -356,6 +370,17 @@ TEST_F(OnPulseAudio, EndsSoftlyBeforeEachOfManyQuickSeeks) {
     ASSERT_TRUE(engine->setOutputDevice(sinkNamed(u"pipe"_s)));
     seekAgainAndAgain({130, 100, 50, 20});
     expectNoEdges(listener->samples());
+}
+
+TEST_F(OnPulseAudio, EndsSoftlyBetweenFilesOfDifferentRates) {
+    const auto listener = server.loadPipeSink(u"pipe"_s, rate);
+    ASSERT_TRUE(engine->setOutputDevice(sinkNamed(u"pipe"_s)));
+    for (const int interval : {600, 300, 50, 20})
+        skipAgainAndAgain(interval);
+    const auto heard = listener->samples();
+    expectNoEdges(heard);
+    EXPECT_LT(*std::max_element(heard.begin(), heard.end()), 0.3) << "two sounds at once";
+    EXPECT_TRUE(waitFor([this] { return server.streams() <= 1; })) << "the present one";
 }
 
 TEST_F(OnPipeWire, EndsSoftlyBeforeEachOfManyQuickSeeks) {

@@ -93,6 +93,15 @@ TEST_F(PulseOutputTest, flushDropsWhatIsNotHeard) {
     EXPECT_NEAR(double(heard[1].last()), double(output.framesHeard()), block);
 }
 
+TEST_F(PulseOutputTest, leavesNoStreamBehindThatWasClosedWhileItWasMade) {
+    for (int i = 0; i < 10; ++i)
+        open(); // and closes the one before, of which the server has not told yet
+    EXPECT_TRUE(waitFor([this] { return server.streams() > 0; }));
+    EXPECT_TRUE(waitFor([this] { return server.streams() == 1; })) << server.streams();
+    output.close();
+    EXPECT_TRUE(waitFor([this] { return server.streams() == 0; }));
+}
+
 TEST_F(PulseOutputTest, survivesItsSinkBeingSuspended) {
     const auto recording = server.record(u"null44100"_s, rate);
     open();
