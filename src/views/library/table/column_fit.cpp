@@ -22,6 +22,12 @@ bool isFigure(TrackOrder column) {
     return column == TrackOrder::year || column == TrackOrder::plays || column == TrackOrder::added;
 }
 
+// Older versions of QList's own comparison hand the null pointer of an empty list to memcmp,
+// which the undefined-behaviour sanitizer ends the program for.
+bool isSame(const QList<int>& one, const QList<int>& other) {
+    return std::equal(one.cbegin(), one.cend(), other.cbegin(), other.cend());
+}
+
 } // namespace
 
 double columnWidth(TrackOrder column) {
@@ -75,7 +81,7 @@ QList<int> fittingColumns(const QList<int>& chosen, double room, double leastTit
 }
 
 void ColumnFit::setChosen(const QList<int>& chosen) {
-    if (std::exchange(m_chosen, chosen) == chosen)
+    if (isSame(std::exchange(m_chosen, chosen), chosen))
         return;
     Q_EMIT chosenChanged();
     fit();
@@ -107,7 +113,7 @@ void ColumnFit::fit() {
     if (m_isOfOneAlbum)
         wanted.removeAll(static_cast<int>(TrackOrder::album));
     const QList<int> fitting = fittingColumns(wanted, m_room, m_leastTitleWidth);
-    if (std::exchange(m_fitting, fitting) == fitting)
+    if (isSame(std::exchange(m_fitting, fitting), fitting))
         return;
     m_texts.clear();
     m_figures.clear();
