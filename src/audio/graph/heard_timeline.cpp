@@ -15,8 +15,12 @@ std::int64_t HeardTimeline::mediaHeard(SampleRing<StreamAnchor>& anchors,
                                        std::int64_t streamHeard) {
     StreamAnchor anchor;
     while (anchors.read(&anchor, 1) == 1) {
-        if (anchor.epoch == m_epoch)
-            m_anchors.push_back(anchor);
+        if (anchor.epoch != m_epoch)
+            continue;
+        // An end of the sound that has been taken back.
+        while (!m_anchors.empty() && m_anchors.back().streamFrame > anchor.streamFrame)
+            m_anchors.pop_back();
+        m_anchors.push_back(anchor);
     }
     while (m_anchors.size() > 1 && m_anchors[1].streamFrame <= streamHeard)
         m_anchors.pop_front();

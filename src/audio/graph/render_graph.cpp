@@ -28,7 +28,8 @@ void RenderGraph::beginStream(std::shared_ptr<StreamPipe> pipe) {
     m_fadeFrames = std::size_t(m_pipe->format().sampleRate) / 200; // 5 ms
     m_epoch = 0;
     m_streamFrame = 0;
-    m_since = 0;
+    m_silentSince = 0;
+    m_reach = 0;
     m_sounding = false;
     m_starts = {};
     m_past.begin(m_pipe->format());
@@ -59,15 +60,29 @@ void RenderGraph::finish(float* interleaved, std::size_t frames) noexcept {
     m_streamFrame += std::int64_t(frames);
 }
 
-/// Where sound and silence begin has been told already, so neither is left.
+/// Where a run begins has been told already, so that is not left.
 std::size_t RenderGraph::rewind(std::size_t frames) noexcept {
-    frames = std::min({frames, std::size_t(m_streamFrame - m_since), m_past.keptFrames()});
-    if (m_sounding && frames > 0)
-        frames = goBack(frames);
-    if (frames > 0)
-        m_past.goBack(frames);
-    m_streamFrame -= std::int64_t(frames);
-    return frames;
+    frames = std::min({frames, std::size_t(m_streamFrame - m_reach), m_past.keptFrames()});
+    const auto silence = m_sounding ? 0 : std::size_t(m_streamFrame - m_silentSince);
+    auto taken = std::min(frames, silence);
+    m_streamFrame -= std::int64_t(taken);
+    if (frames > silence && (m_sounding || takeEndBack())) {
+        const auto sound = goBack(frames - silence);
+        m_streamFrame -= std::int64_t(sound);
+        taken += sound;
+        if (silence > 0)
+            anchor(0, true);
+    }
+    if (taken > 0)
+        m_past.goBack(taken);
+    return taken;
+}
+
+/// The run before the present silence goes on. Needs room to say both that it does and that it
+/// ends, as a run that begins.
+bool RenderGraph::takeEndBack() noexcept {
+    m_sounding = m_pipe->anchors.writeAvailable() >= 2;
+    return m_sounding;
 }
 
 /// To the ring's samples before, with every stage as it is now.
@@ -90,7 +105,7 @@ std::size_t RenderGraph::goBack(std::size_t frames) noexcept {
         left -= block;
     }
     m_mediaFrame -= std::int64_t(frames);
-    const auto intoRun = std::size_t(m_streamFrame - m_since) - frames;
+    const auto intoRun = std::size_t(m_streamFrame - m_reach) - frames;
     m_fadeLeft = m_runFade - std::min(m_runFade, intoRun);
     if (const auto* gains = m_segmentGains.take())
         m_gains = *gains;
@@ -140,7 +155,7 @@ std::size_t RenderGraph::pull(float* interleaved, std::size_t frames) noexcept {
 
 void RenderGraph::beginRun() noexcept {
     m_sounding = true;
-    m_since = m_streamFrame;
+    m_reach = m_streamFrame;
     anchor(0, true);
     m_runFade = m_mediaFrame > 0 || m_pipe->fadesIn() ? m_fadeFrames : 0;
     m_fadeLeft = m_runFade;
@@ -148,7 +163,7 @@ void RenderGraph::beginRun() noexcept {
 
 void RenderGraph::endRun(std::size_t offset) noexcept {
     m_sounding = false;
-    m_since = m_streamFrame + std::int64_t(offset);
+    m_silentSince = m_streamFrame + std::int64_t(offset);
     anchor(offset, false);
 }
 
@@ -166,7 +181,8 @@ void RenderGraph::beginEpoch(std::uint32_t epoch) noexcept {
     m_pipe->samples.skipTo(m_pipe->beginning());
     m_mediaFrame = 0;
     if (std::exchange(m_sounding, false))
-        m_since = m_streamFrame; // the epoch before is not gone back to
+        m_silentSince = m_streamFrame;
+    m_reach = m_silentSince; // the epoch before is not gone back to
     if (const auto* curve = m_curves.take())
         m_curve = *curve;
     const auto& format = m_pipe->format();

@@ -62,6 +62,7 @@ class RenderGraph final : public RenderSource {
     void fadeOut(float* interleaved, std::size_t frames) noexcept;
     void applySegmentGains(float* interleaved, std::size_t frames, std::size_t sounding) noexcept;
     [[nodiscard]] float gainOf(std::uint64_t segment) const noexcept;
+    bool takeEndBack() noexcept;
     std::size_t goBack(std::size_t frames) noexcept;
     void finish(float* interleaved, std::size_t frames) noexcept;
 
@@ -84,7 +85,8 @@ class RenderGraph final : public RenderSource {
     std::uint32_t m_epoch = 0;
     std::int64_t m_streamFrame = 0;
     std::int64_t m_mediaFrame = 0;
-    std::int64_t m_since = 0; ///< the stream's frame where sound or silence has begun
+    std::int64_t m_silentSince = 0; ///< the stream's frame; while it doesn't sound
+    std::int64_t m_reach = 0;       ///< the earliest frame of the stream that can be gone back to
     std::size_t m_fadeFrames = 0;
     std::size_t m_runFade = 0; ///< frames over which the present run fades in
     std::size_t m_fadeLeft = 0;

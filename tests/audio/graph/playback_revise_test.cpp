@@ -118,6 +118,37 @@ TEST_F(Revised, EndsTheSoundSoftlyAndGoesOnWhereItEnded) {
     EXPECT_EQ(elapsedFrames(), std::int64_t(end + output.recording().size()));
 }
 
+// All of the sound has been rendered, and silence behind it.
+TEST_F(Revised, TakesBackTheEndOfAFile) {
+    play(wave(tone(rate)));
+    playAhead(rate - 3000);
+    const auto end = std::size_t(output.framesHeard());
+    ASSERT_EQ(output.recording().back(), 0);
+    engine.setVolume(0.5);
+    EXPECT_NEAR(output.recording()[end + change + 500],
+                0.25 * std::sin(2 * M_PI * 331 * double(end + change + 500) / rate), 1e-3);
+    engine.pause();
+    const auto& heard = output.recording();
+    EXPECT_LT(largestStep(), 2 * naturalStep);
+    EXPECT_TRUE(std::all_of(heard.begin() + std::ptrdiff_t(end + change), heard.end(),
+                            [](float sample) { return sample == 0; }));
+    ASSERT_TRUE(engine.resume());
+    output.hearAll();
+    EXPECT_EQ(elapsedFrames(), std::int64_t(end)) << "silence is no sound";
+    output.clearRecording();
+    playAhead(2000);
+    EXPECT_EQ(elapsedFrames(), rate - 1000);
+    for (std::size_t i = change; i < 3000; ++i) {
+        const double phase = 2 * M_PI * 331 * double(end + i) / rate;
+        ASSERT_NEAR(output.recording()[i], 0.25 * std::sin(phase), 1e-3) << i;
+    }
+    EXPECT_EQ(output.recording()[3000], 0);
+    EXPECT_EQ(trackEnds, 0);
+    playAhead(2000);
+    pass(0.1);
+    EXPECT_EQ(trackEnds, 1);
+}
+
 TEST_F(Revised, JumpsWithoutAnEdge) {
     play(wave(tone(20 * rate)));
     for (const double to : {15.003, 2.5, 9.0011}) {
