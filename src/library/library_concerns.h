@@ -15,6 +15,7 @@
 #include "library/desktop/now_playing.h"
 #include "library/import/bookmarks.h"
 #include "library/import/cache_persistence.h"
+#include "library/import/followed_folders.h"
 #include "library/import/imported_paths.h"
 #include "library/import/importer.h"
 #include "library/import/metadata_healing.h"

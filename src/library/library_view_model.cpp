@@ -96,6 +96,9 @@ LibraryViewModel::LibraryViewModel(const Environment& environment, QObject* pare
         MovedTracksNeeds{*m_store, *m_catalog, *m_queue, *m_transport, *m_playlists, *m_tidying,
                          *m_availability, *m_soundMemory},
         *m_status, *m_language);
+    m_followedFolders = std::make_unique<FollowedFolders>(
+        FollowedFoldersNeeds{m_environment.preferences, *m_store, *m_availability, *m_importing,
+                             *m_tidying, *m_language, needs});
     m_removals = std::make_unique<RemovalHistory>(
         RemovalNeeds{*m_store, *m_catalog, *m_importedPaths, *m_queue, *m_transport, *m_playlists,
                      *m_userData, *m_tidying},
@@ -155,6 +158,7 @@ void LibraryViewModel::start() {
     m_catalog->setSorting(m_tableOrder->sortingOf(TablePlace::tracks));
     m_tableColumns->restore();
     m_queueMemory->restore();
+    m_followedFolders->restore();
     m_bookmarks->restoreBookmarkAccess();
     m_restoration->restoreImportedAudio();
     observeApplication();
@@ -339,8 +343,13 @@ void LibraryViewModel::connectFiles() {
         m_catalog->whenCurrent(this, [this] {
             libraryGrew();
             m_renewal->renewOldRecords();
+            m_followedFolders->begin();
         });
     });
+    connect(m_followedFolders.get(), &FollowedFolders::filesWentOrCame, m_availability.get(),
+            &Availability::refreshAvailability);
+    connect(m_followedFolders.get(), &FollowedFolders::readAgain, m_healing.get(),
+            &MetadataHealing::applyHealedMetadata);
     connect(m_removals.get(), &RemovalHistory::cameBack, this, [this] {
         m_persistence->persistMetadataCache();
         libraryGrew();
@@ -392,6 +401,7 @@ void LibraryViewModel::observeApplication() {
                         return;
                     m_nowPlaying->applicationActivated();
                     m_availability->refreshAvailability();
+                    m_followedFolders->lookAround();
                     m_language->systemLanguagesChanged();
                 });
     }

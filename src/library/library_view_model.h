@@ -21,6 +21,7 @@ class CoverFiles;
 class CoverStore;
 class Duplicates;
 class EqualizerSettings;
+class FollowedFolders;
 class ImportedPaths;
 class Importer;
 class LanguageSetting;
@@ -93,6 +94,7 @@ class LibraryViewModel : public QObject {
     Q_PROPERTY(int trackCount READ trackCount NOTIFY trackCountChanged)
     Q_PROPERTY(QString librarySummary READ librarySummary NOTIFY librarySummaryChanged)
     Q_PROPERTY(halvane::Importer* importing READ importing CONSTANT)
+    Q_PROPERTY(halvane::FollowedFolders* followedFolders READ followedFolders CONSTANT)
     Q_PROPERTY(halvane::Tidying* tidying READ tidying CONSTANT)
     Q_PROPERTY(halvane::TidyingLists* tidyingLists READ tidyingLists CONSTANT)
     Q_PROPERTY(halvane::CloudDownloads* downloads READ downloads CONSTANT)
@@ -143,6 +145,7 @@ class LibraryViewModel : public QObject {
     /// How many tracks and albums there are, and how large their files are, in one line.
     [[nodiscard]] QString librarySummary() const;
     [[nodiscard]] Importer* importing() const { return m_importing.get(); }
+    [[nodiscard]] FollowedFolders* followedFolders() const { return m_followedFolders.get(); }
     [[nodiscard]] Tidying* tidying() const { return m_tidying.get(); }
     [[nodiscard]] TidyingLists* tidyingLists() const { return m_tidyingLists.get(); }
     [[nodiscard]] CloudDownloads* downloads() const { return m_downloads.get(); }
@@ -241,6 +244,7 @@ class LibraryViewModel : public QObject {
     std::unique_ptr<Restoration> m_restoration;
     std::unique_ptr<Tidying> m_tidying;
     std::unique_ptr<MovedTracks> m_movedTracks;
+    std::unique_ptr<FollowedFolders> m_followedFolders;
     std::unique_ptr<RemovalHistory> m_removals;
     std::unique_ptr<CoverFiles> m_coverFiles;
 

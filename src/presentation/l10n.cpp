@@ -221,6 +221,13 @@ QString foundElsewhere(qint64 count, ResolvedLanguage language) {
                 count);
 }
 
+QString takenIn(qint64 count, ResolvedLanguage language) {
+    return with(isChinese(language) ? u"关注的文件夹中新增 %1 首"
+                : count == 1        ? u"%1 new track from your folders"
+                                    : u"%1 new tracks from your folders",
+                count);
+}
+
 QString importResult(qint64 added, qint64 skipped, ResolvedLanguage language) {
     const bool chinese = isChinese(language);
     if (skipped < 1)

@@ -68,6 +68,8 @@ QString cloudDownloadStarted(qint64 count, ResolvedLanguage language);
 QString playlistCount(qint64 count, ResolvedLanguage language);
 /// Files of the library that are in other places now.
 QString foundElsewhere(qint64 count, ResolvedLanguage language);
+/// New files of followed folders.
+QString takenIn(qint64 count, ResolvedLanguage language);
 /// Tracks added to a playlist; skipped ones were there already.
 QString importResult(qint64 added, qint64 skipped, ResolvedLanguage language);
 /// What an import has done, and how many files of music it has left out because they are of kinds

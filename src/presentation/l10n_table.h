@@ -211,5 +211,12 @@
     X(levelByAlbumHint, u"While tracks of one album follow each other, the album keeps its own dynamics. Other tracks are leveled one by one.", u"连续播放同一专辑的曲目时保留专辑本身的强弱，其他曲目逐曲均衡。") \
     X(levelPreamp, u"Loudness Preamp", u"响度前置增益") \
     X(preventClipping, u"Prevent clipping", u"防止削波") \
-    X(preventClippingHint, u"No gain lifts a track's true peak above full scale.", u"增益不会使曲目的真实峰值超过满刻度。")
+    X(preventClippingHint, u"No gain lifts a track's true peak above full scale.", u"增益不会使曲目的真实峰值超过满刻度。") \
+    X(followedFolders, u"Followed Folders", u"关注的文件夹") \
+    X(newFilesAppear, u"New files appear by themselves", u"新文件自动加入") \
+    X(noFollowedFolders, u"Folders that you add are followed: what comes to them later joins the library.", u"添加的文件夹会被关注：以后放进去的文件会自动加入资料库。") \
+    X(addFolder, u"Add Folder...", u"添加文件夹…") \
+    X(rescanFolders, u"Rescan", u"重新扫描") \
+    X(stopFollowing, u"Stop Following", u"停止关注") \
+    X(removeFolderWithTracks, u"Remove with Its Tracks", u"连同歌曲一起移除")
 // clang-format on

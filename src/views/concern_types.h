@@ -128,6 +128,12 @@ struct TableColumnsType {
     QML_ANONYMOUS
 };
 
+struct FollowedFoldersType {
+    Q_GADGET
+    QML_FOREIGN(halvane::FollowedFolders)
+    QML_ANONYMOUS
+};
+
 struct TableOrderType {
     Q_GADGET
     QML_FOREIGN(halvane::TableOrder)

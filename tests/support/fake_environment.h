@@ -2,6 +2,7 @@
 #pragma once
 
 #include "library/environment.h"
+#include "library/user/settings_keys.h"
 #include "platform/mpris/media_controls.h"
 #include "platform/session/file_chooser.h"
 #include "platform/session/notifications.h"
@@ -101,8 +102,10 @@ class FakeSleepInhibitor final : public SleepInhibitor {
 };
 
 /// Everything outside the program, in a test's hands. A second library made on it finds what the
-/// first one stored.
+/// first one stored. Folders are not followed: a test says itself when it looks at the disk.
 struct FakeEnvironment {
+    FakeEnvironment() { preferences.setBoolean(SettingsKey::followsFolders, false); }
+
     ManualClock clock;
     MemoryPreferences preferences;
     OfflineOutput output;

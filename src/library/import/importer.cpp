@@ -31,6 +31,9 @@ namespace {
 
 constexpr double secondsBetweenRebuilds = 1.0;
 
+// What the user gives waits for so many files at most.
+constexpr qsizetype mostTakenIn = 500;
+
 QStringList namesOf(const std::vector<QString>& paths) {
     QStringList names;
     for (const QString& path : paths)
@@ -101,7 +104,21 @@ void Importer::importDroppedURLs(const QList<QUrl>& urls) {
         if (url.isLocalFile())
             roots.append(url.toLocalFile());
     Q_EMIT rootsGiven(roots);
-    m_waiting.push_back({roots, m_choices});
+    give(roots, From::user);
+}
+
+void Importer::takeIn(const QStringList& files) {
+    assertOwnThread(*this);
+    for (qsizetype first = 0; first < files.size(); first += mostTakenIn)
+        give(files.mid(first, mostTakenIn), From::followedFolder);
+}
+
+// The user's come first.
+void Importer::give(const QStringList& roots, From from) {
+    const auto behind = std::find_if(m_waiting.cbegin(), m_waiting.cend(), [&](const Given& given) {
+        return from == From::user && given.from == From::followedFolder;
+    });
+    m_waiting.insert(behind, {roots, from, m_choices});
     if (!m_isRunning)
         startNext();
 }
@@ -111,7 +128,7 @@ void Importer::importDroppedURLs(const QList<QUrl>& urls) {
 // program's start, while that thread is busy with the first picture.
 struct Importer::Run {
     Importer* importer; // only used in what is posted to the main thread
-    QStringList roots;
+    Given given;
     TrackRows queued;
     std::shared_ptr<const TrackRows> library;
     ReadingNeeds needs;
@@ -122,16 +139,16 @@ struct Importer::Run {
         // The main thread will play the first file.
         const auto preparation = std::async(std::launch::async, &AudioFile::prepare);
         std::shared_ptr<const MetadataIndex> index;
-        QStringList sought = roots;
+        QStringList sought = given.roots;
         GivenPlaylists playlists;
-        const auto lists = std::count_if(roots.cbegin(), roots.cend(), isPlaylistFile);
+        const auto lists = std::count_if(sought.cbegin(), sought.cend(), isPlaylistFile);
         if (lists > 0) {
             index = std::make_shared<const MetadataIndex>(needs.cache.loadIndex());
             playlists = takePlaylists(sought, knownTracks(*index), job.token());
         }
         auto [files, leftOut, missing] =
             TrackMetadataLoader::findAudioFiles({sought.begin(), sought.end()}, job.token());
-        std::vector<FileUrl> fresh = notQueued(files);
+        std::vector<FileUrl> fresh = notThere(files);
         if (!fresh.empty()) {
             if (!index)
                 index = std::make_shared<const MetadataIndex>(needs.cache.loadIndex());
@@ -139,7 +156,7 @@ struct Importer::Run {
             for (GivenPlaylist& list : playlists.lists)
                 for (QString& path : list.paths)
                     path = twins.value(path, path);
-            fresh = notQueued(files);
+            fresh = notThere(files);
         }
         const Found found{files.size(),
                           fresh.size(),
@@ -147,16 +164,16 @@ struct Importer::Run {
                           files.empty() ? QString() : files.front().standardizedPath(),
                           namesOf(missing),
                           playlists,
-                          lists == roots.size()};
-        job.post([importer = importer, roots = roots, found] { importer->take(roots, found); });
+                          lists == given.roots.size()};
+        job.post([importer = importer, found] { importer->take(found); });
         if (!fresh.empty())
             read(job, fresh, std::move(index), preparation);
     }
 
-    [[nodiscard]] std::vector<FileUrl> notQueued(const std::vector<FileUrl>& files) const {
+    // What the user gives joins the queue, also where the library has it.
+    [[nodiscard]] std::vector<FileUrl> notThere(const std::vector<FileUrl>& files) const {
         QSet<QString> known;
-        known.reserve(std::ssize(queued) + std::ssize(files));
-        for (const TrackPtr& row : queued)
+        for (const TrackPtr& row : given.from == From::user ? queued : *library)
             known.insert(row->path());
         std::vector<FileUrl> fresh;
         for (const FileUrl& file : files) {
@@ -234,16 +251,21 @@ void Importer::startNext() {
     m_rebuiltAt = -secondsBetweenRebuilds;
     m_added = 0;
     m_skipped = 0;
-    const QStringList roots = m_waiting.front().roots;
-    m_choicesThen = m_waiting.front().choices;
+    m_running = m_waiting.front();
     m_waiting.pop_front();
-    m_worker.start(Run{this, roots, m_queue.records(), m_store.snapshot(), m_needs,
+    m_worker.start(Run{this, m_running, m_queue.records(), m_store.snapshot(), m_needs,
                        m_language.resolvedLanguage(), m_clock.wallTime() - referenceDateOffset});
 }
 
-void Importer::take(const QStringList& roots, const Found& found) {
+void Importer::take(const Found& found) {
+    const QStringList& roots = m_running.roots;
     qCInfo(libraryLog, "import: %ld roots, %ld audio files", static_cast<long>(roots.size()),
            static_cast<long>(found.files));
+    if (m_running.from == From::followedFolder) {
+        if (found.newFiles == 0)
+            finishTakingIn();
+        return;
+    }
     const ResolvedLanguage language = m_language.resolvedLanguage();
     m_leftOut = static_cast<qint64>(found.leftOut);
     m_missing = found.missing;
@@ -313,13 +335,16 @@ void Importer::addRows(const TrackRows& rows) {
     if (rows.empty())
         return;
     Q_EMIT adding();
-    const bool isFirst = m_added == 0;
-    m_added += static_cast<qint64>(rows.size());
+    const bool isGiven = m_running.from == From::user;
+    const bool isQueueWhole = m_queue.size() >= m_store.size();
     m_store.append(rows);
-    const std::size_t first = m_queue.append(rows);
+    if (isGiven || isQueueWhole) {
+        const std::size_t first = m_queue.append(rows);
+        if (isGiven && m_added == 0)
+            m_first = m_queue.idAt(first);
+    }
+    m_added += static_cast<qint64>(rows.size());
     m_importedPaths.add(pathsOf(rows));
-    if (isFirst)
-        m_first = m_queue.idAt(first);
     // Deriving the albums costs more the larger the library is, so it is not done for every
     // portion.
     const double now = m_clock.now();
@@ -337,10 +362,10 @@ void Importer::playFirst() {
 
 // Later choices win, also where a disk has kept an import waiting. Its own are none of the user's.
 void Importer::askUnlessChosen(const std::function<void()>& ask) {
-    if (m_choices != m_choicesThen)
+    if (m_choices != m_running.choices)
         return;
     ask();
-    m_choices = m_choicesThen;
+    m_choices = m_running.choices;
 }
 
 // Adds what did not come.
@@ -353,7 +378,22 @@ QString Importer::report(const QString& result) const {
     return text;
 }
 
+// They are told of once, however many portions they came in.
+void Importer::finishTakingIn() {
+    m_takenIn += m_added;
+    if (m_added > 0) {
+        m_catalog.rebuildImportedAlbums();
+        Q_EMIT imported();
+    }
+    const bool isMore = !m_waiting.empty() && m_waiting.front().from == From::followedFolder;
+    if (m_takenIn > 0 && !isMore)
+        m_status.add(L10n::takenIn(std::exchange(m_takenIn, 0), m_language.resolvedLanguage()));
+    end();
+}
+
 void Importer::finish() {
+    if (m_running.from == From::followedFolder)
+        return finishTakingIn();
     const ResolvedLanguage language = m_language.resolvedLanguage();
     if (m_added == 0) {
         // They were found a moment ago.
@@ -373,13 +413,19 @@ void Importer::stopImport() {
     if (!m_isRunning)
         return;
     m_worker.leaveBehind(); // it may search a disk that hangs
-    m_waiting.clear();
+    m_waiting.push_front(m_running);
+    QStringList roots;
+    for (const Given& given : std::exchange(m_waiting, {}))
+        if (given.from == From::user)
+            roots += given.roots;
     m_first = {};
+    m_takenIn = 0;
     m_status.add(L10n::importStopped(m_added, m_language.resolvedLanguage()));
     if (m_added > 0) {
         m_catalog.rebuildImportedAlbums();
         Q_EMIT imported();
     }
+    Q_EMIT rootsGivenUp(roots);
     end();
 }
 

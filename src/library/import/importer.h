@@ -48,6 +48,9 @@ class Importer : public QObject {
     Q_INVOKABLE void chooseAndImportMusic(bool files, bool directories);
     /// Imports files and folders, and makes playlists of lists. Every way of importing comes here.
     Q_INVOKABLE void importDroppedURLs(const QList<QUrl>& urls);
+    /// Imports files that have come to followed folders, after all that the user gives. They don't
+    /// play. They join a queue that holds the whole library.
+    void takeIn(const QStringList& files);
     /// The user has chosen something else: what was given before comes, and does not play.
     void giveWay() { ++m_choices; }
     /// Ends the running import and drops those that wait. What has been read stays.
@@ -66,6 +69,8 @@ class Importer : public QObject {
     void importProgressChanged();
     /// The user gave these files and folders.
     void rootsGiven(const QStringList& roots);
+    /// The user has stopped the import of these.
+    void rootsGivenUp(const QStringList& roots);
     /// Tracks are about to be added.
     void adding();
     /// An entry of the queue is to be played as if the user had asked for it.
@@ -89,15 +94,22 @@ class Importer : public QObject {
         bool isListsAlone; ///< nothing else was given
     };
     struct Run;
+    enum class From {
+        user,
+        followedFolder,
+    };
     struct Given {
         QStringList roots;
+        From from;
         int choices; ///< that had been made before
     };
 
+    void give(const QStringList& roots, From from);
     void startNext();
-    void take(const QStringList& roots, const Found& found);
+    void take(const Found& found);
     void addPlaylists(const Found& found);
     [[nodiscard]] bool playsList() const;
+    void finishTakingIn();
     [[nodiscard]] QString resultText(qint64 added) const;
     void addRows(const TrackRows& rows);
     void playFirst();
@@ -119,13 +131,14 @@ class Importer : public QObject {
     const LanguageSetting& m_language;
     const ReadingNeeds m_needs;
     std::deque<Given> m_waiting;
-    int m_choices = 0;     ///< how often the user has chosen what to play
-    int m_choicesThen = 0; ///< when the files of the running import were given
+    Given m_running;   ///< or ran last
+    int m_choices = 0; ///< how often the user has chosen what to play
     bool m_isRunning = false;
     double m_progress = -1;
     double m_rebuiltAt = 0;
     QUuid m_first; ///< the entry that is still to be played, or null
     qint64 m_added = 0;
+    qint64 m_takenIn = 0; ///< and not told of
     qint64 m_skipped = 0;
     qint64 m_leftOut = 0;
     QStringList m_missing;    ///< the names of what was given and is not there

@@ -48,6 +48,10 @@ inline const QString queuePlace = u"Halvane.QueuePlace"_s;
 inline const QString trackOrder = u"Halvane.TrackOrder"_s;
 inline const QString trackOrderDescending = u"Halvane.TrackOrderDescending"_s;
 inline const QString trackColumns = u"Halvane.TrackColumns"_s;
+inline const QString followedFolders = u"Halvane.FollowedFolders"_s;
+inline const QString followsFolders = u"Halvane.FollowsFolders"_s;
+/// Files in followed folders that the user has taken out of the library.
+inline const QString leftOutPaths = u"Halvane.LeftOutPaths"_s;
 inline const QString securityBookmarks = u"Halvane.SecurityBookmarks"_s;
 
 } // namespace halvane::SettingsKey

@@ -87,6 +87,10 @@ FocusScope {
                 }
             }
             SettingsGroup {
+                title: Strings.followedFolders
+                FolderSettings { width: parent.width }
+            }
+            SettingsGroup {
                 title: Strings.startWith
                 SegmentedPicker {
                     name: Strings.startWith
