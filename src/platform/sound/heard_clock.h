@@ -36,6 +36,8 @@ class HeardClock {
     [[nodiscard]] std::int64_t heard(double now) const;
     /// The frame that is at the ear, as far as the last report knows.
     [[nodiscard]] double atEar(double now) const;
+    /// Whether a report has told that sound is being heard.
+    [[nodiscard]] bool isRunning() const { return report().rate > 0; }
 
   private:
     struct Report {

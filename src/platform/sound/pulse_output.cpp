@@ -53,7 +53,8 @@ Result<> PulseOutput::open(const StreamFormat& format, RenderSource& source) {
     // A chosen device that is not there yet, just after the server came back, is no reason to
     // stay silent.
     const QString sink = m_server.sink(m_chosenSink) ? m_chosenSink : QString();
-    auto opened = PulseStream::open(m_server, m_clock, format, sink, source, m_heard, events());
+    auto opened = PulseStream::open(m_server, m_clock, format, sink, source, m_heard, m_untouchable,
+                                    events());
     if (!opened)
         return opened.failure();
     m_stream = *std::move(opened);
@@ -77,6 +78,8 @@ PulseStream::Events PulseOutput::events() {
 }
 
 void PulseOutput::close() {
+    if (m_stream)
+        m_untouchable = m_stream->untouchable();
     const auto ending = isOpen() ? m_stream->ending() : std::nullopt;
     if (ending) {
         m_stream->leave();

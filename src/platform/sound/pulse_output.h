@@ -58,6 +58,7 @@ class PulseOutput final : public SoundOutput {
     HeardClock m_heard;
 
     Mailbox m_news;                        ///< from the audio thread
+    double m_untouchable = 0;              ///< see PulseStream::untouchable
     std::unique_ptr<PulseStream> m_stream; ///< between open and close, also when it has been lost
     std::deque<Ending> m_endings;          ///< of those before, the oldest first
     std::unique_ptr<Timer> m_ended;        ///< the oldest

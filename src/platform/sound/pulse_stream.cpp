@@ -80,9 +80,10 @@ void disconnect(pa_stream* stream) {
 Result<std::unique_ptr<PulseStream>> PulseStream::open(PulseServer& server, const Clock& clock,
                                                        const StreamFormat& format,
                                                        const QString& sink, RenderSource& source,
-                                                       HeardClock& heard, Events events) {
+                                                       HeardClock& heard, double untouchable,
+                                                       Events events) {
     std::unique_ptr<PulseStream> stream(
-        new PulseStream(server, clock, format, source, heard, std::move(events)));
+        new PulseStream(server, clock, format, source, heard, untouchable, std::move(events)));
     const PulseServer::Lock lock(server);
     if (!server.context())
         return Failure{QString::fromUtf8(pa_strerror(PA_ERR_CONNECTIONREFUSED))};
@@ -93,7 +94,7 @@ Result<std::unique_ptr<PulseStream>> PulseStream::open(PulseServer& server, cons
 }
 
 PulseStream::PulseStream(PulseServer& server, const Clock& clock, const StreamFormat& format,
-                         RenderSource& source, HeardClock& heard, Events events)
+                         RenderSource& source, HeardClock& heard, double untouchable, Events events)
     : m_server(server)
     , m_clock(clock)
     , m_source(source)
@@ -101,7 +102,8 @@ PulseStream::PulseStream(PulseServer& server, const Clock& clock, const StreamFo
     , m_events(std::move(events))
     , m_frameBytes(sizeof(float) * std::size_t(format.channels))
     , m_sampleRate(format.sampleRate)
-    , m_takesBlocks(server.sinks().takesBlocks) {
+    , m_takesBlocks(server.sinks().takesBlocks)
+    , m_untouchable(untouchable) {
 }
 
 bool PulseStream::connect(const StreamFormat& format, const QString& sink) {
@@ -214,10 +216,15 @@ void PulseStream::start() {
     if (m_ending)
         m_revises = true; // the silence behind it
     else
-        release(pa_stream_cork(m_stream, 0, nullptr, nullptr));
+        uncork();
     soonAgain();
     // Only the audio thread renders, so that is woken.
     m_api->defer_enable(m_wake, 1);
+}
+
+void PulseStream::uncork() {
+    m_uncorkedAt = m_clock.now();
+    release(pa_stream_cork(m_stream, 0, nullptr, nullptr));
 }
 
 void PulseStream::pause() {
@@ -232,6 +239,11 @@ void PulseStream::pause() {
     forgetEnding();
     if (pa_stream_get_state(m_stream) == PA_STREAM_READY)
         release(pa_stream_cork(m_stream, 1, nullptr, nullptr));
+}
+
+double PulseStream::untouchable() const {
+    const PulseServer::Lock lock(m_server);
+    return m_untouchable;
 }
 
 std::optional<PulseStream::EndTimes> PulseStream::ending() const {
@@ -250,7 +262,10 @@ std::size_t PulseStream::takeBack() {
     if (!m_running || pa_stream_get_state(m_stream) != PA_STREAM_READY ||
         pa_stream_is_suspended(m_stream) == 1)
         return 0;
-    double from = m_heard.atEar(m_clock.now()) + (replaceableFrom + m_untouchable) * m_sampleRate;
+    const double now = m_clock.now();
+    double from = m_heard.atEar(now) + (replaceableFrom + m_untouchable) * m_sampleRate;
+    if (!m_heard.isRunning()) // it may have begun, and not been told of yet
+        from += (now - m_uncorkedAt) * m_sampleRate;
     if (m_ending) // that stays
         from = std::max(from, double(m_ending->frame) + RenderSource::changeSeconds * m_sampleRate);
     const auto frames = m_heard.rendered() - std::int64_t(from);
@@ -312,7 +327,7 @@ void PulseStream::stateChanged() {
     case PA_STREAM_READY:
         m_events.placed(pa_stream_get_device_index(m_stream));
         if (m_running) {
-            release(pa_stream_cork(m_stream, 0, nullptr, nullptr));
+            uncork();
             soonAgain();
             pull();
         }

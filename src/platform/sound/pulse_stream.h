@@ -30,11 +30,11 @@ class PulseStream {
     };
 
     /// Asks for a stream on a sink (empty: where the server sees fit), standing still at first.
-    /// Everything handed in must outlive it.
-    static Result<std::unique_ptr<PulseStream>> open(PulseServer& server, const Clock& clock,
-                                                     const StreamFormat& format,
-                                                     const QString& sink, RenderSource& source,
-                                                     HeardClock& heard, Events events);
+    /// `untouchable` is what the stream before has found, until this one finds it out. Everything
+    /// handed in must outlive it.
+    static Result<std::unique_ptr<PulseStream>>
+    open(PulseServer& server, const Clock& clock, const StreamFormat& format, const QString& sink,
+         RenderSource& source, HeardClock& heard, double untouchable, Events events);
     /// After it nothing is called any more.
     ~PulseStream();
 
@@ -51,6 +51,8 @@ class PulseStream {
         double surely = 0; ///< heard by then, however late the server is
     };
     [[nodiscard]] std::optional<EndTimes> ending() const;
+    /// How much of what is queued the server won't take back, in seconds, as far as is known.
+    [[nodiscard]] double untouchable() const;
     /// Calls and counts nothing any more; what is queued is heard as long as this lives.
     void leave();
 
@@ -62,11 +64,12 @@ class PulseStream {
     };
 
     PulseStream(PulseServer& server, const Clock& clock, const StreamFormat& format,
-                RenderSource& source, HeardClock& heard, Events events);
+                RenderSource& source, HeardClock& heard, double untouchable, Events events);
     bool connect(const StreamFormat& format, const QString& sink);
     std::size_t takeBack();
     using Fill = void (RenderSource::*)(float* interleaved, std::size_t frames) noexcept;
     void write(std::size_t frames, Fill fill, std::size_t takenBack);
+    void uncork();
     bool endSound();
     void forgetEnding();
 
@@ -96,7 +99,8 @@ class PulseStream {
     std::optional<Ending> m_ending;
     pa_time_event* m_endingHeard = nullptr; ///< stands still then
     double m_block = 0;                     ///< frames that the server last asked for
-    double m_untouchable = 0;               ///< s; what the server has taken and won't take back
+    double m_untouchable;                   ///< s; what the server has taken and won't take back
+    double m_uncorkedAt = 0;
     pa_mainloop_api* m_api = nullptr;
     pa_defer_event* m_wake = nullptr; ///< has the audio thread pull
     pa_operation* m_timing = nullptr; ///< a question for the timing that is under way

@@ -389,6 +389,14 @@ TEST_F(OnPipeWire, EndsSoftlyBeforeEachOfManyQuickSeeks) {
     expectNoEdges(recording->samples());
 }
 
+TEST_F(OnPipeWire, EndsSoftlyBetweenFilesOfDifferentRates) {
+    const auto recording = record(u"null44100"_s);
+    for (const int interval : {600, 300, 100, 50, 20})
+        skipAgainAndAgain(interval);
+    expectNoEdges(recording->samples());
+    EXPECT_TRUE(waitFor([this] { return server.streams() <= 1; })) << "the present one";
+}
+
 TEST_F(OnPulseAudio, GainsSwitchAtTheJointsOwnSample) {
     const auto level = [this](const QString& name) {
         const QString file = folder.filePath(name);
