@@ -18,7 +18,7 @@ class MainWindowFixture : public testing::Test {
         ASSERT_NE(window, nullptr);
         ui = std::make_unique<WindowDriver>(*window);
     }
-    void TearDown() override { EXPECT_EQ(world.warnings(), QStringList()); }
+    void TearDown() override { EXPECT_EQ(world.warnings().join(u'\n').toStdString(), ""); }
     void resize(QSize size) {
         ui->window().setMinimumSize({});
         ui->window().resize(size);

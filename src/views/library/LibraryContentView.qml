@@ -24,23 +24,47 @@ Item {
         x: Theme.margin
         width: parent.width - 2 * Theme.margin
     }
-    Loader {
-        id: browser
+    Item {
+        id: area
+
+        readonly property TrackTableView rows: browser.item as TrackTableView
+        readonly property LibraryGrid tiles: browser.item as LibraryGrid
+        readonly property Flickable view: rows?.list ?? tiles
+
+        function toBeginning(): void {
+            rows?.toBeginning()
+            tiles?.toBeginning()
+        }
+
         anchors.top: toolbar.bottom
         anchors.topMargin: 10
         anchors.bottom: details.top
         width: parent.width
-        focus: true
-        sourceComponent: Library.trackCount === 0 ? invitation
-                       : root.showsTable ? table
-                       : Library.browsing.mode === BrowseMode.Artists ? artists : albums
+
+        LibraryHeader {
+            id: heading
+            width: parent.width
+            visible: area.view !== null
+            scrolled: area.view ? area.view.contentY - area.view.originY : 0
+            Keys.forwardTo: [browser.item]
+            onSightAsked: area.toBeginning()
+        }
+        Loader {
+            id: browser
+            y: heading.visible ? heading.staying : 0
+            width: parent.width
+            height: parent.height - y
+            focus: true
+            sourceComponent: Library.trackCount === 0 ? invitation
+                           : root.showsTable ? table
+                           : Library.browsing.mode === BrowseMode.Artists ? artists : albums
+        }
     }
     Item {
         id: details
 
         readonly property real full: Math.round(Math.max(240, Math.min(360, root.height * 0.42)))
-        readonly property LibraryGrid grid: browser.item as LibraryGrid
-        readonly property bool mayOpen: wanted && !(grid?.awaitsSecondClick ?? false)
+        readonly property bool mayOpen: wanted && !(area.tiles?.awaitsSecondClick ?? false)
         property bool isOpen
         property real openness: isOpen ? 1 : 0
         readonly property bool isOpening: isOpen && openness < 1
@@ -63,7 +87,7 @@ Item {
                 isOpen = false
         }
         Behavior on openness {
-            enabled: details.grid !== null
+            enabled: area.tiles !== null
             NumberAnimation { duration: Theme.paneSlide; easing.type: Easing.OutQuad }
         }
 
@@ -85,6 +109,8 @@ Item {
         id: albums
         // qmllint disable unqualified
         AlbumGridView {
+            headroom: heading.collapsing
+            wheelArea: area
             roomForPane: details.full - details.height
             paneIsOpening: details.isOpening
         }
@@ -94,6 +120,8 @@ Item {
         id: artists
         // qmllint disable unqualified
         ArtistGridView {
+            headroom: heading.collapsing
+            wheelArea: area
             roomForPane: details.full - details.height
             paneIsOpening: details.isOpening
         }
@@ -101,6 +129,11 @@ Item {
     }
     Component {
         id: table
-        TrackTableView {}
+        // qmllint disable unqualified
+        TrackTableView {
+            headroom: heading.collapsing
+            wheelArea: area
+        }
+        // qmllint enable unqualified
     }
 }

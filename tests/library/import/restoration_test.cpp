@@ -239,7 +239,11 @@ TEST_F(RestorationTest, ReadsAgainOnceWhatCouldNotBeRead) {
     ASSERT_TRUE(half.open(QIODevice::WriteOnly));
     half.write("RIFF");
     half.close();
+    bool isRenewed = false; // which looks at the file, too
+    QObject::connect(library->renewal(), &RecordRenewal::finished, library.get(),
+                     [&] { isRenewed = true; });
     import({path});
+    until([&] { return isRenewed; });
     const auto refreshed = [&] {
         bool isHealed = false;
         const auto connection = QObject::connect(library->healing(), &MetadataHealing::finished,

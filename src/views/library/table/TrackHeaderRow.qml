@@ -105,8 +105,8 @@ Item {
         parent: button
         anchors.fill: parent
         ColumnChooser {
-            x: parent.width - width
-            y: parent.height + Theme.gapTiny
+            x: (parent?.width ?? 0) - width // it may go after its parent
+            y: (parent?.height ?? 0) + Theme.gapTiny
         }
     }
 }

@@ -5,14 +5,20 @@ import Halvane
 
 // The tracks. Return or a click plays one; the Menu key or a right click opens its menu; a track can
 // be dragged onto a playlist and into the queue. Shift, Ctrl and "Select All" choose several, and the
-// menu and a drag then are of all of them.
-ListView {
+// menu and a drag then are of all of them. The heads stay while the rows scroll.
+FocusScope {
     id: root
 
     // Beneath a grid, showing one album's or artist's tracks only.
     property bool isNarrowed
-    // The rows have it, and not a button that scrolls with them.
-    readonly property bool hasKeyboard: Window.activeFocusItem === root
+    // What is drawn over the beginning of the rows, and scrolls away with them.
+    property real headroom
+    property Item wheelArea: root // where the wheel scrolls
+    property alias list: list
+    readonly property real collapsing: root.isNarrowed ? paneHeading.height : root.headroom
+    readonly property real way: Math.max(0, Math.min(root.collapsing, list.contentY - list.originY))
+    // The rows have it, and not a button above them.
+    readonly property bool hasKeyboard: Window.activeFocusItem === list
     readonly property real available: width - 2 * Theme.margin
     readonly property bool isAlbum: root.isNarrowed && Library.browsing.hasFocusedAlbum
     readonly property int discCount: root.isAlbum ? Library.browsing.focusedAlbum.discCount : 0
@@ -32,10 +38,10 @@ ListView {
     }
     function toBeginning(): void {
         scroller.stop()
-        if (root.count > 0)
-            root.positionViewAtBeginning()
+        if (list.count > 0)
+            list.positionViewAtBeginning()
         else // which only knows rows
-            scroller.scrollTo(root.originY - root.topMargin)
+            scroller.scrollTo(list.originY - list.topMargin)
     }
     function reveal(): void {
         scroller.stop()
@@ -43,7 +49,7 @@ ListView {
         if (row < 0)
             return
         cursor.index = row
-        root.positionViewAtIndex(row, ListView.Center)
+        list.positionViewAtIndex(row, ListView.Center)
     }
 
     // What a menu or a drag that begins at a row is of.
@@ -91,24 +97,7 @@ ListView {
             selection.clear()
     }
 
-    model: Library.browsing.visibleTracks
-    reuseItems: true
-    cacheBuffer: 0
-    interactive: false
-    keyNavigationEnabled: false
-    boundsBehavior: Flickable.StopAtBounds
     clip: true
-    Accessible.focusable: true
-    currentIndex: -1
-    highlightFollowsCurrentItem: false
-    Accessible.role: Accessible.Table
-    Accessible.name: Strings.tracks
-    Keys.onPressed: event => {
-        if (root.hasKeyboard)
-            root.handleKey(event)
-    }
-    Keys.onTabPressed: tabStop.leave(true)
-    Keys.onBacktabPressed: tabStop.leave(false)
     Keys.onEscapePressed: event => {
         event.accepted = root.isNarrowed || selection.count > 0
         if (selection.count > 0)
@@ -119,71 +108,132 @@ ListView {
         if (Library.browsing.mode === BrowseMode.Artists)
             Library.browsing.focusedArtist = ""
     }
-    T.ScrollBar.vertical: ScrollLine {}
 
-    // qmllint disable unqualified
-    header: Column {
+    Loader {
+        id: paneHeading
         x: Theme.margin
+        y: -root.way
         width: root.available
-        LibraryHeader {
-            width: parent.width
-            visible: !root.isNarrowed
+        active: root.isNarrowed
+        visible: root.way < height
+        sourceComponent: root.isAlbum ? albumHeading : heading
+    }
+    FocusWatch {
+        area: paneHeading
+        onEntered: {
+            if (root.way > 0)
+                root.toBeginning()
         }
-        AlbumPaneHeader {
+    }
+    Column {
+        id: staying
+        x: Theme.margin
+        y: root.collapsing - root.way
+        width: root.available
+        Loader {
             width: parent.width
-            visible: root.isAlbum
-            rowCount: root.count
-            selectedCount: selection.count
-        }
-        TrackTableHeading {
-            width: parent.width
-            visible: !root.isAlbum
-            isNarrowed: root.isNarrowed
-            rowCount: root.count
-            selectedCount: selection.count
+            active: !root.isNarrowed
+            visible: active
+            sourceComponent: heading
         }
         TrackHeaderRow {
             width: parent.width
             columns: root.columns
-            visible: root.count > 0
-        }
-        NothingHere {
-            width: parent.width
-            visible: root.count === 0
+            visible: list.count > 0
         }
     }
-    footer: Item { height: Theme.gapLarge }
-    section.property: root.discCount > 1 ? "discNumber" : root.isArtist ? "leadArtist" : ""
-    delegate: TrackRow {
-        // Later versions of Qt put rows at x 0 when they lay them out.
-        transform: Translate { x: Theme.margin }
-        width: root.available
-        columns: root.columns
-        heading: ListView.section !== ListView.previousSection ? root.headingOf(ListView.section) : ""
-        hasKeyboard: root.hasKeyboard && index === cursor.index
-        showsRing: hasKeyboard && keys.isByKeyboard
-        hasMenu: menu.visible && menu.path === path
-        isSelected: selection.revision > 0 && selection.contains(trackId)
-        onSelectAsked: modifiers => root.select(index, modifiers)
-        onCarried: drag => {
-            drag.paths = root.pathsAt(this)
-            drag.title = drag.paths.length > 1 ? Strings.sentences.selectedCount(drag.paths.length) : title
+    ListView {
+        id: list
+        focus: true
+        y: staying.height
+        width: root.width
+        height: root.height - y
+        model: Library.browsing.visibleTracks
+        reuseItems: true
+        cacheBuffer: 0
+        interactive: false
+        keyNavigationEnabled: false
+        boundsBehavior: Flickable.StopAtBounds
+        clip: true
+        Accessible.focusable: true
+        currentIndex: -1
+        highlightFollowsCurrentItem: false
+        Accessible.role: Accessible.Table
+        Accessible.name: Strings.tracks
+        Keys.onPressed: event => {
+            if (root.hasKeyboard)
+                root.handleKey(event)
         }
-        onClicked: selection.clear()
-        onPressed: {
-            tabStop.take(Qt.MouseFocusReason)
-            cursor.index = index
+        Keys.onTabPressed: tabStop.leave(true)
+        Keys.onBacktabPressed: tabStop.leave(false)
+        T.ScrollBar.vertical: ScrollLine {}
+
+        // qmllint disable unqualified
+        header: Column {
+            width: root.available
+            // An album's heading may be higher. Rows that were gone to stay where they are.
+            onHeightChanged: {
+                if (list.contentY <= Math.max(0, list.originY))
+                    root.toBeginning()
+            }
+            Item {
+                width: 1
+                height: root.collapsing
+            }
+            NothingHere {
+                x: Theme.margin
+                width: parent.width
+                visible: list.count === 0
+            }
         }
-        onMenuAsked: (x, y) => {
-            cursor.index = index
-            root.openMenu(this, x, y)
+        footer: Item { height: Theme.gapLarge }
+        section.property: root.discCount > 1 ? "discNumber" : root.isArtist ? "leadArtist" : ""
+        delegate: TrackRow {
+            // Later versions of Qt put rows at x 0 when they lay them out.
+            transform: Translate { x: Theme.margin }
+            width: root.available
+            columns: root.columns
+            heading: ListView.section !== ListView.previousSection ? root.headingOf(ListView.section) : ""
+            hasKeyboard: root.hasKeyboard && index === cursor.index
+            showsRing: hasKeyboard && keys.isByKeyboard
+            hasMenu: menu.visible && menu.path === path
+            isSelected: selection.revision > 0 && selection.contains(trackId)
+            onSelectAsked: modifiers => root.select(index, modifiers)
+            onCarried: drag => {
+                drag.paths = root.pathsAt(this)
+                drag.title = drag.paths.length > 1 ? Strings.sentences.selectedCount(drag.paths.length) : title
+            }
+            onClicked: selection.clear()
+            onPressed: {
+                tabStop.take(Qt.MouseFocusReason)
+                cursor.index = index
+            }
+            onMenuAsked: (x, y) => {
+                cursor.index = index
+                root.openMenu(this, x, y)
+            }
+        }
+        // qmllint enable unqualified
+    }
+    // qmllint disable unqualified
+    Component {
+        id: albumHeading
+        AlbumPaneHeader {
+            rowCount: list.count
+            selectedCount: selection.count
+        }
+    }
+    Component {
+        id: heading
+        TrackTableHeading {
+            isNarrowed: root.isNarrowed
+            rowCount: list.count
+            selectedCount: selection.count
         }
     }
     // qmllint enable unqualified
-
     Rectangle {
         visible: root.isNarrowed
-        parent: root
         width: root.width
         height: 1
         color: Theme.hairline
@@ -212,14 +262,14 @@ ListView {
     }
     ListKeys {
         id: keys
-        view: root
+        view: list
         cursor: cursor
-        count: root.count
-        onMoved: row => root.positionViewAtIndex(row, ListView.Contain)
+        count: list.count
+        onMoved: row => list.positionViewAtIndex(row, ListView.Contain)
         rowHeight: Theme.trackRowHeight
         onActivated: row => Library.collections.playInTable(cursor.value(row, "trackId"))
         onMenuAsked: row => {
-            const item = root.itemAtIndex(row) as TrackRow
+            const item = list.itemAtIndex(row) as TrackRow
             if (item)
                 root.openMenu(item, root.columns.title, item.height)
         }
@@ -233,13 +283,12 @@ ListView {
     }
     ListTabStop {
         id: tabStop
-        parent: root
-        view: root
+        view: list
         keys: keys
     }
     WheelScroller {
         id: scroller
-        parent: root
-        view: root
+        parent: root.wheelArea
+        view: list
     }
 }

@@ -3,8 +3,8 @@ import QtQuick
 import QtQuick.Templates as T
 import Halvane
 
-// Tiles beneath the library's header, which scrolls away with them, and their keys. As many columns
-// as fit; a tile gets its share of the width up to its greatest.
+// Tiles beneath the library's header, and their keys. As many columns as fit; a tile gets its share
+// of the width up to its greatest.
 GridView {
     id: root
 
@@ -15,6 +15,9 @@ GridView {
     required property real leastTileWidth
     required property real tileHeight
     required property string chosenId // of the chosen tile; empty: none
+    // What is drawn over the beginning of the list, and scrolls away with it.
+    required property real headroom
+    required property Item wheelArea // where the wheel scrolls
     // What the pane of tracks beneath will still take of the height when it opens.
     required property real roomForPane
     required property bool paneIsOpening
@@ -24,7 +27,7 @@ GridView {
 
     readonly property ListCursor cursor: cursor
     readonly property bool isByKeyboard: keys.isByKeyboard
-    // The rows have it, and not a button that scrolls with them.
+    // The rows have it, and not a button above them.
     readonly property bool hasKeyboard: Window.activeFocusItem === root
     readonly property real available: width - 2 * Theme.margin
     readonly property int columns: Math.max(1, Math.floor((available + spacing) / (leastTileWidth + spacing)))
@@ -115,7 +118,10 @@ GridView {
     header: Column {
         width: root.available
         bottomPadding: 10
-        LibraryHeader { width: root.available }
+        Item {
+            width: 1
+            height: root.headroom
+        }
         Item {
             width: parent.width
             height: 30
@@ -191,7 +197,7 @@ GridView {
     }
     WheelScroller {
         id: scroller
-        parent: root
+        parent: root.wheelArea
         view: root
         acceptedModifiers: Qt.NoModifier
     }
