@@ -155,8 +155,8 @@ class Keys:
 
     def keeps_its_table(self):
         table = thing(self.window, "Tracks", "table")
-        thing(table, "Year", "column header")
-        wait_for("the order", lambda: thing(table, "Title", "column header").get_description()
+        thing(self.window, "Year", "column header")
+        wait_for("the order", lambda: thing(self.window, "Title", "column header").get_description()
                  .startswith("Sorted, descending"))
         rows = [one.get_name() for one in walk(table) if role_of(one) == "list item"]
         expect(rows == sorted(rows, reverse=True) and len(rows) == 4, f"{rows} are not sorted")

@@ -146,6 +146,7 @@ TEST_F(HandsTest, TheDiscOfATileThatIsPointedAtPlaysIt) {
 TEST_F(HandsTest, ASearchShowsItsFirstResultsAndAPlaceItsBeginning) {
     library.browsing()->selectBrowseMode(LibraryMode::songs);
     ASSERT_TRUE(ui->waitsFor(u"Sodium, The Lanterns"_s));
+    ASSERT_TRUE(ui->comesToRest());
     // The heads stand lower while what plays is shown above them.
     const auto heads = [&] { return placeOf(u"Title"_s, QAccessible::ColumnHeader).y(); };
     const int beginning = heads();

@@ -50,7 +50,7 @@ FolderChanges folderChanges(const FolderLook& look, const TrackRows& library,
     std::vector<FileUrl> known;
     QSet<QString> seen; // places may lie in each other
     for (const FileUrl& file : files) {
-        const QString path = file.standardizedPath();
+        const QString& path = file.standardizedPath();
         if (seen.contains(path))
             continue;
         seen.insert(path);

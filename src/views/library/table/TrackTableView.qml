@@ -16,7 +16,8 @@ FocusScope {
     property Item wheelArea: root // where the wheel scrolls
     property alias list: list
     readonly property real collapsing: root.isNarrowed ? paneHeading.height : root.headroom
-    readonly property real way: Math.max(0, Math.min(root.collapsing, list.contentY - list.originY))
+    readonly property real way: root.isPlaced ? Math.max(0, Math.min(root.collapsing, list.contentY - list.originY)) : 0
+    property bool isPlaced // the rows, after what stands above them has got its height
     // The rows have it, and not a button above them.
     readonly property bool hasKeyboard: Window.activeFocusItem === list
     readonly property real available: width - 2 * Theme.margin
@@ -42,6 +43,12 @@ FocusScope {
             list.positionViewAtBeginning()
         else // which only knows rows
             scroller.scrollTo(list.originY - list.topMargin)
+    }
+    // An album's heading may be higher than what was there. Rows that were gone to stay where they are.
+    function place(): void {
+        if (list.contentY <= Math.max(0, list.originY))
+            root.toBeginning()
+        root.isPlaced = true
     }
     function reveal(): void {
         scroller.stop()
@@ -171,11 +178,7 @@ FocusScope {
         // qmllint disable unqualified
         header: Column {
             width: root.available
-            // An album's heading may be higher. Rows that were gone to stay where they are.
-            onHeightChanged: {
-                if (list.contentY <= Math.max(0, list.originY))
-                    root.toBeginning()
-            }
+            onHeightChanged: Qt.callLater(root.place)
             Item {
                 width: 1
                 height: root.collapsing
