@@ -196,8 +196,12 @@ class Halvane:
         self.started = time.monotonic()
         self.pid = int(pid.read_text())
         until(lambda: b"halvane" in pathlib.Path(f"/proc/{self.pid}/comm").read_bytes())
+        until(self.read_environment)  # a program has its name a moment before its environment
+
+    def read_environment(self):
         pairs = pathlib.Path(f"/proc/{self.pid}/environ").read_bytes().split(b"\0")
         self.environment = dict(p.decode().split("=", 1) for p in pairs if b"=" in p)
+        return self.environment
 
     def run(self, *command):
         return subprocess.run(command, env=self.environment, capture_output=True, text=True).stdout

@@ -48,6 +48,7 @@
 #include "library/user/language_setting.h"
 #include "library/user/playlist_export.h"
 #include "library/user/playlists.h"
+#include "library/user/said_transfer.h"
 #include "library/user/sound_memory.h"
 #include "library/user/theme_settings.h"
 #include "library/user/track_user_data.h"

@@ -5,6 +5,7 @@
 #include "library/browsing/table_place.h"
 #include "library/catalog/library_summary.h"
 #include "library/library_concerns.h"
+#include "metadata/file_dates.h"
 #include "platform/session/notifications.h"
 #include "platform/session/sleep_inhibitor.h"
 #include "presentation/l10n.h"
@@ -120,6 +121,9 @@ LibraryViewModel::LibraryViewModel(const Environment& environment, QObject* pare
                                        *m_transport, *m_history, *m_status, *m_language);
     m_playlistExport = std::make_unique<PlaylistExport>(
         *m_playlists, *m_store, m_environment.fileChooser, *m_status, *m_language);
+    m_saidTransfer = std::make_unique<SaidTransfer>(
+        SaidTransferNeeds{*m_store, *m_userData, *m_soundMemory, *m_playlists,
+                          m_environment.fileChooser, *m_status, *m_language});
     m_player = std::make_unique<PlayerDisplay>(*m_queue, *m_transport, *m_progressClock, *m_views,
                                                *m_userData, *m_browsing, *m_language);
     m_ambient = std::make_unique<AmbientColor>();
@@ -364,7 +368,10 @@ void LibraryViewModel::connectTransport() {
     connect(m_transport.get(), &Transport::isPlayingChanged, this,
             [this] { m_environment.sleepInhibitor.setInhibited(m_transport->isPlaying()); });
     connect(m_transport.get(), &Transport::playStarted, m_userData.get(),
-            &TrackUserData::countPlay);
+            [this](const QString& path) {
+                m_userData->countPlay(path, static_cast<qint64>(m_environment.clock.wallTime() -
+                                                                referenceDateOffset));
+            });
     connect(m_transport.get(), &Transport::trackChanged, m_soundCheck.get(),
             [this](const QueueItem& entry) {
                 m_soundCheck->setPlayed(

@@ -27,6 +27,7 @@ class Importer;
 class LanguageSetting;
 class CatalogPublisher;
 class LibraryStore;
+class SaidTransfer;
 class Tidying;
 class TidyingLists;
 class MetadataCache;
@@ -159,6 +160,7 @@ class LibraryViewModel : public QObject {
     [[nodiscard]] StatusLine* status() const { return m_status.get(); }
     [[nodiscard]] Playlists* playlists() const { return m_playlists.get(); }
     [[nodiscard]] PlaylistExport* playlistExport() const { return m_playlistExport.get(); }
+    [[nodiscard]] SaidTransfer* saidTransfer() const { return m_saidTransfer.get(); }
     [[nodiscard]] TrackUserData* userData() const { return m_userData.get(); }
     [[nodiscard]] UndoHistory* history() const { return m_history.get(); }
     [[nodiscard]] ThemeSettings* appearance() const { return m_appearance.get(); }
@@ -256,6 +258,7 @@ class LibraryViewModel : public QObject {
     std::unique_ptr<CollectionPlayer> m_collections;
     std::unique_ptr<QueueEditing> m_queueEditing;
     std::unique_ptr<PlaylistExport> m_playlistExport;
+    std::unique_ptr<SaidTransfer> m_saidTransfer;
     std::unique_ptr<PlayerDisplay> m_player;
     std::unique_ptr<AmbientColor> m_ambient;
     std::unique_ptr<ThemeSettings> m_appearance;

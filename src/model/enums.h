@@ -12,7 +12,18 @@ Q_NAMESPACE
 enum class LibraryMode { albums, songs, artists };
 Q_ENUM_NS(LibraryMode)
 
-enum class SidebarItem { library, albums, artists, tracks, loved };
+/// The last four are lists that the library keeps by itself.
+enum class SidebarItem {
+    library,
+    albums,
+    artists,
+    tracks,
+    loved,
+    recentlyAdded,
+    recentlyPlayed,
+    mostPlayed,
+    topRated,
+};
 Q_ENUM_NS(SidebarItem)
 
 enum class PlaybackRepeatMode { off, all, one };

@@ -304,6 +304,27 @@ QString stopsAfterCurrent(bool stops, ResolvedLanguage language) {
     return stops ? u"Stops after this track"_s : u"Plays on after this track"_s;
 }
 
+QString exportedListening(qint64 tracks, ResolvedLanguage language) {
+    if (isChinese(language))
+        return with(u"已导出 %1 首歌曲的聆听数据", tracks);
+    return tracks == 1 ? u"Exported the listening data of 1 track"_s
+                       : with(u"Exported the listening data of %1 tracks", tracks);
+}
+
+QString importedListening(qint64 found, qint64 away, ResolvedLanguage language) {
+    if (isChinese(language))
+        return with(u"已导入 %1 首歌曲的聆听数据", found) +
+               (away > 0 ? with(u"，另有 %1 首不在资料库中", away) : QString());
+    const QString text = found == 1 ? u"Imported the listening data of 1 track"_s
+                                    : with(u"Imported the listening data of %1 tracks", found);
+    return away > 0 ? text + with(u" · %1 not in the library", away) : text;
+}
+
+QString listeningNotRead(const QString& fileName, ResolvedLanguage language) {
+    return isChinese(language) ? u"「"_s + fileName + u"」中没有聆听数据"_s
+                               : u"No listening data in \""_s + fileName + u'"';
+}
+
 QString importStopped(qint64 added, ResolvedLanguage language) {
     const bool chinese = isChinese(language);
     if (added < 1)
@@ -365,6 +386,30 @@ QString trackCount(qint64 count, ResolvedLanguage language) {
     if (isChinese(language))
         return with(u"%1 首", count);
     return count == 1 ? u"1 track"_s : with(u"%1 tracks", count);
+}
+
+L10nKey placeName(SidebarItem item) {
+    switch (item) {
+    case SidebarItem::library:
+        return L10nKey::library;
+    case SidebarItem::albums:
+        return L10nKey::albums;
+    case SidebarItem::artists:
+        return L10nKey::artists;
+    case SidebarItem::tracks:
+        return L10nKey::tracks;
+    case SidebarItem::loved:
+        return L10nKey::loved;
+    case SidebarItem::recentlyAdded:
+        return L10nKey::recentlyAdded;
+    case SidebarItem::recentlyPlayed:
+        return L10nKey::recentlyPlayed;
+    case SidebarItem::mostPlayed:
+        return L10nKey::mostPlayed;
+    case SidebarItem::topRated:
+        return L10nKey::topRated;
+    }
+    return L10nKey::library;
 }
 
 QString languageName(AppLanguage setting, ResolvedLanguage language) {

@@ -84,6 +84,10 @@ QString addedPlaylists(const QStringList& names, qint64 notFound, qint64 entries
 QString playlistUnreadable(const QString& fileName, ResolvedLanguage language);
 QString exportedPlaylist(const QString& name, ResolvedLanguage language);
 QString playlistNotWritten(const QString& fileName, ResolvedLanguage language);
+QString exportedListening(qint64 tracks, ResolvedLanguage language);
+/// Of tracks that are in the library, and of others for when they come.
+QString importedListening(qint64 found, qint64 away, ResolvedLanguage language);
+QString listeningNotRead(const QString& fileName, ResolvedLanguage language);
 /// An import that the user has stopped, after so many tracks.
 QString importStopped(qint64 added, ResolvedLanguage language);
 /// How far an import is that reads this part of its files, from 0 to 1.
@@ -107,6 +111,8 @@ QString trackCount(qint64 count, ResolvedLanguage language);
 
 /// What a language is called where the user picks one.
 QString languageName(AppLanguage setting, ResolvedLanguage language);
+/// What an item of the sidebar is called.
+L10nKey placeName(SidebarItem item);
 
 } // namespace L10n
 

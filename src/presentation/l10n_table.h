@@ -218,5 +218,20 @@
     X(addFolder, u"Add Folder...", u"添加文件夹…") \
     X(rescanFolders, u"Rescan", u"重新扫描") \
     X(stopFollowing, u"Stop Following", u"停止关注") \
-    X(removeFolderWithTracks, u"Remove with Its Tracks", u"连同歌曲一起移除")
+    X(removeFolderWithTracks, u"Remove with Its Tracks", u"连同歌曲一起移除") \
+    X(helpSearchTitle, u"Search", u"搜索") \
+    X(helpSearchBody, u"Type words, or ask by field: artist:miles, album:, title:, genre:, format:flac, year:1990..1999, rating:>=4, plays:>10. A phrase goes in quotes, and -live leaves out what holds that word.", u"输入词语，或按字段搜索：艺人:周、专辑:、标题:、流派:、格式:flac、年份:1990..1999、评分:>=4、播放:>10。短语放在引号中，-现场 会排除含有该词的内容。") \
+    X(recentlyAdded, u"Recently Added", u"最近添加") \
+    X(recentlyPlayed, u"Recently Played", u"最近播放") \
+    X(mostPlayed, u"Most Played", u"播放最多") \
+    X(topRated, u"Top Rated", u"评分最高") \
+    X(emptyRecentlyAdded, u"Nothing added yet", u"还没有添加歌曲") \
+    X(emptyRecentlyAddedHint, u"What you add from now on is listed here, the newest first.", u"以后添加的歌曲会列在这里，最新的在最前。") \
+    X(emptyPlayed, u"Nothing played yet", u"还没有播放记录") \
+    X(emptyPlayedHint, u"What you listen to is listed here by itself.", u"你听过的歌曲会自动列在这里。") \
+    X(emptyTopRated, u"No top rated tracks yet", u"还没有高分歌曲") \
+    X(emptyTopRatedHint, u"Tracks with four or five stars are listed here.", u"四星和五星的歌曲会列在这里。") \
+    X(exportListening, u"Export Listening Data...", u"导出聆听数据…") \
+    X(importListening, u"Import Listening Data...", u"导入聆听数据…") \
+    X(importPrompt, u"Import", u"导入")
 // clang-format on

@@ -71,6 +71,10 @@ QString Strings::trackCount(int count) const {
     return L10n::trackCount(count, m_language());
 }
 
+QString Strings::placeName(SidebarItem item) const {
+    return L10n::text(L10n::placeName(item), m_language());
+}
+
 QString Strings::languageName(AppLanguage setting) const {
     return L10n::languageName(setting, m_language());
 }

@@ -60,6 +60,7 @@ class Strings : public QObject {
     Q_INVOKABLE [[nodiscard]] QString loveTrack(const QString& trackTitle) const;
     Q_INVOKABLE [[nodiscard]] QString dialogTitle(const QString& command) const;
     Q_INVOKABLE [[nodiscard]] QString trackCount(int count) const;
+    Q_INVOKABLE [[nodiscard]] QString placeName(halvane::SidebarItem item) const;
     Q_INVOKABLE [[nodiscard]] QString languageName(halvane::AppLanguage setting) const;
 
   Q_SIGNALS:

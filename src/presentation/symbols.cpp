@@ -22,12 +22,15 @@ constexpr Entry table[] = {
     {u"arrow.up", 0xE5D8},                           // arrow_upward
     {u"arrow.up.left.and.arrow.down.right", 0xF1CE}, // open_in_full
     {u"backward.fill", 0xE020},                      // fast_rewind
+    {u"chart.bar.fill", 0xE26B},                     // bar_chart
     {u"checkmark", 0xE5CA},                          // check
     {u"checkmark.circle.fill", 0xE86C},              // check_circle
     {u"checkmark.seal.fill", 0xEF76},                // verified
     {u"chevron.down", 0xE5CF},                       // expand_more
     {u"chevron.right", 0xE5CC},                      // chevron_right
     {u"chevron.up.chevron.down", 0xE5D7},            // unfold_more
+    {u"clock", 0xE8B5},                              // schedule
+    {u"clock.arrow.circlepath", 0xE889},             // history
     {u"doc.on.doc", 0xE14D},                         // content_copy
     {u"ellipsis", 0xE5D3},                           // more_horiz
     {u"exclamationmark.circle", 0xE001},             // error_outline

@@ -37,6 +37,10 @@ enum Value {
     Artists = static_cast<int>(SidebarItem::artists),
     Tracks = static_cast<int>(SidebarItem::tracks),
     Loved = static_cast<int>(SidebarItem::loved),
+    RecentlyAdded = static_cast<int>(SidebarItem::recentlyAdded),
+    RecentlyPlayed = static_cast<int>(SidebarItem::recentlyPlayed),
+    MostPlayed = static_cast<int>(SidebarItem::mostPlayed),
+    TopRated = static_cast<int>(SidebarItem::topRated),
 };
 Q_ENUM_NS(Value)
 } // namespace SidebarPlace

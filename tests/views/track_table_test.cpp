@@ -81,6 +81,36 @@ TEST_F(TrackTableTest, AClickOnAColumnSortsTheTracks) {
     EXPECT_EQ(library.queue()->record(1).path(), second) << "the queue is the sorted table";
 }
 
+TEST_F(TrackTableTest, AListThatTheLibraryKeepsPlaysAsItIsShown) {
+    QAbstractListModel* tracks = library.browsing()->visibleTracks();
+    library.browsing()->selectBrowseMode(LibraryMode::songs);
+    for (int row = 0; row < tracks->rowCount(); ++row)
+        library.userData()->setRating(row == 2 ? 4 : row == 5 ? 5 : 0, textAt(tracks, row, "path"));
+    const QString four = textAt(tracks, 2, "title");
+    const QString five = textAt(tracks, 5, "title");
+    library.views()->setShowNowPlayingPanel(false); // which has the same tracks
+    ASSERT_TRUE(ui->click(u"Top Rated"_s, QAccessible::ListItem));
+    ASSERT_EQ(tracks->rowCount(), 2);
+    EXPECT_EQ(textAt(tracks, 0, "title"), five);
+    ASSERT_TRUE(ui->waitsFor(u"Rating"_s)) << "the column by which it goes";
+    const QString name = four + u", "_s + textAt(tracks, 1, "artist");
+    ASSERT_TRUE(ui->waitsFor(name));
+    ASSERT_TRUE(ui->comesToRest());
+    ASSERT_TRUE(ui->doubleClick(name, QAccessible::ListItem));
+    EXPECT_TRUE(
+        world.waitFor([&] { return library.player()->currentTrack().title == four; }, 1500));
+    EXPECT_EQ(queued(0), five);
+    EXPECT_EQ(library.queue()->size(), 2U);
+
+    for (int row = 0; row < 2; ++row)
+        library.userData()->setRating(0, textAt(tracks, row, "path"));
+    EXPECT_EQ(tracks->rowCount(), 2) << "a row stays under the hand";
+    ASSERT_TRUE(ui->click(u"Top Rated"_s, QAccessible::ListItem));
+    ASSERT_TRUE(ui->waitsFor(u"No top rated tracks yet"_s));
+    ASSERT_TRUE(ui->click(u"Browse Tracks"_s, QAccessible::Button));
+    EXPECT_EQ(library.browsing()->selectedSidebar(), SidebarItem::tracks);
+}
+
 TEST_F(TrackTableTest, APlaylistIsSortedForItselfAndKeepsItsOrder) {
     ASSERT_TRUE(ui->click(u"Late evenings"_s, QAccessible::ListItem));
     ASSERT_TRUE(ui->waitsFor(u"Title"_s));

@@ -9,6 +9,8 @@ enum class CommandId {
     separator,
     addToLibrary,
     importMusicFolder,
+    exportListening,
+    importListening,
     settings,
     quit,
     undo,

@@ -7,6 +7,7 @@
 #include "library/playback/sleep_timer.h"
 #include "library/playback/transport.h"
 #include "library/undo_history.h"
+#include "library/user/said_transfer.h"
 #include "presentation/l10n.h"
 
 #include <QGuiApplication>
@@ -84,6 +85,10 @@ void Commands::perform(CommandId id) {
         return m_library.importing()->chooseAndImportMusic(true, false);
     case CommandId::importMusicFolder:
         return m_library.importing()->chooseAndImportMusic(false, true);
+    case CommandId::exportListening:
+        return m_library.saidTransfer()->exportSaid();
+    case CommandId::importListening:
+        return m_library.saidTransfer()->importSaid();
     case CommandId::settings:
         return Q_EMIT windowAsked(u"settings"_s);
     case CommandId::quit:

@@ -2,10 +2,12 @@
 #include "library/browsing/browsing.h"
 
 #include "library/browsing/cover_store.h"
+#include "library/browsing/live_lists.h"
 #include "library/browsing/table_place.h"
 #include "library/user/language_setting.h"
 #include "library/user/playlists.h"
 #include "library/user/track_user_data.h"
+#include "model/raw_value.h"
 #include "presentation/l10n.h"
 
 #include <algorithm>
@@ -14,34 +16,6 @@
 namespace halvane {
 
 namespace {
-
-bool isAnySet(const std::vector<quint8>& found) {
-    return std::find(found.cbegin(), found.cend(), 1) != found.cend();
-}
-
-// Which tiles a query finds: those that hold it as it stands, or else all of its words. Empty
-// without a query.
-std::vector<quint8> tilesFound(const FoldedTexts& tiles, const QByteArray& query) {
-    if (query.isEmpty())
-        return {};
-    auto found = tiles.matches(query);
-    const QByteArrayList words = severalWords(query);
-    return isAnySet(found) || words.isEmpty() ? found : tiles.matchesAll(words);
-}
-
-// The albums whose tiles a query finds. With none, those on which it finds a track: a song leads to
-// its album.
-std::vector<quint8> albumsFound(const Catalog& catalog, const QByteArray& query) {
-    auto found = tilesFound(catalog.albumTiles, query);
-    if (query.isEmpty() || isAnySet(found))
-        return found;
-    auto rows = rowsMatching(catalog, query, nullptr);
-    if (const QByteArrayList words = severalWords(query); rows.empty() && !words.isEmpty())
-        rows = rowsMatchingAll(catalog, words, nullptr);
-    for (const quint32 row : rows)
-        found[catalog.albumOfRow[row]] = 1;
-    return found;
-}
 
 // Some rows as they follow each other among all.
 std::vector<quint32> inOrder(const std::vector<quint32>& some, const std::vector<quint32>& all) {
@@ -168,10 +142,9 @@ void Browsing::selectPlayedAlbum(const QueueItem& entry) {
 void Browsing::setSearchText(const QString& text) {
     if (!assign(m_searchText, text, &Browsing::searchTextChanged))
         return;
-    const QByteArray query = foldedForSearch(m_searchText.trimmed());
-    if (query == m_query)
+    if (!m_search.setText(m_searchText))
         return;
-    m_query = query;
+    m_search.lookThrough(*catalog(), saidOfRows());
     refreshTracks();
     refreshAlbums();
     refreshArtists();
@@ -196,9 +169,8 @@ void Browsing::setSelectedPlaylistID(const QUuid& id) {
     Q_EMIT turnedTo();
 }
 
-void Browsing::enter(LibraryMode mode, SidebarItem sidebar, bool lovedOnly) {
+void Browsing::enter(LibraryMode mode, SidebarItem sidebar) {
     assign(m_selectedPlaylistID, QUuid(), &Browsing::selectedPlaylistIDChanged);
-    m_showLovedOnly = lovedOnly;
     assign(m_sidebar, sidebar, &Browsing::selectedSidebarChanged);
     if (assign(m_mode, mode, &Browsing::modeChanged))
         Q_EMIT focusedAlbumChanged();
@@ -208,7 +180,7 @@ void Browsing::selectBrowseMode(LibraryMode mode) {
     const SidebarItem sidebar = mode == LibraryMode::albums    ? SidebarItem::albums
                                 : mode == LibraryMode::artists ? SidebarItem::artists
                                                                : SidebarItem::tracks;
-    enter(mode, sidebar, false);
+    enter(mode, sidebar);
     sourceChanged();
     Q_EMIT turnedTo();
 }
@@ -218,14 +190,18 @@ void Browsing::selectSidebarItem(SidebarItem item) {
     case SidebarItem::library:
         return goHome();
     case SidebarItem::albums:
-        enter(LibraryMode::albums, item, false);
+        enter(LibraryMode::albums, item);
         break;
     case SidebarItem::artists:
-        enter(LibraryMode::artists, item, false);
+        enter(LibraryMode::artists, item);
         break;
     case SidebarItem::tracks:
     case SidebarItem::loved:
-        enter(LibraryMode::songs, item, item == SidebarItem::loved);
+    case SidebarItem::recentlyAdded:
+    case SidebarItem::recentlyPlayed:
+    case SidebarItem::mostPlayed:
+    case SidebarItem::topRated:
+        enter(LibraryMode::songs, item);
         break;
     }
     sourceChanged();
@@ -233,7 +209,7 @@ void Browsing::selectSidebarItem(SidebarItem item) {
 }
 
 void Browsing::goHome() {
-    enter(LibraryMode::albums, SidebarItem::library, false);
+    enter(LibraryMode::albums, SidebarItem::library);
     setSelectedAlbumID({});
     assign(m_focusedArtist, QString(), &Browsing::focusedArtistChanged);
     sourceChanged();
@@ -242,7 +218,7 @@ void Browsing::goHome() {
 
 void Browsing::jumpToArtist(const QString& name) {
     Q_EMIT jumping();
-    enter(LibraryMode::artists, SidebarItem::artists, false);
+    enter(LibraryMode::artists, SidebarItem::artists);
     assign(m_focusedArtist, name, &Browsing::focusedArtistChanged);
     sourceChanged();
     Q_EMIT jumped();
@@ -252,7 +228,7 @@ void Browsing::jumpToAlbum(const QueueItem& entry) {
     if (entry.id.isNull())
         return;
     Q_EMIT jumping();
-    enter(LibraryMode::albums, SidebarItem::albums, false);
+    enter(LibraryMode::albums, SidebarItem::albums);
     if (const Album* album = albumOf(entry))
         setSelectedAlbumID(album->id);
     sourceChanged();
@@ -267,13 +243,13 @@ void Browsing::refreshRow(const QString& path, const QList<int>& roles) {
 }
 
 void Browsing::lovedChanged(const QString& path) {
-    if (m_showLovedOnly && m_selectedPlaylistID.isNull())
+    if (showLovedOnly() && m_selectedPlaylistID.isNull())
         sourceChanged();
     refreshRow(path, {TrackRole::isLoved});
 }
 
 void Browsing::lovedReset() {
-    if (m_showLovedOnly)
+    if (showLovedOnly() || isLiveList(m_sidebar))
         sourceChanged();
     m_tracks.refreshAll({TrackRole::isLoved, TrackRole::rating, TrackListModel::PlaysRole});
 }
@@ -298,6 +274,7 @@ void Browsing::catalogChanged() {
         assign(m_selectedAlbumID, QString(), &Browsing::selectedAlbumIDChanged);
     if (!m_focusedAlbumID.isEmpty() && !catalog()->albumWithID(m_focusedAlbumID))
         m_focusedAlbumID.clear();
+    m_search.lookThroughAnew(*catalog(), saidOfRows());
     sourceChanged();
     refreshAlbums();
     refreshArtists();
@@ -309,7 +286,7 @@ QString Browsing::tablePlace() const {
     if (!m_selectedPlaylistID.isNull())
         return TablePlace::playlist(m_selectedPlaylistID);
     if (m_mode == LibraryMode::songs)
-        return m_showLovedOnly ? TablePlace::loved : TablePlace::tracks;
+        return rawValue(m_sidebar);
     if (m_mode == LibraryMode::artists)
         return m_focusedArtist.isEmpty() ? QString() : TablePlace::artist;
     return hasFocusedAlbum() ? TablePlace::album : QString();
@@ -334,7 +311,8 @@ void Browsing::sortedRowsChanged() {
 
 TrackRows Browsing::sortedTracks() const {
     TrackRows tracks;
-    if (m_order.by() == TrackOrder::library || !m_source)
+    const bool isOwnList = m_selectedPlaylistID.isNull() && isLiveList(m_sidebar);
+    if ((m_order.by() == TrackOrder::library && !isOwnList) || !m_source)
         return tracks;
     tracks.reserve(m_source->size());
     for (const quint32 row : *m_source)
@@ -349,15 +327,15 @@ QString Browsing::sortedPlace() const {
         return album->title;
     if (m_mode == LibraryMode::artists && !m_focusedArtist.isEmpty())
         return m_focusedArtist;
-    return L10n::text(m_showLovedOnly ? L10nKey::loved : L10nKey::tracks,
-                      m_language.resolvedLanguage());
+    const SidebarItem list = m_mode == LibraryMode::songs ? m_sidebar : SidebarItem::tracks;
+    return L10n::text(L10n::placeName(list), m_language.resolvedLanguage());
 }
 
 void Browsing::sourceChanged() {
     if (const QString place = tablePlace(); place != std::exchange(m_place, place))
         placeChanged();
     m_source = sorted(rowsOfPlace());
-    m_found.reset();
+    m_search.searchOthers();
     refreshTracks();
 }
 
@@ -366,7 +344,9 @@ Browsing::SourceRows Browsing::rowsOfPlace() const {
         const Playlist* playlist = m_playlists.find(m_selectedPlaylistID);
         return playlist ? rowsOfPaths(playlist->trackPaths) : std::vector<quint32>();
     }
-    if (m_showLovedOnly) {
+    if (isLiveList(m_sidebar))
+        return rowsOfLiveList(m_sidebar, numbersOf(m_sidebar));
+    if (showLovedOnly()) {
         const QSet<QString>& loved = m_userData.lovedPaths();
         auto rows = rowsOfPaths(std::vector<QString>(loved.cbegin(), loved.cend()));
         std::sort(rows.begin(), rows.end());
@@ -421,30 +401,46 @@ std::vector<quint32> Browsing::rowsOfPaths(const std::vector<QString>& paths) co
     return rows;
 }
 
-// Words are searched one by one where no text holds the query as it stands, so that "miles blue"
-// finds an artist's track by its title, and an exact query finds nothing beside.
-void Browsing::search(const std::vector<quint32>* within) {
-    const Catalog& now = *catalog();
-    const bool grew = m_found && m_query.contains(m_foundQuery);
-    auto found = rowsMatching(now, m_query, grew ? &*m_found : within);
-    const QByteArrayList words = severalWords(m_query);
-    const bool isByWords = found.empty() && !words.isEmpty();
-    if (isByWords)
-        found = rowsMatchingAll(now, words, grew && m_foundIsEnough ? &*m_found : within);
-    m_found = std::move(found);
-    m_foundQuery = m_query;
-    m_foundIsEnough = isByWords || words.isEmpty();
+NumbersOf Browsing::saidOfRows() const {
+    return [this](TermField field) {
+        return numbersOfRows(field == TermField::rating ? m_userData.trackRatings()
+                                                        : m_userData.playCounts());
+    };
+}
+
+std::vector<RowNumber> Browsing::numbersOf(SidebarItem liveList) const {
+    switch (liveList) {
+    case SidebarItem::recentlyPlayed:
+        return numbersOfRows(m_userData.lastPlayed());
+    case SidebarItem::mostPlayed:
+        return numbersOfRows(m_userData.playCounts());
+    case SidebarItem::topRated:
+        return numbersOfRows(m_userData.trackRatings());
+    default:
+        return datesAdded(*catalog()->rows);
+    }
+}
+
+std::vector<RowNumber> Browsing::numbersOfRows(const IntegerMap& numbers) const {
+    std::vector<RowNumber> ofRows;
+    if (m_catalog.isCurrent()) {
+        for (auto said = numbers.cbegin(); said != numbers.cend(); ++said)
+            if (const auto row = m_store.rowOf(said.key()))
+                ofRows.push_back({static_cast<quint32>(*row), said.value()});
+        return ofRows;
+    }
+    const TrackRows& all = *catalog()->rows;
+    for (quint32 row = 0; row < all.size(); ++row)
+        if (const qint64 number = numbers.value(all[row]->path()))
+            ofRows.push_back({row, number});
+    return ofRows;
 }
 
 void Browsing::refreshTracks() {
     const Catalog& now = *catalog();
     const std::vector<quint32>* shown = m_source ? &*m_source : nullptr;
-    if (!m_query.isEmpty()) {
-        search(shown);
-        shown = &*m_found;
-    } else {
-        m_found.reset();
-    }
+    if (!m_search.isEmpty())
+        shown = &m_search.rows(now, shown);
     std::vector<const Track*> items;
     if (shown) {
         items.reserve(shown->size());
@@ -461,7 +457,7 @@ void Browsing::refreshTracks() {
 
 void Browsing::refreshAlbums() {
     const Catalog& now = *catalog();
-    const auto matches = albumsFound(now, m_query);
+    const auto matches = m_search.albums(now);
     std::vector<const Album*> items;
     items.reserve(now.albums.size());
     for (std::size_t i = 0; i < now.albums.size(); ++i) {
@@ -473,7 +469,7 @@ void Browsing::refreshAlbums() {
 
 void Browsing::refreshArtists() {
     const Catalog& now = *catalog();
-    const auto matches = tilesFound(now.artistTexts, m_query);
+    const auto matches = m_search.artists(now);
     std::vector<const CatalogArtist*> items;
     items.reserve(now.artists.size());
     for (const CatalogArtist& artist : now.artists) {

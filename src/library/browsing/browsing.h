@@ -3,6 +3,7 @@
 
 #include "library/browsing/album_list_model.h"
 #include "library/browsing/artist_list_model.h"
+#include "library/browsing/library_search.h"
 #include "library/browsing/table_order.h"
 #include "library/browsing/track_list_model.h"
 #include "library/catalog/catalog_publisher.h"
@@ -50,7 +51,7 @@ class Browsing : public QObject {
     [[nodiscard]] const QString& selectedAlbumID() const {
         return m_selectedAlbumID;
     } ///< empty: none
-    [[nodiscard]] bool showLovedOnly() const { return m_showLovedOnly; }
+    [[nodiscard]] bool showLovedOnly() const { return m_sidebar == SidebarItem::loved; }
     [[nodiscard]] const QUuid& selectedPlaylistID() const {
         return m_selectedPlaylistID;
     } ///< null: none
@@ -64,7 +65,8 @@ class Browsing : public QObject {
     ArtistListModel* visibleArtists() { return &m_artists; }
 
     /// All tracks of the table in the order that the user has chosen, not only those that a search
-    /// finds. Empty while the table shows another order than that.
+    /// finds. A list that the library keeps has such an order by itself. Empty while the table
+    /// shows another order.
     [[nodiscard]] TrackRows sortedTracks() const;
     /// What the place of these tracks is called.
     [[nodiscard]] QString sortedPlace() const;
@@ -134,7 +136,7 @@ class Browsing : public QObject {
     using SourceRows = std::optional<std::vector<quint32>>;
 
     [[nodiscard]] const Album* albumOf(const QueueItem& entry) const;
-    void enter(LibraryMode mode, SidebarItem sidebar, bool lovedOnly);
+    void enter(LibraryMode mode, SidebarItem sidebar);
     void refreshRow(const QString& path, const QList<int>& roles);
     void followPlaylists();
     void followUserData();
@@ -146,12 +148,14 @@ class Browsing : public QObject {
     void placeChanged();
     void sourceChanged();
     void refreshTracks();
-    void search(const std::vector<quint32>* within);
     void refreshAlbums();
     void refreshArtists();
     [[nodiscard]] SourceRows rowsOfPlace() const;
     [[nodiscard]] SourceRows sorted(SourceRows rows);
     [[nodiscard]] std::vector<quint32> rowsOfPaths(const std::vector<QString>& paths) const;
+    [[nodiscard]] NumbersOf saidOfRows() const;
+    [[nodiscard]] std::vector<RowNumber> numbersOf(SidebarItem liveList) const;
+    [[nodiscard]] std::vector<RowNumber> numbersOfRows(const IntegerMap& numbers) const;
     [[nodiscard]] const std::shared_ptr<const Catalog>& catalog() const {
         return m_catalog.published();
     }
@@ -173,16 +177,10 @@ class Browsing : public QObject {
     QString m_focusedArtist;
     QString m_selectedAlbumID;
     QString m_focusedAlbumID; ///< empty: none
-    bool m_showLovedOnly = false;
     QUuid m_selectedPlaylistID;
 
-    QByteArray m_query;  ///< the search text, trimmed and folded; empty: everything
+    LibrarySearch m_search;
     SourceRows m_source; ///< what is searched
-    /// The result of the last search of this source, to narrow when the query grows, and its query.
-    std::optional<std::vector<quint32>> m_found;
-    QByteArray m_foundQuery;
-    /// Every row that a longer query can find is among the found ones.
-    bool m_foundIsEnough = false;
 
     QString m_currentPath; ///< of the row that was last shown as playing
     TrackListModel m_tracks;

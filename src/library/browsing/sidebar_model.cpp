@@ -6,7 +6,7 @@
 namespace halvane {
 
 namespace {
-constexpr int itemCount = static_cast<int>(SidebarItem::loved) + 1;
+constexpr int itemCount = static_cast<int>(SidebarItem::topRated) + 1;
 }
 
 SidebarModel::SidebarModel(const CatalogPublisher& catalog, QObject* parent)
@@ -18,8 +18,6 @@ SidebarModel::SidebarModel(const CatalogPublisher& catalog, QObject* parent)
 
 std::size_t SidebarModel::countOf(SidebarItem item) const {
     switch (item) {
-    case SidebarItem::library:
-        return 0;
     case SidebarItem::albums:
         return m_catalog.published()->albums.size();
     case SidebarItem::artists:
@@ -28,8 +26,9 @@ std::size_t SidebarModel::countOf(SidebarItem item) const {
         return m_catalog.published()->rows->size();
     case SidebarItem::loved:
         return m_catalog.lovedCount();
+    default: // the lists that change with every play need no count
+        return 0;
     }
-    return 0;
 }
 
 QString SidebarModel::sidebarBadge(SidebarItem item) const {

@@ -4,6 +4,7 @@
 #include "library/browsing/table_place.h"
 #include "library/user/settings_keys.h"
 #include "library/user/settings_values.h"
+#include "model/raw_value.h"
 #include "platform/thread_check.h"
 
 namespace halvane {
@@ -23,12 +24,20 @@ QList<int> numbers(std::initializer_list<TrackOrder> columns) {
     return list;
 }
 
-// The tracks of an album have numbers. Where they have none, the album's name takes their place.
+// The tracks of an album have numbers. Where they have none, the album's name takes their place. A
+// list that goes by a number shows it.
 QList<int> standard(const QString& place) {
-    return place == TablePlace::album
-               ? numbers(
-                     {TrackOrder::number, TrackOrder::album, TrackOrder::quality, TrackOrder::time})
-               : numbers({TrackOrder::album, TrackOrder::quality, TrackOrder::time});
+    if (place == TablePlace::album)
+        return numbers(
+            {TrackOrder::number, TrackOrder::album, TrackOrder::quality, TrackOrder::time});
+    TrackOrder beside = TrackOrder::quality;
+    if (place == rawValue(SidebarItem::recentlyAdded))
+        beside = TrackOrder::added;
+    else if (place == rawValue(SidebarItem::mostPlayed))
+        beside = TrackOrder::plays;
+    else if (place == rawValue(SidebarItem::topRated))
+        beside = TrackOrder::rating;
+    return numbers({TrackOrder::album, beside, TrackOrder::time});
 }
 
 QString keyOf(const QString& place) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The places that the track table shows. What the user chooses for the table is kept for each of
-// them: all albums are one place, and so are all artists; each playlist is one. Pure; any thread.
+// them: all albums are one place, and so are all artists; each playlist is one, and so is each list
+// of the sidebar, by the item's name. Pure; any thread.
 #pragma once
 
 #include <QString>

@@ -124,50 +124,6 @@ FoldedTexts foldedTiles(const Catalog& catalog, const Appearances& guests) {
     return tiles;
 }
 
-// Which texts of the columns contain a query. A longer query is in few columns, and those without
-// it are not looked up for each row.
-class ColumnMatches {
-  public:
-    ColumnMatches(const Catalog& catalog, const QByteArray& foldedQuery) {
-        const TrackColumns& columns = catalog.columns;
-        auto artists = catalog.artistTexts.matches(foldedQuery);
-        if (columns.leadOfRow != columns.artist.ofRow)
-            add(artists, columns.leadOfRow);
-        add(std::move(artists), columns.artist.ofRow);
-        add(catalog.albumTexts.matches(foldedQuery), columns.album.ofRow);
-        add(catalog.genreTexts.matches(foldedQuery), columns.genre.ofRow);
-        add(catalog.formatTexts.matches(foldedQuery), columns.format.ofRow);
-    }
-
-    [[nodiscard]] bool hold(quint32 row) const {
-        return std::any_of(m_columns.cbegin(), m_columns.cend(), [row](const Column& column) {
-            return column.isMatch[(*column.ofRow)[row]] != 0;
-        });
-    }
-    // Column by column, because the texts that match are together in the cache then.
-    void addTo(std::vector<quint8>& isFound) const {
-        for (const Column& column : m_columns) {
-            const quint8* const isMatch = column.isMatch.data();
-            const quint32* const ofRow = column.ofRow->data();
-            for (std::size_t row = 0; row < isFound.size(); ++row)
-                isFound[row] |= isMatch[ofRow[row]];
-        }
-    }
-
-  private:
-    struct Column {
-        std::vector<quint8> isMatch; // for each text
-        const std::vector<quint32>* ofRow;
-    };
-
-    void add(std::vector<quint8> isMatch, const std::vector<quint32>& ofRow) {
-        if (std::find(isMatch.cbegin(), isMatch.cend(), 1) != isMatch.cend())
-            m_columns.push_back({std::move(isMatch), &ofRow});
-    }
-
-    std::vector<Column> m_columns;
-};
-
 } // namespace
 
 void followAlbums(const Catalog& catalog, std::vector<quint32>& rows) {
@@ -261,45 +217,6 @@ std::shared_ptr<const Catalog> buildCatalog(std::shared_ptr<const TrackRows> row
     catalog->formatTexts = foldedColumn(catalog->columns.format);
     catalog->albumTiles = foldedTiles(*catalog, guests);
     return catalog;
-}
-
-std::vector<quint32> rowsMatching(const Catalog& catalog, const QByteArray& foldedQuery,
-                                  const std::vector<quint32>* within) {
-    const ColumnMatches columns(catalog, foldedQuery);
-    std::vector<quint32> found;
-    // One run over all titles is several times cheaper than a search of each.
-    constexpr std::size_t runAdvantage = 4;
-    if (within && within->size() < catalog.titles.size() / runAdvantage) {
-        for (const quint32 row : *within) {
-            if (columns.hold(row) || catalog.titles.contains(row, foldedQuery))
-                found.push_back(row);
-        }
-        return found;
-    }
-    auto isFound = catalog.titles.matches(foldedQuery);
-    columns.addTo(isFound);
-    if (within) {
-        for (const quint32 row : *within) {
-            if (isFound[row] != 0)
-                found.push_back(row);
-        }
-        return found;
-    }
-    for (quint32 row = 0; row < isFound.size(); ++row) {
-        if (isFound[row] != 0)
-            found.push_back(row);
-    }
-    return found;
-}
-
-std::vector<quint32> rowsMatchingAll(const Catalog& catalog, const QByteArrayList& foldedWords,
-                                     const std::vector<quint32>* within) {
-    std::vector<quint32> found;
-    for (const QByteArray& word : foldedWords) {
-        found = rowsMatching(catalog, word, within);
-        within = &found;
-    }
-    return found;
 }
 
 const Album* albumOfEntry(const Catalog& catalog, const QString& albumTitle, const QString& artist,

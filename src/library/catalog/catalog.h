@@ -64,17 +64,6 @@ std::shared_ptr<const Catalog> buildCatalog(std::shared_ptr<const TrackRows> row
 /// that they have among the others.
 void followAlbums(const Catalog& catalog, std::vector<quint32>& rows);
 
-/// The rows of which one text contains the folded query: the title, artist, album artist, album,
-/// genre or format. They are in the order of `within`, or ascending. The query is not empty.
-/// `within` limits the search to some rows; null means all.
-std::vector<quint32> rowsMatching(const Catalog& catalog, const QByteArray& foldedQuery,
-                                  const std::vector<quint32>* within);
-
-/// The same for rows of which each word is in some text, not all in the same one. There is at
-/// least one word.
-std::vector<quint32> rowsMatchingAll(const Catalog& catalog, const QByteArrayList& foldedWords,
-                                     const std::vector<quint32>* within);
-
 /// The album that a playing entry belongs to, or null. `artist` leads the entry's album. The album
 /// has the id of the entry's grouping key; failing that, its title and artist are the entry's
 /// without regard to letter case.

@@ -79,7 +79,8 @@ void Tidying::letGo(const QStringList& paths) {
 Tidying::Paths Tidying::planRemoval(const QStringList& leaving) {
     m_preferences.removeEntries({SettingsKey::importedAudioPaths, SettingsKey::lovedPaths,
                                  SettingsKey::trackRatings, SettingsKey::playCounts,
-                                 SettingsKey::trackLoudness, SettingsKey::trackProgrammeLoudness},
+                                 SettingsKey::lastPlayed, SettingsKey::trackLoudness,
+                                 SettingsKey::trackProgrammeLoudness},
                                 leaving);
     // Worked out where it is needed first, which for many tracks is the worker.
     const Paths paths = std::async(std::launch::deferred, [leaving] {

@@ -21,13 +21,14 @@ bool isCount(double number, double most) {
 
 Said joined(const Said& one, const Said& other) {
     return {one.isLoved || other.isLoved, std::max(one.rating, other.rating),
-            std::max(one.plays, other.plays)};
+            std::max(one.plays, other.plays), std::max(one.lastPlayed, other.lastPlayed)};
 }
 
 Said followed(const Said& noted, const Said& before, const Said& after) {
     return {after.isLoved != before.isLoved ? after.isLoved : noted.isLoved,
             after.rating != before.rating ? after.rating : noted.rating,
-            noted.plays + std::max<qint64>(after.plays - before.plays, 0)};
+            noted.plays + std::max<qint64>(after.plays - before.plays, 0),
+            std::max(noted.lastPlayed, after.lastPlayed)};
 }
 
 Said saidOfReplaced(const Said& ofPath, const std::optional<Said>& ofSound, bool hasOldGone) {
@@ -50,7 +51,8 @@ std::optional<SoundNote> noteFromStored(const std::vector<double>& numbers) {
         !isCount(numbers[1], mostStars) || !isCount(numbers[2], mostPlays))
         return std::nullopt;
     SoundNote note;
-    note.said = {numbers[0] == 1, static_cast<qint64>(numbers[1]), static_cast<qint64>(numbers[2])};
+    note.said = {numbers[0] == 1, static_cast<qint64>(numbers[1]), static_cast<qint64>(numbers[2]),
+                 0};
     note.loudness.assign(numbers.cbegin() + saidNumbers, numbers.cend());
     return note;
 }

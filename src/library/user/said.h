@@ -18,13 +18,14 @@ struct Said {
     bool isLoved = false;
     qint64 rating = 0;
     qint64 plays = 0;
+    qint64 lastPlayed = 0; ///< whole seconds since 2001-01-01 UTC; 0: not known
 
     bool operator==(const Said&) const = default;
 };
 
-/// Both: loved where either is, the better rating, and the more plays. Two notes of one sound tell
-/// of the same plays more often than of different ones, and to add them up twice would be worse
-/// than to lose some. Joining again changes nothing.
+/// Both: loved where either is, the better rating, the more plays, and the last of them. Two notes
+/// of one sound tell of the same plays more often than of different ones, and to add them up twice
+/// would be worse than to lose some. Joining again changes nothing.
 Said joined(const Said& one, const Said& other);
 
 /// What is noted of a sound once the user has said something of a track that has it.
@@ -45,6 +46,8 @@ struct SoundNote {
 };
 
 /// The stored form: loved (0 or 1), rating, plays, and behind them the loudness if it is known.
+/// When it was last played is stored for itself: what stands behind the plays is the loudness to
+/// earlier versions.
 std::vector<double> storedNote(const SoundNote& note);
 /// None where the numbers make no sense.
 std::optional<SoundNote> noteFromStored(const std::vector<double>& numbers);

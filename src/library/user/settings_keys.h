@@ -23,6 +23,8 @@ inline const QString eqEnabled = u"Halvane.EQEnabled"_s;
 inline const QString lovedPaths = u"Halvane.LovedPaths"_s;
 inline const QString trackRatings = u"Halvane.TrackRatings"_s;
 inline const QString playCounts = u"Halvane.PlayCounts"_s;
+/// In whole seconds since 2001-01-01 UTC.
+inline const QString lastPlayed = u"Halvane.LastPlayed"_s;
 inline const QString playlists = u"Halvane.Playlists"_s;
 inline const QString themeAccentMode = u"Halvane.ThemeAccentMode"_s;
 inline const QString customThemeAccent = u"Halvane.CustomThemeAccent"_s;
@@ -39,6 +41,7 @@ inline const QString levelPreamp = u"Halvane.LevelPreamp"_s;
 inline const QString preventsClipping = u"Halvane.PreventsClipping"_s;
 /// What was said of sounds, by their identities.
 inline const QString soundNotes = u"Halvane.SoundNotes"_s;
+inline const QString soundLastPlayed = u"Halvane.SoundLastPlayed"_s;
 /// Places in playlists of sounds that have left the library.
 inline const QString soundPlaces = u"Halvane.SoundPlaces"_s;
 inline const QString importedAudioPaths = u"Halvane.ImportedAudioPaths"_s;

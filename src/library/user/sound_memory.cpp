@@ -27,6 +27,15 @@ QHash<SoundIdentity, SoundNote> notesFrom(const NumbersMap& stored) {
     return notes;
 }
 
+QHash<SoundIdentity, qint64> timesFrom(const IntegerMap& stored) {
+    QHash<SoundIdentity, qint64> times;
+    times.reserve(stored.size());
+    for (auto entry = stored.cbegin(); entry != stored.cend(); ++entry)
+        if (const auto identity = SoundIdentity::fromText(entry.key()))
+            times.insert(*identity, entry.value());
+    return times;
+}
+
 QString storedPlace(const SoundIdentity& identity, const Place& place) {
     return identity.text() + u' ' + place.playlist.toString(QUuid::WithoutBraces) + u' ' +
            QString::number(place.index);
@@ -76,6 +85,10 @@ void SoundMemory::restore() {
     restoreAs<Notes, NumbersMap>(
         m_notes, preferences.numbersMapLater(SettingsKey::soundNotes),
         [&preferences] { return preferences.numbersMap(SettingsKey::soundNotes); }, &notesFrom);
+    restoreAs<Times, IntegerMap>(
+        m_lastPlayed, preferences.integerMapLater(SettingsKey::soundLastPlayed),
+        [&preferences] { return preferences.integerMap(SettingsKey::soundLastPlayed); },
+        &timesFrom);
     restoreAs<Places, QStringList>(
         m_places, preferences.stringsLater(SettingsKey::soundPlaces),
         [&preferences] { return preferences.strings(SettingsKey::soundPlaces); }, &placesFrom);
@@ -83,7 +96,29 @@ void SoundMemory::restore() {
 
 std::optional<SoundNote> SoundMemory::note(const SoundIdentity& identity) const {
     const auto found = m_notes.get().constFind(identity);
-    return found == m_notes.get().cend() ? std::nullopt : std::optional(*found);
+    if (found == m_notes.get().cend())
+        return std::nullopt;
+    SoundNote note = *found;
+    note.said.lastPlayed = m_lastPlayed.get().value(identity);
+    return note;
+}
+
+QHash<SoundIdentity, Said> SoundMemory::allSaid() const {
+    QHash<SoundIdentity, Said> all;
+    all.reserve(m_notes.get().size());
+    for (auto identity = m_notes.get().keyBegin(); identity != m_notes.get().keyEnd(); ++identity)
+        all.insert(*identity, note(*identity)->said);
+    return all;
+}
+
+void SoundMemory::join(const std::vector<std::pair<SoundIdentity, Said>>& ofSounds) {
+    assertOwnThread(*this);
+    const Preferences::Together together(m_needs.preferences);
+    for (const auto& [identity, said] : ofSounds) {
+        const Said known = note(identity).value_or(SoundNote()).said;
+        if (const Said all = joined(known, said); all != known)
+            putSaid(identity, all);
+    }
 }
 
 QStringList SoundMemory::pathsOf(const SoundIdentity& identity) const {
@@ -100,6 +135,11 @@ SoundIdentity SoundMemory::identityOf(const QString& path) const {
 void SoundMemory::putNote(const SoundIdentity& identity, const SoundNote& note) {
     m_notes.get().insert(identity, note);
     m_needs.preferences.insertNumbers(SettingsKey::soundNotes, identity.text(), storedNote(note));
+    const qint64 lastPlayed = note.said.lastPlayed;
+    if (lastPlayed == m_lastPlayed.get().value(identity))
+        return;
+    m_lastPlayed.get().insert(identity, lastPlayed);
+    m_needs.preferences.insertInteger(SettingsKey::soundLastPlayed, identity.text(), lastPlayed);
 }
 
 void SoundMemory::putSaid(const SoundIdentity& identity, const Said& said) {

@@ -42,6 +42,10 @@ class SoundMemory : public QObject {
     void restore();
     /// What is noted of a sound; none if nothing is.
     [[nodiscard]] std::optional<SoundNote> note(const SoundIdentity& identity) const;
+    /// What is noted of every sound.
+    [[nodiscard]] QHash<SoundIdentity, Said> allSaid() const;
+    /// Joins this with what is noted of these sounds. Their tracks are not told of it.
+    void join(const std::vector<std::pair<SoundIdentity, Said>>& ofSounds);
     /// The paths of a sound that several tracks share, as far as a survey has found them.
     [[nodiscard]] QStringList pathsOf(const SoundIdentity& identity) const;
 
@@ -61,6 +65,7 @@ class SoundMemory : public QObject {
 
   private:
     using Notes = QHash<SoundIdentity, SoundNote>;
+    using Times = QHash<SoundIdentity, qint64>;
     using Places = QHash<SoundIdentity, std::vector<Playlists::Place>>;
     using Says = std::vector<std::pair<QString, Said>>;
     struct Leaving {
@@ -89,7 +94,8 @@ class SoundMemory : public QObject {
     void putBack(std::vector<Playlists::Place> places);
 
     const SoundMemoryNeeds m_needs;
-    LateValue<Notes> m_notes;
+    LateValue<Notes> m_notes;             ///< without when they were last played
+    LateValue<Times> m_lastPlayed;        ///< of sounds that have a note
     LateValue<Places> m_places;           ///< of sounds that have left the library
     PathsOfSounds m_paths;                ///< as the newest survey found them; to be checked on use
     std::vector<SoundIdentity> m_toAgree; ///< keys of m_paths, of the survey under way

@@ -37,6 +37,7 @@ void TrackUserData::restore() {
     };
     restore(m_trackRatings, SettingsKey::trackRatings);
     restore(m_playCounts, SettingsKey::playCounts);
+    restore(m_lastPlayed, SettingsKey::lastPlayed);
     Q_EMIT reset();
 }
 
@@ -79,7 +80,7 @@ void TrackUserData::setRating(int rating, const QString& path) {
 }
 
 Said TrackUserData::said(const QString& path) const {
-    return {isLoved(path), rating(path), playCount(path)};
+    return {isLoved(path), rating(path), playCount(path), lastPlayed().value(path)};
 }
 
 void TrackUserData::sayAgain(const Said& said, const QString& path) {
@@ -88,7 +89,7 @@ void TrackUserData::sayAgain(const Said& said, const QString& path) {
     if (said.rating > 0 && rating(path) == 0)
         setRating(static_cast<int>(said.rating), path);
     if (said.plays > 0)
-        addPlays(said.plays, path);
+        addPlays(said.plays, said.lastPlayed, path);
 }
 
 void TrackUserData::say(const std::vector<std::pair<QString, Said>>& ofPaths) {
@@ -107,8 +108,8 @@ void TrackUserData::say(const std::vector<std::pair<QString, Said>>& ofPaths) {
             storeRating(now.rating, path);
             rated.append(path);
         }
-        if (now.plays != before.plays) {
-            storePlays(now.plays, path);
+        if (now.plays != before.plays || now.lastPlayed != before.lastPlayed) {
+            storePlays(now.plays, now.lastPlayed, path);
             counted.append(path);
         }
     }
@@ -124,7 +125,7 @@ void TrackUserData::say(const std::vector<std::pair<QString, Said>>& ofPaths) {
         Q_EMIT playsChanged(path);
 }
 
-void TrackUserData::addPlays(qint64 plays, const QString& path) {
+void TrackUserData::addPlays(qint64 plays, qint64 lastPlayed, const QString& path) {
     assertOwnThread(*this);
     if (path.isEmpty())
         return;
@@ -133,7 +134,7 @@ void TrackUserData::addPlays(qint64 plays, const QString& path) {
     if (count > std::numeric_limits<qint64>::max() - plays)
         return; // counting never comes so far, but a stored value may be anything
     const Preferences::Together together(m_preferences);
-    storePlays(count + plays, path);
+    storePlays(count + plays, std::max(before.lastPlayed, lastPlayed), path);
     Q_EMIT saying(path, before);
     Q_EMIT playsChanged(path);
 }
@@ -152,8 +153,9 @@ void TrackUserData::storeRating(qint64 rating, const QString& path) {
     storeNumber(m_trackRatings.get(), SettingsKey::trackRatings, rating, path);
 }
 
-void TrackUserData::storePlays(qint64 plays, const QString& path) {
+void TrackUserData::storePlays(qint64 plays, qint64 lastPlayed, const QString& path) {
     storeNumber(m_playCounts.get(), SettingsKey::playCounts, plays, path);
+    storeNumber(m_lastPlayed.get(), SettingsKey::lastPlayed, lastPlayed, path);
 }
 
 void TrackUserData::storeNumber(IntegerMap& map, const QString& key, qint64 number,
@@ -171,10 +173,12 @@ void TrackUserData::forget(const QSet<QString>& paths) {
     assertOwnThread(*this);
     IntegerMap& ratings = m_trackRatings.get();
     IntegerMap& counts = m_playCounts.get();
+    IntegerMap& lastPlayed = m_lastPlayed.get();
     for (const QString& path : paths) {
         m_lovedPaths.remove(path);
         ratings.remove(path);
         counts.remove(path);
+        lastPlayed.remove(path);
     }
 }
 

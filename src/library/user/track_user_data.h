@@ -12,9 +12,9 @@
 
 namespace halvane {
 
-/// The user's data of each track: loved or not, a rating, a count of plays. The keys are
-/// standardized paths. A track that is not in a map has rating 0 and no plays. Every change is
-/// stored at once, as the one entry that changed. Main thread.
+/// The user's data of each track: loved or not, a rating, a count of plays and when the last of
+/// them was. The keys are standardized paths. A track that is not in a map has rating 0 and no
+/// plays. Every change is stored at once, as the one entry that changed. Main thread.
 class TrackUserData : public QObject {
     Q_OBJECT
 
@@ -29,6 +29,8 @@ class TrackUserData : public QObject {
     [[nodiscard]] const QSet<QString>& lovedPaths() const { return m_lovedPaths; }
     [[nodiscard]] const IntegerMap& trackRatings() const { return m_trackRatings.get(); }
     [[nodiscard]] const IntegerMap& playCounts() const { return m_playCounts.get(); }
+    /// In whole seconds since 2001-01-01 UTC.
+    [[nodiscard]] const IntegerMap& lastPlayed() const { return m_lastPlayed.get(); }
 
     [[nodiscard]] bool isLoved(const QString& path) const { return m_lovedPaths.contains(path); }
     [[nodiscard]] qint64 rating(const QString& path) const { return trackRatings().value(path); }
@@ -42,8 +44,9 @@ class TrackUserData : public QObject {
     /// nothing without a path.
     Q_INVOKABLE void setRating(int rating, const QString& path);
     Q_INVOKABLE void rateTogether(int rating, const QStringList& paths);
-    /// Adds one play. Does nothing without a path.
-    void countPlay(const QString& path) { addPlays(1, path); }
+    /// Adds one play, at that time in whole seconds since 2001-01-01 UTC; 0: nobody knows when.
+    /// Does nothing without a path.
+    void countPlay(const QString& path, qint64 at = 0) { addPlays(1, at, path); }
     [[nodiscard]] Said said(const QString& path) const;
     /// Says this of a track that has come back, beside what was said of it since.
     void sayAgain(const Said& said, const QString& path);
@@ -63,16 +66,17 @@ class TrackUserData : public QObject {
     void reset();
 
   private:
-    void addPlays(qint64 plays, const QString& path);
+    void addPlays(qint64 plays, qint64 lastPlayed, const QString& path);
     void storeLoved(bool isLoved, const QString& path);
     void storeRating(qint64 rating, const QString& path);
-    void storePlays(qint64 plays, const QString& path);
+    void storePlays(qint64 plays, qint64 lastPlayed, const QString& path);
     void storeNumber(IntegerMap& map, const QString& key, qint64 number, const QString& path);
 
     Preferences& m_preferences;
     QSet<QString> m_lovedPaths;
     LateValue<IntegerMap> m_trackRatings;
     LateValue<IntegerMap> m_playCounts;
+    LateValue<IntegerMap> m_lastPlayed;
 };
 
 } // namespace halvane

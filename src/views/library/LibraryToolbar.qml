@@ -9,7 +9,7 @@ RowLayout {
 
     readonly property string place: Library.browsing.selectedPlaylistName.length > 0
         ? Library.browsing.selectedPlaylistName
-        : [Strings.library, Strings.albums, Strings.artists, Strings.tracks, Strings.loved][Library.browsing.selectedSidebar]
+        : Strings.sentences.placeName(Library.browsing.selectedSidebar)
 
     readonly property real besideTitle: 290 // the search field at its narrowest, and the buttons
 

@@ -7,10 +7,13 @@ Loader {
     id: root
 
     readonly property bool isSearch: Library.browsing.searchText.length > 0
+    readonly property int place: Library.browsing.selectedSidebar
 
     active: root.visible
-    sourceComponent: !root.isSearch && Library.browsing.selectedPlaylistName.length > 0 ? playlist
-                   : !root.isSearch && Library.browsing.selectedSidebar === SidebarPlace.Loved ? loved : search
+    sourceComponent: root.isSearch ? search
+                   : Library.browsing.selectedPlaylistName.length > 0 ? playlist
+                   : root.place === SidebarPlace.Loved ? loved
+                   : root.place >= SidebarPlace.RecentlyAdded ? liveList : search
 
     component BrowseButton: PillButton {
         implicitHeight: 36
@@ -41,6 +44,22 @@ Loader {
             symbol: "text.badge.plus"
             title: Strings.emptyPlaylist
             message: Strings.emptyPlaylistHint
+            BrowseButton {}
+        }
+    }
+    Component {
+        id: liveList
+        EmptyPlace {
+            id: empty
+
+            readonly property int place: Library.browsing.selectedSidebar
+
+            symbol: empty.place === SidebarPlace.RecentlyAdded ? "clock"
+                  : empty.place === SidebarPlace.TopRated ? "star" : "clock.arrow.circlepath"
+            title: empty.place === SidebarPlace.RecentlyAdded ? Strings.emptyRecentlyAdded
+                 : empty.place === SidebarPlace.TopRated ? Strings.emptyTopRated : Strings.emptyPlayed
+            message: empty.place === SidebarPlace.RecentlyAdded ? Strings.emptyRecentlyAddedHint
+                   : empty.place === SidebarPlace.TopRated ? Strings.emptyTopRatedHint : Strings.emptyPlayedHint
             BrowseButton {}
         }
     }

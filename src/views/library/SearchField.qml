@@ -26,6 +26,10 @@ EntryField {
             root.focus = false
     }
 
+    Tip {
+        shown: root.hovered && !root.activeFocus && root.text.length === 0
+        text: Strings.helpSearchBody
+    }
     Binding on text {
         value: Library.browsing.searchText
         restoreMode: Binding.RestoreNone

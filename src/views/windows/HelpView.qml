@@ -72,6 +72,11 @@ FocusScope {
                 body: Strings.helpModesBody
             }
             HelpSection {
+                symbol: "magnifyingglass"
+                title: Strings.helpSearchTitle
+                body: Strings.helpSearchBody
+            }
+            HelpSection {
                 symbol: "icloud.and.arrow.down"
                 title: Strings.helpCloudTitle
                 body: Strings.helpCloudBody

@@ -9,6 +9,7 @@
 #include "library/user/language_setting.h"
 #include "library/user/playlists.h"
 #include "library/user/track_user_data.h"
+#include "model/raw_value.h"
 #include "support/fake_environment.h"
 
 #include <QCoreApplication>
@@ -198,6 +199,123 @@ TEST_F(BrowsingTest, AlbumsAreFoundByTheirTracksWhereNoTileHoldsTheQuery) {
     EXPECT_EQ(albums(), QStringList{u"Oak"_s});
     browsing.setSearchText({});
     EXPECT_TRUE(browsing.hasVisibleTracks());
+}
+
+TEST_F(BrowsingTest, TermsFindTracksAndTheirAlbumsAndArtists) {
+    Track guest = trackOf(u"/m/g"_s, u"g"_s, u"Wren"_s, u"Bark"_s);
+    guest.albumTags.albumArtist = u"Moss"_s;
+    guest.year = 1994;
+    Track early = trackOf(u"/m/h"_s, u"h live"_s, u"Lark"_s, u"Year:<1990"_s);
+    early.year = 1959;
+    store.append(rowsOf({guest, early}));
+    catalog.rebuildImportedAlbums();
+    userData.setRating(4, u"/m/a"_s);
+    userData.setRating(2, u"/m/d"_s);
+    userData.setRating(5, u"/gone"_s);
+    userData.countPlay(u"/m/d"_s);
+
+    struct Case {
+        QString query, tracks;
+        QStringList albums, artists;
+    };
+    const QStringList both{u"Fern"_s, u"Fern"_s};
+    const Case cases[] = {
+        {u"artist:moss -album:fern"_s, u"cg"_s, {u"Bark"_s}, {u"Moss"_s}},
+        {u"artist:wren"_s, u"g"_s, {u"Bark"_s}, {u"Wren"_s}},
+        {u"bark -artist:wren"_s, u"c"_s, {u"Bark"_s}, {u"Moss"_s}},
+        {u"year:..1999"_s,
+         u"gh live"_s,
+         {u"Year:<1990"_s, u"Bark"_s},
+         {u"Lark"_s, u"Moss"_s, u"Wren"_s}},
+        {u"rating:>=4"_s, u"a"_s, {u"Fern"_s}, {u"Moss"_s}},
+        {u"rating:1..3 plays:1"_s, u"d"_s, {u"Song"_s}, {u"Lark"_s}},
+        {u"format:flac -rating:0"_s, u"d"_s, {u"Song"_s}, {u"Lark"_s}},
+        {u"lark \"h l\""_s, u"h live"_s, {u"Year:<1990"_s}, {u"Lark"_s}},
+        {u"genre:ambient"_s, u"e"_s, {u"Unknown Album"_s}, {u"Lark"_s}},
+        {u"rating:9"_s, {}, {}, {}},
+        // A text that holds what was typed is always found.
+        {u"year:<1990"_s, u"h live"_s, {u"Year:<1990"_s}, {u"Lark"_s}},
+    };
+    for (const Case& c : cases) {
+        for (qsizetype length = 0; length <= c.query.size(); ++length) // as it is typed
+            browsing.setSearchText(c.query.left(length));
+        EXPECT_EQ(shown(), c.tracks) << c.query.toStdString();
+        EXPECT_EQ(albums(), c.albums) << c.query.toStdString();
+        EXPECT_EQ(artists(), c.artists) << c.query.toStdString();
+    }
+    // What is rated while its list is shown stays under the hand.
+    browsing.setSearchText(u"rating:>=4"_s);
+    userData.setRating(1, u"/m/a"_s);
+    EXPECT_EQ(shown(), u"a"_s);
+    // Another catalog is looked through anew, also while it is not derived yet.
+    store.append(rowsOf({trackOf(u"/gone"_s, u"x"_s, u"Wren"_s, {})}));
+    catalog.rebuildImportedAlbums();
+    EXPECT_EQ(shown(), u"x"_s);
+    browsing.selectSidebarItem(SidebarItem::loved);
+    EXPECT_EQ(shown(), QString());
+}
+
+TEST_F(BrowsingTest, KeepsListsOfWhatIsAddedPlayedAndRated) {
+    Track newer = trackOf(u"/m/g"_s, u"g"_s, u"Wren"_s, {});
+    newer.addedDate = 900.75;
+    Track older = trackOf(u"/m/h"_s, u"h"_s, u"Wren"_s, {});
+    older.addedDate = 100;
+    Track together = trackOf(u"/m/i"_s, u"i"_s, u"Lark"_s, {});
+    together.addedDate = 900.25;
+    store.append(rowsOf({older, newer, together}));
+    catalog.rebuildImportedAlbums();
+    for (const auto& [path, stars] :
+         {std::pair(u"/m/b"_s, 4), std::pair(u"/m/c"_s, 3), std::pair(u"/m/e"_s, 5),
+          std::pair(u"/m/a"_s, 4), std::pair(u"/gone"_s, 5)})
+        userData.setRating(stars, path);
+    userData.countPlay(u"/m/d"_s, 50);
+    userData.countPlay(u"/m/f"_s, 70);
+    userData.countPlay(u"/m/d"_s, 60);
+    userData.countPlay(u"/m/a"_s); // by a version that noted no time
+
+    struct Case {
+        SidebarItem item;
+        QString tracks, found;
+    };
+    const Case cases[] = {
+        {SidebarItem::recentlyAdded, u"gih"_s, u"i"_s},
+        {SidebarItem::recentlyPlayed, u"fd"_s, u"d"_s},
+        {SidebarItem::mostPlayed, u"daf"_s, u"d"_s},
+        {SidebarItem::topRated, u"eab"_s, u"e"_s},
+    };
+    for (const Case& c : cases) {
+        browsing.selectSidebarItem(c.item);
+        const std::string name = rawValue(c.item).toStdString();
+        EXPECT_EQ(browsing.mode(), LibraryMode::songs);
+        EXPECT_EQ(shown(), c.tracks) << name;
+        EXPECT_EQ(browsing.tablePlace().toStdString(), name);
+        QString queue;
+        for (const TrackPtr& track : browsing.sortedTracks())
+            queue += track->title;
+        EXPECT_EQ(queue, c.tracks) << "what is shown is what plays next";
+        browsing.setSearchText(u"artist:lark"_s);
+        EXPECT_EQ(shown(), c.found) << name;
+        browsing.setSearchText({});
+    }
+    EXPECT_EQ(browsing.sortedPlace(), u"Top Rated"_s);
+    // A hand that rates or plays a row keeps it where it is, until the list is chosen again.
+    userData.setRating(1, u"/m/e"_s);
+    userData.setRating(5, u"/m/b"_s);
+    EXPECT_EQ(shown(), u"eab"_s);
+    browsing.selectSidebarItem(SidebarItem::topRated);
+    EXPECT_EQ(shown(), u"ba"_s);
+    order.choose(TrackOrder::title);
+    EXPECT_EQ(shown(), u"ab"_s);
+    order.choose(TrackOrder::title);
+    order.choose(TrackOrder::title);
+    EXPECT_EQ(shown(), u"ba"_s);
+
+    const QUuid id = playlists.createPlaylist(u"p"_s);
+    browsing.setSelectedPlaylistID(id);
+    EXPECT_EQ(shown(), QString());
+    EXPECT_TRUE(browsing.sortedTracks().empty());
+    browsing.selectSidebarItem(SidebarItem::tracks);
+    EXPECT_EQ(shown(), u"abcdefhgi"_s);
 }
 
 TEST_F(BrowsingTest, SourcesTakePrecedenceInTheirOrder) {
@@ -533,9 +651,9 @@ TEST_F(BrowsingTest, TheSidebarCountsWhatThereIs) {
     const std::pair<SidebarItem, QString> badges[] = {
         {SidebarItem::library, {}},     {SidebarItem::albums, u"5"_s},
         {SidebarItem::artists, u"3"_s}, {SidebarItem::tracks, u"6"_s},
-        {SidebarItem::loved, u"1"_s},
+        {SidebarItem::loved, u"1"_s},   {SidebarItem::topRated, {}},
     };
-    ASSERT_EQ(sidebar.rowCount(), 5);
+    ASSERT_EQ(sidebar.rowCount(), 9);
     for (const auto& [item, badge] : badges)
         EXPECT_EQ(sidebar.sidebarBadge(item), badge) << static_cast<int>(item);
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "library/catalog/catalog.h"
 #include "library/catalog/catalog_publisher.h"
+#include "library/catalog/catalog_search.h"
 #include "library/tracks.h"
 #include "library/user/language_setting.h"
 #include "library/user/track_user_data.h"

@@ -180,7 +180,7 @@ TEST_F(TidyingTest, RemovedTracksAreGoneEverywhereButOnTheDisk) {
     EXPECT_EQ(library.duplicates()->duplicateGroupCount(), 1);
     library.userData()->toggleLoved(copy);
     library.userData()->setRating(3, copy);
-    library.userData()->countPlay(copy);
+    library.userData()->countPlay(copy, 300);
     environment.preferences.insertNumbers(SettingsKey::trackLoudness, copy, {-12, -1});
     const QUuid list = library.playlists()->createPlaylist(u"Mine"_s);
     library.playlists()->addTrackPaths({copy, kept}, list);
@@ -198,7 +198,8 @@ TEST_F(TidyingTest, RemovedTracksAreGoneEverywhereButOnTheDisk) {
     EXPECT_EQ(library.playlists()->find(list)->trackPaths, std::vector{kept});
     EXPECT_EQ(*environment.preferences.strings(SettingsKey::importedAudioPaths), QStringList{kept});
     EXPECT_TRUE(environment.preferences.strings(SettingsKey::lovedPaths)->isEmpty());
-    for (const auto& key : {SettingsKey::trackRatings, SettingsKey::playCounts})
+    for (const auto& key :
+         {SettingsKey::trackRatings, SettingsKey::playCounts, SettingsKey::lastPlayed})
         EXPECT_TRUE(environment.preferences.integerMap(key)->isEmpty());
     EXPECT_TRUE(environment.preferences.numbersMap(SettingsKey::trackLoudness)->isEmpty());
     EXPECT_EQ(library.duplicates()->duplicateGroupCount(), 0);
@@ -217,7 +218,7 @@ TEST_F(TidyingTest, RemovedTracksComeBackToTheirPlacesWithWhatWasSaid) {
     library.importedPaths()->add(paths);
     library.userData()->toggleLoved(paths[1]);
     library.userData()->setRating(4, paths[1]);
-    library.userData()->countPlay(paths[3]);
+    library.userData()->countPlay(paths[3], 700);
     const QUuid list = library.playlists()->createPlaylist(u"Mine"_s);
     library.playlists()->addTrackPaths({paths[3], paths[0], paths[1]}, list);
     const QUuid other = library.playlists()->createPlaylist(u"Other"_s);
@@ -240,7 +241,7 @@ TEST_F(TidyingTest, RemovedTracksComeBackToTheirPlacesWithWhatWasSaid) {
     EXPECT_EQ(queued, paths + QStringList{paths[1]});
     EXPECT_EQ(library.queue()->currentRow(), 0U);
     EXPECT_EQ(library.userData()->said(paths[1]), (Said{true, 4, 0}));
-    EXPECT_EQ(library.userData()->said(paths[3]), (Said{false, 0, 1}));
+    EXPECT_EQ(library.userData()->said(paths[3]), (Said{false, 0, 1, 700}));
     EXPECT_EQ(library.playlists()->all(), before);
     EXPECT_EQ(environment.preferences.strings(SettingsKey::importedAudioPaths), stored);
     EXPECT_EQ(environment.preferences.integerMap(SettingsKey::playCounts)->value(paths[3]), 1);

@@ -20,6 +20,7 @@ TEST(SaidRules, JoinedHasWhatEitherHasAndDoesNotGrowByJoiningAgain) {
         {{true, 3, 7}, {}, {true, 3, 7}},
         {{true, 2, 1}, {false, 5, 9}, {true, 5, 9}},
         {{false, 4, 12}, {false, 1, 3}, {false, 4, 12}},
+        {{false, 0, 2, 50}, {false, 0, 9, 40}, {false, 0, 9, 50}},
     };
     for (const Row& row : rows) {
         EXPECT_EQ(joined(row.one, row.other), row.all);
@@ -39,6 +40,7 @@ TEST(SaidRules, ANoteTakesWhatTheUserChangesAndKeepsTheRest) {
         {{}, {false, 2, 0}, {true, 2, 9}}, // of a copy that nobody knew to be one
         {{}, {false, 0, 1}, {true, 4, 10}},
         {{true, 4, 9}, {true, 0, 9}, {true, 0, 9}},
+        {{}, {false, 0, 1, 60}, {true, 4, 10, 60}},
     };
     for (const Row& row : rows)
         EXPECT_EQ(followed(noted, row.before, row.after), row.now);

@@ -123,8 +123,9 @@ class SoundMachine : public RememberingLibrary {
             data.setRating(static_cast<int>(said.rating), name);
             break;
         default:
-            data.countPlay(name);
+            data.countPlay(name, ++m_now);
             ++said.plays;
+            said.lastPlayed = m_now;
         }
         return true;
     }
@@ -261,6 +262,7 @@ class SoundMachine : public RememberingLibrary {
 
     std::mt19937 m_dice;
     int m_names = 0;
+    qint64 m_now = 0;
     QUuid m_list;
     std::map<QString, int> m_files; ///< on the disk, with their sounds
     std::map<int, Said> m_said;     ///< by sound

@@ -37,7 +37,7 @@ TEST_F(SoundMemoryTest, AFolderThatIsRenamedWhileClosedKeepsAll) {
     library->userData()->toggleLoved(paths[0]); // its sound is not identified yet
     settle();
     library->userData()->setRating(4, paths[1]);
-    library->userData()->countPlay(paths[1]);
+    library->userData()->countPlay(paths[1], 900);
     library->soundCheck()->learn(paths[2], {-20, -3});
     const QUuid list = library->playlists()->addPlaylist(u"Mine"_s, {paths[2], paths[0]});
     const Said before = said(paths[1]);
@@ -54,6 +54,7 @@ TEST_F(SoundMemoryTest, AFolderThatIsRenamedWhileClosedKeepsAll) {
     EXPECT_EQ(said(now(u"one"_s)).isLoved, true);
     EXPECT_EQ(said(now(u"two"_s)).rating, 4);
     EXPECT_EQ(said(now(u"two"_s)).plays, before.plays);
+    EXPECT_EQ(said(now(u"two"_s)).lastPlayed, 900);
     EXPECT_EQ(library->soundCheck()->trackLoudness().value(now(u"three"_s)),
               (std::vector<double>{-20, -3}));
     EXPECT_EQ(listed(list), (std::vector{now(u"three"_s), now(u"one"_s)}));
@@ -118,7 +119,7 @@ TEST_F(SoundMemoryTest, CopiesShareWhatIsSaid) {
 
     library->userData()->setRating(5, copy);
     library->userData()->toggleLoved(copy);
-    library->userData()->countPlay(copy);
+    library->userData()->countPlay(copy, 700);
     EXPECT_EQ(said(first), said(copy));
     EXPECT_EQ(said(first).rating, 5);
     EXPECT_FALSE(said(first).isLoved);
@@ -163,7 +164,7 @@ TEST_F(SoundMemoryTest, UndoingARemovalCountsNothingTwice) {
     const QString first = path(u"a.wav"_s);
     write(first, 1, u"Title"_s);
     importAll();
-    library->userData()->countPlay(first);
+    library->userData()->countPlay(first, 800);
     library->userData()->setRating(4, first);
     const QUuid list = library->playlists()->addPlaylist(u"Mine"_s, {first});
     const Said before = said(first);
@@ -187,6 +188,13 @@ TEST_F(SoundMemoryTest, StoresNotesBesideThePaths) {
     const double plays = static_cast<double>(said(first).plays);
     EXPECT_EQ(notes->value(identity.text()), (std::vector<double>{0, 4, plays}));
     EXPECT_EQ(environment.preferences.integerMap(SettingsKey::trackRatings)->value(first), 4);
+    library->userData()->countPlay(first, 900'000'000);
+    library->userData()->countPlay(first, 500); // the clock was put back
+    EXPECT_EQ(environment.preferences.integerMap(SettingsKey::lastPlayed)->value(first),
+              900'000'000);
+    EXPECT_EQ(
+        environment.preferences.integerMap(SettingsKey::soundLastPlayed)->value(identity.text()),
+        900'000'000);
 }
 
 } // namespace

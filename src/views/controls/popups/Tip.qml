@@ -10,6 +10,7 @@ Loader {
     required property bool shown
     required property string text
     readonly property real air: 6
+    readonly property real widest: 420 // of its text
 
     active: root.shown && root.text.length > 0
     // qmllint disable unqualified
@@ -25,10 +26,9 @@ Loader {
         delay: Theme.tipDelay
         text: root.text
         closePolicy: T.Popup.NoAutoClose
-        implicitWidth: contentItem.implicitWidth + leftPadding + rightPadding
+        implicitWidth: Math.min(contentItem.implicitWidth, root.widest) + leftPadding + rightPadding
         implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
         contentItem: Text {
-            width: Math.min(implicitWidth, 420)
             text: root.text
             font: Theme.caption
             color: Theme.primaryText
