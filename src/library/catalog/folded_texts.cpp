@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "library/catalog/folded_texts.h"
 
+#include "library/catalog/pinyin.h"
+
 #include <QLocale>
 #include <QString>
 
@@ -106,6 +108,8 @@ void FoldedTexts::reserve(std::size_t texts, std::size_t bytes) {
 
 void FoldedTexts::add(QStringView text) {
     m_bytes.append(foldedForSearch(text));
+    if (const QByteArray initials = pinyinInitials(text); !initials.isEmpty())
+        m_bytes.append('\n').append(initials);
     m_ends.push_back(static_cast<quint32>(m_bytes.size()));
     m_bytes.append('\0');
 }

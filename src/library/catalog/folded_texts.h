@@ -17,7 +17,8 @@ QByteArray foldedForSearch(QStringView text);
 QByteArrayList severalWords(const QByteArray& foldedQuery);
 
 /// Many texts, folded once and laid end to end, so that a search is one run over memory. A text of
-/// 20 letters takes 25 bytes. A plain value; any thread.
+/// 20 letters takes 25 bytes. One with Chinese characters is also found by the initials of their
+/// pinyin. A plain value; any thread.
 class FoldedTexts {
   public:
     void reserve(std::size_t texts, std::size_t bytes);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "library/catalog/catalog_publisher.h"
 #include "library/catalog/catalog_search.h"
+#include "library/catalog/pinyin.h"
 #include "library/tracks.h"
 #include "library/user/language_setting.h"
 #include "library/user/track_user_data.h"
@@ -73,6 +74,34 @@ TEST(FoldedTexts, DisregardCaseAccentsWidthAndComposition) {
     texts.add(u"cd");
     EXPECT_EQ(texts.matches("bc"), (std::vector<quint8>{0, 0}));
     EXPECT_EQ(texts.matches("d"), (std::vector<quint8>{0, 1}));
+}
+
+TEST(FoldedTexts, FindChineseByTheInitialsOfItsPinyin) {
+    const std::pair<QString, QByteArray> cases[] = {
+        {u"周杰伦"_s, "zjl"},
+        {u"鄧麗君"_s, "dlj"},
+        {u"G.E.M. 邓紫棋"_s, "dzq"},
+        {u"七里香 (Live) 2004"_s, "qlx"},
+        {u"夜 · 晚风"_s, "y wf"},
+        {u"初音ミク"_s, "cy"},
+        {u"阿八嚓哒额发噶哈击喀垃妈拿哦啪期然撒他挖昔压匝"_s, "abcdefghjklmnopqrstwxyz"},
+        {u"Night Walk"_s, {}},
+        {u"ミク"_s, {}},
+        {{}, {}},
+    };
+    for (const auto& [text, initials] : cases) {
+        EXPECT_EQ(pinyinInitials(text), initials) << text.toStdString();
+        FoldedTexts texts;
+        texts.add(u"zyx"_s);
+        texts.add(text);
+        if (!initials.isEmpty()) {
+            EXPECT_EQ(texts.matches(initials), (std::vector<quint8>{0, 1}));
+        }
+        EXPECT_EQ(texts.matches(foldedForSearch(u"zy"_s)), (std::vector<quint8>{1, 0}));
+    }
+    FoldedTexts tile;
+    tile.add(u"七里香\n周杰伦"_s);
+    EXPECT_EQ(tile.matches("qlxz"), std::vector<quint8>{0}) << "these are two fields";
 }
 
 TEST(FoldedTexts, FoldAsTheUsersLanguageDoes) {
