@@ -155,6 +155,7 @@ void LibraryViewModel::start() {
     m_appearance->restoreTheme();
     m_views->restoreRemainingTime();
     m_views->restoreTileSize();
+    m_views->restoreArtistOrder();
     m_output->restore();
     m_soundCheck->restore();
     m_soundMemory->restore();
@@ -236,6 +237,8 @@ void LibraryViewModel::connectRows() {
             &LibraryViewModel::selectedAlbumChanged);
     connect(m_browsing.get(), &Browsing::tablePlaceChanged, m_tableColumns.get(),
             [this] { m_tableColumns->setPlace(m_browsing->tablePlace()); });
+    connect(m_views.get(), &ViewState::artistOrderChanged, m_browsing.get(),
+            [this] { m_browsing->setArtistOrder(m_views->artistOrder()); });
     connect(m_playlists.get(), &Playlists::deleted, this, [this](const QUuid& id) {
         m_tableOrder->forget(TablePlace::playlist(id));
         m_tableColumns->forget(TablePlace::playlist(id));

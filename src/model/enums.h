@@ -26,6 +26,10 @@ enum class SidebarItem {
 };
 Q_ENUM_NS(SidebarItem)
 
+/// The order of the artists: by the characters' codes, or as the reader's language sorts names.
+enum class ArtistOrder { plain, readers };
+Q_ENUM_NS(ArtistOrder)
+
 enum class PlaybackRepeatMode { off, all, one };
 Q_ENUM_NS(PlaybackRepeatMode)
 

@@ -64,6 +64,7 @@ TEST(LibraryViewModel, RestoresWhatMakesSenseAndWritesItBack) {
     library.transport()->toggleShuffle();
     library.views()->setShowRemainingTime(true);
     library.views()->setTileSize(7);
+    library.views()->setArtistOrder(ArtistOrder::readers);
     LibraryViewModel again{environment};
     again.start();
     EXPECT_EQ(again.transport()->repeatMode(), PlaybackRepeatMode::all);
@@ -71,6 +72,7 @@ TEST(LibraryViewModel, RestoresWhatMakesSenseAndWritesItBack) {
     EXPECT_FALSE(again.transport()->isShuffleEnabled());
     EXPECT_TRUE(again.views()->showRemainingTime());
     EXPECT_EQ(again.views()->tileSize(), ViewState::greatestTileSize);
+    EXPECT_EQ(again.views()->artistOrder(), ArtistOrder::readers);
 }
 
 namespace {

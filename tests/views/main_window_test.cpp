@@ -125,6 +125,9 @@ TEST_F(MainWindowTest, TypingInTheSearchFieldFiltersAndEscClearsIt) {
     }));
     ui->key(Qt::Key_Escape);
     EXPECT_EQ(library.browsing()->searchText(), QString());
+    ui->find(u"Search title, artist, album, format"_s)->setText(QAccessible::Value, u"salt"_s);
+    EXPECT_EQ(library.browsing()->searchText(), u"salt"_s) << "as assistive technology sets it";
+    ui->key(Qt::Key_Escape);
     ui->type(u"zzzz"_s);
     EXPECT_TRUE(ui->waitsFor(u"No matches for your search"_s));
     ASSERT_TRUE(ui->click(u"Clear search"_s));

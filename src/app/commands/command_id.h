@@ -21,6 +21,7 @@ enum class CommandId {
     selectAll,
     find,
     toggleNowPlayingPanel,
+    toggleArtistOrder,
     playPause,
     nextTrack,
     previousTrack,

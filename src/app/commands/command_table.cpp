@@ -80,6 +80,11 @@ QString sleepTitle(const CommandState& state) {
                                   : u"Sleep Timer: Off"_s;
 }
 
+QString artistOrderTitle(const CommandState& state) {
+    return state.artistOrder == ArtistOrder::plain ? u"Sort Artists Alphabetically"_s
+                                                   : u"Sort Artists by Character Code"_s;
+}
+
 QString miniPlayerTitle(const CommandState& state) {
     return english(state.isMiniPlayerOpen ? L10nKey::backToMainWindow : L10nKey::miniPlayer);
 }
@@ -119,7 +124,9 @@ const std::vector<MenuSpec>& menuTable() {
           {CommandId::find, u"Ctrl+F"_s, fixed<L10nKey::findCommand>}}},
         {u"View"_s,
          {{CommandId::toggleNowPlayingPanel, u"Ctrl+Alt+N"_s,
-           fixed<L10nKey::toggleNowPlayingPanel>}}},
+           fixed<L10nKey::toggleNowPlayingPanel>},
+          separator,
+          {CommandId::toggleArtistOrder, {}, artistOrderTitle}}},
         {english(L10nKey::playbackMenu),
          {{CommandId::playPause, u"Space"_s, fixed<L10nKey::playPause>, notInSearchField, true},
           {CommandId::nextTrack, u"Ctrl+Right"_s, fixed<L10nKey::nextTrack>},

@@ -19,6 +19,7 @@ struct CommandState {
     bool stopsAfterCurrent = false;
     int sleepMinutes = 0; ///< 0: the timer is off
     bool isMiniPlayerOpen = false;
+    ArtistOrder artistOrder = ArtistOrder::plain;
     QString undoName = {}; ///< of what is undone outside of text fields; empty: nothing can be
     QString redoName = {};
 

@@ -109,6 +109,10 @@ void Commands::perform(CommandId id) {
         return Q_EMIT searchAsked();
     case CommandId::toggleNowPlayingPanel:
         return m_library.views()->setShowNowPlayingPanel(!m_library.views()->showNowPlayingPanel());
+    case CommandId::toggleArtistOrder:
+        return m_library.views()->setArtistOrder(
+            m_library.views()->artistOrder() == ArtistOrder::plain ? ArtistOrder::readers
+                                                                   : ArtistOrder::plain);
     case CommandId::playPause:
         return transport->togglePlayback();
     case CommandId::nextTrack:
@@ -143,6 +147,7 @@ void Commands::followLibrary() {
     connect(m_library.transport(), &Transport::stopsAfterCurrentChanged, this, &Commands::refresh);
     connect(m_library.sleepTimer(), &SleepTimer::minutesChanged, this, &Commands::refresh);
     connect(m_library.views(), &ViewState::isMiniPlayerOpenChanged, this, &Commands::refresh);
+    connect(m_library.views(), &ViewState::artistOrderChanged, this, &Commands::refresh);
     connect(m_library.history(), &UndoHistory::changed, this, &Commands::refresh);
     connect(qGuiApp, &QGuiApplication::focusObjectChanged, this, &Commands::refresh);
 }
@@ -155,6 +160,7 @@ CommandState Commands::state() const {
             .stopsAfterCurrent = m_library.transport()->stopsAfterCurrent(),
             .sleepMinutes = m_library.sleepTimer()->minutes(),
             .isMiniPlayerOpen = m_library.views()->isMiniPlayerOpen(),
+            .artistOrder = m_library.views()->artistOrder(),
             .undoName = nameOf(m_library.history()->undoName()),
             .redoName = nameOf(m_library.history()->redoName())};
 }

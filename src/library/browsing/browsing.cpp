@@ -4,6 +4,7 @@
 #include "library/browsing/cover_store.h"
 #include "library/browsing/live_lists.h"
 #include "library/browsing/table_place.h"
+#include "library/catalog/collation.h"
 #include "library/user/language_setting.h"
 #include "library/user/playlists.h"
 #include "library/user/track_user_data.h"
@@ -12,10 +13,30 @@
 
 #include <algorithm>
 #include <iterator>
+#include <numeric>
 
 namespace halvane {
 
 namespace {
+
+// Guests stay behind those who lead an album.
+void sortForReaders(std::vector<const CatalogArtist*>& artists) {
+    std::vector<QString> names;
+    names.reserve(artists.size());
+    for (const CatalogArtist* artist : artists)
+        names.push_back(artist->sortName);
+    const auto ranks = collationRanks(names, caseInsensitiveCollator());
+    std::vector<std::size_t> places(artists.size());
+    std::iota(places.begin(), places.end(), std::size_t(0));
+    std::stable_sort(places.begin(), places.end(), [&](std::size_t a, std::size_t b) {
+        return std::pair(artists[a]->isGuest, ranks[a]) < std::pair(artists[b]->isGuest, ranks[b]);
+    });
+    std::vector<const CatalogArtist*> sorted;
+    sorted.reserve(artists.size());
+    for (const std::size_t place : places)
+        sorted.push_back(artists[place]);
+    artists = std::move(sorted);
+}
 
 // Some rows as they follow each other among all.
 std::vector<quint32> inOrder(const std::vector<quint32>& some, const std::vector<quint32>& all) {
@@ -149,6 +170,12 @@ void Browsing::setSearchText(const QString& text) {
     refreshAlbums();
     refreshArtists();
     Q_EMIT turnedTo();
+}
+
+void Browsing::setArtistOrder(ArtistOrder order) {
+    assertOwnThread(*this);
+    m_artistOrder = order;
+    refreshArtists();
 }
 
 void Browsing::setFocusedArtist(const QString& name) {
@@ -480,6 +507,8 @@ void Browsing::refreshArtists() {
         if (matches.empty() || matches[guest.number] != 0)
             items.push_back(&guest);
     }
+    if (m_artistOrder == ArtistOrder::readers)
+        sortForReaders(items);
     m_artists.setItems(catalog(), std::move(items));
 }
 

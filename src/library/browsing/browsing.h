@@ -89,6 +89,7 @@ class Browsing : public QObject {
     [[nodiscard]] Album shownFocusedAlbum() const { return shown(focusedAlbum()); }
 
     void setSearchText(const QString& text);
+    void setArtistOrder(ArtistOrder order);
     void setFocusedArtist(const QString& name);
     /// Selects an album and limits the track table to it.
     void setSelectedAlbumID(const QString& id);
@@ -175,6 +176,7 @@ class Browsing : public QObject {
     LibraryMode m_mode = LibraryMode::albums;
     QString m_searchText;
     QString m_focusedArtist;
+    ArtistOrder m_artistOrder = ArtistOrder::plain;
     QString m_selectedAlbumID;
     QString m_focusedAlbumID; ///< empty: none
     QUuid m_selectedPlaylistID;

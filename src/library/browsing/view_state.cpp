@@ -2,6 +2,7 @@
 #include "library/browsing/view_state.h"
 
 #include "library/user/settings_keys.h"
+#include "model/raw_value.h"
 #include "platform/preferences/preferences.h"
 #include "platform/thread_check.h"
 
@@ -31,6 +32,12 @@ void ViewState::restoreTileSize() {
         setTileSize(std::isfinite(*stored)
                         ? qRound(std::clamp(*stored, 0.0, double(greatestTileSize)))
                         : m_tileSize);
+}
+
+void ViewState::restoreArtistOrder() {
+    const auto stored = m_preferences.string(SettingsKey::artistOrder);
+    if (const auto order = stored ? fromRawValue<ArtistOrder>(*stored) : std::nullopt)
+        setArtistOrder(*order);
 }
 
 void ViewState::set(bool& flag, bool value, void (ViewState::*changed)()) {
@@ -83,6 +90,14 @@ void ViewState::setTileSize(int size) {
         return;
     m_preferences.setNumber(SettingsKey::tileSize, size);
     Q_EMIT tileSizeChanged();
+}
+
+void ViewState::setArtistOrder(ArtistOrder order) {
+    assertOwnThread(*this);
+    if (std::exchange(m_artistOrder, order) == order)
+        return;
+    m_preferences.setString(SettingsKey::artistOrder, rawValue(order));
+    Q_EMIT artistOrderChanged();
 }
 
 } // namespace halvane

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "model/enums.h"
+
 #include <QObject>
 
 namespace halvane {
@@ -28,6 +30,9 @@ class ViewState : public QObject {
     /// Of the albums, from 0 to greatestTileSize.
     Q_PROPERTY(int tileSize READ tileSize WRITE setTileSize NOTIFY tileSizeChanged)
 
+    Q_PROPERTY(halvane::ArtistOrder artistOrder READ artistOrder WRITE setArtistOrder NOTIFY
+                   artistOrderChanged)
+
   public:
     static constexpr int greatestTileSize = 3;
 
@@ -37,6 +42,7 @@ class ViewState : public QObject {
     void restoreNowPlayingPanel();
     void restoreRemainingTime();
     void restoreTileSize();
+    void restoreArtistOrder();
 
     [[nodiscard]] bool showFullPlayer() const { return m_showFullPlayer; }
     [[nodiscard]] bool isMiniPlayerOpen() const { return m_isMiniPlayerOpen; }
@@ -47,6 +53,7 @@ class ViewState : public QObject {
     [[nodiscard]] int searchFocusRequest() const { return m_searchFocusRequest; }
     [[nodiscard]] bool showRemainingTime() const { return m_showRemainingTime; }
     [[nodiscard]] int tileSize() const { return m_tileSize; }
+    [[nodiscard]] ArtistOrder artistOrder() const { return m_artistOrder; }
 
     void setShowFullPlayer(bool show);
     void setMiniPlayerOpen(bool open);
@@ -54,9 +61,10 @@ class ViewState : public QObject {
     void setShowMaintenance(bool show);
     void setQuitting(); ///< for good
     void setSearchFieldFocused(bool focused);
-    Q_INVOKABLE void requestSearchFocus(); ///< adds 1 to searchFocusRequest
-    void setShowRemainingTime(bool show);  ///< stored
-    void setTileSize(int size);            ///< clamped and stored
+    Q_INVOKABLE void requestSearchFocus();           ///< adds 1 to searchFocusRequest
+    void setShowRemainingTime(bool show);            ///< stored
+    void setTileSize(int size);                      ///< clamped and stored
+    void setArtistOrder(halvane::ArtistOrder order); ///< stored
 
   Q_SIGNALS:
     void showFullPlayerChanged();
@@ -68,6 +76,7 @@ class ViewState : public QObject {
     void searchFocusRequestChanged();
     void showRemainingTimeChanged();
     void tileSizeChanged();
+    void artistOrderChanged();
 
   private:
     void set(bool& flag, bool value, void (ViewState::*changed)());
@@ -82,6 +91,7 @@ class ViewState : public QObject {
     int m_searchFocusRequest = 0;
     bool m_showRemainingTime = false;
     int m_tileSize = 1;
+    ArtistOrder m_artistOrder = ArtistOrder::plain;
 };
 
 } // namespace halvane

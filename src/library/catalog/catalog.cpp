@@ -64,8 +64,10 @@ class ArtistList {
         });
         std::vector<CatalogArtist> sorted;
         sorted.reserve(order.size());
-        for (const quint32 number : order)
+        for (const quint32 number : order) {
             sorted.push_back(std::move(m_artists[number]));
+            sorted.back().sortName = m_sortNames[number];
+        }
         return sorted;
     }
 

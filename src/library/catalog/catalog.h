@@ -13,6 +13,7 @@ namespace halvane {
 /// of the albums that the artist leads, or those of a guest that the guest is heard on.
 struct CatalogArtist {
     QString name;
+    QString sortName;   ///< mostly the name
     quint32 number = 0; ///< in the artist column
     qint64 albumCount = 0;
     qint64 trackCount = 0;

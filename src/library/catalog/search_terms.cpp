@@ -162,8 +162,7 @@ class TermReader {
     // A quoted phrase goes as far as its closing quote, or to the end while that is to come.
     void takeText(SearchTerm& term) {
         QStringView value;
-        const bool isAlone = m_rest.size() < 2 && term.field == TermField::anywhere; // inches
-        if (!isAlone && !m_rest.isEmpty() && isOpeningQuote(m_rest[0])) {
+        if (!m_rest.isEmpty() && isOpeningQuote(m_rest[0])) {
             m_isPlain = false;
             m_rest = m_rest.sliced(1);
             const auto end = std::find_if(m_rest.cbegin(), m_rest.cend(), isClosingQuote);

@@ -31,6 +31,7 @@ inline const QString customThemeAccent = u"Halvane.CustomThemeAccent"_s;
 inline const QString themeCornerStyle = u"Halvane.ThemeCornerStyle"_s;
 inline const QString themeBackgroundStyle = u"Halvane.ThemeBackgroundStyle"_s;
 inline const QString showRemainingTime = u"Halvane.ShowRemainingTime"_s;
+inline const QString artistOrder = u"Halvane.ArtistOrder"_s;
 inline const QString tileSize = u"Halvane.TileSize"_s;
 inline const QString outputDeviceName = u"Halvane.OutputDeviceName"_s;
 inline const QString soundCheckEnabled = u"Halvane.SoundCheckEnabled"_s;

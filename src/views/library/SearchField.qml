@@ -12,7 +12,11 @@ EntryField {
     placeholderText: Strings.searchPlaceholder
     leftPadding: 35
     rightPadding: 32
-    onTextEdited: Library.browsing.searchText = root.text
+    // Not only what is typed: assistive technology sets the text as a whole.
+    onTextChanged: {
+        if (root.text !== Library.browsing.searchText)
+            Library.browsing.searchText = root.text
+    }
     onActiveFocusChanged: Library.views.isSearchFieldFocused = root.activeFocus
     onAnsweredRequestChanged: {
         root.forceActiveFocus(Qt.ShortcutFocusReason)

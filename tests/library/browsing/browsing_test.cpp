@@ -255,6 +255,29 @@ TEST_F(BrowsingTest, TermsFindTracksAndTheirAlbumsAndArtists) {
     EXPECT_EQ(shown(), QString());
 }
 
+TEST_F(BrowsingTest, ArtistsComeInTheReadersOrderIfThatIsChosen) {
+    Track named = trackOf(u"/m/n"_s, u"n"_s, u"The Bird"_s, {});
+    SortNames sortNames;
+    sortNames.artist = u"bird, The"_s;
+    named.albumTags.sortNames = std::make_shared<const SortNames>(sortNames);
+    Track guest = trackOf(u"/m/g"_s, u"g"_s, u"aa"_s, u"Bark"_s);
+    guest.albumTags.albumArtist = u"Moss"_s;
+    store.append(rowsOf({named, guest, trackOf(u"/m/z"_s, u"z"_s, u"Élan"_s, {}),
+                         trackOf(u"/m/y"_s, u"y"_s, u"zebra"_s, {})}));
+    catalog.rebuildImportedAlbums();
+    const QStringList plain{u"Lark"_s,  u"Moss"_s, u"The Bird"_s, u"moss"_s,
+                            u"zebra"_s, u"Élan"_s, u"aa"_s};
+    EXPECT_EQ(artists(), plain);
+    browsing.setArtistOrder(ArtistOrder::readers);
+    EXPECT_EQ(artists(), (QStringList{u"The Bird"_s, u"Élan"_s, u"Lark"_s, u"Moss"_s, u"moss"_s,
+                                      u"zebra"_s, u"aa"_s}));
+    browsing.setSearchText(u"s"_s);
+    EXPECT_EQ(artists(), (QStringList{u"Moss"_s, u"moss"_s}));
+    browsing.setSearchText({});
+    browsing.setArtistOrder(ArtistOrder::plain);
+    EXPECT_EQ(artists(), plain);
+}
+
 TEST_F(BrowsingTest, KeepsListsOfWhatIsAddedPlayedAndRated) {
     Track newer = trackOf(u"/m/g"_s, u"g"_s, u"Wren"_s, {});
     newer.addedDate = 900.75;
