@@ -12,6 +12,8 @@
 #include <QQuickWindow>
 #include <QStandardPaths>
 
+#include <functional>
+
 namespace halvane {
 
 using namespace Qt::StringLiterals;
@@ -37,6 +39,40 @@ void darkenPath(const QQuickItem& within) {
                 ground->setProperty("color", child->window()->color());
         darkenPath(*child);
     }
+}
+
+QQuickItem* firstWithin(QQuickItem& item, const std::function<bool(const QQuickItem&)>& isIt) {
+    if (isIt(item))
+        return &item;
+    const auto children = item.childItems();
+    for (auto* child : children)
+        if (auto* found = firstWithin(*child, isIt))
+            return found;
+    return nullptr;
+}
+
+// A file's name can be typed at once, and Enter takes it. The panel itself leaves the keys nowhere.
+void offerName(QQuickItem& within, const QString& acceptLabel) {
+    auto* name = firstWithin(within, [](const QQuickItem& item) {
+        return item.isVisible() && item.objectName() == u"fileNameTextField"_s;
+    });
+    auto* accept = firstWithin(within, [&](const QQuickItem& item) {
+        return item.inherits("QQuickAbstractButton") && item.property("text") == acceptLabel;
+    });
+    if (!name || !accept)
+        return;
+    name->forceActiveFocus();
+    QMetaObject::invokeMethod(name, "selectAll");
+    QObject::connect(name, SIGNAL(accepted()), accept, SIGNAL(clicked()));
+}
+
+// A name that was typed comes as an address without a scheme, and a whole path that was typed
+// stands behind the folder and two slashes.
+QString pathOf(const QUrl& url) {
+    const QString path =
+        url.isLocalFile() ? url.toLocalFile() : QUrl::fromPercentEncoding(url.toEncoded());
+    const qsizetype typed = path.lastIndexOf(u"//"_s);
+    return typed < 0 ? path : path.sliced(typed + 1);
 }
 
 } // namespace
@@ -68,13 +104,16 @@ void QuickFileChooser::choose(const FileChooserRequest& request,
 
 void QuickFileChooser::chooseTarget(const FileTargetRequest& request,
                                     std::function<void(const QString& path)> chosen) {
-    m_chosen = [chosen = std::move(chosen)](const QStringList& paths) { chosen(paths.front()); };
+    const QString suffix = QFileInfo(request.fileName).suffix();
+    m_chosen = [chosen = std::move(chosen), suffix](const QStringList& paths) {
+        const QString& path = paths.front();
+        chosen(QFileInfo(path).suffix().isEmpty() ? path + u'.' + suffix : path);
+    };
     const QUrl folder = startingFolder();
     show(u"TargetDialog.qml"_s, request.title,
          {{u"acceptLabel"_s, request.prompt},
           {u"currentFolder"_s, folder},
-          {u"suggestion"_s, QUrl::fromLocalFile(folder.toLocalFile() + u'/' + request.fileName)},
-          {u"defaultSuffix"_s, QFileInfo(request.fileName).suffix()}});
+          {u"suggestion"_s, QUrl::fromLocalFile(folder.toLocalFile() + u'/' + request.fileName)}});
 }
 
 void QuickFileChooser::show(const QString& view, const QString& title, QVariantMap properties) {
@@ -114,14 +153,17 @@ void QuickFileChooser::showIn(QQuickWindow& window, const QString& view, QVarian
     m_panel->setParent(this);
     // From Qt 6.8 on the panel has a window of its own within ours.
     for (QWindow* each : QGuiApplication::allWindows())
-        if (const auto* shown = qobject_cast<QQuickWindow*>(each))
+        if (const auto* shown = qobject_cast<QQuickWindow*>(each)) {
             darkenPath(*shown->contentItem());
+            offerName(*shown->contentItem(), properties.value(u"acceptLabel"_s).toString());
+        }
 }
 
 void QuickFileChooser::accept(const QList<QUrl>& files) {
     QStringList paths;
     for (const auto& url : files)
-        paths.append(url.toLocalFile());
+        if (const QString path = pathOf(url); !path.isEmpty())
+            paths.append(path);
     reject();
     if (m_chosen && !paths.isEmpty())
         m_chosen(paths);

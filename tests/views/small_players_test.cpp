@@ -95,6 +95,38 @@ TEST_F(SmallPlayersTest, AFilePanelDrawnByTheToolkitHasAWindowOfItsOwn) {
     }
 }
 
+TEST_F(SmallPlayersTest, AFileIsNamedByTypingInTheToolkitsPanel) {
+    const QTemporaryDir folder;
+    const std::pair<QString, QString> cases[] = {
+        {u"other name"_s, u"/other name.json"_s},
+        {u"100% #1?.json"_s, u"/100% #1?.json"_s},
+        {folder.filePath(u"whole.json"_s), folder.filePath(u"whole.json"_s)},
+    };
+    auto* main = world.open(u"main"_s);
+    for (const auto& [typed, end] : cases) {
+        QuickFileChooser chooser(world.engine(), QUrl(u"qrc:/qt/qml/Halvane/"_s));
+        QString chosen;
+        main->requestActivate();
+        ASSERT_TRUE(world.waitFor([&] { return QGuiApplication::focusWindow() != nullptr; }));
+        chooser.chooseTarget({u"Save"_s, u"Export"_s, u"first.json"_s},
+                             [&](const QString& path) { chosen = path; });
+        const auto front = [] {
+            return qobject_cast<QQuickWindow*>(QGuiApplication::focusWindow());
+        };
+        ASSERT_TRUE(world.waitFor([&] {
+            const auto* window = front();
+            return window && window->activeFocusItem() &&
+                   window->activeFocusItem()->objectName() == u"fileNameTextField"_s;
+        }));
+        WindowDriver ui(*front());
+        ui.type(typed);
+        ui.key(Qt::Key_Return);
+        EXPECT_TRUE(world.waitFor([&] { return !chosen.isEmpty(); }));
+        EXPECT_TRUE(chosen.endsWith(end)) << qPrintable(chosen);
+        EXPECT_FALSE(chosen.contains(u"//"_s)) << qPrintable(chosen);
+    }
+}
+
 TEST_F(SmallPlayersTest, TheMiniPlayersLineSeeksAndItsLengthTurnsRound) {
     world.furnish();
     WindowDriver ui(*world.open(u"mini"_s));

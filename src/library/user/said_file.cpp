@@ -102,7 +102,7 @@ std::optional<SaidFile> SaidFile::fromJson(const QByteArray& json) {
             !entry.path.isEmpty() || entry.identity.isKnown())
             file.tracks.push_back(std::move(entry));
     for (const QJsonValue& value : object.value(u"playlists"_s).toArray()) {
-        SaidPlaylist playlist{value[u"name"_s].toString().trimmed(), {}};
+        SaidPlaylist playlist{value[u"name"_s].toString().simplified(), {}};
         for (const QJsonValue& path : value[u"paths"_s].toArray())
             if (path.isString() && !path.toString().isEmpty())
                 playlist.paths.append(path.toString());
@@ -140,7 +140,7 @@ SaidFile saidFileOf(const TrackRows& rows, const AllSaid& said,
     return file;
 }
 
-SaidPlan saidPlanOf(const SaidFile& file, const TrackRows& rows) {
+SaidPlan saidPlanOf(SaidFile file, const TrackRows& rows, qint64 now) {
     QHash<SoundIdentity, QStringList> pathsOfSounds;
     QHash<QString, SoundIdentity> soundOfPath;
     for (const TrackPtr& track : rows) {
@@ -160,7 +160,9 @@ SaidPlan saidPlanOf(const SaidFile& file, const TrackRows& rows) {
     };
     SaidPlan plan;
     QHash<QString, QString> pathHere;
-    for (const SaidEntry& entry : file.tracks) {
+    for (SaidEntry& entry : file.tracks) {
+        if (entry.said.lastPlayed > now)
+            entry.said.lastPlayed = 0;
         const QStringList paths = pathsHere(entry);
         ++(paths.isEmpty() ? plan.away : plan.found);
         for (const QString& path : paths)

@@ -67,7 +67,8 @@ struct SaidPlan {
 };
 
 /// An entry is of every track with its sound. Where that is not known, it is of the track at its
-/// path, unless another sound is there.
-SaidPlan saidPlanOf(const SaidFile& file, const TrackRows& rows);
+/// path, unless another sound is there. A play after `now`, in seconds since 2001-01-01 UTC, has no
+/// date: it would stand before all others for good.
+SaidPlan saidPlanOf(SaidFile file, const TrackRows& rows, qint64 now);
 
 } // namespace halvane

@@ -7,11 +7,13 @@
 #include "library/user/playlists.h"
 #include "library/user/sound_memory.h"
 #include "library/user/track_user_data.h"
+#include "metadata/file_dates.h"
 #include "platform/log.h"
 #include "platform/session/file_chooser.h"
 #include "platform/thread_check.h"
 #include "presentation/l10n.h"
 
+#include <QDateTime>
 #include <QFile>
 #include <QPointer>
 #include <QSaveFile>
@@ -119,8 +121,10 @@ void SaidTransfer::read(const QString& path) {
     assertOwnThread(*this);
     m_worker.run(
         [path, rows = m_needs.store.snapshot()]() -> std::optional<SaidPlan> {
-            const auto file = readWhole(path);
-            return file ? std::optional(saidPlanOf(*file, *rows)) : std::nullopt;
+            auto file = readWhole(path);
+            const qint64 now =
+                QDateTime::currentSecsSinceEpoch() - static_cast<qint64>(referenceDateOffset);
+            return file ? std::optional(saidPlanOf(*std::move(file), *rows, now)) : std::nullopt;
         },
         [this, path](std::optional<SaidPlan> plan) {
             if (plan)

@@ -73,24 +73,28 @@ TEST(SaidFile, EntriesFindTheirTracksBySoundAndElseByPath) {
     const TrackRows rows = rowsOf({sounding(u"/new/a"_s, 1), sounding(u"/copy"_s, 1),
                                    sounding(u"/other"_s, 2), trackAt(u"/plain"_s)});
     const Said said{false, 4, 0};
+    const Said tomorrow{false, 4, 0, 101};
     struct Case {
         const char* name;
         SaidEntry entry;
         QStringList paths;
     };
     const Case cases[] = {
-        {"moved, and there twice", entry(u"/old/a"_s, 1, said), {u"/new/a"_s, u"/copy"_s}},
+        {"moved, and there twice", entry(u"/old/a"_s, 1, tomorrow), {u"/new/a"_s, u"/copy"_s}},
         {"another sound is at its path", entry(u"/other"_s, 5, said), {}},
         {"here the sound is not known yet", entry(u"/plain"_s, 5, said), {u"/plain"_s}},
         {"the file does not know the sound", entry(u"/other"_s, 0, said), {u"/other"_s}},
         {"nowhere", entry(u"/gone"_s, 0, said), {}},
     };
     for (const Case& c : cases) {
-        const SaidPlan plan = saidPlanOf({{c.entry}, {{u"P"_s, {c.entry.path, u"/x"_s}}}}, rows);
+        const SaidPlan plan =
+            saidPlanOf({{c.entry}, {{u"P"_s, {c.entry.path, u"/x"_s}}}}, rows, 100);
         QStringList paths;
         for (const auto& [path, ofPath] : plan.ofPaths)
             paths.append(path);
         EXPECT_EQ(paths, c.paths) << c.name;
+        for (const auto& [path, ofPath] : plan.ofPaths)
+            EXPECT_EQ(ofPath, said) << "from tomorrow, and so without its date";
         EXPECT_EQ(plan.found, c.paths.isEmpty() ? 0 : 1) << c.name;
         EXPECT_EQ(plan.away, c.paths.isEmpty() ? 1 : 0) << c.name;
         EXPECT_EQ(plan.ofSounds.size(), c.entry.identity.isKnown() ? 1U : 0U) << c.name;
@@ -140,7 +144,7 @@ TEST(SaidTransfer, AnotherLibraryIsToldOfTheSameSounds) {
     old.import({old.music.path()});
     old.settle();
     old.library->userData()->setRating(4, paths[1]);
-    old.library->userData()->countPlay(paths[1], 900'000'000);
+    old.library->userData()->countPlay(paths[1], 700'000'000);
     old.library->userData()->toggleLoved(paths[2]);
     old.library->playlists()->addPlaylist(u"Mine"_s, {paths[2], paths[1]});
     old.exportTo(file);
@@ -162,7 +166,7 @@ TEST(SaidTransfer, AnotherLibraryIsToldOfTheSameSounds) {
         other.importFrom(file);
         EXPECT_EQ(other.library->status()->text(),
                   u"Imported the listening data of 1 track · 2 not in the library"_s);
-        EXPECT_EQ(other.said(renamed), (Said{true, 4, 1, 900'000'000}));
+        EXPECT_EQ(other.said(renamed), (Said{true, 4, 1, 700'000'000}));
         EXPECT_EQ(other.said(own), ofOwn);
         EXPECT_EQ(other.listed(mine), (std::vector{own, paths[2], renamed}));
     }
