@@ -76,13 +76,13 @@ const std::vector<quint32>& LibrarySearch::rows(const Catalog& catalog,
     }
     m_found.emplace();
     const auto add = [this](quint32 row) {
-        if (m_holds[row] != 0)
+        if (holds(row))
             m_found->push_back(row);
     };
     if (within)
         std::for_each(within->cbegin(), within->cend(), add);
     else
-        for (quint32 row = 0; row < m_holds.size(); ++row)
+        for (quint32 row = 0; row < catalog.rows->size(); ++row)
             add(row);
     m_foundQuery = m_query;
     m_foundIsEnough = false;
@@ -108,8 +108,9 @@ std::vector<quint8> LibrarySearch::albums(const Catalog& catalog) const {
         return {};
     if (m_terms) {
         std::vector<quint8> found(catalog.albums.size(), 0);
-        for (std::size_t row = 0; row < m_holds.size(); ++row)
-            found[catalog.albumOfRow[row]] |= m_holds[row];
+        for (std::size_t row = 0; row < catalog.albumOfRow.size(); ++row)
+            if (holds(row))
+                found[catalog.albumOfRow[row]] = 1;
         return found;
     }
     auto found = tilesFound(catalog.albumTiles, m_query);
@@ -129,9 +130,11 @@ std::vector<quint8> LibrarySearch::artists(const Catalog& catalog) const {
     if (!m_terms)
         return tilesFound(catalog.artistTexts, m_query);
     std::vector<quint8> found(catalog.artistTexts.size(), 0);
-    for (std::size_t row = 0; row < m_holds.size(); ++row) {
-        found[catalog.columns.artist.ofRow[row]] |= m_holds[row];
-        found[catalog.columns.leadOfRow[row]] |= m_holds[row];
+    for (std::size_t row = 0; row < catalog.rows->size(); ++row) {
+        if (!holds(row))
+            continue;
+        found[catalog.columns.artist.ofRow[row]] = 1;
+        found[catalog.columns.leadOfRow[row]] = 1;
     }
     for (quint32 artist = 0; artist < found.size(); ++artist)
         found[artist] &= static_cast<quint8>(isAskedFor(catalog, artist, *m_terms));

@@ -38,6 +38,9 @@ class LibrarySearch {
         std::vector<quint8> isWith;
     };
 
+    [[nodiscard]] bool holds(std::size_t row) const {
+        return row < m_holds.size() && m_holds[row] != 0;
+    }
     std::vector<quint8> lookFor(const Catalog& catalog, const SearchTerm& term,
                                 const NumbersOf& numbersOf);
     void findByWords(const Catalog& catalog, const std::vector<quint32>* within);

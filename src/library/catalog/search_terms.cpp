@@ -54,7 +54,7 @@ struct NumberRange {
 
 std::optional<qint64> numberIn(QStringView text) {
     bool isNumber = false;
-    const qint64 number = text.toLongLong(&isNumber);
+    const qint64 number = text.toInt(&isNumber);
     return isNumber && number >= 0 ? std::optional(number) : std::nullopt;
 }
 
