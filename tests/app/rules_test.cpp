@@ -86,6 +86,8 @@ TEST(Commands, AreTheseInThisOrder) {
 }
 
 TEST(Commands, FollowTheState) {
+    EXPECT_TRUE(listed({.artistOrder = ArtistOrder::readers})
+                    .contains(u"View | Sort Artists by Character Code | "_s));
     const auto line = [](const CommandState& state, const QString& keys) {
         return listed(state).filter(u"| "_s + keys).value(0).section(u" | "_s, 1, -1);
     };

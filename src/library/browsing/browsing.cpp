@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "library/browsing/browsing.h"
 
+#include "library/browsing/artist_order.h"
 #include "library/browsing/cover_store.h"
 #include "library/browsing/live_lists.h"
 #include "library/browsing/table_place.h"
-#include "library/catalog/collation.h"
 #include "library/user/language_setting.h"
 #include "library/user/playlists.h"
 #include "library/user/track_user_data.h"
@@ -13,30 +13,10 @@
 
 #include <algorithm>
 #include <iterator>
-#include <numeric>
 
 namespace halvane {
 
 namespace {
-
-// Guests stay behind those who lead an album.
-void sortForReaders(std::vector<const CatalogArtist*>& artists) {
-    std::vector<QString> names;
-    names.reserve(artists.size());
-    for (const CatalogArtist* artist : artists)
-        names.push_back(artist->sortName);
-    const auto ranks = collationRanks(names, caseInsensitiveCollator());
-    std::vector<std::size_t> places(artists.size());
-    std::iota(places.begin(), places.end(), std::size_t(0));
-    std::stable_sort(places.begin(), places.end(), [&](std::size_t a, std::size_t b) {
-        return std::pair(artists[a]->isGuest, ranks[a]) < std::pair(artists[b]->isGuest, ranks[b]);
-    });
-    std::vector<const CatalogArtist*> sorted;
-    sorted.reserve(artists.size());
-    for (const std::size_t place : places)
-        sorted.push_back(artists[place]);
-    artists = std::move(sorted);
-}
 
 // Some rows as they follow each other among all.
 std::vector<quint32> inOrder(const std::vector<quint32>& some, const std::vector<quint32>& all) {
@@ -57,6 +37,7 @@ Browsing::Browsing(const LibraryStore& store, CatalogPublisher& catalog, const P
                    TableOrder& order, const RowState& rows, QObject* parent)
     : QObject(parent)
     , m_store(store)
+    , m_lookup(store, catalog)
     , m_catalog(catalog)
     , m_playlists(playlists)
     , m_userData(userData)
@@ -369,13 +350,13 @@ void Browsing::sourceChanged() {
 Browsing::SourceRows Browsing::rowsOfPlace() const {
     if (!m_selectedPlaylistID.isNull()) {
         const Playlist* playlist = m_playlists.find(m_selectedPlaylistID);
-        return playlist ? rowsOfPaths(playlist->trackPaths) : std::vector<quint32>();
+        return playlist ? m_lookup.rowsOf(playlist->trackPaths) : std::vector<quint32>();
     }
     if (isLiveList(m_sidebar))
         return rowsOfLiveList(m_sidebar, numbersOf(m_sidebar));
     if (showLovedOnly()) {
         const QSet<QString>& loved = m_userData.lovedPaths();
-        auto rows = rowsOfPaths(std::vector<QString>(loved.cbegin(), loved.cend()));
+        auto rows = m_lookup.rowsOf(std::vector<QString>(loved.cbegin(), loved.cend()));
         std::sort(rows.begin(), rows.end());
         return rows;
     }
@@ -402,65 +383,24 @@ Browsing::SourceRows Browsing::sorted(SourceRows rows) {
     return rows ? inOrder(*rows, *all) : *all;
 }
 
-std::vector<quint32> Browsing::rowsOfPaths(const std::vector<QString>& paths) const {
-    std::vector<quint32> rows;
-    if (m_catalog.isCurrent()) {
-        for (const QString& path : paths) {
-            if (const auto row = m_store.rowOf(path))
-                rows.push_back(static_cast<quint32>(*row));
-        }
-        return rows;
-    }
-    // The store has changed since the catalog was derived, so its row numbers are others.
-    QHash<QString, quint32> rowOf;
-    const TrackRows& all = *catalog()->rows;
-    const QSet<QString> wanted(paths.cbegin(), paths.cend());
-    for (std::size_t row = 0; row < all.size(); ++row) {
-        const QString path = all[row]->path();
-        if (wanted.contains(path))
-            rowOf.insert(path, static_cast<quint32>(row));
-    }
-    for (const QString& path : paths) {
-        const auto row = rowOf.constFind(path);
-        if (row != rowOf.cend())
-            rows.push_back(*row);
-    }
-    return rows;
-}
-
 NumbersOf Browsing::saidOfRows() const {
     return [this](TermField field) {
-        return numbersOfRows(field == TermField::rating ? m_userData.trackRatings()
-                                                        : m_userData.playCounts());
+        return m_lookup.numbersOf(field == TermField::rating ? m_userData.trackRatings()
+                                                             : m_userData.playCounts());
     };
 }
 
 std::vector<RowNumber> Browsing::numbersOf(SidebarItem liveList) const {
     switch (liveList) {
     case SidebarItem::recentlyPlayed:
-        return numbersOfRows(m_userData.lastPlayed());
+        return m_lookup.numbersOf(m_userData.lastPlayed());
     case SidebarItem::mostPlayed:
-        return numbersOfRows(m_userData.playCounts());
+        return m_lookup.numbersOf(m_userData.playCounts());
     case SidebarItem::topRated:
-        return numbersOfRows(m_userData.trackRatings());
+        return m_lookup.numbersOf(m_userData.trackRatings());
     default:
         return datesAdded(*catalog()->rows);
     }
-}
-
-std::vector<RowNumber> Browsing::numbersOfRows(const IntegerMap& numbers) const {
-    std::vector<RowNumber> ofRows;
-    if (m_catalog.isCurrent()) {
-        for (auto said = numbers.cbegin(); said != numbers.cend(); ++said)
-            if (const auto row = m_store.rowOf(said.key()))
-                ofRows.push_back({static_cast<quint32>(*row), said.value()});
-        return ofRows;
-    }
-    const TrackRows& all = *catalog()->rows;
-    for (quint32 row = 0; row < all.size(); ++row)
-        if (const qint64 number = numbers.value(all[row]->path()))
-            ofRows.push_back({row, number});
-    return ofRows;
 }
 
 void Browsing::refreshTracks() {

@@ -4,6 +4,7 @@
 #include "library/browsing/album_list_model.h"
 #include "library/browsing/artist_list_model.h"
 #include "library/browsing/library_search.h"
+#include "library/browsing/row_lookup.h"
 #include "library/browsing/table_order.h"
 #include "library/browsing/track_list_model.h"
 #include "library/catalog/catalog_publisher.h"
@@ -153,10 +154,8 @@ class Browsing : public QObject {
     void refreshArtists();
     [[nodiscard]] SourceRows rowsOfPlace() const;
     [[nodiscard]] SourceRows sorted(SourceRows rows);
-    [[nodiscard]] std::vector<quint32> rowsOfPaths(const std::vector<QString>& paths) const;
     [[nodiscard]] NumbersOf saidOfRows() const;
     [[nodiscard]] std::vector<RowNumber> numbersOf(SidebarItem liveList) const;
-    [[nodiscard]] std::vector<RowNumber> numbersOfRows(const IntegerMap& numbers) const;
     [[nodiscard]] const std::shared_ptr<const Catalog>& catalog() const {
         return m_catalog.published();
     }
@@ -165,6 +164,7 @@ class Browsing : public QObject {
     bool assign(T& field, const T& value, void (Browsing::*changed)());
 
     const LibraryStore& m_store;
+    const RowLookup m_lookup;
     CatalogPublisher& m_catalog;
     const Playlists& m_playlists;
     const TrackUserData& m_userData;

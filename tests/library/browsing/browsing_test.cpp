@@ -1,90 +1,16 @@
 // SPDX-License-Identifier: MIT
-#include "library/browsing/browsing.h"
-#include "library/browsing/cover_store.h"
+#include "library/browsing/browsing_fixture.h"
 #include "library/browsing/sidebar_model.h"
-#include "library/browsing/table_order.h"
 #include "library/browsing/table_place.h"
 #include "library/catalog/library_summary.h"
-#include "library/tracks.h"
-#include "library/user/language_setting.h"
-#include "library/user/playlists.h"
-#include "library/user/track_user_data.h"
-#include "model/raw_value.h"
-#include "support/fake_environment.h"
 
 #include <QCoreApplication>
-
-#include <gtest/gtest.h>
 
 using namespace halvane;
 using namespace halvane::test;
 using namespace Qt::StringLiterals;
 
 namespace {
-
-struct BrowsingTest : testing::Test {
-    MemoryPreferences preferences;
-    Playlists playlists{preferences};
-    CoverStore covers;
-    LibraryStore store;
-    FakeLanguages languages;
-    LanguageSetting language{preferences, languages};
-    TrackUserData userData{preferences};
-    CatalogPublisher catalog{store, userData, language};
-    QString current;
-    TableOrder order{preferences};
-    Browsing browsing{store, catalog, playlists, userData, language, order, rowState()};
-
-    RowState rowState() {
-        RowState state;
-        state.isLoved = [this](const QString& path) { return userData.isLoved(path); };
-        state.rating = [](const QString&) { return 3; };
-        state.plays = [this](const QString& path) { return userData.playCount(path); };
-        state.availability = [](const QString&) { return TrackAvailability::missing; };
-        state.isCurrent = [this](const QString& path) { return path == current; };
-        state.covers = &covers;
-        return state;
-    }
-
-    void SetUp() override {
-        // Titles a to f, by three spellings of two artists, on four albums and one without a title.
-        std::vector<Track> tracks{trackOf(u"/m/a"_s, u"a"_s, u"Moss"_s, u"Fern"_s),
-                                  trackOf(u"/m/b"_s, u"b"_s, u"Moss"_s, u"Fern"_s),
-                                  trackOf(u"/m/c"_s, u"c"_s, u"Moss"_s, u"Bark"_s),
-                                  trackOf(u"/m/d"_s, u"d"_s, u"Lark"_s, u"Song"_s),
-                                  trackOf(u"/m/e"_s, u"e"_s, u"Lark"_s, {}),
-                                  trackOf(u"/m/f"_s, u"f"_s, u"moss"_s, u"Fern"_s)};
-        tracks[3].format = u"FLAC 96 kHz"_s;
-        tracks[4].genre = u"Ambient"_s;
-        store.append(rowsOf(tracks));
-        catalog.rebuildImportedAlbums();
-    }
-
-    QString shown() {
-        QString titles;
-        for (std::size_t row = 0; row < browsing.visibleTracks()->size(); ++row)
-            titles += browsing.visibleTracks()->item(row).title;
-        return titles;
-    }
-    QStringList albums() {
-        QStringList titles;
-        for (std::size_t row = 0; row < browsing.visibleAlbums()->size(); ++row)
-            titles += browsing.visibleAlbums()->item(row).title;
-        return titles;
-    }
-    QStringList artists() {
-        QStringList names;
-        for (std::size_t row = 0; row < browsing.visibleArtists()->size(); ++row)
-            names += browsing.visibleArtists()->item(row).name;
-        return names;
-    }
-    [[nodiscard]] QueueItem entry(const QString& album, const QString& artist) const {
-        QueueItem item;
-        item.album = album;
-        item.artist = artist;
-        return item;
-    }
-};
 
 // Collects what a list tells its views.
 struct Told {
@@ -114,147 +40,6 @@ using Ranges = QList<std::pair<int, int>>;
 
 } // namespace
 
-TEST_F(BrowsingTest, SearchesFiveFieldsInTheSourceOrder) {
-    const std::pair<QString, QString> cases[] = {
-        {{}, u"abcdef"_s},      {u"  \t"_s, u"abcdef"_s}, {u"C"_s, u"cd"_s}, // title, format
-        {u" flac "_s, u"d"_s},  {u"fern"_s, u"abf"_s},    {u"LARK"_s, u"de"_s},
-        {u"ambient"_s, u"e"_s}, {u"moss"_s, u"abcf"_s},   {u"nothing"_s, {}},
-        {u"unknown"_s, {}}, // texts for unknown names are not searched
-    };
-    for (const auto& [query, expected] : cases) {
-        browsing.setSearchText(query);
-        EXPECT_EQ(shown(), expected) << query.toStdString();
-    }
-    browsing.setSearchText(u"m"_s); // grows and shrinks again
-    EXPECT_EQ(shown(), u"abcdef"_s.remove(u'd'));
-    browsing.setSearchText(u"mo"_s);
-    EXPECT_EQ(shown(), u"abcf"_s);
-    browsing.setSearchText(u"mos"_s);
-    browsing.setSearchText(u"o"_s);
-    EXPECT_EQ(shown(), u"abcdf"_s);
-    EXPECT_EQ(albums(),
-              (QStringList{u"Song"_s, u"Unknown Album"_s, u"Bark"_s, u"Fern"_s, u"Fern"_s}));
-    EXPECT_EQ(artists(), (QStringList{u"Moss"_s, u"moss"_s}));
-}
-
-TEST_F(BrowsingTest, WordsAreFoundAcrossTheFields) {
-    struct Case {
-        QString query, tracks;
-        QStringList albums, artists;
-    };
-    const Case cases[] = {
-        {u"moss bark"_s, u"c"_s, {u"Bark"_s}, {}},
-        {u"Fern  MOSS"_s, u"abf"_s, {u"Fern"_s, u"Fern"_s}, {}},
-        {u"flac lark song"_s, u"d"_s, {u"Song"_s}, {}}, // the album of the track that is found
-        {u"moss nothing"_s, {}, {}, {}},
-        {u"wren tree"_s, u"gh"_s, {}, {u"Tree Wren"_s}}, // the same text
-        {u"tree wren"_s, u"g"_s, {}, {u"Tree Wren"_s}},  // as it stands
-        {u"e wren x"_s, {}, {}, {}},
-    };
-    store.append(rowsOf({trackOf(u"/m/g"_s, u"g"_s, u"Tree Wren"_s, {}),
-                         trackOf(u"/m/h"_s, u"h"_s, u"Wren"_s, {})}));
-    Track named = *store.track(u"/m/h"_s);
-    named.genre = u"Tree"_s;
-    store.replace(rowsOf({named}));
-    catalog.rebuildImportedAlbums();
-    for (const Case& c : cases) {
-        for (qsizetype length = 0; length <= c.query.size(); ++length) // as it is typed
-            browsing.setSearchText(c.query.left(length));
-        EXPECT_EQ(shown(), c.tracks) << c.query.toStdString();
-        EXPECT_EQ(artists(), c.artists) << c.query.toStdString();
-        if (!c.query.contains(u"wren"_s)) { // those have no album title
-            EXPECT_EQ(albums(), c.albums) << c.query.toStdString();
-        }
-        browsing.setSearchText({});
-        browsing.setSearchText(c.query); // as it is pasted
-        EXPECT_EQ(shown(), c.tracks) << c.query.toStdString();
-    }
-    // What was found in one text is too little for words that are in several.
-    Track both = trackOf(u"/m/i"_s, u"ab c"_s, {}, {});
-    Track apart = trackOf(u"/m/j"_s, u"ab"_s, u"cd"_s, {});
-    store.append(rowsOf({both, apart}));
-    catalog.rebuildImportedAlbums();
-    browsing.setSearchText(u"ab c"_s);
-    EXPECT_EQ(shown(), u"ab c"_s);
-    browsing.setSearchText(u"ab cd"_s);
-    EXPECT_EQ(shown(), u"ab"_s);
-}
-
-TEST_F(BrowsingTest, AlbumsAreFoundByTheirTracksWhereNoTileHoldsTheQuery) {
-    store.append(rowsOf({trackOf(u"/m/g"_s, u"Hollow Beyoncé Fern"_s, u"Tree Wren"_s, u"Oak"_s)}));
-    catalog.rebuildImportedAlbums();
-    browsing.setSearchText(u"HOLLOW beyonce"_s);
-    EXPECT_EQ(albums(), QStringList{u"Oak"_s});
-    browsing.setSearchText(u"wren hollow"_s);
-    EXPECT_EQ(albums(), QStringList{u"Oak"_s});
-    // What a tile itself says goes before.
-    browsing.setSearchText(u"fern"_s);
-    EXPECT_EQ(albums(), (QStringList{u"Fern"_s, u"Fern"_s}));
-    // An open album without such a track has nothing to show, and its tile's neighbours have.
-    browsing.setSearchText({});
-    browsing.setSelectedAlbumID(u"local|moss|fern"_s);
-    EXPECT_TRUE(browsing.hasVisibleTracks());
-    browsing.setSearchText(u"hollow"_s);
-    EXPECT_FALSE(browsing.hasVisibleTracks());
-    EXPECT_EQ(albums(), QStringList{u"Oak"_s});
-    browsing.setSearchText({});
-    EXPECT_TRUE(browsing.hasVisibleTracks());
-}
-
-TEST_F(BrowsingTest, TermsFindTracksAndTheirAlbumsAndArtists) {
-    Track guest = trackOf(u"/m/g"_s, u"g"_s, u"Wren"_s, u"Bark"_s);
-    guest.albumTags.albumArtist = u"Moss"_s;
-    guest.year = 1994;
-    Track early = trackOf(u"/m/h"_s, u"h live"_s, u"Lark"_s, u"Year:<1990"_s);
-    early.year = 1959;
-    store.append(rowsOf({guest, early}));
-    catalog.rebuildImportedAlbums();
-    userData.setRating(4, u"/m/a"_s);
-    userData.setRating(2, u"/m/d"_s);
-    userData.setRating(5, u"/gone"_s);
-    userData.countPlay(u"/m/d"_s);
-
-    struct Case {
-        QString query, tracks;
-        QStringList albums, artists;
-    };
-    const QStringList both{u"Fern"_s, u"Fern"_s};
-    const Case cases[] = {
-        {u"artist:moss -album:fern"_s, u"cg"_s, {u"Bark"_s}, {u"Moss"_s}},
-        {u"artist:wren"_s, u"g"_s, {u"Bark"_s}, {u"Wren"_s}},
-        {u"bark -artist:wren"_s, u"c"_s, {u"Bark"_s}, {u"Moss"_s}},
-        {u"year:..1999"_s,
-         u"gh live"_s,
-         {u"Year:<1990"_s, u"Bark"_s},
-         {u"Lark"_s, u"Moss"_s, u"Wren"_s}},
-        {u"rating:>=4"_s, u"a"_s, {u"Fern"_s}, {u"Moss"_s}},
-        {u"rating:1..3 plays:1"_s, u"d"_s, {u"Song"_s}, {u"Lark"_s}},
-        {u"format:flac -rating:0"_s, u"d"_s, {u"Song"_s}, {u"Lark"_s}},
-        {u"lark \"h l\""_s, u"h live"_s, {u"Year:<1990"_s}, {u"Lark"_s}},
-        {u"genre:ambient"_s, u"e"_s, {u"Unknown Album"_s}, {u"Lark"_s}},
-        {u"rating:9"_s, {}, {}, {}},
-        // A text that holds what was typed is always found.
-        {u"year:<1990"_s, u"h live"_s, {u"Year:<1990"_s}, {u"Lark"_s}},
-    };
-    for (const Case& c : cases) {
-        for (qsizetype length = 0; length <= c.query.size(); ++length) // as it is typed
-            browsing.setSearchText(c.query.left(length));
-        EXPECT_EQ(shown(), c.tracks) << c.query.toStdString();
-        EXPECT_EQ(albums(), c.albums) << c.query.toStdString();
-        EXPECT_EQ(artists(), c.artists) << c.query.toStdString();
-    }
-    // What is rated while its list is shown stays under the hand.
-    browsing.setSearchText(u"rating:>=4"_s);
-    userData.setRating(1, u"/m/a"_s);
-    EXPECT_EQ(shown(), u"a"_s);
-    // Another catalog is looked through anew, also while it is not derived yet.
-    store.append(rowsOf({trackOf(u"/gone"_s, u"x"_s, u"Wren"_s, {})}));
-    catalog.rebuildImportedAlbums();
-    EXPECT_EQ(shown(), u"x"_s);
-    browsing.selectSidebarItem(SidebarItem::loved);
-    EXPECT_EQ(shown(), QString());
-}
-
 TEST_F(BrowsingTest, ArtistsComeInTheReadersOrderIfThatIsChosen) {
     Track named = trackOf(u"/m/n"_s, u"n"_s, u"The Bird"_s, {});
     SortNames sortNames;
@@ -276,69 +61,6 @@ TEST_F(BrowsingTest, ArtistsComeInTheReadersOrderIfThatIsChosen) {
     browsing.setSearchText({});
     browsing.setArtistOrder(ArtistOrder::plain);
     EXPECT_EQ(artists(), plain);
-}
-
-TEST_F(BrowsingTest, KeepsListsOfWhatIsAddedPlayedAndRated) {
-    Track newer = trackOf(u"/m/g"_s, u"g"_s, u"Wren"_s, {});
-    newer.addedDate = 900.75;
-    Track older = trackOf(u"/m/h"_s, u"h"_s, u"Wren"_s, {});
-    older.addedDate = 100;
-    Track together = trackOf(u"/m/i"_s, u"i"_s, u"Lark"_s, {});
-    together.addedDate = 900.25;
-    store.append(rowsOf({older, newer, together}));
-    catalog.rebuildImportedAlbums();
-    for (const auto& [path, stars] :
-         {std::pair(u"/m/b"_s, 4), std::pair(u"/m/c"_s, 3), std::pair(u"/m/e"_s, 5),
-          std::pair(u"/m/a"_s, 4), std::pair(u"/gone"_s, 5)})
-        userData.setRating(stars, path);
-    userData.countPlay(u"/m/d"_s, 50);
-    userData.countPlay(u"/m/f"_s, 70);
-    userData.countPlay(u"/m/d"_s, 60);
-    userData.countPlay(u"/m/a"_s); // by a version that noted no time
-
-    struct Case {
-        SidebarItem item;
-        QString tracks, found;
-    };
-    const Case cases[] = {
-        {SidebarItem::recentlyAdded, u"gih"_s, u"i"_s},
-        {SidebarItem::recentlyPlayed, u"fd"_s, u"d"_s},
-        {SidebarItem::mostPlayed, u"daf"_s, u"d"_s},
-        {SidebarItem::topRated, u"eab"_s, u"e"_s},
-    };
-    for (const Case& c : cases) {
-        browsing.selectSidebarItem(c.item);
-        const std::string name = rawValue(c.item).toStdString();
-        EXPECT_EQ(browsing.mode(), LibraryMode::songs);
-        EXPECT_EQ(shown(), c.tracks) << name;
-        EXPECT_EQ(browsing.tablePlace().toStdString(), name);
-        QString queue;
-        for (const TrackPtr& track : browsing.sortedTracks())
-            queue += track->title;
-        EXPECT_EQ(queue, c.tracks) << "what is shown is what plays next";
-        browsing.setSearchText(u"artist:lark"_s);
-        EXPECT_EQ(shown(), c.found) << name;
-        browsing.setSearchText({});
-    }
-    EXPECT_EQ(browsing.sortedPlace(), u"Top Rated"_s);
-    // A hand that rates or plays a row keeps it where it is, until the list is chosen again.
-    userData.setRating(1, u"/m/e"_s);
-    userData.setRating(5, u"/m/b"_s);
-    EXPECT_EQ(shown(), u"eab"_s);
-    browsing.selectSidebarItem(SidebarItem::topRated);
-    EXPECT_EQ(shown(), u"ba"_s);
-    order.choose(TrackOrder::title);
-    EXPECT_EQ(shown(), u"ab"_s);
-    order.choose(TrackOrder::title);
-    order.choose(TrackOrder::title);
-    EXPECT_EQ(shown(), u"ba"_s);
-
-    const QUuid id = playlists.createPlaylist(u"p"_s);
-    browsing.setSelectedPlaylistID(id);
-    EXPECT_EQ(shown(), QString());
-    EXPECT_TRUE(browsing.sortedTracks().empty());
-    browsing.selectSidebarItem(SidebarItem::tracks);
-    EXPECT_EQ(shown(), u"abcdefhgi"_s);
 }
 
 TEST_F(BrowsingTest, SourcesTakePrecedenceInTheirOrder) {
