@@ -7,6 +7,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QTimeZone>
 
 #include <algorithm>
 
@@ -21,7 +22,7 @@ constexpr int version = 1;
 
 QString dateText(qint64 seconds) {
     return QDateTime::fromSecsSinceEpoch(seconds + static_cast<qint64>(referenceDateOffset),
-                                         Qt::UTC)
+                                         QTimeZone::utc())
         .toString(Qt::ISODate);
 }
 
