@@ -7,7 +7,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QTimeZone>
 
 #include <algorithm>
 
@@ -21,8 +20,8 @@ const QString kind = u"Halvane listening data"_s;
 constexpr int version = 1;
 
 QString dateText(qint64 seconds) {
-    return QDateTime::fromSecsSinceEpoch(seconds + static_cast<qint64>(referenceDateOffset),
-                                         QTimeZone::utc())
+    return QDateTime::fromSecsSinceEpoch(seconds + static_cast<qint64>(referenceDateOffset))
+        .toUTC()
         .toString(Qt::ISODate);
 }
 
