@@ -5,6 +5,7 @@
 #include "library/playback/edited_queue.h"
 #include "library/sample_library.h"
 #include "library/user/language_setting.h"
+#include "library/user/live_lists.h"
 #include "library/user/playlists.h"
 #include "library/user/track_user_data.h"
 #include "model/raw_value.h"
@@ -49,6 +50,7 @@ struct Window {
     }
     test::MemoryPreferences preferences;
     Playlists playlists{preferences};
+    LiveLists liveLists{preferences};
     CoverStore covers;
     LibraryStore store;
     test::FakeLanguages languages;
@@ -56,7 +58,7 @@ struct Window {
     TrackUserData userData{preferences};
     CatalogPublisher catalog{store, userData, language};
     TableOrder order{preferences};
-    Browsing browsing{store, catalog, playlists, userData, language, order, rowState()};
+    Browsing browsing{store, catalog, playlists, liveLists, userData, language, order, rowState()};
 
     RowState rowState() {
         RowState state = test::plainRowState();

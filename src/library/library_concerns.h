@@ -46,6 +46,7 @@
 #include "library/undo_history.h"
 #include "library/user/ambient_color.h"
 #include "library/user/language_setting.h"
+#include "library/user/live_lists.h"
 #include "library/user/playlist_export.h"
 #include "library/user/playlists.h"
 #include "library/user/said_transfer.h"

@@ -32,6 +32,7 @@ LibraryViewModel::LibraryViewModel(const Environment& environment, QObject* pare
         std::make_unique<LanguageSetting>(m_environment.preferences, m_environment.languages);
     m_userData = std::make_unique<TrackUserData>(m_environment.preferences);
     m_playlists = std::make_unique<Playlists>(m_environment.preferences);
+    m_liveLists = std::make_unique<LiveLists>(m_environment.preferences);
     m_views = std::make_unique<ViewState>(m_environment.preferences);
     m_history = std::make_unique<UndoHistory>();
 
@@ -102,7 +103,7 @@ LibraryViewModel::LibraryViewModel(const Environment& environment, QObject* pare
                              *m_tidying, *m_language, needs});
     m_removals = std::make_unique<RemovalHistory>(
         RemovalNeeds{*m_store, *m_catalog, *m_importedPaths, *m_queue, *m_transport, *m_playlists,
-                     *m_userData, *m_tidying},
+                     *m_liveLists, *m_userData, *m_tidying},
         *m_history, *m_status, *m_language);
     m_coverFiles =
         std::make_unique<CoverFiles>(*m_store, *m_catalog, *m_queue, *m_persistence, m_covers);
@@ -110,8 +111,8 @@ LibraryViewModel::LibraryViewModel(const Environment& environment, QObject* pare
     // What is shown
     m_tableOrder = std::make_unique<TableOrder>(m_environment.preferences);
     m_tableColumns = std::make_unique<TableColumns>(m_environment.preferences);
-    m_browsing = std::make_unique<Browsing>(*m_store, *m_catalog, *m_playlists, *m_userData,
-                                            *m_language, *m_tableOrder, rowState());
+    m_browsing = std::make_unique<Browsing>(*m_store, *m_catalog, *m_playlists, *m_liveLists,
+                                            *m_userData, *m_language, *m_tableOrder, rowState());
     m_sidebar = std::make_unique<SidebarModel>(*m_catalog);
     m_tidyingLists = std::make_unique<TidyingLists>(*m_store, *m_availability, *m_duplicates);
     m_collections = std::make_unique<CollectionPlayer>(
@@ -152,6 +153,7 @@ void LibraryViewModel::start() {
     m_equalizer->restore();
     m_userData->restore();
     m_playlists->restore();
+    m_liveLists->restore();
     m_appearance->restoreTheme();
     m_views->restoreRemainingTime();
     m_views->restoreTileSize();
@@ -239,14 +241,22 @@ void LibraryViewModel::connectRows() {
             [this] { m_tableColumns->setPlace(m_browsing->tablePlace()); });
     connect(m_views.get(), &ViewState::artistOrderChanged, m_browsing.get(),
             [this] { m_browsing->setArtistOrder(m_views->artistOrder()); });
-    connect(m_playlists.get(), &Playlists::deleted, this, [this](const QUuid& id) {
-        m_tableOrder->forget(TablePlace::playlist(id));
-        m_tableColumns->forget(TablePlace::playlist(id));
-    });
-    connect(m_playlists.get(), &Playlists::cameBack, this, [this](const QUuid& id) {
-        m_tableOrder->remember(TablePlace::playlist(id));
-        m_tableColumns->remember(TablePlace::playlist(id));
-    });
+    const auto forget = [this](const QString& place) {
+        m_tableOrder->forget(place);
+        m_tableColumns->forget(place);
+    };
+    const auto remember = [this](const QString& place) {
+        m_tableOrder->remember(place);
+        m_tableColumns->remember(place);
+    };
+    connect(m_playlists.get(), &Playlists::deleted, this,
+            [forget](const QUuid& id) { forget(TablePlace::playlist(id)); });
+    connect(m_playlists.get(), &Playlists::cameBack, this,
+            [remember](const QUuid& id) { remember(TablePlace::playlist(id)); });
+    connect(m_liveLists.get(), &LiveLists::removed, this,
+            [forget](const QUuid& id) { forget(TablePlace::liveList(id)); });
+    connect(m_liveLists.get(), &LiveLists::cameBack, this,
+            [remember](const QUuid& id) { remember(TablePlace::liveList(id)); });
     // The full-screen player would hide the place that a jump shows.
     connect(m_browsing.get(), &Browsing::jumping, this,
             [this] { m_views->setShowFullPlayer(false); });

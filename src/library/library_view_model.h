@@ -27,6 +27,7 @@ class Importer;
 class LanguageSetting;
 class CatalogPublisher;
 class LibraryStore;
+class LiveLists;
 class SaidTransfer;
 class Tidying;
 class TidyingLists;
@@ -110,6 +111,7 @@ class LibraryViewModel : public QObject {
     Q_PROPERTY(halvane::StatusLine* status READ status CONSTANT)
     // What the user has said and chosen
     Q_PROPERTY(halvane::Playlists* playlists READ playlists CONSTANT)
+    Q_PROPERTY(halvane::LiveLists* liveLists READ liveLists CONSTANT)
     Q_PROPERTY(halvane::PlaylistExport* playlistExport READ playlistExport CONSTANT)
     Q_PROPERTY(halvane::TrackUserData* userData READ userData CONSTANT)
     Q_PROPERTY(halvane::UndoHistory* history READ history CONSTANT)
@@ -159,6 +161,7 @@ class LibraryViewModel : public QObject {
     [[nodiscard]] ViewState* views() const { return m_views.get(); }
     [[nodiscard]] StatusLine* status() const { return m_status.get(); }
     [[nodiscard]] Playlists* playlists() const { return m_playlists.get(); }
+    [[nodiscard]] LiveLists* liveLists() const { return m_liveLists.get(); }
     [[nodiscard]] PlaylistExport* playlistExport() const { return m_playlistExport.get(); }
     [[nodiscard]] SaidTransfer* saidTransfer() const { return m_saidTransfer.get(); }
     [[nodiscard]] TrackUserData* userData() const { return m_userData.get(); }
@@ -210,6 +213,7 @@ class LibraryViewModel : public QObject {
     std::unique_ptr<LanguageSetting> m_language;
     std::unique_ptr<TrackUserData> m_userData;
     std::unique_ptr<Playlists> m_playlists;
+    std::unique_ptr<LiveLists> m_liveLists;
     std::unique_ptr<ViewState> m_views;
     std::unique_ptr<UndoHistory> m_history;
 

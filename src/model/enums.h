@@ -12,7 +12,7 @@ Q_NAMESPACE
 enum class LibraryMode { albums, songs, artists };
 Q_ENUM_NS(LibraryMode)
 
-/// The last four are lists that the library keeps by itself.
+/// From recentlyAdded on they are live lists: four that every library has, and those of the user.
 enum class SidebarItem {
     library,
     albums,
@@ -23,6 +23,7 @@ enum class SidebarItem {
     recentlyPlayed,
     mostPlayed,
     topRated,
+    liveList,
 };
 Q_ENUM_NS(SidebarItem)
 
@@ -61,6 +62,11 @@ enum class TrackOrder {
     path
 };
 Q_ENUM_NS(TrackOrder)
+
+/// By what a live list goes: the library's order, or the greatest number first, which is a date in
+/// `added` and `played`.
+enum class LiveOrder { library, added, played, plays, rating, year };
+Q_ENUM_NS(LiveOrder)
 
 /// How tracks are brought to one level: by their mean level, as Sound Check does, or by their
 /// loudness, each on its own or, where an album plays, the album as a whole.

@@ -148,6 +148,11 @@ QString deletedPlaylist(const QString& name, ResolvedLanguage language) {
                                : u"Deleted playlist \""_s + name + u'"';
 }
 
+QString deletedLiveList(const QString& name, ResolvedLanguage language) {
+    return isChinese(language) ? u"已删除智能列表「"_s + name + u"」"_s
+                               : u"Deleted live list \""_s + name + u'"';
+}
+
 QString savedAsPlaylist(const QString& name, ResolvedLanguage language) {
     return isChinese(language) ? u"已存为播放列表「"_s + name + u"」"_s
                                : u"Saved as playlist \""_s + name + u"\""_s;
@@ -408,6 +413,8 @@ L10nKey placeName(SidebarItem item) {
         return L10nKey::mostPlayed;
     case SidebarItem::topRated:
         return L10nKey::topRated;
+    case SidebarItem::liveList: // it has a name of its own
+        break;
     }
     return L10nKey::library;
 }

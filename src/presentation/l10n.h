@@ -53,6 +53,7 @@ QString removedFromLibrary(const QString& trackTitle, qint64 count, ResolvedLang
 QString removedFromPlaylist(const QString& trackTitle, qint64 count, const QString& name,
                             ResolvedLanguage language);
 QString deletedPlaylist(const QString& name, ResolvedLanguage language);
+QString deletedLiveList(const QString& name, ResolvedLanguage language);
 QString savedAsPlaylist(const QString& name, ResolvedLanguage language);
 QString maintenanceBadge(qint64 count, ResolvedLanguage language);
 QString artistSummary(qint64 albums, qint64 tracks, ResolvedLanguage language);

@@ -220,7 +220,7 @@
     X(stopFollowing, u"Stop Following", u"停止关注") \
     X(removeFolderWithTracks, u"Remove with Its Tracks", u"连同歌曲一起移除") \
     X(helpSearchTitle, u"Search", u"搜索") \
-    X(helpSearchBody, u"Type words, or ask by field: artist:miles, album:, title:, genre:, format:flac, year:1990..1999, rating:>=4, plays:>10. A phrase goes in quotes, and -live leaves out what holds that word.", u"输入词语，或按字段搜索：艺人:周、专辑:、标题:、流派:、格式:flac、年份:1990..1999、评分:>=4、播放:>10。短语放在引号中，-现场 会排除含有该词的内容。") \
+    X(helpSearchBody, u"Type words, or ask by field: artist:miles, album:, title:, genre:, format:flac, year:1990..1999, rating:>=4, plays:>10, added:30d, played:2025. A phrase goes in quotes, and -live leaves out what holds that word.", u"输入词语，或按字段搜索：艺人:周、专辑:、标题:、流派:、格式:flac、年份:1990..1999、评分:>=4、播放:>10、添加:30天、听过:2025。短语放在引号中，-现场 会排除含有该词的内容。") \
     X(recentlyAdded, u"Recently Added", u"最近添加") \
     X(recentlyPlayed, u"Recently Played", u"最近播放") \
     X(mostPlayed, u"Most Played", u"播放最多") \
@@ -233,5 +233,18 @@
     X(emptyTopRatedHint, u"Tracks with four or five stars are listed here.", u"四星和五星的歌曲会列在这里。") \
     X(exportListening, u"Export Listening Data...", u"导出聆听数据…") \
     X(importListening, u"Import Listening Data...", u"导入聆听数据…") \
-    X(importPrompt, u"Import", u"导入")
+    X(importPrompt, u"Import", u"导入") \
+    X(newLiveList, u"New Live List...", u"新建智能列表…") \
+    X(saveSearchAsLiveList, u"Save Search as Live List...", u"将搜索存为智能列表…") \
+    X(editLiveList, u"Edit...", u"编辑…") \
+    X(deleteLiveList, u"Delete Live List", u"删除智能列表") \
+    X(liveListName, u"Name of the list", u"列表名称") \
+    X(liveListSearch, u"Search", u"搜索条件") \
+    X(liveListSearchExample, u"rating:>=4 genre:jazz added:90d", u"评分:>=4 流派:爵士 添加:90天") \
+    X(liveListOrder, u"Sorted by", u"排序方式") \
+    X(lastPlayed, u"Last Played", u"上次播放") \
+    X(liveListMost, u"At most", u"最多") \
+    X(noLimit, u"All tracks", u"全部歌曲") \
+    X(emptyLiveList, u"Nothing fits this list now", u"目前没有符合条件的歌曲") \
+    X(emptyLiveListHint, u"Tracks appear here by themselves once its search finds them.", u"符合条件的歌曲会自动出现在这里。")
 // clang-format on

@@ -80,6 +80,7 @@ constexpr Entry table[] = {
     {u"text.badge.minus", 0xEB80},                   // playlist_remove
     {u"text.badge.plus", 0xE03B},                    // playlist_add
     {u"text.insert", 0xE05F},                        // playlist_play
+    {u"text.magnifyingglass", 0xF02F},               // manage_search
     {u"trash", 0xE872},                              // delete
     {u"wand.and.sparkles", 0xE663},                  // auto_fix_high
     {u"waveform", 0xE1B8},                           // graphic_eq

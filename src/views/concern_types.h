@@ -164,6 +164,12 @@ struct PlaylistsType {
     QML_ANONYMOUS
 };
 
+struct LiveListsType {
+    Q_GADGET
+    QML_FOREIGN(halvane::LiveLists)
+    QML_ANONYMOUS
+};
+
 struct PlaylistExportType {
     Q_GADGET
     QML_FOREIGN(halvane::PlaylistExport)

@@ -41,6 +41,7 @@ enum Value {
     RecentlyPlayed = static_cast<int>(SidebarItem::recentlyPlayed),
     MostPlayed = static_cast<int>(SidebarItem::mostPlayed),
     TopRated = static_cast<int>(SidebarItem::topRated),
+    LiveList = static_cast<int>(SidebarItem::liveList),
 };
 Q_ENUM_NS(Value)
 } // namespace SidebarPlace

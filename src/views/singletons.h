@@ -58,6 +58,12 @@ struct AlbumType {
     QML_ANONYMOUS
 };
 
+struct LiveListType {
+    Q_GADGET
+    QML_FOREIGN(halvane::LiveList)
+    QML_VALUE_TYPE(liveList)
+};
+
 struct QueueItemType {
     Q_GADGET
     QML_FOREIGN(halvane::QueueItem)

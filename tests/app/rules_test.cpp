@@ -49,6 +49,8 @@ TEST(Commands, AreTheseInThisOrder) {
               QStringLiteral("File | Add to Library... | Ctrl+O\n"
                              "File | Import Music Folder... | Ctrl+I\n"
                              "File --\n"
+                             "File | New Live List... | \n"
+                             "File --\n"
                              "File | Export Listening Data... | \n"
                              "File | Import Listening Data... | \n"
                              "File --\n"

@@ -201,6 +201,38 @@ TEST_F(MainWindowTest, PlaylistsAreMadeRenamedFilledAndDeleted) {
     EXPECT_EQ(playlists->rowCount(), before);
 }
 
+TEST_F(MainWindowTest, ASearchIsSavedAsALiveListWhichCanBeChangedAndDeleted) {
+    QAbstractListModel* lists = library.liveLists();
+    library.browsing()->setSearchText(u"artist:lanterns"_s);
+    ASSERT_TRUE(ui->click(u"Save Search as Live List..."_s, QAccessible::Button));
+    ASSERT_TRUE(ui->waitsFor(u"Name of the list"_s));
+    ui->type(u"Sunday"_s); // instead of the search, which is offered as its name
+    ui->key(Qt::Key_Return);
+    ASSERT_EQ(lists->rowCount(), 1);
+    ASSERT_TRUE(ui->waitsFor(u"Sunday"_s));
+    EXPECT_TRUE(library.browsing()->searchText().isEmpty());
+    EXPECT_EQ(library.browsing()->selectedLiveListName(), u"Sunday"_s);
+    const std::size_t found = library.browsing()->visibleTracks()->size();
+    EXPECT_GT(found, 2U);
+    EXPECT_LT(found, library.store()->rows().size());
+    ASSERT_TRUE(GalleryWorld::waitFor([&] { return !ui->shows(u"Name of the list"_s); }));
+
+    ASSERT_TRUE(ui->click(u"Sunday"_s, QAccessible::ListItem, Qt::RightButton));
+    ASSERT_TRUE(ui->click(u"Edit..."_s, QAccessible::MenuItem));
+    ASSERT_TRUE(ui->waitsFor(u"At most"_s));
+    ASSERT_TRUE(ui->tabTo(u"At most"_s));
+    ui->type(u"2"_s);
+    ui->key(Qt::Key_Return);
+    EXPECT_EQ(lists->rowCount(), 1);
+    EXPECT_EQ(library.browsing()->visibleTracks()->size(), 2U);
+    ASSERT_TRUE(GalleryWorld::waitFor([&] { return !ui->shows(u"At most"_s); }));
+
+    ASSERT_TRUE(ui->click(u"Sunday"_s, QAccessible::ListItem, Qt::RightButton));
+    ASSERT_TRUE(ui->click(u"Delete"_s, QAccessible::MenuItem));
+    EXPECT_EQ(lists->rowCount(), 0);
+    EXPECT_EQ(library.browsing()->selectedSidebar(), SidebarItem::tracks);
+}
+
 TEST_F(MainWindowTest, TheEqualizerPopoverSetsBandsAndClosesOnEsc) {
     ASSERT_TRUE(ui->click(u"Equalizer"_s, QAccessible::Button));
     ASSERT_TRUE(ui->waitsFor(u"Preamp"_s));

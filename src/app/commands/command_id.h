@@ -9,6 +9,7 @@ enum class CommandId {
     separator,
     addToLibrary,
     importMusicFolder,
+    newLiveList,
     exportListening,
     importListening,
     settings,

@@ -106,6 +106,8 @@ const std::vector<MenuSpec>& menuTable() {
          {{CommandId::addToLibrary, u"Ctrl+O"_s, fixed<L10nKey::addToLibraryCommand>},
           {CommandId::importMusicFolder, u"Ctrl+I"_s, fixed<L10nKey::importMusicFolderCommand>},
           separator,
+          {CommandId::newLiveList, {}, fixed<L10nKey::newLiveList>},
+          separator,
           {CommandId::exportListening, {}, fixed<L10nKey::exportListening>},
           {CommandId::importListening, {}, fixed<L10nKey::importListening>},
           separator,

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/commands/commands.h"
 
+#include "library/browsing/browsing.h"
 #include "library/browsing/view_state.h"
 #include "library/import/importer.h"
 #include "library/library_view_model.h"
@@ -85,6 +86,8 @@ void Commands::perform(CommandId id) {
         return m_library.importing()->chooseAndImportMusic(true, false);
     case CommandId::importMusicFolder:
         return m_library.importing()->chooseAndImportMusic(false, true);
+    case CommandId::newLiveList:
+        return m_library.views()->newLiveList(m_library.browsing()->searchText());
     case CommandId::exportListening:
         return m_library.saidTransfer()->exportSaid();
     case CommandId::importListening:

@@ -3,13 +3,16 @@
 
 #include "library/browsing/artist_order.h"
 #include "library/browsing/cover_store.h"
-#include "library/browsing/live_lists.h"
+#include "library/browsing/live_list_rows.h"
 #include "library/browsing/table_place.h"
 #include "library/user/language_setting.h"
+#include "library/user/live_lists.h"
 #include "library/user/playlists.h"
 #include "library/user/track_user_data.h"
 #include "model/raw_value.h"
 #include "presentation/l10n.h"
+
+#include <QDateTime>
 
 #include <algorithm>
 #include <iterator>
@@ -33,13 +36,15 @@ std::vector<quint32> inOrder(const std::vector<quint32>& some, const std::vector
 } // namespace
 
 Browsing::Browsing(const LibraryStore& store, CatalogPublisher& catalog, const Playlists& playlists,
-                   const TrackUserData& userData, const LanguageSetting& language,
-                   TableOrder& order, const RowState& rows, QObject* parent)
+                   const LiveLists& liveLists, const TrackUserData& userData,
+                   const LanguageSetting& language, TableOrder& order, const RowState& rows,
+                   QObject* parent)
     : QObject(parent)
     , m_store(store)
     , m_lookup(store, catalog)
     , m_catalog(catalog)
     , m_playlists(playlists)
+    , m_liveLists(liveLists)
     , m_userData(userData)
     , m_language(language)
     , m_order(order)
@@ -51,6 +56,7 @@ Browsing::Browsing(const LibraryStore& store, CatalogPublisher& catalog, const P
     connect(&catalog, &CatalogPublisher::sortedRowsChanged, this, &Browsing::sortedRowsChanged);
     connect(&order, &TableOrder::chosen, this, &Browsing::orderChosen);
     followPlaylists();
+    followLiveLists();
     followUserData();
     catalogChanged();
 }
@@ -70,6 +76,28 @@ void Browsing::followPlaylists() {
         if (id == m_selectedPlaylistID)
             setSelectedPlaylistID({});
     });
+}
+
+void Browsing::followLiveLists() {
+    connect(&m_liveLists, &LiveLists::changed, this, [this](const QUuid& id) {
+        if (id != m_liveListID)
+            return;
+        Q_EMIT selectedLiveListChanged();
+        sourceChanged();
+        Q_EMIT turnedTo();
+    });
+    connect(&m_liveLists, &LiveLists::removed, this, [this](const QUuid& id) {
+        if (id == m_liveListID)
+            leaveLiveList();
+    });
+}
+
+// A playlist that is shown stays.
+void Browsing::leaveLiveList() {
+    if (m_selectedPlaylistID.isNull())
+        return selectSidebarItem(SidebarItem::tracks);
+    assign(m_liveListID, QUuid(), &Browsing::selectedLiveListChanged);
+    assign(m_sidebar, SidebarItem::tracks, &Browsing::selectedSidebarChanged);
 }
 
 void Browsing::followUserData() {
@@ -124,6 +152,14 @@ QString Browsing::selectedPlaylistName() const {
     return playlist ? playlist->name : QString();
 }
 
+QString Browsing::selectedLiveListName() const {
+    return liveListName(m_liveListID);
+}
+
+QString Browsing::liveListName(const QUuid& id) const {
+    return m_liveLists.list(id).name;
+}
+
 const Album* Browsing::albumOf(const QueueItem& entry) const {
     return albumOfEntry(*catalog(), entry.album, entry.leadArtist(), m_language.resolvedLanguage());
 }
@@ -144,7 +180,7 @@ void Browsing::selectPlayedAlbum(const QueueItem& entry) {
 void Browsing::setSearchText(const QString& text) {
     if (!assign(m_searchText, text, &Browsing::searchTextChanged))
         return;
-    if (!m_search.setText(m_searchText))
+    if (!m_search.setText(m_searchText, QDateTime::currentDateTime()))
         return;
     m_search.lookThrough(*catalog(), saidOfRows());
     refreshTracks();
@@ -179,6 +215,8 @@ void Browsing::setSelectedPlaylistID(const QUuid& id) {
 
 void Browsing::enter(LibraryMode mode, SidebarItem sidebar) {
     assign(m_selectedPlaylistID, QUuid(), &Browsing::selectedPlaylistIDChanged);
+    if (sidebar != SidebarItem::liveList)
+        assign(m_liveListID, QUuid(), &Browsing::selectedLiveListChanged);
     assign(m_sidebar, sidebar, &Browsing::selectedSidebarChanged);
     if (assign(m_mode, mode, &Browsing::modeChanged))
         Q_EMIT focusedAlbumChanged();
@@ -211,7 +249,18 @@ void Browsing::selectSidebarItem(SidebarItem item) {
     case SidebarItem::topRated:
         enter(LibraryMode::songs, item);
         break;
+    case SidebarItem::liveList: // it takes an id to choose one
+        return;
     }
+    sourceChanged();
+    Q_EMIT turnedTo();
+}
+
+void Browsing::selectLiveList(const QUuid& id) {
+    if (!m_liveLists.find(id))
+        return;
+    enter(LibraryMode::songs, SidebarItem::liveList);
+    assign(m_liveListID, id, &Browsing::selectedLiveListChanged);
     sourceChanged();
     Q_EMIT turnedTo();
 }
@@ -293,6 +342,8 @@ void Browsing::catalogChanged() {
 QString Browsing::tablePlace() const {
     if (!m_selectedPlaylistID.isNull())
         return TablePlace::playlist(m_selectedPlaylistID);
+    if (m_sidebar == SidebarItem::liveList)
+        return TablePlace::liveList(m_liveListID);
     if (m_mode == LibraryMode::songs)
         return rawValue(m_sidebar);
     if (m_mode == LibraryMode::artists)
@@ -318,14 +369,36 @@ void Browsing::sortedRowsChanged() {
 }
 
 TrackRows Browsing::sortedTracks() const {
-    TrackRows tracks;
     const bool isOwnList = m_selectedPlaylistID.isNull() && isLiveList(m_sidebar);
     if ((m_order.by() == TrackOrder::library && !isOwnList) || !m_source)
-        return tracks;
-    tracks.reserve(m_source->size());
-    for (const quint32 row : *m_source)
+        return {};
+    return tracksOf(*m_source);
+}
+
+TrackRows Browsing::tracksOfLiveList(const QUuid& id) const {
+    const LiveList* list = m_liveLists.find(id);
+    return list ? tracksOf(rowsOf(*list)) : TrackRows();
+}
+
+TrackRows Browsing::tracksOf(const std::vector<quint32>& rows) const {
+    TrackRows tracks;
+    tracks.reserve(rows.size());
+    for (const quint32 row : rows)
         tracks.push_back((*catalog()->rows)[row]);
     return tracks;
+}
+
+LiveList Browsing::liveList() const {
+    return m_sidebar == SidebarItem::liveList ? m_liveLists.list(m_liveListID)
+                                              : standardLiveList(m_sidebar);
+}
+
+std::vector<quint32> Browsing::rowsOf(const LiveList& list) const {
+    return rowsOfLiveList(list, *catalog(), saidOfRows(), QDateTime::currentDateTime());
+}
+
+int Browsing::countOf(const LiveList& list) const {
+    return static_cast<int>(rowsOf(list).size());
 }
 
 QString Browsing::sortedPlace() const {
@@ -335,6 +408,8 @@ QString Browsing::sortedPlace() const {
         return album->title;
     if (m_mode == LibraryMode::artists && !m_focusedArtist.isEmpty())
         return m_focusedArtist;
+    if (m_sidebar == SidebarItem::liveList)
+        return selectedLiveListName();
     const SidebarItem list = m_mode == LibraryMode::songs ? m_sidebar : SidebarItem::tracks;
     return L10n::text(L10n::placeName(list), m_language.resolvedLanguage());
 }
@@ -353,7 +428,7 @@ Browsing::SourceRows Browsing::rowsOfPlace() const {
         return playlist ? m_lookup.rowsOf(playlist->trackPaths) : std::vector<quint32>();
     }
     if (isLiveList(m_sidebar))
-        return rowsOfLiveList(m_sidebar, numbersOf(m_sidebar));
+        return rowsOf(liveList());
     if (showLovedOnly()) {
         const QSet<QString>& loved = m_userData.lovedPaths();
         auto rows = m_lookup.rowsOf(std::vector<QString>(loved.cbegin(), loved.cend()));
@@ -385,22 +460,10 @@ Browsing::SourceRows Browsing::sorted(SourceRows rows) {
 
 NumbersOf Browsing::saidOfRows() const {
     return [this](TermField field) {
-        return m_lookup.numbersOf(field == TermField::rating ? m_userData.trackRatings()
-                                                             : m_userData.playCounts());
+        return m_lookup.numbersOf(field == TermField::rating  ? m_userData.trackRatings()
+                                  : field == TermField::plays ? m_userData.playCounts()
+                                                              : m_userData.lastPlayed());
     };
-}
-
-std::vector<RowNumber> Browsing::numbersOf(SidebarItem liveList) const {
-    switch (liveList) {
-    case SidebarItem::recentlyPlayed:
-        return m_lookup.numbersOf(m_userData.lastPlayed());
-    case SidebarItem::mostPlayed:
-        return m_lookup.numbersOf(m_userData.playCounts());
-    case SidebarItem::topRated:
-        return m_lookup.numbersOf(m_userData.trackRatings());
-    default:
-        return datesAdded(*catalog()->rows);
-    }
 }
 
 void Browsing::refreshTracks() {

@@ -8,10 +8,12 @@
 #include "library/browsing/table_order.h"
 #include "library/browsing/track_list_model.h"
 #include "library/catalog/catalog_publisher.h"
+#include "model/live_list.h"
 #include "model/queue_item.h"
 
 namespace halvane {
 
+class LiveLists;
 class Playlists;
 class TrackUserData;
 
@@ -31,6 +33,10 @@ class Browsing : public QObject {
                    selectedPlaylistIDChanged) // null: none
     Q_PROPERTY(
         QString selectedPlaylistName READ selectedPlaylistName NOTIFY selectedPlaylistNameChanged)
+    /// Of the live list that the user has made and is in; null: none.
+    Q_PROPERTY(QUuid selectedLiveListID READ selectedLiveListID NOTIFY selectedLiveListChanged)
+    Q_PROPERTY(
+        QString selectedLiveListName READ selectedLiveListName NOTIFY selectedLiveListChanged)
     Q_PROPERTY(bool hasFocusedAlbum READ hasFocusedAlbum NOTIFY focusedAlbumChanged)
     Q_PROPERTY(halvane::Album focusedAlbum READ shownFocusedAlbum NOTIFY focusedAlbumChanged)
     Q_PROPERTY(QAbstractListModel* visibleTracks READ visibleTracks CONSTANT)
@@ -42,8 +48,9 @@ class Browsing : public QObject {
     /// `rows` says what a row shows of a track; its covers are those of the albums and artists
     /// too. All references must outlive it.
     Browsing(const LibraryStore& store, CatalogPublisher& catalog, const Playlists& playlists,
-             const TrackUserData& userData, const LanguageSetting& language, TableOrder& order,
-             const RowState& rows, QObject* parent = nullptr);
+             const LiveLists& liveLists, const TrackUserData& userData,
+             const LanguageSetting& language, TableOrder& order, const RowState& rows,
+             QObject* parent = nullptr);
 
     [[nodiscard]] SidebarItem selectedSidebar() const { return m_sidebar; }
     [[nodiscard]] LibraryMode mode() const { return m_mode; }
@@ -59,6 +66,14 @@ class Browsing : public QObject {
 
     /// Empty: none.
     [[nodiscard]] QString selectedPlaylistName() const;
+    [[nodiscard]] const QUuid& selectedLiveListID() const { return m_liveListID; } ///< null: none
+    [[nodiscard]] QString selectedLiveListName() const;
+
+    /// How many tracks a live list has, or would have.
+    Q_INVOKABLE [[nodiscard]] int countOf(const halvane::LiveList& list) const;
+    /// The tracks of a list that the user has made.
+    [[nodiscard]] TrackRows tracksOfLiveList(const QUuid& id) const;
+    [[nodiscard]] QString liveListName(const QUuid& id) const;
 
     TrackListModel* visibleTracks() { return &m_tracks; }
     [[nodiscard]] bool hasVisibleTracks() const { return m_hasVisibleTracks; }
@@ -97,6 +112,8 @@ class Browsing : public QObject {
     void setSelectedPlaylistID(const QUuid& id);
     Q_INVOKABLE void selectBrowseMode(halvane::LibraryMode mode);
     Q_INVOKABLE void selectSidebarItem(halvane::SidebarItem item);
+    /// Does nothing for an id that is not known.
+    Q_INVOKABLE void selectLiveList(const QUuid& id);
     Q_INVOKABLE void goHome();
     Q_INVOKABLE void jumpToArtist(const QString& name);
     /// Does nothing for an entry that the queue does not have.
@@ -121,6 +138,7 @@ class Browsing : public QObject {
     void albumChosen(const QString& id);
     void selectedPlaylistIDChanged();
     void selectedPlaylistNameChanged();
+    void selectedLiveListChanged();
     /// A jump is about to show another place of the library.
     void jumping();
     /// The lists show the place of a jump.
@@ -141,6 +159,8 @@ class Browsing : public QObject {
     void enter(LibraryMode mode, SidebarItem sidebar);
     void refreshRow(const QString& path, const QList<int>& roles);
     void followPlaylists();
+    void followLiveLists();
+    void leaveLiveList();
     void followUserData();
     void lovedChanged(const QString& path);
     void lovedReset();
@@ -155,7 +175,9 @@ class Browsing : public QObject {
     [[nodiscard]] SourceRows rowsOfPlace() const;
     [[nodiscard]] SourceRows sorted(SourceRows rows);
     [[nodiscard]] NumbersOf saidOfRows() const;
-    [[nodiscard]] std::vector<RowNumber> numbersOf(SidebarItem liveList) const;
+    [[nodiscard]] LiveList liveList() const;
+    [[nodiscard]] std::vector<quint32> rowsOf(const LiveList& list) const;
+    [[nodiscard]] TrackRows tracksOf(const std::vector<quint32>& rows) const;
     [[nodiscard]] const std::shared_ptr<const Catalog>& catalog() const {
         return m_catalog.published();
     }
@@ -167,6 +189,7 @@ class Browsing : public QObject {
     const RowLookup m_lookup;
     CatalogPublisher& m_catalog;
     const Playlists& m_playlists;
+    const LiveLists& m_liveLists;
     const TrackUserData& m_userData;
     const LanguageSetting& m_language;
     TableOrder& m_order;
@@ -180,6 +203,7 @@ class Browsing : public QObject {
     QString m_selectedAlbumID;
     QString m_focusedAlbumID; ///< empty: none
     QUuid m_selectedPlaylistID;
+    QUuid m_liveListID;
 
     LibrarySearch m_search;
     SourceRows m_source; ///< what is searched

@@ -28,12 +28,12 @@ bool isAskedFor(const Catalog& catalog, quint32 artist, const std::vector<Search
 
 } // namespace
 
-bool LibrarySearch::setText(const QString& text) {
+bool LibrarySearch::setText(const QString& text, const QDateTime& now) {
     const QByteArray query = foldedForSearch(text.trimmed());
     if (query == m_query)
         return false;
     m_query = query;
-    m_terms = searchTerms(text);
+    m_terms = searchTerms(text, now);
     return true;
 }
 

@@ -12,8 +12,8 @@ namespace halvane {
 /// Terms (see searchTerms) find tracks, and with these their albums and artists. Main thread.
 class LibrarySearch {
   public:
-    /// Returns false if this finds the same as the text before.
-    bool setText(const QString& text);
+    /// Returns false if this finds the same as the text before. `now` is for terms of dates.
+    bool setText(const QString& text, const QDateTime& now);
     [[nodiscard]] bool isEmpty() const { return m_query.isEmpty(); }
 
     /// Has to be called with another text.

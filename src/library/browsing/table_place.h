@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The places that the track table shows. What the user chooses for the table is kept for each of
-// them: all albums are one place, and so are all artists; each playlist is one, and so is each list
-// of the sidebar, by the item's name. Pure; any thread.
+// them: all albums are one place, and so are all artists; each playlist and each live list of the
+// user is one, and so is each list of the sidebar, by the item's name. Pure; any thread.
 #pragma once
 
 #include <QString>
@@ -18,6 +18,10 @@ inline const QString artist = u"artist"_s;
 
 inline QString playlist(const QUuid& id) {
     return u"playlist-"_s + id.toString(QUuid::WithoutBraces);
+}
+
+inline QString liveList(const QUuid& id) {
+    return u"live-"_s + id.toString(QUuid::WithoutBraces);
 }
 
 /// The key under which a setting of the table is stored for a place. The table of all tracks has

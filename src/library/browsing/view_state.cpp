@@ -73,6 +73,12 @@ void ViewState::setSearchFieldFocused(bool focused) {
     set(m_isSearchFieldFocused, focused, &ViewState::isSearchFieldFocusedChanged);
 }
 
+void ViewState::newLiveList(const QString& search) {
+    LiveList list;
+    list.search = search;
+    editLiveList(list);
+}
+
 void ViewState::requestSearchFocus() {
     ++m_searchFocusRequest;
     Q_EMIT searchFocusRequestChanged();

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "model/enums.h"
+#include "model/live_list.h"
 
 #include <QObject>
 
@@ -61,6 +61,10 @@ class ViewState : public QObject {
     void setShowMaintenance(bool show);
     void setQuitting(); ///< for good
     void setSearchFieldFocused(bool focused);
+    /// Asks for the rule of a live list, beginning with this one.
+    Q_INVOKABLE void editLiveList(const halvane::LiveList& list) { Q_EMIT liveListAsked(list); }
+    /// The same for a new one of what a search finds.
+    Q_INVOKABLE void newLiveList(const QString& search);
     Q_INVOKABLE void requestSearchFocus();           ///< adds 1 to searchFocusRequest
     void setShowRemainingTime(bool show);            ///< stored
     void setTileSize(int size);                      ///< clamped and stored
@@ -77,6 +81,8 @@ class ViewState : public QObject {
     void showRemainingTimeChanged();
     void tileSizeChanged();
     void artistOrderChanged();
+    /// The user wants to change this list, or to make it if it has no id.
+    void liveListAsked(const halvane::LiveList& list);
 
   private:
     void set(bool& flag, bool value, void (ViewState::*changed)());

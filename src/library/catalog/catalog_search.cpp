@@ -65,11 +65,12 @@ std::vector<quint8> numbersInRange(const SearchTerm& term, const std::vector<Row
     return holds;
 }
 
-std::vector<quint8> yearsInRange(const SearchTerm& term, const TrackRows& rows) {
+template<typename Value>
+std::vector<quint8> valuesInRange(const SearchTerm& term, const TrackRows& rows, Value value) {
     std::vector<quint8> holds;
     holds.reserve(rows.size());
     for (const TrackPtr& row : rows)
-        holds.push_back(isInRange(term, row->year) ? 1 : 0);
+        holds.push_back(isInRange(term, value(*row)) ? 1 : 0);
     return holds;
 }
 
@@ -103,9 +104,14 @@ std::vector<quint8> rowsWith(const Catalog& catalog, const SearchTerm& term,
         addColumn(holds, catalog.formatTexts.matches(term.text), columns.format.ofRow);
         break;
     case TermField::year:
-        return yearsInRange(term, *catalog.rows);
+        return valuesInRange(term, *catalog.rows, [](const Track& track) { return track.year; });
+    case TermField::added:
+        return valuesInRange(term, *catalog.rows, [](const Track& track) {
+            return static_cast<qint64>(track.addedDate);
+        });
     case TermField::rating:
     case TermField::plays:
+    case TermField::played:
         return numbersInRange(term, numbersOf(term.field), holds.size());
     }
     return holds;

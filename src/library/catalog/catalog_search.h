@@ -20,7 +20,7 @@ std::vector<quint32> rowsMatching(const Catalog& catalog, const QByteArray& fold
 std::vector<quint32> rowsMatchingAll(const Catalog& catalog, const QByteArrayList& foldedWords,
                                      const std::vector<quint32>* within);
 
-/// A number that the user's deeds gave a row: its stars, or its plays.
+/// A number that the user's deeds gave a row: its stars, its plays, or when it was played last.
 struct RowNumber {
     quint32 row = 0;
     qint64 number = 0;
@@ -30,7 +30,8 @@ struct RowNumber {
 using NumbersOf = std::function<std::vector<RowNumber>(TermField)>;
 
 /// One number for each row: 1 if it has what the term names, otherwise 0, also where a term leaves
-/// that out. `numbersOf` is asked for ratings and plays.
+/// that out. `numbersOf` is asked for ratings, plays and when tracks
+/// were played last.
 std::vector<quint8> rowsWith(const Catalog& catalog, const SearchTerm& term,
                              const NumbersOf& numbersOf);
 

@@ -2,6 +2,7 @@
 #include "library/catalog/search_terms.h"
 
 #include "library/catalog/folded_texts.h"
+#include "library/catalog/search_ranges.h"
 
 #include <algorithm>
 #include <array>
@@ -16,14 +17,16 @@ struct FieldName {
     TermField field;
 };
 
-constexpr std::array<FieldName, 8> fieldNames{{{u"title", u"标题", TermField::title},
-                                               {u"artist", u"艺人", TermField::artist},
-                                               {u"album", u"专辑", TermField::album},
-                                               {u"genre", u"流派", TermField::genre},
-                                               {u"format", u"格式", TermField::format},
-                                               {u"year", u"年份", TermField::year},
-                                               {u"rating", u"评分", TermField::rating},
-                                               {u"plays", u"播放", TermField::plays}}};
+constexpr std::array<FieldName, 10> fieldNames{{{u"title", u"标题", TermField::title},
+                                                {u"artist", u"艺人", TermField::artist},
+                                                {u"album", u"专辑", TermField::album},
+                                                {u"genre", u"流派", TermField::genre},
+                                                {u"format", u"格式", TermField::format},
+                                                {u"year", u"年份", TermField::year},
+                                                {u"rating", u"评分", TermField::rating},
+                                                {u"plays", u"播放", TermField::plays},
+                                                {u"added", u"添加", TermField::added},
+                                                {u"played", u"听过", TermField::played}}};
 
 std::optional<TermField> fieldNamed(QStringView name) {
     for (const FieldName& row : fieldNames)
@@ -34,6 +37,9 @@ std::optional<TermField> fieldNamed(QStringView name) {
 
 bool isOfNumbers(TermField field) {
     return field == TermField::year || field == TermField::rating || field == TermField::plays;
+}
+bool isOfDates(TermField field) {
+    return field == TermField::added || field == TermField::played;
 }
 
 // The full width ones are what a Chinese keyboard types.
@@ -47,62 +53,12 @@ bool isClosingQuote(QChar unit) {
     return unit == u'"' || unit == QChar(0x201D);
 }
 
-struct NumberRange {
-    qint64 least = 0;
-    qint64 most = std::numeric_limits<qint64>::max();
-};
-
-std::optional<qint64> numberIn(QStringView text) {
-    bool isNumber = false;
-    const qint64 number = text.toInt(&isNumber);
-    return isNumber && number >= 0 ? std::optional(number) : std::nullopt;
-}
-
-// Either end may be left open.
-std::optional<NumberRange> between(QStringView first, QStringView last) {
-    NumberRange range;
-    const auto least = numberIn(first);
-    const auto most = numberIn(last);
-    if ((!least && !first.isEmpty()) || (!most && !last.isEmpty()) || (!least && !most))
-        return std::nullopt;
-    range.least = least.value_or(range.least);
-    range.most = most.value_or(range.most);
-    return range;
-}
-
-std::optional<NumberRange> rangeIn(QStringView text) {
-    if (const qsizetype dots = text.indexOf(u".."); dots >= 0)
-        return between(text.first(dots), text.sliced(dots + 2));
-    if (const qsizetype dash = text.indexOf(u'-'); dash > 0)
-        return between(text.first(dash), text.sliced(dash + 1));
-    const bool isLess = text.startsWith(u'<');
-    const bool isMore = text.startsWith(u'>');
-    if (isLess || isMore)
-        text = text.sliced(1);
-    const bool isWithEqual = text.startsWith(u'=');
-    if (isWithEqual)
-        text = text.sliced(1);
-    const auto number = numberIn(text);
-    if (!number)
-        return std::nullopt;
-    NumberRange range;
-    if (!isLess)
-        range.least = isMore && !isWithEqual ? *number + 1 : *number;
-    if (!isMore)
-        range.most = isLess && !isWithEqual ? *number - 1 : *number;
-    return range;
-}
-
-bool isUnfinishedRange(QStringView text) {
-    return std::all_of(text.cbegin(), text.cend(),
-                       [](QChar unit) { return QStringView(u"<>=.").contains(unit); });
-}
-
 // Reads the terms one after the other.
 class TermReader {
   public:
-    explicit TermReader(QStringView text)
-        : m_rest(text.trimmed()) {}
+    TermReader(QStringView text, const QDateTime& now)
+        : m_now(now)
+        , m_rest(text.trimmed()) {}
 
     std::optional<std::vector<SearchTerm>> read() {
         for (; !m_rest.isEmpty(); m_rest = m_rest.trimmed())
@@ -117,23 +73,33 @@ class TermReader {
         if (term.isExcluded)
             m_rest = m_rest.sliced(1);
         const QStringView whole = m_rest;
-        if (!takeField(term) || !isOfNumbers(term.field)) {
+        if (!takeField(term) || !(isOfNumbers(term.field) || isOfDates(term.field))) {
             takeText(term);
             return;
         }
         const QStringView value = takeWord();
-        if (const auto range = rangeIn(value)) {
-            // A year that is not known is before none.
-            term.least = std::max<qint64>(range->least, term.field == TermField::year ? 1 : 0);
+        if (const auto range = rangeIn(value, term.field)) {
+            term.least = range->least;
             term.most = range->most;
             add(term);
-        } else if (isUnfinishedRange(value)) {
+        } else if (isUnfinished(value, term.field)) {
             m_isPlain = false;
         } else { // no number: words like others
             term.field = TermField::anywhere;
             term.text = foldedForSearch(whole.first(whole.size() - m_rest.size()));
             add(term);
         }
+    }
+
+    [[nodiscard]] std::optional<NumberRange> rangeIn(QStringView value, TermField field) const {
+        auto range = isOfDates(field) ? dateRangeIn(value, m_now) : numberRangeIn(value);
+        // A year that is not known is before none.
+        if (range && field == TermField::year)
+            range->least = std::max<qint64>(range->least, 1);
+        return range;
+    }
+    static bool isUnfinished(QStringView value, TermField field) {
+        return isOfDates(field) ? isUnfinishedDateRange(value) : isUnfinishedNumberRange(value);
     }
 
     // A name counts as one where a value follows at once, or nothing yet.
@@ -177,10 +143,11 @@ class TermReader {
 
     void add(const SearchTerm& term) {
         m_isPlain = m_isPlain && term.field == TermField::anywhere && !term.isExcluded;
-        if (isOfNumbers(term.field) || !term.text.isEmpty())
+        if (isOfNumbers(term.field) || isOfDates(term.field) || !term.text.isEmpty())
             m_terms.push_back(term);
     }
 
+    const QDateTime& m_now;
     QStringView m_rest;
     std::vector<SearchTerm> m_terms;
     bool m_isPlain = true;
@@ -188,8 +155,8 @@ class TermReader {
 
 } // namespace
 
-std::optional<std::vector<SearchTerm>> searchTerms(QStringView text) {
-    return TermReader(text).read();
+std::optional<std::vector<SearchTerm>> searchTerms(QStringView text, const QDateTime& now) {
+    return TermReader(text, now).read();
 }
 
 } // namespace halvane

@@ -71,6 +71,10 @@ TrackRows CollectionPlayer::tracksOfPlaylist(const QUuid& id) const {
     return playlist ? orderedTracks(*playlist, m_store) : TrackRows();
 }
 
+TrackRows CollectionPlayer::tracksOfLiveList(const QUuid& id) const {
+    return m_browsing.tracksOfLiveList(id);
+}
+
 void CollectionPlayer::playTrack(const QUuid& withID) {
     const TrackPtr track = m_store.trackWithID(withID);
     if (!track)
@@ -109,9 +113,12 @@ void CollectionPlayer::playTogether(const QStringList& paths) {
         if (TrackPtr track = m_store.track(path))
             tracks.push_back(std::move(track));
     const QString playlist = m_browsing.selectedPlaylistName();
-    const QString place = playlist.isEmpty() ? m_browsing.sortedPlace() : playlist;
+    play(tracks, playlist.isEmpty() ? m_browsing.sortedPlace() : playlist);
+}
+
+void CollectionPlayer::play(const TrackRows& tracks, const QString& label) {
     if (const auto start = firstPlayable(tracks))
-        m_transport.playCollection(tracks, *start, place);
+        m_transport.playCollection(tracks, *start, label);
     else
         m_transport.showNothingToPlay();
 }
@@ -154,22 +161,16 @@ void CollectionPlayer::shuffleArtist(const QString& name) {
 }
 
 void CollectionPlayer::playArtist(const QString& name) {
-    const TrackRows tracks = tracksOfArtist(name);
-    if (const auto start = firstPlayable(tracks))
-        m_transport.playCollection(tracks, *start, name);
-    else
-        m_transport.showNothingToPlay();
+    play(tracksOfArtist(name), name);
 }
 
 void CollectionPlayer::playPlaylist(const QUuid& id) {
-    const Playlist* playlist = m_playlists.find(id);
-    if (!playlist)
-        return;
-    const TrackRows tracks = orderedTracks(*playlist, m_store);
-    if (const auto start = firstPlayable(tracks))
-        m_transport.playCollection(tracks, *start, playlist->name);
-    else
-        m_transport.showNothingToPlay();
+    if (const Playlist* playlist = m_playlists.find(id))
+        play(orderedTracks(*playlist, m_store), playlist->name);
+}
+
+void CollectionPlayer::playLiveList(const QUuid& id) {
+    play(tracksOfLiveList(id), m_browsing.liveListName(id));
 }
 
 QStringList CollectionPlayer::pathsOfAlbum(const QString& withID) const {

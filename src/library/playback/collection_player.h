@@ -37,6 +37,8 @@ class CollectionPlayer : public QObject {
     /// The same for an artist.
     Q_INVOKABLE void shuffleArtist(const QString& name);
     Q_INVOKABLE void playPlaylist(const QUuid& id);
+    /// Of a live list that the user has made.
+    Q_INVOKABLE void playLiveList(const QUuid& id);
     // The files of what these play, in its order.
     Q_INVOKABLE [[nodiscard]] QStringList pathsOfAlbum(const QString& withID) const;
     Q_INVOKABLE [[nodiscard]] QStringList pathsOfArtist(const QString& name) const;
@@ -45,10 +47,12 @@ class CollectionPlayer : public QObject {
     [[nodiscard]] TrackRows tracksOfAlbum(const QString& id) const;
     [[nodiscard]] TrackRows tracksOfArtist(const QString& name) const;
     [[nodiscard]] TrackRows tracksOfPlaylist(const QUuid& id) const;
+    [[nodiscard]] TrackRows tracksOfLiveList(const QUuid& id) const;
 
   private:
     [[nodiscard]] std::optional<QString> firstPlayable(const TrackRows& tracks) const;
     [[nodiscard]] bool isQueued(const TrackRows& tracks) const;
+    void play(const TrackRows& tracks, const QString& label);
     void shuffle(const TrackRows& tracks, const QString& label);
     /// Of the published catalog.
     [[nodiscard]] TrackRows tracksOf(const std::vector<quint32>& rows) const;

@@ -90,6 +90,14 @@ void QueueEditing::addPlaylistToQueue(const QUuid& id) {
     addToQueue(m_collections.tracksOfPlaylist(id));
 }
 
+void QueueEditing::playLiveListNext(const QUuid& id) {
+    playNext(m_collections.tracksOfLiveList(id));
+}
+
+void QueueEditing::addLiveListToQueue(const QUuid& id) {
+    addToQueue(m_collections.tracksOfLiveList(id));
+}
+
 void QueueEditing::playNext(const TrackRows& tracks) {
     Entries entries = PlayQueue::entriesFor(tracks);
     if (entries.empty())

@@ -44,6 +44,8 @@ class QueueEditing : public QObject {
     Q_INVOKABLE void addArtistToQueue(const QString& name);
     Q_INVOKABLE void playPlaylistNext(const QUuid& id);
     Q_INVOKABLE void addPlaylistToQueue(const QUuid& id);
+    Q_INVOKABLE void playLiveListNext(const QUuid& id);
+    Q_INVOKABLE void addLiveListToQueue(const QUuid& id);
 
     Q_INVOKABLE void removeEntry(const QUuid& id);
     void removeEntries(const QList<QUuid>& ids);

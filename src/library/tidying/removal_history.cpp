@@ -24,6 +24,7 @@ RemovalHistory::RemovalHistory(const RemovalNeeds& needs, UndoHistory& history, 
     , m_language(language) {
     connect(&needs.tidying, &Tidying::removing, this, &RemovalHistory::remember);
     connect(&needs.playlists, &Playlists::deleting, this, &RemovalHistory::rememberPlaylist);
+    connect(&needs.liveLists, &LiveLists::removing, this, &RemovalHistory::rememberLiveList);
     connect(&needs.playlists, &Playlists::removingPaths, this, &RemovalHistory::rememberPaths);
     connect(&needs.queue, &PlayQueue::replaced, this, [this] { ++m_queuesMade; });
 }
@@ -82,6 +83,14 @@ void RemovalHistory::rememberPlaylist(const QUuid& id) {
     m_history.add({L10nKey::deletePlaylist, Subject::playlists,
                    [this, row, playlist] { m_needs.playlists.putBack(row, playlist); }, nullptr});
     m_status.showWithUndo(L10n::deletedPlaylist(playlist.name, m_language.resolvedLanguage()));
+}
+
+void RemovalHistory::rememberLiveList(const QUuid& id) {
+    const LiveList list = *m_needs.liveLists.find(id);
+    const std::size_t row = *m_needs.liveLists.rowOf(id);
+    m_history.add({L10nKey::deleteLiveList, Subject::playlists,
+                   [this, row, list] { m_needs.liveLists.putBack(row, list); }, nullptr});
+    m_status.showWithUndo(L10n::deletedLiveList(list.name, m_language.resolvedLanguage()));
 }
 
 void RemovalHistory::rememberPaths(const QStringList& paths, const QUuid& playlist) {

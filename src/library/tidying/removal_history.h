@@ -3,6 +3,7 @@
 
 #include "library/catalog/library_store.h"
 #include "library/playback/play_queue.h"
+#include "library/user/live_lists.h"
 #include "library/user/playlists.h"
 #include "library/user/track_user_data.h"
 
@@ -24,13 +25,15 @@ struct RemovalNeeds {
     PlayQueue& queue;
     Transport& transport;
     Playlists& playlists;
+    LiveLists& liveLists;
     TrackUserData& userData;
     Tidying& tidying;
 };
 
-/// Lets the user take back that tracks left the library, that a playlist was deleted, or that a
-/// track left one. Tracks come back to their places in the library, in the playlists and in the
-/// queue, unless that is another one by then, with what was said of them. Main thread.
+/// Lets the user take back that tracks left the library, that a playlist or a live list was
+/// deleted, or that a track left a playlist. Tracks come back to their places in the library, in
+/// the playlists and in the queue, unless that is another one by then, with what was said of them.
+/// Main thread.
 class RemovalHistory : public QObject {
     Q_OBJECT
 
@@ -56,6 +59,7 @@ class RemovalHistory : public QObject {
     void remember(const QStringList& paths);
     void bringBack(const Lost& lost);
     void rememberPlaylist(const QUuid& id);
+    void rememberLiveList(const QUuid& id);
     void rememberPaths(const QStringList& paths, const QUuid& playlist);
 
     const RemovalNeeds m_needs;

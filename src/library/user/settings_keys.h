@@ -26,6 +26,7 @@ inline const QString playCounts = u"Halvane.PlayCounts"_s;
 /// In whole seconds since 2001-01-01 UTC.
 inline const QString lastPlayed = u"Halvane.LastPlayed"_s;
 inline const QString playlists = u"Halvane.Playlists"_s;
+inline const QString liveLists = u"Halvane.LiveLists"_s;
 inline const QString themeAccentMode = u"Halvane.ThemeAccentMode"_s;
 inline const QString customThemeAccent = u"Halvane.CustomThemeAccent"_s;
 inline const QString themeCornerStyle = u"Halvane.ThemeCornerStyle"_s;

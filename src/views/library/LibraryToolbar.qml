@@ -9,6 +9,7 @@ RowLayout {
 
     readonly property string place: Library.browsing.selectedPlaylistName.length > 0
         ? Library.browsing.selectedPlaylistName
+        : Library.browsing.selectedSidebar === SidebarPlace.LiveList ? Library.browsing.selectedLiveListName
         : Strings.sentences.placeName(Library.browsing.selectedSidebar)
 
     readonly property real besideTitle: 290 // the search field at its narrowest, and the buttons

@@ -13,6 +13,7 @@ Loader {
     sourceComponent: root.isSearch ? search
                    : Library.browsing.selectedPlaylistName.length > 0 ? playlist
                    : root.place === SidebarPlace.Loved ? loved
+                   : root.place === SidebarPlace.LiveList ? ownLiveList
                    : root.place >= SidebarPlace.RecentlyAdded ? liveList : search
 
     component BrowseButton: PillButton {
@@ -61,6 +62,21 @@ Loader {
             message: empty.place === SidebarPlace.RecentlyAdded ? Strings.emptyRecentlyAddedHint
                    : empty.place === SidebarPlace.TopRated ? Strings.emptyTopRatedHint : Strings.emptyPlayedHint
             BrowseButton {}
+        }
+    }
+    Component {
+        id: ownLiveList
+        EmptyPlace {
+            symbol: "text.magnifyingglass"
+            title: Strings.emptyLiveList
+            message: Strings.emptyLiveListHint
+            PillButton {
+                implicitHeight: 36
+                isPrimary: true
+                symbol: "pencil"
+                text: Strings.editLiveList
+                onClicked: Library.views.editLiveList(Library.liveLists.list(Library.browsing.selectedLiveListID))
+            }
         }
     }
     Component {

@@ -11,7 +11,7 @@ EntryField {
     name: Strings.searchPlaceholder
     placeholderText: Strings.searchPlaceholder
     leftPadding: 35
-    rightPadding: 32
+    rightPadding: root.text.length > 0 ? 56 : 32
     // Not only what is typed: assistive technology sets the text as a whole.
     onTextChanged: {
         if (root.text !== Library.browsing.searchText)
@@ -45,6 +45,17 @@ EntryField {
         size: 18
     }
     SymbolButton {
+        anchors.right: clear.left
+        anchors.verticalCenter: parent.verticalCenter
+        visible: clear.visible
+        symbol: "text.magnifyingglass"
+        tip: Strings.saveSearchAsLiveList
+        size: 24
+        symbolSize: 16
+        onClicked: Library.views.newLiveList(Library.browsing.searchText)
+    }
+    SymbolButton {
+        id: clear
         anchors.right: parent.right
         anchors.rightMargin: Theme.gapTiny
         anchors.verticalCenter: parent.verticalCenter

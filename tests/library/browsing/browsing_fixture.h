@@ -6,6 +6,7 @@
 #include "library/browsing/table_order.h"
 #include "library/tracks.h"
 #include "library/user/language_setting.h"
+#include "library/user/live_lists.h"
 #include "library/user/playlists.h"
 #include "library/user/track_user_data.h"
 #include "support/fake_environment.h"
@@ -18,6 +19,7 @@ namespace halvane::test {
 struct BrowsingTest : testing::Test {
     MemoryPreferences preferences;
     Playlists playlists{preferences};
+    LiveLists liveLists{preferences};
     CoverStore covers;
     LibraryStore store;
     FakeLanguages languages;
@@ -26,7 +28,7 @@ struct BrowsingTest : testing::Test {
     CatalogPublisher catalog{store, userData, language};
     QString current;
     TableOrder order{preferences};
-    Browsing browsing{store, catalog, playlists, userData, language, order, rowState()};
+    Browsing browsing{store, catalog, playlists, liveLists, userData, language, order, rowState()};
 
     RowState rowState() {
         RowState state;

@@ -72,3 +72,76 @@ TEST_F(LiveListsTest, KeepsListsOfWhatIsAddedPlayedAndRated) {
     browsing.selectSidebarItem(SidebarItem::tracks);
     EXPECT_EQ(shown(), u"abcdefhgi"_s);
 }
+
+TEST_F(LiveListsTest, FollowTheRulesOfTheUser) {
+    userData.setRating(4, u"/m/b"_s);
+    userData.setRating(5, u"/m/e"_s);
+    userData.countPlay(u"/m/d"_s, 50);
+    userData.countPlay(u"/m/d"_s, 60);
+    userData.countPlay(u"/m/a"_s, 70);
+    struct Case {
+        LiveList rule;
+        QString tracks;
+    };
+    const Case cases[] = {
+        {{{}, {}, {}, LiveOrder::library, false, 0}, u"abcdef"_s},
+        {{{}, {}, {}, LiveOrder::library, true, 2}, u"fe"_s},
+        {{{}, {}, u"artist:moss"_s, LiveOrder::rating, false, 2}, u"ba"_s},
+        {{{}, {}, u"artist:moss"_s, LiveOrder::rating, true, 0}, u"acfb"_s},
+        {{{}, {}, {}, LiveOrder::plays, false, 3}, u"dab"_s},
+        {{{}, {}, {}, LiveOrder::played, false, 2}, u"ad"_s},
+        {{{}, {}, u"played:>=2001 -rating:5"_s, LiveOrder::played, true, 0}, u"da"_s},
+        {{{}, {}, u"nothing has this"_s, LiveOrder::added, false, 0}, QString()},
+    };
+    QUuid id;
+    for (const Case& c : cases) {
+        LiveList list = c.rule;
+        list.id = id;
+        list.name = u" Mine "_s;
+        const QUuid saved = liveLists.save(list);
+        ASSERT_TRUE(id.isNull() || saved == id);
+        id = saved;
+        if (browsing.selectedLiveListID() != id)
+            browsing.selectLiveList(id);
+        EXPECT_EQ(shown(), c.tracks) << c.rule.search.toStdString();
+        EXPECT_EQ(browsing.countOf(list), c.tracks.size());
+        EXPECT_EQ(browsing.tracksOfLiveList(id).size(), static_cast<std::size_t>(c.tracks.size()));
+    }
+    EXPECT_EQ(browsing.selectedLiveListName(), u"Mine"_s);
+    EXPECT_EQ(browsing.sortedPlace(), u"Mine"_s);
+    EXPECT_EQ(liveLists.rowCount(), 1);
+    LiveLists restarted{preferences};
+    restarted.restore();
+    EXPECT_EQ(restarted.list(id), liveLists.list(id));
+
+    // It may go while a playlist is shown, which stays.
+    const QUuid playlist = playlists.createPlaylist(u"p"_s);
+    browsing.setSelectedPlaylistID(playlist);
+    liveLists.remove(id);
+    EXPECT_EQ(browsing.selectedPlaylistID(), playlist);
+    EXPECT_EQ(browsing.selectedSidebar(), SidebarItem::tracks);
+    const QUuid other = liveLists.save({{}, u"o"_s, u"title:c"_s, LiveOrder::library, false, 0});
+    browsing.selectLiveList(other);
+    EXPECT_TRUE(browsing.selectedPlaylistID().isNull());
+    EXPECT_EQ(shown(), u"c"_s);
+    browsing.selectLiveList(id); // it is gone
+    EXPECT_EQ(shown(), u"c"_s);
+    liveLists.remove(other);
+    EXPECT_EQ(browsing.selectedSidebar(), SidebarItem::tracks);
+    EXPECT_EQ(shown(), u"abcdef"_s);
+}
+
+TEST(LiveLists, AreReadBackAndNothingElseIs) {
+    const std::vector<LiveList> lists{
+        {QUuid::createUuid(), u"周"_s, u"artist:\"a b\" -live"_s, LiveOrder::played, true, 25},
+        {QUuid::createUuid(), u"b"_s, {}, LiveOrder::library, false, 0}};
+    EXPECT_EQ(decodedLiveLists(encodedLiveLists(lists)), lists);
+    for (const char* damaged : {"", "{}", "[1]", "[{\"name\":\"a\"}]", "[{\"id\":\"x\"}]"})
+        EXPECT_EQ(decodedLiveLists(damaged), std::nullopt) << damaged;
+
+    MemoryPreferences preferences;
+    LiveLists kept{preferences};
+    EXPECT_TRUE(kept.save({{}, u"  "_s, {}, LiveOrder::library, false, 0}).isNull());
+    EXPECT_TRUE(kept.save({QUuid::createUuid(), u"a"_s, {}, LiveOrder::added, false, 0}).isNull());
+    EXPECT_EQ(kept.rowCount(), 0);
+}

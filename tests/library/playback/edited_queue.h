@@ -7,6 +7,7 @@
 #include "library/playback/queue_editing.h"
 #include "library/playback/transport_fixture.h"
 #include "library/undo_history.h"
+#include "library/user/live_lists.h"
 #include "library/user/track_user_data.h"
 
 namespace halvane::test {
@@ -24,10 +25,11 @@ struct EditedQueue : TransportFixture {
 
     TrackUserData userData{preferences};
     Playlists playlists{preferences};
+    LiveLists liveLists{preferences};
     CatalogPublisher catalog{store, userData, language};
     CoverStore covers;
     TableOrder order{preferences};
-    Browsing browsing{store, catalog, playlists, userData, language, order, rowState()};
+    Browsing browsing{store, catalog, playlists, liveLists, userData, language, order, rowState()};
     CollectionPlayer collections{store, catalog, playlists, files, browsing, queue, transport};
     UndoHistory history;
     QueueEditing editing{store,     collections, playlists, queue,

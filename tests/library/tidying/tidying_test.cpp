@@ -300,6 +300,19 @@ TEST_F(TidyingTest, PlaylistsAndTheirTracksComeBack) {
     EXPECT_FALSE(library.history()->canUndo());
 }
 
+TEST_F(TidyingTest, ALiveListComesBack) {
+    LiveLists* lists = library.liveLists();
+    const QUuid first = lists->save({{}, u"First"_s, u"a"_s, LiveOrder::plays, true, 5});
+    lists->save({{}, u"Second"_s, {}, LiveOrder::library, false, 0});
+    const LiveList before = lists->list(first);
+    lists->remove(first);
+    EXPECT_EQ(library.status()->text(), u"Deleted live list \"First\""_s);
+    EXPECT_EQ(library.history()->undoName(), L10nKey::deleteLiveList);
+    library.history()->undo();
+    EXPECT_EQ(lists->list(first), before);
+    EXPECT_EQ(lists->rowOf(first), 0U);
+}
+
 TEST_F(TidyingTest, APlaylistComesBackWithItsColumnsAndOrder) {
     const QUuid id = library.playlists()->createPlaylist(u"First"_s);
     library.browsing()->setSelectedPlaylistID(id);

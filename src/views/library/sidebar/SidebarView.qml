@@ -72,6 +72,7 @@ Rectangle {
                     model: Library.sidebar
                     SidebarSection { width: parent.width }
                 }
+                LiveListsSection { width: parent.width }
             }
             PlaylistsSection { width: parent.width }
         }
