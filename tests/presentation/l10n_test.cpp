@@ -38,7 +38,7 @@ TEST(L10nTest, TheFirstPreferredLanguageDecides) {
 }
 
 TEST(L10nTest, KeysKeepTheirNumbersAndTexts) {
-    EXPECT_EQ(L10n::keyCount, 242);
+    EXPECT_EQ(L10n::keyCount, 241);
     EXPECT_EQ(static_cast<int>(L10nKey::appSubtitle), 0);
     EXPECT_EQ(static_cast<int>(L10nKey::presetFlat), 80);
     EXPECT_EQ(static_cast<int>(L10nKey::repeatOne), 142);

@@ -10,7 +10,7 @@ Popover {
     id: root
 
     property liveList draft
-    readonly property bool isNew: root.draft.id.toString() === "{00000000-0000-0000-0000-000000000000}"
+    readonly property bool isNew: Library.liveLists.list(root.draft.id).name.length === 0
     readonly property bool canAnswer: nameField.text.trim().length > 0
 
     // Beginning with this list.
