@@ -6,12 +6,13 @@ import Halvane
 EntryField {
     id: root
 
+    readonly property real leastWidthToSave: 160 // below, what is typed needs the room
     property int answeredRequest: Library.views.searchFocusRequest
 
     name: Strings.searchPlaceholder
     placeholderText: Strings.searchPlaceholder
     leftPadding: 35
-    rightPadding: root.text.length > 0 ? 56 : 32
+    rightPadding: save.visible ? 56 : 32
     // Not only what is typed: assistive technology sets the text as a whole.
     onTextChanged: {
         if (root.text !== Library.browsing.searchText)
@@ -45,9 +46,10 @@ EntryField {
         size: 18
     }
     SymbolButton {
+        id: save
         anchors.right: clear.left
         anchors.verticalCenter: parent.verticalCenter
-        visible: clear.visible
+        visible: clear.visible && root.width >= root.leastWidthToSave
         symbol: "text.magnifyingglass"
         tip: Strings.saveSearchAsLiveList
         size: 24
