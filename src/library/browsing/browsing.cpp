@@ -45,6 +45,7 @@ Browsing::Browsing(const LibraryStore& store, CatalogPublisher& catalog, const P
     , m_catalog(catalog)
     , m_playlists(playlists)
     , m_liveLists(liveLists)
+    , m_liveListTracks(liveLists, store, catalog, userData)
     , m_userData(userData)
     , m_language(language)
     , m_order(order)
@@ -153,11 +154,7 @@ QString Browsing::selectedPlaylistName() const {
 }
 
 QString Browsing::selectedLiveListName() const {
-    return liveListName(m_liveListID);
-}
-
-QString Browsing::liveListName(const QUuid& id) const {
-    return m_liveLists.list(id).name;
+    return m_liveListTracks.nameOf(m_liveListID);
 }
 
 const Album* Browsing::albumOf(const QueueItem& entry) const {
@@ -182,7 +179,7 @@ void Browsing::setSearchText(const QString& text) {
         return;
     if (!m_search.setText(m_searchText, QDateTime::currentDateTime()))
         return;
-    m_search.lookThrough(*catalog(), saidOfRows());
+    m_search.lookThrough(*catalog(), m_liveListTracks.saidOfRows());
     refreshTracks();
     refreshAlbums();
     refreshArtists();
@@ -331,7 +328,7 @@ void Browsing::catalogChanged() {
         assign(m_selectedAlbumID, QString(), &Browsing::selectedAlbumIDChanged);
     if (!m_focusedAlbumID.isEmpty() && !catalog()->albumWithID(m_focusedAlbumID))
         m_focusedAlbumID.clear();
-    m_search.lookThroughAnew(*catalog(), saidOfRows());
+    m_search.lookThroughAnew(*catalog(), m_liveListTracks.saidOfRows());
     sourceChanged();
     refreshAlbums();
     refreshArtists();
@@ -372,20 +369,7 @@ TrackRows Browsing::sortedTracks() const {
     const bool isOwnList = m_selectedPlaylistID.isNull() && isLiveList(m_sidebar);
     if ((m_order.by() == TrackOrder::library && !isOwnList) || !m_source)
         return {};
-    return tracksOf(*m_source);
-}
-
-TrackRows Browsing::tracksOfLiveList(const QUuid& id) const {
-    const LiveList* list = m_liveLists.find(id);
-    return list ? tracksOf(rowsOf(*list)) : TrackRows();
-}
-
-TrackRows Browsing::tracksOf(const std::vector<quint32>& rows) const {
-    TrackRows tracks;
-    tracks.reserve(rows.size());
-    for (const quint32 row : rows)
-        tracks.push_back((*catalog()->rows)[row]);
-    return tracks;
+    return catalog()->tracksAt(*m_source);
 }
 
 LiveList Browsing::liveList() const {
@@ -393,12 +377,8 @@ LiveList Browsing::liveList() const {
                                               : standardLiveList(m_sidebar);
 }
 
-std::vector<quint32> Browsing::rowsOf(const LiveList& list) const {
-    return rowsOfLiveList(list, *catalog(), saidOfRows(), QDateTime::currentDateTime());
-}
-
 int Browsing::countOf(const LiveList& list) const {
-    return static_cast<int>(rowsOf(list).size());
+    return static_cast<int>(m_liveListTracks.rowsOf(list).size());
 }
 
 QString Browsing::sortedPlace() const {
@@ -428,7 +408,7 @@ Browsing::SourceRows Browsing::rowsOfPlace() const {
         return playlist ? m_lookup.rowsOf(playlist->trackPaths) : std::vector<quint32>();
     }
     if (isLiveList(m_sidebar))
-        return rowsOf(liveList());
+        return m_liveListTracks.rowsOf(liveList());
     if (showLovedOnly()) {
         const QSet<QString>& loved = m_userData.lovedPaths();
         auto rows = m_lookup.rowsOf(std::vector<QString>(loved.cbegin(), loved.cend()));
@@ -456,14 +436,6 @@ Browsing::SourceRows Browsing::sorted(SourceRows rows) {
     if (!all)
         return rows;
     return rows ? inOrder(*rows, *all) : *all;
-}
-
-NumbersOf Browsing::saidOfRows() const {
-    return [this](TermField field) {
-        return m_lookup.numbersOf(field == TermField::rating  ? m_userData.trackRatings()
-                                  : field == TermField::plays ? m_userData.playCounts()
-                                                              : m_userData.lastPlayed());
-    };
 }
 
 void Browsing::refreshTracks() {

@@ -4,11 +4,10 @@
 #include "library/browsing/album_list_model.h"
 #include "library/browsing/artist_list_model.h"
 #include "library/browsing/library_search.h"
-#include "library/browsing/row_lookup.h"
+#include "library/browsing/live_list_tracks.h"
 #include "library/browsing/table_order.h"
 #include "library/browsing/track_list_model.h"
 #include "library/catalog/catalog_publisher.h"
-#include "model/live_list.h"
 #include "model/queue_item.h"
 
 namespace halvane {
@@ -71,9 +70,7 @@ class Browsing : public QObject {
 
     /// How many tracks a live list has, or would have.
     Q_INVOKABLE [[nodiscard]] int countOf(const halvane::LiveList& list) const;
-    /// The tracks of a list that the user has made.
-    [[nodiscard]] TrackRows tracksOfLiveList(const QUuid& id) const;
-    [[nodiscard]] QString liveListName(const QUuid& id) const;
+    [[nodiscard]] const LiveListTracks& liveListTracks() const { return m_liveListTracks; }
 
     TrackListModel* visibleTracks() { return &m_tracks; }
     [[nodiscard]] bool hasVisibleTracks() const { return m_hasVisibleTracks; }
@@ -174,10 +171,7 @@ class Browsing : public QObject {
     void refreshArtists();
     [[nodiscard]] SourceRows rowsOfPlace() const;
     [[nodiscard]] SourceRows sorted(SourceRows rows);
-    [[nodiscard]] NumbersOf saidOfRows() const;
     [[nodiscard]] LiveList liveList() const;
-    [[nodiscard]] std::vector<quint32> rowsOf(const LiveList& list) const;
-    [[nodiscard]] TrackRows tracksOf(const std::vector<quint32>& rows) const;
     [[nodiscard]] const std::shared_ptr<const Catalog>& catalog() const {
         return m_catalog.published();
     }
@@ -190,6 +184,7 @@ class Browsing : public QObject {
     CatalogPublisher& m_catalog;
     const Playlists& m_playlists;
     const LiveLists& m_liveLists;
+    const LiveListTracks m_liveListTracks;
     const TrackUserData& m_userData;
     const LanguageSetting& m_language;
     TableOrder& m_order;

@@ -177,6 +177,14 @@ std::vector<quint32> Catalog::rowsOfAlbum(const QString& id) const {
     return found;
 }
 
+TrackRows Catalog::tracksAt(const std::vector<quint32>& of) const {
+    TrackRows tracks;
+    tracks.reserve(of.size());
+    for (const quint32 row : of)
+        tracks.push_back((*rows)[row]);
+    return tracks;
+}
+
 std::vector<quint32> Catalog::rowsOfArtist(const QString& name) const {
     const CatalogArtist* artist = artistNamed(name);
     if (!artist)

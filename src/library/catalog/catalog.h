@@ -55,6 +55,8 @@ struct Catalog {
     /// The rows of the albums that an artist leads, and then those on albums of others, each like
     /// the rows of an album.
     [[nodiscard]] std::vector<quint32> rowsOfArtist(const QString& name) const;
+    /// The tracks of these rows, in their order.
+    [[nodiscard]] TrackRows tracksAt(const std::vector<quint32>& of) const;
 };
 
 std::shared_ptr<const Catalog> buildCatalog(std::shared_ptr<const TrackRows> rows,

@@ -49,21 +49,14 @@ std::optional<QString> CollectionPlayer::firstPlayable(const TrackRows& tracks) 
     return std::nullopt;
 }
 
-TrackRows CollectionPlayer::tracksOf(const std::vector<quint32>& rows) const {
-    const TrackRows& all = *m_catalog.published()->rows;
-    TrackRows tracks;
-    tracks.reserve(rows.size());
-    for (const quint32 row : rows)
-        tracks.push_back(all[row]);
-    return tracks;
-}
-
 TrackRows CollectionPlayer::tracksOfAlbum(const QString& id) const {
-    return tracksOf(m_catalog.published()->rowsOfAlbum(id));
+    const Catalog& now = *m_catalog.published();
+    return now.tracksAt(now.rowsOfAlbum(id));
 }
 
 TrackRows CollectionPlayer::tracksOfArtist(const QString& name) const {
-    return tracksOf(m_catalog.published()->rowsOfArtist(name));
+    const Catalog& now = *m_catalog.published();
+    return now.tracksAt(now.rowsOfArtist(name));
 }
 
 TrackRows CollectionPlayer::tracksOfPlaylist(const QUuid& id) const {
@@ -72,7 +65,7 @@ TrackRows CollectionPlayer::tracksOfPlaylist(const QUuid& id) const {
 }
 
 TrackRows CollectionPlayer::tracksOfLiveList(const QUuid& id) const {
-    return m_browsing.tracksOfLiveList(id);
+    return m_browsing.liveListTracks().tracksOf(id);
 }
 
 void CollectionPlayer::playTrack(const QUuid& withID) {
@@ -170,7 +163,7 @@ void CollectionPlayer::playPlaylist(const QUuid& id) {
 }
 
 void CollectionPlayer::playLiveList(const QUuid& id) {
-    play(tracksOfLiveList(id), m_browsing.liveListName(id));
+    play(tracksOfLiveList(id), m_browsing.liveListTracks().nameOf(id));
 }
 
 QStringList CollectionPlayer::pathsOfAlbum(const QString& withID) const {

@@ -54,8 +54,6 @@ class CollectionPlayer : public QObject {
     [[nodiscard]] bool isQueued(const TrackRows& tracks) const;
     void play(const TrackRows& tracks, const QString& label);
     void shuffle(const TrackRows& tracks, const QString& label);
-    /// Of the published catalog.
-    [[nodiscard]] TrackRows tracksOf(const std::vector<quint32>& rows) const;
 
     const LibraryStore& m_store;
     const CatalogPublisher& m_catalog;

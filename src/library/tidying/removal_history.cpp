@@ -23,8 +23,12 @@ RemovalHistory::RemovalHistory(const RemovalNeeds& needs, UndoHistory& history, 
     , m_status(status)
     , m_language(language) {
     connect(&needs.tidying, &Tidying::removing, this, &RemovalHistory::remember);
-    connect(&needs.playlists, &Playlists::deleting, this, &RemovalHistory::rememberPlaylist);
-    connect(&needs.liveLists, &LiveLists::removing, this, &RemovalHistory::rememberLiveList);
+    connect(&needs.playlists, &Playlists::deleting, this, [this](const QUuid& id) {
+        rememberList(m_needs.playlists, id, L10nKey::deletePlaylist, L10n::deletedPlaylist);
+    });
+    connect(&needs.liveLists, &LiveLists::removing, this, [this](const QUuid& id) {
+        rememberList(m_needs.liveLists, id, L10nKey::deleteLiveList, L10n::deletedLiveList);
+    });
     connect(&needs.playlists, &Playlists::removingPaths, this, &RemovalHistory::rememberPaths);
     connect(&needs.queue, &PlayQueue::replaced, this, [this] { ++m_queuesMade; });
 }
@@ -77,20 +81,14 @@ void RemovalHistory::bringBack(const Lost& lost) {
     Q_EMIT cameBack();
 }
 
-void RemovalHistory::rememberPlaylist(const QUuid& id) {
-    const Playlist playlist = *m_needs.playlists.find(id);
-    const std::size_t row = *m_needs.playlists.rowOf(id);
-    m_history.add({L10nKey::deletePlaylist, Subject::playlists,
-                   [this, row, playlist] { m_needs.playlists.putBack(row, playlist); }, nullptr});
-    m_status.showWithUndo(L10n::deletedPlaylist(playlist.name, m_language.resolvedLanguage()));
-}
-
-void RemovalHistory::rememberLiveList(const QUuid& id) {
-    const LiveList list = *m_needs.liveLists.find(id);
-    const std::size_t row = *m_needs.liveLists.rowOf(id);
-    m_history.add({L10nKey::deleteLiveList, Subject::playlists,
-                   [this, row, list] { m_needs.liveLists.putBack(row, list); }, nullptr});
-    m_status.showWithUndo(L10n::deletedLiveList(list.name, m_language.resolvedLanguage()));
+template<typename Lists>
+void RemovalHistory::rememberList(Lists& lists, const QUuid& id, L10nKey what,
+                                  QString (*sentence)(const QString&, ResolvedLanguage)) {
+    const auto list = *lists.find(id);
+    const std::size_t row = *lists.rowOf(id);
+    m_history.add(
+        {what, Subject::playlists, [&lists, row, list] { lists.putBack(row, list); }, nullptr});
+    m_status.showWithUndo(sentence(list.name, m_language.resolvedLanguage()));
 }
 
 void RemovalHistory::rememberPaths(const QStringList& paths, const QUuid& playlist) {

@@ -6,6 +6,7 @@
 #include "library/user/live_lists.h"
 #include "library/user/playlists.h"
 #include "library/user/track_user_data.h"
+#include "model/enums.h"
 
 namespace halvane {
 
@@ -16,6 +17,7 @@ class StatusLine;
 class Tidying;
 class Transport;
 class UndoHistory;
+enum class L10nKey;
 
 /// What a Removal works on.
 struct RemovalNeeds {
@@ -58,8 +60,10 @@ class RemovalHistory : public QObject {
 
     void remember(const QStringList& paths);
     void bringBack(const Lost& lost);
-    void rememberPlaylist(const QUuid& id);
-    void rememberLiveList(const QUuid& id);
+    /// A playlist or a live list that is about to go. `sentence` says of a name that it went.
+    template<typename Lists>
+    void rememberList(Lists& lists, const QUuid& id, L10nKey what,
+                      QString (*sentence)(const QString&, ResolvedLanguage));
     void rememberPaths(const QStringList& paths, const QUuid& playlist);
 
     const RemovalNeeds m_needs;

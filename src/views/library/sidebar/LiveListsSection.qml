@@ -7,14 +7,6 @@ import Halvane
 Column {
     id: root
 
-    // One key must not take a list that a hand has made.
-    function askToDelete(id: var, name: string): void {
-        deletePrompt.listId = id
-        const prompt = deletePrompt.made() as Alert
-        prompt.title = Strings.deleteCommand + " “" + name + "”"
-        prompt.ask("")
-    }
-
     Connections {
         target: Library.views
         function onLiveListAsked(list) {
@@ -24,18 +16,11 @@ Column {
     }
     Repeater {
         model: Library.liveLists
-        SidebarRow {
+        ListRow {
             id: row
 
             required property var listId
             required property string name
-
-            function openMenu(x: real, y: real): void {
-                rowMenu.listId = row.listId
-                rowMenu.name = row.name
-                const entries = rowMenu.made() as ContextMenu
-                entries.popup(row, x, y)
-            }
 
             width: root.width
             symbol: "text.magnifyingglass"
@@ -45,27 +30,19 @@ Column {
                         && Library.browsing.selectedSidebar === SidebarPlace.LiveList
                         && Library.browsing.selectedLiveListID === row.listId
             onClicked: Library.browsing.selectLiveList(row.listId)
-            onMenuAskedFor: row.openMenu(20, row.height)
-            Keys.onPressed: event => {
-                if (event.key === Qt.Key_Menu)
-                    row.openMenu(20, row.height)
-                else if (event.key === Qt.Key_Delete)
-                    root.askToDelete(row.listId, row.name)
-                else if (event.key === Qt.Key_F2)
-                    Library.views.editLiveList(Library.liveLists.list(row.listId))
+            onMenuAsked: (x, y) => {
+                rowMenu.listId = row.listId
+                const entries = rowMenu.made() as ContextMenu
+                entries.popup(row, x, y)
             }
-
-            TapHandler {
-                acceptedButtons: Qt.RightButton
-                onTapped: point => row.openMenu(point.position.x, point.position.y)
-            }
+            onChangeAsked: Library.views.editLiveList(Library.liveLists.list(row.listId))
+            onDeleteAsked: deletePrompt.ask(row.listId, row.name)
         }
     }
     Deferred {
         id: rowMenu
 
         property var listId
-        property string name
 
         ContextMenu {
             MenuEntry {
@@ -101,16 +78,8 @@ Column {
         id: editor
         LiveListEditor {}
     }
-    Deferred {
+    DeletePrompt {
         id: deletePrompt
-
-        property var listId
-
-        Alert {
-            title: ""
-            acceptText: Strings.deleteCommand
-            isDestructive: true
-            onAccepted: Library.liveLists.remove(deletePrompt.listId)
-        }
+        onConfirmed: id => Library.liveLists.remove(id)
     }
 }

@@ -12,14 +12,6 @@ Column {
         const prompt = renamePrompt.made() as Alert
         prompt.ask(name)
     }
-
-    // One key must not take a playlist that a hand has made.
-    function askToDelete(id: var, name: string): void {
-        deletePrompt.playlistId = id
-        const prompt = deletePrompt.made() as Alert
-        prompt.title = Strings.deleteCommand + " “" + name + "”"
-        prompt.ask("")
-    }
     function askForNew(paths: var): void {
         newPrompt.paths = paths
         const prompt = newPrompt.made() as Alert
@@ -51,7 +43,7 @@ Column {
     Repeater {
         id: rows
         model: Library.playlists
-        SidebarRow {
+        ListRow {
             id: row
 
             required property var playlistId
@@ -64,27 +56,15 @@ Column {
             badge: row.trackCount
             isSelected: Library.browsing.selectedPlaylistName.length > 0 && Library.browsing.selectedPlaylistID === row.playlistId
             onClicked: Library.browsing.selectedPlaylistID = row.playlistId
-            onMenuAskedFor: row.openMenu(20, row.height)
-            Keys.onPressed: event => {
-                if (event.key === Qt.Key_Menu)
-                    row.openMenu(20, row.height)
-                else if (event.key === Qt.Key_Delete)
-                    root.askToDelete(row.playlistId, row.name)
-                else if (event.key === Qt.Key_F2)
-                    root.askToRename(row.playlistId, row.name)
-            }
-
-            function openMenu(x: real, y: real): void {
+            onMenuAsked: (x, y) => {
                 rowMenu.playlistId = row.playlistId
                 rowMenu.name = row.name
                 const entries = rowMenu.made() as ContextMenu
                 entries.popup(row, x, y)
             }
+            onChangeAsked: root.askToRename(row.playlistId, row.name)
+            onDeleteAsked: deletePrompt.ask(row.playlistId, row.name)
 
-            TapHandler {
-                acceptedButtons: Qt.RightButton
-                onTapped: point => row.openMenu(point.position.x, point.position.y)
-            }
             DropArea {
                 anchors.fill: parent
                 keys: ["halvane/tracks"]
@@ -158,17 +138,9 @@ Column {
             onAccepted: text => Library.playlists.addTrackPaths(newPrompt.paths, Library.playlists.createPlaylist(text))
         }
     }
-    Deferred {
+    DeletePrompt {
         id: deletePrompt
-
-        property var playlistId
-
-        Alert {
-            title: ""
-            acceptText: Strings.deleteCommand
-            isDestructive: true
-            onAccepted: Library.playlists.deletePlaylist(deletePrompt.playlistId)
-        }
+        onConfirmed: id => Library.playlists.deletePlaylist(id)
     }
     Deferred {
         id: renamePrompt
