@@ -105,7 +105,8 @@ TEST_F(LiveListsTest, FollowTheRulesOfTheUser) {
             browsing.selectLiveList(id);
         EXPECT_EQ(shown(), c.tracks) << c.rule.search.toStdString();
         EXPECT_EQ(browsing.countOf(list), c.tracks.size());
-        EXPECT_EQ(browsing.liveListTracks().tracksOf(id).size(), static_cast<std::size_t>(c.tracks.size()));
+        EXPECT_EQ(browsing.liveListTracks().tracksOf(id).size(),
+                  static_cast<std::size_t>(c.tracks.size()));
     }
     EXPECT_EQ(browsing.selectedLiveListName(), u"Mine"_s);
     EXPECT_EQ(browsing.sortedPlace(), u"Mine"_s);
