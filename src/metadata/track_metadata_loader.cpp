@@ -79,6 +79,7 @@ QueueItem itemFrom(const FileUrl& url, const AudioFileReading& reading,
     item.year = tags.year();
     item.albumTags = albumTagsFrom(url, tags);
     item.levelTags = tags.levels();
+    item.saidTags = tags.said();
     item.coverURL = cover;
     if (tags.hasPicture())
         item.coverImageData =

@@ -8,6 +8,7 @@
 #include "model/hash.h"
 #include "model/level_tags.h"
 #include "model/reader_version.h"
+#include "model/said_tags.h"
 #include "model/sound_identity.h"
 
 #include <QMetaType>
@@ -43,6 +44,7 @@ struct QueueItem {
     QString bitDepth;   ///< display text
     AlbumTags albumTags;
     LevelTags levelTags;
+    SaidTags saidTags;
     std::optional<Artwork> coverImageData;
     std::optional<FileUrl> coverURL;
     std::optional<double> durationSeconds;

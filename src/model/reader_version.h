@@ -12,7 +12,8 @@ namespace halvane {
 ///   2: the lengths that are played, pictures by their kind, tags before and behind odd ones
 ///   3: identities of sounds
 ///   4: gains and peaks, lengths of files that were joined
-inline constexpr quint8 currentReaderVersion = 4;
+///   5: ratings and play counts
+inline constexpr quint8 currentReaderVersion = 5;
 
 /// Of a record that lacks what would have kept an import waiting: its length is a guess, or its
 /// sound is not identified.

@@ -9,6 +9,7 @@
 #include "model/hash.h"
 #include "model/level_tags.h"
 #include "model/reader_version.h"
+#include "model/said_tags.h"
 #include "model/sound_identity.h"
 
 #include <QString>
@@ -40,6 +41,7 @@ struct Track {
     SoundIdentity identity;
     AlbumTags albumTags;
     LevelTags levelTags;
+    SaidTags saidTags;
     std::optional<FileUrl> sourceURL;
     std::optional<Artwork> coverImageData;
     std::optional<FileUrl> coverURL;

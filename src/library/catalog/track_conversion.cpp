@@ -18,6 +18,7 @@ std::optional<QueueItem> queueItemFromTrack(const Track& track) {
     item.bitDepth = track.bitDepth;
     item.albumTags = track.albumTags;
     item.levelTags = track.levelTags;
+    item.saidTags = track.saidTags;
     item.readerVersion = track.readerVersion;
     item.identity = track.identity;
     item.coverImageData = track.coverImageData;
@@ -43,6 +44,7 @@ Track trackFromQueueItem(QueueItem item, const TrackExtras& extras) {
     track.bitDepth = std::move(item.bitDepth);
     track.albumTags = std::move(item.albumTags);
     track.levelTags = item.levelTags;
+    track.saidTags = item.saidTags;
     track.readerVersion = item.readerVersion;
     track.identity = item.identity;
     track.fileSize = item.fileSize;

@@ -11,6 +11,7 @@ namespace halvane {
 namespace {
 
 constexpr std::size_t saidNumbers = 3;
+constexpr qint64 mostStars = 5;
 constexpr double mostPlays = 9e15; // whole numbers are exact up to there
 
 bool isCount(double number, double most) {
@@ -37,6 +38,13 @@ Said saidOfReplaced(const Said& ofPath, const std::optional<Said>& ofSound, bool
     return hasOldGone ? Said() : ofPath;
 }
 
+Said withTags(Said said, const SaidTags& tags) {
+    if (said.rating == 0)
+        said.rating = std::min<qint64>(tags.rating, mostStars);
+    said.plays += tags.plays;
+    return said;
+}
+
 std::vector<double> storedNote(const SoundNote& note) {
     std::vector<double> numbers{note.said.isLoved ? 1.0 : 0.0,
                                 static_cast<double>(note.said.rating),
@@ -46,9 +54,8 @@ std::vector<double> storedNote(const SoundNote& note) {
 }
 
 std::optional<SoundNote> noteFromStored(const std::vector<double>& numbers) {
-    constexpr double mostStars = 5;
     if (numbers.size() < saidNumbers || !isCount(numbers[0], 1) ||
-        !isCount(numbers[1], mostStars) || !isCount(numbers[2], mostPlays))
+        !isCount(numbers[1], static_cast<double>(mostStars)) || !isCount(numbers[2], mostPlays))
         return std::nullopt;
     SoundNote note;
     note.said = {numbers[0] == 1, static_cast<qint64>(numbers[1]), static_cast<qint64>(numbers[2]),

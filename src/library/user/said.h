@@ -3,6 +3,8 @@
 // thread.
 #pragma once
 
+#include "model/said_tags.h"
+
 #include <QHash>
 #include <QString>
 #include <QUuid>
@@ -35,6 +37,11 @@ Said followed(const Said& noted, const Said& before, const Said& after);
 /// the new sound counts. If nothing is, the path keeps its own, since the file may have been
 /// encoded anew; unless the sound that it had has gone elsewhere.
 Said saidOfReplaced(const Said& ofPath, const std::optional<Said>& ofSound, bool hasOldGone);
+
+/// What is said of a sound that nothing is noted of: what was said before it was identified, and
+/// what other programs have written into the tags. A rating that the user gave goes first. Plays
+/// add up, for those in the tags were elsewhere.
+Said withTags(Said said, const SaidTags& tags);
 
 /// What is kept of a sound.
 struct SoundNote {

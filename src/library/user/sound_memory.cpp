@@ -181,7 +181,7 @@ void SoundMemory::meet(const TrackRows& tracks) {
         const QString path = track->path();
         const auto known = note(track->identity);
         const Said said = m_needs.userData.said(path);
-        const Said all = known ? joined(said, known->said) : said;
+        const Said all = known ? joined(said, known->said) : withTags(said, track->saidTags);
         if (all != said)
             says.emplace_back(path, all);
         if (all != (known ? known->said : Said()))
@@ -197,17 +197,18 @@ void SoundMemory::meet(const TrackRows& tracks) {
 
 // Which sounds files have whose sound is another now, is known when all have been read.
 void SoundMemory::meetReplaced(const TrackRows& tracks, const TrackRows& before) {
-    TrackRows identified;
+    TrackRows met;
     for (std::size_t i = 0; i < tracks.size(); ++i) {
         const SoundIdentity identity = tracks[i]->identity;
-        if (!identity.isKnown() || identity == before[i]->identity)
+        const bool isSame = identity == before[i]->identity;
+        if (!identity.isKnown() || (isSame && tracks[i]->saidTags == before[i]->saidTags))
             continue;
-        if (before[i]->identity.isKnown())
+        if (!isSame && before[i]->identity.isKnown())
             m_replaced.push_back({tracks[i]->path(), before[i]->identity});
         else
-            identified.push_back(tracks[i]);
+            met.push_back(tracks[i]);
     }
-    meet(identified);
+    meet(met);
 }
 
 void SoundMemory::survey() {

@@ -28,7 +28,8 @@ struct SoundMemoryNeeds {
 /// Lets what the user says of a track follow its sound. It is kept by path elsewhere, and noted
 /// here by the identity of the sound, in the same change. A file that comes with a known sound is
 /// told of again what is noted: one that was renamed, moved or copied, or had been removed from the
-/// library. From then on what is said of one copy is said of all. Missing tracks in playlists are
+/// library. The first that comes with a sound that nothing is noted of is told what its tags say.
+/// From then on what is said of one copy is said of all. Missing tracks in playlists are
 /// stood in for by their copies, and tracks that left the library come back to their places. A note
 /// stays when its tracks leave. Main thread.
 class SoundMemory : public QObject {

@@ -29,6 +29,7 @@ CachedTrackMetadata::CachedTrackMetadata(const QueueItem& item, const QString& t
     , bitDepth(item.bitDepth)
     , albumTags(item.albumTags)
     , levelTags(item.levelTags)
+    , saidTags(item.saidTags)
     , coverURL(item.coverURL)
     , hasEmbeddedArtwork(item.coverImageData.has_value())
     , readerVersion(item.readerVersion)
@@ -49,6 +50,7 @@ QueueItem CachedTrackMetadata::item(const QString& cacheDirectory, const FileUrl
     item.bitDepth = bitDepth;
     item.albumTags = albumTags;
     item.levelTags = levelTags;
+    item.saidTags = saidTags;
     item.readerVersion = readerVersion;
     item.identity = identity;
     item.coverURL = coverURL;
@@ -160,6 +162,10 @@ void appendJson(QByteArray& json, const CachedTrackMetadata& record) {
     appendText(json, "bitDepth", record.bitDepth);
     appendAlbumTags(json, record.albumTags);
     appendLevelTags(json, record.levelTags);
+    if (record.saidTags.rating > 0)
+        appendNumber(json, "ratingTag", record.saidTags.rating);
+    if (record.saidTags.plays > 0)
+        appendNumber(json, "playsTag", record.saidTags.plays);
     if (record.coverURL)
         appendText(json, "coverURLPath", record.coverURL->path());
     if (record.readerVersion > 0)

@@ -25,6 +25,7 @@ struct CachedTrackMetadata {
     QString bitDepth;
     AlbumTags albumTags;
     LevelTags levelTags;
+    SaidTags saidTags;
     std::optional<FileUrl> coverURL;
     bool hasEmbeddedArtwork = false;
     quint8 readerVersion = 0; ///< 0: the record does not say

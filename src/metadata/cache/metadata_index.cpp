@@ -116,6 +116,10 @@ class PortionDecoder {
         else if (key == "identity") // one that a later version writes otherwise is not known
             record.identity =
                 SoundIdentity::fromText(fromUtf8(value.get_string())).value_or(SoundIdentity());
+        else if (key == "ratingTag")
+            record.saidTags.rating = small<quint8>(value);
+        else if (key == "playsTag")
+            record.saidTags.plays = small<quint32>(value);
         else if (key == "artistSort")
             m_names.artist = shared(value, m_last[8]);
         else if (key == "albumArtistSort")

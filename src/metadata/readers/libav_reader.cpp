@@ -58,10 +58,15 @@ StreamFacts factsOf(const AVFormatContext& context) {
     return facts;
 }
 
-void addTags(TagFields& fields, const AVDictionary* dictionary) {
-    for (const TagName& row : TagNames::libav)
+void addRows(TagFields& fields, const AVDictionary* dictionary, std::span<const TagName> rows) {
+    for (const TagName& row : rows)
         if (const AVDictionaryEntry* entry = av_dict_get(dictionary, row.name, nullptr, 0))
             fields.add(row.field, QString::fromUtf8(entry->value));
+}
+
+void addTags(TagFields& fields, const AVDictionary* dictionary) {
+    addRows(fields, dictionary, TagNames::libav);
+    addRows(fields, dictionary, TagNames::named);
 }
 
 void addPictures(TagFields& fields, const AVFormatContext& context) {

@@ -2,7 +2,9 @@
 #include "metadata/readers/tag_fields.h"
 
 #include "metadata/encodings/legacy_text.h"
+#include "metadata/readers/rating_tags.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace halvane {
@@ -138,6 +140,21 @@ void TagFields::add(TagField field, const QString& value) {
     case TagField::r128AlbumGain:
         take(m_r128.albumGain, parseR128Gain(text));
         break;
+    case TagField::shareRating:
+        m_shareRating = starsOfShare(text);
+        break;
+    case TagField::rating:
+        m_said.rating = std::max(m_said.rating, starsOfRating(text));
+        break;
+    case TagField::popularity:
+        m_said.rating = std::max(m_said.rating, starsOfPopularity(text));
+        break;
+    case TagField::sharedRating:
+        m_said.rating = std::max(m_said.rating, starsOfShared(text));
+        break;
+    case TagField::plays:
+        m_said.plays = std::max(m_said.plays, parsePlays(text));
+        break;
     }
 }
 
@@ -175,6 +192,10 @@ LevelTags TagFields::levels() const {
     take(levels.trackGain, m_r128.trackGain);
     take(levels.albumGain, m_r128.albumGain);
     return levels;
+}
+
+SaidTags TagFields::said() const {
+    return {m_shareRating > 0 ? m_shareRating : m_said.rating, m_said.plays};
 }
 
 void TagFields::addPicture(PictureRank rank, std::function<QByteArray()> bytes) {

@@ -3,6 +3,7 @@
 
 #include "model/album_tags.h"
 #include "model/level_tags.h"
+#include "model/said_tags.h"
 
 #include <QByteArray>
 #include <QStringList>
@@ -31,7 +32,13 @@ enum class TagField {
     albumGain,
     albumPeak,
     r128TrackGain, ///< R128_TRACK_GAIN of Opus, such as "-512", and so on
-    r128AlbumGain
+    r128AlbumGain,
+    // See rating_tags.h for their scales.
+    shareRating, ///< FMPS_RATING
+    rating,
+    popularity,
+    sharedRating,
+    plays
 };
 
 /// Whether several values of a field are several artists.
@@ -85,6 +92,9 @@ class TagFields {
     [[nodiscard]] const SortNames& sortNames() const { return m_sortNames; }
     /// The gains that are Opus's own go first.
     [[nodiscard]] LevelTags levels() const;
+    /// FMPS_RATING goes first, for it has one scale; else the best of several ratings. Of several
+    /// play counts it is the largest.
+    [[nodiscard]] SaidTags said() const;
     [[nodiscard]] bool hasPicture() const { return m_rank != PictureRank::none; }
     [[nodiscard]] QByteArray picture() const { return m_picture ? m_picture() : QByteArray(); }
 
@@ -99,6 +109,8 @@ class TagFields {
     LevelTags m_levels;
     LevelTags m_r128; // gains only
     qint64 m_year = 0;
+    SaidTags m_said;
+    quint8 m_shareRating = 0;
     quint16 m_disc = 0;
     quint16 m_track = 0;
     bool m_isCompilation = false;

@@ -48,13 +48,21 @@ inline constexpr TagName id3v2[] = {
     {"TSOA", TagField::albumSort},
 };
 
-/// Fields that have names of their own, in any case: user text frames of ID3v2, and items of MP4
-/// behind "----:com.apple.iTunes:".
+/// Fields that have the same names in most containers, in any case: among user text frames of
+/// ID3v2, items of MP4 behind "----:com.apple.iTunes:", items of APE tags, Vorbis comments,
+/// attributes of ASF, and what libavformat names.
 inline constexpr TagName named[] = {
     {"REPLAYGAIN_TRACK_GAIN", TagField::trackGain},
     {"REPLAYGAIN_TRACK_PEAK", TagField::trackPeak},
     {"REPLAYGAIN_ALBUM_GAIN", TagField::albumGain},
     {"REPLAYGAIN_ALBUM_PEAK", TagField::albumPeak},
+    {"R128_TRACK_GAIN", TagField::r128TrackGain},
+    {"R128_ALBUM_GAIN", TagField::r128AlbumGain},
+    {"FMPS_RATING", TagField::shareRating},
+    {"FMPS_PLAYCOUNT", TagField::plays},
+    {"RATING", TagField::rating},
+    {"PLAYCOUNT", TagField::plays},
+    {"PLAY_COUNT", TagField::plays},
 };
 
 /// APE tags; TagLib compares their names in upper case.
@@ -72,10 +80,6 @@ inline constexpr TagName ape[] = {
     {"ARTISTSORT", TagField::artistSort},
     {"ALBUMARTISTSORT", TagField::albumArtistSort},
     {"ALBUMSORT", TagField::albumSort},
-    {"REPLAYGAIN_TRACK_GAIN", TagField::trackGain},
-    {"REPLAYGAIN_TRACK_PEAK", TagField::trackPeak},
-    {"REPLAYGAIN_ALBUM_GAIN", TagField::albumGain},
-    {"REPLAYGAIN_ALBUM_PEAK", TagField::albumPeak},
 };
 
 /// Vorbis comments, in upper case. DATE is the usual one; YEAR is written by some rippers.
@@ -94,12 +98,6 @@ inline constexpr TagName vorbis[] = {
     {"ARTISTSORT", TagField::artistSort},
     {"ALBUMARTISTSORT", TagField::albumArtistSort},
     {"ALBUMSORT", TagField::albumSort},
-    {"REPLAYGAIN_TRACK_GAIN", TagField::trackGain},
-    {"REPLAYGAIN_TRACK_PEAK", TagField::trackPeak},
-    {"REPLAYGAIN_ALBUM_GAIN", TagField::albumGain},
-    {"REPLAYGAIN_ALBUM_PEAK", TagField::albumPeak},
-    {"R128_TRACK_GAIN", TagField::r128TrackGain},
-    {"R128_ALBUM_GAIN", TagField::r128AlbumGain},
 };
 
 /// Items of MP4 files; the genre number of the gnre atom arrives as the text of the second last.
@@ -110,6 +108,7 @@ inline constexpr TagName mp4[] = {
     {"disk", TagField::discNumber},      {"trkn", TagField::trackNumber},
     {"cpil", TagField::compilation},     {"soar", TagField::artistSort},
     {"soaa", TagField::albumArtistSort}, {"soal", TagField::albumSort},
+    {"rate", TagField::rating},
 };
 
 /// The INFO list of RIFF files, which knows no album artist and no disc. Track numbers stand under
@@ -127,8 +126,7 @@ inline constexpr TagName aiff[] = {
     {"AUTH", TagField::artist},
 };
 
-/// Attributes of ASF files. Title and author have fields of their own. Besides these, the named
-/// fields are read.
+/// Attributes of ASF files. Title and author have fields of their own.
 inline constexpr TagName asf[] = {
     {"WM/AlbumTitle", TagField::albumName},
     {"WM/Genre", TagField::type},
@@ -140,6 +138,7 @@ inline constexpr TagName asf[] = {
     {"WM/ArtistSortOrder", TagField::artistSort},
     {"WM/AlbumArtistSortOrder", TagField::albumArtistSort},
     {"WM/AlbumSortOrder", TagField::albumSort},
+    {"WM/SharedUserRating", TagField::sharedRating},
 };
 
 /// The common names that libavformat gives the tags of whatever it opens. "track number" is what
@@ -159,12 +158,6 @@ inline constexpr TagName libav[] = {
     {"artist-sort", TagField::artistSort},
     {"album_artist-sort", TagField::albumArtistSort},
     {"album-sort", TagField::albumSort},
-    {"REPLAYGAIN_TRACK_GAIN", TagField::trackGain},
-    {"REPLAYGAIN_TRACK_PEAK", TagField::trackPeak},
-    {"REPLAYGAIN_ALBUM_GAIN", TagField::albumGain},
-    {"REPLAYGAIN_ALBUM_PEAK", TagField::albumPeak},
-    {"R128_TRACK_GAIN", TagField::r128TrackGain},
-    {"R128_ALBUM_GAIN", TagField::r128AlbumGain},
 };
 
 } // namespace TagNames

@@ -13,6 +13,7 @@
 #include <taglib/id3v2tag.h>
 #include <taglib/infotag.h>
 #include <taglib/mp4tag.h>
+#include <taglib/popularimeterframe.h>
 #include <taglib/textidentificationframe.h>
 #include <taglib/xiphcomment.h>
 
@@ -110,6 +111,17 @@ QString mp4Text(const TagLib::MP4::Item& item, TagField field) {
     }
 }
 
+// One for each user.
+void addPopularity(TagFields& fields, const TagLib::ID3v2::FrameList& frames) {
+    for (const auto* frame : frames) {
+        const auto* said = dynamic_cast<const TagLib::ID3v2::PopularimeterFrame*>(frame);
+        if (!said)
+            continue;
+        fields.add(TagField::popularity, QString::number(said->rating()));
+        fields.add(TagField::plays, QString::number(said->counter()));
+    }
+}
+
 // Each is a list of its name and its values.
 void addUserTexts(TagFields& fields, const TagLib::ID3v2::FrameList& frames) {
     for (const auto* frame : frames) {
@@ -190,6 +202,8 @@ void addId3v2(TagFields& fields, const TagLib::ID3v2::Tag& tag, BoundedFile& fil
     }
     if (const auto texts = frames.find("TXXX"); texts != frames.end())
         addUserTexts(fields, texts->second);
+    if (const auto popularity = frames.find("POPM"); popularity != frames.end())
+        addPopularity(fields, popularity->second);
     const auto pictures = frames.find("APIC"); // PIC of ID3v2.2 arrives under this name too
     if (pictures == frames.end())
         return;
@@ -213,6 +227,8 @@ void addApe(TagFields& fields, const TagLib::APE::Tag& tag) {
             fields.add(row.field, joined(found->second.values()));
     }
     for (const auto& [name, item] : items) {
+        if (item.type() == TagLib::APE::Item::Text)
+            addNamed(fields, fromTagLib(name), joined(item.values()));
         if (item.type() != TagLib::APE::Item::Binary || !name.startsWith("COVER ART"))
             continue;
         // A file name and a zero byte stand in front of the picture.
@@ -239,6 +255,14 @@ void addVorbis(TagFields& fields, TagLib::Ogg::XiphComment& tag) {
         }
         for (const auto& value : found->second)
             fields.add(row.field, fromTagLib(value));
+    }
+    // Some programs write whose rating it is behind the name, and rate from 0 to 1.
+    for (const auto& [name, values] : comments) {
+        addNamed(fields, fromTagLib(name), joined(values));
+        if (name.startsWith("RATING:"))
+            fields.add(TagField::shareRating, joined(values));
+        else if (name.startsWith("PLAYCOUNT:"))
+            fields.add(TagField::plays, joined(values));
     }
     for (const auto* picture : tag.pictureList())
         addPicture(fields, *picture);

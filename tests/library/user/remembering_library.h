@@ -24,19 +24,16 @@ struct RememberingLibrary : RunningLibrary {
         QByteArray name = title.toUtf8() + '\0';
         if (name.size() % 2 != 0)
             name += '\0';
-        const auto number = [](qsizetype value) {
-            QByteArray bytes(4, '\0');
-            for (int i = 0; i < 4; ++i)
-                bytes[i] = static_cast<char>(value >> (8 * i));
-            return bytes;
-        };
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
-        file.seek(file.size());
-        file.write("LIST" + number(name.size() + 12) + "INFOINAM" + number(name.size()) + name);
-        const qint64 size = file.size();
-        file.seek(4);
-        file.write(number(size - 8));
+        addChunk(path, "LIST", "INFOINAM" + number(name.size()) + name);
+    }
+    /// Adds a rating, as the byte of a popularimeter, and a play count to the tags.
+    void rate(const QString& path, char rating, char plays) const {
+        using namespace std::string_literals;
+        const QByteArray frame = QByteArray::fromStdString("POPM\0\0\0\6\0\0\0"s) + rating +
+                                 QByteArray::fromStdString("\0\0\0"s) + plays;
+        const QByteArray tag =
+            QByteArray::fromStdString("ID3\4\0\0\0\0\0"s) + static_cast<char>(frame.size()) + frame;
+        addChunk(path, "id3 ", tag);
     }
     [[nodiscard]] QString path(const QString& name) const { return music.filePath(name); }
 
@@ -72,6 +69,23 @@ struct RememberingLibrary : RunningLibrary {
     [[nodiscard]] Said said(const QString& path) const { return library->userData()->said(path); }
     [[nodiscard]] std::vector<QString> listed(const QUuid& list) const {
         return library->playlists()->find(list)->trackPaths;
+    }
+
+  private:
+    static QByteArray number(qsizetype value) {
+        QByteArray bytes(4, '\0');
+        for (int i = 0; i < 4; ++i)
+            bytes[i] = static_cast<char>(value >> (8 * i));
+        return bytes;
+    }
+    static void addChunk(const QString& path, const QByteArray& name, const QByteArray& bytes) {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+        file.seek(file.size());
+        file.write(name + number(bytes.size()) + bytes);
+        const qint64 size = file.size();
+        file.seek(4);
+        file.write(number(size - 8));
     }
 };
 

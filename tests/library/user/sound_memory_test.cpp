@@ -102,6 +102,41 @@ TEST_F(SoundMemoryTest, ATrackThatWasRemovedComesBackUnderAnotherNameAndTitle) {
     EXPECT_TRUE(environment.preferences.strings(SettingsKey::soundPlaces)->isEmpty());
 }
 
+TEST_F(SoundMemoryTest, TagsSayOnlyWhatNobodyHasSaidHere) {
+    const QString rated = path(u"a.wav"_s);
+    const QString known = path(u"b.wav"_s);
+    const QString plain = path(u"c.wav"_s);
+    write(rated, 1, u"Rated"_s);
+    rate(rated, char(196), 12);
+    write(known, 2, u"Known"_s);
+    write(plain, 3, u"Plain"_s);
+    import({music.path()}); // and plays the first, before its sound is identified
+    until([&] { return said(rated).plays > 0; });
+    settle();
+    EXPECT_EQ(said(rated).rating, 4);
+    EXPECT_EQ(said(rated).plays, 13);
+    EXPECT_EQ(said(plain), Said());
+    library->userData()->setRating(2, known);
+    quit();
+
+    // A tag editor says something later.
+    rate(known, char(255), 50);
+    rate(plain, char(64), 5);
+    start();
+    importAll();
+    EXPECT_EQ(said(known).rating, 2);
+    EXPECT_EQ(said(known).plays, 0);
+    EXPECT_EQ(said(plain).rating, 2);
+    EXPECT_EQ(said(plain).plays, 5);
+
+    // What was taken back does not come again with the file.
+    library->userData()->setRating(0, rated);
+    library->tidying()->removeTracks({rated});
+    importAll();
+    EXPECT_EQ(said(rated).rating, 0);
+    EXPECT_GE(said(rated).plays, 13);
+}
+
 TEST_F(SoundMemoryTest, CopiesShareWhatIsSaid) {
     const QString first = path(u"a.wav"_s);
     const QString copy = path(u"b.wav"_s);

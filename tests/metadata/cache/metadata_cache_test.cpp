@@ -76,6 +76,7 @@ TEST_F(MetadataCacheTest, GivesBackWhatItSaved) {
                       std::make_shared<SortNames>(SortNames{u"L"_s, u"Band, The"_s, u"Walk"_s}), 2,
                       65535};
     full.levelTags = {-7.03F, {}, 0.0F, -0.25F};
+    full.saidTags = {4, 1200};
     QueueItem bare = item(touch(u"b.flac"_s));
     bare.durationSeconds.reset();
     bare.coverURL.reset();

@@ -6,13 +6,15 @@ from mutagen.aiff import AIFF
 from mutagen.apev2 import APEv2
 from mutagen.asf import ASF, ASFByteArrayAttribute
 from mutagen.flac import FLAC, Picture
-from mutagen.id3 import APIC, ID3, TALB, TCMP, TCON, TDRC, TIT2, TPE1, TPE2, TPOS, TRCK, TSO2, TSOA, TSOP, TXXX
+from mutagen.id3 import APIC, ID3, POPM, TALB, TCMP, TCON, TDRC, TIT2, TPE1, TPE2, TPOS, TRCK, TSO2, TSOA, TSOP, TXXX
 from mutagen.mp4 import MP4, MP4Cover, MP4FreeForm
 from mutagen.oggflac import OggFLAC
 from mutagen.oggopus import OggOpus
 from mutagen.oggspeex import OggSpeex
 from mutagen.oggvorbis import OggVorbis
 from mutagen.wave import WAVE
+
+FREE = "----:com.apple.iTunes:"
 
 out = sys.argv[1]
 os.makedirs(out, exist_ok=True)
@@ -201,7 +203,7 @@ with open("pictures_first.flac", "wb") as flac:
     flac.write(tagged[info:])
 m = MP4(copy("bare_aac.m4a", "mutagen.m4a"))
 m["\xa9nam"], m["\xa9ART"], m["\xa9alb"], m["\xa9gen"], m["\xa9day"] = "Lamplight", "The Lanterns", "Night Walk", "Folk", "2019-04-01T07:00:00Z"
-m["----:com.apple.iTunes:TITLE"] = [MP4FreeForm(b"Not this")]
+m[FREE + "TITLE"] = [MP4FreeForm(b"Not this")]
 m["covr"] = [MP4Cover(JPEG, MP4Cover.FORMAT_JPEG), MP4Cover(PNG, MP4Cover.FORMAT_PNG)]
 m.save()
 
@@ -317,7 +319,7 @@ for kind in ("mp3", "wv", "mpc", "ape"):
 for codec in ("aac", "alac"):
     f = MP4(copy(f"bare_{codec}.m4a", f"level_{codec}.m4a"))
     for name, value in LEVELS.items():
-        f["----:com.apple.iTunes:" + name] = [MP4FreeForm(value.encode())]
+        f[FREE + name] = [MP4FreeForm(value.encode())]
     f.save()
 f = ASF(copy("bare.wma", "level.wma"))
 for name, value in LEVELS.items():
@@ -331,6 +333,30 @@ f.update({"REPLAYGAIN_TRACK_GAIN": "loud", "REPLAYGAIN_TRACK_PEAK": "0", "REPLAY
           "REPLAYGAIN_ALBUM_PEAK": "nan", "R128_TRACK_GAIN": "-99999"})
 f.save()
 f = FLAC(copy("bare.flac", "level_short.flac")); f.update({"REPLAYGAIN_TRACK_GAIN": "-7.03dB", "REPLAYGAIN_TRACK_PEAK": ".5"}); f.save()
+
+# Ratings and plays, on the scales of the programs that write them.
+def rated(base, name, kind, **said):
+    f = kind(copy(base, name)); f.update(said); f.save()
+def popular(name, *frames):
+    t = ID3()
+    for frame in frames:
+        t.add(frame)
+    t.save(copy("bare.mp3", name))
+popular("said.mp3", POPM(email="a", rating=0, count=3), POPM(email="b", rating=196, count=12))
+popular("said_user.mp3", TXXX(3, desc="FMPS_Rating", text=["0.8"]), TXXX(3, desc="FMPS_Playcount", text=["12.0"]),
+        POPM(email="", rating=255, count=0))
+f = WAVE(copy("tone.wav", "said.wav")); f.add_tags(); f.tags.add(POPM(email="", rating=192, count=12)); f.save()
+for base, name, kind in (("bare.flac", "said.flac", FLAC), ("vorbis.ogg", "said.ogg", OggVorbis), ("bare.opus", "said.opus", OggOpus)):
+    rated(base, name, kind, RATING="80", PLAYCOUNT="12")
+f = FLAC(copy("bare.flac", "said_whose.flac")); f.update({"rating:somebody@example.org": "0.8", "playcount:somebody@example.org": "12"}); f.save()
+rated("bare.flac", "said_both.flac", FLAC, FMPS_RATING="0.8", RATING="5", FMPS_PLAYCOUNT="12")
+rated("bare.flac", "said_nonsense.flac", FLAC, FMPS_RATING="1.5", RATING="-3", PLAYCOUNT="many")
+f = APEv2(); f.update({"Rating": "4", "Play_Count": "12"}); f.save(copy("bare.wv", "said.wv"))
+for name, values in (("said.m4a", {"rate": "80", FREE + "PLAYCOUNT": [MP4FreeForm(b"12")]}),
+                     ("said_free.m4a", {FREE + "FMPS_Rating": [MP4FreeForm(b"0.8")], FREE + "FMPS_Playcount": [MP4FreeForm(b"12")]})):
+    f = MP4(copy("bare_aac.m4a", name)); f.update(values); f.save()
+f = ASF(copy("bare.wma", "said.wma")); f["WM/SharedUserRating"], f["FMPS_Playcount"] = 75, "12"; f.save()
+ff("-i", "tone.wav", "-c:a", "pcm_s16be", "-metadata", "RATING=80", "-metadata", "PLAYCOUNT=12", "said.caf")
 
 # Wrong on purpose.
 open("empty.mp3", "wb").close()

@@ -212,6 +212,18 @@ TEST_F(TaggedFiles, TellTheirLevels) {
         }
 }
 
+TEST_F(TaggedFiles, TellWhatAListenerSaidOfThem) {
+    const QString rated[] = {u"said.mp3"_s,        u"said_user.mp3"_s,  u"said.wav"_s,
+                             u"said.flac"_s,       u"said.ogg"_s,       u"said.opus"_s,
+                             u"said_whose.flac"_s, u"said_both.flac"_s, u"said.wv"_s,
+                             u"said.m4a"_s,        u"said_free.m4a"_s,  u"said.wma"_s,
+                             u"said.caf"_s};
+    for (const QString& name : rated)
+        EXPECT_EQ(read(name).saidTags, (SaidTags{4, 12})) << name.toStdString();
+    for (const QString& name : {u"said_nonsense.flac"_s, u"bare.flac"_s, u"bare.mp3"_s})
+        EXPECT_EQ(read(name).saidTags, SaidTags()) << name.toStdString();
+}
+
 TEST_F(TaggedFiles, GiveTheFactsOfTheirStreamsByTheirContent) {
     const std::pair<const char*, const char*> rows[] = {
         {"bare.flac", "FLAC 44.1 kHz / 16-bit"},
